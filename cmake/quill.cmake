@@ -1,0 +1,35 @@
+# What every target of the project is built with, and the short ways to declare one.
+
+add_library(quill_options INTERFACE)
+target_include_directories(quill_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+target_compile_options(quill_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
+    -Wimplicit-fallthrough -Werror)
+if(QUILL_SANITIZE)
+    target_compile_options(quill_options INTERFACE -fsanitize=${QUILL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(quill_options INTERFACE -fsanitize=${QUILL_SANITIZE})
+endif()
+
+# quill_library(NAME [lib...]): the static library quill_NAME of every source in the calling folder, on the named libraries.
+function(quill_library name)
+    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+    if(sources)
+        add_library(quill_${name} STATIC ${sources})
+        target_link_libraries(quill_${name} PUBLIC quill_options ${ARGN})
+    else()
+        add_library(quill_${name} INTERFACE)
+        target_link_libraries(quill_${name} INTERFACE quill_options ${ARGN})
+    endif()
+endfunction()
+
+# quill_test(NAME [lib...]): one test program of every *_test.cpp in the calling folder, each of its cases known to ctest.
+function(quill_test name)
+    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*_test.cpp)
+    if(sources)
+        add_executable(${name}_tests ${sources})
+        target_link_libraries(${name}_tests PRIVATE quill_options ${ARGN} GTest::gmock GTest::gtest_main)
+        target_include_directories(${name}_tests PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+        target_compile_definitions(${name}_tests PRIVATE QUILL_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data")
+        gtest_discover_tests(${name}_tests DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
+    endif()
+endfunction()

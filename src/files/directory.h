@@ -1,0 +1,45 @@
+#pragma once
+
+#include "text/result.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// Directories and what can be asked of a file by its name. Nothing here follows a link unless it says so.
+namespace quill::files {
+
+/// The names of the files (not directories) in `dir` that match `patterns`, sorted byte by byte ignoring ASCII case,
+/// then by bytes. Hidden files are in it. Links count as what they lead to.
+Result<std::vector<std::string>> list_files(const std::string& dir, std::string_view patterns = "*.*");
+
+/// The names of the directories in `dir`, sorted likewise, without "." and "..".
+Result<std::vector<std::string>> list_directories(const std::string& dir);
+
+/// Bytes in the regular file at `path` (a link is followed); nullopt where there is none.
+std::optional<std::uint64_t> file_size(const std::string& path);
+
+bool exists(const std::string& path);
+bool is_directory(const std::string& path);
+
+/// Deletes the file at `path` (a link itself, not its target); false where it could not be done.
+bool remove_file(const std::string& path);
+
+/// Renames within a file system. Fails with `exists` where `to` is there already; never replaces.
+Status rename_new(const std::string& from, const std::string& to);
+
+/// Renames, replacing what stands at `to`.
+Status rename_over(const std::string& from, const std::string& to);
+
+/// The current directory of the process; empty where it cannot be told.
+std::string current_directory();
+bool change_directory(const std::string& dir);
+
+/// `path` itself where it is absolute, else joined to the current directory; "." and ".." stay as they are.
+std::string absolute(const std::string& path);
+
+/// Reads a whole small file.
+Result<std::string> read_file(const std::string& path);
+
+}  // namespace quill::files

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "text/result.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace quill::files {
+
+/// A regular file's bytes, mapped read-only. The mapping stays valid when the file is renamed or unlinked.
+///
+/// Bytes that another program cuts off meanwhile read as zeros, instead of ending the process; `cut_short` tells.
+class MappedFile {
+  public:
+    /// Fails with the system's reason, or `unsupported` for what is no regular file (a directory, a pipe, a device).
+    /// An empty file gives empty bytes.
+    static Result<MappedFile> open(const std::string& path);
+
+    MappedFile(MappedFile&& other) noexcept;
+    MappedFile& operator=(MappedFile&& other) noexcept;
+    ~MappedFile();
+
+    std::string_view bytes() const { return {data_, size_}; }
+
+    /// Whether the file has lost bytes since it was opened, so that what was read from here is not to be trusted.
+    bool cut_short() const;
+
+    /// Tells the system that the bytes before `offset` need not stay in memory. They stay readable, at the cost of
+    /// being fetched again. Keeps a long run's resident memory small.
+    void release_before(std::size_t offset) const;
+
+  private:
+    MappedFile() = default;
+    void close();
+
+    int fd_ = -1;
+    const char* data_ = nullptr;
+    std::size_t size_ = 0;
+    mutable std::size_t released_ = 0;
+};
+
+}  // namespace quill::files
