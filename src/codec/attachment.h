@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// What the scanner finds in a text, and what decoding says of it.
+namespace quill::codec {
+
+enum class Format : std::uint8_t {
+    base64,  ///< MIME Base64, `begin-base64`, bare Base64
+    uu,
+    xx,
+    binhex,  ///< BinHex 4.0
+    yenc,
+    quoted_printable,  ///< RFC 2045 6.7
+    identity           ///< 7bit, 8bit or binary
+};
+
+/// The name of a format as shown to people and in JSON: "MIME", "UUE", "XXE", "BinHex", "yEnc", "quoted-printable",
+/// "plain".
+std::string_view name_of(Format format);
+
+/// What is known of a decoded file.
+enum class Verdict : std::uint8_t {
+    verified,   ///< A checksum or a stated size agrees.
+    whole,      ///< Its structure is complete; nothing vouches for the bytes.
+    damaged,    ///< Bytes in it are known to be wrong, lost, or doubtful.
+    incomplete  ///< Its end, its beginning or a part is missing.
+};
+
+/// "verified", "whole", "damaged", "incomplete".
+std::string_view name_of(Verdict verdict);
+
+/// How much a problem takes away from the result.
+enum class Grade : std::uint8_t {
+    repaired,  ///< Odd input that was understood; the bytes are not in doubt.
+    damaged,   ///< Bytes of the result are or may be wrong.
+    lost       ///< Bytes are missing from the result.
+};
+
+/// Something that was not as it should be.
+struct Problem {
+    Grade grade = Grade::damaged;
+    std::string kind;            ///< a short fixed word for programs: "missing-end", "bad-crc", "bad-character" ...
+    std::uint64_t at_input = 0;  ///< byte offset in the input
+    std::optional<std::uint64_t> at_output = {};  ///< byte offset in the result, where there is one
+    std::string text;                             ///< for people: one sentence without a full stop
+
+    bool operator==(const Problem&) const = default;
+};
+
+/// Bytes [begin, end) of an input text.
+struct Range {
+    std::uint64_t begin = 0;
+    std::uint64_t end = 0;
+    std::uint32_t source = 0;  ///< which of the inputs, where a result is put together from several
+
+    bool operator==(const Range&) const = default;
+};
+
+/// One encoded file found in a text: where its encoded bytes lie and what is said of it. Nothing is decoded yet.
+struct Attachment {
+    std::string name;  ///< safe to use as a file name; never empty
+    Format format = Format::identity;
+    std::vector<Range> body;                        ///< the encoded bytes, in order, headers and trailers left out
+    std::optional<std::uint64_t> stated_size = {};  ///< bytes of the result, as the text says
+    bool message_text = false;                      ///< a text part without a file name: written on request only
+    bool resource_fork = false;     ///< BinHex: the resource fork of the file before it; written on request only
+    std::string content_type;       ///< lower case, without parameters; empty where the text names none
+    std::vector<Problem> problems;  ///< seen while scanning
+};
+
+/// What decoding one attachment came to.
+struct Outcome {
+    Verdict verdict = Verdict::whole;
+    std::uint64_t size = 0;         ///< bytes written
+    std::vector<Problem> problems;  ///< those of the scan and those of the decoding, in input order
+};
+
+}  // namespace quill::codec

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "codec/attachment.h"
+#include "files/atomic_file.h"
+#include "files/mapped_file.h"
+#include "text/result.h"
+
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// From encoded files on the disk to decoded files on the disk.
+namespace quill::codec {
+
+/// Told now and then how much of the work is done, in bytes of input; returns false to stop.
+using OnProgress = std::function<bool(std::uint64_t done, std::uint64_t total)>;
+
+/// One decoded file on the disk, or one that could not be written.
+struct Recovered {
+    std::string name;  ///< its bare file name, as it is on the disk
+    std::string path;  ///< empty where nothing was written
+    Format format = Format::identity;
+    Outcome outcome;
+    std::vector<std::string> sources;  ///< paths of the inputs that it was put together from
+};
+
+/// The inputs of a run, mapped and scanned: all that they hold, joined where a file's parts lie in several inputs.
+class Recovery {
+  public:
+    /// Opens and scans `paths`. Fails with the first input's error that cannot be opened (its path in the text).
+    static Result<Recovery> open(std::span<const std::string> paths, const OnProgress& progress = {});
+
+    /// Everything found, in input order; message texts and resource forks among it.
+    const std::vector<Attachment>& attachments() const { return attachments_; }
+
+    /// Decodes without writing: what list and verify need.
+    Outcome check(const Attachment& attachment) const;
+
+    /// Decodes `attachment` and publishes it as `path`. An output of which nothing at all could be decoded is still
+    /// written where its structure says that it is empty, else the error is `bad_input`.
+    Result<Recovered> write(const Attachment& attachment, const std::string& path, files::OnCollision on_collision,
+                            const OnProgress& progress = {}) const;
+
+  private:
+    std::vector<std::string> paths_;
+    std::vector<files::MappedFile> inputs_;
+    std::vector<Attachment> attachments_;
+};
+
+}  // namespace quill::codec
