@@ -1,0 +1,67 @@
+#pragma once
+
+#include "controls/control.h"
+
+#include <algorithm>
+#include <memory>
+#include <typeindex>
+#include <utility>
+#include <vector>
+
+namespace quill::controls {
+
+/// The windows that are loaded, at most one of each type. Knows no window by name.
+///
+/// A window may unload itself from one of its own actions: it leaves the registry at once and is destroyed by
+/// `collect`, which the event loop calls between events.
+class Windows {
+  public:
+    /// The window of type W, made from `args` where it is not loaded yet.
+    template <class W, class... Args>
+    W& load(Args&&... args) {
+        if (W* window = loaded<W>()) return *window;
+        auto made = std::make_unique<W>(std::forward<Args>(args)...);
+        W& window = *made;
+        entries_.push_back({typeid(W), std::move(made)});
+        return window;
+    }
+
+    /// The window of type W, or nullptr where it is not loaded.
+    template <class W>
+    W* loaded() {
+        const auto entry = find(typeid(W));
+        return entry == entries_.end() ? nullptr : static_cast<W*>(entry->window.get());
+    }
+
+    template <class W>
+    void unload() {
+        const auto entry = find(typeid(W));
+        if (entry == entries_.end()) return;
+        unloaded_.push_back(std::move(entry->window));
+        entries_.erase(entry);
+    }
+
+    /// Destroys what was unloaded since the last call. REQUIRES: no action of those windows is running.
+    void collect() { unloaded_.clear(); }
+
+    /// Calls f(type, window) for each loaded window, in the order of loading. `f` must not load or unload.
+    template <class F>
+    void for_each(F&& f) {
+        for (Entry& entry : entries_) f(entry.type, *entry.window);
+    }
+
+  private:
+    struct Entry {
+        std::type_index type;
+        std::unique_ptr<Window> window;
+    };
+
+    std::vector<Entry>::iterator find(std::type_index type) {
+        return std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) { return entry.type == type; });
+    }
+
+    std::vector<Entry> entries_;
+    std::vector<std::unique_ptr<Window>> unloaded_;
+};
+
+}  // namespace quill::controls

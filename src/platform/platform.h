@@ -1,0 +1,100 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace quill::controls {
+struct Window;
+}
+
+/// What the program asks of the machine it runs on. The desktop answers with real dialogs and programs, a test from a
+/// script.
+namespace quill::platform {
+
+/// Thrown by Platform::end_process and caught by the event loop, `main` and tests alone: nothing after it runs,
+/// destructors do.
+struct ProcessEnd {};
+
+/// A question with the buttons Yes and No.
+struct Question {
+    std::string text;
+    std::string title;
+    bool no_is_default = false;
+    bool question_mark = false;
+};
+
+/// A request for one line of text.
+struct Prompt {
+    std::string text;
+    std::string title;
+    std::string default_answer;
+    bool secret = false;  ///< a password: not shown while typed
+};
+
+/// Boxes that stop the program until the user has answered.
+class Dialogs {
+  public:
+    virtual ~Dialogs() = default;
+    virtual void message(const std::string& text, const std::string& title) = 0;
+    /// True for Yes; closing the box is a No.
+    virtual bool ask(const Question& question) = 0;
+    /// The line typed; empty for Cancel.
+    virtual std::string input(const Prompt& prompt) = 0;
+};
+
+/// Starting other programs. None of these waits for the program's end or runs the file itself.
+class Opener {
+  public:
+    virtual ~Opener() = default;
+    /// Opens `path` with the desktop's default program for its type. False where none could be started.
+    virtual bool open_with_default(const std::string& path) = 0;
+    /// Starts `program` with `arguments`, in `directory` (empty: the current one). False where it can't be started.
+    virtual bool start(const std::string& program, const std::vector<std::string>& arguments,
+                       const std::string& directory) = 0;
+    /// Opens `path` in the user's text editor, or in a small one of the program's own.
+    virtual bool edit_text(const std::string& path) = 0;
+};
+
+/// Facts of the machine that do not change during a run.
+class Machine {
+  public:
+    virtual ~Machine() = default;
+    virtual std::string user_name() const = 0;
+    /// The directory of the system's own files; nothing is ever written there.
+    virtual std::string system_directory() const = 0;
+    /// Whether the desktop is of the kind whose window frames the theme-sizing menu item is for.
+    virtual bool has_theme_sizing() const = 0;
+    /// The screen's working area, in twips.
+    virtual int screen_width() const = 0;
+    virtual int screen_height() const = 0;
+    /// A whole number from 0 to `bound` - 1.
+    virtual int random(int bound) = 0;
+};
+
+/// Showing a window's state while an action still runs.
+class Display {
+  public:
+    virtual ~Display() = default;
+    /// Draws what has changed in `window` since it was last drawn. Cheap when called often.
+    virtual void repaint(controls::Window& window) = 0;
+};
+
+/// The services together, passed by reference to what needs them.
+class Platform {
+  public:
+    virtual ~Platform() = default;
+    virtual Dialogs& dialogs() = 0;
+    virtual Opener& opener() = 0;
+    virtual Machine& machine() = 0;
+    virtual Display& display() = 0;
+
+    /// Ends the process, whatever windows are open.
+    [[noreturn]] void end_process() { throw ProcessEnd{}; }
+
+    void message(const std::string& text, const std::string& title = {}) { dialogs().message(text, title); }
+    bool ask(const Question& question) { return dialogs().ask(question); }
+    std::string input(const Prompt& prompt) { return dialogs().input(prompt); }
+    void repaint(controls::Window& window) { display().repaint(window); }
+};
+
+}  // namespace quill::platform

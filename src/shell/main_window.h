@@ -1,0 +1,150 @@
+#pragma once
+
+#include "controls/control.h"
+
+namespace quill::shell {
+
+using controls::Action;
+
+/// The main window, a single window in which panels take turns. State that many operations read and set; the workflow
+/// that fills its actions stands in main_workflow.h.
+struct swit : controls::Window {
+    // The idle panel.
+    controls::Picture Picture1;                                     // idle panel: the star field with the options
+    controls::ControlArray<controls::Label> apt{1, 2, 3, 4, 5, 6};  // the options, as shown
+    controls::ControlArray<controls::Label> opt{1, 2, 3, 4, 5, 6};  // their normal colours and their actions
+    controls::Label Label1;                                         // "Options:"
+    controls::Label Label3;                                         // names the file in hand
+    controls::Label Label8;                                         // the program's name on the star field
+    controls::ControlArray<controls::Label> Label15{0, 1};          // the two lines under the program's name
+    controls::Picture Picture5;                                     // progress bar of a decoding run
+    controls::Picture Picture6;                                     // its filled part: `left` is how far it is
+    controls::Choice Option1;                                       // takes the focus; never seen
+    controls::Timer Timer2;                                         // moves the stars
+    controls::Timer Timer22;                                        // does nothing
+
+    // The results panel.
+    controls::Picture Picture2;  // results panel
+    controls::ListBox List3;     // files found so far
+    controls::Label Label7;      // what a double click does
+    controls::Button Command5;   // rename the selected file
+    controls::Button Command7;   // erase the selected file
+    controls::Button Command8;   // check the selected file for viruses
+    controls::Button Command6;   // help on misnamed files
+    controls::Button Command4;   // end the program
+
+    // The create wizard.
+    controls::Picture Picture4;                                    // wizard panel
+    controls::Frame Frame1;                                        // first step: what to create
+    controls::Frame Frame2;                                        // second step: which kind
+    controls::ControlArray<controls::Choice> Opti{1, 2, 5, 3, 4};  // what to create
+    controls::ControlArray<controls::Choice> Option2{0, 1, 2, 4};  // which kind
+    controls::Choice Option4;                                      // leave the second step
+    controls::Label Label2;                                        // what is being created
+    controls::Label Label4;                                        // the step at hand
+    controls::Label Label5;                                        // the wizard's directory
+    controls::Button Command1;                                     // next step
+    controls::DriveListBox Drive1;                                 // drive of the wizard
+    controls::DirListBox Dir1;                                     // directory of the wizard
+    controls::ListBox List1;                                       // names between two steps of a run
+
+    // Never shown.
+    controls::FileListBox File2;  // the input's directory before a run
+    controls::FileListBox File3;  // the same directory after it
+    controls::ListBox List2;      // scratch
+    controls::ListBox List4;      // scratch
+    controls::TextBox Text1;      // the directory that an archive is unpacked into
+
+    // Menus.
+    controls::MenuItem fifi;      // menu File
+    controls::MenuItem ope;       // open an encoded or compressed file
+    controls::MenuItem mpics;     // open pictures in the viewer
+    controls::MenuItem ofpl;      // open a favorites list in the viewer
+    controls::MenuItem crzip;     // create a file
+    controls::MenuItem exi;       // close the main window
+    controls::MenuItem tutu;      // menu Tutorial
+    controls::MenuItem intro;     // what the program does
+    controls::MenuItem huse;      // how to use it
+    controls::MenuItem xpmen;     // menu of the theme sizing
+    controls::MenuItem xpth;      // theme sizing
+    controls::MenuItem hel;       // menu About
+    controls::MenuItem rdhlp;     // the user guide
+    controls::MenuItem mkzipdef;  // be the default program for ZIP files
+    controls::MenuItem reged;     // default settings for other files
+    controls::MenuItem abzip;     // about the program
+
+    /// A fresh window: idle panel shown, all else hidden, captions that never change set.
+    swit();
+};
+
+/// Names every control once: f(name, role, control).
+template <class F>
+void visit_controls(swit& w, F&& f) {
+    f("Picture1", "Start panel", w.Picture1);
+    w.apt.for_each([&](int i, controls::Label& label) { f(controls::member_name("apt", i), "Option", label); });
+    w.opt.for_each([&](int i, controls::Label& label) {
+        f(controls::member_name("opt", i), "Option behind the one shown", label);
+    });
+    f("Label1", "Heading of the options", w.Label1);
+    f("Label3", "File in hand", w.Label3);
+    f("Label8", "Name of the program", w.Label8);
+    w.Label15.for_each([&](int i, controls::Label& label) {
+        f(controls::member_name("Label15", i), "What the program is for", label);
+    });
+    f("Picture5", "Progress", w.Picture5);
+    f("Picture6", "Progress made", w.Picture6);
+    f("Option1", "Takes the focus from the options", w.Option1);
+    f("Timer2", "Moves the stars", w.Timer2);
+    f("Timer22", "Idle timer", w.Timer22);
+
+    f("Picture2", "Results panel", w.Picture2);
+    f("List3", "Files found so far", w.List3);
+    f("Label7", "What can be done with the files", w.Label7);
+    f("Command5", "Rename the selected file", w.Command5);
+    f("Command7", "Erase the selected file", w.Command7);
+    f("Command8", "Check the selected file for viruses", w.Command8);
+    f("Command6", "Help on misnamed files", w.Command6);
+    f("Command4", "End the program", w.Command4);
+
+    f("Picture4", "Create panel", w.Picture4);
+    f("Frame1", "What to create", w.Frame1);
+    f("Frame2", "Which kind to create", w.Frame2);
+    w.Opti.for_each(
+        [&](int i, controls::Choice& choice) { f(controls::member_name("Opti", i), "What to create", choice); });
+    w.Option2.for_each([&](int i, controls::Choice& choice) {
+        f(controls::member_name("Option2", i), "Which kind to create", choice);
+    });
+    f("Option4", "Leave the choice of kinds", w.Option4);
+    f("Label2", "What is being created", w.Label2);
+    f("Label4", "Step of the creation", w.Label4);
+    f("Label5", "Directory of the new file", w.Label5);
+    f("Command1", "Next step", w.Command1);
+    f("Drive1", "Drive of the new file", w.Drive1);
+    f("Dir1", "Directory to create in", w.Dir1);
+    f("List1", "Names at hand", w.List1);
+
+    f("File2", "Files before the run", w.File2);
+    f("File3", "Files after the run", w.File3);
+    f("List2", "Scratch list", w.List2);
+    f("List4", "Second scratch list", w.List4);
+    f("Text1", "Directory that archives are unpacked into", w.Text1);
+
+    f("fifi", "File menu", w.fifi);
+    f("ope", "Open a file", w.ope);
+    f("mpics", "Open pictures in the viewer", w.mpics);
+    f("ofpl", "Open a favorites list in the viewer", w.ofpl);
+    f("crzip", "Create a file", w.crzip);
+    f("exi", "Exit", w.exi);
+    f("tutu", "Tutorial menu", w.tutu);
+    f("intro", "Introduction", w.intro);
+    f("huse", "How to use the program", w.huse);
+    f("xpmen", "Theme menu", w.xpmen);
+    f("xpth", "Theme sizing", w.xpth);
+    f("hel", "About menu", w.hel);
+    f("rdhlp", "User guide", w.rdhlp);
+    f("mkzipdef", "Default program for ZIP files", w.mkzipdef);
+    f("reged", "Default settings for other files", w.reged);
+    f("abzip", "About the program", w.abzip);
+}
+
+}  // namespace quill::shell

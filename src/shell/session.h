@@ -1,0 +1,48 @@
+#pragma once
+
+#include "controls/windows.h"
+#include "platform/platform.h"
+
+#include <string>
+
+namespace quill::shell {
+
+/// The variables that the whole process shares. One instance, passed by reference.
+struct Session {
+    std::string CommandLine;  ///< the arguments of the process as one line, blanks quoted
+
+    std::string AppDir;        ///< the current directory when the process started
+    std::string AppParentDir;  ///< AppDir without its last name; empty where AppDir is the root
+    std::string WindowsDir;    ///< the system's own directory
+    std::string UserName;
+
+    std::string SelectedDir;   ///< the directory of the file being worked on
+    std::string SelectedFile;  ///< its bare name
+    std::string WorkDir;       ///< the directory of the current operation: where an archive is unpacked
+
+    int StartMode = 0;  ///< what closing the archive window means: 1 back to the main window, 3 nothing, else the end
+    bool ViewOnlyRun = false;  ///< closing the contents window ends the process
+
+    std::string EncodedPath;   ///< the input file of the decoder's run
+    bool NamingTaken = false;  ///< the naming window has taken over from the run; never cleared
+    std::string SkipName;      ///< lower-case name of a work file that is no result
+    int DecodePass = 0;        ///< passes of `undectwo` since the last reset
+    int PartCount = 0;         ///< MIME blocks with a 60-character field, counted over all runs of the process
+
+    std::string YencName;     ///< name of the yEnc output
+    long long DataStart = 0;  ///< bytes ahead of the yEnc data
+
+    std::string ZipPassword;    ///< password of the archive at hand; empty for none
+    bool ZipEncrypted = false;  ///< a password is needed
+
+    std::string FavListPath;  ///< the current favorites list
+};
+
+/// What nearly every operation needs: the shared variables, the windows, the machine.
+struct Context {
+    Session& session;
+    controls::Windows& windows;
+    platform::Platform& platform;
+};
+
+}  // namespace quill::shell
