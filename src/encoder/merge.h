@@ -1,0 +1,60 @@
+#pragma once
+
+#include "text/result.h"
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Joining the posts of one long attachment, each saved as a file of its own, into one file.
+namespace quill::encoder {
+
+/// Told the fraction of the work that is done, of the file at hand and of all, both from 0 to 1.
+using OnMerge = std::function<void(double of_file, double of_all)>;
+
+/// A file that did not take part, and why.
+struct LeftOut {
+    std::string path;
+    std::string reason;
+};
+
+/// What a merge came to.
+struct Merged {
+    std::uint64_t size = 0;         ///< bytes written
+    std::size_t parts = 0;          ///< parts that were joined
+    std::vector<LeftOut> left_out;  ///< files that could not be read, or whose part has no place in the series
+    std::vector<unsigned> missing;  ///< part numbers of the series that no file has
+};
+
+/// One part of a yEnc post: where it stands.
+struct YencPart {
+    std::size_t file = 0;    ///< which of the files searched
+    unsigned number = 0;     ///< its part number, from 1
+    std::uint64_t head = 0;  ///< offset of its `=ybegin` line; of the file's beginning for its first part
+    std::uint64_t data = 0;  ///< offset behind its `=ypart` line
+    std::uint64_t end = 0;   ///< offset of the next part's `=ybegin` line, or the file's length
+};
+
+/// The parts that stand in `post`, by their `=ypart begin` lines, each numbered by the `=ybegin` line before it. Lines
+/// end at CR or CR LF; a post without any CR may end them by LF.
+std::vector<YencPart> find_parts(std::string_view post, std::size_t file);
+
+/// The parts in the order of their numbers: 1, 2, 3 ... up to the count of parts. A number that no part has is skipped,
+/// of two parts of one number the first counts, and a number beyond the count drops out.
+std::vector<YencPart> ordered(const std::vector<YencPart>& parts);
+
+/// Joins `paths` line by line, in the order given, each line ended by CR LF, into `output`, which appears or is
+/// replaced only when whole. A file that cannot be read is left out and told; fails when none could be read, or on
+/// writing.
+Result<Merged> merge_text(std::span<const std::string> paths, const std::string& output, const OnMerge& progress = {});
+
+/// Joins the yEnc parts in `paths`, whatever their order, into `output`, which appears or is replaced only when whole:
+/// the first part from its file's beginning to its `=yend`, the data alone of those between, and the last one's data to
+/// its end, `=yend` line and all. Fails with `bad_input` where a file holds no part (its name stands in the text) or
+/// where fewer than two parts have a place in the series.
+Result<Merged> merge_yenc(std::span<const std::string> paths, const std::string& output, const OnMerge& progress = {});
+
+}  // namespace quill::encoder
