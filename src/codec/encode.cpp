@@ -1,0 +1,148 @@
+#include "codec/encode.h"
+
+#include "codec/binhex_write.h"
+#include "codec/encode_output.h"
+#include "codec/mime_write.h"
+#include "codec/uu_write.h"
+#include "codec/yenc_write.h"
+#include "files/path.h"
+
+#include <array>
+#include <filesystem>
+#include <system_error>
+
+namespace quill::codec {
+namespace {
+
+constexpr std::uint64_t most_parts = 99'999;
+
+constexpr std::array<OutputFormat, 5> formats{{
+    // name, extension, code, line, line limit, line unit, part unit, CRC, writer
+    {"uue", "UUE", 1, 61, 0, 1, 45, false, write_uue},
+    {"mime", "MME", 2, 76, 996, 4, 0, false, write_mime},
+    {"binhex", "HQX", 3, 64, 0, 1, 0, false, write_binhex},
+    {"xxe", "XXE", 4, 61, 0, 1, 0, false, write_xxe},
+    {"yenc", "ync", 0, 128, 997, 1, 1, true, write_yenc},
+}};
+
+/// A name that can stand in a header line: control characters would end it or hide in it.
+std::string header_name(const std::string& path) {
+    std::string name = files::name_of(path);
+    for (char& c : name) {
+        if (static_cast<unsigned char>(c) < ' ' || c == '\x7f') c = '_';
+    }
+    return name;
+}
+
+Status check_options(const OutputFormat& format, const EncodeOptions& options) {
+    const auto refused = [](std::string text) { return Error{ErrorCode::bad_argument, 0, std::move(text)}; };
+    if (options.line_length != 0) {
+        if (format.line_limit == 0) return refused("the length of the lines is fixed in this format");
+        if (options.line_length > format.line_limit || options.line_length % format.line_unit != 0) {
+            return refused("lines are at most " + std::to_string(format.line_limit) + " characters long" +
+                           (format.line_unit == 1 ? "" : ", a multiple of " + std::to_string(format.line_unit)));
+        }
+    }
+    if (options.part_size != 0 && format.part_unit == 0) return refused("this format has no parts");
+    if (options.part_size != 0 && options.part_size < format.part_unit) {
+        return refused("a part holds at least " + std::to_string(format.part_unit) + " bytes");
+    }
+    if (options.crc && !format.takes_crc) return refused("a CRC can be asked for with yEnc only");
+    return Done{};
+}
+
+/// Whether both paths lead to one file, whatever links or spellings lie between.
+bool same_file(const std::string& a, const std::string& b) {
+    std::error_code error;
+    return std::filesystem::equivalent(a, b, error) && !error;
+}
+
+Status write_piece(const EncodePiece& piece, const files::MappedFile& input, const std::string& path,
+                   const OutputFormat& format, const EncodeOptions& options, const OnProgress& on_progress) {
+    Result<files::AtomicFile> file = files::AtomicFile::create(path);
+    if (!file) return file.error();
+    EncodeOutput output(*file, input, on_progress);
+    const bool written = format.write(piece, options, output);
+    if (output.cancelled()) return Error{ErrorCode::cancelled, 0, "stopped"};
+    if (file->failed()) return file->error();
+    if (!written) return Error{ErrorCode::limit, 0, "the file is too large for this format"};
+    if (input.cut_short()) return Error{ErrorCode::io, 0, "the input became shorter while it was read"};
+    const Result<std::string> published = file->publish(files::OnCollision::replace);
+    if (!published) return published.error();
+    return Done{};
+}
+
+}  // namespace
+
+bool EncodeOutput::used(std::uint64_t offset) {
+    input_.release_before(offset);
+    if (on_progress_ && !on_progress_(offset, input_.bytes().size())) cancelled_ = true;
+    return !cancelled_;
+}
+
+std::span<const OutputFormat> output_formats() {
+    return formats;
+}
+
+const OutputFormat* output_format(std::string_view name) {
+    for (const OutputFormat& format : formats) {
+        if (format.name == name) return &format;
+    }
+    return nullptr;
+}
+
+const OutputFormat* output_format(std::int32_t code) {
+    for (const OutputFormat& format : formats) {
+        if (code != 0 && format.code == code) return &format;
+    }
+    return nullptr;
+}
+
+std::string default_output_path(const OutputFormat& format, std::string_view path) {
+    if (format.code == 0) {
+        path.remove_suffix(std::min(path.size(), format.extension.size()));
+        return std::string(path).append(format.extension);
+    }
+    const std::size_t dot = path.find('.');
+    return std::string(path.substr(0, dot == std::string_view::npos ? 0 : dot + 1)).append(format.extension);
+}
+
+std::string part_path(const std::string& output, std::uint64_t number, std::uint64_t count) {
+    if (count == 1) return output;
+    const std::string name = files::name_of(output);
+    const std::size_t extension = files::extension_at(name);
+    std::string digits = std::to_string(number);
+    digits.insert(0, std::to_string(count).size() - digits.size(), '0');
+    return files::join(files::dir_of(output), name.substr(0, extension) + '.' + digits + name.substr(extension));
+}
+
+Result<std::vector<std::string>> encode_file(const std::string& input_path, const std::string& output_path,
+                                             const OutputFormat& format, const EncodeOptions& options,
+                                             const OnProgress& on_progress) {
+    if (const Status checked = check_options(format, options); !checked) return checked.error();
+    const Result<files::MappedFile> input = files::MappedFile::open(input_path);
+    if (!input) return input.error();
+    const std::uint64_t size = input->bytes().size();
+    const std::uint64_t part_size =
+        options.part_size == 0 ? size : options.part_size / format.part_unit * format.part_unit;
+    const std::uint64_t count = size <= part_size ? 1 : (size - 1) / part_size + 1;
+    if (count > most_parts) return Error{ErrorCode::limit, 0, "that would make more than 99999 parts"};
+
+    std::vector<std::string> paths;
+    for (std::uint64_t number = 1; number <= count; ++number) {
+        paths.push_back(part_path(output_path, number, count));
+        if (same_file(input_path, paths.back())) {
+            return Error{ErrorCode::bad_argument, 0, "the output would replace the input itself"};
+        }
+    }
+    const std::string name = header_name(input_path);
+    for (std::uint64_t number = 1; number <= count; ++number) {
+        const std::uint64_t begin = (number - 1) * part_size;
+        const EncodePiece piece{name, input->bytes(), begin, std::min(begin + part_size, size), number, count};
+        const Status written = write_piece(piece, *input, paths[number - 1], format, options, on_progress);
+        if (!written) return written.error();
+    }
+    return paths;
+}
+
+}  // namespace quill::codec
