@@ -17,18 +17,25 @@ struct ProcessEnd {};
 
 /// A question with the buttons Yes and No.
 struct Question {
-    std::string text;
-    std::string title;
+    std::string text = {};
+    std::string title = {};
     bool no_is_default = false;
     bool question_mark = false;
 };
 
 /// A request for one line of text.
 struct Prompt {
-    std::string text;
-    std::string title;
-    std::string default_answer;
+    std::string text = {};
+    std::string title = {};
+    std::string default_answer = {};
     bool secret = false;  ///< a password: not shown while typed
+};
+
+/// A request for one existing file.
+struct FileRequest {
+    std::string title = {};
+    std::string directory = {};    ///< where to begin; a directory that is not there means the user's own
+    std::string patterns = "*.*";  ///< "*.zip;*.htx"
 };
 
 /// Boxes that stop the program until the user has answered.
@@ -40,6 +47,8 @@ class Dialogs {
     virtual bool ask(const Question& question) = 0;
     /// The line typed; empty for Cancel.
     virtual std::string input(const Prompt& prompt) = 0;
+    /// The absolute path of the file chosen; empty for Cancel.
+    virtual std::string choose_file(const FileRequest& request) = 0;
 };
 
 /// Starting other programs. None of these waits for the program's end or runs the file itself.
@@ -94,6 +103,7 @@ class Platform {
     void message(const std::string& text, const std::string& title = {}) { dialogs().message(text, title); }
     bool ask(const Question& question) { return dialogs().ask(question); }
     std::string input(const Prompt& prompt) { return dialogs().input(prompt); }
+    std::string choose_file(const FileRequest& request) { return dialogs().choose_file(request); }
     void repaint(controls::Window& window) { display().repaint(window); }
 };
 

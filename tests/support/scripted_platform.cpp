@@ -1,0 +1,107 @@
+#include "support/scripted_platform.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+
+namespace quill::tests {
+
+ScriptedPlatform::~ScriptedPlatform() {
+    for (const Step& step : script_) {
+        ADD_FAILURE() << "never shown: the " << describe(step.kind) << " with \"" << step.part << "\"";
+    }
+}
+
+std::string ScriptedPlatform::describe(Kind kind) {
+    switch (kind) {
+        case Kind::message:
+            return "message";
+        case Kind::question:
+            return "question";
+        case Kind::input:
+            return "input box";
+        case Kind::file_request:
+            return "file request";
+    }
+    return {};
+}
+
+void ScriptedPlatform::expect_message(std::string part, controls::Action meanwhile) {
+    script_.push_back({Kind::message, std::move(part), {}, false, std::move(meanwhile)});
+}
+
+void ScriptedPlatform::expect_question(std::string part, bool yes, controls::Action meanwhile) {
+    script_.push_back({Kind::question, std::move(part), {}, yes, std::move(meanwhile)});
+}
+
+void ScriptedPlatform::expect_input(std::string part, std::string answer, controls::Action meanwhile) {
+    script_.push_back({Kind::input, std::move(part), std::move(answer), false, std::move(meanwhile)});
+}
+
+void ScriptedPlatform::expect_file_request(std::string part, std::string answer, controls::Action meanwhile) {
+    script_.push_back({Kind::file_request, std::move(part), std::move(answer), false, std::move(meanwhile)});
+}
+
+ScriptedPlatform::Step ScriptedPlatform::next(Kind kind, const std::string& text) {
+    const bool fits =
+        !script_.empty() && script_.front().kind == kind && text.find(script_.front().part) != std::string::npos;
+    if (!fits) {
+        ADD_FAILURE() << "unscripted " << describe(kind) << ": \"" << text << "\""
+                      << (script_.empty() ? std::string(", the script is at its end")
+                                          : ", next is the " + describe(script_.front().kind) + " with \"" +
+                                                script_.front().part + "\"");
+        return {kind, {}, {}, false, {}};
+    }
+    Step step = std::move(script_.front());
+    script_.pop_front();
+    controls::run(step.meanwhile);
+    return step;
+}
+
+void ScriptedPlatform::message(const std::string& text, const std::string&) {
+    messages.push_back(text);
+    next(Kind::message, text);
+}
+
+bool ScriptedPlatform::ask(const platform::Question& question) {
+    questions.push_back(question);
+    return next(Kind::question, question.text).yes;
+}
+
+std::string ScriptedPlatform::input(const platform::Prompt& prompt) {
+    prompts.push_back(prompt);
+    return next(Kind::input, prompt.text).answer;
+}
+
+std::string ScriptedPlatform::choose_file(const platform::FileRequest& request) {
+    file_requests.push_back(request);
+    return next(Kind::file_request, request.title).answer;
+}
+
+bool ScriptedPlatform::open_with_default(const std::string& path) {
+    opened.push_back(path);
+    return opening_works;
+}
+
+bool ScriptedPlatform::start(const std::string& program, const std::vector<std::string>& arguments,
+                             const std::string& directory) {
+    started.push_back({program, arguments, directory});
+    return starting_works;
+}
+
+bool ScriptedPlatform::edit_text(const std::string& path) {
+    edited.push_back(path);
+    return editing_works;
+}
+
+int ScriptedPlatform::random(int bound) {
+    if (random_number) return random_number(bound);
+    return static_cast<int>(generator_() % static_cast<unsigned>(bound));
+}
+
+void ScriptedPlatform::repaint(controls::Window& window) {
+    ++repaints;
+    if (on_repaint) on_repaint(window);
+}
+
+}  // namespace quill::tests

@@ -1,0 +1,108 @@
+#pragma once
+
+#include "controls/control.h"
+#include "platform/platform.h"
+
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace quill::tests {
+
+/// A machine without a screen. Dialogs are answered from a script, in its order; what the program said, opened and
+/// started is recorded.
+///
+/// A dialog that the script does not have next fails the test and gets the answer No, or none. So does a script that
+/// is not used up when the platform is destroyed.
+class ScriptedPlatform final : public platform::Platform,
+                               private platform::Dialogs,
+                               private platform::Opener,
+                               private platform::Machine,
+                               private platform::Display {
+  public:
+    /// A program started: what, with which arguments, where.
+    struct Start {
+        std::string program;
+        std::vector<std::string> arguments;
+        std::string directory;
+
+        bool operator==(const Start&) const = default;
+    };
+
+    ScriptedPlatform() = default;
+    ~ScriptedPlatform() override;
+
+    // The script. `part` must occur in the dialog's text (in a file request's title). `meanwhile` runs while the box
+    // is open: what another program, or a look at a window's state, does in that moment.
+    void expect_message(std::string part, controls::Action meanwhile = {});
+    void expect_question(std::string part, bool yes, controls::Action meanwhile = {});
+    void expect_input(std::string part, std::string answer, controls::Action meanwhile = {});
+    void expect_file_request(std::string part, std::string answer, controls::Action meanwhile = {});
+
+    /// Whether all of the script has been used.
+    bool script_is_done() const { return script_.empty(); }
+
+    // The record.
+    std::vector<std::string> messages;          ///< texts of the message boxes
+    std::vector<platform::Question> questions;  ///< asked with Yes and No
+    std::vector<platform::Prompt> prompts;      ///< asked for a line of text
+    std::vector<platform::FileRequest> file_requests;
+    std::vector<std::string> opened;  ///< paths handed to their default program
+    std::vector<Start> started;       ///< programs started
+    std::vector<std::string> edited;  ///< paths handed to a text editor
+    std::size_t repaints = 0;
+
+    // The machine: what it is, and what fails on it.
+    std::string name_of_user = "ada";
+    std::string directory_of_system = "/usr";
+    bool theme_sizing = false;
+    int width_of_screen = 1920 * 15;
+    int height_of_screen = 1080 * 15;
+    bool opening_works = true;
+    bool starting_works = true;
+    bool editing_works = true;
+    std::function<int(int bound)> random_number;  ///< replaces the generator of fixed seed
+    std::function<void(controls::Window&)> on_repaint;
+
+    platform::Dialogs& dialogs() override { return *this; }
+    platform::Opener& opener() override { return *this; }
+    platform::Machine& machine() override { return *this; }
+    platform::Display& display() override { return *this; }
+
+  private:
+    enum class Kind { message, question, input, file_request };
+    struct Step {
+        Kind kind;
+        std::string part;
+        std::string answer;
+        bool yes = false;
+        controls::Action meanwhile;
+    };
+
+    static std::string describe(Kind kind);
+    Step next(Kind kind, const std::string& text);
+
+    void message(const std::string& text, const std::string& title) override;
+    bool ask(const platform::Question& question) override;
+    std::string input(const platform::Prompt& prompt) override;
+    std::string choose_file(const platform::FileRequest& request) override;
+    bool open_with_default(const std::string& path) override;
+    bool start(const std::string& program, const std::vector<std::string>& arguments,
+               const std::string& directory) override;
+    bool edit_text(const std::string& path) override;
+    std::string user_name() const override { return name_of_user; }
+    std::string system_directory() const override { return directory_of_system; }
+    bool has_theme_sizing() const override { return theme_sizing; }
+    int screen_width() const override { return width_of_screen; }
+    int screen_height() const override { return height_of_screen; }
+    int random(int bound) override;
+    void repaint(controls::Window& window) override;
+
+    std::deque<Step> script_;
+    std::minstd_rand generator_{1};
+};
+
+}  // namespace quill::tests
