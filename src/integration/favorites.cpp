@@ -45,7 +45,9 @@ std::optional<Favorite> parse_favorite(std::string_view contents, std::string_vi
 }
 
 std::string format_favorite(const Favorite& favorite) {
-    return favorite.directory + "/^" + favorite.caption + "\r\n";
+    const std::string line = favorite.directory + "/^" + favorite.caption;
+    const bool needs_quotes = line.find(',') != std::string::npos && line.find('"') == std::string::npos;
+    return (needs_quotes ? '"' + line + '"' : line) + "\r\n";
 }
 
 std::vector<Favorite> read_favorites(const std::string& dir, std::string_view profile) {
