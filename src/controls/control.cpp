@@ -16,7 +16,9 @@ void FileListBox::set_pattern(std::string pattern) {
 
 void FileListBox::refresh() {
     Result<std::vector<std::string>> files = files::list_files(directory_, pattern_);
-    assign(files ? std::move(*files) : std::vector<std::string>());
+    std::vector<std::string> names = files ? std::move(*files) : std::vector<std::string>();
+    if (!shows_hidden) std::erase_if(names, [](const std::string& name) { return name.starts_with('.'); });
+    assign(std::move(names));
 }
 
 }  // namespace quill::controls

@@ -106,6 +106,7 @@ class ListBox : public Control {
     void assign(std::vector<std::string> items) {
         items_ = std::move(items);
         if (selected && *selected >= items_.size()) selected.reset();
+        selected_rows.clear();
         ++revision_;
     }
     void replace(std::size_t row, std::string item) {
@@ -116,6 +117,7 @@ class ListBox : public Control {
     void remove(std::size_t row) {
         items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(row));
         selected.reset();
+        selected_rows.clear();
         ++revision_;
     }
     void clear() { assign({}); }
@@ -128,7 +130,15 @@ class ListBox : public Control {
         return selected && *selected < items_.size() ? items_[*selected] : std::string();
     }
 
-    std::optional<std::size_t> selected;
+    /// All rows that an action is meant for, in order: several only in a list that takes several.
+    std::vector<std::size_t> chosen_rows() const {
+        if (takes_several && !selected_rows.empty()) return selected_rows;
+        return selected ? std::vector<std::size_t>{*selected} : std::vector<std::size_t>();
+    }
+
+    std::optional<std::size_t> selected;     ///< the current row
+    bool takes_several = false;              ///< more rows than the current one may be selected
+    std::vector<std::size_t> selected_rows;  ///< in a list that takes several: all of them, in order
     Action change;        ///< another row was selected
     Action double_click;  ///< also by Enter
 
@@ -142,6 +152,8 @@ class FileListBox : public ListBox {
   public:
     const std::string& directory() const { return directory_; }
     const std::string& pattern() const { return pattern_; }
+
+    bool shows_hidden = true;  ///< files whose names begin with a dot are listed as well
 
     void set_directory(std::string directory);
     void set_pattern(std::string pattern);
