@@ -1,6 +1,10 @@
 #pragma once
 
+#include "codec/attachment.h"
 #include "controls/control.h"
+
+#include <map>
+#include <string>
 
 namespace quill::shell {
 
@@ -24,14 +28,15 @@ struct swit : controls::Window {
     controls::Timer Timer22;                                        // does nothing
 
     // The results panel.
-    controls::Picture Picture2;  // results panel
-    controls::ListBox List3;     // files found so far
-    controls::Label Label7;      // what a double click does
-    controls::Button Command5;   // rename the selected file
-    controls::Button Command7;   // erase the selected file
-    controls::Button Command8;   // check the selected file for viruses
-    controls::Button Command6;   // help on misnamed files
-    controls::Button Command4;   // end the program
+    controls::Picture Picture2;                      // results panel
+    controls::ListBox List3;                         // files found so far
+    std::map<std::string, codec::Outcome> Outcomes;  // what is known of them, by their names in List3
+    controls::Label Label7;                          // what a double click does
+    controls::Button Command5;                       // rename the selected file
+    controls::Button Command7;                       // erase the selected file
+    controls::Button Command8;                       // check the selected file for viruses
+    controls::Button Command6;                       // help on misnamed files
+    controls::Button Command4;                       // end the program
 
     // The create wizard.
     controls::Picture Picture4;                                    // wizard panel
