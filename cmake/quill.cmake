@@ -9,6 +9,10 @@ if(QUILL_SANITIZE)
     target_compile_options(quill_options INTERFACE -fsanitize=${QUILL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(quill_options INTERFACE -fsanitize=${QUILL_SANITIZE})
 endif()
+if(QUILL_FUZZ)
+    # Every library counts the edges that a fuzzer's input takes; the fuzzers alone bring libFuzzer's main.
+    target_compile_options(quill_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 
 # quill_library(NAME [lib...]): the static library quill_NAME of every source in the calling folder, on the named libraries.
 function(quill_library name)
