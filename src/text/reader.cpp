@@ -8,11 +8,14 @@ bool is_unix_text(std::string_view bytes) {
     return bytes.find('\r') == std::string_view::npos && bytes.find('\n') != std::string_view::npos;
 }
 
-std::size_t Reader::find_line_end(std::size_t from) const {
-    return std::min(bytes_.find(line_feed_ends_ ? '\n' : '\r', from), bytes_.size());
+std::size_t Reader::find_line_end(std::size_t from) {
+    if (from >= line_known_to_) {
+        line_known_to_ = std::min(bytes_.find(line_feed_ends_ ? '\n' : '\r', from), bytes_.size()) + 1;
+    }
+    return line_known_to_ - 1;
 }
 
-std::size_t Reader::find_delimiter(std::size_t from) const {
+std::size_t Reader::find_delimiter(std::size_t from) {
     const std::size_t line_end = find_line_end(from);
     const std::size_t comma = bytes_.substr(from, line_end - from).find(',');
     return comma == std::string_view::npos ? line_end : from + comma;

@@ -35,12 +35,13 @@ class Reader {
     bool reads_unix_text() const { return line_feed_ends_; }
 
   private:
-    std::size_t find_line_end(std::size_t from) const;
-    std::size_t find_delimiter(std::size_t from) const;
+    std::size_t find_line_end(std::size_t from);
+    std::size_t find_delimiter(std::size_t from);
     void pass_delimiter(std::size_t at);
 
     std::string_view bytes_;
     std::size_t at_ = 0;
+    std::size_t line_known_to_ = 0;  ///< one behind the line end found last: each line is searched for its end once
     bool line_feed_ends_;
 };
 
