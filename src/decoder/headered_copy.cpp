@@ -1,0 +1,55 @@
+#include "decoder/headered_copy.h"
+
+#include "decoder/mime_wrap.h"
+#include "files/directory.h"
+#include "files/names.h"
+#include "files/path.h"
+#include "text/ascii.h"
+
+namespace quill::decoder {
+namespace {
+
+/// The path of a file that is there already, bears one of the names that the copy may get, and is just what the copy
+/// would be; empty where there is none.
+std::string same_copy(const std::string& input, const std::string& copy, const Rewriting& rewriting) {
+    const std::string dir = files::dir_of(copy);
+    const std::string name = files::name_of(copy);
+    std::string path = copy;
+    for (unsigned n = 1; files::exists(path); path = files::join(dir, files::numbered_name(name, ++n))) {
+        if (holds_rewriting(path, input, rewriting)) return path;
+    }
+    return {};
+}
+
+}  // namespace
+
+void ask_for_headered_copy(shell::Context& context) {
+    const bool yes = context.platform.ask(
+        {.text = "    This file appears to be an encoded file but is named as the file it is supposed to be. What this "
+                 "program will do is create a new file of it called 1" +
+                 files::name_of(context.session.EncodedPath) +
+                 " and try to decode that file instead. This way the original file will not be changed. Would you "
+                 "like to proceed?",
+         .title = {}});
+    if (!yes) context.platform.end_process();
+}
+
+Result<std::string> write_headered_copy(shell::Session& session, const std::string& name) {
+    const std::string input = session.EncodedPath;
+    const std::string copy = files::join(files::dir_of(input), "1" + files::name_of(input));
+    const Rewriting with_header = [&](std::string_view text, const Sink& out) {
+        write_base64_header(name, out);
+        copy_from_first_long_line(text, out);
+    };
+    std::string path = same_copy(input, copy, with_header);
+    if (path.empty()) {
+        Result<std::string> written = write_rewritten(input, copy, with_header, files::OnCollision::choose_name);
+        if (!written) return written;
+        path = *written;
+    }
+    session.EncodedPath = path;
+    session.SkipName = text::to_lower(files::name_of(path));
+    return files::name_of(path);
+}
+
+}  // namespace quill::decoder

@@ -1,0 +1,183 @@
+#include "decoder/mime_wrap.h"
+
+#include "files/mapped_file.h"
+#include "text/reader.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+namespace quill::decoder {
+namespace {
+
+constexpr std::string_view line_end = "\r\n";
+constexpr std::string_view line_break_tag = "<BR>";
+constexpr std::size_t longest_header_line = 50;  ///< a longer line is taken for encoded text
+
+/// The next field, without two blanks at its end.
+std::optional<std::string_view> next_field(text::Reader& reader) {
+    std::optional<std::string_view> field = reader.field();
+    if (field && field->ends_with("  ")) field->remove_suffix(2);
+    return field;
+}
+
+/// The fields of a text as one endless line that is read from its beginning.
+class JoinedFields {
+  public:
+    explicit JoinedFields(std::string_view text) : reader_(text) {}
+
+    /// Gives the next `n` characters and a line end to `out`. REQUIRES: there are so many.
+    bool line(std::size_t n, const Sink& out) {
+        while (n > 0) {
+            if (rest_.empty()) rest_ = next_field(reader_).value();
+            const std::string_view piece = rest_.substr(0, n);
+            if (!out(piece)) return false;
+            rest_.remove_prefix(piece.size());
+            n -= piece.size();
+        }
+        return out(line_end);
+    }
+
+  private:
+    text::Reader reader_;
+    std::string_view rest_;
+};
+
+bool put_line(std::string_view line, const Sink& out) {
+    return out(line) && out(line_end);
+}
+
+/// The name as it may stand between the quotes of a header parameter (RFC 2822 3.2.5).
+std::string quoted_content(std::string_view name) {
+    std::string content;
+    for (const char c : name) {
+        if (c == '"' || c == '\\') content += '\\';
+        const auto byte = static_cast<unsigned char>(c);
+        content += byte < ' ' || byte == 0x7F ? '_' : c;
+    }
+    return content;
+}
+
+/// Collects pieces of the mapped `input`, and others, into writes of a good size, and lets go of what is written.
+class Collector {
+  public:
+    Collector(files::AtomicFile& file, const files::MappedFile& input) : file_(file), input_(input) {
+        buffer_.reserve(capacity);
+    }
+
+    bool append(std::string_view piece) {
+        while (!piece.empty() && !file_.failed()) {
+            const std::size_t n = std::min(piece.size(), capacity - buffer_.size());
+            buffer_.append(piece.substr(0, n));
+            release(piece.data() + n);
+            piece.remove_prefix(n);
+            if (buffer_.size() == capacity) flush();
+        }
+        return !file_.failed();
+    }
+
+    void flush() {
+        file_.write(buffer_);
+        buffer_.clear();
+    }
+
+  private:
+    static constexpr std::size_t capacity = std::size_t{1} << 18;
+
+    void release(const char* end) const {
+        const std::string_view bytes = input_.bytes();
+        const std::less_equal<> before;
+        if (before(bytes.data(), end) && before(end, bytes.data() + bytes.size())) {
+            input_.release_before(static_cast<std::size_t>(end - bytes.data()));
+        }
+    }
+
+    files::AtomicFile& file_;
+    const files::MappedFile& input_;
+    std::string buffer_;
+};
+
+Result<files::AtomicFile> make(const std::string& input, const std::string& output, const Rewriting& rewriting) {
+    const Result<files::MappedFile> text = files::MappedFile::open(input);
+    if (!text) return text.error();
+    Result<files::AtomicFile> file = files::AtomicFile::create(output);
+    if (!file) return file;
+    Collector collector(*file, *text);
+    rewriting(text->bytes(), [&](std::string_view piece) { return collector.append(piece); });
+    collector.flush();
+    if (file->failed()) return file->error();
+    if (text->cut_short()) return Error{ErrorCode::io, 0, "The file became shorter while it was read"};
+    return file;
+}
+
+}  // namespace
+
+void rewrap(std::string_view text, const Sink& out) {
+    constexpr int most_lines_of_a_field = 2;
+    text::Reader ahead(text);
+    JoinedFields unwritten(text);
+    std::size_t carry = 0;  // characters that `ahead` has read and `unwritten` has not
+    while (const std::optional<std::string_view> field = next_field(ahead)) {
+        carry += field->size();
+        for (int lines = 0; lines < most_lines_of_a_field && carry >= base64_line_length; ++lines) {
+            if (!unwritten.line(base64_line_length, out)) return;
+            carry -= base64_line_length;
+        }
+    }
+    unwritten.line(carry, out);
+}
+
+void write_base64_header(std::string_view name, const Sink& out) {
+    const std::string content = quoted_content(name);
+    const bool wanted = put_line("Content-Type: application\\octet-stream; name=\"" + content + "\"", out) &&
+                        put_line("Content-Transfer-Encoding: Base64", out) &&
+                        put_line("Content-Disposition: attachment; filename=\"" + content + "\"", out);
+    if (wanted) put_line("", out);
+}
+
+void copy_from_first_long_line(std::string_view text, const Sink& out) {
+    text::Reader reader(text);
+    bool copying = false;
+    while (const std::optional<std::string_view> line = reader.line()) {
+        copying = copying || line->size() > longest_header_line;
+        if (copying && !put_line(*line, out)) return;
+    }
+}
+
+void break_lines_at_tags(std::string_view text, const Sink& out) {
+    text::Reader reader(text);
+    while (std::optional<std::string_view> line = reader.line()) {
+        for (std::size_t at = line->find(line_break_tag); at != line->npos; at = line->find(line_break_tag)) {
+            if (!put_line(line->substr(0, at), out)) return;
+            line->remove_prefix(at + line_break_tag.size());
+        }
+        if (!put_line(*line, out)) return;
+    }
+}
+
+Status rewrite_in_place(const std::string& path, const Rewriting& rewriting) {
+    Result<files::AtomicFile> file = make(path, path, rewriting);
+    return file ? file->publish_as_rewrite() : file.error();
+}
+
+Result<std::string> write_rewritten(const std::string& input, const std::string& output, const Rewriting& rewriting,
+                                    files::OnCollision on_collision) {
+    Result<files::AtomicFile> file = make(input, output, rewriting);
+    return file ? file->publish(on_collision) : file.error();
+}
+
+bool holds_rewriting(const std::string& path, const std::string& input, const Rewriting& rewriting) {
+    const Result<files::MappedFile> there = files::MappedFile::open(path);
+    const Result<files::MappedFile> text = files::MappedFile::open(input);
+    if (!there || !text) return false;
+    std::string_view rest = there->bytes();
+    bool same = true;
+    rewriting(text->bytes(), [&](std::string_view piece) {
+        same = rest.starts_with(piece);
+        if (same) rest.remove_prefix(piece.size());
+        return same;
+    });
+    return same && rest.empty();
+}
+
+}  // namespace quill::decoder

@@ -1,0 +1,83 @@
+#include "decoder/naming_window.h"
+
+#include "decoder/headered_copy.h"
+#include "files/path.h"
+#include "text/ascii.h"
+
+#include <array>
+#include <string>
+
+namespace quill::decoder {
+namespace {
+
+constexpr std::array extensions = {".jpg", ".doc", ".gif", ".pdf", ".htm"};
+
+/// The extension that was typed, else the one that was chosen, with its dot; empty where there is neither.
+std::string wanted_extension(Form4& window) {
+    const std::string typed(text::trim(window.Text1.text));
+    if (!typed.empty()) return typed.starts_with('.') ? typed : "." + typed;
+    std::string chosen;
+    window.Option1.for_each([&](int, const controls::Choice& choice) {
+        if (choice.chosen) chosen = choice.caption;
+    });
+    return chosen;
+}
+
+void give_header(shell::Context& context) {
+    Form4& window = context.windows.load<Form4>();
+    platform::Platform& platform = context.platform;
+    const std::string extension = wanted_extension(window);
+    if (extension.empty()) {
+        platform.message(
+            "   You have not said what type of file to call it. Select an option above or type a 3 letter extension "
+            "for what type of file you think it is for me to call it after decoding it.");
+        return;
+    }
+    const std::string answer =
+        platform.input({.text = "What would you like to call this file? NOTE: You don't have to type the extension, I "
+                                "will add the " +
+                                extension + " to the file's name for you.",
+                        .title = "Name for the file?",
+                        .default_answer = "Temporary"});
+    if (answer.empty()) platform.end_process();
+    ask_for_headered_copy(context);
+
+    const std::string original = files::name_of(context.session.EncodedPath);
+    const Result<std::string> copy = write_headered_copy(context.session, answer + extension);
+    if (!copy) {
+        platform.message("   The new file could not be written: " + copy.error().text + ".");
+        return;
+    }
+    platform.message("   You can now restart the program and choose the " + *copy + " file to decode instead of the " +
+                     original + " file and it should decode for you.");
+    platform.end_process();
+}
+
+}  // namespace
+
+Form4::Form4() {
+    Frame1.visible = false;
+    Label4.text =
+        "There was no extension found on this file. This file appears to be an encoded file without a header to name "
+        "the file nor does the file name provide a clue as to what to call it. Click on a type below to call it or "
+        "type in your own extension for after it is decoded.";
+    Option1.for_each(
+        [](int i, controls::Choice& choice) { choice.caption = extensions.at(static_cast<std::size_t>(i)); });
+    Label2.text = "or type your own";
+    Command3.caption = "OK";
+    Command4.caption = "Cancel";
+}
+
+void show_naming_window(shell::Context& context, const std::string& hint) {
+    Form4& window = context.windows.load<Form4>();
+    window.caption = "File name not found";
+    window.Label3.text = hint;
+    window.Frame1.visible = true;
+    window.Command3.click = [context]() mutable { give_header(context); };
+    window.Command4.click = [context] { context.platform.end_process(); };
+    window.close = window.Command4.click;
+    window.visible = true;
+    context.platform.repaint(window);
+}
+
+}  // namespace quill::decoder
