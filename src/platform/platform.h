@@ -69,6 +69,8 @@ class Machine {
   public:
     virtual ~Machine() = default;
     virtual std::string user_name() const = 0;
+    /// The user's own directory, below which favorites may lie; empty where there is none.
+    virtual std::string home_directory() const = 0;
     /// The directory of the system's own files; nothing is ever written there.
     virtual std::string system_directory() const = 0;
     /// Whether the desktop is of the kind whose window frames the theme-sizing menu item is for.
