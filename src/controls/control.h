@@ -139,8 +139,8 @@ class ListBox : public Control {
     std::optional<std::size_t> selected;     ///< the current row
     bool takes_several = false;              ///< more rows than the current one may be selected
     std::vector<std::size_t> selected_rows;  ///< in a list that takes several: all of them, in order
-    Action change;        ///< another row was selected
-    Action double_click;  ///< also by Enter
+    Action change;                           ///< another row was selected
+    Action double_click;                     ///< also by Enter
 
   private:
     std::vector<std::string> items_;
@@ -197,6 +197,7 @@ struct Window : Control {
     int left = 0, top = 0, width = 0, height = 0;
     MousePointer pointer = MousePointer::normal;
     Action close;  ///< the user closes the window
+    Action hover;  ///< the pointer came over a part of it that is no control
 };
 
 /// Controls that share a name and are told apart by an index, which need not run without gaps.

@@ -82,6 +82,21 @@ struct swit : controls::Window {
     swit();
 };
 
+/// Gives the first two options the captions that they have while no file is selected.
+void show_idle_captions(swit& window);
+
+/// Gives the whole window the captions and the visible controls of a start without a file.
+void set_idle_texts(swit& window);
+
+/// Makes the first three options speak of the file `name`, which may be decoded, scanned and listed.
+void show_file_captions(swit& window, const std::string& name);
+
+/// Gives all options their normal colour again.
+void fremy(swit& window);
+
+/// Leaves the create wizard: its panel and frames hidden, the stars moving.
+void hide_create_panels(swit& window);
+
 /// Names every control once: f(name, role, control).
 template <class F>
 void visit_controls(swit& w, F&& f) {

@@ -2,6 +2,7 @@
 
 #include "controls/windows.h"
 #include "platform/platform.h"
+#include "shell/routes.h"
 
 #include <string>
 
@@ -38,11 +39,13 @@ struct Session {
     std::string FavListPath;  ///< the current favorites list
 };
 
-/// What nearly every operation needs: the shared variables, the windows, the machine.
+/// What nearly every operation needs: the shared variables, the windows, the machine, and the ways to what stands
+/// above.
 struct Context {
     Session& session;
     controls::Windows& windows;
     platform::Platform& platform;
+    Routes& routes;
 };
 
 }  // namespace quill::shell

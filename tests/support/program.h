@@ -12,7 +12,8 @@ struct Program {
     shell::Session session;
     ScriptedPlatform platform;
     controls::Windows windows;
-    shell::Context context{session, windows, platform};
+    shell::Routes routes;
+    shell::Context context{session, windows, platform, routes};
     shell::swit& main_window = windows.load<shell::swit>();
 };
 

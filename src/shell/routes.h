@@ -1,0 +1,34 @@
+#pragma once
+
+#include "controls/control.h"
+
+#include <functional>
+#include <string>
+
+namespace quill::shell {
+
+/// The ways from the main window to operations and windows that stand above it. Whoever provides one fills it in; while
+/// one is empty, the program says that it can't do this yet.
+struct Routes {
+    std::function<void(std::string& path)> decode;  ///< decodes the file; may change the path
+
+    controls::Action open_chooser;     ///< the file chooser, set up to open, view or decode a file
+    controls::Action report_contents;  ///< lists SelectedDir/SelectedFile; sets ZipEncrypted where a member needs it
+    controls::Action open_archive;     ///< the archive window on SelectedDir/SelectedFile
+    controls::Action show_contents;    ///< the contents window on SelectedDir/SelectedFile
+    controls::Action scan_file;        ///< has an anti-virus program check SelectedDir/SelectedFile
+
+    std::function<void(const std::string& path)> open_pics;  ///< a PICS file into the viewer
+    controls::Action open_pictures;                          ///< the window that opens pictures into the viewer
+    controls::Action open_favorites;                         ///< the favorites lists
+
+    controls::Action create_archive;  ///< the create wizard's steps after the choice of a kind
+    std::function<void(const std::string& caption)> open_encoder;  ///< the chooser, its caption naming what to make
+    controls::Action make_picture_book;                            ///< the picture book wizard, for HTX
+    controls::Action make_pics_file;                               ///< the same, for PICS
+
+    controls::Action make_zip_default;  ///< be the default program for ZIP files
+    controls::Action edit_file_types;   ///< default settings of other file types
+};
+
+}  // namespace quill::shell
