@@ -57,7 +57,8 @@ class Opener {
     virtual ~Opener() = default;
     /// Opens `path` with the desktop's default program for its type. False where none could be started.
     virtual bool open_with_default(const std::string& path) = 0;
-    /// Starts `program` with `arguments`, in `directory` (empty: the current one). False where it can't be started.
+    /// Starts `program` with `arguments`, in `directory` (empty: the current one). False where it can't be started. A
+    /// bare name is looked for beside the running program first, then on the search path.
     virtual bool start(const std::string& program, const std::vector<std::string>& arguments,
                        const std::string& directory) = 0;
     /// Opens `path` in the user's text editor, or in a small one of the program's own.
