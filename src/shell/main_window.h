@@ -25,6 +25,7 @@ struct swit : controls::Window {
     controls::Picture Picture6;                                     // its filled part: `left` is how far it is
     controls::Choice Option1;                                       // takes the focus; never seen
     controls::Timer Timer2;                                         // moves the stars
+    StarField stars;                                                // what it moves
     controls::Timer Timer22;                                        // does nothing
 
     // The results panel.
@@ -37,6 +38,7 @@ struct swit : controls::Window {
     controls::Button Command8;                       // check the selected file for viruses
     controls::Button Command6;                       // help on misnamed files
     controls::Button Command4;                       // end the program
+    std::vector<ResultRow> results;                  // what is known of each row of List3, row for row
 
     // The create wizard.
     controls::Picture Picture4;                                    // wizard panel
