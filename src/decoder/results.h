@@ -1,26 +1,30 @@
 #pragma once
 
-#include "shell/results.h"
-#include "shell/session.h"
+#include "codec/attachment.h"
+#include "shell/main_window.h"
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
-/// The rows of the results list, each with what is known of its file. The main window's list and its records are
-/// changed here alone, so that they stay row for row the same files.
 namespace quill::decoder {
 
-/// Adds a row at the end. Where `row` has no verdict its size is read from the file of that name in the current
-/// directory.
-void add_result(shell::Context& context, shell::ResultRow row);
+/// A row of the results list with what is known of its file.
+struct ResultRow {
+    std::string name;
+    std::optional<std::uint64_t> size = {};      ///< bytes it has on the disk now; absent where it is gone
+    std::optional<codec::Verdict> verdict = {};  ///< absent where no decoder spoke for the file
+    std::vector<codec::Problem> problems = {};
 
-/// Gives row `row` another name.
-void rename_result(shell::Context& context, std::size_t row, const std::string& name);
+    bool operator==(const ResultRow&) const = default;
+};
 
-/// Takes row `row` away.
-void remove_result(shell::Context& context, std::size_t row);
+/// Row `row` of `List3`; names are relative to the current directory. REQUIRES: row < List3.count().
+ResultRow result_row(const shell::swit& w, std::size_t row);
 
-/// Shows the results panel over the start panel, the progress bar gone.
-void show_results_panel(shell::Context& context);
+/// Takes row `row` and what is known of its file away. Deletes no file.
+void remove_result(shell::swit& w, std::size_t row);
 
 }  // namespace quill::decoder

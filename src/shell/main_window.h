@@ -2,6 +2,7 @@
 
 #include "codec/attachment.h"
 #include "controls/control.h"
+#include "shell/star_field.h"
 
 #include <map>
 #include <string>
@@ -38,7 +39,6 @@ struct swit : controls::Window {
     controls::Button Command8;                       // check the selected file for viruses
     controls::Button Command6;                       // help on misnamed files
     controls::Button Command4;                       // end the program
-    std::vector<ResultRow> results;                  // what is known of each row of List3, row for row
 
     // The create wizard.
     controls::Picture Picture4;                                    // wizard panel
