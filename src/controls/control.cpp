@@ -1,6 +1,7 @@
 #include "controls/control.h"
 
 #include "files/directory.h"
+#include "files/path.h"
 
 namespace quill::controls {
 
@@ -18,6 +19,10 @@ void FileListBox::refresh() {
     Result<std::vector<std::string>> files = files::list_files(directory_, pattern_);
     std::vector<std::string> names = files ? std::move(*files) : std::vector<std::string>();
     if (!shows_hidden) std::erase_if(names, [](const std::string& name) { return name.starts_with('.'); });
+    if (executables_only) {
+        std::erase_if(names,
+                      [&](const std::string& name) { return !files::is_executable(files::join(directory_, name)); });
+    }
     assign(std::move(names));
 }
 

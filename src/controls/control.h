@@ -153,7 +153,8 @@ class FileListBox : public ListBox {
     const std::string& directory() const { return directory_; }
     const std::string& pattern() const { return pattern_; }
 
-    bool shows_hidden = true;  ///< files whose names begin with a dot are listed as well
+    bool shows_hidden = true;       ///< files whose names begin with a dot are listed as well
+    bool executables_only = false;  ///< only files that this user may execute are listed
 
     void set_directory(std::string directory);
     void set_pattern(std::string pattern);

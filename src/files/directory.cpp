@@ -76,6 +76,8 @@ bool is_directory(const std::string& path) {
     return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
+bool is_executable(const std::string& path) { return file_size(path) && access(path.c_str(), X_OK) == 0; }
+
 bool remove_file(const std::string& path) {
     return unlink(path.c_str()) == 0;
 }

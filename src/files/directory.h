@@ -23,6 +23,9 @@ std::optional<std::uint64_t> file_size(const std::string& path);
 bool exists(const std::string& path);
 bool is_directory(const std::string& path);
 
+/// Whether `path` is a regular file that this process may execute.
+bool is_executable(const std::string& path);
+
 /// Deletes the file at `path` (a link itself, not its target); false where it could not be done.
 bool remove_file(const std::string& path);
 
