@@ -175,7 +175,8 @@ Result<Merged> merge_yenc(std::span<const std::string> paths, const std::string&
     }
     const std::vector<YencPart> series = ordered(all);
     tell_outsiders(all, series, inputs, merged);
-    if (series.size() < 2) return Error{ErrorCode::bad_input, 0, "Fewer than two of the files are parts of one series"};
+    if (series.size() < 2)
+        return Error{ErrorCode::bad_argument, 0, "Fewer than two of the files are parts of one series"};
 
     Result<files::AtomicFile> out = files::AtomicFile::create(output);
     if (!out) return out.error();

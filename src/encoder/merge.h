@@ -53,8 +53,8 @@ Result<Merged> merge_text(std::span<const std::string> paths, const std::string&
 
 /// Joins the yEnc parts in `paths`, whatever their order, into `output`, which appears or is replaced only when whole:
 /// the first part from its file's beginning to its `=yend`, the data alone of those between, and the last one's data to
-/// its end, `=yend` line and all. Fails with `bad_input` where a file holds no part (its name stands in the text) or
-/// where fewer than two parts have a place in the series.
+/// its end, `=yend` line and all. Fails with `bad_input` where a file holds no part (its name stands in the text),
+/// with `bad_argument` where fewer than two parts have a place in the series.
 Result<Merged> merge_yenc(std::span<const std::string> paths, const std::string& output, const OnMerge& progress = {});
 
 }  // namespace quill::encoder
