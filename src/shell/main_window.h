@@ -50,6 +50,7 @@ struct swit : controls::Window {
     controls::Label Label2;                                        // what is being created
     controls::Label Label4;                                        // the step at hand
     controls::Label Label5;                                        // the wizard's directory
+    controls::Label Label12;                                       // how many files it will take
     controls::Button Command1;                                     // next step
     controls::DriveListBox Drive1;                                 // drive of the wizard
     controls::DirListBox Dir1;                                     // directory of the wizard
@@ -140,6 +141,7 @@ void visit_controls(swit& w, F&& f) {
     f("Label2", "What is being created", w.Label2);
     f("Label4", "Step of the creation", w.Label4);
     f("Label5", "Directory of the new file", w.Label5);
+    f("Label12", "Number of files chosen", w.Label12);
     f("Command1", "Next step", w.Command1);
     f("Drive1", "Drive of the new file", w.Drive1);
     f("Dir1", "Directory to create in", w.Dir1);
