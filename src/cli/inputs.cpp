@@ -1,0 +1,122 @@
+#include "cli/inputs.h"
+
+#include "files/mapped_file.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <string_view>
+#include <unistd.h>
+#include <utility>
+
+namespace quill::cli {
+namespace {
+
+constexpr std::string_view standard_input_name = "-";
+
+bool write_all(int fd, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t n = write(fd, bytes.data(), bytes.size());
+        if (n < 0 && errno == EINTR) continue;
+        if (n < 0) return false;
+        bytes.remove_prefix(static_cast<std::size_t>(n));
+    }
+    return true;
+}
+
+}  // namespace
+
+ReportStyle Request::style() const {
+    if (json) return ReportStyle::json;
+    return quiet ? ReportStyle::silent : ReportStyle::lines;
+}
+
+bool Request::wants(const codec::Attachment& attachment) const {
+    return (all || !attachment.message_text) && (forks || !attachment.resource_fork);
+}
+
+void add_request_options(CLI::App& command, Request& request) {
+    command
+        .add_option("FILE", request.files,
+                    "Saved messages and posts; - is standard input. They are read together, in any order: parts of "
+                    "one attachment that lie in several files are joined")
+        ->required()
+        ->type_name("")
+        ->allow_extra_args(false);  // else "[a]" would be taken as a list
+    command.add_flag("--all", request.all, "The texts of messages too: text parts without a file name");
+    command.add_flag("--forks", request.forks, "The resource forks in BinHex too, as NAME.rsrc");
+    command.add_flag("--json", request.json,
+                     "Tell the results as a JSON array of {name, path, size, format, verdict, problems, sources}");
+    command.add_flag("--quiet", request.quiet, "Neither lines nor a progress bar; errors are still told");
+}
+
+Result<SpooledInput> SpooledInput::read(std::istream& in) {
+    const char* directory = std::getenv("TMPDIR");
+    std::string name = std::string(directory != nullptr && *directory != '\0' ? directory : "/tmp") + "/quill-XXXXXX";
+    const int fd = mkostemp(name.data(), 0);
+    if (fd < 0) return system_error(errno);
+    unlink(name.c_str());
+    SpooledInput spooled(fd);
+    std::array<char, 1 << 16> buffer;
+    while (in.read(buffer.data(), buffer.size()), in.gcount() > 0) {
+        if (!write_all(fd, {buffer.data(), static_cast<std::size_t>(in.gcount())})) return system_error(errno);
+    }
+    return spooled;
+}
+
+SpooledInput::SpooledInput(SpooledInput&& other) noexcept : fd_(std::exchange(other.fd_, -1)) {}
+
+SpooledInput::~SpooledInput() {
+    if (fd_ >= 0) close(fd_);
+}
+
+std::string SpooledInput::path() const {
+    return "/proc/self/fd/" + std::to_string(fd_);
+}
+
+Inputs::Inputs(const Request& request, const Console& console, Report& report, ProgressBar& progress) {
+    std::vector<std::string> paths;
+    for (const std::string& name : request.files) {
+        std::string path = name;
+        if (name == standard_input_name && !standard_input_) {
+            auto spooled = SpooledInput::read(console.in);
+            if (!spooled) {
+                report.fail(name, spooled.error());
+                continue;
+            }
+            path = standard_input_.emplace(std::move(*spooled)).path();
+        }
+        if (const auto readable = files::MappedFile::open(path); !readable) {
+            report.fail(name, readable.error());
+            continue;
+        }
+        names_.push_back(name);
+        paths.push_back(path);
+    }
+    if (paths.empty()) return;
+    auto recovery = codec::Recovery::open(paths, [&](std::uint64_t done, std::uint64_t total) {
+        progress.show("reading", done, total);
+        return true;
+    });
+    progress.clear();
+    if (recovery) {
+        recovery_.emplace(std::move(*recovery));
+    } else {
+        report.fail({}, recovery.error());
+    }
+}
+
+std::vector<std::string> Inputs::sources_of(const codec::Attachment& attachment) const {
+    std::vector<std::string> sources;
+    for (const codec::Range& range : attachment.body) {
+        const std::string& name = names_.at(range.source);
+        if (std::find(sources.begin(), sources.end(), name) == sources.end()) sources.push_back(name);
+    }
+    if (sources.empty()) sources.push_back(names_.front());
+    return sources;
+}
+
+}  // namespace quill::cli

@@ -1,0 +1,146 @@
+#include "cli/report.h"
+
+#include "text/utf8.h"
+
+#include <array>
+#include <cstdio>
+#include <ostream>
+
+namespace quill::cli {
+namespace {
+
+bool is_control(char c) {
+    return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
+}
+
+void append_u_escape(std::string& out, unsigned code_unit) {
+    std::array<char, 8> escape{};
+    std::snprintf(escape.data(), escape.size(), "\\u%04x", code_unit & 0xFFFFU);
+    out += escape.data();
+}
+
+void append_json_ascii(std::string& out, char c) {
+    switch (c) {
+        case '"':
+            out += "\\\"";
+            break;
+        case '\\':
+            out += "\\\\";
+            break;
+        case '\n':
+            out += "\\n";
+            break;
+        case '\t':
+            out += "\\t";
+            break;
+        default:
+            if (is_control(c)) {
+                append_u_escape(out, static_cast<unsigned char>(c));
+            } else {
+                out += c;
+            }
+    }
+}
+
+/// Bytes of the UTF-8 character that `s` begins with; 0 where it begins with none.
+std::size_t length_of_character(std::string_view s) {
+    for (std::size_t n = 1; n <= 4 && n <= s.size(); ++n) {
+        if (text::is_utf8(s.substr(0, n))) return n;
+    }
+    return 0;
+}
+
+std::string json_of(const codec::Problem& problem) {
+    return "{\"kind\": " + json_string(problem.kind) + ", \"at\": " + std::to_string(problem.at_input) +
+           ", \"text\": " + json_string(problem.text) + "}";
+}
+
+/// The items, each turned to JSON by `turn`, as an array.
+template <class Items, class Turn>
+std::string json_array(const Items& items, Turn turn) {
+    std::string out = "[";
+    for (const auto& item : items) {
+        if (out.size() > 1) out += ", ";
+        out += turn(item);
+    }
+    return out + "]";
+}
+
+}  // namespace
+
+std::string printable(std::string_view text) {
+    std::string out(text);
+    for (char& c : out) {
+        if (is_control(c)) c = '?';
+    }
+    return out;
+}
+
+std::string json_string(std::string_view text) {
+    std::string out = "\"";
+    while (!text.empty()) {
+        const std::size_t n = length_of_character(text);
+        if (n == 0) {
+            append_u_escape(out, 0xDC00U + static_cast<unsigned char>(text.front()));
+            text.remove_prefix(1);
+        } else if (n == 1) {
+            append_json_ascii(out, text.front());
+            text.remove_prefix(1);
+        } else {
+            out += text.substr(0, n);
+            text.remove_prefix(n);
+        }
+    }
+    return out + "\"";
+}
+
+std::string line_of(const codec::Recovered& file) {
+    return printable(file.name) + "\t" + std::to_string(file.outcome.size) + "\t" +
+           std::string(name_of(file.outcome.verdict)) + "\t" + std::string(name_of(file.format));
+}
+
+std::string json_of(const codec::Recovered& file) {
+    const auto problem = [](const codec::Problem& item) { return json_of(item); };
+    return "{\"name\": " + json_string(file.name) +
+           ", \"path\": " + (file.path.empty() ? "null" : json_string(file.path)) +
+           ", \"size\": " + std::to_string(file.outcome.size) + ", \"format\": " + json_string(name_of(file.format)) +
+           ", \"verdict\": " + json_string(name_of(file.outcome.verdict)) +
+           ", \"problems\": " + json_array(file.outcome.problems, problem) +
+           ", \"sources\": " + json_array(file.sources, json_string) + "}";
+}
+
+void Report::add(const codec::Recovered& file) {
+    using codec::Verdict;
+    found_ = true;
+    if (file.outcome.verdict == Verdict::damaged || file.outcome.verdict == Verdict::incomplete) damaged_ = true;
+    if (style_ == ReportStyle::lines) {
+        console_.out << line_of(file) << std::endl;
+        tell_problems(file);
+    } else if (style_ == ReportStyle::json) {
+        json_ += (json_.empty() ? "[" : ",\n ") + json_of(file);
+    }
+}
+
+void Report::tell_problems(const codec::Recovered& file) const {
+    for (const codec::Problem& problem : file.outcome.problems) {
+        if (problem.grade == codec::Grade::repaired) continue;
+        console_.err << "quill: " << printable(file.name) << ": at byte " << problem.at_input << ": "
+                     << printable(problem.text) << '\n';
+    }
+}
+
+void Report::fail(std::string_view what, const Error& error) {
+    failed_ = true;
+    console_.err << "quill: " << printable(what) << (what.empty() ? "" : ": ") << printable(error.text) << '\n';
+}
+
+ExitStatus Report::finish() {
+    if (style_ == ReportStyle::json) console_.out << (json_.empty() ? "[" : json_) << "]\n";
+    if (failed_) return ExitStatus::failed;
+    if (damaged_) return ExitStatus::damaged;
+    if (found_) return ExitStatus::good;
+    if (style_ == ReportStyle::lines) console_.err << "quill: nothing to decode was found\n";
+    return ExitStatus::nothing;
+}
+
+}  // namespace quill::cli
