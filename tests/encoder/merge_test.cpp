@@ -1,10 +1,7 @@
 #include "encoder/merge.h"
 
-#include "files/directory.h"
+#include "support/temporary_directory.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <gmock/gmock.h>
 
 namespace quill::encoder {
@@ -16,21 +13,9 @@ using ::testing::IsEmpty;
 
 class Merge : public ::testing::Test {
   protected:
-    Merge() {
-        std::string pattern = ::testing::TempDir() + "mergeXXXXXX";
-        dir_ = mkdtemp(pattern.data());
-    }
-    ~Merge() override { std::filesystem::remove_all(dir_); }
-
-    std::string path(const std::string& name) const { return dir_ + "/" + name; }
-    std::string put(const std::string& name, const std::string& bytes) const {
-        std::ofstream(path(name), std::ios::binary) << bytes;
-        return path(name);
-    }
-    std::string merged() const {
-        const auto bytes = files::read_file(path("merged.txt"));
-        return bytes ? *bytes : "(none)";
-    }
+    std::string path(const std::string& name) const { return dir_.path(name); }
+    std::string put(const std::string& name, const std::string& bytes) const { return dir_.write(name, bytes); }
+    std::string merged() const { return dir_.read("merged.txt"); }
     /// A post that holds part `number` with the data `data`.
     static std::string post(int number, const std::string& data, const std::string& before = "",
                             const std::string& behind = "") {
@@ -40,7 +25,7 @@ class Merge : public ::testing::Test {
     }
     const std::string head_ = "=ybegin part=1 line=128 size=9 name=a.bin\r\n=ypart begin=1 end=3\r\n";
 
-    std::string dir_;
+    tests::TemporaryDirectory dir_;
 };
 
 TEST_F(Merge, YencPartsJoinByTheirNumbersWithHeadersAndTrailersBetweenThemCutOut) {
@@ -82,9 +67,9 @@ TEST_F(Merge, WhatIsNoSeriesLeavesAnOlderMergeAlone) {
     EXPECT_EQ(plain.error().text, "plain is not a multipart yEnc encoded file.");
     EXPECT_FALSE(merge_yenc(std::vector{one, put("three", post(3, "C"))}, path("merged.txt")));
     EXPECT_FALSE(merge_yenc(std::vector{one, path("absent")}, path("merged.txt")));
-    EXPECT_FALSE(merge_text(std::vector{path("absent"), dir_}, path("merged.txt")));
+    EXPECT_FALSE(merge_text(std::vector{path("absent"), dir_.path()}, path("merged.txt")));
     EXPECT_EQ(merged(), "older");
-    EXPECT_THAT(*files::list_files(dir_), ElementsAre("merged.txt", "one", "plain", "three"));
+    EXPECT_THAT(dir_.names(), ElementsAre("merged.txt", "one", "plain", "three"));
 }
 
 TEST_F(Merge, TextJoinsInTheOrderGivenWithEachLineEndedByCrLf) {

@@ -1,10 +1,8 @@
 #include "integration/favorites.h"
 
 #include "files/directory.h"
+#include "support/temporary_directory.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <gmock/gmock.h>
 
 namespace quill::integration {
@@ -35,24 +33,22 @@ TEST(Favorites, ALineIsDirectorySeparatorMarkCaption) {
 }
 
 TEST(Favorites, WhatIsWrittenReadsBackAndMissingDirectoriesDropOut) {
-    std::string pattern = ::testing::TempDir() + "favoritesXXXXXX";
-    const std::string dir = mkdtemp(pattern.data());
+    const tests::TemporaryDirectory temporary;
+    const std::string& dir = temporary.path();
     const std::string before = files::current_directory();
     EXPECT_TRUE(write_favorite(dir, {"Root", "/"}));
     EXPECT_TRUE(write_favorite(dir, {"Gone", dir + "/gone"}));
     EXPECT_TRUE(write_favorite(dir, {"here", dir + "/gone"}));
     EXPECT_TRUE(write_favorite(dir, {"here", dir}));
     EXPECT_FALSE(write_favorite(dir, {"a/b", dir}));
-    const std::string comma = dir + "/mail, old";
-    std::filesystem::create_directory(comma);
+    const std::string comma = temporary.make_directory("mail, old");
     EXPECT_TRUE(write_favorite(dir, {"comma", comma}));
     EXPECT_FALSE(write_favorite(dir, {"", dir}));
-    std::ofstream(dir + "/broken.hyp") << "nothing of the kind";
+    temporary.write("broken.hyp", "nothing of the kind");
     EXPECT_THAT(read_favorites(dir, "/home/ann"),
                 ElementsAre(Favorite{"comma", comma}, Favorite{"here", dir}, Favorite{"Root", "/"}));
     EXPECT_TRUE(read_favorites(dir + "/gone", "/home/ann").empty());
     EXPECT_EQ(files::current_directory(), before);
-    std::filesystem::remove_all(dir);
 }
 
 }  // namespace

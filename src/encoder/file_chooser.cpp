@@ -1,0 +1,250 @@
+#include "encoder/file_chooser.h"
+
+#include "encoder/chooser_select.h"
+#include "encoder/merge_page.h"
+#include "files/directory.h"
+#include "files/mounts.h"
+#include "files/path.h"
+#include "integration/favorites.h"
+
+#include <algorithm>
+#include <array>
+
+namespace quill::encoder {
+namespace {
+
+using controls::run;
+
+struct ModeRow {
+    ChooserMode mode;
+    std::string_view caption;
+    std::string_view pattern;
+};
+
+constexpr std::string_view pages = "*.htm;*.html";
+constexpr std::string_view all_files = "*.*";
+
+constexpr std::array<ModeRow, 12> modes = {{
+    {ChooserMode::open_archive, "Select a ZIP or HTX file to open or view", "*.zip;*.htx"},
+    {ChooserMode::open, "Select a file to open, view or decode", all_files},
+    {ChooserMode::decode, "Select a file to decode", all_files},
+    {ChooserMode::add_to_archive, "Add files to zip", all_files},
+    {ChooserMode::anti_virus, "Select the anti-virus program you wish to use", "*.exe"},
+    {ChooserMode::collect_files, "Select files to copy into a new ZIP file", all_files},
+    {ChooserMode::collect_pages, "Select .htm or .html files to copy into a new HTX file", pages},
+    {ChooserMode::encode_uue, "Create a UUE encoded file", all_files},
+    {ChooserMode::encode_mime, "Create a MIME encoded file", all_files},
+    {ChooserMode::encode_binhex, "Create a BIN-HEX 4 file", all_files},
+    {ChooserMode::encode_xxe, "Create an XXEncoded file", all_files},
+    {ChooserMode::encode_yenc, "Create a yEncoded file", all_files},
+}};
+
+// The window as told in twips; the desktop lets it grow with the font.
+constexpr int window_width = 11400;
+constexpr int window_height = 7800;
+
+// Where the picture of tabs is divided, in twips from its left.
+constexpr int recent_tab_end = 2475;
+constexpr int merge_tab_end = 5580;
+
+void set_captions(cmdg& w) {
+    w.go.caption = "Go";
+    w.hidden_files.caption = "Show hidden files";
+    w.Command1.caption = "Select";
+    w.Command2.caption = "Cancel";
+    w.Label1.text = "Files chosen thus far";
+    w.Command3.caption = "Add valid images";
+    w.Command4.caption = "Add valid pages ";
+    w.Command5.caption = "Spyder hunt all links";
+    w.Command6.caption = "Help";
+    w.Option1.caption = "Show only HTML files";
+    w.Option2.caption = "Show all files in directory";
+    w.Label2.text = "Short cuts to the most common favorite download directories";
+    w.Label3.text = "Add a new favorite directory";
+    w.Image2.caption = "Back to the files";
+    w.Label5.text = "Click on a directory on the list to change it instantly";
+    w.Option3.caption = "Clear recent directories list";
+    w.Command11.caption = "Cancel";
+    w.Label6.text = "Chosen files:";
+    w.Command7.caption = "<- Add file to the above list";
+    w.Command9.caption = "Merge and decode chosen files (UUE / MIME)";
+    w.Command10.caption = "Merge and decode chosen files (yEnc encoded)";
+    w.Command8.caption = "Clear list of chosen files     (no file deleting)";
+    w.Command12.caption = "Help and explanations for these merge options";
+    w.Command13.caption = "Cancel";
+}
+
+void hide_what_starts_hidden(cmdg& w) {
+    w.List1.visible = w.List6.visible = w.List8.visible = false;
+    w.Picture2.visible = false;
+    w.Picture3.visible = true;
+    w.Image1.enabled = w.Image2.enabled = false;
+    w.Command3.enabled = w.Command4.enabled = w.Command5.enabled = false;
+    w.Option3.enabled = false;
+    w.File1.takes_several = w.File2.takes_several = true;
+    w.File1.shows_hidden = w.File2.shows_hidden = false;
+}
+
+void copy_file_names(cmdg& w) {
+    w.List1.assign(w.File1.items());
+}
+
+/// Goes to a favorite or a recent directory. One that can't be entered leaves the chooser where it is.
+void go_to_shortcut(cmdg& w, const std::string& directory) {
+    if (files::is_directory(directory)) enter_directory(w, directory);
+}
+
+void go_to_typed(shell::Context& context, cmdg& w) {
+    const std::string typed = files::absolute(w.Text1.text);
+    if (files::is_directory(typed)) {
+        enter_directory(w, typed);
+        return;
+    }
+    const std::string dir = files::dir_of(typed);
+    if (!files::exists(typed) || !files::is_directory(dir)) {
+        context.platform.message("There is no file or directory called " + typed + ".");
+        w.Text1.text = w.Dir1.path;
+        return;
+    }
+    enter_directory(w, dir);
+    const auto& names = w.File1.items();
+    const auto found = std::find(names.begin(), names.end(), files::name_of(typed));
+    if (found != names.end()) w.File1.selected = static_cast<std::size_t>(found - names.begin());
+}
+
+void change_drive(shell::Context& context, cmdg& w, const std::string& drive) {
+    const Result<std::vector<std::string>> listing = files::list_directories(drive);
+    if (!listing) context.platform.message(listing.error().text);
+    enter_directory(w, drive);
+}
+
+void press_tabs(cmdg& w, int x) {
+    if (!w.Image1.enabled) return;
+    w.Picture2.visible = true;
+    if (x < recent_tab_end) w.Picture3.visible = false;
+    if (x >= recent_tab_end && x < merge_tab_end) w.Picture3.visible = true;
+}
+
+void close_page(cmdg& w) {
+    w.Picture2.visible = false;
+    if (w.List9.count() > 0) w.Option3.enabled = true;
+}
+
+void clear_recent_directories(cmdg& w) {
+    w.Option3.chosen = false;
+    w.List9.clear();
+    w.Option3.enabled = false;
+}
+
+/// A press on a file brings the list up to date and keeps the row selected.
+void refresh_keeping_selection(cmdg& w) {
+    if (w.mode() != ChooserMode::open_archive && w.mode() != ChooserMode::open) return;
+    const std::string name = w.File1.selected_item();
+    const auto row = w.File1.selected;
+    w.File1.refresh();
+    copy_file_names(w);
+    const auto& names = w.File1.items();
+    if (row && *row < names.size() && names[*row] == name) w.File1.selected = row;
+}
+
+void wire_file_page(shell::Context& context, cmdg& w) {
+    w.go.click = [&context, &w] { go_to_typed(context, w); };
+    w.Drive1.change = [&context, &w] { change_drive(context, w, w.Drive1.drive); };
+    w.Dir1.change = [&w] { enter_directory(w, w.Dir1.path); };
+    w.hidden_files.click = [&w] {
+        w.File1.shows_hidden = w.File2.shows_hidden = w.hidden_files.checked;
+        enter_directory(w, w.Dir1.path);
+    };
+    w.File1.change = [&w] { refresh_keeping_selection(w); };
+    w.Command1.click = w.File1.double_click = [&context, &w] { select_files(context, w); };
+    w.Command2.click = w.close = [&context, &w] { cancel_chooser(context, w); };
+    w.Option1.click = [&w] {
+        w.File1.set_pattern(std::string(pages));
+        copy_file_names(w);
+    };
+    w.Option2.click = [&w] {
+        w.File1.set_pattern(std::string(all_files));
+        copy_file_names(w);
+    };
+    w.List5.change = [&w] {
+        if (w.List5.selected && *w.List5.selected < w.List6.count())
+            go_to_shortcut(w, w.List6.items()[*w.List5.selected]);
+    };
+}
+
+void wire_tabs(shell::Context& context, cmdg& w) {
+    w.Image1.press = [&w](int x) { press_tabs(w, x); };
+    w.Image2.click = [&w] { close_page(w); };
+    w.Option3.click = [&w] { clear_recent_directories(w); };
+    w.Command11.click = [&context] { context.windows.unload<cmdg>(); };
+    w.List9.change = [&w] {
+        if (!w.List9.selected) return;
+        go_to_shortcut(w, w.List9.selected_item());
+        w.Picture2.visible = true;
+    };
+}
+
+}  // namespace
+
+std::string_view caption_of(ChooserMode mode) {
+    return modes[static_cast<std::size_t>(mode)].caption;
+}
+
+std::string_view pattern_of(ChooserMode mode) {
+    return modes[static_cast<std::size_t>(mode)].pattern;
+}
+
+ChooserMode cmdg::mode() const {
+    const auto row = std::find_if(modes.begin(), modes.end(), [&](const ModeRow& r) { return r.caption == caption; });
+    return row == modes.end() ? ChooserMode::open : row->mode;
+}
+
+cmdg::cmdg(shell::Context& context) : context_(context) {
+    width = window_width;
+    height = window_height;
+    left = (context.platform.machine().screen_width() - width) / 2;
+    top = (context.platform.machine().screen_height() - height) / 2;
+    set_captions(*this);
+    hide_what_starts_hidden(*this);
+    wire_file_page(context_, *this);
+    wire_tabs(context_, *this);
+    wire_merge_page(context_, *this);
+    context.session.UserName = context.platform.machine().user_name();
+    showlnks(context_, *this);
+    enter_directory(*this, files::current_directory());
+}
+
+cmdg& show_chooser(shell::Context& context, ChooserMode mode, const std::string& directory) {
+    cmdg& w = context.windows.load<cmdg>(context);
+    w.caption = caption_of(mode);
+    const bool has_pages = mode == ChooserMode::open || mode == ChooserMode::decode;
+    w.Image1.enabled = w.Image2.enabled = has_pages;
+    w.Option1.visible = w.Option2.visible = mode == ChooserMode::collect_pages;
+    w.File1.executables_only = mode == ChooserMode::anti_virus;
+    w.File1.set_pattern(mode == ChooserMode::anti_virus ? std::string(all_files) : std::string(pattern_of(mode)));
+    enter_directory(w, directory.empty() ? files::current_directory() : directory);
+    w.visible = true;
+    return w;
+}
+
+void enter_directory(cmdg& w, const std::string& directory) {
+    w.Dir1.path = w.Dir2.path = w.Text1.text = directory;
+    w.File1.set_directory(directory);
+    if (w.File2.directory() != directory) w.List7.clear();
+    w.File2.set_directory(directory);
+    w.Drive1.drive = w.Drive2.drive = files::drive_of(directory, files::drives());
+    w.chosenDir = files::join(directory, "");
+    copy_file_names(w);
+}
+
+void showlnks(shell::Context& context, cmdg& w) {
+    w.List5.clear();
+    w.List6.clear();
+    const std::string dir = files::join(context.session.AppParentDir, "favorites");
+    for (const auto& favorite : integration::read_favorites(dir, context.platform.machine().home_directory())) {
+        w.List5.add(favorite.caption);
+        w.List6.add(favorite.directory);
+    }
+}
+
+}  // namespace quill::encoder

@@ -1,0 +1,144 @@
+#include "encoder/merge_page.h"
+
+#include "encoder/merge.h"
+#include "files/directory.h"
+#include "files/path.h"
+#include "shell/main_window.h"
+#include "viewer/save_pictures.h"
+
+#include <algorithm>
+
+namespace quill::encoder {
+namespace {
+
+constexpr std::string_view nothing_to_add =
+    "You must first select a file from the files list on the left. If there is no files in that list, change to a "
+    "directory "
+    "where the files are you want to merge are located.";
+constexpr std::string_view too_few_files =
+    "There are not enough files on the list to merge. To add files to the merge list, select some files and click "
+    "'Edit' on the "
+    "top menu bar, then click 'Add files to merge list'.";
+constexpr std::string_view no_contents = "This file has no contents";
+constexpr std::string_view output_name = "merged.txt";
+
+constexpr std::string_view help_texts[] = {
+    "   A long attachment is often sent in several posts. Save each post as a file of its own, all in one directory, "
+    "then put "
+    "those files on the list with the button that adds files.",
+    "   UUE and MIME parts are joined in the order of the list, so add part 1 first, then part 2, and so on. yEnc "
+    "parts carry "
+    "their numbers, so they may be added in any order.",
+    "   The joined file is called merged.txt and lies in the directory of the parts. None of the parts is changed. The "
+    "main "
+    "window then offers merged.txt for decoding. Clearing the list deletes no file.",
+};
+
+using MergeFunction = Result<Merged> (*)(std::span<const std::string>, const std::string&, const OnMerge&);
+
+void add_selected(shell::Context& context, cmdg& w) {
+    const auto rows = w.File2.chosen_rows();
+    if (rows.empty()) {
+        context.platform.message(std::string(nothing_to_add));
+        return;
+    }
+    for (const std::size_t row : rows) w.List7.add(w.File2.items()[row]);
+}
+
+std::string percent(double fraction) {
+    return std::to_string(static_cast<int>(fraction * 100)) + "%";
+}
+
+void show_progress(shell::Context& context, viewer::SavPic& panel, double of_file, double of_all) {
+    panel.Picture6.left = static_cast<int>(of_all * viewer::full_bar);
+    panel.Label2.text = percent(of_all);
+    panel.Picture2.left = static_cast<int>(of_file * viewer::full_bar);
+    panel.Label5.text = percent(of_file);
+    context.platform.repaint(panel);
+}
+
+/// Says what did not go into the merge, so that nothing is missing in silence.
+void tell_left_out(shell::Context& context, const Merged& merged) {
+    if (merged.left_out.empty()) return;
+    std::string text = "These files were left out:";
+    for (const LeftOut& file : merged.left_out) text += "\n" + files::name_of(file.path) + ": " + file.reason;
+    context.platform.message(text);
+}
+
+void offer_merged_file(shell::Context& context, cmdg& w, const std::string& output) {
+    shell::Session& session = context.session;
+    session.SelectedDir = session.WorkDir = w.Dir2.path;
+    session.SelectedFile = output_name;
+    shell::swit& main = context.windows.load<shell::swit>();
+    if (files::file_size(output) == 0) {
+        context.platform.message(std::string(no_contents));
+        main.Label3.text.clear();
+        context.platform.end_process();
+    }
+    main.Label3.text = output;
+    shell::show_file_captions(main, session.SelectedFile);
+    main.apt(3).visible = main.opt(3).visible = true;
+    context.windows.unload<cmdg>();
+    main.visible = true;
+}
+
+/// What a failed merge does: a file that is no yEnc part ends the program; all else leaves the page as it was.
+void tell_failure(shell::Context& context, cmdg& w, const Error& error) {
+    w.visible = true;
+    w.pointer = controls::MousePointer::normal;
+    context.platform.message(error.text);
+    if (error.code == ErrorCode::bad_input) context.platform.end_process();
+}
+
+void merge(shell::Context& context, cmdg& w, MergeFunction function) {
+    if (w.List7.count() < 2) {
+        context.platform.message(std::string(too_few_files));
+        return;
+    }
+    w.pointer = controls::MousePointer::busy;
+    std::vector<std::string> paths;
+    for (const std::string& name : w.List7.items()) paths.push_back(files::join(w.Dir2.path, name));
+    const std::string output = files::join(w.Dir2.path, output_name);
+    viewer::SavPic& panel = viewer::show_progress_panel(context.windows);
+    const Result<Merged> merged =
+        function(paths, output, [&](double of_file, double of_all) { show_progress(context, panel, of_file, of_all); });
+    context.windows.unload<viewer::SavPic>();
+    if (!merged) {
+        tell_failure(context, w, merged.error());
+        return;
+    }
+    w.pointer = controls::MousePointer::normal;
+    tell_left_out(context, *merged);
+    offer_merged_file(context, w, output);
+}
+
+void back_to_main_window(shell::Context& context) {
+    shell::swit& main = context.windows.load<shell::swit>();
+    main.Option1.chosen = true;
+    main.visible = true;
+    controls::run(main.Command1.click);
+    context.windows.unload<cmdg>();
+}
+
+}  // namespace
+
+void wire_merge_page(shell::Context& context, cmdg& w) {
+    w.Drive2.change = [&w] { enter_directory(w, w.Drive2.drive); };
+    w.Dir2.change = [&w] {
+        w.File2.set_directory(w.Dir2.path);
+        w.List7.clear();
+    };
+    w.Command7.click = w.File2.double_click = [&context, &w] { add_selected(context, w); };
+    w.Command9.click = [&context, &w] { merge(context, w, merge_text); };
+    w.Command10.click = [&context, &w] {
+        w.visible = w.List7.count() < 2;
+        merge(context, w, merge_yenc);
+    };
+    w.Command8.click = [&w] { w.List7.clear(); };
+    w.Command12.click = [&context] {
+        for (const std::string_view text : help_texts) context.platform.message(std::string(text));
+    };
+    w.Command13.click = [&context] { back_to_main_window(context); };
+}
+
+}  // namespace quill::encoder

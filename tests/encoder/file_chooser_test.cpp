@@ -1,0 +1,260 @@
+#include "encoder/file_chooser.h"
+
+#include "files/directory.h"
+#include "shell/main_window.h"
+#include "support/program.h"
+#include "support/temporary_directory.h"
+
+#include <filesystem>
+#include <gmock/gmock.h>
+
+namespace quill::encoder {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class FileChooser : public ::testing::Test {
+  protected:
+    FileChooser() {
+        program_.session.AppParentDir = dir_.path();
+        std::filesystem::create_directory(dir_.path("favorites"));
+        std::filesystem::create_directory(dir_.path("mail"));
+    }
+
+    cmdg& show(ChooserMode mode) { return show_chooser(program_.context, mode, dir_.path("mail")); }
+    bool is_loaded() { return program_.windows.loaded<cmdg>() != nullptr; }
+    static void select(controls::ListBox& list, const std::string& name) {
+        const auto& items = list.items();
+        list.selected = static_cast<std::size_t>(std::find(items.begin(), items.end(), name) - items.begin());
+        ASSERT_LT(*list.selected, items.size()) << name;
+        controls::run(list.change);
+    }
+
+    tests::TemporaryDirectory dir_;
+    tests::Program program_;
+};
+
+TEST_F(FileChooser, EveryModeHasItsCaptionAndItsFiles) {
+    dir_.write("mail/a.ZIP", "x");
+    dir_.write("mail/b.html", "x");
+    dir_.write("mail/c", "x");
+    dir_.write("mail/.hidden", "x");
+    std::filesystem::permissions(dir_.path("mail/c"), std::filesystem::perms::owner_all);
+    const struct {
+        ChooserMode mode;
+        std::string_view caption;
+        std::vector<std::string> files;
+        bool has_pages;
+    } cases[] = {
+        {ChooserMode::open_archive, "Select a ZIP or HTX file to open or view", {"a.ZIP"}, false},
+        {ChooserMode::open, "Select a file to open, view or decode", {"a.ZIP", "b.html", "c"}, true},
+        {ChooserMode::decode, "Select a file to decode", {"a.ZIP", "b.html", "c"}, true},
+        {ChooserMode::anti_virus, "Select the anti-virus program you wish to use", {"c"}, false},
+        {ChooserMode::collect_pages, "Select .htm or .html files to copy into a new HTX file", {"b.html"}, false},
+        {ChooserMode::encode_yenc, "Create a yEncoded file", {"a.ZIP", "b.html", "c"}, false},
+    };
+    for (const auto& c : cases) {
+        cmdg& w = show(c.mode);
+        EXPECT_EQ(w.caption, c.caption);
+        EXPECT_EQ(w.mode(), c.mode);
+        EXPECT_EQ(w.File1.items(), c.files) << c.caption;
+        EXPECT_EQ(w.List1.items(), c.files) << c.caption;
+        EXPECT_EQ(w.Image1.enabled, c.has_pages) << c.caption;
+    }
+    cmdg& w = show(ChooserMode::open);
+    w.hidden_files.checked = true;
+    controls::run(w.hidden_files.click);
+    EXPECT_THAT(w.File1.items(), ElementsAre(".hidden", "a.ZIP", "b.html", "c"));
+}
+
+TEST_F(FileChooser, AnOpenedFileIsOfferedByTheMainWindow) {
+    dir_.write("mail/book.HTX", "x");
+    dir_.write("mail/post.uue", "x");
+    shell::swit& main = program_.main_window;
+    program_.session.ZipPassword = "old";
+
+    select(show(ChooserMode::open).File1, "book.HTX");
+    controls::run(program_.windows.loaded<cmdg>()->File1.double_click);
+    EXPECT_FALSE(is_loaded());
+    EXPECT_EQ(program_.session.SelectedDir, dir_.path("mail"));
+    EXPECT_EQ(program_.session.SelectedFile, "book.HTX");
+    EXPECT_EQ(program_.session.ZipPassword, "");
+    EXPECT_EQ(main.apt(1).text, "Decode/open book.HTX");
+    EXPECT_EQ(main.apt(2).text, "Virus Scan book.HTX");
+    EXPECT_TRUE(main.apt(3).visible);
+    EXPECT_EQ(main.Label3.text, dir_.path("mail/book.HTX"));
+
+    select(show(ChooserMode::open).File1, "post.uue");
+    controls::run(program_.windows.loaded<cmdg>()->Command1.click);
+    EXPECT_EQ(main.apt(1).text, "Decode/open post.uue");
+    EXPECT_FALSE(main.apt(3).visible);
+}
+
+TEST_F(FileChooser, NothingSelectedIsSaidAndTheWindowStays) {
+    dir_.write("mail/empty", "");
+    const struct {
+        ChooserMode mode;
+        std::string message;
+    } cases[] = {
+        {ChooserMode::open, "  No file was selected, if you do not wish to select a file, click on the Cancel button."},
+        {ChooserMode::anti_virus, "You did not select a program name."},
+        {ChooserMode::collect_files, "  No file was selected"},
+        {ChooserMode::encode_uue, "  No file was selected"},
+        {ChooserMode::encode_yenc, "  No file was selected"},
+    };
+    for (const auto& c : cases) {
+        cmdg& w = show(c.mode);
+        w.File1.selected.reset();
+        program_.platform.expect_message(c.message);
+        controls::run(w.Command1.click);
+        EXPECT_TRUE(is_loaded());
+    }
+    cmdg& w = show(ChooserMode::open);
+    select(w.File1, "empty");
+    program_.platform.expect_message("This file has no contents");
+    controls::run(w.Command1.click);
+    EXPECT_FALSE(is_loaded());
+    EXPECT_EQ(program_.main_window.Label3.text, "");
+}
+
+TEST_F(FileChooser, CollectingTakesEachNameOnceAndStaysOpenUntilDone) {
+    for (const char* name : {"mail/a", "mail/b", "mail/c"}) dir_.write(name, "x");
+    cmdg& w = show(ChooserMode::collect_files);
+    std::vector<std::string> hunted;
+    w.routes.hunt_links = [&](const std::string& path) { hunted.push_back(path); };
+    w.File1.selected = 0;
+    w.File1.selected_rows = {0, 2};
+    controls::run(w.Command1.click);
+    w.File1.selected_rows = {0, 1};
+    controls::run(w.Command1.click);
+    shell::swit& main = program_.main_window;
+    EXPECT_THAT(w.List2.items(), ElementsAre("a", "c", "b"));
+    EXPECT_THAT(main.List1.items(), ElementsAre("a", "c", "b"));
+    EXPECT_THAT(main.List2.items(), ElementsAre(dir_.path("mail/a"), dir_.path("mail/c"), dir_.path("mail/b")));
+    EXPECT_EQ(hunted, main.List2.items());
+    EXPECT_EQ(main.Label12.text, "3 files");
+    EXPECT_EQ(main.Label4.text, "Step Four - Copy files into the zip file and compress them.");
+    EXPECT_EQ(w.Command2.caption, "Done");
+    bool next_step = false;
+    main.Command1.click = [&] { next_step = true; };
+    controls::run(w.Command2.click);
+    EXPECT_TRUE(next_step);
+    EXPECT_FALSE(is_loaded());
+}
+
+TEST_F(FileChooser, TheAntiVirusProgramIsStartedOnTheSelectedFileAsAnArgument) {
+    dir_.write("mail/scan me.zip", "x");
+    dir_.write("mail/scanner", "x");
+    std::filesystem::permissions(dir_.path("mail/scanner"), std::filesystem::perms::owner_all);
+    program_.session.SelectedDir = dir_.path("mail");
+    program_.session.SelectedFile = "scan me.zip";
+    select(show(ChooserMode::anti_virus).File1, "scanner");
+    controls::run(program_.windows.loaded<cmdg>()->Command1.click);
+    ASSERT_EQ(program_.platform.started.size(), 1U);
+    EXPECT_EQ(program_.platform.started[0].program, dir_.path("mail/scanner"));
+    EXPECT_THAT(program_.platform.started[0].arguments, ElementsAre(dir_.path("mail/scan me.zip")));
+    EXPECT_FALSE(is_loaded());
+}
+
+TEST_F(FileChooser, AnEncodingModeEncodesTheSelectedFileBesideIt) {
+    dir_.write("mail/photo.jpg", "picture");
+    for (const auto& [mode, output] :
+         {std::pair{ChooserMode::encode_uue, "mail/photo.UUE"}, {ChooserMode::encode_yenc, "mail/photo.ync"}}) {
+        select(show(mode).File1, "photo.jpg");
+        program_.platform.expect_message("Done.");
+        controls::run(program_.windows.loaded<cmdg>()->Command1.click);
+        EXPECT_TRUE(files::file_size(dir_.path(output)).value_or(0) > 0) << output;
+        EXPECT_FALSE(is_loaded());
+    }
+}
+
+TEST_F(FileChooser, FavoritesLeadToTheirDirectories) {
+    dir_.write("favorites/Mail.hyp", dir_.path("mail") + "/^My mail\r\n");
+    dir_.write("favorites/gone.hyp", dir_.path("gone") + "/^Gone\r\n");
+    dir_.write("mail/post", "x");
+    cmdg& w = show_chooser(program_.context, ChooserMode::open, dir_.path());
+    EXPECT_THAT(w.List5.items(), ElementsAre("My mail"));
+    select(w.List5, "My mail");
+    EXPECT_EQ(w.Dir1.path, dir_.path("mail"));
+    EXPECT_EQ(w.chosenDir, dir_.path("mail") + "/");
+    EXPECT_THAT(w.File1.items(), ElementsAre("post"));
+    w.Dir1.path = "/";
+    controls::run(w.Dir1.change);
+    EXPECT_EQ(w.chosenDir, "/");
+}
+
+TEST_F(FileChooser, ATypedPathIsEnteredOrItsFileSelected) {
+    dir_.write("mail/post", "x");
+    cmdg& w = show_chooser(program_.context, ChooserMode::open, dir_.path());
+    w.Text1.text = dir_.path("mail/post");
+    controls::run(w.go.click);
+    EXPECT_EQ(w.Dir1.path, dir_.path("mail"));
+    EXPECT_EQ(w.File1.selected_item(), "post");
+    w.Text1.text = dir_.path("nowhere");
+    program_.platform.expect_message("There is no file or directory called " + dir_.path("nowhere"));
+    controls::run(w.go.click);
+    EXPECT_EQ(w.Text1.text, dir_.path("mail"));
+}
+
+TEST_F(FileChooser, TheTabsShowRecentDirectoriesOrTheMergePage) {
+    cmdg& w = show(ChooserMode::open);
+    EXPECT_FALSE(w.Picture2.visible);
+    w.Image1.press(2474);
+    EXPECT_TRUE(w.Picture2.visible);
+    EXPECT_FALSE(w.Picture3.visible);
+    w.Image1.press(2475);
+    EXPECT_TRUE(w.Picture3.visible);
+    controls::run(w.Image2.click);
+    EXPECT_FALSE(w.Picture2.visible);
+    cmdg& archives = show(ChooserMode::open_archive);
+    archives.Image1.press(0);
+    EXPECT_FALSE(archives.Picture2.visible);
+}
+
+TEST_F(FileChooser, MergedPartsAreOfferedForDecoding) {
+    for (const int part : {1, 2, 3}) {
+        const std::string number = std::to_string(part);
+        dir_.write("mail/p" + number, "=ybegin part=" + number + " line=128 size=3 name=x\r\n=ypart begin=" + number +
+                                          " end=" + number + "\r\n" + number + "\r\n=yend size=1 part=" + number +
+                                          "\r\n");
+    }
+    cmdg& w = show(ChooserMode::open);
+    w.File2.selected = 2;
+    controls::run(w.Command7.click);
+    program_.platform.expect_message("There are not enough files on the list to merge.");
+    controls::run(w.Command10.click);
+    w.File2.selected_rows = {0, 1};
+    controls::run(w.Command7.click);
+    EXPECT_THAT(w.List7.items(), ElementsAre("p3", "p1", "p2"));
+    controls::run(w.Command10.click);
+    EXPECT_FALSE(is_loaded());
+    EXPECT_EQ(
+        dir_.read("mail/merged.txt"),
+        "=ybegin part=1 line=128 size=3 name=x\r\n=ypart begin=1 end=1\r\n1\r\n2\r\n3\r\n=yend size=1 part=3\r\n");
+    EXPECT_EQ(program_.session.SelectedFile, "merged.txt");
+    EXPECT_EQ(program_.session.WorkDir, dir_.path("mail"));
+    EXPECT_EQ(program_.main_window.apt(1).text, "Decode/open merged.txt");
+    EXPECT_TRUE(program_.main_window.apt(3).visible);
+}
+
+TEST_F(FileChooser, AMergeOfWhatIsNoPartEndsTheProgramAndOfEmptyFilesToo) {
+    dir_.write("mail/a", "no part");
+    dir_.write("mail/b", "");
+    dir_.write("mail/c", "");
+    cmdg& w = show(ChooserMode::open);
+    w.File2.selected_rows = {0, 1};
+    controls::run(w.Command7.click);
+    program_.platform.expect_message("a is not a multipart yEnc encoded file.");
+    EXPECT_TRUE(tests::ends_process([&] { w.Command10.click(); }));
+    EXPECT_FALSE(files::exists(dir_.path("mail/merged.txt")));
+    controls::run(w.Command8.click);
+    EXPECT_THAT(w.List7.items(), IsEmpty());
+    w.File2.selected_rows = {1, 2};
+    controls::run(w.Command7.click);
+    program_.platform.expect_message("This file has no contents");
+    EXPECT_TRUE(tests::ends_process([&] { w.Command9.click(); }));
+}
+
+}  // namespace
+}  // namespace quill::encoder
