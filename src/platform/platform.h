@@ -74,6 +74,8 @@ class Machine {
     virtual std::string home_directory() const = 0;
     /// The directory of the system's own files; nothing is ever written there.
     virtual std::string system_directory() const = 0;
+    /// The user guide as it was installed with the program; empty where it was not.
+    virtual std::string user_guide() const = 0;
     /// Whether the desktop is of the kind whose window frames the theme-sizing menu item is for.
     virtual bool has_theme_sizing() const = 0;
     /// The screen's working area, in twips.

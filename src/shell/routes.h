@@ -5,6 +5,10 @@
 #include <functional>
 #include <string>
 
+namespace quill::platform {
+class Platform;
+}
+
 namespace quill::shell {
 
 /// The ways from the main window to operations and windows that stand above it. Whoever provides one fills it in; while
@@ -30,5 +34,11 @@ struct Routes {
     controls::Action make_zip_default;  ///< be the default program for ZIP files
     controls::Action edit_file_types;   ///< default settings of other file types
 };
+
+/// Says that the program can't do `what` ("open ZIP files") yet.
+void say_not_yet(platform::Platform& platform, const std::string& what);
+
+/// Takes the route, or says that the program can't do `what` yet.
+void follow(platform::Platform& platform, const controls::Action& route, const std::string& what);
 
 }  // namespace quill::shell

@@ -58,6 +58,7 @@ class ScriptedPlatform final : public platform::Platform,
     // The machine: what it is, and what fails on it.
     std::string name_of_user = "ada";
     std::string directory_of_system = "/usr";
+    std::string path_of_guide;
     std::string directory_of_user = "/home/ada";
     bool theme_sizing = false;
     int width_of_screen = 1920 * 15;
@@ -97,6 +98,7 @@ class ScriptedPlatform final : public platform::Platform,
     std::string user_name() const override { return name_of_user; }
     std::string home_directory() const override { return directory_of_user; }
     std::string system_directory() const override { return directory_of_system; }
+    std::string user_guide() const override { return path_of_guide; }
     bool has_theme_sizing() const override { return theme_sizing; }
     int screen_width() const override { return width_of_screen; }
     int screen_height() const override { return height_of_screen; }

@@ -1,0 +1,90 @@
+#include "shell/command_line.h"
+
+#include "files/directory.h"
+#include "text/ascii.h"
+
+#include <string_view>
+
+namespace quill::shell {
+namespace {
+
+bool names_a_file(const std::string& path) {
+    return files::exists(path) && !files::is_directory(path);
+}
+
+bool is_switch(std::string_view line) {
+    return line.starts_with("/un") || line.starts_with("/vi") || line.starts_with("/ue") || line.starts_with("/um");
+}
+
+/// Whether the rest of the line behind `argument` is taken as it stands.
+bool takes_rest_whole(const std::string& argument) {
+    constexpr std::size_t switch_length = 3;
+    return argument == "&" || (argument.size() == switch_length && is_switch(argument) && !names_a_file(argument));
+}
+
+std::string absolute_argument(const std::string& argument) {
+    if (argument == "?" || takes_rest_whole(argument)) return argument;
+    if (argument.starts_with('&') && !names_a_file(argument)) return "&" + files::absolute(argument.substr(1));
+    return files::absolute(argument.starts_with("./") ? argument.substr(2) : argument);
+}
+
+void drop_outer_quotes(std::string& line) {
+    if (line.ends_with('"')) line.pop_back();
+    if (line.starts_with('"')) line.erase(0, 1);
+}
+
+/// Whether the line begins with the switch and names no file as it stands.
+bool has_switch(const std::string& line, std::string_view name) {
+    return line.starts_with(name) && !names_a_file(line);
+}
+
+/// The line behind a switch and the character that follows it.
+std::string behind_switch(const std::string& line) {
+    constexpr std::size_t length = 4;
+    return line.size() <= length ? std::string() : line.substr(length);
+}
+
+void drop_decoder_choice(std::string& line) {
+    if (!line.starts_with('&') || names_a_file(line)) return;
+    const std::string rest(text::trim(std::string_view(line).substr(1)));
+    if (names_a_file(rest)) line = rest;
+}
+
+}  // namespace
+
+std::string command_line_of(std::span<const std::string> arguments) {
+    std::string line;
+    bool taken_whole = false;
+    for (const std::string& argument : arguments) {
+        if (argument.empty()) continue;
+        const std::string absolute = absolute_argument(argument);
+        const bool quoted = !taken_whole && absolute.find(' ') != std::string::npos;
+        if (!line.empty()) line += ' ';
+        line += quoted ? '"' + absolute + '"' : absolute;
+        taken_whole = taken_whole || takes_rest_whole(argument);
+    }
+    return line;
+}
+
+Start parse_command_line(const std::string& line) {
+    Start start;
+    start.path = line == "?" ? std::string() : line;
+    start.no_file = start.path.empty();
+    drop_outer_quotes(start.path);
+    drop_decoder_choice(start.path);
+    if (has_switch(start.path, "/un")) {
+        start.path = behind_switch(start.path);
+        start.open_at_once = true;
+    }
+    start.create_htx = has_switch(start.path, "/um");
+    start.create = start.create_htx || has_switch(start.path, "/ue");
+    if (start.create) return start;
+    if (has_switch(start.path, "/vi")) {
+        start.path = behind_switch(start.path);
+        start.view_only = true;
+    }
+    start.hides_options = start.path.empty();
+    return start;
+}
+
+}  // namespace quill::shell
