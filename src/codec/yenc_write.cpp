@@ -4,6 +4,7 @@
 #include "codec/encode.h"
 #include "codec/encode_output.h"
 #include "codec/yenc.h"
+#include "codec/yenc_post.h"
 #include "text/writer.h"
 
 #include <algorithm>
@@ -15,12 +16,8 @@ namespace {
 
 constexpr std::size_t default_line_length = 128;
 
-/// " key=" and the eight hexadecimal digits of `crc`.
 std::string crc_field(std::string_view key, std::uint32_t crc) {
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string field = std::string(" ").append(key) + '=';
-    for (unsigned shift = 32; shift > 0; shift -= 4) field += digits[crc >> (shift - 4) & 0xFU];
-    return field;
+    return std::string(" ").append(key) + '=' + yenc::hexadecimal(crc);
 }
 
 std::string field(std::string_view key, std::uint64_t value) {

@@ -1,0 +1,276 @@
+#include "codec/yenc_post.h"
+
+#include "codec/checksum.h"
+#include "codec/hex.h"
+#include "codec/lines.h"
+#include "text/ascii.h"
+
+#include <algorithm>
+#include <charconv>
+#include <memory>
+
+namespace quill::codec::yenc {
+namespace {
+
+constexpr std::size_t longest_keyword_line = 4096;  // characters; what stands behind them is not looked at
+constexpr std::size_t piece_size = 256 * 1024;      // bytes of text decoded at a time
+
+/// The rest of `line` behind `keyword` and a blank; nullopt where it does not begin so.
+std::optional<std::string_view> behind(std::string_view line, std::string_view keyword) {
+    if (!line.starts_with(keyword)) return std::nullopt;
+    line.remove_prefix(keyword.size());
+    if (!line.empty() && line.front() != ' ' && line.front() != '\t') return std::nullopt;
+    return line;
+}
+
+/// The value of `key`, up to the next blank, of fields told apart by blanks; nullopt where there is none.
+std::optional<std::string_view> field(std::string_view fields, std::string_view key) {
+    for (std::size_t at = fields.find(key); at != std::string_view::npos; at = fields.find(key, at + 1)) {
+        const bool begins = at == 0 || fields[at - 1] == ' ' || fields[at - 1] == '\t';
+        const std::size_t value = at + key.size();
+        if (!begins || value == fields.size() || fields[value] != '=') continue;
+        const std::string_view rest = fields.substr(value + 1);
+        return rest.substr(0, rest.find_first_of(" \t"));
+    }
+    return std::nullopt;
+}
+
+std::optional<std::uint64_t> number(std::string_view fields, std::string_view key) {
+    const std::optional<std::string_view> digits = field(fields, key);
+    std::uint64_t value = 0;
+    if (!digits) return std::nullopt;
+    const char* const end = digits->data() + digits->size();
+    const auto [read_to, error] = std::from_chars(digits->data(), end, value);
+    if (error != std::errc() || read_to != end) return std::nullopt;
+    return value;
+}
+
+std::string_view without_quotes(std::string_view name) {
+    name = text::trim(name);
+    if (name.size() >= 2 && name.front() == '"' && name.back() == '"') name = name.substr(1, name.size() - 2);
+    return text::trim(name);
+}
+
+/// The line at `at` without its end.
+std::string_view line_at(std::string_view text, std::size_t at) {
+    const std::string_view ahead = text.substr(at, longest_keyword_line);
+    return ahead.substr(0, find_line_end(ahead, 0));
+}
+
+/// Where the line behind the line end at `at` begins.
+std::size_t behind_line_end(std::string_view text, std::size_t at) {
+    if (at < text.size() && text[at] == '\r') ++at;
+    if (at < text.size() && text[at] == '\n') ++at;
+    return at;
+}
+
+std::size_t next_line(std::string_view text, std::size_t at) {
+    return behind_line_end(text, find_line_end(text, at));
+}
+
+/// Sees the lines of the data go by, up to the one that ends them.
+struct DataLines {
+    bool stuffed = false;
+    bool unstuffed = false;
+    std::optional<std::size_t> lone_dot;  ///< the first line of a single dot: data, or the end of an article
+    std::optional<EndLine> end;
+
+    /// Whether the line at `at` ends the data.
+    bool is_last(std::string_view text, std::size_t at) {
+        if (at == text.size()) return true;
+        if (text[at] == '.') see_dot(text, at);
+        if (text[at] != '=' || text.substr(at, 2) != "=y") return false;
+        const std::string_view line = line_at(text, at);
+        end = parse_end(line);
+        return end || parse_begin(line);
+    }
+
+  private:
+    void see_dot(std::string_view text, std::size_t at) {
+        const std::string_view line = line_at(text, at);
+        if (line == ".") {
+            if (!lone_dot) lone_dot = at;
+        } else {
+            (line.starts_with("..") ? stuffed : unstuffed) = true;
+        }
+    }
+};
+
+/// A size that the post states for its data and that is not `size`, if there is one.
+std::optional<std::uint64_t> wrong_size(const Post& post, std::uint64_t size) {
+    const std::optional<std::uint64_t> stated[] = {
+        post.stated_size(),
+        post.end && !post.is_merged() ? post.end->size : std::nullopt,
+        post.is_part() ? std::nullopt : post.begin.size,
+    };
+    for (const auto& one : stated) {
+        if (one && *one != size) return one;
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<std::uint32_t> parse_crc(std::string_view digits) {
+    constexpr std::size_t digits_of_32_bits = 8;
+    if (digits.empty() || digits.size() > 2 * digits_of_32_bits) return std::nullopt;
+    std::uint32_t value = 0;
+    for (const char c : digits) {
+        if (hex_value(c) < 0) return std::nullopt;
+        value = value << 4U | static_cast<std::uint32_t>(hex_value(c));
+    }
+    if (digits.size() <= digits_of_32_bits) return value;
+    const std::string_view extension = digits.substr(0, digits.size() - digits_of_32_bits);
+    const bool sign = std::all_of(extension.begin(), extension.end(), [&](char c) {
+        return text::lower(c) == text::lower(extension[0]) && (c == '0' || text::lower(c) == 'f');
+    });
+    return sign ? std::optional(value) : std::nullopt;
+}
+
+std::optional<BeginLine> parse_begin(std::string_view line) {
+    const std::optional<std::string_view> all = behind(line, "=ybegin");
+    if (!all) return std::nullopt;
+    std::size_t name_at = all->find(" name=");
+    if (name_at == std::string_view::npos) name_at = all->find("\tname=");
+    const std::string_view fields = all->substr(0, name_at);
+    BeginLine begin;
+    begin.part = number(fields, "part");
+    begin.total = number(fields, "total");
+    begin.line = number(fields, "line");
+    begin.size = number(fields, "size");
+    const bool named = name_at != std::string_view::npos;
+    if (named) begin.name = without_quotes(all->substr(name_at + 6));
+    if (!named && !begin.line && !begin.size) return std::nullopt;
+    return begin;
+}
+
+std::optional<PartLine> parse_part(std::string_view line) {
+    const std::optional<std::string_view> fields = behind(line, "=ypart");
+    if (!fields) return std::nullopt;
+    return PartLine{number(*fields, "begin"), number(*fields, "end")};
+}
+
+std::optional<EndLine> parse_end(std::string_view line) {
+    const std::optional<std::string_view> fields = behind(line, "=yend");
+    if (!fields) return std::nullopt;
+    EndLine end;
+    end.size = number(*fields, "size");
+    end.part = number(*fields, "part");
+    const auto crc = [&](std::string_view key) -> std::optional<std::uint32_t> {
+        const std::optional<std::string_view> digits = field(*fields, key);
+        if (!digits) return std::nullopt;
+        const std::optional<std::uint32_t> value = parse_crc(*digits);
+        if (!value) end.unreadable_crc = true;
+        return value;
+    };
+    end.pcrc32 = crc("pcrc32");
+    end.crc32 = crc("crc32");
+    return end;
+}
+
+bool Post::is_merged() const {
+    return begin.part && end && end->part && *begin.part != *end->part;
+}
+
+bool Post::is_part() const {
+    return !is_merged() && (part || begin.part || begin.total.value_or(1) > 1);
+}
+
+std::optional<std::uint64_t> Post::stated_size() const {
+    if (is_merged()) return begin.size;
+    if (part && part->begin && part->end && *part->begin >= 1 && *part->end >= *part->begin - 1) {
+        return *part->end - (*part->begin - 1);
+    }
+    if (end && end->size) return end->size;
+    return is_part() ? std::nullopt : begin.size;
+}
+
+std::optional<std::uint32_t> Post::stated_crc() const {
+    if (!end) return std::nullopt;
+    if (is_merged()) return end->crc32;
+    return end->pcrc32 || is_part() ? end->pcrc32 : end->crc32;
+}
+
+std::optional<Post> read_post(std::string_view text, std::size_t at) {
+    const std::optional<BeginLine> begin = parse_begin(line_at(text, at));
+    if (!begin) return std::nullopt;
+    Post post;
+    post.begin = *begin;
+    post.data_begin = next_line(text, at);
+    post.part = parse_part(line_at(text, post.data_begin));
+    if (post.part) post.data_begin = next_line(text, post.data_begin);
+
+    DataLines lines;
+    post.data_end = post.data_begin;
+    while (!lines.is_last(text, post.data_end)) post.data_end = next_line(text, post.data_end);
+    post.end = lines.end;
+    post.post_end = post.end ? next_line(text, post.data_end) : post.data_end;
+    if (!post.end && lines.lone_dot) post.data_end = *lines.lone_dot;
+    post.may_be_stuffed = lines.stuffed && !lines.unstuffed && !(post.end && lines.lone_dot);
+    return post;
+}
+
+std::optional<Data> decode_data(std::string_view text, const Post& post, bool dotted, const TakeBytes& take,
+                                std::uint64_t limit) {
+    const Rules rules = dotted ? Rules::draft_dotted : Rules::draft;
+    const auto out = std::make_unique_for_overwrite<char[]>(decoded_bound(piece_size));
+    Data data;
+    std::size_t at = post.data_begin;
+    while (at < post.data_end && data.size < limit) {
+        const std::string_view piece = text.substr(at, std::min(piece_size, post.data_end - at));
+        const bool last = at + piece.size() == post.data_end;
+        const auto previous = static_cast<unsigned char>(at == post.data_begin ? '\n' : text[at - 1]);
+        const Progress progress = decode(rules, piece, previous, last, out.get());
+        const std::string_view bytes(out.get(), std::min<std::uint64_t>(progress.written, limit - data.size));
+        data.crc = crc32(data.crc, bytes);
+        data.size += bytes.size();
+        if (take && !bytes.empty() && !take(bytes)) return std::nullopt;
+        at += progress.read;
+        if (progress.ended) at = std::min(next_line(text, at), post.data_end);
+    }
+    return data;
+}
+
+bool agrees(const Post& post, const Data& data) {
+    if (const auto crc = post.stated_crc()) return *crc == data.crc;
+    const auto size = post.stated_size();
+    return size && *size == data.size;
+}
+
+Verification verify(const Post& post, const Data& data, std::uint64_t at_input, std::uint64_t at_output) {
+    Verification out;
+    const std::uint64_t trailer = at_input + post.data_end;
+    const auto problem = [&](Grade grade, std::string kind, std::string text) {
+        out.problems.push_back({grade, std::move(kind), trailer, at_output, std::move(text)});
+    };
+    // Some encoders state a part's own CRC as though it were the file's.
+    const bool own_crc = post.is_part() && post.end && post.end->crc32 == data.crc;
+    out.vouched_for = agrees(post, data) || (own_crc && !post.stated_crc());
+    if (!post.end) {
+        out.vouched_for = out.complete = false;
+        problem(Grade::lost, "missing-end", "the post has no =yend line");
+        return out;
+    }
+    if (post.end->unreadable_crc) {
+        out.vouched_for = false;
+        problem(Grade::repaired, "bad-field", "the stated CRC is no number of 32 bits");
+    }
+    const std::optional<std::uint32_t> crc = post.stated_crc();
+    if (const auto size = wrong_size(post, data.size)) {
+        const bool outweighed = crc && *crc == data.crc;
+        problem(outweighed ? Grade::repaired : Grade::damaged, "wrong-size",
+                std::to_string(*size) + " bytes are stated, " + std::to_string(data.size) + " are there");
+    }
+    if (crc && *crc != data.crc) {
+        problem(Grade::damaged, "bad-crc", "the CRC is " + hexadecimal(data.crc) + ", stated is " + hexadecimal(*crc));
+    }
+    return out;
+}
+
+std::string hexadecimal(std::uint32_t crc) {
+    std::string digits;
+    for (unsigned shift = 32; shift > 0; shift -= 4) digits += "0123456789abcdef"[crc >> (shift - 4) & 0xFU];
+    return digits;
+}
+
+}  // namespace quill::codec::yenc
