@@ -33,6 +33,7 @@ ExitStatus run(std::span<const std::string> arguments, const Console& console) {
     app.footer(footer);
     add_decode_command(app, work);
     add_list_command(app, work);
+    add_merge_command(app, work);
     try {
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));  // the parser takes them from behind
     } catch (const CLI::ParseError& error) {

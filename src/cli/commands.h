@@ -19,6 +19,7 @@ using Work = std::function<ExitStatus(const Console&)>;
 /// outlive `app`.
 void add_decode_command(CLI::App& app, Work& work);
 void add_list_command(CLI::App& app, Work& work);
+void add_merge_command(CLI::App& app, Work& work);
 
 /// Runs `quill` on `arguments`, its own name not among them. Help goes to `console.out`, a complaint about the
 /// arguments to `console.err`.

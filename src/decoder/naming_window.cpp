@@ -57,6 +57,7 @@ void give_header(shell::Context& context) {
 
 Form4::Form4() {
     Frame1.visible = false;
+    Frame2.visible = false;
     Label4.text =
         "There was no extension found on this file. This file appears to be an encoded file without a header to name "
         "the file nor does the file name provide a clue as to what to call it. Click on a type below to call it or "
@@ -66,6 +67,8 @@ Form4::Form4() {
     Label2.text = "or type your own";
     Command3.caption = "OK";
     Command4.caption = "Cancel";
+    Command1.caption = "Make link";
+    Command2.caption = "Cancel";
 }
 
 void show_naming_window(shell::Context& context, const std::string& hint) {
@@ -73,6 +76,7 @@ void show_naming_window(shell::Context& context, const std::string& hint) {
     window.caption = "File name not found";
     window.Label3.text = hint;
     window.Frame1.visible = true;
+    window.Frame2.visible = false;
     window.Command3.click = [context]() mutable { give_header(context); };
     window.Command4.click = [context] { context.platform.end_process(); };
     window.close = window.Command4.click;

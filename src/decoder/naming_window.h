@@ -17,6 +17,12 @@ struct Form4 : controls::Window {
     controls::Button Command3;                                        // OK
     controls::Button Command4;                                        // Cancel
 
+    controls::Frame Frame2;         // adding a favorite directory: its panel
+    controls::DriveListBox Drive1;  // its drive
+    controls::DirListBox Dir1;      // the directory itself
+    controls::Button Command1;      // make the favorite
+    controls::Button Command2;      // Cancel
+
     Form4();
 };
 
@@ -33,6 +39,12 @@ void visit_controls(Form4& w, F&& f) {
     f("Label3", "What the file looks like", w.Label3);
     f("Command3", "Go on with this type", w.Command3);
     f("Command4", "Give up and end the program", w.Command4);
+
+    f("Frame2", "Favorite directory", w.Frame2);
+    f("Drive1", "Drive of the favorite", w.Drive1);
+    f("Dir1", "Directory of the favorite", w.Dir1);
+    f("Command1", "Make a favorite of the directory", w.Command1);
+    f("Command2", "Leave without a favorite", w.Command2);
 }
 
 /// Shows the window for naming the headerless file `EncodedPath`, with `hint` on what it looks like (may be empty). OK

@@ -1,6 +1,7 @@
 #include "encoder/file_chooser.h"
 
 #include "encoder/chooser_select.h"
+#include "encoder/link_window.h"
 #include "encoder/merge_page.h"
 #include "files/directory.h"
 #include "files/mounts.h"
@@ -166,6 +167,7 @@ void wire_file_page(shell::Context& context, cmdg& w) {
         w.File1.set_pattern(std::string(all_files));
         copy_file_names(w);
     };
+    w.Label3.click = [&context, &w] { show_link_window(context, w.Dir1.path); };
     w.List5.change = [&w] {
         if (w.List5.selected && *w.List5.selected < w.List6.count())
             go_to_shortcut(w, w.List6.items()[*w.List5.selected]);

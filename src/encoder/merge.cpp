@@ -194,4 +194,11 @@ Result<Merged> merge_yenc(std::span<const std::string> paths, const std::string&
     return finish(*out, std::move(merged));
 }
 
+bool hold_yenc_parts(std::span<const std::string> paths) {
+    Merged unread;
+    const std::vector<Input> inputs = open_all(paths, unread);
+    const auto holds_part = [](const Input& input) { return !find_parts(input.file.bytes(), 0).empty(); };
+    return !inputs.empty() && std::all_of(inputs.begin(), inputs.end(), holds_part);
+}
+
 }  // namespace quill::encoder

@@ -57,4 +57,7 @@ Result<Merged> merge_text(std::span<const std::string> paths, const std::string&
 /// with `bad_argument` where fewer than two parts have a place in the series.
 Result<Merged> merge_yenc(std::span<const std::string> paths, const std::string& output, const OnMerge& progress = {});
 
+/// Whether each of `paths` that can be read holds a yEnc part, and at least one can be.
+bool hold_yenc_parts(std::span<const std::string> paths);
+
 }  // namespace quill::encoder

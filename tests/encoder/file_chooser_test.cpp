@@ -1,5 +1,6 @@
 #include "encoder/file_chooser.h"
 
+#include "decoder/naming_window.h"
 #include "files/directory.h"
 #include "shell/main_window.h"
 #include "support/program.h"
@@ -182,6 +183,23 @@ TEST_F(FileChooser, FavoritesLeadToTheirDirectories) {
     w.Dir1.path = "/";
     controls::run(w.Dir1.change);
     EXPECT_EQ(w.chosenDir, "/");
+}
+
+TEST_F(FileChooser, ADirectoryBecomesAFavorite) {
+    cmdg& w = show(ChooserMode::open);
+    controls::run(w.Label3.click);
+    auto* const window = program_.windows.loaded<decoder::Form4>();
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(window->caption, "Make a directory link");
+    EXPECT_EQ(window->Dir1.path, dir_.path("mail"));
+    program_.platform.expect_input("Enter a Name to show for a shortcut to this directory, " + dir_.path("mail"), "");
+    program_.platform.expect_message("   You must type in a screen name");
+    controls::run(window->Command1.click);
+    program_.platform.expect_input("Enter a Name", "Mail, old");
+    controls::run(window->Command1.click);
+    EXPECT_EQ(program_.windows.loaded<decoder::Form4>(), nullptr);
+    EXPECT_THAT(w.List5.items(), ElementsAre("Mail, old"));
+    EXPECT_THAT(w.List6.items(), ElementsAre(dir_.path("mail")));
 }
 
 TEST_F(FileChooser, ATypedPathIsEnteredOrItsFileSelected) {

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "shell/session.h"
+
+namespace quill::encoder {
+
+/// Fills the routes that lead to the file chooser: opening a file, encoding one, choosing an anti-virus program.
+/// `context` must outlive its routes' last call.
+void provide_chooser(shell::Context& context);
+
+/// The guard's question whether an anti-virus program should be chosen for SelectedDir/SelectedFile, and the chooser on
+/// Yes.
+void scan_selected_file(shell::Context& context);
+
+}  // namespace quill::encoder
