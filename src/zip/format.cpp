@@ -1,0 +1,140 @@
+#include "zip/format.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace quill::zip {
+namespace {
+
+constexpr std::array<std::pair<std::uint16_t, std::string_view>, 22> method_names{{
+    {0, "stored"},    {1, "shrunk"},          {2, "reduced"},   {3, "reduced"},    {4, "reduced"}, {5, "reduced"},
+    {6, "imploded"},  {7, "tokenized"},       {8, "deflated"},  {9, "deflate64"},  {10, "imploded (DCL)"},
+    {12, "bzip2"},    {14, "LZMA"},           {16, "CMPSC"},    {18, "TERSE"},     {19, "LZ77"},
+    {20, "Zstandard (old number)"}, {93, "Zstandard"}, {95, "xz"}, {97, "WavPack"}, {98, "PPMd"}, {99, "AES"},
+}};
+
+std::uint64_t get(std::string_view bytes, std::uint64_t at, unsigned width) {
+    if (at > bytes.size() || bytes.size() - at < width) return 0;
+    std::uint64_t value = 0;
+    for (unsigned i = width; i-- > 0;) value = value << 8U | static_cast<unsigned char>(bytes[at + i]);
+    return value;
+}
+
+void put(std::string& out, std::uint64_t value, unsigned width) {
+    for (unsigned i = 0; i < width; ++i) out.push_back(static_cast<char>(value >> (8U * i) & 0xFFU));
+}
+
+constexpr std::uint32_t in_zip64_32 = 0xFFFFFFFF;
+constexpr std::uint16_t in_zip64_16 = 0xFFFF;
+
+/// Puts in the numbers that did not fit their field (APPNOTE 4.5.3): only those are in the ZIP64 field, in this order.
+void apply_zip64(Header& header, bool central) {
+    const std::optional<std::string_view> field = extra_field(header.extra, extra_zip64);
+    if (!field) return;
+    std::uint64_t at = 0;
+    const auto take = [&](std::uint64_t& number) {
+        if (number != in_zip64_32 || field->size() < at + 8) return;
+        number = get64(*field, at);
+        at += 8;
+    };
+    take(header.uncompressed_size);
+    take(header.compressed_size);
+    if (!central) return;
+    take(header.local_offset);
+    if (header.disk == in_zip64_16 && field->size() >= at + 4) header.disk = get32(*field, at);
+}
+
+}  // namespace
+
+std::string method_name(std::uint16_t method) {
+    const auto found =
+        std::find_if(method_names.begin(), method_names.end(), [&](const auto& m) { return m.first == method; });
+    return found == method_names.end() ? "method " + std::to_string(method) : std::string(found->second);
+}
+
+std::uint16_t get16(std::string_view bytes, std::uint64_t at) {
+    return static_cast<std::uint16_t>(get(bytes, at, 2));
+}
+
+std::uint32_t get32(std::string_view bytes, std::uint64_t at) {
+    return static_cast<std::uint32_t>(get(bytes, at, 4));
+}
+
+std::uint64_t get64(std::string_view bytes, std::uint64_t at) {
+    return get(bytes, at, 8);
+}
+
+void put16(std::string& out, std::uint64_t value) {
+    put(out, value, 2);
+}
+
+void put32(std::string& out, std::uint64_t value) {
+    put(out, value, 4);
+}
+
+void put64(std::string& out, std::uint64_t value) {
+    put(out, value, 8);
+}
+
+std::string_view slice(std::string_view bytes, std::uint64_t at, std::uint64_t size) {
+    return at > bytes.size() ? std::string_view() : bytes.substr(at, size);
+}
+
+std::optional<std::string_view> extra_field(std::string_view extra, std::uint16_t id) {
+    while (extra.size() >= 4) {
+        const std::size_t size = get16(extra, 2);
+        if (size > extra.size() - 4) return std::nullopt;
+        if (get16(extra, 0) == id) return extra.substr(4, size);
+        extra.remove_prefix(4 + size);
+    }
+    return std::nullopt;
+}
+
+std::optional<Header> parse_local_header(std::string_view bytes, std::uint64_t at) {
+    if (get32(bytes, at) != local_signature || bytes.size() - at < local_header_size) return std::nullopt;
+    Header header;
+    header.version_needed = get16(bytes, at + 4);
+    header.flags = get16(bytes, at + 6);
+    header.method = get16(bytes, at + 8);
+    header.dos_time = get32(bytes, at + 10);
+    header.crc = get32(bytes, at + 14);
+    header.compressed_size = get32(bytes, at + 18);
+    header.uncompressed_size = get32(bytes, at + 22);
+    const std::size_t name_size = get16(bytes, at + 26);
+    const std::size_t extra_size = get16(bytes, at + 28);
+    header.size = local_header_size + name_size + extra_size;
+    if (bytes.size() - at < header.size) return std::nullopt;
+    header.name = bytes.substr(at + local_header_size, name_size);
+    header.extra = bytes.substr(at + local_header_size + name_size, extra_size);
+    apply_zip64(header, false);
+    return header;
+}
+
+std::optional<Header> parse_central_header(std::string_view bytes, std::uint64_t at) {
+    if (get32(bytes, at) != central_signature || bytes.size() - at < central_header_size) return std::nullopt;
+    Header header;
+    header.made_by = get16(bytes, at + 4);
+    header.version_needed = get16(bytes, at + 6);
+    header.flags = get16(bytes, at + 8);
+    header.method = get16(bytes, at + 10);
+    header.dos_time = get32(bytes, at + 12);
+    header.crc = get32(bytes, at + 16);
+    header.compressed_size = get32(bytes, at + 20);
+    header.uncompressed_size = get32(bytes, at + 24);
+    const std::size_t name_size = get16(bytes, at + 28);
+    const std::size_t extra_size = get16(bytes, at + 30);
+    const std::size_t comment_size = get16(bytes, at + 32);
+    header.disk = get16(bytes, at + 34);
+    header.external_attributes = get32(bytes, at + 38);
+    header.local_offset = get32(bytes, at + 42);
+    const std::size_t without_comment = central_header_size + name_size + extra_size;
+    if (bytes.size() - at < without_comment) return std::nullopt;
+    header.size = without_comment + comment_size;
+    header.name = bytes.substr(at + central_header_size, name_size);
+    header.extra = bytes.substr(at + central_header_size + name_size, extra_size);
+    apply_zip64(header, true);
+    return header;
+}
+
+}  // namespace quill::zip

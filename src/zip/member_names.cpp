@@ -1,0 +1,179 @@
+#include "zip/member_names.h"
+
+#include "codec/checksum.h"
+#include "text/utf8.h"
+#include "zip/format.h"
+
+#include <algorithm>
+#include <array>
+#include <iconv.h>
+#include <optional>
+#include <utility>
+
+namespace quill::zip {
+namespace {
+
+constexpr std::string_view utf8_page = "UTF-8";
+constexpr std::size_t most_names_looked_at = 2000;
+/// Asked in this order; a later one has to read better to be taken.
+constexpr std::array<std::string_view, 4> legacy_pages{"CP437", "CP866", "CP932", "CP1252"};
+
+bool is_ascii(std::string_view s) {
+    return std::all_of(s.begin(), s.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+/// A converter to UTF-8 of the C library.
+class Converter {
+  public:
+    explicit Converter(std::string_view page) : handle_(iconv_open("UTF-8", std::string(page).c_str())) {}
+    Converter(const Converter&) = delete;
+    Converter& operator=(const Converter&) = delete;
+    ~Converter() {
+        if (is_open()) iconv_close(handle_);
+    }
+
+    /// Nullopt where `bytes` hold what the code page does not define, or where the system does not know the page.
+    std::optional<std::string> convert(std::string_view bytes) {
+        if (!is_open()) return std::nullopt;
+        constexpr std::size_t most_per_byte = 4;
+        std::string in(bytes), out(bytes.size() * most_per_byte + 1, '\0');
+        char *from = in.data(), *to = out.data();
+        std::size_t in_left = in.size(), out_left = out.size();
+        iconv(handle_, nullptr, nullptr, nullptr, nullptr);
+        if (iconv(handle_, &from, &in_left, &to, &out_left) == static_cast<std::size_t>(-1)) return std::nullopt;
+        out.resize(out.size() - out_left);
+        return out;
+    }
+
+  private:
+    bool is_open() const { return handle_ != reinterpret_cast<iconv_t>(-1); }
+
+    iconv_t handle_;
+};
+
+/// What kinds of character tell a right reading from a wrong one.
+enum class Script { ascii_letter, latin, cyrillic, kana_or_kanji, other_letter, neutral, unlikely };
+
+Script script_of(char32_t c) {
+    if ((c | 0x20U) >= U'a' && (c | 0x20U) <= U'z') return Script::ascii_letter;
+    if (c < 0x80) return Script::neutral;
+    if (c < 0xA0) return Script::unlikely;
+    if (c >= 0xC0 && c <= 0x17F && c != 0xD7 && c != 0xF7) return Script::latin;
+    if (c >= 0x0400 && c <= 0x045F) return Script::cyrillic;
+    if ((c >= 0x3040 && c <= 0x30FF) || (c >= 0x4E00 && c <= 0x9FFF) || (c >= 0x3000 && c <= 0x3015) ||
+        (c >= 0xFF01 && c <= 0xFF5E)) {
+        return Script::kana_or_kanji;
+    }
+    if (c >= 0xFF61 && c <= 0xFF9F) return Script::unlikely;  // half-width: far rarer than its bytes in other pages
+    if (c >= 0x2500 && c <= 0x25FF) return Script::unlikely;  // line drawing
+    if (c >= 0x0370 && c <= 0x03FF) return Script::other_letter;
+    return Script::neutral;
+}
+
+bool is_capital(char32_t c) {
+    return (c >= U'A' && c <= U'Z') || (c >= 0xC0 && c <= 0xDE) || (c >= 0x0410 && c <= 0x042F);
+}
+
+constexpr int unlikely_cost = -8;
+constexpr int mixed_scripts_cost = -6;
+constexpr int odd_capital_cost = -3;
+constexpr int pair_of_accents_cost = -2;
+
+/// How one character reads behind another.
+int score_pair(char32_t before, char32_t c) {
+    const Script script = script_of(c), last = script_of(before);
+    int score = 0;
+    if (script == Script::unlikely) return unlikely_cost;
+    if (script == Script::latin) score += last == Script::latin ? pair_of_accents_cost : 2;
+    if (script == Script::cyrillic) score += last == Script::cyrillic ? 3 : 1;
+    if (script == Script::kana_or_kanji) score += 4;  // stands for two bytes
+    if (script == Script::other_letter) score += -1;
+    if (script == Script::neutral && c >= 0x80) score += -2;
+    const auto is_word = [](Script s) { return s != Script::neutral && s != Script::unlikely; };
+    const auto alphabet = [](Script s) { return s == Script::latin ? Script::ascii_letter : s; };
+    if (is_word(script) && is_word(last) && script != Script::kana_or_kanji && last != Script::kana_or_kanji) {
+        if (alphabet(script) != alphabet(last)) score += mixed_scripts_cost;
+        if (c >= 0x80 && is_capital(c) && !is_capital(before)) score += odd_capital_cost;
+    }
+    return score;
+}
+
+int score(std::string_view utf8) {
+    int sum = 0;
+    char32_t before = U' ';
+    while (!utf8.empty()) {
+        const char32_t c = text::next_character(utf8);
+        sum += score_pair(before, c);
+        before = c;
+    }
+    return sum;
+}
+
+/// The name in the Unicode path field, if it is meant for this name (its CRC says so).
+std::optional<std::string> unicode_path(const Member& member) {
+    const std::optional<std::string_view> field = extra_field(member.extra, extra_unicode_path);
+    constexpr std::size_t name_at = 5;  // behind version and CRC
+    if (!field || field->size() < name_at || field->front() != 1) return std::nullopt;
+    const std::string_view name = field->substr(name_at);
+    if (get32(*field, 1) != codec::crc32(0, member.raw_name) || !text::is_utf8(name)) return std::nullopt;
+    return std::string(name);
+}
+
+}  // namespace
+
+std::string_view detect_code_page(const std::vector<std::string_view>& names) {
+    if (std::all_of(names.begin(), names.end(), [](std::string_view name) { return text::is_utf8(name); })) {
+        return utf8_page;
+    }
+    std::string_view best = legacy_pages.front();
+    std::optional<int> best_score;
+    for (const std::string_view page : legacy_pages) {
+        Converter converter(page);
+        int sum = 0;
+        bool defined = true;
+        for (std::size_t i = 0; i < names.size() && i < most_names_looked_at && defined; ++i) {
+            const std::optional<std::string> name = converter.convert(names[i]);
+            defined = name.has_value();
+            if (defined) sum += score(*name);
+        }
+        if (defined && (!best_score || sum > *best_score)) {
+            best = page;
+            best_score = sum;
+        }
+    }
+    return best;
+}
+
+std::string from_code_page(std::string_view bytes, std::string_view code_page) {
+    if (code_page == utf8_page) return text::to_utf8(bytes);
+    return Converter(code_page).convert(bytes).value_or(text::windows_1252_to_utf8(bytes));
+}
+
+void decode_names(std::vector<Member>& members) {
+    std::vector<Member*> silent;
+    std::vector<std::string_view> names;
+    for (Member& member : members) {
+        const bool plain = is_ascii(member.raw_name);
+        if (!plain || !member.extra.empty()) {
+            if (std::optional<std::string> name = unicode_path(member)) {
+                member.name = std::move(*name);
+                continue;
+            }
+        }
+        if (plain || ((member.flags & utf8_flag) != 0 && text::is_utf8(member.raw_name))) {
+            member.name = member.raw_name;
+        } else {
+            silent.push_back(&member);
+            names.push_back(member.raw_name);
+        }
+    }
+    if (silent.empty()) return;
+    const std::string_view page = detect_code_page(names);
+    Converter converter(page);
+    for (Member* member : silent) {
+        const std::optional<std::string> name = converter.convert(member->raw_name);
+        member->name = name ? *name : text::to_utf8(member->raw_name);
+    }
+}
+
+}  // namespace quill::zip

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "zip/archive.h"
+
+#include <string_view>
+#include <vector>
+
+namespace quill::zip {
+
+/// Finds members by their local headers, from the first byte to the last. For files whose directory is missing or cut.
+/// Sizes that a local header leaves out are found through the data descriptor (APPNOTE 4.3.9), else bounded by the next
+/// header. Time is linear in `bytes` but for a fixed budget.
+std::vector<Member> scan_local_headers(std::string_view bytes);
+
+}  // namespace quill::zip

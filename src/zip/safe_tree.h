@@ -1,0 +1,40 @@
+#pragma once
+
+#include "text/result.h"
+
+#include <ctime>
+#include <string>
+
+namespace quill::zip {
+
+/// Directories below one root, made and entered part by part without following a link.
+///
+/// The root itself may be reached by a link. Each thread has its own; it remembers the directory that it was last in.
+class SafeTree {
+  public:
+    /// Fails with the system's reason where `root` is no directory that can be entered.
+    static Result<SafeTree> open(const std::string& root);
+
+    SafeTree(SafeTree&& other) noexcept;
+    SafeTree& operator=(SafeTree&& other) noexcept;
+    ~SafeTree();
+
+    /// Makes what is missing of the directory at `relative` (empty for the root; as `safe_path` gives it) with mode
+    /// 0755 and enters it. The result is a path to it that stays valid until the next call and that no renaming or
+    /// linking can lead elsewhere. Fails where a part of it is a link or a file.
+    Result<std::string> enter(const std::string& relative);
+
+    /// Sets when the file `name` of the directory that was last entered, or that directory itself where `name` is
+    /// empty, was last changed.
+    void set_time(const std::string& name, std::time_t time) const;
+
+  private:
+    SafeTree() = default;
+    void leave();
+
+    int root_ = -1;
+    int current_ = -1;  // `root_` itself while in it
+    std::string relative_;
+};
+
+}  // namespace quill::zip

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace quill::zip {
+
+/// The stream cipher of traditional ZIP encryption (APPNOTE 6.1). It keeps honest people out and nobody else.
+class TraditionalCipher {
+  public:
+    static constexpr std::size_t header_size = 12;
+
+    explicit TraditionalCipher(std::string_view password);
+
+    /// Changes `size` bytes at `data` in place.
+    void decrypt(char* data, std::size_t size);
+    void encrypt(char* data, std::size_t size);
+
+    /// Decrypts a member's 12 bytes of header and gives the last, which tells a wrong password 255 times of 256.
+    std::uint8_t read_header(std::string_view header);
+
+    /// Eleven random bytes and `check`, encrypted.
+    std::string make_header(std::uint8_t check);
+
+  private:
+    void update(std::uint8_t plain);
+    std::uint8_t next() const;
+
+    std::array<std::uint32_t, 3> keys_{0x12345678, 0x23456789, 0x34567890};
+};
+
+}  // namespace quill::zip
