@@ -2,6 +2,8 @@
 
 #include "files/directory.h"
 
+#include <utility>
+
 namespace quill::decoder {
 
 ResultRow result_row(const shell::swit& w, std::size_t row) {
@@ -13,6 +15,16 @@ ResultRow result_row(const shell::swit& w, std::size_t row) {
         result.problems = known->second.problems;
     }
     return result;
+}
+
+void replace_result(shell::swit& w, std::size_t row, const std::string& name) {
+    auto known = w.Outcomes.extract(w.List3.items().at(row));
+    w.Outcomes.erase(name);
+    if (known) {
+        known.key() = name;
+        w.Outcomes.insert(std::move(known));
+    }
+    w.List3.replace(row, name);
 }
 
 void remove_result(shell::swit& w, std::size_t row) {

@@ -24,6 +24,9 @@ struct ResultRow {
 /// Row `row` of `List3`; names are relative to the current directory. REQUIRES: row < List3.count().
 ResultRow result_row(const shell::swit& w, std::size_t row);
 
+/// Gives row `row`, and what is known of its file, the name `name`. Renames no file.
+void replace_result(shell::swit& w, std::size_t row, const std::string& name);
+
 /// Takes row `row` and what is known of its file away. Deletes no file.
 void remove_result(shell::swit& w, std::size_t row);
 

@@ -21,6 +21,8 @@ struct Routes {
     controls::Action open_archive;     ///< the archive window on SelectedDir/SelectedFile
     controls::Action show_contents;    ///< the contents window on SelectedDir/SelectedFile
     controls::Action scan_file;        ///< has an anti-virus program check SelectedDir/SelectedFile
+    /// The file chooser, to pick an anti-virus program that then checks the file at `path`.
+    std::function<void(const std::string& path)> choose_scanner;
 
     std::function<void(const std::string& path)> open_pics;  ///< a PICS file into the viewer
     controls::Action open_pictures;                          ///< the window that opens pictures into the viewer

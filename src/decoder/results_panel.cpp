@@ -1,0 +1,186 @@
+#include "decoder/results_panel.h"
+
+#include "decoder/file_signature.h"
+#include "decoder/repair_guide.h"
+#include "decoder/virus_guard.h"
+#include "files/directory.h"
+#include "files/mapped_file.h"
+#include "files/names.h"
+#include "files/path.h"
+#include "text/ascii.h"
+
+#include <array>
+#include <optional>
+#include <string_view>
+
+namespace quill::decoder {
+namespace {
+
+constexpr std::array<std::string_view, 4> explanations = {
+    "   Sometimes files can get made that are misnamed, or are of file types that your computer does not recognize, or "
+    "are files that are used by programs that you do not have.",
+    "   You can rename files if you know what types of files they are supposed to be by clicking on the file you wish "
+    "to rename above, then click on the rename button.",
+    "   Other files typically misnamed come out as 3dgenerator. This can be due to an extra line in the mim file which "
+    "has a line which says filename=3dgenerater. Taking this line out with a text editor first before decoding can "
+    "save "
+    "having to rename the file now. If you know what type of file it is, .doc for a document usually, .jpg for most "
+    "pictures, etc. rename the file now so you can load it into the appropriate program.",
+    "   If a file has a proper name and nothing happens when you double click on it, your computer has no program that "
+    "reads its type. Evince or Okular, for example, read .pdf documents, and LibreOffice reads .doc, .xls and .ppt "
+    "files "
+    "of Microsoft Office. They are free: look for them in your software center."};
+
+shell::swit& main_window(shell::Context& context) {
+    return context.windows.load<shell::swit>();
+}
+
+/// A picture type by its first bytes, and the endings of a name that already say so.
+struct PictureEnding {
+    std::string_view begins;
+    std::string_view ending;
+    std::string_view also;
+};
+constexpr std::array picture_endings = {
+    PictureEnding{"GIF", ".gif", ".gif"},
+    PictureEnding{"\xFF", ".jpg", "jpeg"},
+};
+
+/// The ending that the picture at `path` lacks; empty for other files and for names that are right.
+std::string_view missing_ending(const std::string& path) {
+    const Result<files::MappedFile> file = files::MappedFile::open(path);
+    if (!file) return {};
+    for (const PictureEnding& picture : picture_endings) {
+        if (!file->bytes().starts_with(picture.begins)) continue;
+        const bool right =
+            text::ends_with_ignoring_case(path, picture.ending) || text::ends_with_ignoring_case(path, picture.also);
+        return right ? std::string_view() : picture.ending;
+    }
+    return {};
+}
+
+/// The file that the row names, which may be written in other capitals on the disk.
+std::string path_of(const std::string& name) {
+    const std::string dir = files::current_directory();
+    return files::join(dir, files::find_name(dir, name).value_or(name));
+}
+
+std::string with_commas(std::uint64_t n) {
+    std::string digits = std::to_string(n);
+    for (std::size_t at = digits.size(); at > 3;) digits.insert(at -= 3, ",");
+    return digits;
+}
+
+/// Renames the file in the current directory; the reason where that is impossible.
+Status rename_here(const std::string& from, const std::string& to) {
+    if (to.find('/') != std::string::npos) {
+        return Error{ErrorCode::bad_argument, 0, "A file name cannot contain a slash"};
+    }
+    const std::string dir = files::current_directory();
+    return files::rename_new(files::join(dir, from), files::join(dir, to));
+}
+
+}  // namespace
+
+void connect_results_panel(shell::Context& context) {
+    shell::swit& w = main_window(context);
+    w.List3.double_click = [context]() mutable { open_result(context); };
+    w.Command4.click = [context] { context.platform.end_process(); };
+    w.Command5.click = [context]() mutable { rename_result(context); };
+    w.Command6.click = [context]() mutable { explain_results(context); };
+    w.Command7.click = [context]() mutable { erase_result(context); };
+    w.Command8.click = [context]() mutable { check_result(context); };
+    context.routes.scan_file = [context]() mutable { scanbutt(context); };
+}
+
+void open_result(shell::Context& context) {
+    shell::swit& w = main_window(context);
+    if (!w.List3.selected) return;
+    const std::size_t row = *w.List3.selected;
+    const std::string name = w.List3.selected_item();
+    std::string path = path_of(name);
+    if (files::file_size(path).value_or(0) == 0) {
+        context.platform.message("     This file was not decoded properly, it has a zero file size.");
+        show_repair_guide(context);
+        return;
+    }
+    context.platform.message(
+        " This program will now attempt to load this file into the default program on your computer for this type of "
+        "file. If it does not load into a program, you may not have the right program for viewing this type of file or "
+        "may need to rename the file to view it correctly.");
+    const std::string_view ending = missing_ending(path);
+    if (!ending.empty()) {
+        const std::string right_name = text::to_lower(name).append(ending);
+        const std::string right_path = files::join(files::dir_of(path), right_name);
+        if (files::rename_over(path, right_path)) {
+            replace_result(w, row, right_name);
+            path = right_path;
+        }
+    }
+    context.platform.opener().open_with_default(path);
+}
+
+void rename_result(shell::Context& context) {
+    shell::swit& w = main_window(context);
+    const std::string name = w.List3.selected_item();
+    if (name.empty()) return;
+    const std::size_t row = *w.List3.selected;
+    const std::string new_name = context.platform.input(
+        {.text = "   Enter a new name for the file called " + name, .title = "Rename " + name, .default_answer = name});
+    if (new_name.empty() || new_name == name) return;
+    const Status renamed = rename_here(name, new_name);
+    if (renamed) {
+        replace_result(w, row, new_name);
+    } else {
+        context.platform.message(renamed.error().text);
+    }
+}
+
+void erase_result(shell::Context& context) {
+    shell::swit& w = main_window(context);
+    const std::string name = w.List3.selected_item();
+    if (name.empty()) {
+        context.platform.message("You have not yet selected a file to erase.");
+        return;
+    }
+    const std::size_t row = *w.List3.selected;
+    const bool yes = context.platform.ask({.text = "    Are you sure you wish to delete the file called " + name + "?",
+                                           .no_is_default = true,
+                                           .question_mark = true});
+    if (!yes) return;
+    files::remove_file(files::join(files::current_directory(), name));
+    remove_result(w, row);
+    if (w.List3.count() == 0) w.Command5.enabled = w.Command7.enabled = w.Command8.enabled = false;
+}
+
+void check_result(shell::Context& context) {
+    const std::string name = main_window(context).List3.selected_item();
+    if (name.empty()) {
+        context.platform.message("You have not yet selected a file.");
+        return;
+    }
+    offer_scan(context, path_of(name));
+}
+
+void explain_results(shell::Context& context) {
+    for (const std::string_view explanation : explanations) context.platform.message(std::string(explanation));
+}
+
+RowDetails row_details(const shell::swit& w, std::size_t row) {
+    const ResultRow result = result_row(w, row);
+    RowDetails details;
+    details.size = result.size ? with_commas(*result.size) + (*result.size == 1 ? " byte" : " bytes") : "gone";
+    details.icon = icon_for_name(result.name);
+    if (const Result<files::MappedFile> file = files::MappedFile::open(result.name)) {
+        const FileSignature* signature = signature_of(file->bytes().substr(0, longest_signature));
+        if (signature != nullptr) details.icon = signature->icon;
+        details.picture = signature != nullptr && signature->icon == picture_icon;
+    }
+    if (result.verdict) details.verdict = codec::name_of(*result.verdict);
+    details.doubtful = result.size.value_or(0) == 0 || result.verdict == codec::Verdict::damaged ||
+                       result.verdict == codec::Verdict::incomplete;
+    for (const codec::Problem& problem : result.problems) details.problems.push_back(problem.text);
+    return details;
+}
+
+}  // namespace quill::decoder
