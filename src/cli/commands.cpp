@@ -15,6 +15,13 @@ constexpr const char* footer =
     "incomplete; 2 nothing was found; 3 bad usage, or a file can't be read or written.\n"
     "`quill COMMAND --help` tells a command's options; `man quill` tells the rest.";
 
+/// A file may be called "[a]": that is no list here.
+void take_brackets_as_they_are(CLI::App& app) {
+    for (CLI::App* command : app.get_subcommands({})) {
+        for (CLI::Option* option : command->get_options()) option->allow_extra_args(false);
+    }
+}
+
 /// What the standard streams could not take: a full disk, a closed pipe.
 ExitStatus flushed(ExitStatus status, const Console& console) {
     console.out.flush();
@@ -34,6 +41,7 @@ ExitStatus run(std::span<const std::string> arguments, const Console& console) {
     add_decode_command(app, work);
     add_list_command(app, work);
     add_merge_command(app, work);
+    take_brackets_as_they_are(app);
     try {
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));  // the parser takes them from behind
     } catch (const CLI::ParseError& error) {

@@ -44,8 +44,7 @@ void add_request_options(CLI::App& command, Request& request) {
                     "Saved messages and posts; - is standard input. They are read together, in any order: parts of "
                     "one attachment that lie in several files are joined")
         ->required()
-        ->type_name("")
-        ->allow_extra_args(false);  // else "[a]" would be taken as a list
+        ->type_name("");
     command.add_flag("--all", request.all, "The texts of messages too: text parts without a file name");
     command.add_flag("--forks", request.forks, "The resource forks in BinHex too, as NAME.rsrc");
     command.add_flag("--json", request.json,

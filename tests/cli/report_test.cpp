@@ -1,0 +1,120 @@
+#include "cli/report.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+
+namespace quill::cli {
+namespace {
+
+using codec::Format;
+using codec::Grade;
+using codec::Verdict;
+
+/// A console whose streams are strings.
+struct Streams {
+    std::istringstream in;
+    std::ostringstream out;
+    std::ostringstream err;
+    Console console{in, out, err};
+};
+
+codec::Recovered file(std::string name, Verdict verdict) {
+    return {std::move(name), "", Format::uu, {verdict, 7, {}}, {"post.uue"}};
+}
+
+TEST(JsonString, EscapesWhatJsonCannotHoldAndKeepsEveryByteApart) {
+    const struct {
+        std::string_view text;
+        std::string_view json;
+    } table[] = {
+        {"plain.png", R"("plain.png")"},
+        {"a\"b\\c/d", R"("a\"b\\c/d")"},
+        {"tab\tline\nreturn\r\x1b", R"("tab\tline\nreturn\u000d\u001b")"},
+        {std::string_view("nul\0in", 6), R"("nul\u0000in")"},
+        {"gr\xC3\xBC\xC3\x9F \xF0\x9F\x98\x80", "\"gr\xC3\xBC\xC3\x9F \xF0\x9F\x98\x80\""},
+        {"gr\xFC\xDF", R"("gr\udcfc\udcdf")"},
+        {"cut \xF0\x9F", R"("cut \udcf0\udc9f")"},
+        {"surrogate \xED\xA0\x80", R"("surrogate \udced\udca0\udc80")"},
+        {"", R"("")"},
+    };
+    for (const auto& row : table) EXPECT_EQ(json_string(row.text), row.json);
+}
+
+TEST(Report, OneLineTellsNameSizeVerdictAndFormat) {
+    Streams streams;
+    Report report(streams.console, ReportStyle::lines);
+    report.add(file("harbour view.png", Verdict::verified));
+    report.add(file("two\nlines\t.txt", Verdict::whole));
+    EXPECT_EQ(report.finish(), ExitStatus::good);
+    EXPECT_EQ(streams.out.str(), "harbour view.png\t7\tverified\tUUE\ntwo?lines?.txt\t7\twhole\tUUE\n");
+    EXPECT_EQ(streams.err.str(), "");
+}
+
+TEST(Report, DamageIsExplainedOnStandardErrorWithoutWhatWasRepaired) {
+    Streams streams;
+    Report report(streams.console, ReportStyle::lines);
+    codec::Recovered damaged = file("a.png", Verdict::damaged);
+    damaged.outcome.problems = {{Grade::repaired, "odd-line", 10, {}, "A line was odd"},
+                                {Grade::damaged, "bad-crc", 20, 5, "The checksum\x1b[2J differs"}};
+    report.add(damaged);
+    EXPECT_EQ(report.finish(), ExitStatus::damaged);
+    EXPECT_EQ(streams.err.str(), "quill: a.png: at byte 20: The checksum?[2J differs\n");
+}
+
+TEST(Report, JsonIsOneArrayWithEveryMember) {
+    Streams streams;
+    Report report(streams.console, ReportStyle::json);
+    codec::Recovered first = file("a \"b\".png", Verdict::incomplete);
+    first.path = "in/a \"b\".png";
+    first.outcome.problems = {{Grade::lost, "missing-end", 99, {}, "The end is missing"},
+                              {Grade::repaired, "odd-line", 3, {}, "A line was odd"}};
+    first.sources = {"1.uue", "2.uue"};
+    report.add(first);
+    report.add(file("c.txt", Verdict::whole));
+    EXPECT_EQ(report.finish(), ExitStatus::damaged);
+    EXPECT_EQ(
+        streams.out.str(),
+        R"([{"name": "a \"b\".png", "path": "in/a \"b\".png", "size": 7, "format": "UUE", )"
+        R"("verdict": "incomplete", "problems": [{"kind": "missing-end", "at": 99, "text": "The end is missing"}, )"
+        R"({"kind": "odd-line", "at": 3, "text": "A line was odd"}], "sources": ["1.uue", "2.uue"]},)"
+        "\n"
+        R"( {"name": "c.txt", "path": null, "size": 7, "format": "UUE", "verdict": "whole", "problems": [], )"
+        R"("sources": ["post.uue"]}])"
+        "\n");
+}
+
+TEST(Report, TheStatusIsThatOfTheWorstResultAndFailuresWeighMost) {
+    const struct {
+        std::vector<Verdict> verdicts;
+        bool failure;
+        ExitStatus status;
+    } table[] = {
+        {{}, false, ExitStatus::nothing},
+        {{Verdict::whole, Verdict::verified}, false, ExitStatus::good},
+        {{Verdict::incomplete, Verdict::verified}, false, ExitStatus::damaged},
+        {{Verdict::whole, Verdict::damaged}, false, ExitStatus::damaged},
+        {{Verdict::damaged}, true, ExitStatus::failed},
+        {{}, true, ExitStatus::failed},
+    };
+    for (const auto& row : table) {
+        Streams streams;
+        Report report(streams.console, ReportStyle::silent);
+        for (const Verdict verdict : row.verdicts) report.add(file("x", verdict));
+        if (row.failure) report.fail("y", {ErrorCode::not_found, 0, "No such file or directory"});
+        EXPECT_EQ(report.finish(), row.status);
+        EXPECT_EQ(streams.out.str(), "");
+        EXPECT_EQ(streams.err.str(), row.failure ? "quill: y: No such file or directory\n" : "");
+    }
+}
+
+TEST(Report, JsonOfNothingIsAnEmptyArray) {
+    Streams streams;
+    Report report(streams.console, ReportStyle::json);
+    EXPECT_EQ(report.finish(), ExitStatus::nothing);
+    EXPECT_EQ(streams.out.str(), "[]\n");
+}
+
+}  // namespace
+}  // namespace quill::cli
