@@ -8,10 +8,6 @@
 namespace quill::shell {
 namespace {
 
-bool names_a_file(const std::string& path) {
-    return files::exists(path) && !files::is_directory(path);
-}
-
 bool is_switch(std::string_view line) {
     return line.starts_with("/un") || line.starts_with("/vi") || line.starts_with("/ue") || line.starts_with("/um");
 }
@@ -33,24 +29,17 @@ void drop_outer_quotes(std::string& line) {
     if (line.starts_with('"')) line.erase(0, 1);
 }
 
-/// Whether the line begins with the switch and names no file as it stands.
-bool has_switch(const std::string& line, std::string_view name) {
-    return line.starts_with(name) && !names_a_file(line);
-}
-
 /// The line behind a switch and the character that follows it.
 std::string behind_switch(const std::string& line) {
     constexpr std::size_t length = 4;
     return line.size() <= length ? std::string() : line.substr(length);
 }
 
-void drop_decoder_choice(std::string& line) {
-    if (!line.starts_with('&') || names_a_file(line)) return;
-    const std::string rest(text::trim(std::string_view(line).substr(1)));
-    if (names_a_file(rest)) line = rest;
-}
-
 }  // namespace
+
+bool names_a_file(const std::string& path) {
+    return files::exists(path) && !files::is_directory(path);
+}
 
 std::string command_line_of(std::span<const std::string> arguments) {
     std::string line;
@@ -66,24 +55,29 @@ std::string command_line_of(std::span<const std::string> arguments) {
     return line;
 }
 
-Start parse_command_line(const std::string& line) {
+Start parse_command_line(const std::string& line, const std::function<bool(const std::string& path)>& is_file) {
     Start start;
-    start.path = line == "?" ? std::string() : line;
-    start.no_file = start.path.empty();
-    drop_outer_quotes(start.path);
-    drop_decoder_choice(start.path);
-    if (has_switch(start.path, "/un")) {
-        start.path = behind_switch(start.path);
+    std::string& rest = start.path;
+    const auto has_switch = [&](std::string_view name) { return rest.starts_with(name) && !is_file(rest); };
+    rest = line == "?" ? std::string() : line;
+    start.no_file = rest.empty();
+    drop_outer_quotes(rest);
+    if (has_switch("&")) {
+        const std::string behind(text::trim(std::string_view(rest).substr(1)));
+        if (is_file(behind)) rest = behind;
+    }
+    if (has_switch("/un")) {
+        rest = behind_switch(rest);
         start.open_at_once = true;
     }
-    start.create_htx = has_switch(start.path, "/um");
-    start.create = start.create_htx || has_switch(start.path, "/ue");
+    start.create_htx = has_switch("/um");
+    start.create = start.create_htx || has_switch("/ue");
     if (start.create) return start;
-    if (has_switch(start.path, "/vi")) {
-        start.path = behind_switch(start.path);
+    if (has_switch("/vi")) {
+        rest = behind_switch(rest);
         start.view_only = true;
     }
-    start.hides_options = start.path.empty();
+    start.hides_options = rest.empty();
     return start;
 }
 

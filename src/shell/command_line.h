@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <span>
 #include <string>
 
@@ -10,6 +11,9 @@ namespace quill::shell {
 /// Paths are made absolute, so this is called before the program changes its directory. An argument with a blank is
 /// put in double quotes, but not behind a switch: the rest of such a line is taken whole. Empty arguments are left out.
 std::string command_line_of(std::span<const std::string> arguments);
+
+/// Whether something other than a directory is at `path`.
+bool names_a_file(const std::string& path);
 
 /// What the command line asks for.
 struct Start {
@@ -26,6 +30,7 @@ struct Start {
 
 /// Takes the line apart. A line that names a file which is there is a path, whatever it begins with. A line that begins
 /// with `&` (the choice of the second yEnc decoder) and names none is taken without it where the rest names one.
-Start parse_command_line(const std::string& line);
+/// `names_a_file` says whether a path leads to a file.
+Start parse_command_line(const std::string& line, const std::function<bool(const std::string& path)>& names_a_file);
 
 }  // namespace quill::shell

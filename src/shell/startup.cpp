@@ -56,7 +56,7 @@ void start_creating(Context& context, bool htx) {
 /// Does what the command line asks for. Returns whether the load step goes on behind it.
 bool follow_command_line(Context& context) {
     auto& w = context.windows.load<swit>();
-    const Start start = parse_command_line(context.session.CommandLine);
+    const Start start = parse_command_line(context.session.CommandLine, names_a_file);
     if (start.no_file) context.session.StartMode = 1;
     if (start.view_only) context.session.ViewOnlyRun = true;
     if (start.create) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "shell/session.h"
+#include "text/result.h"
 
 #include <string>
 
