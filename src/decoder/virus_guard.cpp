@@ -1,6 +1,5 @@
 #include "decoder/virus_guard.h"
 
-#include "files/directory.h"
 #include "files/path.h"
 #include "shell/main_window.h"
 
@@ -23,11 +22,6 @@ void offer_scan(shell::Context& context, const std::string& path) {
     } else {
         shell::say_not_yet(context.platform, "check files for viruses");
     }
-}
-
-void start_scan(platform::Platform& platform, const std::string& program, const std::string& directory,
-                const std::string& path) {
-    platform.opener().start(program, {files::exists(path) ? path : std::string()}, directory);
 }
 
 }  // namespace quill::decoder

@@ -13,9 +13,4 @@ void scanbutt(shell::Context& context);
 /// `path`. The choice is not kept.
 void offer_scan(shell::Context& context, const std::string& path);
 
-/// Starts the anti-virus program `program` in `directory` on the file at `path`, which itself is never started. Does
-/// not wait for it; a program that can't be started is passed over. A file that is not there makes an empty argument.
-void start_scan(platform::Platform& platform, const std::string& program, const std::string& directory,
-                const std::string& path);
-
 }  // namespace quill::decoder

@@ -8,8 +8,4 @@ namespace quill::encoder {
 /// `context` must outlive its routes' last call.
 void provide_chooser(shell::Context& context);
 
-/// The guard's question whether an anti-virus program should be chosen for SelectedDir/SelectedFile, and the chooser on
-/// Yes.
-void scan_selected_file(shell::Context& context);
-
 }  // namespace quill::encoder

@@ -69,7 +69,8 @@ void open_selected(shell::Context& context, cmdg& w) {
 void start_anti_virus(shell::Context& context, cmdg& w) {
     const std::string name = w.File1.selected_item();
     if (says_what_is_missing(context, name, no_program)) return;
-    const std::string target = files::join(context.session.SelectedDir, context.session.SelectedFile);
+    const std::string target =
+        w.scan_target.empty() ? files::join(context.session.SelectedDir, context.session.SelectedFile) : w.scan_target;
     const std::string program = files::join(w.Dir1.path, name);
     if (!context.platform.opener().start(program, {files::exists(target) ? target : std::string()}, w.Dir1.path)) {
         context.platform.message(name + " could not be started.");

@@ -106,7 +106,8 @@ struct cmdg : controls::Window {
     controls::Button Command12;     // explain the merge
     controls::Button Command13;     // back to the main window
 
-    std::string chosenDir;  ///< path of Dir1 with a slash at its end
+    std::string chosenDir;    ///< path of Dir1 with a slash at its end
+    std::string scan_target;  ///< what the anti-virus program is to check; empty for SelectedDir/SelectedFile
     ChooserRoutes routes;
 
     explicit cmdg(shell::Context& context);
