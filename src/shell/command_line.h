@@ -23,7 +23,7 @@ struct Start {
     bool create_htx = false;     ///< `/um`
     bool open_at_once = false;   ///< `/un`
     bool view_only = false;      ///< `/vi`
-    std::string path;            ///< the file named
+    std::string path = {};       ///< the file named
 
     bool operator==(const Start&) const = default;
 };
