@@ -2,7 +2,7 @@
 """Reads every #include under src/ and says where one breaks the order of the layers.
 
 Nothing includes upwards; the folders of the program itself may include each other, but no file may include itself by
-way of others; Qt stands in desktop/ alone, SIMD in sources of codec/ alone, the command line parser in cli/ alone.
+way of others; Qt stands in desktop/ alone, SIMD in codec/ alone (its sources and -inl.h files), the command line parser in cli/ alone.
 """
 
 import re
@@ -32,7 +32,7 @@ MAY_INCLUDE = {
 LIBRARIES = [
     ("Qt", re.compile(r"Q[A-Z]|Qt"), lambda file: file.parts[0] == "desktop"),
     ("SIMD", re.compile(r"hwy/|[a-z]*mmintrin\.h|x86intrin\.h|arm_neon\.h"),
-     lambda file: file.parts[0] == "codec" and file.suffix == ".cpp"),
+     lambda file: file.parts[0] == "codec" and (file.suffix == ".cpp" or file.stem.endswith("-inl"))),
     ("CLI11", re.compile(r"CLI/"), lambda file: file.parts[0] in ("cli", "qpunwrap")),
 ]
 
