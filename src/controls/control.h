@@ -104,6 +104,7 @@ class ListBox : public Control {
         ++revision_;
     }
     void assign(std::vector<std::string> items) {
+        if (items == items_) return;
         items_ = std::move(items);
         if (selected && *selected >= items_.size()) selected.reset();
         selected_rows.clear();

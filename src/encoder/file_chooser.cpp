@@ -222,6 +222,8 @@ cmdg& show_chooser(shell::Context& context, ChooserMode mode, const std::string&
     const bool has_pages = mode == ChooserMode::open || mode == ChooserMode::decode;
     w.Image1.enabled = w.Image2.enabled = has_pages;
     w.Option1.visible = w.Option2.visible = mode == ChooserMode::collect_pages;
+    w.Label1.visible = w.List2.visible = w.List3.visible = w.List4.visible = collects(mode);
+    w.Command3.visible = w.Command4.visible = w.Command5.visible = w.Command6.visible = collects(mode);
     w.File1.executables_only = mode == ChooserMode::anti_virus;
     w.File1.set_pattern(mode == ChooserMode::anti_virus ? std::string(all_files) : std::string(pattern_of(mode)));
     enter_directory(w, directory.empty() ? files::current_directory() : directory);
