@@ -22,6 +22,7 @@ constexpr int full_bar = 3750;
 /// Loads the window with nothing but its progress panel and shows it.
 inline SavPic& show_progress_panel(controls::Windows& windows) {
     SavPic& w = windows.load<SavPic>();
+    w.Picture5.width = w.Picture3.width = full_bar;
     w.Picture1.visible = false;
     w.Frame1.visible = true;
     w.visible = true;
