@@ -1,0 +1,45 @@
+#pragma once
+
+#include "desktop/view.h"
+#include "encoder/file_chooser.h"
+
+class QCheckBox;
+class QHBoxLayout;
+class QListWidget;
+class QTabBar;
+class QVBoxLayout;
+
+namespace quill::desktop {
+
+class FileTable;
+
+/// The file chooser: the files of a directory, and behind tabs the recent directories and the merge page.
+class ChooserView final : public View {
+  public:
+    ChooserView(encoder::cmdg& window, EventLoop& events);
+
+  protected:
+    void on_shown() override;
+
+  private:
+    QTabBar* make_tabs();
+    QWidget* make_path_line();
+    QWidget* make_file_page();
+    QWidget* make_favorites();
+    QWidget* make_collected();
+    QWidget* make_file_buttons();
+    QWidget* make_recent_page();
+    QWidget* make_merge_page();
+    QWidget* make_merge_list();
+    QWidget* make_directory_column(controls::DriveListBox& drive, controls::DirListBox& directory);
+
+    /// A list of texts. Where `act` holds something, a click or Enter on a row hands it in.
+    QListWidget* bind_list(controls::ListBox& list, QListWidget* widget);
+    FileTable* bind_files(controls::FileListBox& list);
+    QCheckBox* bind_check(controls::CheckBox& box, QCheckBox* widget);
+
+    encoder::cmdg& w_;
+    FileTable* files_ = nullptr;
+};
+
+}  // namespace quill::desktop

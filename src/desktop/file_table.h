@@ -1,0 +1,66 @@
+#pragma once
+
+#include "controls/control.h"
+
+#include <QAbstractTableModel>
+#include <QDateTime>
+#include <QIcon>
+#include <QTreeView>
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace quill::desktop {
+
+/// The rows of a file list with their sizes and dates, which are asked for when a row is first shown.
+class FileTableModel final : public QAbstractTableModel {
+  public:
+    enum Column { name_column, size_column, date_column, column_count };
+
+    explicit FileTableModel(const controls::FileListBox& list) : list_(list) {}
+
+    /// Takes the rows anew where they have changed. Returns whether it did.
+    bool refresh();
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+  private:
+    struct Details {
+        QString size, date;
+        QIcon icon;
+    };
+    const Details& details(std::size_t row) const;
+
+    const controls::FileListBox& list_;
+    std::uint64_t revision_ = ~std::uint64_t{0};
+    mutable std::vector<std::optional<Details>> details_;
+};
+
+/// A table of files. Typing goes to the first name that begins so; Enter or a double click acts on the selection.
+class FileTable final : public QTreeView {
+  public:
+    explicit FileTable(controls::FileListBox& list);
+
+    /// Brings rows and selection to what the list holds.
+    void sync();
+
+    std::function<void()> selection_changed;  ///< the list has been told of the new selection
+    std::function<void()> acted;
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+
+  private:
+    void take_selection();
+
+    controls::FileListBox& list_;
+    FileTableModel model_;
+    bool syncing_ = false;
+};
+
+}  // namespace quill::desktop
