@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -67,7 +68,11 @@ struct Attachment {
     Format format = Format::identity;
     std::vector<Range> body;                        ///< the encoded bytes, in order, headers and trailers left out
     std::optional<std::uint64_t> stated_size = {};  ///< bytes of the result, as the text says
-    bool message_text = false;                      ///< a text part without a file name: written on request only
+    std::optional<std::uint16_t> stated_sum = {};   ///< BSD checksum of the result ("sum -r")
+    std::optional<std::array<unsigned char, 16>> stated_md5 = {};  ///< of the result (Content-MD5, RFC 1864)
+    std::optional<std::uint64_t> stated_length = {};  ///< bytes of the body as it stands in the text (Content-Length)
+    bool cut_off = false;           ///< the text ends where something should still mark the end of this body
+    bool message_text = false;      ///< a text part without a file name: written on request only
     bool resource_fork = false;     ///< BinHex: the resource fork of the file before it; written on request only
     std::string content_type;       ///< lower case, without parameters; empty where the text names none
     std::vector<Problem> problems;  ///< seen while scanning

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace quill::codec {
@@ -39,7 +41,8 @@ class DecodingLibrary {
 
   private:
     std::vector<std::string> names_;
-    std::vector<std::string> given_out_;
+    std::unordered_set<std::string> given_out_;
+    std::unordered_map<std::string, unsigned> last_number_;  ///< of the names of one row, by the name asked for
     std::vector<Recovered> results_;
 };
 

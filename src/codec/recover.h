@@ -1,12 +1,13 @@
 #pragma once
 
 #include "codec/attachment.h"
+#include "codec/decode.h"
+#include "codec/found_file.h"
 #include "files/atomic_file.h"
 #include "files/mapped_file.h"
 #include "text/result.h"
 
 #include <functional>
-#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -36,6 +37,9 @@ class Recovery {
     /// Everything found, in input order; message texts and resource forks among it.
     const std::vector<Attachment>& attachments() const { return attachments_; }
 
+    /// Problems of the inputs as a whole: limits that were met.
+    const std::vector<Problem>& problems() const { return problems_; }
+
     /// Decodes without writing: what list and verify need.
     Outcome check(const Attachment& attachment) const;
 
@@ -45,9 +49,13 @@ class Recovery {
                             const OnProgress& progress = {}) const;
 
   private:
+    void take(std::vector<FoundFile> files);
+    OnRead release_behind(const Attachment& attachment, const OnProgress& progress) const;
+
     std::vector<std::string> paths_;
     std::vector<files::MappedFile> inputs_;
     std::vector<Attachment> attachments_;
+    std::vector<Problem> problems_;
 };
 
 }  // namespace quill::codec

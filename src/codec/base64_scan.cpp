@@ -1,0 +1,138 @@
+#include "codec/base64_lines.h"
+#include "codec/content_name.h"
+#include "codec/hex.h"
+#include "codec/sixbit.h"
+#include "text/ascii.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+#include <vector>
+
+namespace quill::codec {
+namespace {
+
+constexpr std::size_t shortest_bare_line = 40;
+constexpr std::size_t longest_bare_line = 1000;
+constexpr unsigned lines_to_resume = 3;
+constexpr unsigned lines_for_evidence = 3;
+constexpr std::size_t first_bytes = 48;
+
+constexpr std::array<bool, 256> make_table() {
+    std::array<bool, 256> table{};
+    for (const char c : std::string_view("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/"))
+        table[static_cast<unsigned char>(c)] = true;
+    return table;
+}
+constexpr std::array<bool, 256> in_alphabet = make_table();
+
+/// The line without blanks at its ends and without padding.
+std::string_view characters_of(std::string_view line) {
+    line = text::trim(line);
+    for (int i = 0; i < 2 && line.ends_with('='); ++i) line.remove_suffix(1);
+    return line;
+}
+
+/// Hashes and numbers in columns are of the alphabet too.
+bool is_hex(std::string_view s) {
+    return std::all_of(s.begin(), s.end(), [](char c) { return hex_value(c) >= 0; });
+}
+
+/// Whether `line` and those behind it can be nothing but Base64: lines of one length, or one whose first bytes are
+/// those of a known kind of file.
+bool is_bare_base64(const TextScan& scan, const Line& line) {
+    const std::string_view characters = characters_of(line.text);
+    if (!is_base64_line(line.text) || is_hex(characters)) return false;
+    if (!extension_for_bytes(decode_base64_text(line.text.substr(0, first_bytes / 3 * 4))).empty()) return true;
+    if (characters.size() % 4 != 0) return false;
+    Line next = line;
+    for (unsigned i = 1; i < lines_for_evidence; ++i) {
+        if (!peek_text(scan, next.next, 2, next) || !is_base64_line(next.text)) return false;
+        if (next.text.size() != line.text.size()) return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+bool base64_resumes(const TextScan& scan, Position at) {
+    Line line;
+    for (unsigned i = 0; i < lines_to_resume && peek_text(scan, at, 3, line); ++i, at = line.next) {
+        if (text::trim(line.text) == "====") return true;
+        if (line.text.size() >= shortest_bare_line && is_base64_line(line.text)) return true;
+    }
+    return false;
+}
+
+std::string decode_base64_text(std::string_view encoded) {
+    std::vector<char> room(sixbit::decoded_bound(encoded.size()) + 2);
+    sixbit::State state;
+    std::size_t size = sixbit::decode(sixbit::Alphabet::base64, encoded, room.data(), state).written;
+    size += sixbit::finish(room.data() + size, state);
+    return {room.data(), size};
+}
+
+bool is_base64_line(std::string_view line) {
+    const std::string_view characters = characters_of(line);
+    return !characters.empty() && std::all_of(characters.begin(), characters.end(),
+                                              [](char c) { return in_alphabet[static_cast<unsigned char>(c)]; });
+}
+
+bool open_base64_lines(TextScan& scan, FoundFile file, bool sure) {
+    const Position begin = scan.cursor.position();
+    Line line;
+    if (!peek_text(scan, begin, 3, line)) return false;
+    if (!is_base64_line(line.text) && !(sure && text::trim(line.text) == "====")) return false;
+    Position end = begin;
+    file.has_end = false;
+    file.label = std::exchange(scan.label, {});
+    while (true) {
+        const Position before = scan.cursor.position();
+        if (!scan.cursor.next(line)) break;
+        if (text::trim(line.text) == "====") {
+            file.has_end = true;
+            break;
+        }
+        if (is_blank_line(line.text)) continue;
+        if (scan.is_stop(line) || (!is_base64_line(line.text) && !base64_resumes(scan, line.next))) {
+            scan.cursor.seek(before);
+            break;
+        }
+        end = line.next;
+    }
+    file.attachment.format = Format::base64;
+    file.attachment.body = scan.cursor.ranges(begin, end);
+    scan.add(std::move(file));
+    return true;
+}
+
+bool sniff_bare_base64(std::string_view line) {
+    return line.size() >= shortest_bare_line && line.size() <= longest_bare_line &&
+           in_alphabet[static_cast<unsigned char>(line[0])] && in_alphabet[static_cast<unsigned char>(line[1])] &&
+           line.substr(0, shortest_bare_line).find(' ') == std::string_view::npos;
+}
+
+bool open_bare_base64(TextScan& scan, const Line& line) {
+    if (scan.in_armor || !is_bare_base64(scan, line)) return false;
+    FoundFile file;
+    file.label = std::exchange(scan.label, {});
+    file.attachment.name = file.label.file;
+    file.attachment.format = Format::base64;
+    file.has_begin = file.label.number <= 1;
+    file.has_end = file.label.number == file.label.total;
+    bool spaced = false;
+    Line last = line;
+    Line next;
+    while (last.text.size() == line.text.size() &&
+           peek_text(scan, last.next, spaced || last.begin == line.begin ? 2 : 1, next)) {
+        if (next.text.size() > line.text.size() || !is_base64_line(next.text)) break;
+        if (last.begin == line.begin) spaced = next.begin != last.next;
+        last = next;
+        scan.cursor.seek(last.next);
+    }
+    file.attachment.body = scan.cursor.ranges(line.begin, last.next);
+    scan.add(std::move(file));
+    return true;
+}
+
+}  // namespace quill::codec

@@ -1,0 +1,146 @@
+#include "codec/content_name.h"
+
+#include "files/names.h"
+
+#include <algorithm>
+#include <array>
+
+namespace quill::codec {
+namespace {
+
+struct TypeExtension {
+    std::string_view type;  // lower case
+    std::string_view extension;
+};
+constexpr std::array type_extensions = {
+    TypeExtension{"text/plain", ".txt"},
+    TypeExtension{"text/html", ".html"},
+    TypeExtension{"text/calendar", ".ics"},
+    TypeExtension{"text/x-vcard", ".vcf"},
+    TypeExtension{"text/vcard", ".vcf"},
+    TypeExtension{"text/directory", ".vcf"},
+    TypeExtension{"text/css", ".css"},
+    TypeExtension{"text/csv", ".csv"},
+    TypeExtension{"text/xml", ".xml"},
+    TypeExtension{"text/rtf", ".rtf"},
+    TypeExtension{"text/richtext", ".rtx"},
+    TypeExtension{"text/enriched", ".etf"},
+    TypeExtension{"image/gif", ".gif"},
+    TypeExtension{"image/jpeg", ".jpg"},
+    TypeExtension{"image/jpg", ".jpg"},
+    TypeExtension{"image/pjpeg", ".jpg"},
+    TypeExtension{"image/png", ".png"},
+    TypeExtension{"image/bmp", ".bmp"},
+    TypeExtension{"image/x-ms-bmp", ".bmp"},
+    TypeExtension{"image/tiff", ".tif"},
+    TypeExtension{"image/webp", ".webp"},
+    TypeExtension{"image/svg+xml", ".svg"},
+    TypeExtension{"image/x-icon", ".ico"},
+    TypeExtension{"audio/basic", ".au"},
+    TypeExtension{"audio/wav", ".wav"},
+    TypeExtension{"audio/x-wav", ".wav"},
+    TypeExtension{"audio/mpeg", ".mp3"},
+    TypeExtension{"audio/midi", ".mid"},
+    TypeExtension{"audio/ogg", ".ogg"},
+    TypeExtension{"video/mpeg", ".mpg"},
+    TypeExtension{"video/mp4", ".mp4"},
+    TypeExtension{"video/quicktime", ".mov"},
+    TypeExtension{"video/x-msvideo", ".avi"},
+    TypeExtension{"application/pdf", ".pdf"},
+    TypeExtension{"application/zip", ".zip"},
+    TypeExtension{"application/x-zip-compressed", ".zip"},
+    TypeExtension{"application/gzip", ".gz"},
+    TypeExtension{"application/x-gzip", ".gz"},
+    TypeExtension{"application/x-tar", ".tar"},
+    TypeExtension{"application/msword", ".doc"},
+    TypeExtension{"application/rtf", ".rtf"},
+    TypeExtension{"application/postscript", ".ps"},
+    TypeExtension{"application/json", ".json"},
+    TypeExtension{"application/xml", ".xml"},
+    TypeExtension{"application/ms-tnef", ".dat"},
+    TypeExtension{"application/mac-binhex40", ".hqx"},
+    TypeExtension{"application/pgp-signature", ".asc"},
+    TypeExtension{"application/pgp-encrypted", ".asc"},
+    TypeExtension{"application/pgp-keys", ".asc"},
+    TypeExtension{"application/pkcs7-signature", ".p7s"},
+    TypeExtension{"application/x-pkcs7-signature", ".p7s"},
+    TypeExtension{"application/pkcs7-mime", ".p7m"},
+    TypeExtension{"application/x-pkcs7-mime", ".p7m"},
+    TypeExtension{"message/rfc822", ".eml"},
+};
+
+/// Bytes that files of a kind begin with, or have at a fixed place.
+struct Magic {
+    std::size_t at;
+    std::string_view bytes;
+    std::string_view extension;
+};
+using namespace std::string_view_literals;
+constexpr std::array magics = {
+    Magic{0, "\xFF\xD8\xFF"sv, ".jpg"},
+    Magic{0, "GIF87a"sv, ".gif"},
+    Magic{0, "GIF89a"sv, ".gif"},
+    Magic{0, "\x89PNG\r\n\x1A\n"sv, ".png"},
+    Magic{0, "II*\0"sv, ".tif"},
+    Magic{0, "MM\0*"sv, ".tif"},
+    Magic{0, "%PDF-"sv, ".pdf"},
+    Magic{0, "%!PS"sv, ".ps"},
+    Magic{0, "PK\x03\x04"sv, ".zip"},
+    Magic{0, "PK\x05\x06"sv, ".zip"},
+    Magic{0, "\x1F\x8B\x08"sv, ".gz"},
+    Magic{0, "BZh"sv, ".bz2"},
+    Magic{0,
+          "\xFD"
+          "7zXZ\0"sv,
+          ".xz"},
+    Magic{0, "7z\xBC\xAF\x27\x1C"sv, ".7z"},
+    Magic{0, "Rar!\x1A\x07"sv, ".rar"},
+    Magic{0, "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"sv, ".doc"},
+    Magic{0, "{\\rtf"sv, ".rtf"},
+    Magic{0, "ID3"sv, ".mp3"},
+    Magic{0, "OggS"sv, ".ogg"},
+    Magic{0, "fLaC"sv, ".flac"},
+    Magic{0, "MThd"sv, ".mid"},
+    Magic{8, "WAVE"sv, ".wav"},
+    Magic{8, "AVI "sv, ".avi"},
+    Magic{8, "WEBP"sv, ".webp"},
+    Magic{4, "ftyp"sv, ".mp4"},
+    Magic{4, "moov"sv, ".mov"},
+    Magic{0, "\0\0\x01\xBA"sv, ".mpg"},
+    Magic{0, "\0\0\x01\xB3"sv, ".mpg"},
+    Magic{0, "\x78\x9F\x3E\x22"sv, ".dat"},
+    Magic{0, "<!DOCTYPE html"sv, ".html"},
+    Magic{0, "<html"sv, ".html"},
+    Magic{0, "<?xml"sv, ".xml"},
+};
+
+}  // namespace
+
+std::string_view extension_for_type(std::string_view content_type) {
+    const auto found = std::find_if(type_extensions.begin(), type_extensions.end(),
+                                    [&](const TypeExtension& entry) { return entry.type == content_type; });
+    return found == type_extensions.end() ? std::string_view() : found->extension;
+}
+
+std::string_view extension_for_bytes(std::string_view bytes) {
+    const auto found = std::find_if(magics.begin(), magics.end(), [&](const Magic& magic) {
+        return bytes.size() >= magic.at && bytes.substr(magic.at).starts_with(magic.bytes);
+    });
+    return found == magics.end() ? std::string_view() : found->extension;
+}
+
+std::string made_up_name(bool message_text, std::string_view content_type, std::string_view bytes) {
+    const std::string_view by_type = extension_for_type(content_type);
+    if (message_text) return std::string("message").append(by_type.empty() ? ".txt" : by_type);
+    const std::string_view by_bytes = extension_for_bytes(bytes);
+    if (!by_bytes.empty()) return std::string("attachment").append(by_bytes);
+    return std::string("attachment").append(by_type.empty() ? ".bin" : by_type);
+}
+
+std::string attachment_name(std::string_view name) {
+    std::string safe = files::safe_name(name);
+    std::replace(safe.begin(), safe.end(), ';', '_');
+    return safe;
+}
+
+}  // namespace quill::codec

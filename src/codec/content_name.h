@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace quill::codec {
+
+/// The extension, with its dot, for a content type in lower case ("image/gif" gives ".gif"); empty for one not known.
+std::string_view extension_for_type(std::string_view content_type);
+
+/// The extension for a file that begins with `bytes` (48 are enough for all but a tar archive); empty where they are
+/// not known.
+std::string_view extension_for_bytes(std::string_view bytes);
+
+/// A name for a file to which the text gives none: "message.txt" and the like for texts of messages, else "attachment"
+/// with the extension that the first bytes tell, or the content type, or ".bin".
+std::string made_up_name(bool message_text, std::string_view content_type, std::string_view bytes);
+
+/// `name` as it came out of a message, made into one that is safe as a file's and holds no ';'; empty where nothing is
+/// left of it.
+std::string attachment_name(std::string_view name);
+
+}  // namespace quill::codec

@@ -1,0 +1,193 @@
+#include "codec/decode.h"
+
+#include "codec/decode_run.h"
+#include "codec/lines.h"
+
+#include <algorithm>
+#include <bit>
+#include <utility>
+
+namespace quill::codec {
+namespace {
+
+constexpr std::uint64_t tell_every = std::uint64_t{1} << 20;
+
+std::string count_of(std::uint64_t n, std::string_view things) {
+    return std::to_string(n).append(" ").append(things);
+}
+
+}  // namespace
+
+/// Passes over ranges that hold nothing, or that no input has.
+void Body::settle() {
+    for (; index_ < ranges_.size(); ++index_) {
+        const Range& range = ranges_[index_];
+        at_ = told_ = range.begin;
+        if (range.source < inputs_.size() && range.begin < range.end && range.end <= inputs_[range.source].size())
+            return;
+    }
+}
+
+std::string_view Body::ahead(std::size_t most) const {
+    if (at_end()) return {};
+    return input().substr(at_, std::min<std::uint64_t>(most, ranges_[index_].end - at_));
+}
+
+void Body::pass(std::size_t n) {
+    at_ += n;
+    if (at_ - told_ >= tell_every || at_ >= ranges_[index_].end) {
+        if (on_read_ && !on_read_(ranges_[index_].source, at_)) stopped_ = true;
+        told_ = at_;
+    }
+    if (at_ < ranges_[index_].end) return;
+    ++index_;
+    settle();
+}
+
+std::string_view Body::line(std::size_t most) const {
+    const std::string_view rest = ahead(most);
+    std::size_t end = find_line_end(rest, 0);
+    if (end < rest.size()) end += rest.substr(end, 2) == "\r\n" ? 2U : 1U;
+    return rest.substr(0, end);
+}
+
+std::string_view Body::behind(std::size_t most) const {
+    if (at_end()) return {};
+    const std::uint64_t size = std::min<std::uint64_t>(most, at_ - ranges_[index_].begin);
+    return input().substr(at_ - size, size);
+}
+
+void Sink::put(std::string_view bytes) {
+    if (bytes.empty() || stopped_) return;
+    outcome_.size += bytes.size();
+    if (attachment_.stated_md5) md5_.add(bytes);
+    if (attachment_.stated_sum) {
+        for (const char c : bytes) {
+            sum_ = static_cast<std::uint16_t>(std::rotr(sum_, 1) + static_cast<unsigned char>(c));
+        }
+    }
+    if (!write_(bytes)) stopped_ = true;
+}
+
+void Sink::report(Grade grade, std::string_view kind, std::uint64_t at_input, std::string_view text) {
+    if (grade == Grade::damaged) damaged_ = true;
+    if (grade == Grade::lost) lost_ = true;
+    if (outcome_.problems.size() >= most_problems) {
+        ++unkept_;
+        return;
+    }
+    outcome_.problems.push_back({grade, std::string(kind), at_input, outcome_.size, std::string(text)});
+}
+
+void Sink::compare_size(std::uint64_t at_input) {
+    if (!attachment_.stated_size) return;
+    const std::uint64_t stated = *attachment_.stated_size;
+    if (stated == size()) {
+        vouch();
+        return;
+    }
+    const bool is_text = attachment_.format == Format::identity || attachment_.format == Format::quoted_printable;
+    const std::string text = "The text states " + count_of(stated, "bytes") + ", and " + count_of(size(), "came out");
+    if (is_text) {
+        report(Grade::repaired, "size-differs", at_input, text);  // line ends may have been changed on the way
+    } else {
+        report(stated > size() ? Grade::lost : Grade::damaged, "bad-size", at_input, text);
+    }
+}
+
+void Sink::compare_checksums(std::uint64_t at_input) {
+    if (attachment_.stated_md5) {
+        if (md5_.finish() == *attachment_.stated_md5) {
+            vouch();
+        } else if (attachment_.content_type.starts_with("text/")) {
+            report(Grade::repaired, "md5-differs", at_input,
+                   "The stated MD5 is not that of the text with these line ends");
+        } else {
+            report(Grade::damaged, "bad-md5", at_input, "The stated MD5 is not that of the bytes that came out");
+        }
+    }
+    if (!attachment_.stated_sum) return;
+    if (sum_ == *attachment_.stated_sum) {
+        vouch();
+    } else {
+        report(Grade::damaged, "bad-sum", at_input, "The stated checksum is not that of the bytes that came out");
+    }
+}
+
+/// A Content-Length counts the body as it stands, with or without the line end that belongs to the boundary.
+void Sink::compare_length() {
+    if (!attachment_.stated_length) return;
+    std::uint64_t length = 0;
+    for (const Range& range : attachment_.body) length += range.end - range.begin;
+    if (*attachment_.stated_length >= length && *attachment_.stated_length - length <= 2) vouch();
+}
+
+Outcome Sink::finish(std::uint64_t at_input) {
+    compare_length();
+    compare_size(at_input);
+    compare_checksums(at_input);
+    for (const Problem& problem : attachment_.problems) {
+        damaged_ = damaged_ || problem.grade == Grade::damaged;
+        lost_ = lost_ || problem.grade == Grade::lost;
+    }
+    if (unkept_ > 0) {
+        outcome_.problems.push_back({lost_ ? Grade::lost : Grade::damaged, "more-problems", at_input, size(),
+                                     "There are " + count_of(unkept_, "further problems")});
+    }
+    outcome_.verdict = lost_      ? Verdict::incomplete
+                       : damaged_ ? Verdict::damaged
+                       : vouched_ ? Verdict::verified
+                                  : Verdict::whole;
+    return std::move(outcome_);
+}
+
+void decode_identity(Body& body, Sink& sink) {
+    for (std::string_view bytes; !(bytes = body.ahead(piece_size)).empty() && !body.stopped() && !sink.stopped();) {
+        sink.put(bytes);
+        body.pass(bytes.size());
+    }
+}
+
+Outcome decode(const Attachment& attachment, std::span<const std::string_view> inputs, const Write& write,
+               const OnRead& on_read) {
+    Body body(attachment.body, inputs, on_read);
+    Sink sink(attachment, write);
+    switch (attachment.format) {
+        case Format::base64:
+            decode_base64(attachment, body, sink);
+            break;
+        case Format::uu:
+        case Format::xx:
+            decode_uu(attachment, body, sink);
+            break;
+        case Format::binhex:
+            decode_binhex(attachment, body, sink);
+            break;
+        case Format::quoted_printable:
+            decode_quoted_printable(body, sink);
+            break;
+        case Format::yenc:
+        case Format::identity:
+            decode_identity(body, sink);
+            break;
+    }
+    const std::uint64_t end = attachment.body.empty() ? 0 : attachment.body.back().end;
+    if (attachment.cut_off && attachment.format != Format::base64) {
+        sink.report(Grade::lost, "missing-boundary", end, "The text ends before the line that closes this part");
+    }
+    return sink.finish(end);
+}
+
+std::string decode_first_bytes(const Attachment& attachment, std::span<const std::string_view> inputs,
+                               std::size_t most) {
+    std::string out;
+    Attachment beginning = attachment;
+    for (Range& range : beginning.body) range.end = std::min(range.end, range.begin + 8 * most + 256);
+    decode(beginning, inputs, [&](std::string_view bytes) {
+        out += bytes.substr(0, most - out.size());
+        return out.size() < most;
+    });
+    return out;
+}
+
+}  // namespace quill::codec

@@ -1,0 +1,221 @@
+#include "codec/base64_lines.h"
+#include "codec/decode_run.h"
+#include "codec/lines.h"
+#include "codec/sixbit.h"
+#include "text/ascii.h"
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+namespace quill::codec {
+namespace {
+
+constexpr std::size_t longest_line = 1024;    // looked back for a line's beginning
+constexpr unsigned most_examined = 10'000;    // lines; beyond that foreign characters are passed over unseen
+constexpr std::size_t shortest_resumed = 20;  // characters of a line that is taken for data behind padding
+
+bool is_blank(char c) {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
+/// How a line with foreign characters in it is made up.
+struct LineMake {
+    std::size_t data = 0;  ///< characters of the alphabet
+    std::size_t foreign = 0;
+    bool words = false;  ///< blanks stand between characters
+};
+
+LineMake examine(std::string_view line) {
+    LineMake out;
+    line = text::trim(line);
+    while (line.ends_with('\n') || line.ends_with('\r') || line.ends_with('=')) line.remove_suffix(1);
+    for (const char c : line) {
+        if (is_blank(c)) {
+            out.words = true;
+        } else {
+            (is_base64_line({&c, 1}) ? out.data : out.foreign)++;
+        }
+    }
+    return out;
+}
+
+class Base64Run {
+  public:
+    Base64Run(const Attachment& attachment, Body& body, Sink& sink)
+        : attachment_(attachment), body_(body), sink_(sink), room_(sixbit::decoded_bound(piece_size)) {}
+
+    void run();
+
+  private:
+    std::string_view next_piece() const;
+    void take_padding();
+    bool goes_on();
+    void take_foreign(std::size_t written);
+    std::size_t take_back_line(std::string_view line_so_far, std::size_t written);
+    void take_damaged_line(std::string_view line, const LineMake& make);
+    void end();
+    void decode(std::string_view in);
+
+    const Attachment& attachment_;
+    Body& body_;
+    Sink& sink_;
+    std::vector<char> room_;
+    sixbit::State state_;
+    unsigned examined_ = 0;
+    bool padded_ = false;
+    bool text_behind_ = false;
+};
+
+/// Whole lines where there are any, so that a line that turns out to be no data can be taken back.
+std::string_view Base64Run::next_piece() const {
+    const std::string_view in = body_.ahead(piece_size);
+    if (in.size() < piece_size) return in;
+    const std::size_t end = in.find_last_of("\r\n");
+    return end == std::string_view::npos ? in : in.substr(0, end + 1);
+}
+
+void Base64Run::run() {
+    while (!text_behind_ && !body_.stopped() && !sink_.stopped()) {
+        const std::string_view in = next_piece();
+        if (in.empty()) break;
+        const sixbit::Progress done = sixbit::decode(sixbit::Alphabet::base64, in, room_.data(), state_);
+        if (done.read > 0 && done.written + state_.pending > 0) padded_ = padded_ && done.written + state_.pending == 0;
+        if (done.read == in.size() || in[done.read] == '=') {
+            sink_.put({room_.data(), done.written});
+            body_.pass(done.read);
+            if (done.read < in.size()) take_padding();
+        } else {
+            body_.pass(done.read);
+            take_foreign(done.written);
+        }
+    }
+    if (!body_.stopped() && !sink_.stopped()) end();
+}
+
+/// Reads the '=' at the current place and what stands behind it.
+void Base64Run::take_padding() {
+    const std::uint64_t at = body_.at();
+    std::array<char, 2> last = {};
+    if (state_.pending == 1)
+        sink_.report(Grade::damaged, "bad-group", at, "A group of the data has a single character");
+    sink_.put({last.data(), sixbit::finish(last.data(), state_)});
+    padded_ = true;
+    while (true) {
+        const std::string_view in = body_.ahead(piece_size);
+        const std::size_t n = std::min(in.find_first_not_of("= \t\r\n"), in.size());
+        if (n == 0) break;
+        body_.pass(n);
+    }
+    if (body_.at_end() || goes_on()) return;
+    text_behind_ = true;
+    sink_.report(Grade::repaired, "text-after-data", body_.at(), "Text stands behind the end of the data");
+}
+
+/// Whether further data stands behind padding: pieces that were encoded one by one.
+bool Base64Run::goes_on() {
+    const std::string_view line = text::trim(body_.line(longest_line));
+    std::string_view characters = line;
+    while (characters.ends_with('\n') || characters.ends_with('\r')) characters.remove_suffix(1);
+    if (characters.size() < shortest_resumed || !is_base64_line(characters)) return false;
+    sink_.report(Grade::repaired, "inner-padding", body_.at(), "The data goes on behind its padding");
+    return true;
+}
+
+/// Takes back what was decoded of the line that turned out to be none of the data. Returns how much of the output is
+/// good.
+std::size_t Base64Run::take_back_line(std::string_view line_so_far, std::size_t written) {
+    std::size_t characters = 0;
+    for (const char c : line_so_far) characters += is_blank(c) ? 0U : 1U;
+    const std::size_t before = (state_.pending + 4 - characters % 4) % 4;
+    const std::size_t bytes = (before + characters) / 4 * 3;
+    if (bytes > written) return written;
+    state_ = {};
+    const std::string_view earlier = body_.behind(longest_line + line_so_far.size());
+    std::string pending;
+    for (std::size_t i = earlier.size() - line_so_far.size(); i-- > 0 && pending.size() < before;) {
+        if (!is_blank(earlier[i])) pending.insert(pending.begin(), earlier[i]);
+    }
+    std::array<char, sixbit::decoded_bound(4)> unused = {};
+    sixbit::decode(sixbit::Alphabet::base64, pending, unused.data(), state_);
+    return written - bytes;
+}
+
+void Base64Run::decode(std::string_view in) {
+    sink_.put({room_.data(), sixbit::decode(sixbit::Alphabet::base64, in, room_.data(), state_).written});
+}
+
+/// Reads a line that has foreign characters in it. `written` bytes of what stands before the first of them wait in the
+/// room.
+void Base64Run::take_foreign(std::size_t written) {
+    const std::uint64_t at = body_.at();
+    if (++examined_ > most_examined) {
+        sink_.put({room_.data(), written});
+        sink_.report(Grade::damaged, "bad-character", at, "A character among the data is no Base64");
+        body_.pass(1);
+        return;
+    }
+    const std::string_view before = body_.behind(longest_line);
+    const std::size_t line_begin = before.find_last_of("\r\n") + 1;  // 0 where there is none
+    const std::string_view so_far = before.substr(line_begin);
+    const std::string_view rest = body_.line(longest_line);
+    std::string line(so_far);
+    line += rest;
+    const LineMake make = examine(line);
+    const std::size_t good = take_back_line(so_far, written);
+    sink_.put({room_.data(), good});
+    const bool taken_back = good < written || so_far.empty();
+    if (taken_back && (make.foreign * 8 > make.data || (make.words && make.foreign > 0))) {
+        sink_.report(Grade::damaged, "foreign-line", at - so_far.size(),
+                     "A line among the data is no Base64; it is left out");
+        body_.pass(rest.size());
+        return;
+    }
+    sink_.report(Grade::damaged, "bad-character", at, "A character among the data is no Base64");
+    if (good < written || so_far.empty()) {
+        take_damaged_line(line, make);
+        body_.pass(rest.size());
+    } else {
+        body_.pass(1);
+    }
+}
+
+/// Where a line has as many characters as whole groups need, the foreign ones stand in place of good ones; else they
+/// were added, and are left out.
+void Base64Run::take_damaged_line(std::string_view line, const LineMake& make) {
+    const bool replaced = (make.data + make.foreign + state_.pending) % 4 == 0;
+    std::string mended;
+    for (const char c : line) {
+        const bool data = is_blank(c) || is_base64_line({&c, 1});
+        if (data) mended.push_back(c);
+        if (!data && replaced && c != '=') mended.push_back('A');
+    }
+    decode(mended);
+}
+
+void Base64Run::end() {
+    const std::uint64_t at = body_.at();
+    const bool whole = state_.pending == 0;
+    if (state_.pending == 1) {
+        sink_.report(Grade::lost, "cut-group", at, "The data ends within a group of four characters");
+    } else if (!whole && !attachment_.cut_off) {
+        sink_.report(Grade::repaired, "missing-padding", at, "The padding at the end of the data is missing");
+    }
+    std::array<char, 2> last = {};
+    sink_.put({last.data(), sixbit::finish(last.data(), state_)});
+    if (!attachment_.cut_off) return;
+    const bool sure = padded_ || (attachment_.stated_size && *attachment_.stated_size == sink_.size());
+    if (sure) {
+        sink_.report(Grade::repaired, "missing-boundary", at, "The line that closes this part is missing");
+    } else {
+        sink_.report(Grade::lost, "missing-boundary", at, "The text ends before the line that closes this part");
+    }
+}
+
+}  // namespace
+
+void decode_base64(const Attachment& attachment, Body& body, Sink& sink) {
+    Base64Run(attachment, body, sink).run();
+}
+
+}  // namespace quill::codec

@@ -1,0 +1,101 @@
+#pragma once
+
+#include "codec/decode.h"
+#include "codec/md5.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// What the decoders of all formats read from and write to.
+namespace quill::codec {
+
+/// The encoded bytes of an attachment, range after range.
+class Body {
+  public:
+    Body(std::span<const Range> ranges, std::span<const std::string_view> inputs, const OnRead& on_read)
+        : ranges_(ranges), inputs_(inputs), on_read_(on_read) {
+        settle();
+    }
+
+    /// The next bytes, at most `most`, all of one range; empty at the end.
+    std::string_view ahead(std::size_t most) const;
+
+    /// Moves on by `n` bytes, no more than `ahead` gave.
+    void pass(std::size_t n);
+
+    /// The rest of the line at the current place, with its line end: at most `most` bytes, and to the end of the range.
+    std::string_view line(std::size_t most) const;
+
+    /// The bytes of the current range before the current place, at most `most`.
+    std::string_view behind(std::size_t most) const;
+
+    /// Where the current place is in its input.
+    std::uint64_t at() const { return at_; }
+
+    bool at_range_begin() const { return index_ < ranges_.size() && at_ == ranges_[index_].begin; }
+    bool in_last_range() const { return index_ + 1 >= ranges_.size(); }
+    bool at_end() const { return index_ >= ranges_.size(); }
+    bool stopped() const { return stopped_; }
+
+  private:
+    void settle();
+    std::string_view input() const { return inputs_[ranges_[index_].source]; }
+
+    std::span<const Range> ranges_;
+    std::span<const std::string_view> inputs_;
+    const OnRead& on_read_;
+    std::size_t index_ = 0;
+    std::uint64_t at_ = 0;
+    std::uint64_t told_ = 0;
+    bool stopped_ = false;
+};
+
+/// Takes the decoded bytes and the problems of one attachment.
+class Sink {
+  public:
+    Sink(const Attachment& attachment, const Write& write) : attachment_(attachment), write_(write) {
+        outcome_.problems = attachment.problems;
+    }
+
+    void put(std::string_view bytes);
+    std::uint64_t size() const { return outcome_.size; }
+    bool stopped() const { return stopped_; }
+
+    /// A problem at a place of the input, at the current place of the output.
+    void report(Grade grade, std::string_view kind, std::uint64_t at_input, std::string_view text);
+
+    /// Something vouches for the bytes.
+    void vouch() { vouched_ = true; }
+
+    /// The outcome, with sizes and checksums that the text states compared. `at_input` is where the body ends.
+    Outcome finish(std::uint64_t at_input);
+
+  private:
+    void compare_size(std::uint64_t at_input);
+    void compare_checksums(std::uint64_t at_input);
+    void compare_length();
+
+    const Attachment& attachment_;
+    const Write& write_;
+    Outcome outcome_;
+    Md5 md5_;
+    std::uint16_t sum_ = 0;
+    std::size_t unkept_ = 0;
+    bool damaged_ = false;
+    bool lost_ = false;
+    bool vouched_ = false;
+    bool stopped_ = false;
+};
+
+/// Bytes of input that the decoders take at a time.
+constexpr std::size_t piece_size = std::size_t{384} << 10;
+
+void decode_base64(const Attachment& attachment, Body& body, Sink& sink);
+void decode_uu(const Attachment& attachment, Body& body, Sink& sink);
+void decode_binhex(const Attachment& attachment, Body& body, Sink& sink);
+void decode_quoted_printable(Body& body, Sink& sink);
+void decode_identity(Body& body, Sink& sink);
+
+}  // namespace quill::codec

@@ -1,0 +1,20 @@
+#include "codec/entity_stack.h"
+
+namespace quill::codec {
+
+std::optional<EntityStack::Match> EntityStack::match(std::string_view line) const {
+    if (!line.starts_with("--")) return std::nullopt;
+    const std::size_t size = line.find_last_not_of(" \t") + 1;
+    if (size < 3 || size > longest_boundary + 4) return std::nullopt;
+    const std::string_view text = line.substr(2, size - 2);
+    for (std::size_t i = levels.size(); i-- > 0;) {
+        const std::string& boundary = levels[i].boundary;
+        if (boundary.empty() || !text.starts_with(boundary)) continue;
+        const std::string_view behind = text.substr(boundary.size());
+        if (behind.empty()) return Match{i, false};
+        if (behind == "--") return Match{i, true};
+    }
+    return std::nullopt;
+}
+
+}  // namespace quill::codec

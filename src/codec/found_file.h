@@ -1,0 +1,36 @@
+#pragma once
+
+#include "codec/attachment.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace quill::codec {
+
+/// What a text says of the part of a file that it holds: "Part 002 of 005 of file flower.jpg".
+struct PartLabel {
+    std::string file;          ///< the file's name, or what is left of a subject without the numbers
+    std::uint32_t number = 0;  ///< from 1; 0 where nothing is said
+    std::uint32_t total = 0;   ///< 0 where nothing is said
+
+    bool operator==(const PartLabel&) const = default;
+};
+
+/// An attachment, or a piece of one whose other pieces lie elsewhere.
+struct FoundFile {
+    Attachment attachment;    ///< its name not yet made safe, and empty where the text gives none
+    std::uint32_t order = 0;  ///< where it stands among all that the text holds
+    bool has_begin = true;
+    bool has_end = true;
+    PartLabel label;
+    std::string partial_id;  ///< a piece of a message (message/partial): not a file by itself
+};
+
+/// All that a scan found.
+struct Found {
+    std::vector<FoundFile> files;
+    std::vector<Problem> problems;  ///< of the text as a whole: limits that were met
+};
+
+}  // namespace quill::codec

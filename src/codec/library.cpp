@@ -1,0 +1,84 @@
+#include "codec/library.h"
+
+#include "codec/content_name.h"
+#include "codec/encode.h"
+#include "files/directory.h"
+#include "files/names.h"
+
+#include <algorithm>
+#include <array>
+
+namespace quill::codec {
+namespace {
+
+constexpr std::size_t most_counted = 32'767;  // the largest number that the callers' counters hold
+
+/// The files that the library speaks of: all but the texts of messages and resource forks.
+std::vector<const Attachment*> files_of(const Recovery& recovery) {
+    std::vector<const Attachment*> out;
+    for (const Attachment& attachment : recovery.attachments()) {
+        if (attachment.message_text || attachment.resource_fork || out.size() == most_counted) continue;
+        out.push_back(&attachment);
+    }
+    return out;
+}
+
+std::vector<std::string> split(const std::string& names) {
+    std::vector<std::string> out;
+    std::size_t at = 0;
+    while (at < names.size()) {
+        const std::size_t end = std::min(names.find(';', at), names.size());
+        out.push_back(names.substr(at, end - at));
+        at = end + 1;
+    }
+    return out;
+}
+
+}  // namespace
+
+std::int32_t DecodingLibrary::GetNumFilesToDecode(const std::string& path) {
+    names_.clear();
+    given_out_.clear();
+    last_number_.clear();
+    const Result<Recovery> recovery = Recovery::open(std::array{path});
+    if (!recovery) return 0;
+    for (const Attachment* attachment : files_of(*recovery)) names_.push_back(attachment->name);
+    return static_cast<std::int32_t>(names_.size());
+}
+
+void DecodingLibrary::GetEncodedFile(std::string& name, std::int32_t index) const {
+    if (index >= 0 && static_cast<std::size_t>(index) < names_.size()) name = names_[static_cast<std::size_t>(index)];
+}
+
+void DecodingLibrary::GetUniqueFileName(std::string& name) {
+    unsigned& number = last_number_[name];
+    std::string unique;
+    do {
+        unique = files::numbered_name(name, ++number);
+    } while (given_out_.contains(unique) || files::exists(unique));
+    given_out_.insert(unique);
+    name = unique;
+}
+
+std::int32_t DecodingLibrary::DecodeFile(const std::string& path, const std::string& names, std::int32_t) {
+    results_.clear();
+    const Result<Recovery> recovery = Recovery::open(std::array{path});
+    if (!recovery) return 0;
+    const std::vector<const Attachment*> attachments = files_of(*recovery);
+    const std::vector<std::string> wanted = split(names);
+    for (std::size_t i = 0; i < std::min(attachments.size(), wanted.size()); ++i) {
+        const std::string name = attachment_name(wanted[i]);
+        if (name.empty()) continue;
+        Result<Recovered> recovered = recovery->write(*attachments[i], name, files::OnCollision::choose_name);
+        if (recovered) results_.push_back(std::move(*recovered));
+    }
+    return results_.empty() ? 0 : 1;
+}
+
+std::int32_t DecodingLibrary::EncodeFile(const std::string& input, const std::string& output, std::int32_t format,
+                                         std::int32_t) {
+    const OutputFormat* chosen = output_format(format);
+    return chosen != nullptr && encode_file(input, output, *chosen) ? 1 : 0;
+}
+
+}  // namespace quill::codec

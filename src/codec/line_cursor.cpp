@@ -1,0 +1,83 @@
+#include "codec/line_cursor.h"
+
+#include "codec/lines.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace quill::codec {
+namespace {
+
+constexpr std::uint64_t tell_every = std::uint64_t{1} << 20;
+
+/// How many bytes the line end at `at` takes.
+std::size_t line_end_size(std::string_view bytes, std::size_t at) {
+    const std::string_view end = bytes.substr(at, 3);
+    if (end.starts_with("\r\n")) return 2;
+    return end == "\r\r\n" ? 3 : 1;
+}
+
+}  // namespace
+
+LineCursor::LineCursor(std::vector<Segment> segments, OnMove on_move)
+    : segments_(std::move(segments)), on_move_(std::move(on_move)), at_(first()) {}
+
+Position LineCursor::first() const {
+    return {0, segments_.empty() ? 0 : segments_.front().range.begin};
+}
+
+Position LineCursor::last() const {
+    if (segments_.empty()) return {};
+    return {static_cast<std::uint32_t>(segments_.size() - 1), segments_.back().range.end};
+}
+
+std::string_view LineCursor::rest(Position at) const {
+    if (at.segment >= segments_.size()) return {};
+    const Segment& segment = segments_[at.segment];
+    return segment.input.substr(at.offset, segment.range.end - at.offset);
+}
+
+bool LineCursor::read(Position at, std::size_t most, Line& line) const {
+    while (at.segment < segments_.size() && at.offset >= segments_[at.segment].range.end) {
+        if (++at.segment < segments_.size()) at.offset = segments_[at.segment].range.begin;
+    }
+    if (at.segment >= segments_.size()) return false;
+    const std::string_view rest_of_segment = rest(at);
+    const std::string_view seen = rest_of_segment.substr(0, most);
+    const std::size_t length = find_line_end(seen, 0);
+    line.text = seen.substr(0, length);
+    line.ended = length < rest_of_segment.size();
+    line.begin = at;
+    line.end = {at.segment, at.offset + length};
+    line.next = line.end;
+    if (length < seen.size()) line.next.offset += line_end_size(rest_of_segment, length);
+    return true;
+}
+
+bool LineCursor::next(Line& line) {
+    if (stopped_ || !read(at_, std::string_view::npos, line)) return false;
+    if (on_move_ && (line.next.segment != at_.segment || line.next.offset - told_ >= tell_every)) {
+        told_ = line.next.offset;
+        if (!on_move_(segments_[line.next.segment], told_)) stopped_ = true;
+    }
+    at_ = line.next;
+    return true;
+}
+
+bool LineCursor::peek(Position at, std::size_t most, Line& line) const {
+    return read(at, most, line);
+}
+
+std::vector<Range> LineCursor::ranges(Position begin, Position end) const {
+    std::vector<Range> out;
+    for (Position at = begin; at < end;) {
+        const Segment& segment = segments_[at.segment];
+        const std::uint64_t stop = at.segment == end.segment ? end.offset : segment.range.end;
+        if (at.offset < stop) out.push_back({at.offset, stop, segment.range.source});
+        if (++at.segment >= segments_.size()) break;
+        at.offset = segments_[at.segment].range.begin;
+    }
+    return out;
+}
+
+}  // namespace quill::codec

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "codec/attachment.h"
+
+#include <compare>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string_view>
+#include <vector>
+
+namespace quill::codec {
+
+/// A stretch of an input that is read as though it followed the one before it: an input as a whole, or a part of a
+/// message that came in several.
+struct Segment {
+    std::string_view input;   ///< the whole input
+    Range range;              ///< the bytes of it that are meant
+    bool gap_before = false;  ///< what should stand between the segment before and this one is missing
+};
+
+/// A place in a row of segments.
+struct Position {
+    std::uint32_t segment = 0;
+    std::uint64_t offset = 0;  ///< in the segment's input
+
+    auto operator<=>(const Position&) const = default;
+};
+
+/// A line as read: its characters, and where it and the next one begin.
+struct Line {
+    std::string_view text;  ///< without its line end
+    Position begin;
+    Position end;        ///< behind the text, before the line end
+    Position next;       ///< where the next line begins
+    bool ended = false;  ///< a line end stood behind it
+};
+
+/// Reads text by lines from a row of segments. A line ends at CR LF, LF, CR or CR CR LF, and at the end of its segment.
+class LineCursor {
+  public:
+    /// `on_move` is told now and then up to where a segment has been read; where it returns false the reading ends.
+    using OnMove = std::function<bool(const Segment&, std::uint64_t)>;
+    explicit LineCursor(std::vector<Segment> segments, OnMove on_move = {});
+
+    /// Reads the next line; false at the end, or where the reading was stopped.
+    bool next(Line& line);
+
+    /// Reads a line ahead of the position `at` without moving, and at most `most` characters of it.
+    bool peek(Position at, std::size_t most, Line& line) const;
+
+    bool stopped() const { return stopped_; }
+    Position position() const { return at_; }
+    void seek(Position at) { at_ = at; }
+    const std::vector<Segment>& segments() const { return segments_; }
+    const Segment& segment(Position at) const { return segments_[at.segment]; }
+
+    /// The bytes from `at` to the end of its segment.
+    std::string_view rest(Position at) const;
+
+    /// The ranges between two positions, empty ones left out.
+    std::vector<Range> ranges(Position begin, Position end) const;
+
+    /// The first position, and the one behind everything.
+    Position first() const;
+    Position last() const;
+
+  private:
+    bool read(Position at, std::size_t most, Line& line) const;
+
+    std::vector<Segment> segments_;
+    OnMove on_move_;
+    Position at_;
+    std::uint64_t told_ = 0;
+    bool stopped_ = false;
+};
+
+}  // namespace quill::codec

@@ -1,0 +1,256 @@
+#include "codec/part_join.h"
+
+#include "codec/scanner.h"
+#include "files/path.h"
+#include "text/ascii.h"
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+#include <set>
+#include <tuple>
+#include <utility>
+
+namespace quill::codec {
+namespace {
+
+std::string part_text(std::uint32_t number, std::uint32_t total) {
+    std::string text = "Part " + std::to_string(number);
+    if (total > 0) text += " of " + std::to_string(total);
+    return text + " is missing";
+}
+
+std::uint64_t begin_of(const FoundFile& file) {
+    return file.attachment.body.empty() ? 0 : file.attachment.body.front().begin;
+}
+
+void add_missing(Attachment& attachment, std::uint32_t number, std::uint32_t total, std::uint64_t at) {
+    constexpr std::size_t most_told = 20;
+    if (attachment.problems.size() >= most_told) return;
+    attachment.problems.push_back({Grade::lost, "missing-part", at, {}, part_text(number, total)});
+}
+
+// Split messages ----------------------------------------------------------------------------------------------------
+
+/// The pieces of one message in order, each number once.
+std::vector<const FoundFile*> in_order(std::vector<const FoundFile*> pieces) {
+    std::stable_sort(pieces.begin(), pieces.end(),
+                     [](const FoundFile* a, const FoundFile* b) { return a->label.number < b->label.number; });
+    const auto same = [](const FoundFile* a, const FoundFile* b) { return a->label.number == b->label.number; };
+    pieces.erase(std::unique(pieces.begin(), pieces.end(), same), pieces.end());
+    return pieces;
+}
+
+/// The numbers that are missing, as the first of each gap, with the index of the piece that should follow it.
+struct Gap {
+    std::uint32_t number;
+    std::size_t before_piece;
+};
+
+std::vector<Gap> gaps_in(const std::vector<const FoundFile*>& pieces, std::uint32_t total) {
+    std::vector<Gap> gaps;
+    std::uint32_t wanted = 1;
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        if (pieces[i]->label.number > wanted) gaps.push_back({wanted, i});
+        wanted = pieces[i]->label.number + 1;
+    }
+    if (wanted <= total) gaps.push_back({wanted, pieces.size()});
+    return gaps;
+}
+
+std::vector<FoundFile> scan_message(const std::vector<const FoundFile*>& pieces,
+                                    std::span<const std::string_view> inputs) {
+    std::uint32_t total = 0;
+    for (const FoundFile* piece : pieces) total = std::max(total, piece->label.total);
+    const std::vector<Gap> gaps = gaps_in(pieces, total);
+    std::vector<Segment> segments;
+    std::vector<std::size_t> piece_of_segment;
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        for (const Range& range : pieces[i]->attachment.body) {
+            segments.push_back({inputs[range.source], range});
+            piece_of_segment.push_back(i);
+        }
+    }
+    LineCursor cursor(segments);
+    Found found = scan(cursor);
+    const auto piece_at = [&](const Range& range) {
+        for (std::size_t i = 0; i < segments.size(); ++i) {
+            const Range& whole = segments[i].range;
+            if (whole.source == range.source && whole.begin <= range.begin && range.end <= whole.end)
+                return piece_of_segment[i];
+        }
+        return pieces.size();
+    };
+    for (FoundFile& file : found.files) {
+        if (file.attachment.body.empty()) continue;
+        const std::size_t first = piece_at(file.attachment.body.front());
+        const std::size_t last = piece_at(file.attachment.body.back());
+        for (const Gap& gap : gaps) {
+            const bool within = first < gap.before_piece && gap.before_piece <= last;
+            const bool behind = gap.before_piece == pieces.size() && last + 1 == pieces.size() &&
+                                file.attachment.body.back().end == segments.back().range.end;
+            const bool ahead = gap.before_piece == 0 && first == 0 && !file.has_begin;
+            if (within || behind || ahead) add_missing(file.attachment, gap.number, total, begin_of(file));
+        }
+    }
+    return std::move(found.files);
+}
+
+/// Replaces the pieces of split messages by what the messages hold.
+std::vector<FoundFile> join_messages(std::vector<FoundFile> files, std::span<const std::string_view> inputs) {
+    std::map<std::string_view, std::vector<const FoundFile*>> messages;
+    for (const FoundFile& file : files) {
+        if (!file.partial_id.empty()) messages[file.partial_id].push_back(&file);
+    }
+    if (messages.empty()) return files;
+    std::vector<FoundFile> out;
+    for (FoundFile& file : files) {
+        if (file.partial_id.empty()) {
+            out.push_back(std::move(file));
+            continue;
+        }
+        const auto message = messages.find(file.partial_id);
+        if (message == messages.end() || message->second.empty()) continue;
+        std::vector<FoundFile> held = scan_message(in_order(std::move(message->second)), inputs);
+        message->second.clear();
+        for (FoundFile& inner : held) inner.partial_id.clear();
+        std::move(held.begin(), held.end(), std::back_inserter(out));
+    }
+    return out;
+}
+
+// Pieces of a file ----------------------------------------------------------------------------------------------------
+
+/// The number that an input's name ends in ("x.003", "x-03.uue"), and the name without it.
+PartLabel label_of_path(const std::string& path) {
+    constexpr std::size_t most_digits = 5;
+    const std::string name = files::name_of(path);
+    const std::size_t last = name.find_last_of("0123456789");
+    PartLabel label;
+    if (last == std::string::npos) return label;
+    std::size_t first = name.find_last_not_of("0123456789", last);
+    first = first == std::string::npos ? 0 : first + 1;
+    if (last + 1 - first > most_digits) return label;
+    label.number = static_cast<std::uint32_t>(std::stoul(name.substr(first, last + 1 - first)));
+    label.file = path.substr(0, path.size() - name.size()) + name.substr(0, first) + '\n' + name.substr(last + 1);
+    return label;
+}
+
+bool is_piece(const FoundFile& file) {
+    const Format format = file.attachment.format;
+    return (!file.has_begin || !file.has_end) &&
+           (format == Format::uu || format == Format::xx || format == Format::base64);
+}
+
+/// What pieces of one file have in common.
+using Key = std::tuple<Format, std::string, std::uint32_t>;
+
+Key key_of(const FoundFile& file, std::span<const std::string> paths, PartLabel& label) {
+    label = file.label;
+    if (label.number == 0 && !file.attachment.body.empty()) {
+        const std::uint32_t source = file.attachment.body.front().source;
+        label = paths.size() > 1 ? label_of_path(paths[source]) : PartLabel{};
+        if (label.number == 0) label.file = "\n" + std::to_string(source);
+    }
+    return {file.attachment.format, text::to_lower(label.file), label.total};
+}
+
+struct Piece {
+    std::uint32_t number = 0;
+    std::size_t index = 0;  ///< among all files
+};
+
+std::uint64_t body_size(const FoundFile& file) {
+    std::uint64_t size = 0;
+    for (const Range& range : file.attachment.body) size += range.end - range.begin;
+    return size;
+}
+
+/// Appends `piece`, whose number is `number`, to `whole`, of which `last` was the last so far.
+void append_piece(FoundFile& whole, FoundFile& piece, std::uint32_t last, std::uint32_t number, std::uint32_t total) {
+    if (number > last + 1 && last > 0) add_missing(whole.attachment, last + 1, total, begin_of(piece));
+    std::vector<Range>& body = whole.attachment.body;
+    body.insert(body.end(), piece.attachment.body.begin(), piece.attachment.body.end());
+    std::move(piece.attachment.problems.begin(), piece.attachment.problems.end(),
+              std::back_inserter(whole.attachment.problems));
+    if (piece.attachment.stated_size) whole.attachment.stated_size = piece.attachment.stated_size;
+    if (piece.attachment.stated_sum) whole.attachment.stated_sum = piece.attachment.stated_sum;
+    whole.has_end = piece.has_end;
+}
+
+/// Joins the pieces of one key; those that were taken up are marked in `taken`.
+void join_group(std::vector<FoundFile>& files, std::vector<Piece>& pieces, std::uint32_t total,
+                std::set<std::size_t>& taken) {
+    std::stable_sort(pieces.begin(), pieces.end(), [](const Piece& a, const Piece& b) { return a.number < b.number; });
+    FoundFile* whole = nullptr;
+    const Piece* last = nullptr;
+    const auto close = [&] {
+        if (whole == nullptr) return;
+        if (!whole->has_end && last->number > 0 && last->number < total) {
+            add_missing(whole->attachment, last->number + 1, total, begin_of(files[last->index]));
+        }
+    };
+    for (const Piece& piece : pieces) {
+        FoundFile& file = files[piece.index];
+        const bool again = last != nullptr && piece.number > 0 && piece.number == last->number &&
+                           body_size(file) == body_size(files[last->index]);
+        if (again) {
+            taken.insert(piece.index);
+            continue;
+        }
+        if (whole != nullptr && !whole->has_end && !file.has_begin) {
+            append_piece(*whole, file, last->number, piece.number, total);
+            taken.insert(piece.index);
+        } else {
+            close();
+            whole = &file;
+            if (!file.has_begin && piece.number > 1) add_missing(file.attachment, 1, total, begin_of(file));
+        }
+        last = &piece;
+    }
+    close();
+}
+
+/// Says of what is still a piece what it lacks.
+void judge_ends(FoundFile& file) {
+    Attachment& attachment = file.attachment;
+    if (!is_piece(file)) return;
+    if (!file.has_begin) {
+        attachment.problems.push_back({Grade::lost,
+                                       "missing-begin",
+                                       begin_of(file),
+                                       {},
+                                       "The line that begins the file is missing, and perhaps data behind it"});
+    }
+    if (!file.has_end && attachment.format == Format::base64) {
+        attachment.cut_off = true;
+    } else if (!file.has_end) {
+        const std::uint64_t end = attachment.body.empty() ? 0 : attachment.body.back().end;
+        attachment.problems.push_back({Grade::lost, "missing-end", end, {}, "The line that ends the data is missing"});
+    }
+}
+
+}  // namespace
+
+Found join_parts(std::vector<FoundFile> files, std::span<const std::string_view> inputs,
+                 std::span<const std::string> paths) {
+    Found out;
+    files = join_messages(std::move(files), inputs);
+    std::map<Key, std::vector<Piece>> groups;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        if (!is_piece(files[i])) continue;
+        PartLabel label;
+        const Key key = key_of(files[i], paths, label);
+        groups[key].push_back({label.number, i});
+    }
+    std::set<std::size_t> taken;
+    for (auto& [key, pieces] : groups) join_group(files, pieces, std::get<2>(key), taken);
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        if (taken.contains(i)) continue;
+        judge_ends(files[i]);
+        out.files.push_back(std::move(files[i]));
+    }
+    return out;
+}
+
+}  // namespace quill::codec

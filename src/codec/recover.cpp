@@ -1,0 +1,135 @@
+#include "codec/recover.h"
+
+#include "codec/content_name.h"
+#include "codec/decode.h"
+#include "codec/part_join.h"
+#include "codec/scanner.h"
+#include "files/path.h"
+
+#include <iterator>
+#include <set>
+#include <utility>
+
+namespace quill::codec {
+namespace {
+
+constexpr std::size_t first_bytes = 48;
+
+std::vector<std::string_view> bytes_of(const std::vector<files::MappedFile>& inputs) {
+    std::vector<std::string_view> out;
+    out.reserve(inputs.size());
+    for (const files::MappedFile& input : inputs) out.push_back(input.bytes());
+    return out;
+}
+
+std::uint64_t size_of(std::span<const Range> ranges) {
+    std::uint64_t size = 0;
+    for (const Range& range : ranges) size += range.end - range.begin;
+    return size;
+}
+
+/// The inputs that hold a part of it, each once, in the order of the parts.
+std::vector<std::uint32_t> sources_of(const Attachment& attachment) {
+    std::vector<std::uint32_t> out;
+    std::set<std::uint32_t> seen;
+    for (const Range& range : attachment.body) {
+        if (seen.insert(range.source).second) out.push_back(range.source);
+    }
+    return out;
+}
+
+}  // namespace
+
+Result<Recovery> Recovery::open(std::span<const std::string> paths, const OnProgress& progress) {
+    Recovery out;
+    std::uint64_t total = 0;
+    for (const std::string& path : paths) {
+        Result<files::MappedFile> input = files::MappedFile::open(path);
+        if (!input) return Error{input.error().code, 0, path + ": " + input.error().text};
+        total += input->bytes().size();
+        out.inputs_.push_back(std::move(*input));
+        out.paths_.push_back(path);
+    }
+    std::vector<FoundFile> files;
+    std::uint64_t before = 0;
+    for (std::uint32_t source = 0; source < out.inputs_.size(); ++source) {
+        const files::MappedFile& input = out.inputs_[source];
+        const std::string_view bytes = input.bytes();
+        LineCursor cursor({{bytes, {0, bytes.size(), source}}}, [&](const Segment&, std::uint64_t offset) {
+            input.release_before(offset);
+            return !progress || progress(before + offset, total);
+        });
+        Found found = scan(cursor);
+        if (cursor.stopped()) return Error{ErrorCode::cancelled, 0, "Stopped"};
+        std::move(found.files.begin(), found.files.end(), std::back_inserter(files));
+        std::move(found.problems.begin(), found.problems.end(), std::back_inserter(out.problems_));
+        before += input.bytes().size();
+        input.release_before(input.bytes().size());
+    }
+    out.take(join_parts(std::move(files), bytes_of(out.inputs_), out.paths_).files);
+    return out;
+}
+
+void Recovery::take(std::vector<FoundFile> files) {
+    const std::vector<std::string_view> inputs = bytes_of(inputs_);
+    attachments_.reserve(files.size());
+    for (FoundFile& file : files) {
+        Attachment& attachment = file.attachment;
+        attachment.name = attachment_name(attachment.name);
+        if (attachment.name.empty()) {
+            attachment.name = made_up_name(attachment.message_text, attachment.content_type,
+                                           decode_first_bytes(attachment, inputs, first_bytes));
+        }
+        attachments_.push_back(std::move(attachment));
+    }
+}
+
+OnRead Recovery::release_behind(const Attachment& attachment, const OnProgress& progress) const {
+    return
+        [this, &attachment, &progress, total = size_of(attachment.body)](std::uint32_t source, std::uint64_t offset) {
+            inputs_[source].release_before(offset);
+            if (!progress) return true;
+            std::uint64_t done = 0;
+            for (const Range& range : attachment.body) {
+                const bool current = range.source == source && range.begin <= offset && offset <= range.end;
+                done += current ? offset - range.begin : range.end - range.begin;
+                if (current) break;
+            }
+            return progress(done, total);
+        };
+}
+
+Outcome Recovery::check(const Attachment& attachment) const {
+    return decode(
+        attachment, bytes_of(inputs_), [](std::string_view) { return true; }, release_behind(attachment, {}));
+}
+
+Result<Recovered> Recovery::write(const Attachment& attachment, const std::string& path,
+                                  files::OnCollision on_collision, const OnProgress& progress) const {
+    Result<files::AtomicFile> file = files::AtomicFile::create(path);
+    if (!file) return file.error();
+    bool stopped = false;
+    const OnRead on_read = release_behind(attachment, progress);
+    Recovered out;
+    out.format = attachment.format;
+    out.outcome = decode(
+        attachment, bytes_of(inputs_), [&](std::string_view bytes) { return file->write(bytes); },
+        [&](std::uint32_t source, std::uint64_t offset) { return !(stopped = !on_read(source, offset)); });
+    if (file->failed()) return file->error();
+    if (stopped) return Error{ErrorCode::cancelled, 0, "Stopped"};
+    for (const std::uint32_t source : sources_of(attachment)) {
+        if (inputs_[source].cut_short()) return Error{ErrorCode::io, 0, "The input was cut off while it was read"};
+        out.sources.push_back(paths_[source]);
+    }
+    if (out.outcome.size == 0 && out.outcome.verdict >= Verdict::damaged) {
+        const std::uint64_t at = attachment.body.empty() ? 0 : attachment.body.front().begin;
+        return Error{ErrorCode::bad_input, at, "Nothing could be decoded"};
+    }
+    Result<std::string> published = file->publish(on_collision);
+    if (!published) return published.error();
+    out.path = *published;
+    out.name = files::name_of(out.path);
+    return out;
+}
+
+}  // namespace quill::codec

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "codec/found_file.h"
+#include "codec/line_cursor.h"
+
+namespace quill::codec {
+
+/// More multiparts within each other than this are read as text.
+constexpr std::size_t deepest_nesting = 100;
+
+/// Finds every encoded file, and every text of a message, in one pass over the cursor's segments: messages and
+/// multiparts (RFC 2046) to any depth up to `deepest_nesting`, without recursion, and the formats of `text_formats` in
+/// all running text. What is found is in the order in which it begins. Time is linear in the input, and memory grows
+/// with what is found alone, up to `most_files`.
+Found scan(LineCursor& cursor);
+
+}  // namespace quill::codec

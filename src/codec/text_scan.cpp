@@ -1,0 +1,63 @@
+#include "codec/text_scan.h"
+
+#include <array>
+#include <utility>
+
+namespace quill::codec {
+namespace {
+
+constexpr std::array formats = {
+    TextFormat{"uuencode, xxencode, begin-base64", sniff_begin, open_begin},
+    TextFormat{"BinHex 4.0", sniff_binhex, open_binhex},
+    TextFormat{"ASCII armor", sniff_armor, open_armor},
+    TextFormat{"uuencode, xxencode without a begin line", sniff_bare_uu, open_bare_uu},
+    TextFormat{"Base64 without a header", sniff_bare_base64, open_bare_base64},
+};
+
+}  // namespace
+
+std::span<const TextFormat> text_formats() {
+    return formats;
+}
+
+void TextScan::add(FoundFile file, std::uint32_t at_order) {
+    if (found.files.size() >= most_files) {
+        if (found.problems.empty()) {
+            const std::uint64_t at = file.attachment.body.empty() ? 0 : file.attachment.body.front().begin;
+            found.problems.push_back({Grade::lost,
+                                      "too-many-files",
+                                      at,
+                                      {},
+                                      "The input holds more files than are kept; those from here on are left out"});
+        }
+        return;
+    }
+    file.order = at_order;
+    found.files.push_back(std::move(file));
+}
+
+bool is_blank_line(std::string_view line) {
+    return line.find_first_not_of(" \t") == std::string_view::npos;
+}
+
+bool peek_text(const TextScan& scan, Position at, unsigned most, Line& line) {
+    for (unsigned i = 0; i < most; ++i) {
+        if (!scan.cursor.peek(at, peeked_characters, line) || scan.is_stop(line)) return false;
+        if (!is_blank_line(line.text)) return true;
+        at = line.next;
+    }
+    return false;
+}
+
+// Keys, certificates and signed or enciphered texts stand between such lines, in Base64 that is no file.
+bool sniff_armor(std::string_view line) {
+    return line.starts_with("-----");
+}
+
+bool open_armor(TextScan& scan, const Line& line) {
+    if (line.text.starts_with("-----BEGIN ")) scan.in_armor = true;
+    if (line.text.starts_with("-----END ")) scan.in_armor = false;
+    return false;
+}
+
+}  // namespace quill::codec

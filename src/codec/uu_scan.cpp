@@ -1,0 +1,226 @@
+#include "codec/base64_lines.h"
+#include "codec/hex.h"
+#include "codec/text_scan.h"
+#include "codec/uu_line.h"
+#include "text/ascii.h"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+#include <utility>
+
+namespace quill::codec {
+namespace {
+
+constexpr unsigned sampled_lines = 8;
+constexpr unsigned lines_to_resume = 3;
+constexpr unsigned lines_behind_end = 6;
+
+/// The first line of a file: "begin 644 name", "begin-base64 644 name", "begin-base64-encoded 644 bmFtZQ==".
+struct BeginLine {
+    bool base64 = false;
+    bool has_mode = false;  ///< three to six octal digits, as every encoder writes
+    std::string name;
+};
+
+std::string_view take_word(std::string_view& s) {
+    s = text::trim(s);
+    const std::string_view word = s.substr(0, s.find_first_of(" \t"));
+    s = text::trim(s.substr(word.size()));
+    return word;
+}
+
+bool is_mode(std::string_view word) {
+    return word.size() >= 3 && word.size() <= 6 &&
+           std::all_of(word.begin(), word.end(), [](char c) { return c >= '0' && c <= '7'; });
+}
+
+std::optional<BeginLine> read_begin(std::string_view line) {
+    const std::string_view keyword = take_word(line);
+    BeginLine out;
+    const bool encoded_name = keyword == "begin-encoded" || keyword == "begin-base64-encoded";
+    out.base64 = keyword.starts_with("begin-base64");
+    if (keyword != "begin" && keyword != "begin-base64" && !encoded_name) return std::nullopt;
+    std::string_view rest = line;
+    out.has_mode = is_mode(take_word(rest));
+    // Without a mode the name comes first; a word in its place that is none is passed over where more follows.
+    if (!out.has_mode && rest.empty()) rest = line;
+    if (rest.size() >= 2 && rest.starts_with('"') && rest.ends_with('"')) rest = rest.substr(1, rest.size() - 2);
+    out.name = encoded_name ? decode_base64_text(rest) : std::string(rest);
+    return out;
+}
+
+/// How well the lines behind `at` fit an alphabet.
+struct Evidence {
+    unsigned first_fits = 0;  ///< the very first line fits exactly
+    unsigned fits = 0;
+    unsigned misfits = 0;
+};
+
+Evidence weigh(const TextScan& scan, Position at, uu::Alphabet alphabet) {
+    Evidence out;
+    Line line;
+    for (unsigned i = 0; i < sampled_lines && peek_text(scan, at, 3, line); ++i, at = line.next) {
+        const uu::DataLine data = uu::judge(alphabet, line.text);
+        if (data.fit != uu::Fit::none && data.bytes == 0) break;
+        if (line.text == "end") break;
+        const bool good = data.clean && data.fit != uu::Fit::none && data.fit != uu::Fit::stripped;
+        if (good && i == 0) out.first_fits = 1;
+        (good ? out.fits : out.misfits)++;
+    }
+    return out;
+}
+
+/// Whether what stands at `at` is the end of an empty file: "`" or a blank line, then "end".
+bool is_empty_file(const TextScan& scan, Position at) {
+    Line line;
+    if (!peek_text(scan, at, 3, line)) return false;
+    if (line.text == "`" || line.text == "+") {
+        if (!peek_text(scan, line.next, 3, line)) return false;
+    }
+    return line.text == "end";
+}
+
+std::optional<uu::Alphabet> tell_alphabet(const TextScan& scan, Position at, bool sure) {
+    const Evidence as_uu = weigh(scan, at, uu::Alphabet::uu);
+    const Evidence as_xx = weigh(scan, at, uu::Alphabet::xx);
+    const bool xx = as_xx.fits > as_uu.fits;
+    const Evidence& best = xx ? as_xx : as_uu;
+    if (best.fits == 0 && !(sure && is_empty_file(scan, at))) return std::nullopt;
+    if (!sure && (best.first_fits == 0 || best.misfits > best.fits)) return std::nullopt;
+    return xx ? uu::Alphabet::xx : uu::Alphabet::uu;
+}
+
+/// Whether data goes on within a few lines: a line that fits to the letter, or the end of the data.
+bool data_resumes(const TextScan& scan, Position at, uu::Alphabet alphabet) {
+    Line line;
+    for (unsigned i = 0; i < lines_to_resume && peek_text(scan, at, 3, line); ++i, at = line.next) {
+        const uu::DataLine data = uu::judge(alphabet, line.text);
+        if (line.text == "end" || (data.clean && data.fit == uu::Fit::exact)) return true;
+    }
+    return false;
+}
+
+/// Reads the lines of data from the cursor's position on.
+struct BodyEnd {
+    Position end;           ///< behind the last line of data
+    bool ended = false;     ///< the line of length 0 or "end" was there
+    bool end_line = false;  ///< "end" was there
+};
+
+BodyEnd read_body(TextScan& scan, uu::Alphabet alphabet) {
+    BodyEnd out;
+    out.end = scan.cursor.position();
+    Line line;
+    while (true) {
+        const Position before = scan.cursor.position();
+        if (!scan.cursor.next(line)) return out;
+        if (line.text.empty()) continue;
+        const int length = uu::value_of(alphabet, line.text.front());
+        const bool fits = length > 0 && line.text.size() == 1 + uu::characters_for(static_cast<std::size_t>(length));
+        if (fits && line.text.front() != '-' && line.text.front() != 'F') {
+            out.end = line.next;
+            out.ended = false;
+            continue;
+        }
+        const std::string_view text = text::trim(line.text);
+        if (text == "end") {
+            out.ended = out.end_line = true;
+            return out;
+        }
+        if (text.empty()) continue;
+        const uu::DataLine data = uu::judge(alphabet, line.text);
+        const bool stops = scan.is_stop(line) || (sniff_begin(line.text) && read_begin(line.text)->has_mode);
+        if (!stops && data.fit != uu::Fit::none && data.bytes == 0) {
+            out.ended = true;
+            continue;
+        }
+        const bool is_data = data.clean && data.fit != uu::Fit::none && !out.ended;
+        if (stops || (!is_data && (out.ended || !data_resumes(scan, line.next, alphabet)))) {
+            scan.cursor.seek(before);
+            return out;
+        }
+        out.end = line.next;
+    }
+}
+
+std::optional<std::uint64_t> number_at(std::string_view s) {
+    std::uint64_t n = 0;
+    const auto [end, error] = std::from_chars(s.data(), s.data() + s.size(), n);
+    return error == std::errc() && end != s.data() ? std::optional(n) : std::nullopt;
+}
+
+/// What posting programs write behind "end": "size 768", "sum -r/size 13047/768 entire input file".
+void read_trailer(const TextScan& scan, Position at, Attachment& attachment) {
+    Line line;
+    for (unsigned i = 0; i < lines_behind_end && peek_text(scan, at, 3, line); ++i, at = line.next) {
+        constexpr std::string_view sum_size = "sum -r/size ";
+        if (line.text.starts_with("size ")) attachment.stated_size = number_at(line.text.substr(5));
+        if (!line.text.starts_with(sum_size) || line.text.find("entire input file") == std::string_view::npos) continue;
+        const std::string_view numbers = line.text.substr(sum_size.size());
+        const std::size_t slash = numbers.find('/');
+        if (slash == std::string_view::npos) continue;
+        attachment.stated_size = number_at(numbers.substr(slash + 1));
+        if (const auto sum = number_at(numbers); sum && *sum <= 0xFFFF) {
+            attachment.stated_sum = static_cast<std::uint16_t>(*sum);
+        }
+    }
+}
+
+void finish_uu(TextScan& scan, FoundFile& file, uu::Alphabet alphabet, Position begin) {
+    const BodyEnd body = read_body(scan, alphabet);
+    file.attachment.format = alphabet == uu::Alphabet::uu ? Format::uu : Format::xx;
+    file.attachment.body = scan.cursor.ranges(begin, body.end);
+    file.has_end = body.ended;
+    if (body.end_line) {
+        read_trailer(scan, scan.cursor.position(), file.attachment);
+    } else if (body.ended) {
+        file.attachment.problems.push_back({Grade::repaired,
+                                            "missing-end",
+                                            body.end.offset,
+                                            {},
+                                            "The line \"end\" is missing behind the last line of data"});
+    }
+}
+
+}  // namespace
+
+bool sniff_begin(std::string_view line) {
+    return line.starts_with("begin") && line.size() > 6 && (line[5] == ' ' || line[5] == '-' || line[5] == '\t');
+}
+
+bool open_begin(TextScan& scan, const Line& line) {
+    const std::optional<BeginLine> begin = read_begin(line.text.substr(0, peeked_characters));
+    if (!begin) return false;
+    FoundFile file;
+    file.attachment.name = begin->name;
+    if (begin->base64) return open_base64_lines(scan, std::move(file), begin->has_mode);
+    const std::optional<uu::Alphabet> alphabet = tell_alphabet(scan, line.next, begin->has_mode);
+    if (!alphabet) return false;
+    file.label = std::exchange(scan.label, {});
+    finish_uu(scan, file, *alphabet, line.next);
+    scan.add(std::move(file));
+    return true;
+}
+
+bool sniff_bare_uu(std::string_view line) {
+    const std::size_t full = 1 + uu::characters_for(uu::full_line);
+    return (line.size() == full || line.size() == full + 1) && (line.front() == 'M' || line.front() == 'h');
+}
+
+bool open_bare_uu(TextScan& scan, const Line& line) {
+    const uu::Alphabet alphabet = line.text.front() == 'M' ? uu::Alphabet::uu : uu::Alphabet::xx;
+    Line second;
+    if (!uu::judge(alphabet, line.text).clean || !peek_text(scan, line.next, 3, second)) return false;
+    const uu::DataLine data = uu::judge(alphabet, second.text);
+    if (!data.clean || (data.fit != uu::Fit::exact && data.fit != uu::Fit::extra) || data.bytes == 0) return false;
+    FoundFile file;
+    file.attachment.name = scan.label.file;
+    file.label = std::exchange(scan.label, {});
+    file.has_begin = false;
+    finish_uu(scan, file, alphabet, line.begin);
+    scan.add(std::move(file));
+    return true;
+}
+
+}  // namespace quill::codec
