@@ -8,8 +8,4 @@ std::size_t find_line_end_reference(std::string_view s, std::size_t from) {
     return at < s.size() ? at : s.size();
 }
 
-std::size_t find_line_end(std::string_view s, std::size_t from) {
-    return find_line_end_reference(s, from);
-}
-
 }  // namespace quill::codec

@@ -1,12 +1,11 @@
 #include "codec/sixbit.h"
 
+#include "codec/alphabets.h"
+
 #include <array>
 
 namespace quill::codec::sixbit {
 namespace {
-
-constexpr std::string_view base64_characters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-constexpr std::string_view binhex_characters = "!\"#$%&'()*+,-012345689@ABCDEFGHIJKLMNPQRSTUVXYZ[`abcdefhijklmpqr";
 
 constexpr std::uint8_t blank = 0xFE;    ///< passed over
 constexpr std::uint8_t foreign = 0xFF;  ///< ends the run
@@ -103,14 +102,6 @@ std::size_t encode_base64_reference(std::string_view in, std::size_t line_length
     }
     if (line_length != 0 && column != 0) out = end_line(out);
     return static_cast<std::size_t>(out - begin);
-}
-
-Progress decode(Alphabet alphabet, std::string_view in, char* out, State& state) {
-    return decode_reference(alphabet, in, out, state);
-}
-
-std::size_t encode_base64(std::string_view in, std::size_t line_length, char* out) {
-    return encode_base64_reference(in, line_length, out);
 }
 
 }  // namespace quill::codec::sixbit

@@ -1,35 +1,33 @@
 #include "codec/uu.h"
 
+#include "codec/alphabets.h"
+
 #include <algorithm>
 #include <array>
 
 namespace quill::codec::uu {
 namespace {
 
-constexpr std::string_view xx_characters = "+-0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
 constexpr std::size_t line_bytes = 45;
 
 using Values = std::array<std::int8_t, 256>;
 
-constexpr Values make_uu_values() {
-    Values values{};
-    values.fill(-1);
-    for (int value = 0; value < 64; ++value)
-        values[static_cast<std::size_t>(value + 32)] = static_cast<std::int8_t>(value);
-    values['`'] = 0;
-    return values;
-}
-
-constexpr Values make_xx_values() {
+constexpr Values make_values(std::string_view characters) {
     Values values{};
     values.fill(-1);
     std::int8_t value = 0;
-    for (const char c : xx_characters) values[static_cast<unsigned char>(c)] = value++;
+    for (const char c : characters) values[static_cast<unsigned char>(c)] = value++;
+    return values;
+}
+
+constexpr Values make_uu_values() {
+    Values values = make_values(uu_characters);
+    values[' '] = 0;
     return values;
 }
 
 constexpr Values uu_values = make_uu_values();
-constexpr Values xx_values = make_xx_values();
+constexpr Values xx_values = make_values(xx_characters);
 
 /// Bytes of the line end that `s` begins with; 0 where it begins with none.
 std::size_t line_end_at(std::string_view s) {
@@ -68,8 +66,7 @@ int value_of(Alphabet alphabet, char c) {
 }
 
 char character_for(Alphabet alphabet, unsigned value) {
-    if (alphabet == Alphabet::xx) return xx_characters[value];
-    return value == 0 ? '`' : static_cast<char>(value + 32);
+    return (alphabet == Alphabet::uu ? uu_characters : xx_characters)[value];
 }
 
 Progress decode_lines_reference(Alphabet alphabet, std::string_view in, char* out) {
@@ -111,14 +108,6 @@ std::size_t encode_lines_reference(Alphabet alphabet, std::string_view in, char*
         *out++ = '\n';
     }
     return static_cast<std::size_t>(out - begin);
-}
-
-Progress decode_lines(Alphabet alphabet, std::string_view in, char* out) {
-    return decode_lines_reference(alphabet, in, out);
-}
-
-std::size_t encode_lines(Alphabet alphabet, std::string_view in, char* out) {
-    return encode_lines_reference(alphabet, in, out);
 }
 
 }  // namespace quill::codec::uu

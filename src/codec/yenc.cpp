@@ -107,12 +107,4 @@ std::size_t encode_reference(std::string_view in, std::size_t line_length, Colum
     return static_cast<std::size_t>(out - begin);
 }
 
-Progress decode(Rules rules, std::string_view in, unsigned char previous, bool last, char* out) {
-    return decode_reference(rules, in, previous, last, out);
-}
-
-std::size_t encode(std::string_view in, std::size_t line_length, Column& column, char* out) {
-    return encode_reference(in, line_length, column, out);
-}
-
 }  // namespace quill::codec::yenc

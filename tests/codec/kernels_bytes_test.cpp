@@ -1,0 +1,86 @@
+#include "codec/binhex_runs.h"
+#include "codec/checksum.h"
+#include "codec/kernel_targets.h"
+#include "codec/lines.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace quill::codec {
+namespace {
+
+using test::ExactBytes;
+using test::most_bytes;
+using test::on_each_target;
+using test::Random;
+
+TEST(LineEndKernel, FindsTheFirstAsItsReference) {
+    on_each_target([] {
+        Random random(31);
+        for (std::size_t n = 0; n <= most_bytes; ++n) {
+            std::string text = random.text(n, "ab\x0B\x0E\x8D\x8A");
+            for (const std::size_t gap : {std::size_t{1}, std::size_t{40}, std::size_t{300}}) {
+                for (std::size_t at = random.below(gap); at < n; at += 1 + random.below(gap)) {
+                    text[at] = random.one_of("\r\n");
+                }
+                const ExactBytes in(text, test::offsets[n % 4]);
+                for (std::size_t from = 0; from <= n; from += 1 + from / 8) {
+                    ASSERT_EQ(find_line_end(in.view(), from), find_line_end_reference(in.view(), from)) << n;
+                }
+            }
+        }
+    });
+}
+
+/// The check values of the published catalogues of CRCs.
+TEST(Checksum, AgreesWithTheCatalogue) {
+    EXPECT_EQ(crc32(0, "123456789"), 0xCBF43926U);
+    EXPECT_EQ(crc16_binhex(0, "123456789"), 0x31C3U);
+}
+
+TEST(Checksum, MayBeTakenPieceByPiece) {
+    const std::string data = Random(32).bytes(100);
+    const std::string_view view = data;
+    std::uint16_t by_bytes = 0;
+    for (std::size_t i = 0; i < data.size(); ++i) by_bytes = crc16_binhex(by_bytes, view.substr(i, 1));
+    for (std::size_t cut = 0; cut <= data.size(); ++cut) {
+        EXPECT_EQ(crc16_binhex(crc16_binhex(0, view.substr(0, cut)), view.substr(cut)), by_bytes);
+        EXPECT_EQ(crc32(crc32(0, view.substr(0, cut)), view.substr(cut)), crc32(0, view));
+    }
+}
+
+/// Decodes in pieces of `piece` bytes into rooms of `room` bytes.
+std::string decode_in_pieces(std::string_view in, std::size_t piece, std::size_t room) {
+    binhex::RunState state;
+    std::string result;
+    ExactBytes out(room, 0);
+    while (!in.empty() || state.copies_left > 0) {
+        const binhex::Progress progress = decode_runs(in.substr(0, piece), out.data(), room, state);
+        in.remove_prefix(progress.read);
+        result.append(out.view(progress.written));
+    }
+    return result;
+}
+
+TEST(BinHexRuns, ExpandsMarkersHoweverTheyAreCut) {
+    const std::pair<std::string_view, std::string> cases[] = {
+        {"abc", "abc"},
+        {{"a\x90\x05z", 4}, "aaaaaz"},
+        {{"\x90\0", 2}, "\x90"},
+        {{"a\x90\0\x90\x03z", 6}, "a\x90\x90\x90z"},
+        {{"a\x90\x01z", 4}, "az"},
+        {{"a\x90\xFF\x90\xFF", 5}, std::string(1 + 2 * 254, 'a')},
+        {{"\x90\x03", 2}, std::string(2, '\0')},
+        {"a\x90", "a"},
+    };
+    for (const auto& [in, expected] : cases) {
+        for (const std::size_t piece : {1U, 2U, 100U}) {
+            for (const std::size_t room : {1U, 2U, 3U, 600U}) EXPECT_EQ(decode_in_pieces(in, piece, room), expected);
+        }
+        EXPECT_LE(expected.size(), binhex::decoded_runs_bound(in.size()));
+    }
+}
+
+}  // namespace
+}  // namespace quill::codec
