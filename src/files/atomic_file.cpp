@@ -109,6 +109,11 @@ bool AtomicFile::write_at(std::uint64_t offset, std::string_view bytes) {
     return true;
 }
 
+Result<MappedFile> AtomicFile::read_back() const {
+    if (failed_) return error_;
+    return MappedFile::open(temporary_);
+}
+
 Result<std::string> AtomicFile::publish(OnCollision on_collision, Durability durability) {
     if (!failed_ && durability == Durability::flushed && fsync(fd_) != 0) fail(errno);
     if (!failed_ && close(std::exchange(fd_, -1)) != 0) fail(errno);

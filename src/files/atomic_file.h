@@ -1,5 +1,6 @@
 #pragma once
 
+#include "files/mapped_file.h"
 #include "text/result.h"
 
 #include <cstdint>
@@ -43,6 +44,9 @@ class AtomicFile {
 
     /// Bytes from the beginning to the furthest one written.
     std::uint64_t size() const { return size_; }
+
+    /// What has been written so far, for a check before it is published.
+    Result<MappedFile> read_back() const;
 
     /// The first failure of a write, if any.
     bool failed() const { return failed_; }

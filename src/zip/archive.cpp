@@ -57,7 +57,8 @@ bool Member::made_on_unix() const {
 
 bool Member::is_directory() const {
     if (!name.empty() && (name.back() == '/' || name.back() == '\\')) return true;
-    if (made_on_unix() && (external_attributes >> 16U & file_type_mask) == directory_type) return uncompressed_size == 0;
+    if (made_on_unix() && (external_attributes >> 16U & file_type_mask) == directory_type)
+        return uncompressed_size == 0;
     return !made_on_unix() && (external_attributes & dos_directory_bit) != 0 && uncompressed_size == 0;
 }
 
@@ -88,8 +89,8 @@ Result<Archive> Archive::parse(std::string_view bytes) {
         archive.problems_ = std::move(content.problems);
         archive.directory_whole_ = content.whole;
     }
-    const bool begins_with_another = archive.directory_ && archive.directory_->shift > 0 &&
-                                     get32(bytes, 0) == local_signature;
+    const bool begins_with_another =
+        archive.directory_ && archive.directory_->shift > 0 && get32(bytes, 0) == local_signature;
     const bool empty_but_something = archive.directory_ && archive.members_.empty() && archive.directory_->end > 0;
     if (!archive.directory_ || !archive.directory_whole_ || begins_with_another || empty_but_something) {
         std::vector<Member> scanned = scan_local_headers(bytes);
@@ -103,8 +104,12 @@ Result<Archive> Archive::parse(std::string_view bytes) {
         }
         if (!archive.directory_) {
             archive.directory_whole_ = false;
-            archive.problems_.push_back({Grade::repaired, "no-directory", bytes.size(), {},
-                                         "the directory at the end is missing; members were found by their own headers"});
+            archive.problems_.push_back(
+                {Grade::repaired,
+                 "no-directory",
+                 bytes.size(),
+                 {},
+                 "the directory at the end is missing; members were found by their own headers"});
         }
         if (empty_but_something && !scanned.empty()) archive.directory_whole_ = false;
         if (!archive.directory_whole_) add_missing(archive.members_, std::move(scanned));
@@ -115,9 +120,9 @@ Result<Archive> Archive::parse(std::string_view bytes) {
 }
 
 bool Archive::is_sound() const {
-    return directory_ && directory_whole_ &&
-           std::none_of(members_.begin(), members_.end(),
-                        [](const Member& m) { return m.overlaps || m.recovered || m.elsewhere; });
+    return directory_ && directory_whole_ && std::none_of(members_.begin(), members_.end(), [](const Member& m) {
+               return m.overlaps || m.recovered || m.elsewhere;
+           });
 }
 
 }  // namespace quill::zip

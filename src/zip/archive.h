@@ -48,10 +48,10 @@ struct Member {
 
 /// Where an archive's directory lies.
 struct Directory {
-    std::uint64_t begin = 0;         ///< of the first central header in the file
-    std::uint64_t end = 0;           ///< behind the last central header: the first of the end records
-    std::uint64_t end_record = 0;    ///< of the end-of-directory record
-    std::int64_t shift = 0;          ///< what is added to the offsets that are written: bytes of junk before the archive
+    std::uint64_t begin = 0;       ///< of the first central header in the file
+    std::uint64_t end = 0;         ///< behind the last central header: the first of the end records
+    std::uint64_t end_record = 0;  ///< of the end-of-directory record
+    std::int64_t shift = 0;        ///< what is added to the offsets that are written: bytes of junk before the archive
     std::uint64_t stated_count = 0;  ///< members, as stated
     bool wide_count = false;         ///< the count is from a ZIP64 record, else it is modulo 65536
     std::string_view comment;

@@ -30,7 +30,8 @@ bool place(std::string_view bytes, Directory& directory, std::uint64_t end, std:
 
 /// The position of the ZIP64 end record that the locator before the end record at `at` names, if there is one.
 std::optional<std::uint64_t> find_zip64_end(std::string_view bytes, std::uint64_t at) {
-    if (at < zip64_locator_size || get32(bytes, at - zip64_locator_size) != zip64_locator_signature) return std::nullopt;
+    if (at < zip64_locator_size || get32(bytes, at - zip64_locator_size) != zip64_locator_signature)
+        return std::nullopt;
     const std::uint64_t locator = at - zip64_locator_size;
     const std::uint64_t stated = get64(bytes, locator + 8);
     if (stated < locator && get32(bytes, stated) == zip64_end_signature) return stated;
@@ -82,11 +83,17 @@ std::uint32_t own_disk(std::string_view bytes, const Directory& directory) {
 void check_surroundings(std::string_view bytes, const Directory& directory, std::vector<Problem>& problems) {
     const std::uint64_t end = directory.end_record + end_of_directory_size + directory.comment.size();
     if (directory.shift != 0) {
-        problems.push_back({Grade::repaired, "shifted", 0, {},
+        problems.push_back({Grade::repaired,
+                            "shifted",
+                            0,
+                            {},
                             "the archive lies " + std::to_string(directory.shift) + " bytes from where it says"});
     }
     if (end < bytes.size()) {
-        problems.push_back({Grade::repaired, "junk-behind", end, {},
+        problems.push_back({Grade::repaired,
+                            "junk-behind",
+                            end,
+                            {},
                             std::to_string(bytes.size() - end) + " bytes follow that are not the archive's"});
     }
 }
@@ -132,11 +139,14 @@ DirectoryContent read_directory(std::string_view bytes, const Directory& directo
         at = next;
     }
     const std::uint64_t count = content.members.size();
-    const bool agrees = directory.wide_count ? count == directory.stated_count
-                                             : count % count_modulus == directory.stated_count;
+    const bool agrees =
+        directory.wide_count ? count == directory.stated_count : count % count_modulus == directory.stated_count;
     if (!agrees) {
         content.whole = content.whole && count > directory.stated_count;
-        content.problems.push_back({Grade::repaired, "wrong-count", directory.end_record, {},
+        content.problems.push_back({Grade::repaired,
+                                    "wrong-count",
+                                    directory.end_record,
+                                    {},
                                     "the directory has " + std::to_string(count) + " entries and says " +
                                         std::to_string(directory.stated_count)});
     }

@@ -28,7 +28,10 @@ void tell(MemberResult& result, Grade grade, std::string kind, std::string text)
 class Run {
   public:
     Run(const Archive& archive, const std::vector<std::size_t>& wanted, const ExtractOptions& options)
-        : archive_(archive), wanted_(wanted), options_(options), left_(options.limits.bytes_for(archive.bytes().size())) {
+        : archive_(archive),
+          wanted_(wanted),
+          options_(options),
+          left_(options.limits.bytes_for(archive.bytes().size())) {
         results_.resize(wanted.size());
         for (std::size_t i = 0; i < wanted.size(); ++i) {
             results_[i].member = wanted[i];
@@ -235,8 +238,7 @@ Result<std::vector<MemberResult>> extract_members(const Archive& archive, const 
     Result<SafeTree> tree = SafeTree::open(directory);
     if (!tree) return tree.error();
     Run run(archive, wanted, options);
-    std::vector<MemberResult> results =
-        run.go([&] { return Writer(run, archive, paths, SafeTree::open(directory)); });
+    std::vector<MemberResult> results = run.go([&] { return Writer(run, archive, paths, SafeTree::open(directory)); });
     set_directory_times(archive, results, *tree);
     return results;
 }

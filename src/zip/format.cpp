@@ -8,10 +8,28 @@ namespace quill::zip {
 namespace {
 
 constexpr std::array<std::pair<std::uint16_t, std::string_view>, 22> method_names{{
-    {0, "stored"},    {1, "shrunk"},          {2, "reduced"},   {3, "reduced"},    {4, "reduced"}, {5, "reduced"},
-    {6, "imploded"},  {7, "tokenized"},       {8, "deflated"},  {9, "deflate64"},  {10, "imploded (DCL)"},
-    {12, "bzip2"},    {14, "LZMA"},           {16, "CMPSC"},    {18, "TERSE"},     {19, "LZ77"},
-    {20, "Zstandard (old number)"}, {93, "Zstandard"}, {95, "xz"}, {97, "WavPack"}, {98, "PPMd"}, {99, "AES"},
+    {0, "stored"},
+    {1, "shrunk"},
+    {2, "reduced"},
+    {3, "reduced"},
+    {4, "reduced"},
+    {5, "reduced"},
+    {6, "imploded"},
+    {7, "tokenized"},
+    {8, "deflated"},
+    {9, "deflate64"},
+    {10, "imploded (DCL)"},
+    {12, "bzip2"},
+    {14, "LZMA"},
+    {16, "CMPSC"},
+    {18, "TERSE"},
+    {19, "LZ77"},
+    {20, "Zstandard (old number)"},
+    {93, "Zstandard"},
+    {95, "xz"},
+    {97, "WavPack"},
+    {98, "PPMd"},
+    {99, "AES"},
 }};
 
 std::uint64_t get(std::string_view bytes, std::uint64_t at, unsigned width) {

@@ -10,12 +10,12 @@
 /// little-endian and are read through checked getters.
 namespace quill::zip {
 
-constexpr std::uint32_t local_signature = 0x04034b50;                 // APPNOTE 4.3.7
-constexpr std::uint32_t descriptor_signature = 0x08074b50;            // 4.3.9
-constexpr std::uint32_t central_signature = 0x02014b50;               // 4.3.12
-constexpr std::uint32_t zip64_end_signature = 0x06064b50;             // 4.3.14
-constexpr std::uint32_t zip64_locator_signature = 0x07064b50;         // 4.3.15
-constexpr std::uint32_t end_of_directory_signature = 0x06054b50;      // 4.3.16
+constexpr std::uint32_t local_signature = 0x04034b50;             // APPNOTE 4.3.7
+constexpr std::uint32_t descriptor_signature = 0x08074b50;        // 4.3.9
+constexpr std::uint32_t central_signature = 0x02014b50;           // 4.3.12
+constexpr std::uint32_t zip64_end_signature = 0x06064b50;         // 4.3.14
+constexpr std::uint32_t zip64_locator_signature = 0x07064b50;     // 4.3.15
+constexpr std::uint32_t end_of_directory_signature = 0x06054b50;  // 4.3.16
 
 constexpr std::size_t local_header_size = 30;
 constexpr std::size_t central_header_size = 46;

@@ -16,7 +16,8 @@ constexpr std::uint64_t most = 0xFFFFFFF0;
 std::string common_fields(const Header& header, std::string_view extra) {
     std::string out;
     put16(out, header.version_needed);
-    put16(out, header.flags & ~(descriptor_flag | utf8_flag));
+    constexpr unsigned not_needed = descriptor_flag | utf8_flag;
+    put16(out, header.flags & ~not_needed);
     put16(out, header.method);
     put32(out, header.dos_time);
     put32(out, header.crc);
@@ -48,11 +49,9 @@ LibzipResult failure(zip_error_t& error) {
     return {false, code == ZIP_ER_WRONGPASSWD || code == ZIP_ER_NOPASSWD, zip_error_strerror(&error)};
 }
 
-LibzipResult read_all(zip_t* archive, const std::string& password,
-                      const std::function<bool(std::string_view)>& sink) {
+LibzipResult read_all(zip_t* archive, const std::string& password, const std::function<bool(std::string_view)>& sink) {
     const std::unique_ptr<zip_file_t, CloseFile> file(
-        password.empty() ? zip_fopen_index(archive, 0, 0)
-                         : zip_fopen_index_encrypted(archive, 0, 0, password.c_str()));
+        password.empty() ? zip_fopen_index(archive, 0, 0) : zip_fopen_index_encrypted(archive, 0, 0, password.c_str()));
     if (!file) return failure(*zip_get_error(archive));
     std::vector<char> buffer(piece);
     while (true) {

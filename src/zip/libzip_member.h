@@ -10,7 +10,7 @@ namespace quill::zip {
 
 /// What libzip came to with one member.
 struct LibzipResult {
-    bool whole = false;           ///< read to its end, CRC or authentication code agrees
+    bool whole = false;  ///< read to its end, CRC or authentication code agrees
     bool wrong_password = false;
     std::string error;  ///< libzip's words; empty where `whole`
 };

@@ -34,11 +34,11 @@ std::string_view name_of(Fate fate) {
 /// A member's compressed bytes, decrypted on the way where need be.
 struct MemberReader::Source {
     Header local;
-    std::uint64_t at = 0;    // of `data` in the file
-    std::string_view data;   // what is left of them
-    bool ended = false;      // a compressed stream came to its proper end
-    bool broken = false;     // a compressed stream did not
-    bool vouched = false;    // something else than the CRC has verified the bytes
+    std::uint64_t at = 0;   // of `data` in the file
+    std::string_view data;  // what is left of them
+    bool ended = false;     // a compressed stream came to its proper end
+    bool broken = false;    // a compressed stream did not
+    bool vouched = false;   // something else than the CRC has verified the bytes
     std::optional<TraditionalCipher> cipher;
     std::string plain;
 
@@ -198,8 +198,8 @@ bool MemberReader::inflate_whole(const Member& member, const Source& source, Met
     std::size_t used = 0, made = 0;
     char nothing = 0;  // for a member of size 0: libdeflate wants a place all the same
     char* out = size == 0 ? &nothing : buffer_.get();
-    const libdeflate_result result = libdeflate_deflate_decompress_ex(
-        decompressor_.get(), source.data.data(), source.data.size(), out, size, &used, &made);
+    const libdeflate_result result = libdeflate_deflate_decompress_ex(decompressor_.get(), source.data.data(),
+                                                                      source.data.size(), out, size, &used, &made);
     if (result != LIBDEFLATE_SUCCESS) return false;
     if (used < source.data.size()) {
         tell(content, Grade::repaired, "extra-data", source.at + used, "bytes follow its compressed data");
@@ -285,7 +285,8 @@ void MemberReader::judge(const Member& member, const Source& source, const Meter
         if (source.ended) content.fate = agrees ? Fate::verified : Fate::whole;
         return;
     }
-    if (member.compressed_size > archive_.bytes().size() - std::min<std::uint64_t>(source.at, archive_.bytes().size())) {
+    if (member.compressed_size >
+        archive_.bytes().size() - std::min<std::uint64_t>(source.at, archive_.bytes().size())) {
         tell(content, Grade::damaged, "cut", archive_.bytes().size(), "the file ends inside it");
     }
     if (meter.size() != member.uncompressed_size) {

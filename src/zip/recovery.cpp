@@ -41,7 +41,8 @@ class Scan {
   private:
     std::optional<Header> plausible_header(std::uint64_t at) const {
         std::optional<Header> header = parse_local_header(bytes_, at);
-        if (header && ((header->version_needed & 0xFFU) > newest_version || header->method > method_aes)) header.reset();
+        if (header && ((header->version_needed & 0xFFU) > newest_version || header->method > method_aes))
+            header.reset();
         return header;
     }
 

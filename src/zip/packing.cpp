@@ -1,0 +1,249 @@
+#include "zip/packing.h"
+
+#include "codec/checksum.h"
+#include "text/utf8.h"
+#include "zip/format.h"
+#include "zip/member_time.h"
+#include "zip/traditional_cipher.h"
+
+#include <libdeflate.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <limits>
+#include <memory>
+#include <sys/stat.h>
+#include <zlib.h>
+
+namespace quill::zip {
+namespace {
+
+constexpr std::uint64_t most_in_memory = 32U << 20U;
+constexpr std::uint64_t largest_in_one = 64U << 20U;
+constexpr std::size_t piece = 256U << 10U;
+constexpr std::uint64_t needs_zip64 = 0xFFFFFFFF;
+constexpr std::uint16_t made_by_unix = 3U << 8U | 30U;
+constexpr std::uint16_t version_plain = 20;
+constexpr std::uint16_t version_zip64 = 45;
+constexpr std::uint32_t regular_file = 0100000;
+constexpr std::uint32_t directory_file = 0040000;
+
+/// Encrypts on the way, where there is a password, and puts everything into the staging place.
+class Stager {
+  public:
+    Stager(Staging& staging, const std::string& password) : staging_(staging) {
+        if (!password.empty()) cipher_.emplace(password);
+    }
+
+    Status begin(std::uint32_t crc) {
+        if (!cipher_) return Done{};
+        return staging_.append(cipher_->make_header(static_cast<std::uint8_t>(crc >> 24U)));
+    }
+
+    Status put(std::string_view bytes) {
+        if (!cipher_) return staging_.append(bytes);
+        while (!bytes.empty()) {
+            std::string part(bytes.substr(0, piece));
+            bytes.remove_prefix(part.size());
+            cipher_->encrypt(part.data(), part.size());
+            if (Status status = staging_.append(part); !status) return status;
+        }
+        return Done{};
+    }
+
+  private:
+    Staging& staging_;
+    std::optional<TraditionalCipher> cipher_;
+};
+
+struct FreeCompressor {
+    void operator()(libdeflate_compressor* compressor) const { libdeflate_free_compressor(compressor); }
+};
+
+/// The deflated bytes, or nothing where they would not be fewer.
+std::string deflate_whole(std::string_view bytes, int level) {
+    const std::unique_ptr<libdeflate_compressor, FreeCompressor> compressor(libdeflate_alloc_compressor(level));
+    if (!compressor || bytes.size() < 2) return {};
+    std::string out(bytes.size() - 1, '\0');
+    out.resize(libdeflate_deflate_compress(compressor.get(), bytes.data(), bytes.size(), out.data(), out.size()));
+    return out;
+}
+
+Status deflate_in_pieces(std::string_view bytes, int level, Stager& stager) {
+    z_stream stream = {};
+    constexpr int raw_deflate = -MAX_WBITS;
+    constexpr int memory_level = 8;
+    if (deflateInit2(&stream, level, Z_DEFLATED, raw_deflate, memory_level, Z_DEFAULT_STRATEGY) != Z_OK) {
+        return Error{ErrorCode::io, 0, "compression could not begin"};
+    }
+    const std::unique_ptr<z_stream, int (*)(z_stream*)> ender(&stream, deflateEnd);
+    std::string out(piece, '\0');
+    int result = Z_OK;
+    while (result != Z_STREAM_END) {
+        if (stream.avail_in == 0) {
+            const std::string_view in = bytes.substr(0, piece);
+            bytes.remove_prefix(in.size());
+            stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(in.data()));  // zlib does not write to it
+            stream.avail_in = static_cast<uInt>(in.size());
+        }
+        stream.next_out = reinterpret_cast<Bytef*>(out.data());
+        stream.avail_out = static_cast<uInt>(out.size());
+        result = deflate(&stream, bytes.empty() ? Z_FINISH : Z_NO_FLUSH);
+        if (result == Z_STREAM_ERROR) return Error{ErrorCode::io, 0, "compression failed"};
+        const Status put = stager.put(std::string_view(out).substr(0, out.size() - stream.avail_out));
+        if (!put) return put;
+    }
+    return Done{};
+}
+
+/// Whether deflating the beginning of a large file makes it smaller.
+bool seems_compressible(std::string_view bytes, int level) {
+    constexpr std::size_t sample = 1U << 20U;
+    return !deflate_whole(bytes.substr(0, sample), level).empty();
+}
+
+Status pack_bytes(std::string_view bytes, const PackOptions& options, Stager& stager, PackedMember& member) {
+    member.crc = codec::crc32(0, bytes);
+    member.uncompressed_size = bytes.size();
+    member.method = method_stored;
+    if (Status begun = stager.begin(member.crc); !begun) return begun;
+    if (bytes.size() > largest_in_one && seems_compressible(bytes, options.level)) {
+        member.method = method_deflated;
+        return deflate_in_pieces(bytes, options.level, stager);
+    }
+    const std::string deflated = bytes.size() > largest_in_one ? std::string() : deflate_whole(bytes, options.level);
+    if (deflated.empty()) return stager.put(bytes);
+    member.method = method_deflated;
+    return stager.put(deflated);
+}
+
+/// The fields that both headers share, from `version needed` to the uncompressed size.
+std::string shared_fields(const PackedMember& member, bool wide_sizes, bool zip64) {
+    std::string out;
+    put16(out, zip64 ? version_zip64 : version_plain);
+    put16(out, member.flags);
+    put16(out, member.method);
+    put32(out, to_dos_time(member.modified));
+    put32(out, member.crc);
+    put32(out, wide_sizes ? needs_zip64 : member.compressed_size);
+    put32(out, wide_sizes ? needs_zip64 : member.uncompressed_size);
+    return out;
+}
+
+bool has_wide_sizes(const PackedMember& member) {
+    return member.compressed_size >= needs_zip64 || member.uncompressed_size >= needs_zip64;
+}
+
+std::string timestamp_extra(std::time_t modified) {
+    std::string out;
+    if (modified > std::numeric_limits<std::int32_t>::max() || modified < std::numeric_limits<std::int32_t>::min()) {
+        return out;
+    }
+    put16(out, extra_timestamp);
+    put16(out, 5);
+    out.push_back(1);  // a time of last change follows
+    put32(out, static_cast<std::uint32_t>(modified));
+    return out;
+}
+
+std::uint16_t name_flags(const std::string& name) {
+    const bool ascii =
+        std::all_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    return ascii ? 0 : utf8_flag;
+}
+
+}  // namespace
+
+Status Staging::append(std::string_view bytes) {
+    if (!file_ && memory_.size() + bytes.size() <= most_in_memory) {
+        memory_.append(bytes);
+    } else {
+        if (!file_) {
+            Result<files::AtomicFile> file = files::AtomicFile::create(beside_);
+            if (!file) return file.error();
+            file_.emplace(std::move(*file));
+        }
+        if (!file_->write(bytes)) return file_->error();
+    }
+    size_ += bytes.size();
+    return Done{};
+}
+
+std::string PackedMember::local_header() const {
+    const bool wide = has_wide_sizes(*this);
+    std::string extra;
+    if (wide) {
+        put16(extra, extra_zip64);
+        put16(extra, 16);
+        put64(extra, uncompressed_size);
+        put64(extra, compressed_size);
+    }
+    extra += timestamp_extra(modified);
+    std::string out;
+    put32(out, local_signature);
+    out += shared_fields(*this, wide, wide);
+    put16(out, name.size());
+    put16(out, extra.size());
+    return out + name + extra;
+}
+
+std::string PackedMember::central_header(std::uint64_t local_offset) const {
+    const bool wide = has_wide_sizes(*this), far = local_offset >= needs_zip64;
+    std::string extra;
+    if (wide || far) {
+        put16(extra, extra_zip64);
+        put16(extra, (wide ? 16U : 0U) + (far ? 8U : 0U));
+        if (wide) put64(extra, uncompressed_size);
+        if (wide) put64(extra, compressed_size);
+        if (far) put64(extra, local_offset);
+    }
+    extra += timestamp_extra(modified);
+    std::string out;
+    put32(out, central_signature);
+    put16(out, made_by_unix);
+    out += shared_fields(*this, wide, wide || far);
+    put16(out, name.size());
+    put16(out, extra.size());
+    put16(out, 0);  // comment
+    put16(out, 0);  // volume
+    put16(out, 0);  // internal attributes
+    constexpr std::uint32_t dos_directory = 0x10;
+    put32(out, mode << 16U | ((mode & directory_file) != 0 ? dos_directory : 0U));
+    put32(out, far ? needs_zip64 : local_offset);
+    return out + name + extra;
+}
+
+Result<PackedMember> pack_file(const std::string& path, const std::string& name, const PackOptions& options,
+                               Staging& staging) {
+    constexpr std::uint32_t permissions = 0777;
+    struct stat status = {};
+    if (stat(path.c_str(), &status) != 0) return system_error(errno);
+    const Result<files::MappedFile> file = files::MappedFile::open(path);
+    if (!file) return file.error();
+    PackedMember member;
+    member.name = text::to_utf8(name);
+    if (member.name.empty() || member.name.size() > std::numeric_limits<std::uint16_t>::max()) {
+        return Error{ErrorCode::bad_argument, 0, "a member needs a name of at most 65535 bytes"};
+    }
+    member.flags = name_flags(member.name);
+    if (!options.password.empty()) member.flags |= encrypted_flag;
+    member.mode = regular_file | (status.st_mode & permissions);
+    member.modified = status.st_mtime;
+    member.staged_at = staging.size();
+    Stager stager(staging, options.password);
+    if (Status packed = pack_bytes(file->bytes(), options, stager, member); !packed) return packed.error();
+    member.compressed_size = staging.size() - member.staged_at;
+    if (file->cut_short()) return Error{ErrorCode::io, 0, "the file was cut while it was read"};
+    return member;
+}
+
+PackedMember pack_directory(const std::string& name, std::time_t modified) {
+    PackedMember member;
+    member.name = text::to_utf8(name) + "/";
+    member.flags = name_flags(member.name);
+    member.mode = directory_file | 0755U;
+    member.modified = modified;
+    return member;
+}
+
+}  // namespace quill::zip

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "files/atomic_file.h"
+#include "text/result.h"
+
+#include <cstdint>
+#include <ctime>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace quill::zip {
+
+/// Where the compressed bytes of members wait until the archive is written: in memory while they are few, then in a
+/// file without a lasting name in the archive's directory.
+class Staging {
+  public:
+    /// `beside`: the archive's path.
+    explicit Staging(std::string beside) : beside_(std::move(beside)) {}
+
+    std::uint64_t size() const { return size_; }
+    Status append(std::string_view bytes);
+    /// Calls f(bytes) for the `size` bytes at `offset` in one or more pieces until it says false.
+    template <class F>
+    Status read(std::uint64_t offset, std::uint64_t size, F&& f) const {
+        if (offset < memory_.size()) {
+            const std::string_view bytes = std::string_view(memory_).substr(offset, size);
+            if (!f(bytes)) return Error{ErrorCode::io, 0, "could not be written"};
+            offset += bytes.size();
+            size -= bytes.size();
+        }
+        if (size == 0) return Done{};
+        const Result<files::MappedFile> mapped = file_->read_back();
+        if (!mapped) return mapped.error();
+        const std::string_view bytes = mapped->bytes().substr(offset - memory_.size(), size);
+        if (bytes.size() < size || !f(bytes)) return Error{ErrorCode::io, 0, "could not be written"};
+        return Done{};
+    }
+
+  private:
+    std::string beside_;
+    std::string memory_;
+    std::optional<files::AtomicFile> file_;
+    std::uint64_t size_ = 0;
+};
+
+struct PackOptions {
+    int level = 5;         ///< of libdeflate; of zlib for files over 64 MiB
+    std::string password;  ///< empty for none; else traditional encryption
+};
+
+/// A member that is ready to be written: its headers' fields, and where its bytes wait.
+struct PackedMember {
+    std::string name;  ///< UTF-8
+    std::uint16_t flags = 0;
+    std::uint16_t method = 0;
+    std::uint32_t mode = 0;  ///< file type and permission bits
+    std::uint32_t crc = 0;
+    std::time_t modified = 0;
+    std::uint64_t compressed_size = 0;
+    std::uint64_t uncompressed_size = 0;
+    std::uint64_t staged_at = 0;
+
+    /// The headers' bytes (APPNOTE 4.3.7, 4.3.12), with ZIP64 fields where a number needs them.
+    std::string local_header() const;
+    std::string central_header(std::uint64_t local_offset) const;
+};
+
+/// Reads and compresses the file at `path`; what does not get smaller is stored. Fails with the system's reason where
+/// the file can't be read or the staging place is full, with `unsupported` for what is no regular file.
+Result<PackedMember> pack_file(const std::string& path, const std::string& name, const PackOptions& options,
+                               Staging& staging);
+
+/// A directory's own member: `name` and a slash, without content.
+PackedMember pack_directory(const std::string& name, std::time_t modified);
+
+}  // namespace quill::zip
