@@ -1,0 +1,226 @@
+#include "decoder/results_panel.h"
+
+#include "decoder/repair_guide.h"
+#include "files/directory.h"
+#include "support/program.h"
+#include "support/temporary_directory.h"
+
+#include <gtest/gtest.h>
+
+#include <gmock/gmock.h>
+#include <string>
+
+namespace quill::decoder {
+namespace {
+
+using namespace std::string_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::string jpeg = "\xFF\xD8\xFF\xE0 picture"s;
+const std::string will_load = "attempt to load this file into the default program";
+
+class ResultsPanel : public testing::Test {
+  protected:
+    void SetUp() override { connect_results_panel(program_.context); }
+
+    /// A file among the results, and selected.
+    void found(const std::string& name, const std::string& bytes) {
+        directory_.write(name, bytes);
+        list().add(name);
+        list().selected = list().count() - 1;
+    }
+    controls::ListBox& list() { return program_.main_window.List3; }
+    void double_click() { controls::run(list().double_click); }
+    static void click(controls::Button& button) { controls::run(button.click); }
+
+    tests::TemporaryDirectory directory_;
+    tests::Program program_;
+};
+
+struct Opening {
+    const char* name;
+    std::string bytes;
+    const char* opened_as;
+};
+
+TEST_F(ResultsPanel, PicturesGetTheEndingThatTheyLackAndAllElseOpensUnderItsName) {
+    for (const Opening& c :
+         {Opening{"x.txt", "GIF89a", "x.txt.gif"}, Opening{"Photo", jpeg, "photo.jpg"},
+          Opening{"one byte", "\xFF", "one byte.jpg"}, Opening{"a.GIF", "GIF87a", "a.GIF"},
+          Opening{"b.jpeg", jpeg, "b.jpeg"}, Opening{"c.JPG", jpeg, "c.JPG"}, Opening{"ajpeg", jpeg, "ajpeg"},
+          Opening{"Green", "GAF89a", "Green"}, Opening{"g", "GI", "g"}, Opening{"Run.sh", "#!/bin/sh", "Run.sh"}}) {
+        SCOPED_TRACE(c.name);
+        found(c.name, c.bytes);
+        program_.platform.expect_message(will_load);
+        double_click();
+        EXPECT_EQ(program_.platform.opened.back(), directory_.path(c.opened_as));
+        EXPECT_EQ(list().items().back(), c.opened_as);
+        EXPECT_EQ(directory_.read(c.opened_as), c.bytes);
+    }
+    EXPECT_THAT(program_.platform.started, IsEmpty());
+}
+
+TEST_F(ResultsPanel, APictureTakesThePlaceOfAFileThatHasItsRightName) {
+    directory_.write("x.gif", "older");
+    found("x", "GIF89a");
+    program_.main_window.Outcomes["x"] = {codec::Verdict::damaged, 6, {}};
+    program_.platform.expect_message(will_load);
+    double_click();
+    EXPECT_EQ(directory_.read("x.gif"), "GIF89a");
+    EXPECT_THAT(directory_.names(), ElementsAre("x.gif"));
+    EXPECT_EQ(result_row(program_.main_window, 0).verdict, codec::Verdict::damaged);
+}
+
+TEST_F(ResultsPanel, APictureWhoseRightNameIsADirectoryOpensAsItIs) {
+    directory_.make_directory("x.gif");
+    found("x", "GIF89a");
+    program_.platform.expect_message(will_load);
+    double_click();
+    EXPECT_THAT(program_.platform.opened, ElementsAre(directory_.path("x")));
+    EXPECT_THAT(list().items(), ElementsAre("x"));
+}
+
+TEST_F(ResultsPanel, AnEmptyFileAndOneThatIsGoneLeadToTheRepairGuide) {
+    for (const bool is_there : {true, false}) {
+        found("nothing", "");
+        if (!is_there) {
+            ASSERT_TRUE(files::remove_file(directory_.path("nothing")));
+        }
+        program_.platform.expect_message("     This file was not decoded properly, it has a zero file size.");
+        double_click();
+        EXPECT_NE(program_.windows.loaded<Form3>(), nullptr);
+        program_.windows.unload<Form3>();
+    }
+    EXPECT_THAT(program_.platform.opened, IsEmpty());
+}
+
+TEST_F(ResultsPanel, RenameMovesTheFileAndItsRecord) {
+    found("3dgenerator", "text");
+    program_.main_window.Outcomes["3dgenerator"] = {codec::Verdict::verified, 4, {}};
+    program_.platform.expect_input("   Enter a new name for the file called 3dgenerator", "letter.doc");
+    click(program_.main_window.Command5);
+    EXPECT_EQ(program_.platform.prompts.at(0).title, "Rename 3dgenerator");
+    EXPECT_EQ(program_.platform.prompts.at(0).default_answer, "3dgenerator");
+    EXPECT_THAT(list().items(), ElementsAre("letter.doc"));
+    EXPECT_THAT(directory_.names(), ElementsAre("letter.doc"));
+    EXPECT_EQ(result_row(program_.main_window, 0).verdict, codec::Verdict::verified);
+}
+
+TEST_F(ResultsPanel, RenameRefusesTakenNamesAndOtherDirectories) {
+    directory_.write("taken", "mine");
+    directory_.make_directory("below");
+    found("x", "text");
+    for (const char* name : {"taken", "below/x", "../x", "/x", ".."}) {
+        program_.platform.expect_input("Enter a new name", name);
+        program_.platform.expect_message("");
+        click(program_.main_window.Command5);
+    }
+    EXPECT_EQ(program_.platform.messages.at(0), "File exists");
+    EXPECT_THAT(list().items(), ElementsAre("x"));
+    EXPECT_EQ(directory_.read("taken"), "mine");
+    EXPECT_THAT(directory_.names(), ElementsAre("below", "taken", "x"));
+}
+
+TEST_F(ResultsPanel, RenameToNothingOrTheSameNameChangesNothing) {
+    found("x", "text");
+    for (const char* name : {"", "x"}) {
+        program_.platform.expect_input("Enter a new name", name);
+        click(program_.main_window.Command5);
+    }
+    EXPECT_THAT(list().items(), ElementsAre("x"));
+    list().selected.reset();
+    click(program_.main_window.Command5);
+}
+
+TEST_F(ResultsPanel, EraseAsksFirstAndTheLastOneDisablesWhatNeedsAFile) {
+    shell::swit& w = program_.main_window;
+    found("a", "1");
+    found("b", "2");
+    program_.platform.expect_question("    Are you sure you wish to delete the file called b?", false);
+    click(w.Command7);
+    EXPECT_TRUE(program_.platform.questions.at(0).no_is_default);
+    EXPECT_THAT(directory_.names(), ElementsAre("a", "b"));
+
+    program_.platform.expect_question("the file called b?", true);
+    click(w.Command7);
+    EXPECT_THAT(list().items(), ElementsAre("a"));
+    EXPECT_THAT(directory_.names(), ElementsAre("a"));
+    EXPECT_TRUE(w.Command7.enabled);
+
+    program_.platform.expect_message("You have not yet selected a file to erase.");
+    click(w.Command7);
+
+    list().selected = 0;
+    program_.platform.expect_question("the file called a?", true);
+    click(w.Command7);
+    EXPECT_THAT(directory_.names(), IsEmpty());
+    EXPECT_FALSE(w.Command5.enabled || w.Command7.enabled || w.Command8.enabled);
+    EXPECT_TRUE(w.Command4.enabled && w.Command6.enabled);
+}
+
+TEST_F(ResultsPanel, TheVirusCheckIsOfTheSelectedFileAndThatOfTheMainWindowOfTheInput) {
+    std::string scanned;
+    program_.routes.choose_scanner = [&](const std::string& path) { scanned = path; };
+    program_.platform.expect_message("You have not yet selected a file.");
+    click(program_.main_window.Command8);
+
+    found("a.exe", "MZ");
+    program_.platform.expect_question("would you like to do so now?", false);
+    click(program_.main_window.Command8);
+    EXPECT_EQ(scanned, "");
+    EXPECT_EQ(program_.platform.questions.at(0).title, "No Anti-virus has been setup");
+    EXPECT_TRUE(program_.platform.questions.at(0).no_is_default);
+
+    program_.platform.expect_question("would you like to do so now?", true);
+    click(program_.main_window.Command8);
+    EXPECT_EQ(scanned, directory_.path("a.exe"));
+
+    program_.session.SelectedDir = "/mail";
+    program_.session.SelectedFile = "post.mim";
+    program_.platform.expect_question("would you like to do so now?", true);
+    controls::run(program_.routes.scan_file);
+    EXPECT_EQ(scanned, "/mail/post.mim");
+    EXPECT_THAT(program_.platform.started, IsEmpty());
+}
+
+TEST_F(ResultsPanel, HelpIsFourMessagesAndExitEndsTheProcess) {
+    for (const char* part : {"misnamed", "rename button", "3dgenerator", ".pdf"})
+        program_.platform.expect_message(part);
+    click(program_.main_window.Command6);
+    EXPECT_TRUE(program_.platform.script_is_done());
+    EXPECT_TRUE(tests::ends_process([&] { click(program_.main_window.Command4); }));
+}
+
+TEST_F(ResultsPanel, ARowSaysSizeTypeVerdictAndWhatIsWrong) {
+    shell::swit& w = program_.main_window;
+    found("photo", jpeg + std::string(1234567 - jpeg.size(), '.'));
+    found("letter.doc", "x");
+    found("gone.zip", "");
+    EXPECT_TRUE(files::remove_file(directory_.path("gone.zip")));
+    w.Outcomes["photo"] = {
+        codec::Verdict::damaged, 0, {{codec::Grade::lost, "missing-end", 0, {}, "The end is missing"}}};
+    w.Outcomes["letter.doc"] = {codec::Verdict::verified, 1, {}};
+
+    const RowDetails photo = row_details(w, 0);
+    EXPECT_EQ(photo.size, "1,234,567 bytes");
+    EXPECT_EQ(photo.icon, "image-x-generic");
+    EXPECT_TRUE(photo.picture && photo.doubtful);
+    EXPECT_EQ(photo.verdict, "damaged");
+    EXPECT_THAT(photo.problems, ElementsAre("The end is missing"));
+
+    const RowDetails letter = row_details(w, 1);
+    EXPECT_EQ(letter.size, "1 byte");
+    EXPECT_EQ(letter.icon, "x-office-document");
+    EXPECT_FALSE(letter.picture || letter.doubtful);
+    EXPECT_EQ(letter.verdict, "verified");
+
+    const RowDetails gone = row_details(w, 2);
+    EXPECT_EQ(gone.size, "gone");
+    EXPECT_EQ(gone.icon, "package-x-generic");
+    EXPECT_TRUE(gone.doubtful);
+    EXPECT_EQ(gone.verdict, "");
+}
+
+}  // namespace
+}  // namespace quill::decoder
