@@ -18,6 +18,7 @@ struct Leaf {
     Position begin;  ///< of the body
     std::uint32_t order = 0;
     bool opaque = false;               ///< its lines are no running text: nothing in them but a boundary counts
+    bool sealed = false;               ///< a piece of a message: only the boundaries of the levels around it count
     bool wraps_file = false;           ///< it is the wrapping of a file in another format (x-uuencode, BinHex)
     bool embedded = false;             ///< its header stood in running text
     std::size_t files_before = 0;      ///< how many files had been found where it began
@@ -30,6 +31,7 @@ struct Level {
     std::string boundary;  ///< without the leading "--"; empty where none is known
     ContentHeader header;
     Position begin;  ///< of the body
+    Position end;    ///< where its last boundary line begins
     std::uint32_t order = 0;
     std::uint32_t parts = 0;
     bool multipart = false;
@@ -49,7 +51,8 @@ struct EntityStack {
         std::size_t level = 0;
         bool closing = false;
     };
-    /// The innermost level whose boundary line `line` is (RFC 2046 5.1.1: blanks may follow).
+    /// The innermost level whose boundary line `line` is (RFC 2046 5.1.1): the boundary alone, else with a blank and
+    /// anything behind it.
     std::optional<Match> match(std::string_view line) const;
 };
 

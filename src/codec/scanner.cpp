@@ -31,16 +31,6 @@ Position before_line_end(const LineCursor& cursor, Position at) {
     return at;
 }
 
-/// Whether the line at `at` stands behind an empty line, or first.
-bool is_behind_blank(const LineCursor& cursor, Position at) {
-    const std::uint64_t first = cursor.segment(at).range.begin;
-    if (at.offset == first) return true;
-    const Position end = before_line_end(cursor, at);
-    if (end.offset == first) return true;
-    const char c = cursor.segment(at).input[end.offset - 1];
-    return c == '\n' || c == '\r';
-}
-
 bool has_time(std::string_view line) {
     const auto digit = [](char c) { return c >= '0' && c <= '9'; };
     line = line.substr(0, peeked_characters);
@@ -49,6 +39,23 @@ bool has_time(std::string_view line) {
             return true;
     }
     return false;
+}
+
+Position behind_byte_order_mark(const LineCursor& cursor) {
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    Position at = cursor.first();
+    if (cursor.rest(at).starts_with(mark)) at.offset += mark.size();
+    return at;
+}
+
+/// Whether the line at `at` stands behind an empty line, or first.
+bool is_behind_blank(const LineCursor& cursor, Position at) {
+    const std::uint64_t first = cursor.segment(at).range.begin;
+    if (at.offset == first || at == behind_byte_order_mark(cursor)) return true;
+    const Position end = before_line_end(cursor, at);
+    if (end.offset == first) return true;
+    const char c = cursor.segment(at).input[end.offset - 1];
+    return c == '\n' || c == '\r';
 }
 
 /// The line that begins a message in an mbox file (RFC 4155).
@@ -103,6 +110,7 @@ class Scanner {
     void open_part(bool in_digest, bool embedded);
     void open_multipart(ContentHeader header);
     void open_leaf(ContentHeader header, bool embedded);
+    void close_as_text(Level& level);
     void close_leaf(Level& level, Position end, bool cut_off);
     void pop_to(std::size_t level, Position end, bool cut_off);
     FoundFile file_of(const Leaf& leaf, Position end) const;
@@ -113,7 +121,7 @@ class Scanner {
     Found found_;
     TextScan text_;
     EntityStack stack_;
-    bool in_message_ = false;
+    Position line_begin_;  ///< of the line that is being looked at; behind the last one at the end
 };
 
 bool Scanner::is_stop(const Line& line) const {
@@ -125,6 +133,8 @@ bool Scanner::is_stop(const Line& line) const {
 bool Scanner::is_guessed_boundary(const Line& line) const {
     const std::string_view text = line.text.substr(0, line.text.find_last_not_of(" \t") + 1);
     if (!text.starts_with("--") || text.size() < 3 || text.size() > longest_boundary) return false;
+    const std::optional<Leaf>& leaf = stack_.levels.back().leaf;
+    if (leaf && leaf->sealed) return false;
     Line next;
     return cursor_.peek(line.next, peeked_characters, next) && is_content_field(next.text);
 }
@@ -132,7 +142,7 @@ bool Scanner::is_guessed_boundary(const Line& line) const {
 void Scanner::begin_message() {
     text_.label = {};
     text_.in_armor = false;
-    in_message_ = true;
+    text_.in_message = true;
     open_part(false, false);
 }
 
@@ -183,8 +193,8 @@ void Scanner::open_leaf(ContentHeader header, bool embedded) {
         sniff_begin(first.text)) {
         leaf.wraps_file = true;  // said to be Base64, and is uuencoded
     }
-    leaf.opaque =
-        !leaf.wraps_file && (header.encoding != TransferEncoding::identity || header.type == "message/partial");
+    leaf.sealed = header.type == "message/partial" && !header.partial_id.empty();
+    leaf.opaque = leaf.sealed || (!leaf.wraps_file && header.encoding != TransferEncoding::identity);
     leaf.header = std::move(header);
     if (embedded) {
         stack_.levels.emplace_back();
@@ -256,21 +266,24 @@ void Scanner::close_leaf(Level& level, Position end, bool cut_off) {
     text_.add(std::move(file), leaf.order);
 }
 
+/// A multipart without a part under its own boundary: what there is, is a text, to the line that ends it.
+void Scanner::close_as_text(Level& level) {
+    Leaf body;
+    body.header = std::move(level.header);
+    body.header.encoding = TransferEncoding::identity;
+    body.begin = level.begin;
+    body.order = level.order;
+    level.leaf = std::move(body);
+    close_leaf(level, level.closed ? level.end : line_begin_, false);
+}
+
 void Scanner::pop_to(std::size_t level, Position end, bool cut_off) {
     while (true) {
         Level& top = stack_.top();
         const bool inner = stack_.levels.size() > level + 1;
         close_leaf(top, end, cut_off && !top.closed);
         if (!inner) return;
-        if (is_multipart(top.header) && (top.parts == 0 || top.guessed)) {
-            // No part of it was found under its own boundary: what there is, is a text.
-            Leaf body;
-            body.header = std::move(top.header);
-            body.begin = top.begin;
-            body.order = top.order;
-            top.leaf = std::move(body);
-            close_leaf(top, end, false);
-        }
+        if (is_multipart(top.header) && top.parts == 0) close_as_text(top);
         stack_.levels.pop_back();
     }
 }
@@ -282,6 +295,7 @@ bool Scanner::take_boundary(const Line& line) {
     Level& level = stack_.top();
     text_.in_armor = false;
     level.closed = match->closing;
+    level.end = line.begin;
     if (match->closing) return true;
     ++level.parts;
     open_part(level.header.type == "multipart/digest", false);
@@ -293,10 +307,8 @@ bool Scanner::take_guessed_boundary(const Line& line) {
     const std::string_view text = line.text.substr(2, line.text.find_last_not_of(" \t") - 1);
     Level& top = stack_.top();
     if (top.leaf && top.leaf->opaque) close_leaf(top, before_line_end(cursor_, line.begin), false);
-    if (!top.multipart || top.parts > 0 || top.closed || top.leaf) {
-        if (stack_.levels.size() > deepest_nesting) return false;
-        open_multipart({});
-    }
+    if (stack_.levels.size() > deepest_nesting) return false;
+    open_multipart({});
     Level& level = stack_.top();
     level.boundary = text;
     level.guessed = true;
@@ -313,7 +325,7 @@ bool Scanner::take_message(const Line& line) {
         begin_message();
         return true;
     }
-    if (in_message_ || !begins_message_header(line.text)) return false;
+    if (text_.in_message || !begins_message_header(line.text)) return false;
     Line next;
     const bool alone = !cursor_.peek(line.next, peeked_characters, next) || is_blank_line(next.text);
     const bool goes_on =
@@ -374,7 +386,9 @@ void Scanner::follow_data(const Line& line) {
 
 Found Scanner::run() {
     Line line;
+    cursor_.seek(behind_byte_order_mark(cursor_));
     while (cursor_.next(line)) {
+        line_begin_ = line.begin;
         const bool opaque = stack_.top().leaf && stack_.top().leaf->opaque;
         if (line.text.starts_with('-') && take_boundary(line)) continue;
         if (!opaque) {
@@ -383,6 +397,7 @@ Found Scanner::run() {
             follow_data(line);
         }
     }
+    line_begin_ = cursor_.last();
     pop_to(0, cursor_.last(), true);
     std::stable_sort(found_.files.begin(), found_.files.end(),
                      [](const FoundFile& a, const FoundFile& b) { return a.order < b.order; });

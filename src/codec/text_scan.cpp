@@ -8,10 +8,12 @@ namespace {
 
 constexpr std::array formats = {
     TextFormat{"uuencode, xxencode, begin-base64", sniff_begin, open_begin},
+    TextFormat{"yEnc", sniff_yenc, open_yenc},
     TextFormat{"BinHex 4.0", sniff_binhex, open_binhex},
     TextFormat{"ASCII armor", sniff_armor, open_armor},
     TextFormat{"uuencode, xxencode without a begin line", sniff_bare_uu, open_bare_uu},
     TextFormat{"Base64 without a header", sniff_bare_base64, open_bare_base64},
+    TextFormat{"quoted-printable without a header", sniff_bare_quoted_printable, open_bare_quoted_printable},
 };
 
 }  // namespace

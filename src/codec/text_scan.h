@@ -19,8 +19,9 @@ struct TextScan {
     LineCursor& cursor;
     const IsStop& is_stop;  ///< lines that end the text
     Found& found;
-    PartLabel label = {};   ///< what the text last said of the part that it holds
-    bool in_armor = false;  ///< within "-----BEGIN ...": Base64 that is no file
+    PartLabel label = {};     ///< what the text last said of the part that it holds
+    bool in_armor = false;    ///< within "-----BEGIN ...": Base64 that is no file
+    bool in_message = false;  ///< a header said what this text is
     std::uint32_t order = 0;
 
     /// Enters a file at the end, or at the place `at_order` that was kept for it; not where there are too many.
@@ -43,6 +44,8 @@ std::span<const TextFormat> text_formats();
 
 bool sniff_begin(std::string_view line);
 bool open_begin(TextScan& scan, const Line& line);
+bool sniff_yenc(std::string_view line);
+bool open_yenc(TextScan& scan, const Line& line);
 bool sniff_binhex(std::string_view line);
 bool open_binhex(TextScan& scan, const Line& line);
 bool sniff_armor(std::string_view line);
@@ -51,6 +54,8 @@ bool sniff_bare_uu(std::string_view line);
 bool open_bare_uu(TextScan& scan, const Line& line);
 bool sniff_bare_base64(std::string_view line);
 bool open_bare_base64(TextScan& scan, const Line& line);
+bool sniff_bare_quoted_printable(std::string_view line);
+bool open_bare_quoted_printable(TextScan& scan, const Line& line);
 
 /// Characters of a line that are looked at before a format is sure of itself.
 constexpr std::size_t peeked_characters = 1024;
