@@ -1,5 +1,6 @@
 #include "decoder/mime_wrap.h"
 
+#include "decoder/joined_fields.h"
 #include "files/mapped_file.h"
 #include "text/reader.h"
 
@@ -13,35 +14,6 @@ namespace {
 constexpr std::string_view line_end = "\r\n";
 constexpr std::string_view line_break_tag = "<BR>";
 constexpr std::size_t longest_header_line = 50;  ///< a longer line is taken for encoded text
-
-/// The next field, without two blanks at its end.
-std::optional<std::string_view> next_field(text::Reader& reader) {
-    std::optional<std::string_view> field = reader.field();
-    if (field && field->ends_with("  ")) field->remove_suffix(2);
-    return field;
-}
-
-/// The fields of a text as one endless line that is read from its beginning.
-class JoinedFields {
-  public:
-    explicit JoinedFields(std::string_view text) : reader_(text) {}
-
-    /// Gives the next `n` characters and a line end to `out`. REQUIRES: there are so many.
-    bool line(std::size_t n, const Sink& out) {
-        while (n > 0) {
-            if (rest_.empty()) rest_ = next_field(reader_).value();
-            const std::string_view piece = rest_.substr(0, n);
-            if (!out(piece)) return false;
-            rest_.remove_prefix(piece.size());
-            n -= piece.size();
-        }
-        return out(line_end);
-    }
-
-  private:
-    text::Reader reader_;
-    std::string_view rest_;
-};
 
 bool put_line(std::string_view line, const Sink& out) {
     return out(line) && out(line_end);
@@ -115,9 +87,9 @@ Result<files::AtomicFile> make(const std::string& input, const std::string& outp
 void rewrap(std::string_view text, const Sink& out) {
     constexpr int most_lines_of_a_field = 2;
     text::Reader ahead(text);
-    JoinedFields unwritten(text);
+    JoinedFields unwritten(ahead);
     std::size_t carry = 0;  // characters that `ahead` has read and `unwritten` has not
-    while (const std::optional<std::string_view> field = next_field(ahead)) {
+    while (const std::optional<std::string_view> field = next_trimmed_field(ahead)) {
         carry += field->size();
         for (int lines = 0; lines < most_lines_of_a_field && carry >= base64_line_length; ++lines) {
             if (!unwritten.line(base64_line_length, out)) return;

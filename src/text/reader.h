@@ -15,7 +15,10 @@ bool is_unix_text(std::string_view bytes);
 /// The views returned point into the bytes given, which must outlive the reader.
 class Reader {
   public:
-    explicit Reader(std::string_view bytes) : bytes_(bytes), line_feed_ends_(is_unix_text(bytes)) {}
+    explicit Reader(std::string_view bytes) : Reader(bytes, is_unix_text(bytes)) {}
+
+    /// For a caller that knows already whether `bytes` are, or are a part of, Unix text.
+    Reader(std::string_view bytes, bool unix_text) : bytes_(bytes), line_feed_ends_(unix_text) {}
 
     /// The characters up to the next line end, without it; nullopt when all is read.
     std::optional<std::string_view> line();

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "files/mapped_file.h"
+#include "text/reader.h"
+#include "text/result.h"
+
+#include <string>
+#include <string_view>
+
+namespace quill::decoder {
+
+/// A file to be read by lines or fields, once or several times. However long it is, little of it is held in memory.
+class TextFile {
+  public:
+    /// Fails as files::MappedFile::open does.
+    static Result<TextFile> open(const std::string& path);
+
+    /// A reader at the beginning. The file must outlive it.
+    text::Reader reader() const { return {file_.bytes(), unix_text_}; }
+
+    std::string_view bytes() const { return file_.bytes(); }
+
+    /// To be called now and then in a long reading: what stands before `reader` need not stay in memory.
+    void release_behind(const text::Reader& reader) const { file_.release_before(reader.offset()); }
+
+  private:
+    explicit TextFile(files::MappedFile file);
+
+    files::MappedFile file_;
+    bool unix_text_;
+};
+
+}  // namespace quill::decoder

@@ -1,0 +1,162 @@
+#include "decoder/triage.h"
+
+#include "decoder/headerless.h"
+#include "decoder/library_run.h"
+#include "decoder/text_file.h"
+#include "decoder/triage_rewrites.h"
+#include "decoder/yenc_run.h"
+#include "files/directory.h"
+#include "files/names.h"
+#include "files/path.h"
+#include "shell/main_window.h"
+#include "text/ascii.h"
+
+#include <climits>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string_view>
+
+namespace quill::decoder {
+namespace {
+
+constexpr char jpeg_first_byte = '\xFF';
+constexpr int fields_searched_for_yenc = 50;
+constexpr std::size_t longest_line_with_header = 55;  // longer first lines may be encoded text without a header
+constexpr std::size_t longest_plain_header = 70;
+constexpr std::size_t counted_field_length = 60;
+
+constexpr auto long_name_question =
+    "   This file has an suspiciously long file name and could contain virus-like code. It is recommended that you "
+    "load this mime-encoded file into a word processor and edit the file name of the attachment(s) within the text of "
+    "this MIME file ((where it says filename = )) before decoding this file. Would you like to quit decoding this? "
+    "(Choosing Yes is strongly recommended).";
+
+/// The first lines of a text; those that it does not have are empty.
+using FirstLines = std::array<std::string_view, 4>;
+
+FirstLines first_lines(const TextFile& file) {
+    FirstLines lines;
+    text::Reader reader = file.reader();
+    for (std::string_view& line : lines) line = reader.line().value_or("");
+    return lines;
+}
+
+bool ends_like_jpeg(const std::string& path) {
+    return text::ends_with_ignoring_case(path, "jpeg") || text::ends_with_ignoring_case(path, ".jpg");
+}
+
+/// Gives a picture a name that says so, one that no other file has. Where that fails it keeps its own.
+void rename_to_jpeg(std::string& path) {
+    const std::string dir = files::dir_of(path);
+    const std::string picture =
+        files::join(dir, files::unique_name(dir.empty() ? "." : dir, files::name_of(path) + ".jpg"));
+    if (files::rename_new(path, picture)) path = picture;
+}
+
+bool is_jpeg(const std::string& path) {
+    const Result<files::MappedFile> file = files::MappedFile::open(path);
+    return file && file->bytes().starts_with(jpeg_first_byte);
+}
+
+bool begins_yenc(const TextFile& file) {
+    text::Reader reader = file.reader();
+    for (int i = 0; i < fields_searched_for_yenc; ++i) {
+        const std::optional<std::string_view> field = reader.field();
+        if (!field) return false;
+        if (field->starts_with("=ybegi") && field->size() > std::string_view("=ybegi").size()) return true;
+        file.release_behind(reader);
+    }
+    return false;
+}
+
+/// Whether the lines look like encoded text from the very first one on, which may have a character more than the rest.
+bool are_headerless(const FirstLines& lines) {
+    const std::size_t first = lines[0].size();
+    const std::size_t rest = lines[1].size();
+    return first > longest_line_with_header && lines[2].size() == rest && lines[3].size() == rest &&
+           (first == rest || first == rest + 1);
+}
+
+bool all_end_in_two_blanks(const FirstLines& lines) {
+    return std::all_of(lines.begin(), lines.begin() + 3, [](std::string_view line) { return line.ends_with("  "); });
+}
+
+bool any_ends_in_tag(const FirstLines& lines) {
+    return std::any_of(lines.begin(), lines.begin() + 3, [](std::string_view line) { return line.ends_with("<BR>"); });
+}
+
+/// Goes through the MIME parts: asks about each long header, and counts the parts whose fourth field behind it has 60
+/// characters. Returns how many.
+int count_parts(shell::Context& context, const TextFile& file) {
+    int parts = 0;
+    std::string_view fourth;
+    text::Reader reader = file.reader();
+    while (const std::optional<std::string_view> line = reader.line()) {
+        file.release_behind(reader);
+        if (!text::starts_with_ignoring_case(*line, "content-transf")) continue;
+        for (int i = 0; i < 4; ++i) fourth = reader.field().value_or(fourth);
+        if (line->size() > longest_plain_header) warn_of_long_name(context);
+        if (fourth.size() == counted_field_length) ++parts;
+    }
+    return parts;
+}
+
+/// The tests of a text in their order, each mending what it finds. Returns whether the text is still to be decoded by
+/// the library. A text that cannot be read passes them all.
+bool pass_triage(shell::Context& context, std::string& path) {
+    shell::Session& session = context.session;
+    Result<TextFile> file = TextFile::open(path);
+    if (!file) return true;
+    if (begins_yenc(*file)) {
+        findfirst(context, path);
+        return false;
+    }
+    const FirstLines lines = first_lines(*file);
+    if (are_headerless(lines)) {
+        int length = static_cast<int>(std::min<std::size_t>(lines[0].size(), INT_MAX));
+        nohead(context, length);
+        if (session.NamingTaken) return false;
+    }
+    path = session.EncodedPath;
+    if (all_end_in_two_blanks(lines)) static_cast<void>(rewrite_in_place(path, drop_two_characters_a_line));
+
+    file = TextFile::open(path);
+    if (!file) return true;
+    if (any_ends_in_tag(first_lines(*file))) {
+        static_cast<void>(rewrite_in_place(path, drop_tags_at_line_ends));
+        file = TextFile::open(path);
+        if (!file) return true;
+    }
+    const int parts = count_parts(context, *file);
+    session.PartCount += parts;
+    if (parts > 0 && session.PartCount > 1) static_cast<void>(rewrite_in_place(path, fields_without_dispositions));
+    return true;
+}
+
+}  // namespace
+
+void undec(shell::Context& context, std::string& path) {
+    auto& w = context.windows.load<shell::swit>();
+    path = files::absolute(path);
+    const std::string directory = files::dir_of(path);
+    context.session.EncodedPath = path;
+    w.File2.set_directory(directory);
+    w.File3.set_directory(directory);
+    files::change_directory(directory);
+    w.visible = true;
+    context.platform.repaint(w);
+    if (is_jpeg(path)) {
+        if (!ends_like_jpeg(path)) rename_to_jpeg(path);
+        context.platform.opener().open_with_default(path);
+        context.platform.end_process();
+    }
+    if (pass_triage(context, path)) decode_with_library(context, path);
+}
+
+void warn_of_long_name(shell::Context& context) {
+    if (context.platform.ask({.text = long_name_question})) context.platform.end_process();
+}
+
+}  // namespace quill::decoder
