@@ -1,0 +1,47 @@
+#include "qpunwrap/announce.h"
+#include "qpunwrap/report.h"
+#include "qpunwrap/unwrap.h"
+
+#include <iostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+constexpr std::string_view usage =
+    "Usage: qpunwrap FILE\n"
+    "Undoes quoted-printable in FILE, a message or a bare text, into new files beside it.\n"
+    "\n"
+    "  --help      say this\n"
+    "  --version   say the version\n"
+    "\n"
+    "Ends with 0 where something was made, 1 where FILE holds no quoted-printable text, 2 on failure.\n";
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    using namespace quill::qpunwrap;
+    std::vector<std::string> arguments(argv + 1, argv + argc);
+    if (arguments == std::vector<std::string>{"--help"}) {
+        std::cout << usage;
+        return 0;
+    }
+    if (arguments == std::vector<std::string>{"--version"}) {
+        std::cout << "qpunwrap " QUILL_VERSION "\n";
+        return 0;
+    }
+    if (!arguments.empty() && arguments.front() == "--") {
+        arguments.erase(arguments.begin());
+    } else if (!arguments.empty() && arguments.front().starts_with("-")) {
+        arguments.clear();
+    }
+    if (arguments.size() != 1) {
+        std::cerr << usage;
+        return static_cast<int>(ExitStatus::failed);
+    }
+    const Report said = report(arguments.front(), unwrap(arguments.front()));
+    (said.status == ExitStatus::failed ? std::cerr : std::cout) << said.text;
+    announce(said.text);
+    return static_cast<int>(said.status);
+}

@@ -1,0 +1,46 @@
+#include "qpunwrap/report.h"
+
+#include "files/path.h"
+
+namespace quill::qpunwrap {
+namespace {
+
+std::string printable(std::string text) {
+    for (char& c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < ' ' || byte == 0x7F) c = '?';
+    }
+    return text;
+}
+
+std::string line_about(const codec::Recovered& made) {
+    const std::uint64_t size = made.outcome.size;
+    std::string line = "  " + printable(made.name) + ", " + std::to_string(size) + (size == 1 ? " byte" : " bytes");
+    for (const codec::Problem& problem : made.outcome.problems) line += "\n    " + printable(problem.text);
+    return line + "\n";
+}
+
+}  // namespace
+
+Report report(const std::string& path, const Result<Unwrapped>& result) {
+    const std::string name = printable(files::name_of(path));
+    if (!result) return {ExitStatus::failed, name + " could not be read: " + printable(result.error().text) + "\n"};
+    if (result->made.empty() && result->failed.empty()) {
+        return {ExitStatus::nothing, name + " holds no quoted-printable text. Nothing was made.\n"};
+    }
+    Report out;
+    if (!result->made.empty()) {
+        out.text = result->message ? "The quoted-printable parts of the message " + name + ":\n"
+                                   : "The quoted-printable text of " + name + ":\n";
+        for (const codec::Recovered& made : result->made) out.text += line_about(made);
+        const std::string dir = files::dir_of(path);
+        out.text += "Written to " + (dir.empty() ? "the current directory" : printable(dir)) + ".\n";
+    }
+    for (const std::string& failed : result->failed) {
+        out.status = ExitStatus::failed;
+        out.text += "Could not write " + printable(failed) + "\n";
+    }
+    return out;
+}
+
+}  // namespace quill::qpunwrap

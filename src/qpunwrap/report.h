@@ -1,0 +1,25 @@
+#pragma once
+
+#include "qpunwrap/unwrap.h"
+#include "text/result.h"
+
+#include <string>
+
+namespace quill::qpunwrap {
+
+/// What the program ends with, besides its words.
+enum class ExitStatus : int {
+    made = 0,     ///< Something was made, and all of it is written.
+    nothing = 1,  ///< The file holds no quoted-printable text.
+    failed = 2    ///< The file could not be read, a result could not be written, or the arguments make no sense.
+};
+
+struct Report {
+    ExitStatus status = ExitStatus::made;
+    std::string text;  ///< for people: lines ended by '\n', without control characters
+};
+
+/// Says what came of the file at `path`.
+Report report(const std::string& path, const Result<Unwrapped>& result);
+
+}  // namespace quill::qpunwrap
