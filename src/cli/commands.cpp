@@ -1,4 +1,5 @@
 #include "cli/commands.h"
+#include "cli/zip_command.h"
 
 #include <CLI/CLI.hpp>
 
@@ -19,6 +20,7 @@ constexpr const char* footer =
 void take_brackets_as_they_are(CLI::App& app) {
     for (CLI::App* command : app.get_subcommands({})) {
         for (CLI::Option* option : command->get_options()) option->allow_extra_args(false);
+        take_brackets_as_they_are(*command);
     }
 }
 
@@ -41,6 +43,7 @@ ExitStatus run(std::span<const std::string> arguments, const Console& console) {
     add_decode_command(app, work);
     add_list_command(app, work);
     add_merge_command(app, work);
+    add_zip_command(app, work);
     take_brackets_as_they_are(app);
     try {
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));  // the parser takes them from behind

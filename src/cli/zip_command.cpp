@@ -1,0 +1,246 @@
+#include "cli/zip_command.h"
+
+#include "cli/interruption.h"
+#include "cli/progress.h"
+#include "cli/zip_report.h"
+#include "files/directory.h"
+#include "files/path.h"
+#include "zip/archive_change.h"
+#include "zip/extraction.h"
+#include "zip/tree_walk.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <memory>
+#include <numeric>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace quill::cli {
+namespace {
+
+struct ZipRequest {
+    std::string archive;
+    std::vector<std::string> names;
+    std::string password_file;
+    std::string into = ".";
+    bool json = false;
+    bool quiet = false;
+    bool bare_names = false;
+    bool no_limits = false;
+};
+
+/// The first line of the password file, without its end; empty where none is named.
+Result<std::string> read_password(const ZipRequest& request) {
+    if (request.password_file.empty()) return std::string();
+    Result<std::string> text = files::read_file(request.password_file);
+    if (!text) return text;
+    return text->substr(0, text->find_first_of("\r\n"));
+}
+
+/// The numbers of the members that `names` asks for: a member itself, or a directory and all that is in it. No names
+/// ask for all.
+std::vector<std::size_t> chosen_members(const zip::Archive& archive, const std::vector<std::string>& names,
+                                        ZipReport& report) {
+    const std::vector<zip::Member>& members = archive.members();
+    std::vector<std::size_t> chosen;
+    if (names.empty()) {
+        chosen.resize(members.size());
+        std::iota(chosen.begin(), chosen.end(), std::size_t{0});
+        return chosen;
+    }
+    std::unordered_map<std::string_view, bool> wanted;
+    for (const std::string& name : names) wanted[name] = false;
+    const auto ask = [&](std::string_view name) {
+        const auto found = wanted.find(name);
+        if (found != wanted.end()) found->second = true;
+        return found != wanted.end();
+    };
+    for (std::size_t i = 0; i < members.size(); ++i) {
+        const std::string_view name = members[i].name;
+        bool is_chosen = ask(name);
+        for (std::size_t slash = name.find('/'); slash != std::string_view::npos; slash = name.find('/', slash + 1)) {
+            is_chosen = ask(name.substr(0, slash)) || ask(name.substr(0, slash + 1)) || is_chosen;
+        }
+        if (is_chosen) chosen.push_back(i);
+    }
+    for (const std::string& name : names) {
+        if (!wanted[name]) report.missing(name);
+    }
+    return chosen;
+}
+
+ExitStatus list(const ZipRequest& request, const Console& console) {
+    ZipReport report(console, request.json, request.quiet);
+    const Result<zip::Archive> archive = zip::Archive::open(request.archive);
+    if (!archive) {
+        report.fail(request.archive, archive.error());
+        return report.finish();
+    }
+    report.archive_problems(request.archive, *archive);
+    for (const std::size_t i : chosen_members(*archive, request.names, report)) report.list(archive->members()[i]);
+    return report.finish();
+}
+
+/// `extract`, and `test` where nothing is to be written.
+ExitStatus read(const ZipRequest& request, const Console& console, bool write) {
+    ZipReport report(console, request.json, request.quiet);
+    const Result<std::string> password = read_password(request);
+    const Result<zip::Archive> archive = zip::Archive::open(request.archive);
+    if (!password) report.fail(request.password_file, password.error());
+    if (!archive) report.fail(request.archive, archive.error());
+    if (!password || !archive) return report.finish();
+    report.archive_problems(request.archive, *archive);
+    const std::vector<std::size_t> chosen = chosen_members(*archive, request.names, report);
+
+    const Interruption interruption;
+    ProgressBar bar(console, !request.quiet);
+    zip::ExtractOptions options;
+    options.password = *password;
+    if (request.no_limits) options.limits = zip::Limits::lifted();
+    options.progress = [&](const zip::Progress& progress) {
+        bar.show(files::name_of(request.archive), progress.bytes_done, progress.bytes);
+        return !Interruption::caught();
+    };
+    const Result<std::vector<zip::MemberResult>> results =
+        write ? zip::extract_members(*archive, chosen, zip::member_paths(archive->members()), request.into, options)
+              : Result(zip::test_members(*archive, chosen, options));
+    bar.clear();
+    if (!results) {
+        report.fail(request.into, results.error());
+        return report.finish();
+    }
+    for (const zip::MemberResult& result : *results) {
+        const std::string path =
+            result.path.empty() || request.into == "." ? result.path : files::join(request.into, result.path);
+        report.add(archive->members()[result.member], result, path);
+    }
+    if (archive->cut_short()) report.fail(request.archive, {ErrorCode::io, 0, "the file was cut while it was read"});
+    return report.finish();
+}
+
+ExitStatus add(const ZipRequest& request, const Console& console) {
+    ZipReport report(console, false, true);
+    const Result<std::string> password = read_password(request);
+    if (!password) {
+        report.fail(request.password_file, password.error());
+        return report.finish();
+    }
+    Result<zip::ArchiveChange> change = zip::ArchiveChange::begin(request.archive);
+    if (!change) {
+        report.fail(request.archive, change.error());
+        return report.finish();
+    }
+    const Interruption interruption;
+    const zip::PackOptions options{.password = *password};
+    std::size_t added = 0;
+    for (const std::string& name : request.names) {
+        for (const zip::TreeEntry& entry : zip::walk_tree(name)) {
+            if (Interruption::caught()) return ExitStatus::failed;
+            const std::string member = request.bare_names ? files::name_of(entry.member_name) : entry.member_name;
+            if (entry.is_directory && request.bare_names) continue;
+            const Status status = entry.is_directory ? change->add_directory(member, entry.modified)
+                                                     : change->add_file(entry.path, member, options);
+            if (status) ++added;
+            if (!status) report.fail(entry.path, status.error());
+        }
+    }
+    if (added != 0) {
+        if (const Status finished = change->finish(); !finished) report.fail(request.archive, finished.error());
+    }
+    const ExitStatus status = report.finish();
+    return status == ExitStatus::nothing && added != 0 ? ExitStatus::good : status;
+}
+
+ExitStatus remove(const ZipRequest& request, const Console& console) {
+    ZipReport report(console, false, true);
+    if (!files::exists(request.archive)) {
+        report.fail(request.archive, {ErrorCode::not_found, 0, "No such file or directory"});
+        return report.finish();
+    }
+    Result<zip::ArchiveChange> change = zip::ArchiveChange::begin(request.archive);
+    if (!change) {
+        report.fail(request.archive, change.error());
+        return report.finish();
+    }
+    std::vector<std::size_t> members;
+    for (const std::string& name : request.names) {
+        const std::vector<std::size_t> found = change->find(name);
+        if (found.empty()) report.missing(name);
+        members.insert(members.end(), found.begin(), found.end());
+    }
+    if (members.empty()) return report.finish();
+    Status status = change->remove(members);
+    if (status) status = change->finish();
+    if (!status) report.fail(request.archive, status.error());
+    const ExitStatus result = report.finish();
+    return result == ExitStatus::nothing ? ExitStatus::good : result;
+}
+
+using Command = ExitStatus (*)(const ZipRequest&, const Console&);
+
+struct CommandRow {
+    const char* name;
+    const char* about;
+    Command run;
+    bool reads_members;  // takes a password and limits
+    bool has_json;
+    bool needs_names;
+    const char* names;
+};
+
+constexpr CommandRow commands[] = {
+    {"list", "Tell what an archive holds", list, false, true, false, "Members or directories in it; all, if none"},
+    {"extract", "Write members of an archive to the disk",
+     [](const ZipRequest& r, const Console& c) { return read(r, c, true); }, true, false, false,
+     "Members or directories in it; all, if none"},
+    {"add", "Put files into an archive, which is made if need be", add, false, false, true,
+     "Files, and directories with all that is in them"},
+    {"remove", "Take members out of an archive", remove, false, false, true, "Members"},
+    {"test", "Read members of an archive and write nothing",
+     [](const ZipRequest& r, const Console& c) { return read(r, c, false); }, true, true, false,
+     "Members or directories in it; all, if none"},
+};
+
+constexpr const char* footer =
+    "`list` prints a line a member: name, size in bytes, compressed size, method, date and time, with tabs between; "
+    "`extract` and `test` print name, size, verdict, method. The verdict is `verified` (the checksum agrees), `whole`, "
+    "`damaged` (written as far as it goes) or `refused`. Names are made safe: nothing is written outside the "
+    "directory, no link is made or followed, no file is replaced; a name that is taken becomes `name (2).ext`. A "
+    "change writes a new archive beside the old one and renames it when it has been checked.";
+
+}  // namespace
+
+void add_zip_command(CLI::App& app, Work& work) {
+    auto* zip = app.add_subcommand("zip", "List, extract and change ZIP files");
+    zip->require_subcommand(1);
+    zip->footer(footer);
+    for (const CommandRow& row : commands) {
+        auto* command = zip->add_subcommand(row.name, row.about);
+        const auto request = std::make_shared<ZipRequest>();
+        command->add_option("ARCHIVE", request->archive, "The ZIP file")->required();
+        auto* names = command->add_option("NAME", request->names, row.names);
+        if (row.needs_names) names->required();
+        if (row.reads_members || row.run == add) {
+            command->add_option("--password-file", request->password_file, "The password is this file's first line")
+                ->type_name("FILE");
+        }
+        if (row.reads_members) {
+            command->add_flag("--no-limits", request->no_limits, "Read what looks like an archive bomb too");
+        }
+        if (row.reads_members && !row.has_json) {
+            command->add_option("--into", request->into, "Write below this directory, instead of the current one")
+                ->type_name("DIR");
+        }
+        if (row.run == add) command->add_flag("--bare-names", request->bare_names, "Store names without directories");
+        if (row.has_json) command->add_flag("--json", request->json, "Print one JSON array");
+        command->add_flag("--quiet", request->quiet, "Print errors alone");
+        command->callback([&work, request, run = row.run] {
+            work = [request, run](const Console& console) { return run(*request, console); };
+        });
+    }
+}
+
+}  // namespace quill::cli

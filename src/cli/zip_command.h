@@ -1,0 +1,10 @@
+#pragma once
+
+#include "cli/commands.h"
+
+namespace quill::cli {
+
+/// Adds `quill zip list|extract|add|remove|test`; see add_decode_command for `work`.
+void add_zip_command(CLI::App& app, Work& work);
+
+}  // namespace quill::cli
