@@ -2,6 +2,7 @@
 
 #include "codec/decode_run.h"
 #include "codec/lines.h"
+#include "codec/yenc_join.h"
 
 #include <algorithm>
 #include <bit>
@@ -167,6 +168,8 @@ Outcome decode(const Attachment& attachment, std::span<const std::string_view> i
             decode_quoted_printable(body, sink);
             break;
         case Format::yenc:
+            decode_yenc(attachment, inputs, on_read, sink);
+            break;
         case Format::identity:
             decode_identity(body, sink);
             break;

@@ -1,6 +1,7 @@
 #include "codec/part_join.h"
 
 #include "codec/scanner.h"
+#include "codec/yenc_join.h"
 #include "files/path.h"
 #include "text/ascii.h"
 
@@ -236,6 +237,7 @@ Found join_parts(std::vector<FoundFile> files, std::span<const std::string_view>
                  std::span<const std::string> paths) {
     Found out;
     files = join_messages(std::move(files), inputs);
+    yenc::join_posts(files, inputs);
     std::map<Key, std::vector<Piece>> groups;
     for (std::size_t i = 0; i < files.size(); ++i) {
         if (!is_piece(files[i])) continue;

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "codec/attachment.h"
+#include "codec/decode_run.h"
+#include "codec/found_file.h"
 
 #include <cstdint>
-#include <functional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -11,22 +11,29 @@
 /// Files whose parts came in several yEnc posts, in whatever order and in whatever inputs.
 ///
 /// A yEnc attachment's body is its posts, each from its `=ybegin` to behind its `=yend`, as each says where its part
-/// belongs and what it should give. `inputs` are the texts that the ranges' sources count.
+/// belongs and what it should give.
 namespace quill::codec::yenc {
 
-/// Makes one attachment of those whose posts are parts of one file: of the same name and size. It stands where the
-/// first of them stood. Posts that state the same bytes of the file with different checksums are of different files.
-void join_parts(std::span<const std::string_view> inputs, std::vector<Attachment>& attachments);
+/// Makes one file of those whose posts are parts of one: of the same name and size. It stands where the first of them
+/// stood. Posts that state the same bytes of the file with different checksums are of different files.
+void join_posts(std::vector<FoundFile>& files, std::span<const std::string_view> inputs);
 
-/// Takes decoded bytes at their place in the file, which is mostly behind those before; false to stop.
-using WriteAt = std::function<bool(std::uint64_t offset, std::string_view bytes)>;
-
-/// Decodes a yEnc attachment, part by part in the file's order, through `write`; without it, only checks it.
-///
-/// Parts go where their `=ypart` says; a part that is missing leaves a gap, which is a problem, as are parts that
-/// overlap. Of a part that is there twice the first good one is taken. A part that is all there is of its file goes to
-/// the beginning. A gap that would be out of all proportion to the input is left out. Dots added to lines are taken off
-/// where the size or the checksum then agrees. Stops early where `write` says so; the outcome is then worthless.
-Outcome decode_file(std::span<const std::string_view> inputs, const Attachment& attachment, const WriteAt& write = {});
+/// The most zeros that stand for parts that are missing, whatever the parts say: this many bytes, or this many times
+/// the size of the posts. Where more would be needed the parts are put one behind the other.
+constexpr std::uint64_t most_zeros = std::uint64_t{64} << 20U;
+constexpr std::uint64_t most_zeros_per_byte = 64;
 
 }  // namespace quill::codec::yenc
+
+namespace quill::codec {
+
+/// Decodes a yEnc attachment, part by part in the file's order.
+///
+/// Parts go where their `=ypart` says; one that is missing leaves a gap of zeros, and of parts that overlap the bytes
+/// of the first are kept; both are problems. Of a part that is there twice the first good one is taken. A part that is
+/// all there is of its file stands at the beginning. Dots added to lines are taken off where the size or the checksum
+/// then agrees.
+void decode_yenc(const Attachment& attachment, std::span<const std::string_view> inputs, const OnRead& on_read,
+                 Sink& sink);
+
+}  // namespace quill::codec

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <limits>
 #include <memory>
 
 namespace quill::codec::yenc {
@@ -57,44 +58,21 @@ std::string_view line_at(std::string_view text, std::size_t at) {
     return ahead.substr(0, find_line_end(ahead, 0));
 }
 
-/// Where the line behind the line end at `at` begins.
-std::size_t behind_line_end(std::string_view text, std::size_t at) {
-    if (at < text.size() && text[at] == '\r') ++at;
-    if (at < text.size() && text[at] == '\n') ++at;
-    return at;
-}
-
 std::size_t next_line(std::string_view text, std::size_t at) {
-    return behind_line_end(text, find_line_end(text, at));
+    at = find_line_end(text, at);
+    const std::string_view end = text.substr(at, 3);
+    if (end == "\r\r\n") return at + 3;
+    return at + (end.starts_with("\r\n") ? 2 : std::min<std::size_t>(end.size(), 1));
 }
 
-/// Sees the lines of the data go by, up to the one that ends them.
-struct DataLines {
-    bool stuffed = false;
-    bool unstuffed = false;
-    std::optional<std::size_t> lone_dot;  ///< the first line of a single dot: data, or the end of an article
-    std::optional<EndLine> end;
-
-    /// Whether the line at `at` ends the data.
-    bool is_last(std::string_view text, std::size_t at) {
-        if (at == text.size()) return true;
-        if (text[at] == '.') see_dot(text, at);
-        if (text[at] != '=' || text.substr(at, 2) != "=y") return false;
-        const std::string_view line = line_at(text, at);
-        end = parse_end(line);
-        return end || parse_begin(line);
-    }
-
-  private:
-    void see_dot(std::string_view text, std::size_t at) {
-        const std::string_view line = line_at(text, at);
-        if (line == ".") {
-            if (!lone_dot) lone_dot = at;
-        } else {
-            (line.starts_with("..") ? stuffed : unstuffed) = true;
-        }
-    }
-};
+/// Where the last line of `text` begins, no further back than a keyword line is long.
+std::size_t last_line(std::string_view text) {
+    const std::size_t end = text.find_last_not_of("\r\n");
+    if (end == std::string_view::npos) return text.size();
+    const std::size_t first = end > longest_keyword_line ? end - longest_keyword_line : 0;
+    const std::size_t before = text.substr(first, end - first).find_last_of("\r\n");
+    return before == std::string_view::npos ? text.size() : first + before + 1;
+}
 
 /// A size that the post states for its data and that is not `size`, if there is one.
 std::optional<std::uint64_t> wrong_size(const Post& post, std::uint64_t size) {
@@ -191,28 +169,34 @@ std::optional<std::uint32_t> Post::stated_crc() const {
     return end->pcrc32 || is_part() ? end->pcrc32 : end->crc32;
 }
 
-std::optional<Post> read_post(std::string_view text, std::size_t at) {
-    const std::optional<BeginLine> begin = parse_begin(line_at(text, at));
+std::optional<Post> read_post(std::string_view text) {
+    const std::optional<BeginLine> begin = parse_begin(line_at(text, 0));
     if (!begin) return std::nullopt;
     Post post;
     post.begin = *begin;
-    post.data_begin = next_line(text, at);
+    post.data_begin = next_line(text, 0);
     post.part = parse_part(line_at(text, post.data_begin));
     if (post.part) post.data_begin = next_line(text, post.data_begin);
-
-    DataLines lines;
-    post.data_end = post.data_begin;
-    while (!lines.is_last(text, post.data_end)) post.data_end = next_line(text, post.data_end);
-    post.end = lines.end;
-    post.post_end = post.end ? next_line(text, post.data_end) : post.data_end;
-    if (!post.end && lines.lone_dot) post.data_end = *lines.lone_dot;
-    post.may_be_stuffed = lines.stuffed && !lines.unstuffed && !(post.end && lines.lone_dot);
+    post.data_end = std::max(last_line(text), post.data_begin);
+    post.end = parse_end(line_at(text, post.data_end));
+    if (!post.end) post.data_end = text.size();
     return post;
 }
 
-std::optional<Data> decode_data(std::string_view text, const Post& post, bool dotted, const TakeBytes& take,
-                                std::uint64_t limit) {
+bool dots_look_added(std::string_view text, const Post& post) {
+    bool found = false;
+    for (std::size_t at = post.data_begin; at < post.data_end; at = next_line(text, at)) {
+        if (text[at] != '.') continue;
+        if (!text.substr(at).starts_with("..")) return false;
+        found = true;
+    }
+    return found;
+}
+
+std::optional<Data> decode_data(std::string_view text, const Post& post, bool dotted, const TakeBytes& take) {
     const Rules rules = dotted ? Rules::draft_dotted : Rules::draft;
+    constexpr std::uint64_t no_limit = std::numeric_limits<std::uint64_t>::max();
+    const std::uint64_t limit = post.end ? no_limit : post.stated_size().value_or(no_limit);
     const auto out = std::make_unique_for_overwrite<char[]>(decoded_bound(piece_size));
     Data data;
     std::size_t at = post.data_begin;
@@ -224,9 +208,9 @@ std::optional<Data> decode_data(std::string_view text, const Post& post, bool do
         const std::string_view bytes(out.get(), std::min<std::uint64_t>(progress.written, limit - data.size));
         data.crc = crc32(data.crc, bytes);
         data.size += bytes.size();
-        if (take && !bytes.empty() && !take(bytes)) return std::nullopt;
         at += progress.read;
         if (progress.ended) at = std::min(next_line(text, at), post.data_end);
+        if (take && !take(bytes, at)) return std::nullopt;
     }
     return data;
 }
@@ -237,32 +221,32 @@ bool agrees(const Post& post, const Data& data) {
     return size && *size == data.size;
 }
 
-Verification verify(const Post& post, const Data& data, std::uint64_t at_input, std::uint64_t at_output) {
+Verification verify(const Post& post, const Data& data) {
     Verification out;
-    const std::uint64_t trailer = at_input + post.data_end;
     const auto problem = [&](Grade grade, std::string kind, std::string text) {
-        out.problems.push_back({grade, std::move(kind), trailer, at_output, std::move(text)});
+        out.problems.push_back({grade, std::move(kind), post.data_end, {}, std::move(text)});
     };
-    // Some encoders state a part's own CRC as though it were the file's.
-    const bool own_crc = post.is_part() && post.end && post.end->crc32 == data.crc;
-    out.vouched_for = agrees(post, data) || (own_crc && !post.stated_crc());
     if (!post.end) {
-        out.vouched_for = out.complete = false;
-        problem(Grade::lost, "missing-end", "the post has no =yend line");
+        problem(Grade::lost, "missing-end", "The line that ends the data is missing");
         return out;
     }
+    // Some encoders state a part's own CRC as though it were the file's.
+    const bool own_crc = post.is_part() && !post.stated_crc() && post.end->crc32 == data.crc;
+    out.vouched_for = agrees(post, data) || own_crc;
     if (post.end->unreadable_crc) {
         out.vouched_for = false;
-        problem(Grade::repaired, "bad-field", "the stated CRC is no number of 32 bits");
+        problem(Grade::repaired, "bad-field", "The stated CRC is no number of 32 bits");
     }
     const std::optional<std::uint32_t> crc = post.stated_crc();
+    const bool crc_agrees = own_crc || (crc && *crc == data.crc);
     if (const auto size = wrong_size(post, data.size)) {
-        const bool outweighed = crc && *crc == data.crc;
-        problem(outweighed ? Grade::repaired : Grade::damaged, "wrong-size",
-                std::to_string(*size) + " bytes are stated, " + std::to_string(data.size) + " are there");
+        out.vouched_for = crc_agrees;
+        problem(crc_agrees ? Grade::repaired : Grade::damaged, crc_agrees ? "size-differs" : "bad-size",
+                "The text states " + std::to_string(*size) + " bytes, and " + std::to_string(data.size) + " came out");
     }
     if (crc && *crc != data.crc) {
-        problem(Grade::damaged, "bad-crc", "the CRC is " + hexadecimal(data.crc) + ", stated is " + hexadecimal(*crc));
+        problem(Grade::damaged, "bad-crc",
+                "The text states the CRC " + hexadecimal(*crc) + ", and that of the bytes is " + hexadecimal(data.crc));
     }
     return out;
 }

@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -45,15 +44,13 @@ std::optional<EndLine> parse_end(std::string_view line);
 /// The value of up to 8 hexadecimal digits, or of 9 to 16 whose first ones only extend the sign of 32 bits.
 std::optional<std::uint32_t> parse_crc(std::string_view digits);
 
-/// One post. Offsets are into the text that it was read from.
+/// One post. Offsets are into its text.
 struct Post {
     BeginLine begin;
     std::optional<PartLine> part;
-    std::optional<EndLine> end;   ///< absent where the post breaks off
-    std::size_t data_begin = 0;   ///< the first byte behind the header lines
-    std::size_t data_end = 0;     ///< the `=yend` line, or where the data breaks off
-    std::size_t post_end = 0;     ///< behind the `=yend` line and its line end, or `data_end`
-    bool may_be_stuffed = false;  ///< each line that begins with a dot begins with two: perhaps one was added
+    std::optional<EndLine> end;  ///< absent where the post breaks off
+    std::size_t data_begin = 0;  ///< the first byte behind the header lines
+    std::size_t data_end = 0;    ///< the `=yend` line, or where the data breaks off
 
     /// Whether the header is that of one part and the trailer that of another: posts that were put together, with the
     /// lines between them cut out.
@@ -69,10 +66,13 @@ struct Post {
     std::optional<std::uint32_t> stated_crc() const;
 };
 
-/// Reads the post whose `=ybegin` stands at `at`, the beginning of a line; nullopt where that line is none. It ends
-/// with its `=yend`, else at the next `=ybegin`, at a line of a single dot, or with the text. Lines may end in CR LF,
-/// LF or CR.
-std::optional<Post> read_post(std::string_view text, std::size_t at);
+/// Reads the lines around the data of the post that `text` is, from its `=ybegin` to behind its `=yend` or to where it
+/// breaks off. nullopt where it begins otherwise. Lines may end in CR LF, LF, CR or CR CR LF.
+std::optional<Post> read_post(std::string_view text);
+
+/// Whether there are lines of data that begin with a dot, and each of them begins with two: perhaps one was added on
+/// the way, as NNTP (RFC 3977 3.1.1) and SMTP do.
+bool dots_look_added(std::string_view text, const Post& post);
 
 /// What the data of a post came to.
 struct Data {
@@ -82,28 +82,26 @@ struct Data {
     bool operator==(const Data&) const = default;
 };
 
-/// Takes the bytes decoded, in order; false to stop.
-using TakeBytes = std::function<bool(std::string_view)>;
+/// Takes bytes decoded, in order, and how much of the text is used up; false to stop.
+using TakeBytes = std::function<bool(std::string_view bytes, std::size_t read_to)>;
 
-/// Decodes the data of `post` in `text`, at most `limit` bytes, by the draft's rules, with dots taken off where
-/// `dotted`. Other lines that begin with `=y` are passed over. Works in pieces of fixed size. nullopt where `take`
-/// stopped it.
-std::optional<Data> decode_data(std::string_view text, const Post& post, bool dotted, const TakeBytes& take = {},
-                                std::uint64_t limit = std::numeric_limits<std::uint64_t>::max());
+/// Decodes the data of `post` by the draft's rules, with dots taken off where `dotted`. Other lines that begin with
+/// `=y` are passed over. A post that breaks off gives no more bytes than it states, as anything may stand behind it.
+/// Works in pieces of fixed size. nullopt where `take` stopped it.
+std::optional<Data> decode_data(std::string_view text, const Post& post, bool dotted, const TakeBytes& take = {});
 
 /// Whether the data are what the post states: its CRC agrees or, where it states none, its size.
 bool agrees(const Post& post, const Data& data);
 
 /// What is said of a post's data.
 struct Verification {
-    std::vector<Problem> problems;
-    bool vouched_for = false;  ///< a CRC agrees or, where none is stated, all sizes do
-    bool complete = true;      ///< it has its trailer
+    std::vector<Problem> problems;  ///< offsets of the input count from the post's beginning
+    bool vouched_for = false;       ///< a CRC agrees or, where none is stated, all sizes do
 };
 
-/// Holds `data`, which begins at `at_output` of a result, against what `post`, which begins at `at_input` of an input,
-/// states. Any size that disagrees and any CRC is a problem; a CRC that agrees outweighs sizes that don't.
-Verification verify(const Post& post, const Data& data, std::uint64_t at_input, std::uint64_t at_output);
+/// Holds `data` against what `post` states. Any size that disagrees is a problem, and any CRC; a CRC that agrees
+/// outweighs sizes that don't.
+Verification verify(const Post& post, const Data& data);
 
 /// The eight digits of `crc`, in lower case.
 std::string hexadecimal(std::uint32_t crc);

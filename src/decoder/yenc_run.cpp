@@ -81,20 +81,21 @@ yenc::Post stated_post(std::string_view bytes, std::size_t data_begin, std::size
 }
 
 codec::Outcome judge(const yenc::Post& post, const yenc::Data& data) {
-    yenc::Verification verification = yenc::verify(post, data, 0, 0);
+    yenc::Verification verification = yenc::verify(post, data);
     codec::Outcome outcome;
     outcome.size = data.size;
-    const bool damaged = std::any_of(verification.problems.begin(), verification.problems.end(),
-                                     [](const auto& problem) { return problem.grade != codec::Grade::repaired; });
     outcome.problems = std::move(verification.problems);
-    const bool in_parts = post.is_part() && post.begin.size.value_or(data.size) > data.size;
-    if (in_parts) {
+    if (post.is_part() && post.begin.size.value_or(data.size) > data.size) {
         outcome.problems.push_back(
-            {codec::Grade::lost, "missing-part", post.data_end, data.size, "this is one part of a larger file"});
+            {codec::Grade::lost, "missing-part", post.data_end, data.size, "This is one part of a larger file"});
     }
-    if (!verification.complete || in_parts) {
+    const auto has = [&](codec::Grade grade) {
+        return std::any_of(outcome.problems.begin(), outcome.problems.end(),
+                           [grade](const codec::Problem& problem) { return problem.grade == grade; });
+    };
+    if (has(codec::Grade::lost)) {
         outcome.verdict = codec::Verdict::incomplete;
-    } else if (damaged) {
+    } else if (has(codec::Grade::damaged)) {
         outcome.verdict = codec::Verdict::damaged;
     } else {
         outcome.verdict = verification.vouched_for ? codec::Verdict::verified : codec::Verdict::whole;

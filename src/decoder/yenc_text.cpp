@@ -26,7 +26,7 @@ AdaptedText::AdaptedText(std::string_view bytes, std::size_t start)
     : bytes_(bytes), unix_text_(text::is_unix_text(bytes)) {
     std::size_t in_adapted = 0;
     if (unix_text_) {
-        while (taken_ < bytes.size() && in_adapted < start) in_adapted += bytes[taken_++] == '\n' ? 2 : 1;
+        while (taken_ < bytes.size() && in_adapted < start) in_adapted += bytes[taken_++] == '\n' ? 2U : 1U;
     } else {
         taken_ = std::min(start, bytes.size());
     }

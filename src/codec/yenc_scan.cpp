@@ -1,0 +1,65 @@
+#include "codec/text_scan.h"
+#include "codec/yenc_post.h"
+#include "text/ascii.h"
+
+#include <utility>
+
+namespace quill::codec {
+namespace {
+
+/// Whether another article or message begins at `line`, so that a post ends before it whatever it lacks.
+bool is_limit(const TextScan& scan, const Line& line, std::uint32_t segment) {
+    if (line.begin.segment != segment) return true;
+    if (line.text.starts_with("=y")) return yenc::parse_begin(line.text).has_value();
+    const bool may_stop = line.text.starts_with("--") || line.text.starts_with("From ");
+    return may_stop && scan.is_stop(line);
+}
+
+/// Where the post whose first line is `line` ends: behind its trailer. Without one the data are taken to go on to the
+/// first line that is empty or a single dot, as no line of data is but the last.
+Position find_end(TextScan& scan, const Line& line) {
+    Position end = line.next;
+    std::optional<Position> breaks_off;
+    Line next;
+    while (scan.cursor.next(next) && !is_limit(scan, next, line.begin.segment)) {
+        if (next.text.starts_with("=yend") && yenc::parse_end(next.text)) return next.next;
+        if (!breaks_off && (next.text.empty() || next.text == ".")) breaks_off = next.begin;
+        end = next.next;
+    }
+    return breaks_off.value_or(end);
+}
+
+/// What `subject` names: what stands between quotes, else all of it but the word that names the format.
+std::string name_in(std::string_view subject) {
+    const std::size_t open = subject.find('"');
+    const std::size_t close = subject.rfind('"');
+    if (open != std::string_view::npos && close > open + 1) {
+        return std::string(subject.substr(open + 1, close - open - 1));
+    }
+    subject = text::trim(subject);
+    constexpr std::string_view format = "yenc";
+    if (text::ends_with_ignoring_case(subject, format)) subject.remove_suffix(format.size());
+    return std::string(text::trim(subject));
+}
+
+}  // namespace
+
+bool sniff_yenc(std::string_view line) {
+    return line.starts_with("=ybegin");
+}
+
+bool open_yenc(TextScan& scan, const Line& line) {
+    const std::optional<yenc::BeginLine> begin = yenc::parse_begin(line.text);
+    if (!begin) return false;
+    const Position end = find_end(scan, line);
+    scan.cursor.seek(end);
+    FoundFile file;
+    file.attachment.format = Format::yenc;
+    file.attachment.body = scan.cursor.ranges(line.begin, end);
+    file.attachment.name = begin->name.empty() ? name_in(scan.label.file) : std::string(begin->name);
+    file.label = std::exchange(scan.label, {});
+    scan.add(std::move(file));
+    return true;
+}
+
+}  // namespace quill::codec
