@@ -164,7 +164,7 @@ def xxencoded(name, data):
 def binhexed(name, kind, creator, data, resource):
     """BinHex 4.0: header, data fork and resource fork, each with its checksum; no runs but of the mark itself."""
     def checked(piece):
-        return piece + struct.pack(">H", binascii.crc_hqx(piece + b"\0\0", 0))
+        return piece + struct.pack(">H", binascii.crc_hqx(piece, 0))
 
     header = bytes([len(name)]) + name + b"\0" + kind + creator + struct.pack(">HII", 0, len(data), len(resource))
     packed = (checked(header) + checked(data) + checked(resource)).replace(b"\x90", b"\x90\0")

@@ -1,4 +1,5 @@
 #include "cli/commands.h"
+
 #include "cli/zip_command.h"
 
 #include <CLI/CLI.hpp>
@@ -16,12 +17,14 @@ constexpr const char* footer =
     "incomplete; 2 nothing was found; 3 bad usage, or a file can't be read or written.\n"
     "`quill COMMAND --help` tells a command's options; `man quill` tells the rest.";
 
-/// A file may be called "[a]": that is no list here.
-void take_brackets_as_they_are(CLI::App& app) {
-    for (CLI::App* command : app.get_subcommands({})) {
-        for (CLI::Option* option : command->get_options()) option->allow_extra_args(false);
-        take_brackets_as_they_are(*command);
+/// The arguments as the parser wants them: the last one first. It would read "[a,b]" as a list of two, so a file of
+/// that name is given by another path.
+std::vector<std::string> for_parser(std::span<const std::string> arguments) {
+    std::vector<std::string> out(arguments.rbegin(), arguments.rend());
+    for (std::string& argument : out) {
+        if (argument.starts_with('[') && argument.ends_with(']')) argument.insert(0, "./");
     }
+    return out;
 }
 
 /// What the standard streams could not take: a full disk, a closed pipe.
@@ -42,11 +45,11 @@ ExitStatus run(std::span<const std::string> arguments, const Console& console) {
     app.footer(footer);
     add_decode_command(app, work);
     add_list_command(app, work);
+    add_encode_command(app, work);
     add_merge_command(app, work);
     add_zip_command(app, work);
-    take_brackets_as_they_are(app);
     try {
-        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));  // the parser takes them from behind
+        app.parse(for_parser(arguments));
     } catch (const CLI::ParseError& error) {
         const bool is_complaint = app.exit(error, console.out, console.err) != 0;
         return flushed(is_complaint ? ExitStatus::failed : ExitStatus::good, console);

@@ -18,6 +18,7 @@ using Work = std::function<ExitStatus(const Console&)>;
 /// Each adds one subcommand to `app`; parsing a command line that names it puts its work into `work`, which must
 /// outlive `app`.
 void add_decode_command(CLI::App& app, Work& work);
+void add_encode_command(CLI::App& app, Work& work);
 void add_list_command(CLI::App& app, Work& work);
 void add_merge_command(CLI::App& app, Work& work);
 

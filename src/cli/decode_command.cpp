@@ -43,7 +43,7 @@ void decode_one(const codec::Attachment& attachment, const DecodeRequest& reques
     } else if (written.error().code == ErrorCode::bad_input) {
         // Nothing of it could be decoded: a result, though one without a file.
         report.add({attachment.name, "", attachment.format, inputs.recovery()->check(attachment), sources});
-    } else {
+    } else if (written.error().code != ErrorCode::cancelled) {
         report.fail(path, written.error());
     }
 }

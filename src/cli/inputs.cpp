@@ -103,6 +103,7 @@ Inputs::Inputs(const Request& request, const Console& console, Report& report, P
     progress.clear();
     if (recovery) {
         recovery_.emplace(std::move(*recovery));
+        for (const codec::Problem& problem : recovery_->problems()) report.add(problem);
     } else {
         report.fail({}, recovery.error());
     }

@@ -129,6 +129,12 @@ void Report::tell_problems(const codec::Recovered& file) const {
     }
 }
 
+void Report::add(const codec::Problem& problem) {
+    damaged_ = true;
+    if (style_ == ReportStyle::silent) return;
+    console_.err << "quill: at byte " << problem.at_input << ": " << printable(problem.text) << '\n';
+}
+
 void Report::fail(std::string_view what, const Error& error) {
     failed_ = true;
     console_.err << "quill: " << printable(what) << (what.empty() ? "" : ": ") << printable(error.text) << '\n';

@@ -38,6 +38,9 @@ class Report {
 
     void add(const codec::Recovered& file);
 
+    /// Says what is wrong with the inputs as a whole, which takes something away from the results.
+    void add(const codec::Problem& problem);
+
     /// Says that `what` failed. `error.text` is the reason; an empty `what` leaves the reason alone.
     void fail(std::string_view what, const Error& error);
 
