@@ -43,6 +43,9 @@ ExitStatus run(std::span<const std::string> arguments, const Console& console) {
     app.set_version_flag("--version", std::string("quill ") + QUILL_VERSION);
     app.require_subcommand(1);
     app.footer(footer);
+    app.failure_message([](const CLI::App*, const CLI::Error& error) {
+        return "quill: " + std::string(error.what()) + "\n`quill --help` and `quill COMMAND --help` tell the usage.\n";
+    });
     add_decode_command(app, work);
     add_list_command(app, work);
     add_encode_command(app, work);

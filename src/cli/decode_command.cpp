@@ -76,9 +76,11 @@ void add_decode_command(CLI::App& app, Work& work) {
         ->type_name("DIR");
     add_request_options(*command, *request);
     command->footer(
-        "Each result is a line: name, size in bytes, verdict, format, with tabs between. The verdict is `verified` "
-        "(a checksum or a stated size agrees), `whole`, `damaged` or `incomplete`. A name that is taken becomes "
-        "`name (2).ext`; no file is ever replaced.");
+        "Each result is a line: name, size in bytes, verdict, format, with tabs between.\n"
+        "The verdict is `verified` (a checksum or a stated size agrees), `whole`,\n"
+        "`damaged` or `incomplete`. A name that is taken becomes `name (2).ext`; no file is\n"
+        "ever replaced. Exit status: 0 all is whole or verified; 1 something is damaged or\n"
+        "incomplete; 2 nothing was found; 3 bad usage, or a file can't be read or written.");
     command->callback(
         [&work, request] { work = [request](const Console& console) { return decode(*request, console); }; });
 }

@@ -41,14 +41,16 @@ bool Request::wants(const codec::Attachment& attachment) const {
 void add_request_options(CLI::App& command, Request& request) {
     command
         .add_option("FILE", request.files,
-                    "Saved messages and posts; - is standard input. They are read together, in any order: parts of "
-                    "one attachment that lie in several files are joined")
+                    "Saved messages and posts; - is standard input. They are\n"
+                    "read together, in any order: parts of one attachment that\n"
+                    "lie in several files are joined")
         ->required()
         ->type_name("");
     command.add_flag("--all", request.all, "The texts of messages too: text parts without a file name");
     command.add_flag("--forks", request.forks, "The resource forks in BinHex too, as NAME.rsrc");
     command.add_flag("--json", request.json,
-                     "Tell the results as a JSON array of {name, path, size, format, verdict, problems, sources}");
+                     "Tell the results as a JSON array of objects with name,\n"
+                     "path, size, format, verdict, problems and sources");
     command.add_flag("--quiet", request.quiet, "Neither lines nor a progress bar; errors are still told");
 }
 
