@@ -5,11 +5,11 @@
 #include "codec/mime_write.h"
 #include "codec/uu_write.h"
 #include "codec/yenc_write.h"
+#include "files/directory.h"
 #include "files/path.h"
 
+#include <algorithm>
 #include <array>
-#include <filesystem>
-#include <system_error>
 
 namespace quill::codec {
 namespace {
@@ -51,10 +51,9 @@ Status check_options(const OutputFormat& format, const EncodeOptions& options) {
     return Done{};
 }
 
-/// Whether both paths lead to one file, whatever links or spellings lie between.
-bool same_file(const std::string& a, const std::string& b) {
-    std::error_code error;
-    return std::filesystem::equivalent(a, b, error) && !error;
+/// Bytes of a file of `size` that one output holds.
+std::uint64_t part_size(std::uint64_t size, const OutputFormat& format, const EncodeOptions& options) {
+    return options.part_size == 0 ? size : options.part_size / format.part_unit * format.part_unit;
 }
 
 Status write_piece(const EncodePiece& piece, const files::MappedFile& input, const std::string& path,
@@ -116,30 +115,34 @@ std::string part_path(const std::string& output, std::uint64_t number, std::uint
     return files::join(files::dir_of(output), name.substr(0, extension) + '.' + digits + name.substr(extension));
 }
 
+Result<std::vector<std::string>> output_paths(const std::string& output, std::uint64_t size, const OutputFormat& format,
+                                              const EncodeOptions& options) {
+    if (const Status checked = check_options(format, options); !checked) return checked.error();
+    const std::uint64_t part = part_size(size, format, options);
+    const std::uint64_t count = size <= part ? 1 : (size - 1) / part + 1;
+    if (count > most_parts) return Error{ErrorCode::limit, 0, "that would make more than 99999 parts"};
+    std::vector<std::string> paths;
+    for (std::uint64_t number = 1; number <= count; ++number) paths.push_back(part_path(output, number, count));
+    return paths;
+}
+
 Result<std::vector<std::string>> encode_file(const std::string& input_path, const std::string& output_path,
                                              const OutputFormat& format, const EncodeOptions& options,
                                              const OnProgress& on_progress) {
-    if (const Status checked = check_options(format, options); !checked) return checked.error();
     const Result<files::MappedFile> input = files::MappedFile::open(input_path);
     if (!input) return input.error();
     const std::uint64_t size = input->bytes().size();
-    const std::uint64_t part_size =
-        options.part_size == 0 ? size : options.part_size / format.part_unit * format.part_unit;
-    const std::uint64_t count = size <= part_size ? 1 : (size - 1) / part_size + 1;
-    if (count > most_parts) return Error{ErrorCode::limit, 0, "that would make more than 99999 parts"};
-
-    std::vector<std::string> paths;
-    for (std::uint64_t number = 1; number <= count; ++number) {
-        paths.push_back(part_path(output_path, number, count));
-        if (same_file(input_path, paths.back())) {
-            return Error{ErrorCode::bad_argument, 0, "the output would replace the input itself"};
-        }
+    Result<std::vector<std::string>> paths = output_paths(output_path, size, format, options);
+    if (!paths) return paths;
+    if (std::any_of(paths->begin(), paths->end(),
+                    [&](const std::string& path) { return files::same_file(input_path, path); })) {
+        return Error{ErrorCode::bad_argument, 0, "the output would replace the input itself"};
     }
     const std::string name = header_name(input_path);
-    for (std::uint64_t number = 1; number <= count; ++number) {
-        const std::uint64_t begin = (number - 1) * part_size;
-        const EncodePiece piece{name, input->bytes(), begin, std::min(begin + part_size, size), number, count};
-        const Status written = write_piece(piece, *input, paths[number - 1], format, options, on_progress);
+    const std::uint64_t part = part_size(size, format, options);
+    for (std::uint64_t i = 0; i < paths->size(); ++i) {
+        const EncodePiece piece{name, input->bytes(), i * part, std::min((i + 1) * part, size), i + 1, paths->size()};
+        const Status written = write_piece(piece, *input, (*paths)[i], format, options, on_progress);
         if (!written) return written.error();
     }
     return paths;

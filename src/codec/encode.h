@@ -51,6 +51,11 @@ std::string default_output_path(const OutputFormat& format, std::string_view pat
 /// to the digits of `count`. `output` itself where `count` is 1.
 std::string part_path(const std::string& output, std::uint64_t number, std::uint64_t count);
 
+/// The paths that `encode_file` writes for a file of `size` bytes: `output`, or its parts. Fails as it does for options
+/// that the format doesn't have and for too many parts.
+Result<std::vector<std::string>> output_paths(const std::string& output, std::uint64_t size, const OutputFormat& format,
+                                              const EncodeOptions& options = {});
+
 /// Encodes the file `input` as `output`, or as several of its parts, and returns the paths written. What stands there
 /// is replaced once the new one is whole. Fails with `bad_argument` for options that the format doesn't have and where
 /// an output would be the input itself (by the same path, a link or another spelling), with `limit` for more than 99

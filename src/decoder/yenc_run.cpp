@@ -16,12 +16,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <filesystem>
 #include <iterator>
 #include <memory>
 #include <optional>
 #include <string_view>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -153,11 +151,6 @@ std::optional<std::string> decode_file(shell::Context& context, const std::strin
     return *published;
 }
 
-bool same_file(const std::string& a, const std::string& b) {
-    std::error_code error;
-    return std::filesystem::equivalent(a, b, error) && !error;
-}
-
 /// The name itself where no file with content has it, else the next of the row "x-a.jpg", "x-a-a.jpg" ...
 std::string free_name(std::string name) {
     constexpr std::size_t extension = 4;
@@ -214,7 +207,7 @@ void getbytes(shell::Context& context, std::string& path) {
     w.File3.set_directory(directory);
     w.File2.refresh();
     w.File3.refresh();
-    const bool replaces = !same_file(context.session.YencName, path);
+    const bool replaces = !files::same_file(context.session.YencName, path);
     const auto name =
         decode_file(context, path, yenc::Rules::plain, replaces ? OnCollision::replace : OnCollision::choose_name);
     if (name) {

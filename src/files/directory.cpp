@@ -76,7 +76,16 @@ bool is_directory(const std::string& path) {
     return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-bool is_executable(const std::string& path) { return file_size(path) && access(path.c_str(), X_OK) == 0; }
+bool is_executable(const std::string& path) {
+    return file_size(path) && access(path.c_str(), X_OK) == 0;
+}
+
+bool same_file(const std::string& a, const std::string& b) {
+    struct stat of_a = {};
+    struct stat of_b = {};
+    if (stat(a.c_str(), &of_a) != 0 || stat(b.c_str(), &of_b) != 0) return false;
+    return of_a.st_dev == of_b.st_dev && of_a.st_ino == of_b.st_ino;
+}
 
 bool remove_file(const std::string& path) {
     return unlink(path.c_str()) == 0;

@@ -26,6 +26,9 @@ bool is_directory(const std::string& path);
 /// Whether `path` is a regular file that this process may execute.
 bool is_executable(const std::string& path);
 
+/// Whether both paths lead to one file that is there, whatever links or spellings lie between.
+bool same_file(const std::string& a, const std::string& b);
+
 /// Deletes the file at `path` (a link itself, not its target); false where it could not be done.
 bool remove_file(const std::string& path);
 
