@@ -1,0 +1,172 @@
+#include "files/atomic_file.h"
+
+#include "support/temporary_directory.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <string>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+namespace quill::files {
+namespace {
+
+using Names = std::vector<std::string>;
+
+class Atomic : public testing::Test {
+  protected:
+    /// Writes `bytes` as `name` and publishes it.
+    Result<std::string> publish(const std::string& name, const std::string& bytes, OnCollision on_collision) {
+        Result<AtomicFile> file = AtomicFile::create(dir.path(name));
+        if (!file) return file.error();
+        file->write(bytes);
+        return file->publish(on_collision);
+    }
+
+    mode_t mode_of(const std::string& name) {
+        struct stat status = {};
+        lstat(dir.path(name).c_str(), &status);
+        return status.st_mode & 07777U;
+    }
+
+    tests::TemporaryDirectory dir;
+};
+
+TEST_F(Atomic, AppearsUnderItsNameOnlyWhenPublished) {
+    Result<AtomicFile> file = AtomicFile::create(dir.path("a"));
+    ASSERT_TRUE(file.ok());
+    EXPECT_TRUE(file->write("one "));
+    EXPECT_TRUE(file->write("two"));
+    EXPECT_FALSE(dir.has("a"));
+    ASSERT_TRUE(file->publish(OnCollision::fail).ok());
+    EXPECT_EQ(dir.read("a"), "one two");
+    EXPECT_EQ(dir.names(), Names{"a"});
+}
+
+TEST_F(Atomic, LeavesNothingWhenItIsDropped) {
+    {
+        Result<AtomicFile> file = AtomicFile::create(dir.path("a"));
+        file->write("half");
+        AtomicFile moved = *std::move(file);
+        moved.write("more");
+    }
+    EXPECT_TRUE(dir.names().empty());
+}
+
+TEST_F(Atomic, WritesOutOfOrderLeaveZerosInTheGaps) {
+    Result<AtomicFile> file = AtomicFile::create(dir.path("a"));
+    file->write_at(4, "cd");
+    file->write_at(0, "ab");
+    EXPECT_EQ(file->size(), 6U);
+    file->write("ef");
+    ASSERT_TRUE(file->publish(OnCollision::fail).ok());
+    EXPECT_EQ(dir.read("a"), std::string("ab\0\0cdef", 8));
+}
+
+TEST_F(Atomic, ATakenNameIsRefusedEvadedOrReplacedAsAsked) {
+    dir.write("a.txt", "old");
+    const Result<std::string> refused = publish("a.txt", "new", OnCollision::fail);
+    ASSERT_FALSE(refused.ok());
+    EXPECT_EQ(refused.error().code, ErrorCode::exists);
+    EXPECT_EQ(dir.read("a.txt"), "old");
+
+    EXPECT_EQ(*publish("a.txt", "second", OnCollision::choose_name), dir.path("a (2).txt"));
+    EXPECT_EQ(*publish("a.txt", "third", OnCollision::choose_name), dir.path("a (3).txt"));
+    EXPECT_EQ(dir.read("a.txt"), "old");
+
+    EXPECT_EQ(*publish("a.txt", "new", OnCollision::replace), dir.path("a.txt"));
+    EXPECT_EQ(dir.read("a.txt"), "new");
+    EXPECT_EQ(dir.names(), (Names{"a (2).txt", "a (3).txt", "a.txt"}));
+}
+
+TEST_F(Atomic, ALinkAtTheTargetIsNeverWrittenThrough) {
+    dir.write("kept", "kept");
+    const auto link_to_kept = [&] { ASSERT_EQ(symlink("kept", dir.path("link").c_str()), 0); };
+    link_to_kept();
+    EXPECT_FALSE(publish("link", "new", OnCollision::fail).ok());
+    EXPECT_EQ(*publish("link", "new", OnCollision::choose_name), dir.path("link (2)"));
+    EXPECT_EQ(*publish("link", "new", OnCollision::replace), dir.path("link"));
+    EXPECT_EQ(dir.read("link"), "new");
+    EXPECT_EQ(dir.read("kept"), "kept");
+
+    ASSERT_EQ(symlink("nowhere", dir.path("dangling").c_str()), 0);
+    EXPECT_FALSE(publish("dangling", "new", OnCollision::fail).ok());
+    EXPECT_FALSE(dir.has("nowhere"));
+}
+
+TEST_F(Atomic, IsNeverExecutable) {
+    const mode_t before = umask(0);
+    EXPECT_TRUE(publish("a", "x", OnCollision::fail).ok());
+    umask(before);
+    EXPECT_EQ(mode_of("a"), 0644U);
+}
+
+TEST_F(Atomic, ARewriteKeepsThePermissionBits) {
+    dir.write("a", "old");
+    chmod(dir.path("a").c_str(), 0600);
+    ASSERT_TRUE(rewrite_file(dir.path("a"), "new").ok());
+    EXPECT_EQ(dir.read("a"), "new");
+    EXPECT_EQ(mode_of("a"), 0600U);
+}
+
+TEST_F(Atomic, ADirectoryThatTakesNoFileIsToldAtOnce) {
+    EXPECT_EQ(AtomicFile::create(dir.path("none/a")).error().code, ErrorCode::not_found);
+    dir.write("file", "");
+    EXPECT_EQ(AtomicFile::create(dir.path("file/a")).error().code, ErrorCode::access);
+    const Result<AtomicFile> in_proc = AtomicFile::create("/proc/a");
+    EXPECT_FALSE(in_proc.ok());
+}
+
+TEST_F(Atomic, ADirectoryAtTheTargetStaysAsItIs) {
+    dir.write("d/inside", "x");
+    EXPECT_FALSE(publish("d", "new", OnCollision::replace).ok());
+    EXPECT_EQ(dir.names(), Names{"d"});
+    EXPECT_EQ(dir.read("d/inside"), "x");
+}
+
+/// Lets no file of this process grow beyond `bytes` while it lives, as a full disk does.
+class FullDisk {
+  public:
+    explicit FullDisk(rlim_t bytes) {
+        signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &before_);
+        rlimit limit = before_;
+        limit.rlim_cur = bytes;
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+    ~FullDisk() {
+        setrlimit(RLIMIT_FSIZE, &before_);
+        signal(SIGXFSZ, SIG_DFL);
+    }
+
+  private:
+    rlimit before_ = {};
+};
+
+TEST_F(Atomic, AFullDiskLeavesTheOldFileAndNothingElse) {
+    dir.write("a", "old");
+    {
+        const FullDisk full(1000);
+        const Status rewritten = rewrite_file(dir.path("a"), std::string(5000, 'x'));
+        ASSERT_FALSE(rewritten.ok());
+        EXPECT_EQ(rewritten.error().code, ErrorCode::no_space);
+
+        Result<AtomicFile> file = AtomicFile::create(dir.path("b"));
+        ASSERT_TRUE(file.ok());
+        EXPECT_TRUE(file->write(std::string(900, 'x')));
+        EXPECT_FALSE(file->write(std::string(900, 'x')));
+        EXPECT_TRUE(file->failed());
+        EXPECT_FALSE(file->write("x")) << "the first failure stays";
+        EXPECT_EQ(file->publish(OnCollision::fail).error().code, ErrorCode::no_space);
+    }
+    EXPECT_EQ(dir.read("a"), "old");
+    EXPECT_EQ(dir.names(), Names{"a"});
+}
+
+}  // namespace
+}  // namespace quill::files
