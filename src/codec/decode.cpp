@@ -29,9 +29,27 @@ void Body::settle() {
     }
 }
 
-std::string_view Body::ahead(std::size_t most) const {
+std::string_view Body::ahead(std::size_t most) {
     if (at_end()) return {};
-    return input().substr(at_, std::min<std::uint64_t>(most, ranges_[index_].end - at_));
+    const std::uint64_t size = std::min<std::uint64_t>(most, ranges_[index_].end - at_);
+    return read_input_ ? window(size) : input().substr(at_, size);
+}
+
+/// The next `size` bytes, which are there, out of what was read, or read anew. Short where the file lost them
+/// meanwhile.
+std::string_view Body::window(std::size_t size) {
+    const Range& range = ranges_[index_];
+    const bool held =
+        window_range_.source == range.source && window_range_.begin <= at_ && at_ + size <= window_range_.end;
+    if (!held) {
+        window_.resize(std::max(window_.size(), std::min<std::uint64_t>(piece_size, range.end - range.begin)));
+        const std::uint64_t wanted = std::min<std::uint64_t>(window_.size(), range.end - at_);
+        const std::size_t got = read_input_(range.source, at_, window_.data(), wanted);
+        std::fill(window_.begin() + static_cast<std::ptrdiff_t>(got),
+                  window_.begin() + static_cast<std::ptrdiff_t>(wanted), '\0');
+        window_range_ = {at_, at_ + wanted, range.source};
+    }
+    return std::string_view(window_.data(), window_.size()).substr(at_ - window_range_.begin, size);
 }
 
 void Body::pass(std::size_t n) {
@@ -45,7 +63,7 @@ void Body::pass(std::size_t n) {
     settle();
 }
 
-std::string_view Body::line(std::size_t most) const {
+std::string_view Body::line(std::size_t most) {
     const std::string_view rest = ahead(most);
     std::size_t end = find_line_end(rest, 0);
     if (end < rest.size()) end += rest.substr(end, 2) == "\r\n" ? 2U : 1U;
@@ -150,8 +168,8 @@ void decode_identity(Body& body, Sink& sink) {
 }
 
 Outcome decode(const Attachment& attachment, std::span<const std::string_view> inputs, const Write& write,
-               const OnRead& on_read) {
-    Body body(attachment.body, inputs, on_read);
+               const OnRead& on_read, const ReadInput& read_input) {
+    Body body(attachment.body, inputs, on_read, read_input);
     Sink sink(attachment, write);
     switch (attachment.format) {
         case Format::base64:

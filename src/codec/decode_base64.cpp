@@ -48,7 +48,7 @@ class Base64Run {
     void run();
 
   private:
-    std::string_view next_piece() const;
+    std::string_view next_piece();
     void take_padding();
     bool goes_on();
     void take_foreign(std::size_t written);
@@ -68,7 +68,7 @@ class Base64Run {
 };
 
 /// Whole lines where there are any, so that a line that turns out to be no data can be taken back.
-std::string_view Base64Run::next_piece() const {
+std::string_view Base64Run::next_piece() {
     const std::string_view in = body_.ahead(piece_size);
     if (in.size() < piece_size) return in;
     const std::size_t end = in.find_last_of("\r\n");

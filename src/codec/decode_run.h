@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// What the decoders of all formats read from and write to.
 namespace quill::codec {
@@ -14,19 +15,21 @@ namespace quill::codec {
 /// The encoded bytes of an attachment, range after range.
 class Body {
   public:
-    Body(std::span<const Range> ranges, std::span<const std::string_view> inputs, const OnRead& on_read)
-        : ranges_(ranges), inputs_(inputs), on_read_(on_read) {
+    Body(std::span<const Range> ranges, std::span<const std::string_view> inputs, const OnRead& on_read,
+         const ReadInput& read_input)
+        : ranges_(ranges), inputs_(inputs), on_read_(on_read), read_input_(read_input) {
         settle();
     }
 
-    /// The next bytes, at most `most`, all of one range; empty at the end.
-    std::string_view ahead(std::size_t most) const;
+    /// The next bytes, at most `most`, all of one range; empty at the end. They stay until the next call of any of
+    /// these.
+    std::string_view ahead(std::size_t most);
 
     /// Moves on by `n` bytes, no more than `ahead` gave.
     void pass(std::size_t n);
 
     /// The rest of the line at the current place, with its line end: at most `most` bytes, and to the end of the range.
-    std::string_view line(std::size_t most) const;
+    std::string_view line(std::size_t most);
 
     /// The bytes of the current range before the current place, at most `most`.
     std::string_view behind(std::size_t most) const;
@@ -41,11 +44,15 @@ class Body {
 
   private:
     void settle();
+    std::string_view window(std::size_t size);
     std::string_view input() const { return inputs_[ranges_[index_].source]; }
 
     std::span<const Range> ranges_;
     std::span<const std::string_view> inputs_;
     const OnRead& on_read_;
+    const ReadInput& read_input_;
+    std::vector<char> window_;  ///< bytes that were read from the input
+    Range window_range_;        ///< what they are of it
     std::size_t index_ = 0;
     std::uint64_t at_ = 0;
     std::uint64_t told_ = 0;

@@ -36,7 +36,7 @@ class UuRun {
     std::string take_line();
     void take_odd_line();
     std::size_t bytes_of(const uu::DataLine& data, std::string_view line, std::uint64_t at);
-    bool is_last_line() const;
+    bool is_last_line();
     void decode(std::string_view characters, std::size_t bytes);
 
     uu::Alphabet alphabet_;
@@ -75,7 +75,7 @@ std::string UuRun::take_line() {
 }
 
 /// Whether nothing but the end of the data follows.
-bool UuRun::is_last_line() const {
+bool UuRun::is_last_line() {
     const std::string_view rest = body_.ahead(longest_line);
     return is_blank(rest) || (!rest.empty() && uu::value_of(alphabet_, rest.front()) == 0);
 }

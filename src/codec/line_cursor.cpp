@@ -8,6 +8,7 @@
 namespace quill::codec {
 namespace {
 
+constexpr std::size_t skipped_at_once = std::size_t{128} << 10;  // stays in the nearest caches for the second search
 constexpr std::uint64_t tell_every = std::uint64_t{1} << 20;
 
 /// How many bytes the line end at `at` takes.
@@ -19,8 +20,8 @@ std::size_t line_end_size(std::string_view bytes, std::size_t at) {
 
 }  // namespace
 
-LineCursor::LineCursor(std::vector<Segment> segments, OnMove on_move)
-    : segments_(std::move(segments)), on_move_(std::move(on_move)), at_(first()) {}
+LineCursor::LineCursor(std::vector<Segment> segments, OnMove on_move, Read read)
+    : segments_(std::move(segments)), on_move_(std::move(on_move)), read_(std::move(read)), at_(first()) {}
 
 Position LineCursor::first() const {
     return {0, segments_.empty() ? 0 : segments_.front().range.begin};
@@ -37,7 +38,7 @@ std::string_view LineCursor::rest(Position at) const {
     return segment.input.substr(at.offset, segment.range.end - at.offset);
 }
 
-bool LineCursor::read(Position at, std::size_t most, Line& line) const {
+bool LineCursor::read_line(Position at, std::size_t most, Line& line) const {
     while (at.segment < segments_.size() && at.offset >= segments_[at.segment].range.end) {
         if (++at.segment < segments_.size()) at.offset = segments_[at.segment].range.begin;
     }
@@ -55,17 +56,49 @@ bool LineCursor::read(Position at, std::size_t most, Line& line) const {
 }
 
 bool LineCursor::next(Line& line) {
-    if (stopped_ || !read(at_, std::string_view::npos, line)) return false;
-    if (on_move_ && (line.next.segment != at_.segment || line.next.offset - told_ >= tell_every)) {
-        told_ = line.next.offset;
-        if (!on_move_(segments_[line.next.segment], told_)) stopped_ = true;
-    }
-    at_ = line.next;
+    if (stopped_ || !read_line(at_, std::string_view::npos, line)) return false;
+    move_to(line.next);
     return true;
 }
 
+void LineCursor::move_to(Position to) {
+    if (on_move_ && (to.segment != at_.segment || to.offset - told_ >= tell_every)) {
+        told_ = to.offset;
+        if (!on_move_(segments_[to.segment], told_)) stopped_ = true;
+    }
+    at_ = to;
+}
+
+void LineCursor::pass_to(std::uint64_t offset) {
+    move_to({at_.segment, offset});
+}
+
+std::string_view LineCursor::look_ahead(std::size_t size) {
+    const std::string_view mapped = rest(at_).substr(0, size);
+    if (!read_ || mapped.size() < size) return mapped;
+    window_.resize(std::max(window_.size(), size));
+    return {window_.data(), read_(segments_[at_.segment], at_.offset, window_.data(), size)};
+}
+
+void LineCursor::skip_to_line_with(char a, char b) {
+    while (!stopped_) {
+        const std::string_view window = look_ahead(skipped_at_once);
+        const std::size_t first_a = window.find(a);
+        const std::size_t found = std::min(window.substr(0, first_a).find(b), first_a);
+        if (window.empty()) return;
+        if (found != std::string_view::npos) {
+            const std::size_t line_end = window.substr(0, found).find_last_of("\r\n");
+            if (line_end != std::string_view::npos) pass_to(at_.offset + line_end + 1);
+            return;
+        }
+        // The window's last line is left, where there is more than one: what is looked for may follow in it.
+        const std::size_t last = window.size() < skipped_at_once ? window.size() : window.find_last_of("\r\n") + 1;
+        pass_to(at_.offset + (last == 0 ? window.size() : last));
+    }
+}
+
 bool LineCursor::peek(Position at, std::size_t most, Line& line) const {
-    return read(at, most, line);
+    return read_line(at, most, line);
 }
 
 std::vector<Range> LineCursor::ranges(Position begin, Position end) const {

@@ -14,9 +14,8 @@ namespace quill::codec {
 /// A stretch of an input that is read as though it followed the one before it: an input as a whole, or a part of a
 /// message that came in several.
 struct Segment {
-    std::string_view input;   ///< the whole input
-    Range range;              ///< the bytes of it that are meant
-    bool gap_before = false;  ///< what should stand between the segment before and this one is missing
+    std::string_view input;  ///< the whole input
+    Range range;             ///< the bytes of it that are meant
 };
 
 /// A place in a row of segments.
@@ -41,13 +40,26 @@ class LineCursor {
   public:
     /// `on_move` is told now and then up to where a segment has been read; where it returns false the reading ends.
     using OnMove = std::function<bool(const Segment&, std::uint64_t)>;
-    explicit LineCursor(std::vector<Segment> segments, OnMove on_move = {});
+    /// `read` copies bytes of a segment's input, where that is cheaper than touching them: up to `size` from `offset`
+    /// on, and returns how many.
+    using Read = std::function<std::size_t(const Segment&, std::uint64_t offset, char* out, std::size_t size)>;
+    explicit LineCursor(std::vector<Segment> segments, OnMove on_move = {}, Read read = {});
 
     /// Reads the next line; false at the end, or where the reading was stopped.
     bool next(Line& line);
 
     /// Reads a line ahead of the position `at` without moving, and at most `most` characters of it.
     bool peek(Position at, std::size_t most, Line& line) const;
+
+    /// Moves on, but not back, to the beginning of the line that holds the first of the characters `a` and `b` from
+    /// here on, or to the end of the segment: a fast way over lines that can hold neither.
+    void skip_to_line_with(char a, char b);
+
+    /// Up to `size` bytes from here on, of this segment, for one look: they stay until the next call.
+    std::string_view look_ahead(std::size_t size);
+
+    /// Moves to `offset` of the current segment, in what is known to be lines.
+    void pass_to(std::uint64_t offset);
 
     bool stopped() const { return stopped_; }
     Position position() const { return at_; }
@@ -66,10 +78,13 @@ class LineCursor {
     Position last() const;
 
   private:
-    bool read(Position at, std::size_t most, Line& line) const;
+    bool read_line(Position at, std::size_t most, Line& line) const;
+    void move_to(Position to);
 
     std::vector<Segment> segments_;
     OnMove on_move_;
+    Read read_;
+    std::vector<char> window_;
     Position at_;
     std::uint64_t told_ = 0;
     bool stopped_ = false;

@@ -55,10 +55,15 @@ Result<Recovery> Recovery::open(std::span<const std::string> paths, const OnProg
     for (std::uint32_t source = 0; source < out.inputs_.size(); ++source) {
         const files::MappedFile& input = out.inputs_[source];
         const std::string_view bytes = input.bytes();
-        LineCursor cursor({{bytes, {0, bytes.size(), source}}}, [&](const Segment&, std::uint64_t offset) {
-            input.release_before(offset);
-            return !progress || progress(before + offset, total);
-        });
+        LineCursor cursor(
+            {{bytes, {0, bytes.size(), source}}},
+            [&](const Segment&, std::uint64_t offset) {
+                input.release_before(offset);
+                return !progress || progress(before + offset, total);
+            },
+            [&](const Segment&, std::uint64_t offset, char* to, std::size_t size) {
+                return input.read(offset, to, size);
+            });
         Found found = scan(cursor);
         if (cursor.stopped()) return Error{ErrorCode::cancelled, 0, "Stopped"};
         std::move(found.files.begin(), found.files.end(), std::back_inserter(files));
@@ -84,6 +89,12 @@ void Recovery::take(std::vector<FoundFile> files) {
     }
 }
 
+ReadInput Recovery::reader() const {
+    return [this](std::uint32_t source, std::uint64_t offset, char* out, std::size_t size) {
+        return inputs_[source].read(offset, out, size);
+    };
+}
+
 OnRead Recovery::release_behind(const Attachment& attachment, const OnProgress& progress) const {
     return
         [this, &attachment, &progress, total = size_of(attachment.body)](std::uint32_t source, std::uint64_t offset) {
@@ -101,7 +112,7 @@ OnRead Recovery::release_behind(const Attachment& attachment, const OnProgress& 
 
 Outcome Recovery::check(const Attachment& attachment) const {
     return decode(
-        attachment, bytes_of(inputs_), [](std::string_view) { return true; }, release_behind(attachment, {}));
+        attachment, bytes_of(inputs_), [](std::string_view) { return true; }, release_behind(attachment, {}), reader());
 }
 
 Result<Recovered> Recovery::write(const Attachment& attachment, const std::string& path,
@@ -114,7 +125,7 @@ Result<Recovered> Recovery::write(const Attachment& attachment, const std::strin
     out.format = attachment.format;
     out.outcome = decode(
         attachment, bytes_of(inputs_), [&](std::string_view bytes) { return file->write(bytes); },
-        [&](std::uint32_t source, std::uint64_t offset) { return !(stopped = !on_read(source, offset)); });
+        [&](std::uint32_t source, std::uint64_t offset) { return !(stopped = !on_read(source, offset)); }, reader());
     if (file->failed()) return file->error();
     if (stopped) return Error{ErrorCode::cancelled, 0, "Stopped"};
     for (const std::uint32_t source : sources_of(attachment)) {

@@ -50,6 +50,7 @@ class Recovery {
 
   private:
     void take(std::vector<FoundFile> files);
+    ReadInput reader() const;
     OnRead release_behind(const Attachment& attachment, const OnProgress& progress) const;
 
     std::vector<std::string> paths_;

@@ -372,7 +372,11 @@ void Scanner::follow_data(const Line& line) {
     Leaf& leaf = *stack_.top().leaf;
     if (leaf.header.encoding != TransferEncoding::base64 || line.text.size() == leaf.line_size ||
         is_blank_line(line.text)) {
-        if (!line.text.empty() && line.text.size() == leaf.line_size) leaf.data_end.reset();
+        if (!line.text.empty() && line.text.size() == leaf.line_size) {
+            leaf.data_end.reset();
+            // Boundaries hold a '-'; the line that begins a message, and most other text, holds a blank.
+            cursor_.skip_to_line_with('-', ' ');
+        }
         return;
     }
     if (is_base64_line(line.text)) {

@@ -15,6 +15,7 @@ namespace {
 constexpr unsigned sampled_lines = 8;
 constexpr unsigned lines_to_resume = 3;
 constexpr unsigned lines_behind_end = 6;
+constexpr std::size_t passed_at_once = std::size_t{256} << 10;
 
 /// The first line of a file: "begin 644 name", "begin-base64 644 name", "begin-base64-encoded 644 bmFtZQ==".
 struct BeginLine {
@@ -108,21 +109,43 @@ struct BodyEnd {
     bool end_line = false;  ///< "end" was there
 };
 
+/// How many bytes at the beginning of `window` are lines, ended by LF, whose length is what their length character
+/// says. A line that might be a boundary or the beginning of a message ends them.
+std::size_t exact_lines(std::string_view window, uu::Alphabet alphabet) {
+    std::size_t at = 0;
+    while (at < window.size() && window[at] != '-' && window[at] != 'F') {
+        const int length = uu::value_of(alphabet, window[at]);
+        const std::size_t size = 1 + uu::characters_for(static_cast<std::size_t>(std::max(length, 0)));
+        const std::string_view line = window.substr(at, size + 2);
+        const std::size_t end = line.find('\n');
+        if (length <= 0 || end == std::string_view::npos || end < size || (end > size && line[size] != '\r')) break;
+        at += end + 1;
+    }
+    return at;
+}
+
+void pass_exact_lines(LineCursor& cursor, uu::Alphabet alphabet) {
+    constexpr std::size_t longest_line = 128;
+    while (true) {
+        const std::string_view window = cursor.look_ahead(passed_at_once);
+        const std::size_t passed = exact_lines(window, alphabet);
+        if (passed > 0) cursor.pass_to(cursor.position().offset + passed);
+        if (passed == 0 || window.size() - passed > longest_line || cursor.stopped()) return;
+    }
+}
+
 BodyEnd read_body(TextScan& scan, uu::Alphabet alphabet) {
     BodyEnd out;
     out.end = scan.cursor.position();
     Line line;
     while (true) {
+        if (!out.ended) {
+            pass_exact_lines(scan.cursor, alphabet);
+            out.end = std::max(out.end, scan.cursor.position());
+        }
         const Position before = scan.cursor.position();
         if (!scan.cursor.next(line)) return out;
         if (line.text.empty()) continue;
-        const int length = uu::value_of(alphabet, line.text.front());
-        const bool fits = length > 0 && line.text.size() == 1 + uu::characters_for(static_cast<std::size_t>(length));
-        if (fits && line.text.front() != '-' && line.text.front() != 'F') {
-            out.end = line.next;
-            out.ended = false;
-            continue;
-        }
         const std::string_view text = text::trim(line.text);
         if (text == "end") {
             out.ended = out.end_line = true;

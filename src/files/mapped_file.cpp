@@ -121,6 +121,17 @@ void MappedFile::close() {
     if (fd_ >= 0) ::close(fd_);
 }
 
+std::size_t MappedFile::read(std::uint64_t offset, char* out, std::size_t size) const {
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t n = pread(fd_, out + done, size - done, static_cast<off_t>(offset + done));
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) break;
+        done += static_cast<std::size_t>(n);
+    }
+    return done;
+}
+
 bool MappedFile::cut_short() const {
     struct stat status = {};
     return fd_ >= 0 && (fstat(fd_, &status) != 0 || static_cast<std::size_t>(status.st_size) < size_);
