@@ -1,0 +1,68 @@
+#include "desktop/desktop.h"
+
+#include "decoder/connect.h"
+#include "desktop/about_view.h"
+#include "desktop/chooser_view.h"
+#include "desktop/guide_window.h"
+#include "desktop/main_window_view.h"
+#include "desktop/naming_view.h"
+#include "desktop/progress_view.h"
+#include "desktop/repair_view.h"
+#include "desktop/text_editor.h"
+#include "encoder/chooser_routes.h"
+#include "shell/select_file.h"
+#include "shell/startup.h"
+
+namespace quill::desktop {
+
+Desktop::Desktop(EventLoop& events) : events_(events), views_(windows_, events), platform_(events, views_) {
+    add_views();
+    open_own_windows();
+    events_.after_event = [this](bool) { views_.sync_all(); };
+    events_.failed = [this](const std::string& reason) {
+        events_.hand_in([this, reason] {
+            platform_.message("Something went wrong, and the last step was not finished: " + reason + ".");
+        });
+    };
+}
+
+Desktop::~Desktop() {
+    events_.after_event = {};
+    events_.failed = {};
+}
+
+void Desktop::add_views() {
+    views_.add<shell::swit, MainWindowView>();
+    views_.add<shell::AboutBox, AboutView>();
+    views_.add<decoder::Form3, RepairView>();
+    views_.add<decoder::Form4, NamingView>();
+    views_.add<encoder::cmdg, ChooserView>();
+    views_.add<viewer::SavPic, ProgressView>();
+}
+
+void Desktop::open_own_windows() {
+    platform_.opener().guide = platform_.machine().user_guide();
+    platform_.opener().show_guide = show_guide;
+    platform_.opener().edit_here = edit_in_window;
+}
+
+void Desktop::provide_routes() {
+    decoder::connect_decoder(context_);
+    encoder::provide_chooser(context_);
+}
+
+void Desktop::accept_dropped_files() {
+    auto* main = static_cast<MainWindowView*>(views_.view_of(windows_.load<shell::swit>()));
+    if (main != nullptr) main->dropped = [this](const std::string& path) { shell::offer_file(context_, path); };
+}
+
+void Desktop::start(const std::string& command_line) {
+    events_.hand_in([&] {
+        session_.CommandLine = command_line;
+        provide_routes();
+        shell::start(context_);
+    });
+    if (!events_.ended()) accept_dropped_files();
+}
+
+}  // namespace quill::desktop

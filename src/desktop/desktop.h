@@ -1,0 +1,42 @@
+#pragma once
+
+#include "controls/windows.h"
+#include "desktop/event_loop.h"
+#include "desktop/qt_platform.h"
+#include "desktop/views.h"
+#include "shell/routes.h"
+#include "shell/session.h"
+
+#include <string>
+
+namespace quill::desktop {
+
+/// The program on the user's desktop: its shared variables, its windows with their views, the machine, and the ways
+/// from the main window to everything else. Needs a QApplication.
+class Desktop {
+  public:
+    explicit Desktop(EventLoop& events);
+    ~Desktop();
+
+    /// Starts the program on `command_line` and draws what that has opened.
+    void start(const std::string& command_line);
+
+    shell::Context& context() { return context_; }
+    Views& views() { return views_; }
+
+  private:
+    void add_views();
+    void provide_routes();
+    void open_own_windows();
+    void accept_dropped_files();
+
+    EventLoop& events_;
+    shell::Session session_;
+    controls::Windows windows_;
+    shell::Routes routes_;
+    Views views_;
+    QtPlatform platform_;
+    shell::Context context_{session_, windows_, platform_, routes_};
+};
+
+}  // namespace quill::desktop

@@ -1,0 +1,119 @@
+#include "desktop/dialogs.h"
+
+#include "desktop/shown_text.h"
+#include "files/directory.h"
+
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QFile>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace quill::desktop {
+namespace {
+
+constexpr auto program_name = "Quillbright Pro";
+constexpr int characters_a_line = 64;  // a width that reads well
+
+QString title_of(const std::string& title) {
+    return title.empty() ? QString::fromLatin1(program_name) : shown(title);
+}
+
+/// As wide as the text needs, up to a line that still reads well.
+int text_width(const QWidget& box, const QString& text) {
+    const QFontMetrics metrics = box.fontMetrics();
+    const int line = metrics.averageCharWidth() * characters_a_line;
+    int widest = 0;
+    for (const QString& paragraph : text.split(QLatin1Char('\n'))) {
+        widest = std::max(widest, metrics.horizontalAdvance(paragraph) + 2);
+    }
+    return std::min(line, widest);
+}
+
+/// A message box with the text readable, selectable and wrapped.
+void fill(QMessageBox& box, const std::string& text, const std::string& title, QMessageBox::Icon icon) {
+    box.setWindowTitle(title_of(title));
+    box.setIcon(icon);
+    box.setTextFormat(Qt::PlainText);
+    const QString words = shown_message(text);
+    box.setText(words);
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+    if (auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) {
+        label->setWordWrap(true);
+        label->setMinimumWidth(text_width(box, words));
+    }
+}
+
+QString as_qt_filter(const std::string& patterns) {
+    if (patterns == "*.*" || patterns.empty()) return QStringLiteral("All files (*)");
+    const QString spaced = shown(patterns).replace(QLatin1Char(';'), QLatin1Char(' '));
+    return QStringLiteral("%1 (%1);;All files (*)").arg(spaced);
+}
+
+}  // namespace
+
+BoxDialogs::BoxDialogs(EventLoop& events, Views& views) : events_(events), views_(views) {}
+
+int BoxDialogs::run(QDialog& box) {
+    events_.check_ended();
+    views_.sync_all();
+    const int answer = box.exec();
+    events_.check_ended();
+    return answer;
+}
+
+void BoxDialogs::message(const std::string& text, const std::string& title) {
+    QMessageBox box(QApplication::activeWindow());
+    fill(box, text, title, QMessageBox::Information);
+    box.setStandardButtons(QMessageBox::Ok);
+    run(box);
+}
+
+bool BoxDialogs::ask(const platform::Question& question) {
+    QMessageBox box(QApplication::activeWindow());
+    fill(box, question.text, question.title, question.question_mark ? QMessageBox::Question : QMessageBox::Information);
+    box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+    box.setDefaultButton(question.no_is_default ? QMessageBox::No : QMessageBox::Yes);
+    box.setEscapeButton(QMessageBox::No);
+    return run(box) == QMessageBox::Yes;
+}
+
+std::string BoxDialogs::input(const platform::Prompt& prompt) {
+    QDialog box(QApplication::activeWindow());
+    box.setWindowTitle(title_of(prompt.title));
+    auto* layout = new QVBoxLayout(&box);
+    const QString words = shown_message(prompt.text);
+    auto* label = new QLabel(words);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setMinimumWidth(text_width(box, words));
+    auto* line = new QLineEdit(shown(prompt.default_answer));
+    line->setAccessibleName(words);
+    if (prompt.secret) line->setEchoMode(QLineEdit::Password);
+    line->selectAll();
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    QObject::connect(buttons, &QDialogButtonBox::accepted, &box, &QDialog::accept);
+    QObject::connect(buttons, &QDialogButtonBox::rejected, &box, &QDialog::reject);
+    for (QWidget* part : std::initializer_list<QWidget*>{label, line, buttons}) layout->addWidget(part);
+    layout->setSpacing(box.fontMetrics().height() / 2);
+    line->setFocus();
+    return run(box) == QDialog::Accepted ? typed(line->text()) : std::string();
+}
+
+std::string BoxDialogs::choose_file(const platform::FileRequest& request) {
+    const std::string& wanted = request.directory;
+    const QString from =
+        files::is_directory(wanted) ? QFile::decodeName(QByteArray::fromStdString(wanted)) : QDir::homePath();
+    QFileDialog box(QApplication::activeWindow(), title_of(request.title), from, as_qt_filter(request.patterns));
+    box.setFileMode(QFileDialog::ExistingFile);
+    if (run(box) != QDialog::Accepted || box.selectedFiles().isEmpty()) return {};
+    return QFile::encodeName(box.selectedFiles().front()).toStdString();
+}
+
+}  // namespace quill::desktop

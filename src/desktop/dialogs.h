@@ -1,0 +1,31 @@
+#pragma once
+
+#include "desktop/event_loop.h"
+#include "desktop/views.h"
+#include "platform/platform.h"
+
+class QDialog;
+class QMessageBox;
+
+namespace quill::desktop {
+
+/// The boxes of the program on the user's desktop. Before one opens, the windows show what they hold; where the process
+/// ends while one is open, ProcessEnd goes on from it.
+class BoxDialogs final : public platform::Dialogs {
+  public:
+    BoxDialogs(EventLoop& events, Views& views);
+
+    void message(const std::string& text, const std::string& title) override;
+    bool ask(const platform::Question& question) override;
+    std::string input(const platform::Prompt& prompt) override;
+    std::string choose_file(const platform::FileRequest& request) override;
+
+  private:
+    /// Shows `box` and returns what its exec() does.
+    int run(QDialog& box);
+
+    EventLoop& events_;
+    Views& views_;
+};
+
+}  // namespace quill::desktop

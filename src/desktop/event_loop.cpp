@@ -1,0 +1,58 @@
+#include "desktop/event_loop.h"
+
+#include "platform/platform.h"
+
+#include <QApplication>
+
+#include <exception>
+#include <utility>
+
+namespace quill::desktop {
+
+void EventLoop::hand_in(const controls::Action& event) {
+    if (!event || ended_) return;
+    const controls::Action action = event;  // it may be replaced while it runs
+    std::string reason;
+    ++depth_;
+    try {
+        action();
+    } catch (const platform::ProcessEnd&) {
+        end();
+    } catch (const std::exception& error) {
+        reason = error.what();
+    } catch (...) {
+        reason = "unknown failure";
+    }
+    if (depth_ == 1 && !ended_ && std::exchange(breathed_, false)) drop_waiting_input();
+    --depth_;
+    if (ended_) return;
+    if (after_event) after_event(depth_ == 0);
+    if (!reason.empty() && failed) failed(reason);
+}
+
+int EventLoop::run() {
+    return ended_ ? 0 : QApplication::exec();
+}
+
+void EventLoop::end() {
+    ended_ = true;
+    QCoreApplication::exit(0);
+}
+
+void EventLoop::check_ended() const {
+    if (ended_) throw platform::ProcessEnd{};
+}
+
+void EventLoop::breathe() {
+    breathed_ = true;
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    check_ended();
+}
+
+void EventLoop::drop_waiting_input() {
+    drops_input_ = true;
+    QCoreApplication::processEvents();
+    drops_input_ = false;
+}
+
+}  // namespace quill::desktop

@@ -1,0 +1,33 @@
+#include "desktop/pieces.h"
+
+#include <QApplication>
+#include <QFontMetrics>
+
+namespace quill::desktop {
+
+QLabel* text_label(double growth, bool bold) {
+    auto* label = new QLabel;
+    label->setWordWrap(true);
+    label->setTextFormat(Qt::PlainText);
+    QFont font = label->font();
+    font.setPointSizeF(font.pointSizeF() * growth);
+    font.setBold(bold);
+    label->setFont(font);
+    return label;
+}
+
+QScrollArea* scrolling(QWidget* content) {
+    auto* area = new QScrollArea;
+    area->setWidget(content);
+    area->setWidgetResizable(true);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setFocusPolicy(Qt::NoFocus);
+    return area;
+}
+
+int line_height() {
+    return QFontMetrics(QApplication::font()).height();
+}
+
+}  // namespace quill::desktop

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QLabel>
+#include <QScrollArea>
+
+/// Small widgets that several views are built of. Their sizes follow the font.
+namespace quill::desktop {
+
+/// A text that wraps, `growth` times as large as usual.
+QLabel* text_label(double growth = 1.0, bool bold = false);
+
+/// `content` with a vertical scroll bar where the window is too small for it.
+QScrollArea* scrolling(QWidget* content);
+
+/// The height of a line of usual text, of which margins and spaces are made.
+int line_height();
+
+}  // namespace quill::desktop

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "desktop/dialogs.h"
+#include "desktop/event_loop.h"
+#include "desktop/file_opener.h"
+#include "desktop/views.h"
+#include "platform/platform.h"
+
+#include <QElapsedTimer>
+
+#include <random>
+
+namespace quill::desktop {
+
+/// The machine that the desktop program runs on.
+class DesktopMachine final : public platform::Machine {
+  public:
+    std::string user_name() const override;
+    std::string home_directory() const override;
+    std::string system_directory() const override { return "/usr"; }
+    std::string user_guide() const override;
+    bool has_theme_sizing() const override { return false; }
+    int screen_width() const override;
+    int screen_height() const override;
+    int random(int bound) override;
+
+  private:
+    std::minstd_rand generator_{std::random_device{}()};
+};
+
+/// Draws windows while an action runs, some twenty-five times a second at most.
+class ViewDisplay final : public platform::Display {
+  public:
+    ViewDisplay(EventLoop& events, Views& views);
+
+    void repaint(controls::Window& window) override;
+
+  private:
+    EventLoop& events_;
+    Views& views_;
+    QElapsedTimer since_last_;
+};
+
+/// The services of the program on Qt.
+class QtPlatform final : public platform::Platform {
+  public:
+    QtPlatform(EventLoop& events, Views& views);
+
+    BoxDialogs& dialogs() override { return dialogs_; }
+    FileOpener& opener() override { return opener_; }
+    DesktopMachine& machine() override { return machine_; }
+    ViewDisplay& display() override { return display_; }
+
+  private:
+    BoxDialogs dialogs_;
+    FileOpener opener_;
+    DesktopMachine machine_;
+    ViewDisplay display_;
+};
+
+}  // namespace quill::desktop

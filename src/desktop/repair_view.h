@@ -1,0 +1,31 @@
+#pragma once
+
+#include "decoder/repair_guide.h"
+#include "desktop/view.h"
+
+#include <vector>
+
+class QMainWindow;
+
+namespace quill::desktop {
+
+/// The guide that opens when decoding has failed: its main choices, its tutorial and its further options take turns.
+class RepairView final : public View {
+  public:
+    RepairView(decoder::Form3& window, EventLoop& events);
+
+  protected:
+    void on_shown() override;
+
+  private:
+    void build_menu(QMainWindow& frame);
+    QWidget* make_main_page();
+    QWidget* make_tutorial();
+    QWidget* make_further_options();
+    QWidget* make_choices(const std::vector<controls::Choice*>& choices);
+    QWidget* make_buttons();
+
+    decoder::Form3& w_;
+};
+
+}  // namespace quill::desktop

@@ -1,0 +1,102 @@
+#include "desktop/results_model.h"
+
+#include "desktop/shown_text.h"
+#include "desktop/signs.h"
+
+#include <algorithm>
+#include <array>
+
+namespace quill::desktop {
+namespace {
+
+constexpr std::size_t problems_told = 8;
+
+struct Words {
+    const char* brief;
+    const char* length;
+};
+
+/// By codec::Verdict.
+constexpr std::array<Words, 4> verdict_words = {
+    {{"Verified", "A checksum or the stated size agrees with this file."},
+     {"Whole", "The file is complete. The message holds no checksum to compare it with."},
+     {"Damaged", "Some bytes of this file are wrong or lost. What could be recovered is in it."},
+     {"Incomplete", "A part of this file is missing. What could be recovered is in it."}}};
+
+const Words& words_of(codec::Verdict verdict) {
+    return verdict_words.at(static_cast<std::size_t>(verdict));
+}
+
+}  // namespace
+
+QString verdict_text(const ResultsModel::Row& row) {
+    if (!row.result.size) return QStringLiteral("Gone");
+    if (row.result.verdict) return QString::fromLatin1(words_of(*row.result.verdict).brief);
+    return row.details.doubtful ? QStringLiteral("Empty") : QStringLiteral("Not checked");
+}
+
+QString verdict_reasons(const ResultsModel::Row& row) {
+    if (!row.result.size) return QStringLiteral("This file is no longer where it was written.");
+    QString text = row.result.verdict ? QString::fromLatin1(words_of(*row.result.verdict).length)
+                                      : QStringLiteral("Nothing is known about how complete this file is.");
+    const auto& problems = row.details.problems;
+    const std::size_t told = std::min(problems.size(), problems_told);
+    for (std::size_t i = 0; i < told; ++i) text += QStringLiteral("\n• ") + shown(problems[i]);
+    if (told < problems.size()) text += QStringLiteral("\n• and %1 more").arg(problems.size() - told);
+    return text;
+}
+
+bool ResultsModel::refresh(bool always) {
+    if (!always && revision_ == window_.List3.revision() && outcomes_ == window_.Outcomes.size()) return false;
+    beginResetModel();
+    revision_ = window_.List3.revision();
+    outcomes_ = window_.Outcomes.size();
+    rows_.clear();
+    for (std::size_t row = 0; row < window_.List3.count(); ++row) {
+        Row next{decoder::result_row(window_, row), decoder::row_details(window_, row), {}};
+        next.icon = type_icon(shown(next.details.icon), shown(next.result.name));
+        rows_.push_back(std::move(next));
+    }
+    endResetModel();
+    return true;
+}
+
+int ResultsModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+int ResultsModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : column_count;
+}
+
+QVariant ResultsModel::data(const QModelIndex& index, int role) const {
+    const Row& row = rows_.at(static_cast<std::size_t>(index.row()));
+    switch (role) {
+        case Qt::DisplayRole:
+            if (index.column() == name_column) return shown(row.result.name);
+            return index.column() == size_column ? shown(row.details.size) : verdict_text(row);
+        case Qt::DecorationRole:
+            if (index.column() == name_column) return row.icon;
+            if (index.column() == verdict_column && row.details.doubtful) return verdict_sign(codec::Verdict::damaged);
+            if (index.column() == verdict_column && row.result.verdict) return verdict_sign(*row.result.verdict);
+            return {};
+        case Qt::ToolTipRole:
+            return index.column() == name_column ? shown(row.result.name) : verdict_reasons(row);
+        case Qt::AccessibleDescriptionRole:
+            return verdict_reasons(row);
+        case Qt::TextAlignmentRole:
+            return QVariant::fromValue(Qt::AlignVCenter |
+                                       (index.column() == size_column ? Qt::AlignRight : Qt::AlignLeft));
+        default:
+            return {};
+    }
+}
+
+QVariant ResultsModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal) return {};
+    static constexpr std::array<const char*, column_count> titles = {"File", "Size", "Condition"};
+    if (role == Qt::DisplayRole) return QString::fromLatin1(titles.at(static_cast<std::size_t>(section)));
+    return {};
+}
+
+}  // namespace quill::desktop

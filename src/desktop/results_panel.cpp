@@ -1,0 +1,169 @@
+#include "desktop/main_window_view.h"
+#include "desktop/picture_preview.h"
+#include "desktop/shown_text.h"
+#include "files/directory.h"
+
+#include <QAction>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QItemSelectionModel>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+/// The results panel: what was decoded, and what can be done with it.
+namespace quill::desktop {
+namespace {
+
+/// A list whose Enter opens, as a double click does.
+class ResultsList final : public QTreeView {
+  public:
+    std::function<void()> opened;
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+            if (opened) opened();
+            return;
+        }
+        QTreeView::keyPressEvent(event);
+    }
+    void mouseDoubleClickEvent(QMouseEvent* event) override {
+        if (event->button() == Qt::LeftButton && indexAt(event->position().toPoint()).isValid() && opened) opened();
+    }
+};
+
+void style_list(QTreeView* list) {
+    list->setRootIsDecorated(false);
+    list->setUniformRowHeights(true);
+    list->setAllColumnsShowFocus(true);
+    list->setAlternatingRowColors(true);
+    list->setSelectionBehavior(QTreeView::SelectRows);
+    list->setTextElideMode(Qt::ElideMiddle);
+    const int line = list->fontMetrics().height();
+    list->setIconSize(QSize(line, line) * 5 / 4);
+    list->header()->setStretchLastSection(false);
+    list->header()->setSectionResizeMode(ResultsModel::name_column, QHeaderView::Stretch);
+    list->header()->setSectionResizeMode(ResultsModel::size_column, QHeaderView::ResizeToContents);
+    list->header()->setSectionResizeMode(ResultsModel::verdict_column, QHeaderView::ResizeToContents);
+    list->header()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+}
+
+}  // namespace
+
+QWidget* MainWindowView::make_results_panel() {
+    auto* panel = new QWidget;
+    adopt(w_.Picture2, panel);
+    const int space = panel->fontMetrics().height();
+    auto* layout = new QVBoxLayout(panel);
+    layout->setContentsMargins(space, space, space, space);
+    layout->setSpacing(space * 3 / 4);
+
+    auto* middle = new QHBoxLayout;
+    middle->setSpacing(space);
+    results_list_ = make_results_list();
+    middle->addWidget(results_list_, 3);
+    auto* beside = new QVBoxLayout;
+    preview_ = new PicturePreview;
+    preview_->setObjectName(QStringLiteral("preview"));
+    preview_->setAccessibleName(QStringLiteral("Preview of the selected picture"));
+    preview_->hide();
+    auto* details = new QLabel;
+    details->setObjectName(QStringLiteral("details"));
+    details->setAccessibleName(QStringLiteral("What is known of the selected file"));
+    details->setWordWrap(true);
+    details->setTextFormat(Qt::PlainText);
+    details->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+    details->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    details->setMinimumWidth(space * 11);
+    beside->addWidget(preview_, 3);
+    beside->addWidget(details, 1);
+    middle->addLayout(beside, 2);
+    layout->addLayout(middle, 1);
+
+    auto* hint = new QLabel;
+    hint->setWordWrap(true);
+    layout->addWidget(bind(w_.Label7, hint));
+    layout->addWidget(make_results_buttons());
+    return panel;
+}
+
+QTreeView* MainWindowView::make_results_list() {
+    auto* list = new ResultsList;
+    adopt(w_.List3, list);
+    list->setModel(&results_);
+    style_list(list);
+    list->opened = [this] { hand_in(w_.List3.double_click); };
+    bind_results(list);
+
+    auto* open = new QAction(QStringLiteral("Open"), list);
+    QObject::connect(open, &QAction::triggered, list, [this] { hand_in(w_.List3.double_click); });
+    list->addAction(open);
+    add_row_action(list, w_.Command5, QKeySequence(Qt::Key_F2));
+    add_row_action(list, w_.Command7, QKeySequence::Delete);
+    add_row_action(list, w_.Command8, {});
+    list->setContextMenuPolicy(Qt::ActionsContextMenu);
+    return list;
+}
+
+void MainWindowView::add_row_action(QTreeView* list, controls::Button& button, const QKeySequence& key) {
+    auto* action = new QAction(list);
+    action->setShortcut(key);
+    action->setShortcutContext(Qt::WidgetShortcut);
+    QObject::connect(action, &QAction::triggered, list, [this, &button] { hand_in(button.click); });
+    on_sync([&button, action] {
+        action->setText(shown(button.caption));
+        action->setEnabled(button.enabled);
+    });
+    list->addAction(action);
+}
+
+void MainWindowView::bind_results(QTreeView* list) {
+    QItemSelectionModel* selection = list->selectionModel();
+    QObject::connect(selection, &QItemSelectionModel::currentRowChanged, list, [this](const QModelIndex& now) {
+        const auto row = now.isValid() ? std::optional(static_cast<std::size_t>(now.row())) : std::nullopt;
+        if (row == w_.List3.selected) return;
+        w_.List3.selected = row;
+        hand_in(w_.List3.change ? w_.List3.change : [] {});
+    });
+    QObject::connect(&results_, &QAbstractItemModel::modelAboutToBeReset, selection,
+                     [selection] { selection->blockSignals(true); });
+    QObject::connect(&results_, &QAbstractItemModel::modelReset, selection,
+                     [selection] { selection->blockSignals(false); });
+    on_sync([this, list, detailed = Drawn<std::optional<std::size_t>>()]() mutable {
+        const bool refreshed = results_.refresh();
+        const auto& selected = w_.List3.selected;
+        const int row = selected && *selected < w_.List3.count() ? static_cast<int>(*selected) : -1;
+        if (list->currentIndex().row() != row || (row >= 0 && !list->selectionModel()->isRowSelected(row))) {
+            list->setCurrentIndex(results_.index(row, 0));
+        }
+        if (refreshed) detailed = {};
+        detailed.update(selected, [&](const auto& now) { show_details(now); });
+    });
+}
+
+void MainWindowView::show_details(std::optional<std::size_t> row) {
+    auto* details = frame().findChild<QLabel*>(QStringLiteral("details"));
+    const bool known = row && *row < w_.List3.count();
+    if (details != nullptr) details->setText(known ? verdict_reasons(results_.at(*row)) : QString());
+    const bool picture = known && results_.at(*row).details.picture;
+    preview_->show_file(picture ? files::absolute(results_.at(*row).result.name) : std::string());
+}
+
+QWidget* MainWindowView::make_results_buttons() {
+    auto* area = new QWidget;
+    auto* layout = new QHBoxLayout(area);
+    layout->setContentsMargins(0, 0, 0, 0);
+    for (controls::Button* button : {&w_.Command5, &w_.Command7, &w_.Command8, &w_.Command6}) {
+        layout->addWidget(bind(*button, new QPushButton));
+    }
+    layout->addStretch(1);
+    layout->addWidget(bind(w_.Command4, new QPushButton));
+    return area;
+}
+
+}  // namespace quill::desktop

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QUrl>
+
+#include <string>
+#include <string_view>
+
+/// Where the program's 8-bit text becomes Unicode, and back.
+namespace quill::desktop {
+
+/// `bytes` as shown: read as UTF-8 where valid, else as Windows-1252. Control characters but line ends and tabs become
+/// U+FFFD.
+QString shown(std::string_view bytes);
+
+/// A message as shown: line ends of any kind are one, and the blanks that begin and end it are left out.
+QString shown_message(std::string_view bytes);
+
+/// What the user typed, as UTF-8.
+std::string typed(const QString& text);
+
+/// A size for people: "812 bytes", "1.4 MB".
+QString shown_size(std::uint64_t bytes);
+
+/// The file at the absolute path `path`, whose bytes need not be UTF-8.
+QUrl file_url(std::string_view path);
+
+}  // namespace quill::desktop

@@ -1,0 +1,242 @@
+#include "desktop/text_editor.h"
+
+#include "desktop/shown_text.h"
+#include "files/atomic_file.h"
+#include "files/directory.h"
+#include "files/path.h"
+#include "text/utf8.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFile>
+#include <QFileDialog>
+#include <QFontDatabase>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QTextBlock>
+#include <QToolBar>
+
+namespace quill::desktop {
+namespace {
+
+constexpr std::uint64_t most_bytes = 64U << 20U;
+
+/// The one line end that `bytes` uses; empty where it mixes them.
+std::string line_end_of(std::string_view bytes) {
+    std::size_t both = 0, cr = 0, lf = 0;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        const bool ends_pair = bytes[i] == '\n' && i > 0 && bytes[i - 1] == '\r';
+        if (ends_pair) {
+            ++both;
+            --cr;
+        } else if (bytes[i] == '\r') {
+            ++cr;
+        } else if (bytes[i] == '\n') {
+            ++lf;
+        }
+    }
+    if (cr == 0 && lf == 0) return both > 0 ? "\r\n" : "\n";
+    if (both == 0 && lf == 0) return "\r";
+    return both == 0 && cr == 0 ? "\n" : "";
+}
+
+}  // namespace
+
+TextEditor::TextEditor(QWidget* parent)
+    : QMainWindow(parent),
+      text_(new QPlainTextEdit),
+      sought_(new QLineEdit),
+      found_(new QLabel),
+      position_(new QLabel) {
+    setAttribute(Qt::WA_DeleteOnClose);
+    setObjectName(QStringLiteral("text editor"));
+    text_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    text_->setAccessibleName(QStringLiteral("Text of the file"));
+    text_->setLineWrapMode(QPlainTextEdit::WidgetWidth);
+    setCentralWidget(text_);
+    build_menu();
+    build_find_bar();
+    statusBar()->addPermanentWidget(position_);
+    QObject::connect(text_, &QPlainTextEdit::cursorPositionChanged, this, [this] { show_position(); });
+    QObject::connect(text_->document(), &QTextDocument::modificationChanged, this, [this] { show_title(); });
+    const int line = fontMetrics().height();
+    resize(line * 48, line * 34);
+    show_position();
+    text_->setFocus();
+}
+
+void TextEditor::build_menu() {
+    QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
+    file->addAction(QStringLiteral("&Open..."), QKeySequence::Open, this, [this] { choose_file(); });
+    file->addAction(QStringLiteral("&Save"), QKeySequence::Save, this, [this] { save_or_say(); });
+    file->addSeparator();
+    file->addAction(QStringLiteral("&Close"), QKeySequence::Close, this, [this] { close(); });
+    QMenu* edit = menuBar()->addMenu(QStringLiteral("&Edit"));
+    edit->addAction(QStringLiteral("&Undo"), QKeySequence::Undo, text_, &QPlainTextEdit::undo);
+    edit->addAction(QStringLiteral("&Redo"), QKeySequence::Redo, text_, &QPlainTextEdit::redo);
+    edit->addSeparator();
+    edit->addAction(QStringLiteral("&Find"), QKeySequence::Find, sought_, [this] {
+        sought_->setFocus();
+        sought_->selectAll();
+    });
+    edit->addAction(QStringLiteral("Find &next"), QKeySequence(Qt::Key_F3), this, [this] { find(sought_->text()); });
+    edit->addAction(QStringLiteral("Find &previous"), QKeySequence(Qt::SHIFT | Qt::Key_F3), this,
+                    [this] { find(sought_->text(), true); });
+}
+
+void TextEditor::build_find_bar() {
+    QToolBar* bar = addToolBar(QStringLiteral("Find"));
+    bar->setMovable(false);
+    bar->setContextMenuPolicy(Qt::PreventContextMenu);
+    auto* save = new QPushButton(QStringLiteral("Save"));
+    QObject::connect(save, &QPushButton::clicked, this, [this] { save_or_say(); });
+    bar->addWidget(save);
+    auto* space = new QWidget;
+    space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    bar->addWidget(space);
+    auto* label = new QLabel(QStringLiteral("Find: "));
+    label->setBuddy(sought_);
+    bar->addWidget(label);
+    sought_->setAccessibleName(QStringLiteral("Text to find"));
+    sought_->setMaximumWidth(fontMetrics().averageCharWidth() * 36);
+    QObject::connect(sought_, &QLineEdit::returnPressed, this, [this] { find(sought_->text()); });
+    bar->addWidget(sought_);
+    bar->addWidget(found_);
+}
+
+Status TextEditor::open(const std::string& path) {
+    const auto size = files::file_size(path);
+    if (size && *size > most_bytes) return Error{ErrorCode::limit, 0, "it is too large to be edited here"};
+    const auto bytes = files::read_file(path);
+    if (!bytes) return bytes.error();
+    path_ = path;
+    utf8_ = text::is_utf8(*bytes);
+    line_end_ = line_end_of(*bytes);
+    can_be_saved_ = !line_end_.empty() && bytes->find('\0') == std::string::npos;
+    const auto length = static_cast<qsizetype>(bytes->size());
+    text_->setPlainText(utf8_ ? QString::fromUtf8(bytes->data(), length) : QString::fromLatin1(bytes->data(), length));
+    text_->setReadOnly(!can_be_saved_);
+    text_->document()->setModified(false);
+    if (!can_be_saved_)
+        statusBar()->showMessage(QStringLiteral("This file can only be looked at: it is not plain text."));
+    show_title();
+    return Done{};
+}
+
+Status TextEditor::save() {
+    if (!can_be_saved_ || path_.empty()) return Error{ErrorCode::unsupported, 0, "it can only be looked at"};
+    const QString text = text_->toPlainText();
+    const QByteArray bytes = utf8_ ? text.toUtf8() : text.toLatin1();
+    if (!utf8_ && QString::fromLatin1(bytes) != text) {
+        return Error{ErrorCode::unsupported, 0, "it is 8-bit text, and a character was typed that it cannot hold"};
+    }
+    std::string out;
+    for (const char byte : bytes) {
+        if (byte == '\n') {
+            out += line_end_;
+        } else {
+            out += byte;
+        }
+    }
+    const Status written = files::rewrite_file(path_, out);
+    if (written) text_->document()->setModified(false);
+    return written;
+}
+
+bool TextEditor::find(const QString& what, bool backwards) {
+    if (what.isEmpty()) return false;
+    const QTextDocument::FindFlags flags =
+        backwards ? QTextDocument::FindFlags(QTextDocument::FindBackward) : QTextDocument::FindFlags();
+    bool found = text_->find(what, flags);
+    if (!found) {
+        const QTextCursor before = text_->textCursor();
+        text_->moveCursor(backwards ? QTextCursor::End : QTextCursor::Start);
+        found = text_->find(what, flags);
+        if (!found) text_->setTextCursor(before);
+    }
+    found_->setText(found ? QString() : QStringLiteral(" not found"));
+    return found;
+}
+
+void TextEditor::choose_file() {
+    if (!may_leave()) return;
+    const QString from = QFile::decodeName(QByteArray::fromStdString(files::dir_of(path_)));
+    const QString file = QFileDialog::getOpenFileName(this, QStringLiteral("Open a text"), from);
+    if (file.isEmpty()) return;
+    if (const Status opened = open(QFile::encodeName(file).toStdString()); !opened) {
+        say(QStringLiteral("The file could not be opened"), opened.error());
+    }
+}
+
+bool TextEditor::save_or_say() {
+    const Status saved = save();
+    if (!saved) say(QStringLiteral("The file could not be saved"), saved.error());
+    statusBar()->showMessage(saved ? QStringLiteral("Saved") : QString(), 4000);
+    return saved.ok();
+}
+
+bool TextEditor::may_leave() {
+    if (!text_->document()->isModified()) return true;
+    const auto answer =
+        QMessageBox::question(this, QStringLiteral("Text editor"),
+                              QStringLiteral("Save the changes to %1?").arg(shown(files::name_of(path_))),
+                              QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+    if (answer == QMessageBox::Save) return save_or_say();
+    return answer == QMessageBox::Discard;
+}
+
+void TextEditor::closeEvent(QCloseEvent* event) {
+    event->setAccepted(may_leave());
+}
+
+void TextEditor::show_position() {
+    const QTextCursor cursor = text_->textCursor();
+    position_->setText(
+        QStringLiteral("Line %1, column %2").arg(cursor.blockNumber() + 1).arg(cursor.columnNumber() + 1));
+}
+
+void TextEditor::show_title() {
+    setWindowTitle(shown(files::name_of(path_)) + QStringLiteral("[*]"));
+    setWindowModified(text_->document()->isModified());
+}
+
+void TextEditor::say(const QString& what, const Error& error) {
+    QMessageBox::warning(this, QStringLiteral("Text editor"), QStringLiteral("%1: %2.").arg(what, shown(error.text)));
+}
+
+void edit_in_window(const std::string& path) {
+    auto* editor = new TextEditor;
+    const Status opened = editor->open(path);
+    if (opened) {
+        editor->show();
+        editor->raise();
+        editor->activateWindow();
+        return;
+    }
+    QMessageBox::warning(nullptr, QStringLiteral("Text editor"),
+                         QStringLiteral("The file %1 could not be opened: %2.")
+                             .arg(shown(files::name_of(path)), shown(opened.error().text)));
+    delete editor;
+}
+
+void wait_for_editors() {
+    bool waits = false;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        auto* editor = dynamic_cast<TextEditor*>(window);
+        if (editor == nullptr || !editor->isVisible()) continue;
+        if (editor->isWindowModified()) {
+            waits = true;
+        } else {
+            editor->close();
+        }
+    }
+    if (waits) QApplication::exec();
+}
+
+}  // namespace quill::desktop

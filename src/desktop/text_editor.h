@@ -1,0 +1,62 @@
+#pragma once
+
+#include "text/result.h"
+
+#include <QMainWindow>
+
+#include <string>
+
+class QLabel;
+class QLineEdit;
+class QPlainTextEdit;
+
+namespace quill::desktop {
+
+/// A small text editor, for machines where the user has none: open, find, save, line and column.
+///
+/// Bytes that the text cannot show are never lost: what is not UTF-8 is read and saved as Latin-1, and line ends are
+/// saved as the file had them. A file that mixes line ends, or holds NUL, can be read here but not saved.
+class TextEditor final : public QMainWindow {
+  public:
+    explicit TextEditor(QWidget* parent = nullptr);
+
+    /// Reads the file. On failure the editor stays as it was.
+    Status open(const std::string& path);
+    /// Writes the text over its file, in one step.
+    Status save();
+
+    /// Looks for `what` from the cursor on, round the end; whether it was found.
+    bool find(const QString& what, bool backwards = false);
+
+    QPlainTextEdit& text() const { return *text_; }
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    void build_menu();
+    void build_find_bar();
+    void choose_file();
+    bool save_or_say();
+    bool may_leave();
+    void show_position();
+    void show_title();
+    void say(const QString& what, const Error& error);
+
+    QPlainTextEdit* text_;
+    QLineEdit* sought_;
+    QLabel* found_;
+    QLabel* position_;
+    std::string path_;
+    std::string line_end_ = "\n";
+    bool utf8_ = true;
+    bool can_be_saved_ = true;
+};
+
+/// Opens a text editor on `path` in a window of its own; says so where the file cannot be read.
+void edit_in_window(const std::string& path);
+
+/// Closes the editors that are open, but for those with unsaved changes: waits until the user has closed these.
+void wait_for_editors();
+
+}  // namespace quill::desktop

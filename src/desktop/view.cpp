@@ -1,0 +1,128 @@
+#include "desktop/view.h"
+
+#include "desktop/shown_text.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QLabel>
+#include <QScreen>
+
+#include <algorithm>
+
+namespace quill::desktop {
+namespace {
+
+constexpr int twips_per_pixel = 15;
+constexpr double usual_font_height = 17;  // pixels of the font that the told sizes were made for
+
+}  // namespace
+
+/// Hands the closing of a window in: whether it closes is for the program to say.
+class View::CloseFilter final : public QObject {
+  public:
+    explicit CloseFilter(View& view) : QObject(view.frame_), view_(view) {}
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::Close) return QObject::eventFilter(watched, event);
+        event->ignore();
+        view_.hand_in(view_.window_.close);
+        return true;
+    }
+
+  private:
+    View& view_;
+};
+
+View::View(controls::Window& window, QWidget* frame, EventLoop& events)
+    : window_(window), frame_(frame), events_(events) {
+    frame->installEventFilter(new CloseFilter(*this));
+}
+
+View::~View() {
+    delete frame_;
+}
+
+void View::retire() {
+    retired_ = true;
+    draws_.clear();
+    for (QTimer* timer : frame_->findChildren<QTimer*>()) timer->stop();
+    frame_->hide();
+}
+
+void View::hand_in(const controls::Action& action) {
+    if (!retired_) events_.hand_in(action);
+}
+
+void View::sync() {
+    if (retired_) return;
+    for (const auto& draw : draws_) draw();
+    sync_frame();
+}
+
+void View::sync_frame() {
+    drawn_caption_.update(window_.caption, [&](const std::string& caption) { frame_->setWindowTitle(shown(caption)); });
+    drawn_pointer_.update(window_.pointer, [&](controls::MousePointer pointer) {
+        if (pointer == controls::MousePointer::busy) {
+            frame_->setCursor(Qt::BusyCursor);
+        } else {
+            frame_->unsetCursor();
+        }
+    });
+    drawn_visible_.update(window_.visible, [&](bool visible) {
+        if (visible && !placed_) place();
+        frame_->setVisible(visible);
+        if (!visible) return;
+        frame_->raise();
+        frame_->activateWindow();
+        on_shown();
+    });
+}
+
+QSize View::told_size() const {
+    const double growth = std::max(1.0, frame_->fontMetrics().height() / usual_font_height);
+    return QSize(window_.width, window_.height) / twips_per_pixel * growth;
+}
+
+void View::place() {
+    placed_ = true;
+    frame_->ensurePolished();
+    const QSize wanted = told_size().expandedTo(frame_->sizeHint());
+    const QRect screen = frame_->screen()->availableGeometry();
+    const QSize size = wanted.boundedTo(screen.size() * 0.95);
+    const QWidget* before = QApplication::activeWindow();
+    QRect area(QPoint(), size);
+    area.moveCenter(before != nullptr ? before->geometry().center() : screen.center());
+    const int left = std::clamp(area.left(), screen.left(), std::max(screen.left(), screen.right() - size.width()));
+    const int top = std::clamp(area.top(), screen.top(), std::max(screen.top(), screen.bottom() - size.height()));
+    frame_->setGeometry(left, top, size.width(), size.height());
+}
+
+void View::adopt(const controls::Control& control, QObject* object) {
+    const Named& named = names_.at(&control);
+    object->setObjectName(shown(named.name));
+    if (auto* widget = qobject_cast<QWidget*>(object)) widget->setAccessibleName(shown(named.role));
+}
+
+void View::bind_state(const controls::Control& control, QWidget* widget) {
+    on_sync([&control, widget, visible = Drawn<bool>(), enabled = Drawn<bool>()]() mutable {
+        enabled.update(control.enabled, [&](bool is) { widget->setEnabled(is); });
+        visible.update(control.visible, [&](bool is) { widget->setVisible(is); });
+    });
+}
+
+void View::bind(controls::Timer& timer, QWidget* widget, int at_least) {
+    auto* clock = new QTimer(frame_);
+    QObject::connect(clock, &QTimer::timeout, frame_, [this, &timer, widget] {
+        if (timer.enabled && widget->isVisible() && !frame_->isMinimized()) hand_in(timer.tick);
+    });
+    on_sync([&timer, clock, at_least] {
+        const int interval = std::max(timer.interval, at_least);
+        const bool runs = timer.enabled && timer.interval > 0;
+        if (runs && (!clock->isActive() || clock->interval() != interval)) clock->start(interval);
+        if (!runs && clock->isActive()) clock->stop();
+    });
+}
+
+}  // namespace quill::desktop
