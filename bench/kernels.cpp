@@ -5,13 +5,12 @@
 #include "codec/binhex_runs.h"
 #include "codec/checksum.h"
 #include "codec/lines.h"
-#include "codec/simd_targets.h"
+#include "codec/simd_dispatch.h"
 #include "codec/sixbit.h"
 #include "codec/uu.h"
 #include "codec/yenc.h"
 
 #include <benchmark/benchmark.h>
-#include <hwy/targets.h>
 
 #include <cstdint>
 #include <cstring>
@@ -85,11 +84,10 @@ void add(const std::string& name, std::string in, Run run) {
 
 /// `run` with the kernel on each target of this processor.
 void add_on_targets(const std::string& name, const std::string& in, const Run& run) {
-    const std::int64_t built = HWY_SSSE3 | HWY_AVX2 | HWY_AVX3_DL | HWY_NEON;
-    for (std::int64_t target = 1; target <= built; target *= 2) {
-        if ((hwy::SupportedTargets() & built & target) == 0) continue;
-        add(name + "/" + hwy::TargetName(target), in, [run, target](std::string_view text, char* out) {
-            hwy::SetSupportedTargetsForTest(target);
+    for (const simd::Target target : simd::available_targets()) {
+        if (target == simd::Target::reference) continue;
+        add(name + "/" + std::string(simd::name_of(target)), in, [run, target](std::string_view text, char* out) {
+            simd::choose_target(target);
             run(text, out);
         });
     }

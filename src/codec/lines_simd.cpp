@@ -1,4 +1,5 @@
 #include "codec/lines.h"
+#include "codec/simd_dispatch.h"
 #include "codec/simd_targets.h"
 
 // This order matters.
@@ -43,11 +44,11 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace quill::codec {
 namespace {
-HWY_EXPORT(find_line_end);
+QUILL_KERNELS(find_line_end);
 }
 
 std::size_t find_line_end(std::string_view s, std::size_t from) {
-    return HWY_DYNAMIC_DISPATCH(find_line_end)(s, from);
+    return simd::chosen_of(find_line_end_kernels)(s, from);
 }
 
 }  // namespace quill::codec

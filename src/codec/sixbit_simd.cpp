@@ -1,4 +1,5 @@
 #include "codec/alphabets.h"
+#include "codec/simd_dispatch.h"
 #include "codec/simd_targets.h"
 #include "codec/sixbit.h"
 
@@ -162,16 +163,16 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace quill::codec::sixbit {
 namespace {
-HWY_EXPORT(decode);
-HWY_EXPORT(encode_base64);
+QUILL_KERNELS(decode);
+QUILL_KERNELS(encode_base64);
 }  // namespace
 
 Progress decode(Alphabet alphabet, std::string_view in, char* out, State& state) {
-    return HWY_DYNAMIC_DISPATCH(decode)(alphabet, in, out, state);
+    return simd::chosen_of(decode_kernels)(alphabet, in, out, state);
 }
 
 std::size_t encode_base64(std::string_view in, std::size_t line_length, char* out) {
-    return HWY_DYNAMIC_DISPATCH(encode_base64)(in, line_length, out);
+    return simd::chosen_of(encode_base64_kernels)(in, line_length, out);
 }
 
 }  // namespace quill::codec::sixbit

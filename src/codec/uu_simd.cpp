@@ -1,4 +1,5 @@
 #include "codec/alphabets.h"
+#include "codec/simd_dispatch.h"
 #include "codec/simd_targets.h"
 #include "codec/uu.h"
 
@@ -110,16 +111,16 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace quill::codec::uu {
 namespace {
-HWY_EXPORT(decode_lines);
-HWY_EXPORT(encode_lines);
+QUILL_KERNELS(decode_lines);
+QUILL_KERNELS(encode_lines);
 }  // namespace
 
 Progress decode_lines(Alphabet alphabet, std::string_view in, char* out) {
-    return HWY_DYNAMIC_DISPATCH(decode_lines)(alphabet, in, out);
+    return simd::chosen_of(decode_lines_kernels)(alphabet, in, out);
 }
 
 std::size_t encode_lines(Alphabet alphabet, std::string_view in, char* out) {
-    return HWY_DYNAMIC_DISPATCH(encode_lines)(alphabet, in, out);
+    return simd::chosen_of(encode_lines_kernels)(alphabet, in, out);
 }
 
 }  // namespace quill::codec::uu

@@ -1,3 +1,4 @@
+#include "codec/simd_dispatch.h"
 #include "codec/simd_targets.h"
 #include "codec/yenc.h"
 
@@ -216,16 +217,16 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace quill::codec::yenc {
 namespace {
-HWY_EXPORT(decode);
-HWY_EXPORT(encode);
+QUILL_KERNELS(decode);
+QUILL_KERNELS(encode);
 }  // namespace
 
 Progress decode(Rules rules, std::string_view in, unsigned char previous, bool last, char* out) {
-    return HWY_DYNAMIC_DISPATCH(decode)(rules, in, previous, last, out);
+    return simd::chosen_of(decode_kernels)(rules, in, previous, last, out);
 }
 
 std::size_t encode(std::string_view in, std::size_t line_length, Column& column, char* out) {
-    return HWY_DYNAMIC_DISPATCH(encode)(in, line_length, column, out);
+    return simd::chosen_of(encode_kernels)(in, line_length, column, out);
 }
 
 }  // namespace quill::codec::yenc

@@ -1,9 +1,8 @@
 #pragma once
 
-#include "codec/simd_targets.h"
+#include "codec/simd_dispatch.h"
 
 #include <gtest/gtest.h>
-#include <hwy/targets.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -22,15 +21,13 @@ constexpr std::size_t most_bytes = 4 * 64;
 /// Runs `check` with each of the kernels' targets that this processor has.
 template <class Check>
 void on_each_target(Check check) {
-    constexpr std::int64_t vector_targets = HWY_SSSE3 | HWY_AVX2 | HWY_AVX3_DL | HWY_NEON;
-    const std::int64_t targets = hwy::SupportedTargets() & vector_targets;
-    for (std::int64_t target = 1; target <= targets; target *= 2) {
-        if ((targets & target) == 0) continue;
-        const testing::ScopedTrace trace(__FILE__, __LINE__, hwy::TargetName(target));
-        hwy::SetSupportedTargetsForTest(target);
+    const simd::Target usual = simd::chosen_target();
+    for (const simd::Target target : simd::available_targets()) {
+        const testing::ScopedTrace trace(__FILE__, __LINE__, std::string(simd::name_of(target)));
+        simd::choose_target(target);
         check();
     }
-    hwy::SetSupportedTargetsForTest(0);
+    simd::choose_target(usual);
 }
 
 /// `size` bytes that begin `offset` bytes behind an aligned address and end where their heap block ends, so that the
