@@ -125,6 +125,7 @@ class Scanner {
 };
 
 bool Scanner::is_stop(const Line& line) const {
+    if (line.continued) return false;
     if (line.text.starts_with("--")) return stack_.match(line.text).has_value() || is_guessed_boundary(line);
     return is_separator(cursor_, line);
 }
@@ -189,9 +190,11 @@ void Scanner::open_leaf(ContentHeader header, bool embedded) {
     leaf.wraps_file = wraps_file(header);
     leaf.files_before = found_.files.size();
     Line first;
-    if (header.encoding == TransferEncoding::base64 && peek_text(text_, leaf.begin, 3, first) &&
-        sniff_begin(first.text)) {
-        leaf.wraps_file = true;  // said to be Base64, and is uuencoded
+    if (peek_text(text_, leaf.begin, 3, first)) {
+        // Said to be Base64, and is uuencoded; or a file's yEnc in a part that names the file.
+        const bool uuencoded = header.encoding == TransferEncoding::base64 && sniff_begin(first.text);
+        const bool yenc = header.encoding == TransferEncoding::identity && sniff_yenc(first.text);
+        leaf.wraps_file = leaf.wraps_file || uuencoded || (yenc && !header.file_name.empty());
     }
     leaf.sealed = header.type == "message/partial" && !header.partial_id.empty();
     leaf.opaque = leaf.sealed || (!leaf.wraps_file && header.encoding != TransferEncoding::identity);
@@ -392,6 +395,7 @@ Found Scanner::run() {
     Line line;
     cursor_.seek(behind_byte_order_mark(cursor_));
     while (cursor_.next(line)) {
+        if (line.continued) continue;
         line_begin_ = line.begin;
         const bool opaque = stack_.top().leaf && stack_.top().leaf->opaque;
         if (line.text.starts_with('-') && take_boundary(line)) continue;

@@ -1,0 +1,252 @@
+#include "codec/encode.h"
+#include "codec/recover.h"
+#include "files/directory.h"
+#include "support/temporary_directory.h"
+
+#include <gtest/gtest.h>
+
+#include <gmock/gmock.h>
+#include <string>
+#include <vector>
+
+namespace quill::codec {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+using tests::TemporaryDirectory;
+
+struct Decoded {
+    std::string name;
+    std::string bytes;
+    Verdict verdict = Verdict::whole;
+    std::vector<std::string> problems;  ///< their kinds
+    std::vector<std::string> sources;
+};
+
+/// What the files at `paths`, read together, hold.
+std::vector<Decoded> decode_all(const std::vector<std::string>& paths) {
+    std::vector<Decoded> out;
+    const auto recovery = Recovery::open(paths);
+    EXPECT_TRUE(recovery);
+    if (!recovery) return out;
+    for (const Attachment& attachment : recovery->attachments()) {
+        if (attachment.message_text) continue;
+        const auto written = recovery->write(attachment, "decoded", files::OnCollision::choose_name);
+        if (!written) {
+            ADD_FAILURE() << written.error().text;
+            continue;
+        }
+        Decoded& one = out.emplace_back();
+        one.name = attachment.name;
+        one.bytes = files::read_file(written->path).value();
+        one.verdict = written->outcome.verdict;
+        one.sources = written->sources;
+        for (const Problem& problem : written->outcome.problems) one.problems.push_back(problem.kind);
+        files::remove_file(written->path);
+    }
+    return out;
+}
+
+Decoded decode_one(const std::string& text) {
+    const TemporaryDirectory dir;
+    const std::vector<Decoded> all = decode_all({dir.write("in", text)});
+    EXPECT_EQ(all.size(), 1U);
+    return all.empty() ? Decoded{} : all[0];
+}
+
+/// A file of 10 bytes in five posts of two, in a directory of its own.
+class YencParts : public testing::Test {
+  protected:
+    void SetUp() override {
+        dir.write("digits", "0123456789");
+        const auto written = encode_file("digits", "p.ync", *output_format("yenc"), {.part_size = 2, .crc = true});
+        ASSERT_TRUE(written);
+        parts = *written;
+    }
+
+    /// The result of decoding these parts, counted from 1, in this order.
+    Decoded decoded(const std::vector<std::size_t>& numbers) const {
+        std::vector<std::string> paths;
+        for (const std::size_t number : numbers) paths.push_back(parts[number - 1]);
+        const std::vector<Decoded> all = decode_all(paths);
+        EXPECT_EQ(all.size(), 1U);
+        return all.empty() ? Decoded{} : all[0];
+    }
+
+    void change(std::size_t number, std::string_view from, std::string_view to) const {
+        std::string text = dir.read(parts[number - 1]);
+        const std::size_t at = text.find(from);
+        ASSERT_NE(at, std::string::npos) << from;
+        dir.write(parts[number - 1], text.replace(at, from.size(), to));
+    }
+
+    TemporaryDirectory dir;
+    std::vector<std::string> parts;
+};
+
+TEST_F(YencParts, AnyOrderGivesTheFile) {
+    const Decoded file = decoded({3, 1, 5, 2, 4});
+    EXPECT_EQ(file.name, "digits");
+    EXPECT_EQ(file.bytes, "0123456789");
+    EXPECT_EQ(file.verdict, Verdict::verified);
+    EXPECT_THAT(file.problems, IsEmpty());
+    EXPECT_THAT(file.sources, ElementsAre("p.3.ync", "p.1.ync", "p.5.ync", "p.2.ync", "p.4.ync"));
+}
+
+TEST_F(YencParts, AllInOneTextGiveTheFileToo) {
+    std::string text;
+    for (const std::size_t number : {2U, 1U, 3U, 5U, 4U}) text += "Some words\r\n\r\n" + dir.read(parts[number - 1]);
+    EXPECT_EQ(decode_one(text).bytes, "0123456789");
+}
+
+TEST_F(YencParts, AMissingPartIsAGapOfZerosThatIsTold) {
+    const Decoded file = decoded({1, 2, 4, 5});
+    EXPECT_EQ(file.bytes, std::string("0123\0\0"
+                                      "6789",
+                                      10));
+    EXPECT_EQ(file.verdict, Verdict::incomplete);
+    EXPECT_THAT(file.problems, ElementsAre("missing-part"));
+}
+
+TEST_F(YencParts, AMissingEndIsToldAndNotFilled) {
+    const Decoded file = decoded({1, 2});
+    EXPECT_EQ(file.bytes, "0123");
+    EXPECT_EQ(file.verdict, Verdict::incomplete);
+}
+
+TEST_F(YencParts, APartAloneIsItsOwnBytes) {
+    const Decoded file = decoded({3});
+    EXPECT_EQ(file.bytes, "45");
+    EXPECT_EQ(file.verdict, Verdict::incomplete);
+    EXPECT_THAT(file.problems, ElementsAre("missing-part"));
+}
+
+TEST_F(YencParts, OfAPartThatIsThereTwiceTheGoodOneIsTaken) {
+    change(2, "\\]", "\\Q");
+    const std::string damaged = dir.read(parts[1]);
+    const Decoded bad = decoded({1, 2, 3, 4, 5});
+    EXPECT_EQ(bad.verdict, Verdict::damaged);
+    EXPECT_THAT(bad.problems, ElementsAre("bad-crc", "bad-crc")) << "of the part, and of the file";
+    change(2, "\\Q", "\\]");
+    dir.write("again", damaged);
+    parts.push_back("again");
+    for (const std::vector<std::size_t>& order : {std::vector<std::size_t>{1, 2, 6, 3, 4, 5}, {6, 5, 4, 3, 2, 1}}) {
+        const Decoded good = decoded(order);
+        EXPECT_EQ(good.bytes, "0123456789");
+        EXPECT_EQ(good.verdict, Verdict::verified);
+        EXPECT_THAT(good.problems, ElementsAre("duplicate-part"));
+    }
+}
+
+TEST_F(YencParts, OverlappingPartsAreTold) {
+    change(3, "begin=5 end=6", "begin=4 end=5");
+    const Decoded file = decoded({1, 2, 3, 4, 5});
+    EXPECT_EQ(file.bytes, std::string("01235\0"
+                                      "6789",
+                                      10));
+    EXPECT_THAT(file.problems, testing::Contains("overlapping-parts"));
+    EXPECT_NE(file.verdict, Verdict::verified);
+}
+
+TEST_F(YencParts, PartsWithoutTheirPlaceGoByTheirNumbers) {
+    for (std::size_t number = 1; number <= 5; ++number) change(number, "=ypart ", "=yfoo ");
+    const Decoded file = decoded({5, 4, 3, 2, 1});
+    EXPECT_EQ(file.bytes, "0123456789");
+    EXPECT_EQ(file.verdict, Verdict::verified);
+    EXPECT_EQ(decoded({2, 1, 4, 5}).verdict, Verdict::incomplete);
+}
+
+TEST_F(YencParts, AStatedPlaceBeyondAllReasonMakesNoHugeFile) {
+    change(5, "begin=9 end=10", "begin=9000000000000000000 end=9000000000000000001");
+    const Decoded file = decoded({1, 2, 3, 4, 5});
+    EXPECT_EQ(file.bytes, "0123456789");
+    EXPECT_EQ(file.verdict, Verdict::incomplete);
+}
+
+TEST_F(YencParts, AnotherFileOfTheSameNameAndSizeStaysApart) {
+    dir.make_directory("other");
+    dir.write("other/digits", "9876543210");
+    const auto others = encode_file("other/digits", "o.ync", *output_format("yenc"), {.part_size = 2, .crc = true});
+    ASSERT_TRUE(others);
+    std::vector<std::string> all = parts;
+    all.insert(all.end(), others->begin(), others->end());
+    const std::vector<Decoded> files = decode_all(all);
+    ASSERT_EQ(files.size(), 2U);
+    EXPECT_EQ(files[0].bytes, "0123456789");
+    EXPECT_EQ(files[1].bytes, "9876543210");
+}
+
+TEST_F(YencParts, APartsOwnCrcMayStandWhereTheFilesBelongs) {
+    for (std::size_t number = 1; number <= 4; ++number) change(number, " pcrc32=", " crc32=");
+    change(5, " crc32=", " xcrc32=");
+    EXPECT_EQ(decoded({1, 2, 3, 4, 5}).verdict, Verdict::verified);
+}
+
+TEST(YencScan, SeveralFilesInOneTextAreAllFound) {
+    const std::string post = "words\n=ybegin line=128 size=1 name=a\nk\n=yend size=1\nmore\n";
+    const TemporaryDirectory dir;
+    const auto files =
+        decode_all({dir.write("in", post + "=ybegin line=128 size=2 name=b\nkl\n=yend size=2\n" + post)});
+    ASSERT_EQ(files.size(), 3U);
+    EXPECT_EQ(files[0].bytes, "A");
+    EXPECT_EQ(files[1].bytes, "AB");
+    EXPECT_EQ(files[2].name, "a");
+}
+
+TEST(YencScan, ALoneDotBeforeATrailerIsData) {
+    EXPECT_EQ(decode_one("=ybegin line=1 size=2 name=a\r\nk\r\n.\r\n=yend size=2\r\n").bytes, "A\x04");
+}
+
+TEST(YencScan, APartOfAMessageThatHoldsAPostGivesTheFileOnly) {
+    const TemporaryDirectory dir;
+    const std::string post = "=ybegin line=128 size=1 name=a.bin\r\nk\r\n=yend size=1\r\n";
+    for (const std::string encoding : {"x-yencode", "8bit", "binary"}) {
+        const auto files =
+            decode_all({dir.write("in",
+                                  "MIME-Version: 1.0\r\nContent-Type: multipart/mixed; "
+                                  "boundary=b\r\n\r\n--b\r\nContent-Type: text/plain\r\n\r\n"
+                                  "Hello\r\n--b\r\nContent-Type: application/octet-stream; name=\"a.bin\"\r\n"
+                                  "Content-Transfer-Encoding: " +
+                                      encoding + "\r\n\r\n" + post + "\r\n--b--\r\n")});
+        ASSERT_EQ(files.size(), 1U) << encoding;
+        EXPECT_EQ(files[0].bytes, "A");
+        EXPECT_EQ(files[0].name, "a.bin");
+    }
+}
+
+TEST(YencScan, APostThatBreaksOffEndsWhereItsMessageDoes) {
+    const std::string cut = "=ybegin line=128 size=99 name=a\r\nkl\r\n";
+    for (const std::string behind : {"\r\nFrom: someone\r\n", ".\r\n221 Bye\r\n", "--b--\r\n", ""}) {
+        const Decoded file = decode_one(
+            "Content-Type: multipart/mixed; boundary=b\r\nMIME-Version: 1.0\r\n\r\n--b\r\n\r\n" + cut + behind);
+        EXPECT_EQ(file.bytes, "AB") << behind;
+        EXPECT_EQ(file.verdict, Verdict::incomplete);
+    }
+}
+
+TEST(YencScan, AHeaderWithoutANameTakesTheSubjectsOrWhatTheBytesTell) {
+    const std::string post =
+        "=ybegin part=1 total=1 line=128 size=3 name=\r\n=ypart begin=1 end=3\r\nqsp\r\n=yend size=3\r\n";
+    EXPECT_EQ(decode_one("Subject: \"my cat.gif\" yEnc (1/1)\r\nFrom: a@b.example\r\n\r\n" + post).name, "my cat.gif");
+    EXPECT_EQ(decode_one("Subject: mycat.gif yEnc (1/1)\r\nFrom: a@b.example\r\n\r\n" + post).name, "mycat.gif");
+    EXPECT_THAT(decode_one(post).name, HasSubstr("attachment"));
+}
+
+TEST(YencScan, DotsComeOffWhereTheChecksumThenAgreesAndElseStay) {
+    // ".A.": 4, 23, 4
+    const std::string agrees = "=ybegin line=2 size=3 name=a\r\n..A\r\n..\r\n=yend size=3 crc32=";
+    Decoded file = decode_one(agrees + "1f5d23c4\r\n");
+    EXPECT_EQ(file.bytes, "\x04\x04\x17\x04\x04") << "nothing agrees";
+    file = decode_one(agrees + "faa63141\r\n");
+    EXPECT_EQ(file.bytes, "\x04\x17\x04");
+    EXPECT_EQ(file.verdict, Verdict::verified);
+    EXPECT_THAT(file.problems, ElementsAre("dots-added"));
+    file = decode_one("=ybegin line=3 size=5 name=a\r\n..A\r\n..\r\n=yend size=5\r\n");
+    EXPECT_EQ(file.bytes, "\x04\x04\x17\x04\x04") << "the size agrees as it stands";
+}
+
+}  // namespace
+}  // namespace quill::codec
