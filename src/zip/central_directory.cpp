@@ -80,6 +80,12 @@ std::uint32_t own_disk(std::string_view bytes, const Directory& directory) {
     return directory.wide_count ? get32(bytes, directory.end + 16) : get16(bytes, directory.end_record + 4);
 }
 
+/// Whether a member that should be in another volume is in this one after all.
+bool is_here(std::string_view bytes, const Member& member) {
+    const std::optional<Header> local = parse_local_header(bytes, member.local_offset);
+    return local && local->name == member.raw_name;
+}
+
 void check_surroundings(std::string_view bytes, const Directory& directory, std::vector<Problem>& problems) {
     const std::uint64_t end = directory.end_record + end_of_directory_size + directory.comment.size();
     if (directory.shift != 0) {
@@ -128,7 +134,7 @@ DirectoryContent read_directory(std::string_view bytes, const Directory& directo
     while (at < directory.end) {
         if (const std::optional<Header> header = parse_central_header(bytes, at)) {
             content.members.push_back(member_of(*header, directory, at));
-            content.members.back().elsewhere = header->disk != disk;
+            content.members.back().elsewhere = header->disk != disk && !is_here(bytes, content.members.back());
             at += header->size;
             continue;
         }

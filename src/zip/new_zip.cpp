@@ -1,0 +1,315 @@
+#include "zip/new_zip.h"
+
+#include "encoder/file_chooser.h"
+#include "files/atomic_file.h"
+#include "files/directory.h"
+#include "files/mapped_file.h"
+#include "files/path.h"
+#include "shell/main_window.h"
+#include "shell/routes.h"
+#include "text/ascii.h"
+#include "zip/member_rows.h"
+#include "zip/safe_tree.h"
+
+#include <algorithm>
+#include <numeric>
+#include <utility>
+
+namespace quill::zip {
+namespace {
+
+constexpr auto no_archive_name = "No ZIP File Selected";
+constexpr auto save_failed =
+    "  No file was select to save changes to. Read the Help file on how to save changes to files within a ZIP file.";
+constexpr std::size_t rows_worth_a_progress = 20;
+
+}  // namespace
+
+std::size_t CountSelected(const controls::ListBox& list) {
+    return list.chosen_rows().size();
+}
+
+NewZIP::NewZIP(shell::Context& context, MakeOutput make_output) : context_(context), library_(std::move(make_output)) {}
+
+void NewZIP::InitZipRecord(ZipCommand& record) {
+    record = {};
+    zip_strings_ = {};
+    status_block_ = {};
+}
+
+void NewZIP::InitUnzipRecord(UnzipCommand& record) {
+    record = {};
+    unzip_strings_ = {};
+    status_block_ = {};
+}
+
+std::string NewZIP::archive_path() const {
+    return files::join(context_.session.SelectedDir, context_.session.SelectedFile);
+}
+
+std::string NewZIP::path_in_work_dir(const std::string& name) const {
+    return files::join(context_.session.WorkDir, name);
+}
+
+void NewZIP::status(int percent, const std::string& text) const {
+    if (ZipStatus) ZipStatus(0, percent, text);
+}
+
+/// The part that all additions share. `password` stands in for ZipPassword where it is given.
+std::int16_t NewZIP::call_add(std::vector<ZipItem> items, bool keep_paths, std::optional<std::string> password) {
+    ZipCommand command;
+    InitZipRecord(command);
+    zip_strings_.zipFile = archive_path();
+    command.noDirectoryNames = keep_paths ? flag_off : flag_on;
+    command.compressionLevel = 5;
+    command.function = zip_add;
+    status(0, "Adding " + std::to_string(items.size()) + "Item(s)");
+    zip_strings_.itemList = std::move(items);
+    if (!password && !context_.session.ZipPassword.empty()) PasswordOn = -1;
+    command.usePassword = PasswordOn;
+    if (PasswordOn == -1) zip_strings_.password = password.value_or(context_.session.ZipPassword);
+    return library_.dzipVB(command, zip_strings_, status_block_);
+}
+
+std::int16_t NewZIP::AddWizardItem(bool keep_paths) {
+    std::vector<ZipItem> items;
+    for (const std::string& path : context_.windows.load<shell::swit>().List4.items()) items.push_back({path});
+    return call_add(std::move(items), keep_paths, {});
+}
+
+std::int16_t NewZIP::AddBookItems(const controls::ListBox& pages, const controls::ListBox& chosen, bool keep_paths) {
+    if (chosen.count() == 0) return library_success;
+    std::vector<ZipItem> items;
+    for (const std::string& path : pages.items()) items.push_back({path});
+    return call_add(std::move(items), keep_paths, {});
+}
+
+void NewZIP::AddChosenFiles(ArchiveView view) {
+    std::vector<ZipItem> items;
+    if (const auto* chooser = context_.windows.loaded<encoder::cmdg>()) {
+        for (const std::size_t row : chooser->File1.chosen_rows()) {
+            items.push_back({files::join(chooser->Dir1.path, chooser->File1.items().at(row))});
+        }
+    }
+    if (call_add(items, false, {}) == library_success) copy_to_work_dir(items);
+    ListContents(view);
+    enter_archive_directory(view);
+    context_.windows.unload<encoder::cmdg>();
+}
+
+/// A file that was added stands beside those that were extracted. One that can't be copied is passed over.
+void NewZIP::copy_to_work_dir(const std::vector<ZipItem>& items) {
+    for (const ZipItem& item : items) {
+        const std::string name = files::name_of(item.name);
+        const std::string target = path_in_work_dir(name);
+        if (target == item.name || target == archive_path()) continue;
+        const Result<files::MappedFile> source = files::MappedFile::open(item.name);
+        Result<files::AtomicFile> copy = files::AtomicFile::create(target);
+        if (!source || !copy) continue;
+        copy->write(source->bytes());
+        if (copy->publish(files::OnCollision::replace)) {
+            const std::shared_ptr<const OpenedArchive> opened = library_.open(archive_path());
+            if (!opened) continue;
+            const std::vector<Member>& members = opened->archive.members();
+            extracted_.resize(members.size());
+            for (std::size_t i = 0; i < members.size(); ++i) {
+                if (members[i].name == name) extracted_[i] = name;
+            }
+        }
+    }
+}
+
+void NewZIP::enter_archive_directory(ArchiveView view) {
+    files::change_directory(files::dir_of(view.Label21.text));
+}
+
+void NewZIP::SaveChangedFile(ArchiveView view, std::optional<std::size_t> row, const std::string& password) {
+    const std::shared_ptr<const OpenedArchive> opened = row ? library_.open(archive_path()) : nullptr;
+    std::int16_t result = library_bad_call;
+    if (opened && *row < opened->archive.members().size() && !extracted_name(*row).empty()) {
+        ZipItem item{path_in_work_dir(extracted_name(*row))};
+        item.stored_as = opened->archive.members()[*row].name;
+        result = call_add({item}, false, password);
+    }
+    if (result != library_success) {
+        context_.platform.message(save_failed);
+        return;
+    }
+    ListContents(view);
+    enter_archive_directory(view);
+}
+
+void NewZIP::DeleteSelectedItems(ArchiveView view) {
+    InitZipRecord(delete_command_);
+    InitUnzipRecord(unzip_command_);
+    zip_strings_.zipFile = unzip_strings_.zipFile = archive_path();
+    const std::size_t count = CountSelected(view.List1);
+    if (count == 0 || view.List1.count() == 0) return;
+    unzip_command_.function = unzip_count;
+    if (library_.dunzipVB(unzip_command_, unzip_strings_, item_info_, status_block_) != library_success) return;
+    for (const std::size_t row : view.List1.chosen_rows()) {
+        unzip_command_.function = unzip_member;
+        unzip_command_.itemIndex = static_cast<std::int32_t>(row);
+        const std::int16_t result = library_.dunzipVB(unzip_command_, unzip_strings_, item_info_, status_block_);
+        // A row that is not the member's any more: the archive was changed behind the window's back.
+        const bool is_shown = result == library_success && member_row(item_info_) == view.List1.items().at(row);
+        if (is_shown) zip_strings_.itemList.push_back({item_info_.fileName, row});
+    }
+    status(0, "Deleting " + std::to_string(count) + " item(s)");
+    delete_command_.function = zip_delete;
+    delete_command_.reserved7 = 0;
+    const std::vector<ZipItem> deleted = zip_strings_.itemList;
+    const std::int16_t result = deleted.empty() ? static_cast<std::int16_t>(library_success)
+                                                : library_.dzipVB(delete_command_, zip_strings_, status_block_);
+    status(100, result == library_success ? std::string() : library_error_text(result));
+    if (result == library_success) {
+        for (auto item = deleted.rbegin(); item != deleted.rend(); ++item) {
+            if (*item->number < extracted_.size()) {
+                extracted_.erase(extracted_.begin() + static_cast<std::ptrdiff_t>(*item->number));
+            }
+        }
+    }
+    ListContents(view);
+}
+
+/// Reads the directory by function 1 and then function 2 for each member.
+NewZIP::Listing NewZIP::read_listing() {
+    Listing listing;
+    InitUnzipRecord(unzip_command_);
+    unzip_strings_.zipFile = archive_path();
+    unzip_command_.function = unzip_count;
+    item_info_ = {};
+    const bool has_bytes = files::file_size(unzip_strings_.zipFile).value_or(1) > 0;
+    if (has_bytes && library_.dunzipVB(unzip_command_, unzip_strings_, item_info_, status_block_) != library_success) {
+        unzip_strings_.zipFile.clear();
+        return listing;
+    }
+    listing.cleared = true;
+    const auto count = static_cast<std::size_t>(unzip_command_.itemCount);
+    listing.rows.reserve(count);
+    do {
+        unzip_command_.function = unzip_next;
+        if (library_.dunzipVB(unzip_command_, unzip_strings_, item_info_, status_block_) != library_success) {
+            return listing;
+        }
+        listing.rows.push_back(member_row(item_info_));
+        listing.total += static_cast<std::uint64_t>(item_info_.uncompressedSize);
+        listing.encrypted = listing.encrypted || (item_info_.attributes & attribute_encrypted) != 0;
+        if (count > rows_worth_a_progress) status(static_cast<int>(listing.rows.size() * 100 / count), {});
+    } while (listing.rows.size() < count);
+    listing.reached_end = true;
+    return listing;
+}
+
+bool NewZIP::ListContents(ArchiveView view) {
+    const std::string& name = context_.session.SelectedFile;
+    if (name.empty() || name == no_archive_name) {
+        view.List1.clear();
+        return false;
+    }
+    Listing listing = read_listing();
+    if (!listing.cleared) return false;
+    const std::size_t count = listing.rows.size();
+    view.List1.assign(std::move(listing.rows));
+    if (count != 0) {
+        view.Label20.text = grouped(listing.total);
+        if (const auto size = files::file_size(archive_path())) view.Label18.text = grouped(*size);
+    }
+    if (!listing.reached_end) return false;
+    status(100, std::to_string(count) + " Total Items, " + grouped(listing.total) + " Bytes Total");
+    status(100, "0 Item(s) Selected");
+    return true;
+}
+
+bool NewZIP::ReportContents(Form1& window) {
+    if (context_.session.SelectedFile.empty() || context_.session.SelectedFile == no_archive_name) {
+        window.List1.clear();
+        return false;
+    }
+    Listing listing = read_listing();
+    if (listing.encrypted) context_.session.ZipEncrypted = true;
+    if (!listing.cleared) return false;
+    const std::size_t count = listing.rows.size();
+    window.List1.assign(std::move(listing.rows));
+    if (count != 0) {
+        window.Label1.text = grouped(listing.total);
+        if (const auto size = files::file_size(archive_path())) window.Label2.text = grouped(*size);
+    }
+    if (listing.reached_end) window.Label5.text = std::to_string(count) + " items";
+    return listing.reached_end;
+}
+
+/// What stands in WorkDir under the members' names makes room for them. The archive itself never does.
+void NewZIP::remove_old_copies(std::size_t rows) {
+    const std::shared_ptr<const OpenedArchive> opened = library_.open(archive_path());
+    Result<SafeTree> tree = SafeTree::open(context_.session.WorkDir);
+    if (!opened || !tree) return;
+    for (std::size_t row = 0; row < rows && row < opened->paths.size(); ++row) {
+        if (opened->archive.members()[row].is_directory()) continue;
+        const std::string& path = opened->paths[row].path;
+        if (path_in_work_dir(path) == archive_path()) continue;
+        const Result<std::string> directory = tree->enter(files::dir_of(path));
+        if (directory) files::remove_file(files::join(*directory, files::name_of(path)));
+    }
+}
+
+void NewZIP::show_progress(ArchiveView view, const Progress& progress) {
+    auto& main = context_.windows.load<shell::swit>();
+    const double part = progress.bytes == 0
+                            ? static_cast<double>(progress.members_done) / static_cast<double>(progress.members)
+                            : static_cast<double>(progress.bytes_done) / static_cast<double>(progress.bytes);
+    main.Picture5.visible = true;
+    view.percent.text = std::to_string(static_cast<int>(part * 100)) + "%";
+    main.Picture6.left = static_cast<int>(part * main.Picture5.width);
+    context_.platform.repaint(main);
+}
+
+void NewZIP::ExtractSelected(ArchiveView view) {
+    InitUnzipRecord(unzip_command_);
+    unzip_strings_.zipFile = archive_path();
+    unzip_command_.option1 = unzip_command_.option2 = unzip_command_.option3 = 0;
+    unzip_strings_.destinationDir = context_.session.WorkDir;
+    const std::size_t wanted = CountSelected(view.List1), rows = view.List1.count();
+    if (wanted == 0 || rows == 0) return;
+    status(0, "Extracting " + std::to_string(wanted) + " item(s)");
+    remove_old_copies(rows);
+    PasswordOn = context_.session.ZipPassword.empty() ? 0 : -1;
+    unzip_command_.usePassword = PasswordOn;
+    if (PasswordOn == -1) unzip_strings_.password = context_.session.ZipPassword;
+    unzip_command_.function = unzip_extract;
+    for (std::size_t row = 0; row < rows; ++row) {
+        unzip_strings_.itemList.push_back({name_in_row(view.List1.items()[row]), row});
+    }
+    view.List1.selected = rows - 1;
+    library_.progress = [&](const Progress& progress) {
+        show_progress(view, progress);
+        return true;
+    };
+    library_.dunzipVB(unzip_command_, unzip_strings_, item_info_, status_block_);
+    library_.progress = {};
+    extracted_.assign(rows, {});
+    for (const MemberResult& result : library_.last_extraction()) extracted_.at(result.member) = result.path;
+    show_progress(view, {rows, rows, 1, 1});
+    status(100, {});
+    files::change_directory(context_.session.WorkDir);
+}
+
+std::string NewZIP::extracted_name(std::size_t row) const {
+    return row < extracted_.size() ? extracted_[row] : std::string();
+}
+
+void provide_contents(shell::Context& context, NewZIP& new_zip) {
+    context.routes.report_contents = [&context, &new_zip] {
+        // Nobody sees this list: only ZipEncrypted is wanted.
+        Form1 unseen(context);
+        new_zip.ReportContents(unseen);
+    };
+    context.routes.show_contents = [&context, &new_zip] {
+        auto& window = context.windows.load<Form1>(context);
+        new_zip.ReportContents(window);
+        window.caption = context.session.SelectedFile;
+        window.visible = true;
+    };
+}
+
+}  // namespace quill::zip

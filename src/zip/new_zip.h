@@ -1,0 +1,101 @@
+#pragma once
+
+#include "controls/control.h"
+#include "shell/session.h"
+#include "zip/contents_window.h"
+#include "zip/library.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace quill::zip {
+
+/// What the operations read and fill of the archive window, and where they show how far they are.
+struct ArchiveView {
+    controls::ListBox& List1;  // all rows
+    controls::Label& Label18;  // size of the archive
+    controls::Label& Label20;  // size of all members, uncompressed
+    controls::Label& Label21;  // path of the archive
+    controls::Label& percent;  // progress in words: `Label13` of the main window
+};
+
+/// Counts the selected rows of a list.
+std::size_t CountSelected(const controls::ListBox& list);
+
+/// The archive operations: they take their input from the shared variables and the windows' lists, and put their
+/// results into those. One instance for the process.
+class NewZIP {
+  public:
+    /// `context` must outlive it.
+    explicit NewZIP(shell::Context& context, MakeOutput make_output = output_beside);
+
+    /// Fills the rows and sizes of the archive window. True when the list was read to its end.
+    bool ListContents(ArchiveView view);
+    /// The same for the contents window; sets ZipEncrypted where a member is encrypted.
+    bool ReportContents(Form1& window);
+
+    /// Adds the rows of `List4` of the main window; `keep_paths` stores their directories too.
+    std::int16_t AddWizardItem(bool keep_paths);
+    /// Adds the rows of `pages`, unless `chosen` is empty.
+    std::int16_t AddBookItems(const controls::ListBox& pages, const controls::ListBox& chosen, bool keep_paths);
+    /// Adds the files selected in the chooser, copies them to WorkDir, lists the archive anew and unloads the chooser.
+    void AddChosenFiles(ArchiveView view);
+    /// Puts WorkDir's copy of member number `row` back into the archive. `password` is used where one was used before.
+    void SaveChangedFile(ArchiveView view, std::optional<std::size_t> row, const std::string& password);
+    void DeleteSelectedItems(ArchiveView view);
+    /// Extracts all members into WorkDir and makes it the current directory. Shows its progress on the main window.
+    void ExtractSelected(ArchiveView view);
+
+    /// Where the copy of member number `row` is, below WorkDir, as ExtractSelected left it; empty where there is none.
+    std::string extracted_name(std::size_t row) const;
+
+    /// Between these two, additions are written together; the first operation of another kind ends it too.
+    void begin_adding() { library_.begin_adding(); }
+    std::int16_t end_adding() { return library_.end_adding(); }
+
+    ZipLibrary& library() { return library_; }
+
+    /// The one place where a status line can be attached.
+    std::function<void(int pane, int percent, const std::string& text)> ZipStatus;
+    std::function<void()> ZipStatusClear;
+
+  private:
+    struct Listing {
+        bool reached_end = false;
+        bool cleared = false;  // the rows are to replace those shown
+        std::vector<std::string> rows;
+        std::uint64_t total = 0;
+        bool encrypted = false;
+    };
+
+    void InitZipRecord(ZipCommand& record);
+    void InitUnzipRecord(UnzipCommand& record);
+    std::string archive_path() const;
+    std::string path_in_work_dir(const std::string& name) const;
+    void status(int percent, const std::string& text) const;
+    std::int16_t call_add(std::vector<ZipItem> items, bool keep_paths, std::optional<std::string> password);
+    Listing read_listing();
+    void enter_archive_directory(ArchiveView view);
+    void copy_to_work_dir(const std::vector<ZipItem>& items);
+    void remove_old_copies(std::size_t rows);
+    void show_progress(ArchiveView view, const Progress& progress);
+
+    shell::Context& context_;
+    ZipLibrary library_;
+    ZipCommand delete_command_;
+    UnzipCommand unzip_command_;
+    ZipStrings zip_strings_;
+    UnzipStrings unzip_strings_;
+    ZipItemInfo item_info_;
+    ZipStatusBlock status_block_;
+    std::int16_t PasswordOn = 0;
+    std::vector<std::string> extracted_;  // by member number
+};
+
+/// Fills the main window's routes that list archives: the contents window and the test for encrypted members.
+/// Both arguments must outlive the routes' last call.
+void provide_contents(shell::Context& context, NewZIP& new_zip);
+
+}  // namespace quill::zip
