@@ -11,7 +11,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace quill::decoder;
     const std::string_view text(reinterpret_cast<const char*>(data), size);
-    const Rewriting even = [](std::string_view t, const Sink& out) { copy_lines(t, out); };
+    const Rewriting even = [](const quill::text::Source& t, const Sink& out) { copy_lines(t, out); };
     for (const Rewriting& rewriting : {Rewriting(drop_two_characters_a_line), Rewriting(drop_tags_at_line_ends),
                                        Rewriting(fields_without_dispositions), Rewriting(rewrap_body), even}) {
         std::size_t written = 0;

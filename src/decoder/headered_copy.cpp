@@ -37,7 +37,7 @@ void ask_for_headered_copy(shell::Context& context) {
 Result<std::string> write_headered_copy(shell::Session& session, const std::string& name) {
     const std::string input = session.EncodedPath;
     const std::string copy = files::join(files::dir_of(input), "1" + files::name_of(input));
-    const Rewriting with_header = [&](std::string_view text, const Sink& out) {
+    const Rewriting with_header = [&](const text::Source& text, const Sink& out) {
         write_base64_header(name, out);
         copy_from_first_long_line(text, out);
     };

@@ -77,7 +77,7 @@ std::optional<HeadEnd> write_even_copy(const shell::Session& session, std::strin
     std::optional<HeadEnd> head;
     Rewriting rewriting = rewrap_body;
     if (!is_odd_line_length(sample_line_length(file->bytes()))) {
-        rewriting = [&](std::string_view text, const Sink& out) { head = copy_lines(text, out); };
+        rewriting = [&](const text::Source& text, const Sink& out) { head = copy_lines(text, out); };
     }
     const Result<std::string> copy =
         write_rewritten(path, work_file(session, even_copy), rewriting, files::OnCollision::replace);
@@ -150,7 +150,7 @@ void skiptotail(shell::Context& context, const std::string& path, std::uint64_t&
     std::string tail = work_file(context.session, tail_copy);
     if (path != tail) {  // the tail of a tail is not taken
         static_cast<void>(write_rewritten(
-            path, tail, [&](std::string_view text, const Sink& out) { out(tail_from(text, offset)); },
+            path, tail, [&](const text::Source& text, const Sink& out) { out(tail_from(text.bytes, offset)); },
             files::OnCollision::replace));
     }
     warn_of_long_dispositions(context, tail);

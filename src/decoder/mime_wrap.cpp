@@ -1,8 +1,8 @@
 #include "decoder/mime_wrap.h"
 
 #include "decoder/joined_fields.h"
+#include "decoder/text_file.h"
 #include "files/mapped_file.h"
-#include "text/reader.h"
 
 #include <algorithm>
 #include <optional>
@@ -30,20 +30,31 @@ std::string quoted_content(std::string_view name) {
     return content;
 }
 
+constexpr std::size_t step = std::size_t{1} << 18;  ///< bytes of a piece that are worked on at a time
+
+/// Lets go of what stands before `end` in `file`, where it points into it.
+void release_before(const files::MappedFile& file, const char* end) {
+    const std::string_view bytes = file.bytes();
+    const std::less_equal<> not_behind;
+    if (not_behind(bytes.data(), end) && not_behind(end, bytes.data() + bytes.size())) {
+        file.release_before(static_cast<std::size_t>(end - bytes.data()));
+    }
+}
+
 /// Collects pieces of the mapped `input`, and others, into writes of a good size, and lets go of what is written.
 class Collector {
   public:
     Collector(files::AtomicFile& file, const files::MappedFile& input) : file_(file), input_(input) {
-        buffer_.reserve(capacity);
+        buffer_.reserve(step);
     }
 
     bool append(std::string_view piece) {
         while (!piece.empty() && !file_.failed()) {
-            const std::size_t n = std::min(piece.size(), capacity - buffer_.size());
+            const std::size_t n = std::min(piece.size(), step - buffer_.size());
             buffer_.append(piece.substr(0, n));
-            release(piece.data() + n);
+            release_before(input_, piece.data() + n);
             piece.remove_prefix(n);
-            if (buffer_.size() == capacity) flush();
+            if (buffer_.size() == step) flush();
         }
         return !file_.failed();
     }
@@ -54,37 +65,27 @@ class Collector {
     }
 
   private:
-    static constexpr std::size_t capacity = std::size_t{1} << 18;
-
-    void release(const char* end) const {
-        const std::string_view bytes = input_.bytes();
-        const std::less_equal<> before;
-        if (before(bytes.data(), end) && before(end, bytes.data() + bytes.size())) {
-            input_.release_before(static_cast<std::size_t>(end - bytes.data()));
-        }
-    }
-
     files::AtomicFile& file_;
     const files::MappedFile& input_;
     std::string buffer_;
 };
 
 Result<files::AtomicFile> make(const std::string& input, const std::string& output, const Rewriting& rewriting) {
-    const Result<files::MappedFile> text = files::MappedFile::open(input);
+    const Result<TextFile> text = TextFile::open(input);
     if (!text) return text.error();
     Result<files::AtomicFile> file = files::AtomicFile::create(output);
     if (!file) return file;
-    Collector collector(*file, *text);
-    rewriting(text->bytes(), [&](std::string_view piece) { return collector.append(piece); });
+    Collector collector(*file, text->file());
+    rewriting(text->source(), [&](std::string_view piece) { return collector.append(piece); });
     collector.flush();
     if (file->failed()) return file->error();
-    if (text->cut_short()) return Error{ErrorCode::io, 0, "The file became shorter while it was read"};
+    if (text->file().cut_short()) return Error{ErrorCode::io, 0, "The file became shorter while it was read"};
     return file;
 }
 
 }  // namespace
 
-void rewrap(std::string_view text, const Sink& out) {
+void rewrap(const text::Source& text, const Sink& out) {
     constexpr int most_lines_of_a_field = 2;
     text::Reader ahead(text);
     JoinedFields unwritten(ahead);
@@ -107,7 +108,7 @@ void write_base64_header(std::string_view name, const Sink& out) {
     if (wanted) put_line("", out);
 }
 
-void copy_from_first_long_line(std::string_view text, const Sink& out) {
+void copy_from_first_long_line(const text::Source& text, const Sink& out) {
     text::Reader reader(text);
     bool copying = false;
     while (const std::optional<std::string_view> line = reader.line()) {
@@ -116,7 +117,7 @@ void copy_from_first_long_line(std::string_view text, const Sink& out) {
     }
 }
 
-void break_lines_at_tags(std::string_view text, const Sink& out) {
+void break_lines_at_tags(const text::Source& text, const Sink& out) {
     text::Reader reader(text);
     while (std::optional<std::string_view> line = reader.line()) {
         for (std::size_t at = line->find(line_break_tag); at != line->npos; at = line->find(line_break_tag)) {
@@ -140,15 +141,22 @@ Result<std::string> write_rewritten(const std::string& input, const std::string&
 
 bool holds_rewriting(const std::string& path, const std::string& input, const Rewriting& rewriting) {
     const Result<files::MappedFile> there = files::MappedFile::open(path);
-    const Result<files::MappedFile> text = files::MappedFile::open(input);
+    const Result<TextFile> text = TextFile::open(input);
     if (!there || !text) return false;
     std::string_view rest = there->bytes();
+    const auto is_next = [&](std::string_view piece) {
+        while (!piece.empty()) {
+            const std::string_view slice = piece.substr(0, step);
+            if (!rest.starts_with(slice)) return false;
+            rest.remove_prefix(slice.size());
+            piece.remove_prefix(slice.size());
+            release_before(*there, rest.data());
+            release_before(text->file(), piece.data());
+        }
+        return true;
+    };
     bool same = true;
-    rewriting(text->bytes(), [&](std::string_view piece) {
-        same = rest.starts_with(piece);
-        if (same) rest.remove_prefix(piece.size());
-        return same;
-    });
+    rewriting(text->source(), [&](std::string_view piece) { return same = is_next(piece); });
     return same && rest.empty();
 }
 

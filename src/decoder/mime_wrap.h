@@ -1,6 +1,7 @@
 #pragma once
 
 #include "files/atomic_file.h"
+#include "text/reader.h"
 #include "text/result.h"
 
 #include <cstddef>
@@ -8,32 +9,32 @@
 #include <string>
 #include <string_view>
 
-/// Rewritings of encoded text: lines made even, a MIME header put in front. They read the text once from its beginning
-/// and hold no part of it, so that one endless line costs no more than many short ones.
+/// Rewritings of encoded text: lines made even, a MIME header put in front. They read the text from its beginning and
+/// hold no part of it, so that one endless line costs no more than many short ones.
 namespace quill::decoder {
 
 /// Takes the next piece of a text; returns false to be given no more.
 using Sink = std::function<bool(std::string_view piece)>;
 
 /// Reads `text` and gives what it makes of it to `out`, piece by piece, until `out` returns false.
-using Rewriting = std::function<void(std::string_view text, const Sink& out)>;
+using Rewriting = std::function<void(const text::Source& text, const Sink& out)>;
 
 constexpr std::size_t base64_line_length = 76;  ///< RFC 2045 6.8: the longest line of Base64
 
 /// Joins the fields of `text`, each without two blanks at its end, and breaks the joined text into lines of 76
 /// characters ended by CR LF. A field yields at most two lines; what is left goes in front of the next field, and after
 /// the last one it makes the last line, however long (an empty one where nothing is left).
-void rewrap(std::string_view text, const Sink& out);
+void rewrap(const text::Source& text, const Sink& out);
 
 /// The four header lines (RFC 2045 5, 6; RFC 2183 2.3) above Base64 text that is to be decoded as `name`. Quotes and
 /// backslashes in `name` are escaped, control characters become '_'.
 void write_base64_header(std::string_view name, const Sink& out);
 
 /// The lines of `text` from the first one longer than 50 characters on, each ended by CR LF.
-void copy_from_first_long_line(std::string_view text, const Sink& out);
+void copy_from_first_long_line(const text::Source& text, const Sink& out);
 
 /// The lines of `text`, each broken at every `<BR>` (in capitals), which is dropped; each ended by CR LF.
-void break_lines_at_tags(std::string_view text, const Sink& out);
+void break_lines_at_tags(const text::Source& text, const Sink& out);
 
 /// Replaces the file at `path` by its rewriting, in one step; on failure it stays as it was.
 Status rewrite_in_place(const std::string& path, const Rewriting& rewriting);

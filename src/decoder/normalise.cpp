@@ -51,7 +51,7 @@ bool is_odd_line_length(std::size_t length) {
     return std::find(odd_line_lengths.begin(), odd_line_lengths.end(), length) != odd_line_lengths.end();
 }
 
-void rewrap_body(std::string_view text, const Sink& out) {
+void rewrap_body(const text::Source& text, const Sink& out) {
     text::Reader ahead(text);
     if (!copy_header_fields(ahead, out)) return;
     JoinedFields unwritten(ahead);
@@ -70,7 +70,7 @@ void rewrap_body(std::string_view text, const Sink& out) {
     }
 }
 
-std::optional<HeadEnd> copy_lines(std::string_view text, const Sink& out) {
+std::optional<HeadEnd> copy_lines(const text::Source& text, const Sink& out) {
     text::Reader reader(text);
     HeadEnd end;
     while (std::optional<std::string_view> line = reader.line()) {

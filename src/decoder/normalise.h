@@ -22,7 +22,7 @@ bool is_odd_line_length(std::size_t length);
 /// The text with its header fields as lines and the body behind its first "Content-Dispos" and one more field brought
 /// to lines of 76 characters: each field, what the one before left over in front of it and two blanks at its end
 /// dropped, gives one line.
-void rewrap_body(std::string_view text, const Sink& out);
+void rewrap_body(const text::Source& text, const Sink& out);
 
 /// A line that ends a head: an empty one, or one that begins with a byte above 128.
 struct HeadEnd {
@@ -30,7 +30,7 @@ struct HeadEnd {
 };
 
 /// The lines of `text`, without two blanks at their ends, up to the first line that ends a head; that line is told.
-std::optional<HeadEnd> copy_lines(std::string_view text, const Sink& out);
+std::optional<HeadEnd> copy_lines(const text::Source& text, const Sink& out);
 
 /// The bytes of `text` from byte number `offset` (from 1) on. Where 1000 bytes or fewer follow it, that byte itself is
 /// left out.

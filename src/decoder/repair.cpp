@@ -15,11 +15,11 @@ constexpr std::string_view name_of_the_unknown = "TEMP";
 
 struct Repair {
     std::string_view purpose;  ///< what the first message says that it does
-    void (*rewriting)(std::string_view text, const Sink& out);
+    void (*rewriting)(const text::Source& text, const Sink& out);
     std::string_view advice;  ///< said at the very end; may be empty
 };
 
-void put_header(std::string_view text, const Sink& out) {
+void put_header(const text::Source& text, const Sink& out) {
     write_base64_header(name_of_the_unknown, out);
     copy_from_first_long_line(text, out);
 }

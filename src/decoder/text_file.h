@@ -16,9 +16,15 @@ class TextFile {
     static Result<TextFile> open(const std::string& path);
 
     /// A reader at the beginning. The file must outlive it.
-    text::Reader reader() const { return {file_.bytes(), unix_text_}; }
+    text::Reader reader() const { return text::Reader(source()); }
+
+    /// What a reader of it begins with. The file must outlive it.
+    text::Source source() const {
+        return {file_.bytes(), unix_text_, [this](std::size_t offset) { file_.release_before(offset); }};
+    }
 
     std::string_view bytes() const { return file_.bytes(); }
+    const files::MappedFile& file() const { return file_; }
 
     /// To be called now and then in a long reading: what stands before `reader` need not stay in memory.
     void release_behind(const text::Reader& reader) const { file_.release_before(reader.offset()); }

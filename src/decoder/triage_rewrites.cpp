@@ -17,7 +17,7 @@ bool put_line(std::string_view line, const Sink& out) {
 
 }  // namespace
 
-void drop_two_characters_a_line(std::string_view text, const Sink& out) {
+void drop_two_characters_a_line(const text::Source& text, const Sink& out) {
     text::Reader reader(text);
     while (std::optional<std::string_view> line = reader.line()) {
         if (line->size() < blanks_at_line_end) continue;
@@ -26,7 +26,7 @@ void drop_two_characters_a_line(std::string_view text, const Sink& out) {
     }
 }
 
-void drop_tags_at_line_ends(std::string_view text, const Sink& out) {
+void drop_tags_at_line_ends(const text::Source& text, const Sink& out) {
     text::Reader reader(text);
     while (std::optional<std::string_view> line = reader.line()) {
         if (line->ends_with(line_break_tag)) line->remove_suffix(line_break_tag.size());
@@ -34,7 +34,7 @@ void drop_tags_at_line_ends(std::string_view text, const Sink& out) {
     }
 }
 
-void fields_without_dispositions(std::string_view text, const Sink& out) {
+void fields_without_dispositions(const text::Source& text, const Sink& out) {
     text::Reader reader(text);
     while (const std::optional<std::string_view> field = reader.field()) {
         if (text::starts_with_ignoring_case(*field, "content-dispos")) continue;

@@ -9,12 +9,12 @@
 namespace quill::decoder {
 
 /// The lines of `text` without the last two characters of each; lines shorter than that are left out.
-void drop_two_characters_a_line(std::string_view text, const Sink& out);
+void drop_two_characters_a_line(const text::Source& text, const Sink& out);
 
 /// The lines of `text`, each that ends in `<BR>` (in capitals) without it.
-void drop_tags_at_line_ends(std::string_view text, const Sink& out);
+void drop_tags_at_line_ends(const text::Source& text, const Sink& out);
 
 /// The fields of `text`, a line each, without those that begin "content-dispos" in any case.
-void fields_without_dispositions(std::string_view text, const Sink& out);
+void fields_without_dispositions(const text::Source& text, const Sink& out);
 
 }  // namespace quill::decoder

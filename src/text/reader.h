@@ -1,13 +1,34 @@
 #pragma once
 
+#include <concepts>
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 namespace quill::text {
 
 /// Whether `bytes` hold a line feed and no carriage return at all. Such text is read as though each LF were CR LF.
 bool is_unix_text(std::string_view bytes);
+
+/// Told now and then in a long search how far it has come, in bytes from the beginning of the text.
+using OnSearched = std::function<void(std::size_t offset)>;
+
+/// A text to be read, and what its reader should know. The bytes are not held.
+struct Source {
+    template <class Text>
+    requires std::convertible_to<const Text&, std::string_view> Source(const Text& text)
+        : bytes(text), unix_text(is_unix_text(bytes)) {}
+
+    /// For a caller that knows already whether `text` is, or is a part of, Unix text.
+    Source(std::string_view text, bool is_unix, OnSearched searched = {})
+        : bytes(text), unix_text(is_unix), on_searched(std::move(searched)) {}
+
+    std::string_view bytes;
+    bool unix_text;
+    OnSearched on_searched;  ///< may be empty; lets the owner of a large text let go of what was passed
+};
 
 /// Reads 8-bit text by lines or by fields; the two may be mixed, and give different results on the same text.
 ///
@@ -15,10 +36,9 @@ bool is_unix_text(std::string_view bytes);
 /// The views returned point into the bytes given, which must outlive the reader.
 class Reader {
   public:
-    explicit Reader(std::string_view bytes) : Reader(bytes, is_unix_text(bytes)) {}
-
-    /// For a caller that knows already whether `bytes` are, or are a part of, Unix text.
-    Reader(std::string_view bytes, bool unix_text) : bytes_(bytes), line_feed_ends_(unix_text) {}
+    explicit Reader(Source source)
+        : bytes_(source.bytes), line_feed_ends_(source.unix_text), on_searched_(std::move(source.on_searched)) {}
+    Reader(std::string_view bytes, bool unix_text) : Reader(Source(bytes, unix_text)) {}
 
     /// The characters up to the next line end, without it; nullopt when all is read.
     std::optional<std::string_view> line();
@@ -38,6 +58,7 @@ class Reader {
     bool reads_unix_text() const { return line_feed_ends_; }
 
   private:
+    std::size_t find(char c, std::size_t from, std::size_t to) const;
     std::size_t find_line_end(std::size_t from);
     std::size_t find_delimiter(std::size_t from);
     void pass_delimiter(std::size_t at);
@@ -46,6 +67,7 @@ class Reader {
     std::size_t at_ = 0;
     std::size_t line_known_to_ = 0;  ///< one behind the line end found last: each line is searched for its end once
     bool line_feed_ends_;
+    OnSearched on_searched_;
 };
 
 }  // namespace quill::text

@@ -40,7 +40,7 @@ std::string lines(std::size_t count, std::size_t length, char first = 'A') {
     return text;
 }
 
-std::string rewritten(void (*rewriting)(std::string_view, const Sink&), std::string_view text) {
+std::string rewritten(void (*rewriting)(const text::Source&, const Sink&), std::string_view text) {
     std::string out;
     rewriting(text, [&](std::string_view piece) {
         out += piece;

@@ -244,7 +244,7 @@ TEST(RewrapBody, WritesWhatIsLeftInLinesOf76) {
 TEST(CopyLines, TellsWhereAHeadEnds) {
     std::optional<HeadEnd> end;
     const auto copy = [&](const std::string& text) {
-        return made_of(text, [&](std::string_view t, const Sink& out) { end = copy_lines(t, out); });
+        return made_of(text, [&](const text::Source& t, const Sink& out) { end = copy_lines(t, out); });
     };
     EXPECT_EQ(copy("a  \r\nb \r\n  \r\nc"), "a\r\nb \r\n\r\nc\r\n");
     EXPECT_FALSE(end);

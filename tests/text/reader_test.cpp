@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <string>
 #include <vector>
@@ -151,6 +152,17 @@ TEST(Writer, EndsALineWithBothCharacters) {
     append_line(out, "b");
     append_line(out, "");
     EXPECT_EQ(out, "ab\r\n\r\n");
+}
+
+TEST(Reader, ALongSearchTellsHowFarItHasCome) {
+    const std::string text = std::string(5'000'000, 'a') + "\r\nb";
+    std::vector<std::size_t> passed;
+    Reader reader(Source(text, false, [&](std::size_t offset) { passed.push_back(offset); }));
+    EXPECT_EQ(reader.line()->size(), 5'000'000U);
+    ASSERT_FALSE(passed.empty());
+    EXPECT_TRUE(std::is_sorted(passed.begin(), passed.end()));
+    EXPECT_LE(passed.back(), 5'000'000U);
+    EXPECT_EQ(reader.line(), "b");
 }
 
 }  // namespace
