@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <string>
+#include <utility>
 
 namespace quill::codec {
 namespace {
@@ -31,6 +33,38 @@ TEST(LineEndKernel, FindsTheFirstAsItsReference) {
             }
         }
     });
+}
+
+TEST(LineBeginningKernel, FindsTheFirstAsItsReference) {
+    on_each_target([] {
+        Random random(33);
+        for (int round = 0; round < 4000; ++round) {
+            // Long lines, with what is looked for in the midst of them, and short pieces of all line ends.
+            std::string text = random.text(random.below(most_bytes), round % 2 == 0 ? "ab=-" : "abcd\x80");
+            for (std::size_t at = random.below(90); at < text.size(); at += 1 + random.below(90)) {
+                constexpr std::string_view pieces[] = {"\r\n", "\n", "\r", "\r\r\n", "\r\n=", "\na", "\r."};
+                const std::string_view piece = pieces[random.below(std::size(pieces))];
+                text.replace(at, std::min(piece.size(), text.size() - at), piece);
+            }
+            const ExactBytes in(text, random.below(64));
+            for (std::size_t from = 0; from < text.size();
+                 from = find_line_beginning_reference(in.view(), from, "abcd=-\x80")) {
+                ASSERT_EQ(find_line_beginning(in.view(), from, "=-F."),
+                          find_line_beginning_reference(in.view(), from, "=-F."))
+                    << from << " in " << testing::PrintToString(text);
+            }
+        }
+    });
+}
+
+TEST(LineBeginning, IsBehindEachKindOfLineEnd) {
+    const std::pair<std::string_view, std::size_t> cases[] = {
+        {"", 0},           {"=a", 2},         {"a\n=", 2},     {"a\r=", 2},    {"a=\r\n", 4},
+        {"a\r\n=", 3},     {"a\r\n\r\nb", 3}, {"a\r\r\n=", 4}, {"a\r\rb", 2},  {"a\n\nb", 2},
+        {"a\r\r\nb\n", 6}, {"a\n", 2},        {"\r\n=", 2},    {"\r\r\n=", 3}, {"a\nb\n=", 4}};
+    for (const auto& [text, at] : cases) {
+        EXPECT_EQ(find_line_beginning(text, 0, "="), at) << testing::PrintToString(std::string(text));
+    }
 }
 
 /// The check values of the published catalogues of CRCs.
