@@ -21,7 +21,8 @@ constexpr std::array<std::array<int, 4>, 4> rotations = {
     {{7, 12, 17, 22}, {5, 9, 14, 20}, {4, 11, 16, 23}, {6, 10, 15, 21}}};
 
 std::uint32_t little_endian(const unsigned char* at) {
-    return at[0] | at[1] << 8U | at[2] << 16U | static_cast<std::uint32_t>(at[3]) << 24U;
+    return std::uint32_t{at[0]} | std::uint32_t{at[1]} << 8U | std::uint32_t{at[2]} << 16U |
+           std::uint32_t{at[3]} << 24U;
 }
 
 }  // namespace
