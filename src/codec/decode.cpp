@@ -186,7 +186,7 @@ Outcome decode(const Attachment& attachment, std::span<const std::string_view> i
             decode_quoted_printable(body, sink);
             break;
         case Format::yenc:
-            decode_yenc(attachment, inputs, on_read, sink);
+            decode_yenc(attachment, inputs, on_read, read_input, sink);
             break;
         case Format::identity:
             decode_identity(body, sink);

@@ -115,8 +115,8 @@ bool is_good(const Part& part) {
 /// The parts of one file on their way to the sink.
 class Assembly {
   public:
-    Assembly(std::vector<Part> parts, const OnRead& on_read, Sink& sink)
-        : parts_(std::move(parts)), on_read_(on_read), sink_(sink) {
+    Assembly(std::vector<Part> parts, const OnRead& on_read, const ReadInput& read_input, Sink& sink)
+        : parts_(std::move(parts)), on_read_(on_read), read_input_(read_input), sink_(sink) {
         for (const Part& part : parts_) input_bytes_ += part.text.size();
     }
 
@@ -145,6 +145,7 @@ class Assembly {
 
     std::vector<Part> parts_;
     const OnRead& on_read_;
+    const ReadInput& read_input_;
     Sink& sink_;
     std::uint64_t input_bytes_ = 0;
 
@@ -244,10 +245,16 @@ bool Assembly::decode(const Part& part) {
         sink_.report(Grade::repaired, "dots-added", part.range.begin, "Dots that were added to lines are taken off");
     }
     if (!begin_part(part)) return false;
-    const std::optional<Data> data =
-        decode_data(part.text, part.post, dotted, [&](std::string_view bytes, std::size_t read_to) {
-            return put(bytes) && (!on_read_ || on_read_(part.range.source, part.range.begin + read_to));
-        });
+    const TakeBytes take = [&](std::string_view bytes, std::size_t read_to) {
+        return put(bytes) && (!on_read_ || on_read_(part.range.source, part.range.begin + read_to));
+    };
+    ReadText read;
+    if (read_input_) {
+        read = [&](std::size_t at, char* out, std::size_t size) {
+            return read_input_(part.range.source, part.range.begin + at, out, size);
+        };
+    }
+    const std::optional<Data> data = decode_data(part.text, part.post, dotted, take, read);
     if (!data) return false;
     verify_part(part, *data);
     return true;
@@ -295,12 +302,12 @@ void Assembly::check_whole() {
 namespace quill::codec {
 
 void decode_yenc(const Attachment& attachment, std::span<const std::string_view> inputs, const OnRead& on_read,
-                 Sink& sink) {
+                 const ReadInput& read_input, Sink& sink) {
     std::vector<yenc::Part> parts;
     for (const Range& range : attachment.body) {
         if (std::optional<yenc::Part> part = yenc::read_part(inputs, range)) parts.push_back(*std::move(part));
     }
-    if (!parts.empty()) yenc::Assembly(std::move(parts), on_read, sink).run();
+    if (!parts.empty()) yenc::Assembly(std::move(parts), on_read, read_input, sink).run();
 }
 
 }  // namespace quill::codec

@@ -185,7 +185,7 @@ std::optional<Post> read_post(std::string_view text) {
 
 bool dots_look_added(std::string_view text, const Post& post) {
     bool found = false;
-    for (std::size_t at = post.data_begin; at < post.data_end; at = next_line(text, at)) {
+    for (std::size_t at = post.data_begin; at < post.data_end; at = find_line_beginning(text, at, ".")) {
         if (text[at] != '.') continue;
         if (!text.substr(at).starts_with("..")) return false;
         found = true;
@@ -193,23 +193,31 @@ bool dots_look_added(std::string_view text, const Post& post) {
     return found;
 }
 
-std::optional<Data> decode_data(std::string_view text, const Post& post, bool dotted, const TakeBytes& take) {
+std::optional<Data> decode_data(std::string_view text, const Post& post, bool dotted, const TakeBytes& take,
+                                const ReadText& read) {
     const Rules rules = dotted ? Rules::draft_dotted : Rules::draft;
     constexpr std::uint64_t no_limit = std::numeric_limits<std::uint64_t>::max();
     const std::uint64_t limit = post.end ? no_limit : post.stated_size().value_or(no_limit);
-    const auto out = std::make_unique_for_overwrite<char[]>(decoded_bound(piece_size));
+    const std::size_t most = std::min(piece_size, post.data_end - post.data_begin);
+    const auto out = std::make_unique_for_overwrite<char[]>(decoded_bound(most));
+    const auto room = std::make_unique_for_overwrite<char[]>(read ? most : 0);
     Data data;
     std::size_t at = post.data_begin;
+    char before = '\n';
     while (at < post.data_end && data.size < limit) {
-        const std::string_view piece = text.substr(at, std::min(piece_size, post.data_end - at));
+        std::string_view piece = text.substr(at, std::min(most, post.data_end - at));
+        if (read && read(at, room.get(), piece.size()) == piece.size()) piece = {room.get(), piece.size()};
         const bool last = at + piece.size() == post.data_end;
-        const auto previous = static_cast<unsigned char>(at == post.data_begin ? '\n' : text[at - 1]);
-        const Progress progress = decode(rules, piece, previous, last, out.get());
+        const Progress progress = decode(rules, piece, static_cast<unsigned char>(before), last, out.get());
         const std::string_view bytes(out.get(), std::min<std::uint64_t>(progress.written, limit - data.size));
         data.crc = crc32(data.crc, bytes);
         data.size += bytes.size();
+        if (progress.read > 0) before = piece[progress.read - 1];
         at += progress.read;
-        if (progress.ended) at = std::min(next_line(text, at), post.data_end);
+        if (progress.ended) {
+            at = std::min(next_line(text, at), post.data_end);
+            before = '\n';
+        }
         if (take && !take(bytes, at)) return std::nullopt;
     }
     return data;

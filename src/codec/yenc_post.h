@@ -85,10 +85,14 @@ struct Data {
 /// Takes bytes decoded, in order, and how much of the text is used up; false to stop.
 using TakeBytes = std::function<bool(std::string_view bytes, std::size_t read_to)>;
 
+/// Copies up to `size` bytes of the text from `at` on, where that is cheaper than touching them, and returns how many.
+using ReadText = std::function<std::size_t(std::size_t at, char* out, std::size_t size)>;
+
 /// Decodes the data of `post` by the draft's rules, with dots taken off where `dotted`. Other lines that begin with
 /// `=y` are passed over. A post that breaks off gives no more bytes than it states, as anything may stand behind it.
 /// Works in pieces of fixed size. nullopt where `take` stopped it.
-std::optional<Data> decode_data(std::string_view text, const Post& post, bool dotted, const TakeBytes& take = {});
+std::optional<Data> decode_data(std::string_view text, const Post& post, bool dotted, const TakeBytes& take = {},
+                                const ReadText& read = {});
 
 /// Whether the data are what the post states: its CRC agrees or, where it states none, its size.
 bool agrees(const Post& post, const Data& data);
