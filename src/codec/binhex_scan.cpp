@@ -2,6 +2,7 @@
 #include "codec/charset.h"
 #include "codec/text_scan.h"
 #include "text/ascii.h"
+#include "text/utf8.h"
 
 #include <algorithm>
 #include <optional>
@@ -73,7 +74,8 @@ FoundFile fork(const binhex::Header& header, std::vector<Range> body, bool resou
     file.attachment.format = Format::binhex;
     file.attachment.body = std::move(body);
     file.attachment.resource_fork = resource;
-    file.attachment.name = to_utf8(header.name, "x-mac-roman");
+    // Names in UTF-8 are not at home in this format, but written where it isn't either.
+    file.attachment.name = text::is_utf8(header.name) ? header.name : to_utf8(header.name, "x-mac-roman");
     // A slash is a character like any other in a Macintosh name.
     std::replace(file.attachment.name.begin(), file.attachment.name.end(), '/', '_');
     if (resource) file.attachment.name += ".rsrc";

@@ -1,5 +1,6 @@
 #include "codec/binhex_write.h"
 
+#include "codec/alphabets.h"
 #include "codec/checksum.h"
 #include "codec/encode_output.h"
 #include "files/path.h"
@@ -12,7 +13,6 @@
 namespace quill::codec {
 namespace {
 
-constexpr std::string_view alphabet = "!\"#$%&'()*+,-012345689@ABCDEFGHIJKLMNPQRSTUVXYZ[`abcdefhijklmpqr";
 constexpr std::size_t line_length = 64;
 constexpr std::size_t longest_name = 63;
 
@@ -80,7 +80,7 @@ class Packer {
 
     /// Writes the first `characters` of the four that `group_` stands for.
     void write_group(unsigned characters) {
-        for (unsigned i = 0; i < characters; ++i) character(alphabet[group_ >> (18 - 6 * i) & 0x3FU]);
+        for (unsigned i = 0; i < characters; ++i) character(binhex_characters[group_ >> (18 - 6 * i) & 0x3FU]);
         group_ = 0;
         pending_ = 0;
     }
