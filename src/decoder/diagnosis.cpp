@@ -190,13 +190,14 @@ std::string diagnosis_text(std::string_view bytes) {
     const TextFacts facts = look_at(bytes);
     const Likely likely = likely_kind(bytes, facts);
     const Advice& said = advice.at(static_cast<std::size_t>(likely));
-    std::string out(looked_for);
-    out += "\n\n" + what_was_seen(facts) + "\nWhy it stopped: " + std::string(said.why);
+    std::string out = "Why it stopped: " + std::string(said.why);
     if (likely == Likely::known_file) {
         const FileSignature& signature = *signature_of(bytes);
         out.append(signature.what).append(", whose name usually ends in ").append(signature.extension).append(".");
     }
-    return out + "\n\nWhat to try next: " + std::string(said.next) + "\n";
+    out.append("\n\nWhat to try next: ").append(said.next);
+    out.append("\n\n").append(looked_for);
+    return out + "\n\n" + what_was_seen(facts);
 }
 
 }  // namespace quill::decoder

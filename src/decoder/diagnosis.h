@@ -26,9 +26,9 @@ enum class Likely : std::uint8_t {
 /// The kind that `bytes`, of which `facts` are known, most likely are.
 Likely likely_kind(std::string_view bytes, const TextFacts& facts);
 
-/// What the program itself sees in a file that it could not decode, for a person: what was looked for, what was seen
-/// (line lengths, first lines, characters outside the alphabets), why it could not go on and what to try next. Plain
-/// sentences in paragraphs, lines ended by '\n'. Looks at the first 16 MiB of `bytes`.
+/// What the program itself sees in a file that it could not decode, for a person: why it could not go on, what to
+/// try next, what was looked for, and what was seen (line lengths, first lines, characters outside the alphabets).
+/// Plain sentences in paragraphs, lines ended by '\n'. Looks at the first 16 MiB of `bytes`.
 std::string diagnosis_text(std::string_view bytes);
 
 }  // namespace quill::decoder

@@ -132,8 +132,8 @@ void centre(platform::Machine& machine, Form3& window) {
 
 Form3::Form3() {
     caption = "Quillbright Pro 2012";
-    width = 9600;
-    height = 7800;
+    width = 11400;
+    height = 10200;
     Label1.text = texts::having_trouble;
     Option1.caption = "Check to see if its a quoted-printable encoded file";
     Option2.caption = "Load the file into a text editor to see if its encoded and to edit it";
