@@ -33,6 +33,17 @@ QLabel* wrapping_label() {
     return label;
 }
 
+/// Directories and what stands at the right get what they need; the files get the rest.
+void share_width(QSplitter* columns) {
+    constexpr int characters[] = {28, 62, 30};
+    QList<int> sizes;
+    for (const int n : characters) sizes.append(n * columns->fontMetrics().averageCharWidth());
+    columns->setSizes(sizes);
+    columns->setStretchFactor(0, 0);
+    columns->setStretchFactor(1, 1);
+    columns->setStretchFactor(2, 0);
+}
+
 template <class Layout>
 Layout* plain_layout(QWidget* area) {
     auto* layout = new Layout(area);
@@ -129,7 +140,7 @@ QWidget* ChooserView::make_file_page() {
     columns->addWidget(make_directory_column(w_.Drive1, w_.Dir1));
     columns->addWidget(files_);
     columns->addWidget(make_favorites());
-    columns->setStretchFactor(1, 1);
+    share_width(columns);
     layout->addWidget(columns, 1);
     layout->addWidget(make_collected());
     layout->addWidget(make_file_buttons());
@@ -212,7 +223,7 @@ QWidget* ChooserView::make_recent_page() {
 
 QWidget* ChooserView::make_merge_page() {
     auto* page = new QWidget;
-    bind(w_.Picture3, page);
+    adopt(w_.Picture3, page);
     auto* layout = plain_layout<QVBoxLayout>(page);
     auto* columns = new QSplitter(Qt::Horizontal);
     columns->setChildrenCollapsible(false);
@@ -222,7 +233,7 @@ QWidget* ChooserView::make_merge_page() {
     columns->addWidget(make_directory_column(w_.Drive2, w_.Dir2));
     columns->addWidget(parts);
     columns->addWidget(make_merge_list());
-    columns->setStretchFactor(1, 1);
+    share_width(columns);
     layout->addWidget(columns, 1);
 
     auto* buttons = plain_layout<QHBoxLayout>(new QWidget);

@@ -2,6 +2,8 @@
 #include "desktop/desktop.h"
 #include "desktop/signs.h"
 #include "desktop/text_editor.h"
+#include "files/path.h"
+#include "integration/favorites.h"
 #include "shell/command_line.h"
 #include "shell/startup.h"
 
@@ -49,6 +51,7 @@ int main(int argc, char** argv) {
                      entered.error().text.c_str());
         return no_data_directory;
     }
+    integration::make_first_favorites(files::join(shell::data_directory(), "favorites"));
     int status = 0;
     {
         desktop::Desktop program(events);

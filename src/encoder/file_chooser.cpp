@@ -41,8 +41,8 @@ constexpr std::array<ModeRow, 12> modes = {{
 }};
 
 // The window as told in twips; the desktop lets it grow with the font.
-constexpr int window_width = 11400;
-constexpr int window_height = 7800;
+constexpr int window_width = 14400;
+constexpr int window_height = 9000;
 
 // Where the picture of tabs is divided, in twips from its left.
 constexpr int recent_tab_end = 2475;

@@ -76,4 +76,13 @@ Status write_favorite(const std::string& dir, const Favorite& favorite) {
     return Done{};
 }
 
+void make_first_favorites(const std::string& dir) {
+    const Result<std::vector<std::string>> names = files::list_files(dir, "*.hyp");
+    if (!names || !names->empty()) return;
+    for (const char* const place : {"Desktop", "Documents", "Downloads", "Mail", "Pictures"}) {
+        static_cast<void>(write_favorite(dir, {place, std::string("!/") + place}));
+    }
+    static_cast<void>(write_favorite(dir, {"Home", "!"}));
+}
+
 }  // namespace quill::integration

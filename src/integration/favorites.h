@@ -34,4 +34,8 @@ std::vector<Favorite> read_favorites(const std::string& dir, std::string_view pr
 /// caption that can be no file name, or with the system's reason.
 Status write_favorite(const std::string& dir, const Favorite& favorite);
 
+/// Gives a directory without any favorite those that most users have: their own directory and the usual ones in it.
+/// Those that do not exist on this machine are not shown, as ever.
+void make_first_favorites(const std::string& dir);
+
 }  // namespace quill::integration

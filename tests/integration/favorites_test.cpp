@@ -51,5 +51,18 @@ TEST(Favorites, WhatIsWrittenReadsBackAndMissingDirectoriesDropOut) {
     EXPECT_EQ(files::current_directory(), before);
 }
 
+TEST(Favorites, AnEmptyDirectoryGetsTheUsualOnesOnce) {
+    const tests::TemporaryDirectory temporary;
+    const std::string favorites = temporary.make_directory("favorites");
+    temporary.make_directory("Mail");
+    make_first_favorites(favorites);
+    const Favorite mail{"Mail", temporary.path("Mail")};
+    const Favorite home{"Home", temporary.path()};
+    EXPECT_THAT(read_favorites(favorites, temporary.path()), ElementsAre(home, mail));
+    temporary.write("favorites/Home.hyp", "no favorite");
+    make_first_favorites(favorites);
+    EXPECT_THAT(read_favorites(favorites, temporary.path()), ElementsAre(mail));
+}
+
 }  // namespace
 }  // namespace quill::integration
