@@ -34,13 +34,23 @@ std::vector<std::string> split(const std::string& names) {
     return out;
 }
 
+Recovered unwritten(const Attachment& attachment, const std::string& name, const Error& error) {
+    Recovered out;
+    out.name = name;
+    out.format = attachment.format;
+    out.outcome.verdict = Verdict::incomplete;
+    const char* const kind = error.code == ErrorCode::bad_input ? "not-decoded" : "not-written";
+    out.outcome.problems = {{Grade::lost, kind, error.offset, {}, error.text}};
+    return out;
+}
+
 }  // namespace
 
 std::int32_t DecodingLibrary::GetNumFilesToDecode(const std::string& path) {
     names_.clear();
     given_out_.clear();
     last_number_.clear();
-    const Result<Recovery> recovery = Recovery::open(std::array{path});
+    const Result<Recovery> recovery = Recovery::open(std::array{path}, on_progress);
     if (!recovery) return 0;
     for (const Attachment* attachment : files_of(*recovery)) names_.push_back(attachment->name);
     return static_cast<std::int32_t>(names_.size());
@@ -69,10 +79,11 @@ std::int32_t DecodingLibrary::DecodeFile(const std::string& path, const std::str
     for (std::size_t i = 0; i < std::min(attachments.size(), wanted.size()); ++i) {
         const std::string name = attachment_name(wanted[i]);
         if (name.empty()) continue;
-        Result<Recovered> recovered = recovery->write(*attachments[i], name, files::OnCollision::choose_name);
-        if (recovered) results_.push_back(std::move(*recovered));
+        Result<Recovered> recovered =
+            recovery->write(*attachments[i], name, files::OnCollision::choose_name, on_progress);
+        results_.push_back(recovered ? std::move(*recovered) : unwritten(*attachments[i], name, recovered.error()));
     }
-    return results_.empty() ? 0 : 1;
+    return std::any_of(results_.begin(), results_.end(), [](const Recovered& r) { return !r.path.empty(); }) ? 1 : 0;
 }
 
 std::int32_t DecodingLibrary::EncodeFile(const std::string& input, const std::string& output, std::int32_t format,

@@ -36,8 +36,13 @@ class DecodingLibrary {
     std::int32_t EncodeFile(const std::string& input, const std::string& output, std::int32_t format,
                             std::int32_t zero);
 
-    /// What the last `DecodeFile` wrote, with verdicts and problems.
+    /// What the last `DecodeFile` wrote, with verdicts and problems. A file that could not be written is among it, its
+    /// `path` empty, its one problem "not-written" with the system's reason; so is one of which nothing could be
+    /// decoded, its problem "not-decoded".
     const std::vector<Recovered>& results() const { return results_; }
+
+    /// Told how far a reading or a decoding has come; false stops it, which counts as a failure.
+    OnProgress on_progress;
 
   private:
     std::vector<std::string> names_;

@@ -12,6 +12,7 @@
 #include "shell/main_window.h"
 #include "text/ascii.h"
 
+#include <algorithm>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -23,6 +24,7 @@ constexpr auto even_copy = "temp1.ntp";
 constexpr auto tail_copy = "temp2.ntp";
 constexpr int most_passes = 2;
 constexpr std::size_t longest_plain_header = 70;
+constexpr std::uint64_t shortest_with_progress = std::uint64_t{8} << 20;  // bytes
 
 /// The path of a work file in the current directory; another than told where the user's own file has that name.
 std::string work_file(const shell::Session& session, const std::string& name) {
@@ -31,13 +33,18 @@ std::string work_file(const shell::Session& session, const std::string& name) {
     return path;
 }
 
-/// Has the library decode all that `path` holds. Returns what it returned: 0 where nothing was written.
-std::int32_t run_library(shell::Context& context, const std::string& path) {
+/// Shows how far a long run has come, in the bar of the start panel.
+void show_progress(shell::Context& context, std::uint64_t done, std::uint64_t total) {
     auto& w = context.windows.load<shell::swit>();
-    w.pointer = controls::MousePointer::busy;
+    if (total < shortest_with_progress) return;
+    w.Picture5.visible = true;
+    w.Picture6.left = static_cast<int>(static_cast<double>(w.Picture5.width) * static_cast<double>(done) /
+                                       static_cast<double>(total));
     context.platform.repaint(w);
-    codec::DecodingLibrary library;
-    const std::int32_t count = library.GetNumFilesToDecode(path);
+}
+
+/// The names that the library gives to what it has found, each made unique.
+std::string unique_names(shell::swit& w, codec::DecodingLibrary& library, std::int32_t count) {
     w.List1.clear();
     for (std::int32_t i = 0; i < count; ++i) {
         std::string name;
@@ -47,12 +54,41 @@ std::int32_t run_library(shell::Context& context, const std::string& path) {
     }
     std::string names;
     for (const std::string& name : w.List1.items()) names += (names.empty() ? "" : ";") + name;
-    const std::int32_t decoded = library.DecodeFile(path, names, 1);
+    return names;
+}
+
+/// Has the library decode all that `path` holds. Returns what it wrote and what it could not write.
+std::vector<codec::Recovered> run_library(shell::Context& context, const std::string& path) {
+    auto& w = context.windows.load<shell::swit>();
+    w.pointer = controls::MousePointer::busy;
+    context.platform.repaint(w);
+    codec::DecodingLibrary library;
+    library.on_progress = [&](std::uint64_t done, std::uint64_t total) {
+        show_progress(context, done, total);
+        return true;
+    };
+    const std::string names = unique_names(w, library, library.GetNumFilesToDecode(path));
+    library.DecodeFile(path, names, 1);
     for (const codec::Recovered& file : library.results()) {
         if (!file.path.empty()) w.Outcomes.insert_or_assign(file.name, file.outcome);
     }
+    w.Picture5.visible = false;
     w.pointer = controls::MousePointer::normal;
-    return decoded;
+    return library.results();
+}
+
+bool was_written(const codec::Recovered& file) {
+    return !file.path.empty();
+}
+
+/// Says which files could not be written, and why. Of what could not even be decoded the repair guide speaks.
+void say_unwritten(shell::Context& context, const std::vector<codec::Recovered>& files) {
+    for (const codec::Recovered& file : files) {
+        if (was_written(file) || file.outcome.problems.empty()) continue;
+        const codec::Problem& problem = file.outcome.problems.front();
+        if (problem.kind != "not-written") continue;
+        context.platform.message("The file " + file.name + " could not be written: " + problem.text + ".");
+    }
 }
 
 void give_up(shell::Context& context) {
@@ -76,7 +112,7 @@ std::optional<HeadEnd> write_even_copy(const shell::Session& session, std::strin
     if (!file) return std::nullopt;
     std::optional<HeadEnd> head;
     Rewriting rewriting = rewrap_body;
-    if (!is_odd_line_length(sample_line_length(file->bytes()))) {
+    if (!is_odd_line_length(sample_line_length(file->source()))) {
         rewriting = [&](const text::Source& text, const Sink& out) { head = copy_lines(text, out); };
     }
     const Result<std::string> copy =
@@ -111,7 +147,9 @@ void warn_of_long_dispositions(shell::Context& context, const std::string& path)
 
 void decode_with_library(shell::Context& context, const std::string& path) {
     auto& w = context.windows.load<shell::swit>();
-    if (run_library(context, path) == 0) {
+    const std::vector<codec::Recovered> files = run_library(context, path);
+    say_unwritten(context, files);
+    if (std::none_of(files.begin(), files.end(), was_written)) {
         std::string tried = path;
         undectwo(context, tried);
         return;

@@ -36,7 +36,7 @@ bool ends_head(std::string_view line) {
 
 }  // namespace
 
-std::size_t sample_line_length(std::string_view text) {
+std::size_t sample_line_length(const text::Source& text) {
     text::Reader reader(text);
     std::string_view last;
     const auto read_three = [&] {

@@ -14,7 +14,7 @@ namespace quill::decoder {
 
 /// The length of a field that is taken for a line of the encoded body: of the third field behind the first triple
 /// whose third field is longer than 59 characters, or of the last field where the text ends before.
-std::size_t sample_line_length(std::string_view text);
+std::size_t sample_line_length(const text::Source& text);
 
 /// Whether lines of this length are to be re-wrapped.
 bool is_odd_line_length(std::size_t length);

@@ -178,15 +178,14 @@ TEST_F(LibraryRun, ALongDispositionInTheTailRaisesTheQuestion) {
     EXPECT_TRUE(tests::ends_process([&] { decode("a.txt"); }));
 }
 
-TEST_F(LibraryRun, ADirectoryThatTakesNoFilesEndsInTheGuide) {
-    const std::string sub = dir.make_directory("sub");
-    dir.write("sub/a.mim", message({"a.bin"}));
-    tests::Program fresh;
-    std::string path = sub + "/a.mim";
-    fresh.platform.on_repaint = [&](controls::Window&) { files::change_directory("/proc"); };
-    undec(fresh.context, path);
-    EXPECT_NE(fresh.windows.loaded<Form3>(), nullptr);
-    EXPECT_EQ(dir.read("sub/a.mim"), message({"a.bin"}));
+TEST_F(LibraryRun, WhatCannotBeWrittenIsSaidAndEndsInTheGuide) {
+    dir.write("a.mim", message({"a.bin"}));
+    program.platform.on_repaint = [](controls::Window&) { files::change_directory("/proc"); };
+    program.platform.expect_message("The file a.bin could not be written: ");
+    decode("a.mim");
+    EXPECT_TRUE(gave_up());
+    EXPECT_EQ(dir.read("a.mim"), message({"a.bin"}));
+    EXPECT_EQ(dir.names(), Names{"a.mim"});
 }
 
 /// What a rewriting makes of a text.
