@@ -109,15 +109,18 @@ void check_surroundings(std::string_view bytes, const Directory& directory, std:
 std::optional<Directory> find_directory(std::string_view bytes) {
     if (bytes.size() < end_of_directory_size) return std::nullopt;
     std::size_t from = bytes.size() - end_of_directory_size;
-    // An end record whose comment reaches the end of the file is the best; any that leads to a directory will do.
+    // An end record whose comment reaches the end of the file is the best; any that leads to a directory will do, and
+    // one of an empty archive, which any comment can hold, only where there is no other.
     const std::size_t nearest = from > longest_comment ? from - longest_comment : 0;
     std::optional<Directory> other;
     while (true) {
         const std::size_t at = bytes.rfind(end_mark, from);
         if (at == std::string_view::npos || (other && at < nearest)) return other;
         if (const std::optional<Directory> found = directory_of_end_record(bytes, at)) {
-            if (at + end_of_directory_size + get16(bytes, at + 20) == bytes.size()) return found;
-            if (!other) other = found;
+            const bool has_entries = found->begin < found->end;
+            const bool fits = at + end_of_directory_size + get16(bytes, at + 20) == bytes.size();
+            if (has_entries && fits) return found;
+            if (!other || (has_entries && other->begin == other->end)) other = found;
         }
         if (at == 0) return other;
         from = at - 1;

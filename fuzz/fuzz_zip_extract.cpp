@@ -1,0 +1,24 @@
+// Reading every member, into nothing, up to a megabyte each. What is called verified has the size that was stated.
+
+#include "zip/member_reader.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const auto archive = quill::zip::Archive::parse({reinterpret_cast<const char*>(data), size});
+    if (!archive) return 0;
+    quill::zip::MemberReader reader(*archive, "password");
+    std::size_t members = 0;
+    for (const auto& member : archive->members()) {
+        if (++members > 64) break;
+        std::size_t read = 0;
+        const auto content =
+            reader.read(member, [&](std::string_view bytes) { return (read += bytes.size()) < 1U << 20U; });
+        if (content.size != read) std::abort();
+        if (content.fate == quill::zip::Fate::verified && member.sizes_known && read != member.uncompressed_size)
+            std::abort();
+    }
+    return 0;
+}

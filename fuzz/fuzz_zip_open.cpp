@@ -1,0 +1,19 @@
+// Opening an archive: directory, recovery, names, paths. No path may lead out of the directory.
+
+#include "zip/archive.h"
+#include "zip/member_paths.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const auto archive = quill::zip::Archive::parse({reinterpret_cast<const char*>(data), size});
+    if (!archive) return 0;
+    for (const auto& member : quill::zip::member_paths(archive->members())) {
+        const std::string path = "/" + member.path + "/";
+        if (path.find("/../") != std::string::npos || path.find("//") != std::string::npos) std::abort();
+    }
+    return 0;
+}

@@ -1,0 +1,293 @@
+#include "zip/archive.h"
+
+#include "zip/archive_builder.h"
+#include "zip/extraction.h"
+#include "zip/member_reader.h"
+
+#include <gmock/gmock.h>
+#include <string>
+#include <vector>
+
+namespace quill::zip {
+namespace {
+
+using ::testing::ElementsAre;
+using tests::ArchiveBuilder;
+using tests::Odd;
+
+std::vector<std::string> names(const Archive& archive) {
+    std::vector<std::string> out;
+    for (const Member& member : archive.members()) out.push_back(member.name);
+    return out;
+}
+
+std::string content(const Archive& archive, std::size_t i, Fate expected, std::string password = {}) {
+    std::string out;
+    MemberReader reader(archive, std::move(password));
+    const Content result = reader.read(archive.members().at(i), [&](std::string_view bytes) {
+        out += bytes;
+        return true;
+    });
+    EXPECT_EQ(name_of(result.fate), name_of(expected)) << archive.members()[i].name;
+    return out;
+}
+
+std::string kinds(const std::vector<Problem>& problems) {
+    std::string out;
+    for (const Problem& problem : problems) out += (out.empty() ? "" : " ") + problem.kind;
+    return out;
+}
+
+ArchiveBuilder two_members() {
+    return ArchiveBuilder().add("a.txt", "first").add("dir/b.txt", "second one");
+}
+
+TEST(Archive, FindsTheDirectoryWhateverStandsAround) {
+    const std::string whole = two_members().finish("a comment");
+    const struct {
+        const char* what;
+        std::string bytes;
+        const char* problems;
+    } cases[] = {
+        {"as it is", whole, ""},
+        {"junk before", "#!/bin/sh\n" + whole, "shifted"},
+        {"junk behind", whole + std::string(300, 'x'), "junk-behind"},
+        {"more junk behind than a comment can be", whole + std::string(100'000, 'x'), "junk-behind"},
+        {"junk on both sides", "MZ" + whole + "trailer", "shifted junk-behind"},
+        {"an end record in the comment", two_members().finish(std::string("PK\5\6") + std::string(18, '\0')), ""},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        const Result<Archive> archive = Archive::parse(c.bytes);
+        ASSERT_TRUE(archive.ok());
+        EXPECT_THAT(names(*archive), ElementsAre("a.txt", "dir/b.txt"));
+        EXPECT_EQ(kinds(archive->problems()), c.problems);
+        EXPECT_EQ(content(*archive, 1, Fate::verified), "second one");
+        EXPECT_TRUE(archive->is_sound());
+    }
+}
+
+TEST(Archive, RecoversMembersOfADamagedFile) {
+    const std::string members = two_members().members(), whole = two_members().finish();
+    const std::string silent = ArchiveBuilder()
+                                   .add("a.txt", "first", {.silent_local = true})
+                                   .add("dir/b.txt", "second one", {.silent_local = true})
+                                   .members();
+    std::string broken_entry = whole;
+    broken_entry[members.size() + 1] = 'X';  // the signature of the first directory entry
+    const struct {
+        const char* what;
+        std::string bytes;
+    } cases[] = {
+        {"no directory at all", members},
+        {"a directory without its end", members + two_members().directory().substr(0, 60)},
+        {"sizes in descriptors alone", silent},
+        {"junk between", "junk" + members + "PK more junk"},
+        {"an unreadable entry", broken_entry},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        const Result<Archive> archive = Archive::parse(c.bytes);
+        ASSERT_TRUE(archive.ok());
+        EXPECT_THAT(names(*archive), ::testing::UnorderedElementsAre("a.txt", "dir/b.txt"));
+        EXPECT_FALSE(archive->problems().empty());
+        EXPECT_FALSE(archive->is_sound());
+        for (std::size_t i = 0; i < 2; ++i) {
+            EXPECT_EQ(content(*archive, i, Fate::verified),
+                      archive->members()[i].name == "a.txt" ? "first" : "second one");
+        }
+    }
+}
+
+TEST(Archive, ACutFileGivesItsLastMemberAsFarAsItGoes) {
+    const std::string members = two_members().members();
+    const Result<Archive> archive = Archive::parse(std::string_view(members).substr(0, members.size() - 4));
+    ASSERT_TRUE(archive.ok());
+    EXPECT_EQ(content(*archive, 0, Fate::verified), "first");
+    EXPECT_EQ(content(*archive, 1, Fate::damaged), "second");
+}
+
+TEST(Archive, AnArchiveInsideAMemberIsNotTakenForTheCutOneAroundIt) {
+    const std::string inner = ArchiveBuilder().add("inner.txt", "in").finish();
+    const std::string outer = ArchiveBuilder().add("inner.zip", inner).add("b.txt", "out").members();
+    const Result<Archive> archive = Archive::parse(outer);
+    ASSERT_TRUE(archive.ok());
+    EXPECT_THAT(names(*archive), ElementsAre("inner.zip", "b.txt"));
+}
+
+TEST(Archive, WhatIsNoArchiveIsRefused) {
+    for (const std::string_view bytes :
+         {std::string_view(), std::string_view("PK"), std::string_view("PK\3\4 but no more"),
+          std::string_view("just a text that is long enough to hold an end record")}) {
+        const Result<Archive> archive = Archive::parse(bytes);
+        ASSERT_FALSE(archive.ok());
+        EXPECT_EQ(archive.error().code, ErrorCode::bad_input);
+    }
+    EXPECT_TRUE(Archive::parse(ArchiveBuilder().finish()).ok());  // an empty archive is one
+}
+
+TEST(Archive, CountsBeyondSixteenBitsComeFromTheZip64Record) {
+    ArchiveBuilder builder;
+    for (int i = 0; i < 70'000; ++i) builder.add(std::to_string(i), "");
+    const std::string bytes = builder.finish();
+    const Result<Archive> archive = Archive::parse(bytes);
+    ASSERT_TRUE(archive.ok());
+    EXPECT_EQ(archive->members().size(), 70'000U);
+    EXPECT_TRUE(archive->problems().empty());
+}
+
+TEST(Archive, Zip64SizesStandInTheExtraField) {
+    std::string extra;
+    put16(extra, extra_zip64);
+    put16(extra, 16);
+    put64(extra, 5);  // uncompressed
+    put64(extra, 5);  // compressed
+    const std::string bytes =
+        ArchiveBuilder()
+            .add("a", "hello", {.stated_size = 0xFFFFFFFF, .stated_packed_size = 0xFFFFFFFF, .extra = extra})
+            .finish();
+    const Result<Archive> archive = Archive::parse(bytes);
+    ASSERT_TRUE(archive.ok());
+    EXPECT_EQ(content(*archive, 0, Fate::verified), "hello");
+}
+
+TEST(Archive, NamesAreUnicodeWhereverTheyComeFrom) {
+    const std::string utf8 =
+        "Gr\xC3\xBC\xC3\x9F"
+        "e.txt";
+    std::string path_field;
+    put16(path_field, extra_unicode_path);
+    put16(path_field, 5 + utf8.size());
+    path_field += '\1';
+    put32(path_field, codec::crc32(0, "Gr__e.txt"));
+    path_field += utf8;
+    const struct {
+        const char* what;
+        std::string stored;
+        Odd odd;
+        std::string expected;
+    } cases[] = {
+        {"flag", utf8, {.flags = utf8_flag}, utf8},
+        {"path field", "Gr__e.txt", {.extra = path_field}, utf8},
+        {"path field of another name", "Other.txt", {.extra = path_field}, "Other.txt"},
+        {"UTF-8 without a flag", utf8, {}, utf8},
+        {"CP437",
+         "Gr\x81\xE1"
+         "e.txt",
+         {},
+         utf8},
+        {"CP1252",
+         "Gr\xFC\xDF"
+         "e.txt",
+         {},
+         utf8},
+        {"CP866", "\x8F\xE0\xA8\xA2\xA5\xE2.txt", {}, "\xD0\x9F\xD1\x80\xD0\xB8\xD0\xB2\xD0\xB5\xD1\x82.txt"},
+        {"CP932", "\x93\xFA\x96\x7B\x8C\xEA.txt", {}, "\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E.txt"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        const std::string bytes = ArchiveBuilder().add(c.stored, "x", c.odd).finish();
+        const Result<Archive> archive = Archive::parse(bytes);
+        ASSERT_TRUE(archive.ok());
+        EXPECT_EQ(archive->members()[0].name, c.expected);
+    }
+}
+
+TEST(MemberReader, SaysWhatIsWrongAndGivesWhatThereIs) {
+    const std::string deflated("\xCB\x48\xCD\xC9\xC9\x07\x00", 7);  // "hello"
+    const struct {
+        const char* what;
+        Odd odd;
+        Fate fate;
+        const char* bytes;
+        const char* problems;
+    } cases[] = {
+        {"deflated", {.method = 8, .packed = deflated}, Fate::verified, "hello", ""},
+        {"bad CRC", {.crc = 1}, Fate::damaged, "hello", "bad-crc"},
+        {"stated too long", {.stated_size = 9}, Fate::damaged, "hello", "wrong-size"},
+        {"deflated, stated too short",
+         {.method = 8, .packed = deflated, .stated_size = 2},
+         Fate::damaged,
+         "hello",
+         "wrong-size"},
+        {"deflated, stated enormous",
+         {.method = 8, .packed = deflated, .stated_size = 0xF0000000},
+         Fate::damaged,
+         "hello",
+         "wrong-size"},
+        {"deflated and cut", {.method = 8, .packed = deflated.substr(0, 4)}, Fate::damaged, nullptr, "cut"},
+        {"deflated and broken", {.method = 8, .packed = "\xFF\xFF\xFF\xFF"}, Fate::refused, "", "bad-data"},
+        {"another name inside", {.local_name = "evil"}, Fate::verified, "hello", "name-differs"},
+        {"an unknown method", {.method = 77}, Fate::refused, "", "unsupported"},
+        {"a method with a name", {.method = 98}, Fate::refused, "", "unsupported"},
+        {"strong encryption", {.flags = encrypted_flag | strong_encryption_flag}, Fate::refused, "", "unsupported"},
+        {"no password", {.flags = encrypted_flag}, Fate::refused, "", "password"},
+        {"a member where none begins", {.offset = 3}, Fate::refused, "", "no-local-header"},
+        {"a member far outside", {.offset = 0xFFFFFFF0}, Fate::refused, "", "no-local-header"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        const std::string bytes = ArchiveBuilder().add("a", "hello", c.odd).finish();
+        const Result<Archive> archive = Archive::parse(bytes);
+        ASSERT_TRUE(archive.ok());
+        std::string out;
+        MemberReader reader(*archive, {});
+        const Content result = reader.read(archive->members()[0], [&](std::string_view piece) {
+            out += piece;
+            return true;
+        });
+        EXPECT_EQ(name_of(result.fate), name_of(c.fate));
+        EXPECT_EQ(kinds(result.problems), c.problems);
+        if (c.bytes != nullptr) {
+            EXPECT_EQ(out, c.bytes);
+        }
+    }
+}
+
+TEST(Archive, OnlyMembersThatShareBytesAreMarked) {
+    const std::string bytes = ArchiveBuilder()
+                                  .add("a", "first")
+                                  .add("b", "second", {.offset = 3})
+                                  .add("c", "third")
+                                  .add("d", "too long", {.stated_packed_size = 5000})
+                                  .finish();
+    const Result<Archive> archive = Archive::parse(bytes);
+    ASSERT_TRUE(archive.ok());
+    std::vector<bool> marked;
+    for (const Member& member : archive->members()) marked.push_back(member.overlaps);
+    EXPECT_THAT(marked, ElementsAre(false, true, false, true));
+    EXPECT_FALSE(archive->is_sound());
+}
+
+TEST(Extraction, ABombIsStoppedAndItsLimitCanBeLifted) {
+    const std::string bytes = ArchiveBuilder()
+                                  .add("a", std::string(600, 'a'))
+                                  .add("b", std::string(600, 'b'))
+                                  .add("c", std::string(600, 'c'))
+                                  .finish();
+    const Result<Archive> archive = Archive::parse(bytes);
+    ASSERT_TRUE(archive.ok());
+    ExtractOptions options;
+    options.threads = 1;
+    const auto verified = [&] {
+        std::size_t count = 0;
+        for (const MemberResult& result : test_members(*archive, {0, 1, 2}, options)) {
+            const bool read = result.fate == Fate::verified;
+            if (read) ++count;
+            EXPECT_EQ(kinds(result.problems), read ? "" : "limit");
+        }
+        return count;
+    };
+    EXPECT_EQ(verified(), 3U);
+    options.limits = {.most_bytes = 1300};
+    EXPECT_EQ(verified(), 2U);
+    options.limits = {.most_members = 1};
+    EXPECT_EQ(verified(), 1U);
+    options.limits = {.most_ratio = 0, .free_bytes = 700};
+    EXPECT_EQ(verified(), 1U);
+    options.limits = Limits::lifted();
+    EXPECT_EQ(verified(), 3U);
+}
+
+}  // namespace
+}  // namespace quill::zip

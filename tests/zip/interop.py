@@ -1,0 +1,152 @@
+#!/usr/bin/env python3
+"""interop.py QUILL: archives of other programs are read by ours, and ours by them; statuses and JSON of `quill zip`.
+
+Partners: Info-ZIP's zip and unzip, 7z, Python's zipfile."""
+
+import json
+import os
+import random
+import stat
+import subprocess
+import sys
+import tempfile
+import unittest
+import zipfile
+
+QUILL = sys.argv.pop(1)
+
+
+def run(*command, status=0):
+    done = subprocess.run(command, capture_output=True, stdin=subprocess.DEVNULL)
+    assert done.returncode == status, f"{command}: {done.returncode}\n{done.stdout.decode()}\n{done.stderr.decode()}"
+    return done.stdout.decode()
+
+
+def make_files(root):
+    """A small tree: text, noise, an empty file, a name beyond ASCII, directories, a file of several megabytes."""
+    noise = random.Random(1)
+    files = {
+        "text.txt": b"a line of text\n" * 500,
+        "noise.bin": noise.randbytes(20_000),
+        "empty": b"",
+        "sub/Gr\u00fc\u00dfe.txt": b"hello",
+        "sub/deep/large.txt": b"".join(b"%d squared is %d\n" % (i, i * i) for i in range(200_000)),
+    }
+    for name, content in files.items():
+        os.makedirs(os.path.dirname(os.path.join(root, name)) or root, exist_ok=True)
+        with open(os.path.join(root, name), "wb") as file:
+            file.write(content)
+        os.utime(os.path.join(root, name), (1_500_000_000, 1_500_000_000))
+    return files
+
+
+class Interop(unittest.TestCase):
+    def setUp(self):
+        self.directory = tempfile.TemporaryDirectory()
+        self.old = os.getcwd()
+        os.chdir(self.directory.name)
+        os.mkdir("in")
+        self.files = make_files("in")
+        with open("password", "w") as file:
+            file.write("open sesame\n")
+
+    def tearDown(self):
+        os.chdir(self.old)
+        self.directory.cleanup()
+
+    def check_extracted(self, root):
+        for name, content in self.files.items():
+            with open(os.path.join(root, name), "rb") as file:
+                self.assertEqual(file.read(), content, name)
+            self.assertLess(abs(os.stat(os.path.join(root, name)).st_mtime - 1_500_000_000), 2, name)
+            self.assertEqual(stat.S_IMODE(os.stat(os.path.join(root, name)).st_mode) & 0o133, 0)
+
+    def read_with_quill(self, archive, *options):
+        os.mkdir("out")
+        run(QUILL, "zip", "extract", "--into", "out", *options, archive)
+        self.check_extracted("out")
+
+    def test_reads_zip(self):
+        run("sh", "-c", "cd in && zip -qr ../a.zip .")
+        self.read_with_quill("a.zip")
+
+    def test_reads_zip_from_a_pipe(self):
+        run("sh", "-c", "cd in && zip -qr - . | cat > ../a.zip")
+        self.read_with_quill("a.zip")
+
+    def test_reads_encrypted_zip(self):
+        run("sh", "-c", "cd in && zip -qr -P 'open sesame' ../a.zip .")
+        self.read_with_quill("a.zip", "--password-file", "password")
+
+    def test_reads_7z(self):
+        run("sh", "-c", "cd in && 7z a -tzip ../a.zip .")
+        self.read_with_quill("a.zip")
+
+    def test_reads_7z_with_aes(self):
+        run("sh", "-c", "cd in && 7z a -tzip -mem=AES256 '-popen sesame' ../a.zip .")
+        self.read_with_quill("a.zip", "--password-file", "password")
+
+    def test_reads_python(self):
+        for method in (zipfile.ZIP_STORED, zipfile.ZIP_DEFLATED, zipfile.ZIP_BZIP2):
+            with self.subTest(method=method), zipfile.ZipFile("a.zip", "w", method) as archive:
+                for name in self.files:
+                    archive.write("in/" + name, name)
+            os.path.isdir("out") and run("rm", "-r", "out")
+            self.read_with_quill("a.zip")
+
+    def test_ours_is_read_by_all(self):
+        for options, password in (([], None), (["--password-file", "password"], "open sesame")):
+            if os.path.exists("a.zip"):
+                os.remove("a.zip")
+            run(QUILL, "zip", "add", *options, "a.zip", "in")
+            run("unzip", "-t", *(["-P", password] if password else []), "a.zip")
+            run("7z", "t", *(["-p" + password] if password else []), "a.zip")
+            with zipfile.ZipFile("a.zip") as archive:
+                for name, content in self.files.items():
+                    self.assertEqual(archive.read("in/" + name, password.encode() if password else None), content)
+        run("rm", "-r", "in")
+        run("unzip", "-q", "-P", "open sesame", "a.zip")
+        self.check_extracted("in")
+
+    def test_a_changed_archive_is_read_by_all(self):
+        run("sh", "-c", "cd in && zip -qr -z ../a.zip . < text.txt")
+        os.chdir("in")
+        with open("text.txt", "w") as file:
+            file.write("another text")
+        run(QUILL, "zip", "add", "../a.zip", "text.txt", "noise.bin")
+        run(QUILL, "zip", "remove", "../a.zip", "sub/deep/large.txt")
+        os.chdir("..")
+        run("unzip", "-t", "a.zip")
+        run("7z", "t", "a.zip")
+        with zipfile.ZipFile("a.zip") as archive:
+            self.assertIsNone(archive.testzip())
+            self.assertEqual(archive.read("text.txt"), b"another text")
+            self.assertNotIn("sub/deep/large.txt", archive.namelist())
+            self.assertTrue(archive.comment.startswith(b"a line of text"))
+
+    def test_statuses_and_json(self):
+        run(QUILL, "zip", "add", "a.zip", "in")
+        listed = json.loads(run(QUILL, "zip", "list", "--json", "a.zip", "in/sub"))
+        self.assertEqual([m["name"] for m in listed if not m["directory"]], ["in/sub/Gr\u00fc\u00dfe.txt", "in/sub/deep/large.txt"])
+        tested = json.loads(run(QUILL, "zip", "test", "--json", "a.zip"))
+        self.assertEqual({m["verdict"] for m in tested}, {"verified"})
+        with open("a.zip", "r+b") as file:
+            content = file.read()
+            file.seek(content.index(self.files["noise.bin"][:50]) + 20)
+            file.write(b"XX")
+        damaged = json.loads(run(QUILL, "zip", "test", "--json", "a.zip", status=1))
+        self.assertEqual([m["name"] for m in damaged if m["verdict"] == "damaged"], ["in/noise.bin"])
+        os.mkdir("out")
+        run(QUILL, "zip", "extract", "--into", "out", "a.zip", status=1)
+        self.assertEqual(os.path.getsize("out/in/noise.bin"), 20_000)
+        run(QUILL, "zip", "list", "a.zip", "in/none", status=3)
+        run(QUILL, "zip", "list", "in/text.txt", status=3)
+        run(QUILL, "zip", "extract", "--into", "missing", "a.zip", status=3)
+        run(QUILL, "zip", "remove", "missing.zip", "a", status=3)
+        run(QUILL, "zip", status=3)
+        zipfile.ZipFile("empty.zip", "w").close()
+        run(QUILL, "zip", "list", "empty.zip", status=2)
+
+
+if __name__ == "__main__":
+    unittest.main()
