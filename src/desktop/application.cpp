@@ -27,7 +27,6 @@ bool is_user_input(const QEvent& event) {
 
 Application::Application(int& argc, char** argv, EventLoop& events) : QApplication(argc, argv), events_(events) {
     setApplicationName(QStringLiteral("quillbright"));
-    setApplicationDisplayName(QStringLiteral("Quillbright Pro"));
     setDesktopFileName(QStringLiteral("quillbright"));
     setAttribute(Qt::AA_DontShowIconsInMenus);
 }

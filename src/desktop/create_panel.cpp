@@ -4,7 +4,6 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 /// The create wizard's panel: what to create, which kind of it, and where.
@@ -58,7 +57,7 @@ QWidget* MainWindowView::make_directory_page() {
     layout->addWidget(bind(w_.Label5, text_label()));
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
-    buttons->addWidget(bind(w_.Command1, new QPushButton));
+    buttons->addWidget(bind(w_.Command1, push_button()));
     layout->addLayout(buttons);
     on_sync([this, page] { page->setVisible(!w_.Frame1.visible && !w_.Frame2.visible); });
     return page;

@@ -39,6 +39,7 @@ class MainFrame final : public QMainWindow {
 class MainWindowView final : public View {
   public:
     MainWindowView(shell::swit& window, EventLoop& events);
+    ~MainWindowView() override { destroy_frame(); }
 
     /// What to do with a file dropped on the window.
     std::function<void(const std::string& path)> dropped;

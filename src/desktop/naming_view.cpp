@@ -6,7 +6,6 @@
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QShortcut>
 #include <QVBoxLayout>
@@ -14,16 +13,6 @@
 #include <vector>
 
 namespace quill::desktop {
-namespace {
-
-QPushButton* default_button() {
-    auto* button = new QPushButton;
-    button->setDefault(true);
-    return button;
-}
-
-}  // namespace
-
 NamingView::NamingView(decoder::Form4& window, EventLoop& events) : View(window, new QWidget, events), w_(window) {
     name_controls(window);
     auto* layout = new QVBoxLayout(&frame());
@@ -64,8 +53,8 @@ QWidget* NamingView::make_naming_panel() {
 
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
-    buttons->addWidget(bind(w_.Command3, default_button()));
-    buttons->addWidget(bind(w_.Command4, new QPushButton));
+    buttons->addWidget(bind(w_.Command3, push_button()));
+    buttons->addWidget(bind(w_.Command4, push_button()));
     layout->addLayout(buttons);
     return panel;
 }
@@ -77,7 +66,12 @@ QWidget* NamingView::make_extensions() {
     layout->setSpacing(line_height());
     std::vector<controls::Choice*> group;
     w_.Option1.for_each([&](int, controls::Choice& choice) { group.push_back(&choice); });
-    for (controls::Choice* choice : group) layout->addWidget(bind(*choice, new QRadioButton, group));
+    for (controls::Choice* choice : group) {
+        auto* button = new QRadioButton;
+        layout->addWidget(bind(*choice, button, group));
+        new QShortcut(
+            QKeySequence(Qt::Key_Return), button, &frame(), [this] { hand_in(w_.Command3.click); }, Qt::WidgetShortcut);
+    }
     layout->addStretch(1);
     return area;
 }
@@ -91,8 +85,8 @@ QWidget* NamingView::make_favorite_panel() {
     layout->addWidget(bind(w_.Dir1, new DirectoryList), 1);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
-    buttons->addWidget(bind(w_.Command1, new QPushButton));
-    buttons->addWidget(bind(w_.Command2, new QPushButton));
+    buttons->addWidget(bind(w_.Command1, push_button()));
+    buttons->addWidget(bind(w_.Command2, push_button()));
     layout->addLayout(buttons);
     return panel;
 }

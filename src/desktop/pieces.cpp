@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFontMetrics>
+#include <QLayout>
 
 namespace quill::desktop {
 
@@ -16,8 +17,19 @@ QLabel* text_label(double growth, bool bold) {
     return label;
 }
 
+QPushButton* push_button() {
+    auto* button = new QPushButton;
+    button->setAutoDefault(true);
+    return button;
+}
+
 QScrollArea* scrolling(QWidget* content) {
     auto* area = new QScrollArea;
+    if (QLayout* layout = content->layout()) {
+        QMargins margins = layout->contentsMargins();
+        margins.setRight(margins.right() + line_height() / 2);  // room beside the scroll bar
+        layout->setContentsMargins(margins);
+    }
     area->setWidget(content);
     area->setWidgetResizable(true);
     area->setFrameShape(QFrame::NoFrame);

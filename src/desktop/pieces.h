@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QLabel>
+#include <QPushButton>
 #include <QScrollArea>
 
 /// Small widgets that several views are built of. Their sizes follow the font.
@@ -8,6 +9,9 @@ namespace quill::desktop {
 
 /// A text that wraps, `growth` times as large as usual.
 QLabel* text_label(double growth = 1.0, bool bold = false);
+
+/// A button that Enter presses as well as the space bar.
+QPushButton* push_button();
 
 /// `content` with a vertical scroll bar where the window is too small for it.
 QScrollArea* scrolling(QWidget* content);

@@ -9,10 +9,11 @@
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QShortcut>
 #include <QSplitter>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace quill::desktop {
 namespace {
@@ -65,6 +66,7 @@ QWidget* RepairView::make_main_page() {
     layout->addWidget(note(bind(w_.Label2, text_label())));
     layout->addWidget(make_choices({&w_.Option1, &w_.Option2, &w_.Option3, &w_.option5}));
     layout->addStretch(1);
+    main_page_ = content;
     QWidget* page = scrolling(content);
     on_sync([this, page] { page->setVisible(!w_.Frame1.visible && !w_.Frame2.visible); });
     return page;
@@ -121,8 +123,15 @@ QWidget* RepairView::make_buttons() {
     auto* layout = new QHBoxLayout(area);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addStretch(1);
-    layout->addWidget(bind(w_.Command1, new QPushButton));
+    layout->addWidget(bind(w_.Command1, push_button()));
     return area;
+}
+
+/// So large that the main page needs no scrolling.
+QSize RepairView::best_size() const {
+    const int width = std::max(told_size().width(), line_height() * 44);
+    const int around = line_height() * 6;
+    return {width, main_page_->heightForWidth(width - line_height() * 3) + around};
 }
 
 void RepairView::on_shown() {

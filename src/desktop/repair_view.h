@@ -16,6 +16,7 @@ class RepairView final : public View {
 
   protected:
     void on_shown() override;
+    QSize best_size() const override;
 
   private:
     void build_menu(QMainWindow& frame);
@@ -26,6 +27,7 @@ class RepairView final : public View {
     QWidget* make_buttons();
 
     decoder::Form3& w_;
+    QWidget* main_page_ = nullptr;
 };
 
 }  // namespace quill::desktop

@@ -95,6 +95,9 @@ QVariant ResultsModel::data(const QModelIndex& index, int role) const {
 QVariant ResultsModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation != Qt::Horizontal) return {};
     static constexpr std::array<const char*, column_count> titles = {"File", "Size", "Condition"};
+    if (role == Qt::TextAlignmentRole && section == size_column) {
+        return QVariant::fromValue(Qt::AlignVCenter | Qt::AlignRight);
+    }
     if (role == Qt::DisplayRole) return QString::fromLatin1(titles.at(static_cast<std::size_t>(section)));
     return {};
 }

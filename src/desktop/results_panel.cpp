@@ -1,5 +1,6 @@
 #include "desktop/main_window_view.h"
 #include "desktop/picture_preview.h"
+#include "desktop/pieces.h"
 #include "desktop/shown_text.h"
 #include "files/directory.h"
 
@@ -10,7 +11,6 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
-#include <QPushButton>
 #include <QSignalBlocker>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -45,7 +45,7 @@ void style_list(QTreeView* list) {
     list->setSelectionBehavior(QTreeView::SelectRows);
     list->setTextElideMode(Qt::ElideMiddle);
     const int line = list->fontMetrics().height();
-    list->setIconSize(QSize(line, line) * 5 / 4);
+    list->setIconSize(QSize(line, line) * 3 / 2);
     list->header()->setStretchLastSection(false);
     list->header()->setSectionResizeMode(ResultsModel::name_column, QHeaderView::Stretch);
     list->header()->setSectionResizeMode(ResultsModel::size_column, QHeaderView::ResizeToContents);
@@ -159,10 +159,10 @@ QWidget* MainWindowView::make_results_buttons() {
     auto* layout = new QHBoxLayout(area);
     layout->setContentsMargins(0, 0, 0, 0);
     for (controls::Button* button : {&w_.Command5, &w_.Command7, &w_.Command8, &w_.Command6}) {
-        layout->addWidget(bind(*button, new QPushButton));
+        layout->addWidget(bind(*button, push_button()));
     }
     layout->addStretch(1);
-    layout->addWidget(bind(w_.Command4, new QPushButton));
+    layout->addWidget(bind(w_.Command4, push_button()));
     return area;
 }
 

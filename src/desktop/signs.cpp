@@ -19,6 +19,13 @@ const QColor good(0x2e, 0x9e, 0x5b);
 const QColor plain(0x3b, 0x82, 0xc4);
 const QColor bad(0xd9, 0x7a, 0x06);
 
+/// An icon that looks the same in a selected row.
+QIcon icon_of(const QPixmap& picture) {
+    QIcon icon(picture);
+    icon.addPixmap(picture, QIcon::Selected);
+    return icon;
+}
+
 QPen thick(const QColor& colour) {
     return {colour, drawn_size / 9.0, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin};
 }
@@ -75,7 +82,7 @@ QIcon sheet(const QString& extension, const QColor& band) {
     painter.setFont(font);
     painter.setPen(Qt::white);
     painter.drawText(QRectF(6, 62, 116, 42), Qt::AlignCenter, extension.left(4).toUpper());
-    return QIcon(picture);
+    return icon_of(picture);
 }
 
 }  // namespace

@@ -41,6 +41,11 @@ View::View(controls::Window& window, QWidget* frame, EventLoop& events)
 }
 
 View::~View() {
+    destroy_frame();
+}
+
+void View::destroy_frame() {
+    retired_ = true;
     delete frame_;
 }
 
@@ -88,7 +93,7 @@ QSize View::told_size() const {
 void View::place() {
     placed_ = true;
     frame_->ensurePolished();
-    const QSize wanted = told_size().expandedTo(frame_->sizeHint());
+    const QSize wanted = best_size().expandedTo(frame_->sizeHint());
     const QRect screen = frame_->screen()->availableGeometry();
     const QSize size = wanted.boundedTo(screen.size() * 0.95);
     const QWidget* before = QApplication::activeWindow();

@@ -113,6 +113,12 @@ class View {
     /// The size that the window was told to have, grown with the font.
     QSize told_size() const;
 
+    /// The size to open with, where the screen has room for it.
+    virtual QSize best_size() const { return told_size(); }
+
+    /// Destroys the widgets; a view whose members they use calls this first when it is destroyed.
+    void destroy_frame();
+
     /// What to do when the window has come onto the screen.
     virtual void on_shown() {}
 

@@ -1,6 +1,5 @@
 #include "desktop/views.h"
 
-#include <QCoreApplication>
 #include <QTimer>
 
 #include <algorithm>
@@ -25,7 +24,7 @@ void Views::sync_all() {
     } while (sync_again_);
     syncing_ = false;
     if (events_.idle() && !std::exchange(collects_soon_, true)) {
-        QTimer::singleShot(0, QCoreApplication::instance(), [this] { collect(); });
+        QTimer::singleShot(0, &alive_, [this] { collect(); });
     }
 }
 

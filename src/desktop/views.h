@@ -4,6 +4,8 @@
 #include "desktop/event_loop.h"
 #include "desktop/view.h"
 
+#include <QObject>
+
 #include <functional>
 #include <map>
 #include <memory>
@@ -45,6 +47,7 @@ class Views {
 
     controls::Windows& windows_;
     EventLoop& events_;
+    QObject alive_;  ///< what is to be done later is dropped with it
     std::map<std::type_index, Maker> makers_;
     std::vector<std::unique_ptr<View>> views_;
     std::vector<std::unique_ptr<View>> retired_;

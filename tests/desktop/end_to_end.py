@@ -1,0 +1,152 @@
+"""Drives the desktop program on an X server of its own, as a user would: by the mouse and the keyboard.
+
+Usage: end_to_end.py PROGRAM SAMPLES. Waits for what is to happen, never for a time; the deadline of a wait ends the test.
+"""
+
+import base64
+import contextlib
+import os
+import pathlib
+import random
+import subprocess
+import sys
+import tempfile
+import time
+
+DEADLINE = 30  # seconds that anything may take on a busy machine
+
+
+def wait_for(what, condition, deadline=DEADLINE):
+    """Returns the first true value of condition()."""
+    end = time.monotonic() + deadline
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > end:
+            raise AssertionError(f"never came: {what}")
+        time.sleep(0.05)
+
+
+@contextlib.contextmanager
+def started(*command, **options):
+    """A program that is ended, where it hasn't ended by itself."""
+    process = subprocess.Popen(command, **options)
+    try:
+        yield process
+    finally:
+        if process.poll() is None:
+            process.terminate()
+            process.wait()
+
+
+@contextlib.contextmanager
+def x_server():
+    """A screen that nobody sees, with a window manager; yields the environment that leads to it."""
+    reading, writing = os.pipe()
+    server = ("Xvfb", "-displayfd", str(writing), "-screen", "0", "1600x1200x24", "-nolisten", "tcp")
+    with started(*server, pass_fds=[writing], stderr=subprocess.DEVNULL):
+        os.close(writing)
+        with os.fdopen(reading) as told:
+            display = ":" + told.readline().strip()
+        environment = dict(os.environ, DISPLAY=display, QT_QPA_PLATFORM="xcb", QT_SCALE_FACTOR="1")
+        environment.pop("WAYLAND_DISPLAY", None)
+        with started("openbox", env=environment, stderr=subprocess.DEVNULL):
+            yield environment
+
+
+class Screen:
+    """What a user sees and does."""
+
+    def __init__(self, environment):
+        self.environment = environment
+
+    def xdotool(self, *words):
+        done = subprocess.run(["xdotool", *map(str, words)], env=self.environment, capture_output=True, text=True)
+        return done.stdout.split() if done.returncode == 0 else []
+
+    def window(self, title, not_among=()):
+        """Waits for a window of that title (a regular expression) to be the active one, and returns it."""
+
+        def active():
+            found = [w for w in self.xdotool("search", "--onlyvisible", "--name", title) if w not in not_among]
+            return next((w for w in found if self.xdotool("getactivewindow") == [w]), None)
+
+        return wait_for(f"a window called {title}", active)
+
+    def key(self, *keys):
+        for key in keys:
+            self.xdotool("key", "--clearmodifiers", key)
+
+    def click_first_option(self, window, until):
+        """Clicks down the start panel: what answers first is the first option."""
+        facts = dict(line.split("=") for line in self.xdotool("getwindowgeometry", "--shell", window))
+        left, top, height = int(facts["X"]), int(facts["Y"]), int(facts["HEIGHT"])
+        for y in range(top + height // 4, top + height * 3 // 4, 14):
+            self.xdotool("mousemove", left + 100, y, "click", 1)
+            with contextlib.suppress(AssertionError):
+                return wait_for("an answer", until, deadline=1.5)
+        raise AssertionError("no option answered a click")
+
+
+MAIN_WINDOW = "^Quillbright Pro 2012"
+
+
+def decode_a_message_by_clicks(program, screen, samples, folder):
+    mail = folder / "my harbour.eml"
+    mail.write_bytes((samples / "harbour.eml").read_bytes())
+    picture = folder / "harbour.png"
+    with started(program, mail.name, env=screen.environment, cwd=folder) as running:
+        window = screen.window(MAIN_WINDOW)
+        screen.click_first_option(window, picture.exists)
+        assert picture.read_bytes().startswith(b"\x89PNG"), "the picture is not whole"
+        assert picture.read_bytes().endswith(b"IEND\xaeB`\x82"), "the picture is not whole"
+        assert picture.stat().st_mode & 0o111 == 0, "an attachment may be executed"
+        screen.xdotool("windowclose", window)
+        wait_for("the end of the program", lambda: running.poll() is not None)
+        assert running.returncode == 0, running.returncode
+    assert mail.read_bytes() == (samples / "harbour.eml").read_bytes(), "the message was changed"
+
+
+def repair_a_text_without_header(program, screen, folder):
+    content = b"\xff\xd8\xff\xe0" + random.Random(7).randbytes(3000)
+    text = folder / "picture"
+    text.write_bytes(base64.encodebytes(content).replace(b"\n", b"\r\n"))
+    with started(program, str(text), env=screen.environment) as running:
+        screen.window(MAIN_WINDOW)
+        screen.key("1")
+        screen.window("^File name not found")
+        screen.key("space", "Return")  # the first type, .jpg
+        screen.window("^Name for the file")
+        screen.key("Return")  # "Temporary"
+        question = screen.window("^Quillbright Pro$")
+        screen.key("Return")  # Yes
+        screen.window("^Quillbright Pro$", not_among=[question])
+        screen.key("Return")  # the message on how to go on
+        wait_for("the end of the program", lambda: running.poll() is not None)
+        assert running.returncode == 0, running.returncode
+    result = folder / "Temporary.jpg"
+    with started(program, str(folder / "1picture"), env=screen.environment):
+        screen.window(MAIN_WINDOW)
+        screen.key("1")
+        wait_for("the decoded picture", result.exists)
+        assert result.read_bytes() == content, "the picture is not what was encoded"
+
+
+def main():
+    program, samples = os.path.abspath(sys.argv[1]), pathlib.Path(sys.argv[2])
+    with tempfile.TemporaryDirectory() as root, x_server() as environment:
+        home = pathlib.Path(root, "home")
+        folder = pathlib.Path(root, "two words")
+        home.mkdir()
+        folder.mkdir()
+        environment |= {"HOME": str(home), "XDG_DATA_HOME": str(home), "XDG_RUNTIME_DIR": str(home)}
+        screen = Screen(environment)
+        decode_a_message_by_clicks(program, screen, samples, folder)
+        print("a message was decoded by clicks")
+        repair_a_text_without_header(program, screen, folder)
+        print("a text without a header was repaired and decoded")
+
+
+if __name__ == "__main__":
+    main()

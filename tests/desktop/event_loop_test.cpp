@@ -1,0 +1,88 @@
+#include "desktop/about_view.h"
+#include "desktop/view_fixture.h"
+#include "shell/about_box.h"
+
+#include <QAbstractButton>
+#include <QPointer>
+
+#include <stdexcept>
+
+namespace quill::tests {
+namespace {
+
+class DesktopEvents : public ViewTest {
+  protected:
+    shell::AboutBox& open_about_box() {
+        views.add<shell::AboutBox, desktop::AboutView>();
+        events.hand_in([this] { shell::show_about_box(program.context); });
+        return *program.windows.loaded<shell::AboutBox>();
+    }
+};
+
+TEST_F(DesktopEvents, ProcessEndStopsTheLoopAndAllLaterEvents) {
+    events.hand_in([this] { program.platform.end_process(); });
+    EXPECT_TRUE(events.ended());
+    EXPECT_THROW(events.check_ended(), platform::ProcessEnd);
+    bool ran = false;
+    events.hand_in([&] { ran = true; });
+    EXPECT_FALSE(ran);
+    EXPECT_EQ(events.run(), 0);
+}
+
+TEST_F(DesktopEvents, FailureOfAnActionIsReportedAndTheNextOneRuns) {
+    events.hand_in([] { throw std::runtime_error("out of ink"); });
+    EXPECT_EQ(failures, std::vector<std::string>{"out of ink"});
+    bool ran = false;
+    events.hand_in([&] { ran = true; });
+    EXPECT_TRUE(ran);
+}
+
+TEST_F(DesktopEvents, EventWithinAnActionIsNotTheOutermost) {
+    std::vector<bool> outermost;
+    events.after_event = [&](bool is) { outermost.push_back(is); };
+    events.hand_in([&] { events.hand_in([] {}); });
+    EXPECT_EQ(outermost, (std::vector{false, true}));
+}
+
+TEST_F(DesktopEvents, ActionMayReplaceItself) {
+    controls::Action action;
+    int runs = 0;
+    action = [&] {
+        action = [] {};
+        ++runs;
+    };
+    events.hand_in(action);
+    EXPECT_EQ(runs, 1);
+}
+
+TEST_F(DesktopEvents, WindowMayUnloadItselfFromItsOwnButton) {
+    const shell::AboutBox& window = open_about_box();
+    const QPointer<QWidget> frame(&frame_of(window));
+    ASSERT_TRUE(frame->isVisible());
+    widget<QAbstractButton>(window, "Command1")->click();
+    ASSERT_TRUE(frame) << "destroyed below its own click";
+    EXPECT_FALSE(frame->isVisible());
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(frame);
+    EXPECT_EQ(program.windows.loaded<shell::AboutBox>(), nullptr);
+}
+
+TEST_F(DesktopEvents, ClosingTheFrameRunsTheActionAndLeavesTheRestToIt) {
+    shell::AboutBox& window = open_about_box();
+    int closings = 0;
+    window.close = [&] { ++closings; };
+    frame_of(window).close();
+    EXPECT_EQ(closings, 1);
+    EXPECT_TRUE(frame_of(window).isVisible());
+}
+
+TEST_F(DesktopEvents, WindowOpenedAgainAfterUnloadingGetsANewView) {
+    open_about_box().Command1.click();
+    views.sync_all();
+    QCoreApplication::processEvents();
+    const shell::AboutBox& again = open_about_box();
+    EXPECT_TRUE(frame_of(again).isVisible());
+}
+
+}  // namespace
+}  // namespace quill::tests

@@ -1,0 +1,133 @@
+#include "desktop/picture_preview.h"
+#include "desktop/process.h"
+#include "desktop/shown_text.h"
+#include "desktop/text_editor.h"
+#include "desktop/text_editors.h"
+#include "support/temporary_directory.h"
+
+#include <QBuffer>
+#include <QImage>
+#include <QPlainTextEdit>
+#include <gtest/gtest.h>
+
+namespace quill::tests {
+namespace {
+
+using desktop::Command;
+
+TEST(ShownText, BytesBecomeUnicodeAsUtf8OrWindows1252) {
+    EXPECT_EQ(desktop::shown("gr\xC3\xBC\xC3\x9F"), QStringLiteral("grüß"));
+    EXPECT_EQ(desktop::shown("5 \x80"), QStringLiteral("5 €"));
+    EXPECT_EQ(desktop::shown(std::string_view("a\0b", 3)), QStringLiteral("a\uFFFDb"));
+    EXPECT_EQ(desktop::shown("a\xE2\x80\xAEgpj"), QStringLiteral("a\uFFFDgpj")) << "text direction is not turned";
+    EXPECT_EQ(desktop::shown_message("    Two\r\nlines \r\n"), QStringLiteral("Two\nlines"));
+}
+
+TEST(ShownText, FileAddressKeepsEveryByteOfThePath) {
+    EXPECT_EQ(desktop::file_url("/a b/100%\xE4#?.txt").toEncoded(), QByteArray("file:///a%20b/100%25%E4%23%3F.txt"));
+}
+
+TEST(TextEditors, EntryGivesTheCommandForAFile) {
+    struct Case {
+        const char* entry;
+        std::optional<Command> command;
+    };
+    const Case cases[] = {
+        {"[Desktop Entry]\nName=Pad\nExec=pad --new %F\n", Command{"pad", "--new", "/t/x y"}},
+        {"[Desktop Entry]\nExec = \"/opt/my pad/pad\" %u\n", Command{"/opt/my pad/pad", "/t/x y"}},
+        {"[Desktop Entry]\nExec=pad %i %c %f\n", Command{"pad", "/t/x y"}},
+        {"[Desktop Entry]\nExec=vi %f\nTerminal=true\n", std::nullopt},
+        {"[Desktop Entry]\nExec=pad\n", std::nullopt},
+        {"[Desktop Action new]\nExec=pad --new %f\n", std::nullopt},
+        {"", std::nullopt},
+    };
+    for (const Case& each : cases)
+        EXPECT_EQ(desktop::command_of_entry(each.entry, "/t/x y"), each.command) << each.entry;
+}
+
+TEST(TextEditors, VariableCountsUnlessItNamesATerminalProgram) {
+    setenv("VISUAL", "vim -y", 1);
+    setenv("EDITOR", "/usr/bin/pad --wait", 1);
+    EXPECT_EQ(desktop::editor_command("/t/x"), (Command{"/usr/bin/pad", "--wait", "/t/x"}));
+    unsetenv("VISUAL");
+    unsetenv("EDITOR");
+}
+
+TEST(StartDetached, PassesArgumentsByteForByteAndTellsWhatCannotStart) {
+    const TemporaryDirectory here;
+    const std::string shell = desktop::find_program("sh");
+    ASSERT_FALSE(shell.empty());
+    // The named pipe makes this wait for the program instead of for a time.
+    ASSERT_EQ(std::system("mkfifo pipe"), 0);
+    ASSERT_TRUE(desktop::start_detached(shell, {"-c", "printf %s \"$1\" >pipe", "x", "a b\xE4"}, here.path()));
+    EXPECT_EQ(here.read("pipe"), "a b\xE4");
+    here.write("plain.txt", "no program");
+    EXPECT_FALSE(desktop::start_detached(here.path("plain.txt"), {}, ""));
+    EXPECT_FALSE(desktop::start_detached(shell, {}, here.path("nowhere")));
+    EXPECT_TRUE(desktop::find_program(here.path("plain.txt")).empty());
+}
+
+TEST(TextEditor, SavesWhatItDidNotTouchByteForByte) {
+    const TemporaryDirectory here;
+    for (const char* text : {"one\r\ntwo\r\n", "one\rtwo", "gr\xC3\xBC\xC3\x9F\n", "8-bit \xE4\xF6\n", ""}) {
+        const std::string path = here.write("letter.mim", text);
+        desktop::TextEditor editor;
+        ASSERT_TRUE(editor.open(path).ok());
+        editor.text().moveCursor(QTextCursor::End);
+        editor.text().insertPlainText(QStringLiteral("x"));
+        ASSERT_TRUE(editor.save().ok());
+        EXPECT_EQ(here.read("letter.mim"), std::string(text) + "x");
+    }
+}
+
+TEST(TextEditor, RefusesToSaveWhatItWouldChange) {
+    const TemporaryDirectory here;
+    for (const std::string_view text : {std::string_view("a\r\nb\nc"), std::string_view("a\0b\n", 4)}) {
+        const std::string path = here.write("odd.bin", text);
+        desktop::TextEditor editor;
+        ASSERT_TRUE(editor.open(path).ok());
+        EXPECT_TRUE(editor.text().isReadOnly());
+        EXPECT_FALSE(editor.save().ok());
+        EXPECT_EQ(here.read("odd.bin"), text);
+    }
+    const std::string path = here.write("8bit.txt", "\xE4\n");
+    desktop::TextEditor editor;
+    ASSERT_TRUE(editor.open(path).ok());
+    editor.text().insertPlainText(QStringLiteral("€"));
+    EXPECT_FALSE(editor.save().ok()) << "a character that the file's 8-bit text cannot hold";
+    EXPECT_EQ(here.read("8bit.txt"), "\xE4\n");
+    EXPECT_FALSE(editor.open(here.path("nowhere")).ok());
+}
+
+TEST(TextEditor, FindsRoundTheEnd) {
+    const TemporaryDirectory here;
+    desktop::TextEditor editor;
+    ASSERT_TRUE(editor.open(here.write("t", "needle\nhay\nneedle\n")).ok());
+    EXPECT_TRUE(editor.find(QStringLiteral("needle")));
+    EXPECT_TRUE(editor.find(QStringLiteral("needle")));
+    EXPECT_EQ(editor.text().textCursor().blockNumber(), 2);
+    EXPECT_TRUE(editor.find(QStringLiteral("needle")));
+    EXPECT_EQ(editor.text().textCursor().blockNumber(), 0);
+    EXPECT_FALSE(editor.find(QStringLiteral("thread")));
+}
+
+TEST(PicturePreview, ReadsPlainPicturesScaledDownAndNothingElse) {
+    const TemporaryDirectory here;
+    QImage large(900, 300, QImage::Format_RGB32);
+    large.fill(Qt::green);
+    QBuffer png;
+    large.save(&png, "PNG");
+    const std::string path = here.write("large.dat", png.data().toStdString());
+    EXPECT_EQ(desktop::read_picture(path, {300, 300}).size(), QSize(300, 100)) << "whatever its name says";
+    EXPECT_EQ(desktop::read_picture(path, {2000, 2000}).size(), QSize(900, 300));
+
+    std::string vast = png.data().toStdString();
+    vast.replace(16, 8, std::string("\x7f\xff\xff\xff\x7f\xff\xff\xff", 8));  // width and height in IHDR
+    EXPECT_TRUE(desktop::read_picture(here.write("vast.png", vast), {300, 300}).isNull());
+    here.write("drawing.svg", R"(<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9"/>)");
+    EXPECT_TRUE(desktop::read_picture(here.path("drawing.svg"), {300, 300}).isNull());
+    EXPECT_TRUE(desktop::read_picture(here.write("empty.png", ""), {300, 300}).isNull());
+}
+
+}  // namespace
+}  // namespace quill::tests
