@@ -103,13 +103,14 @@ void join_posts(std::vector<FoundFile>& files, std::span<const std::string_view>
 namespace {
 
 /// Whether the post states what comes out once dots are taken off its lines, and not what comes out with them.
-bool dots_were_added(const Part& part) {
-    return dots_look_added(part.text, part.post) && !agrees(part.post, *decode_data(part.text, part.post, false)) &&
-           agrees(part.post, *decode_data(part.text, part.post, true));
+bool dots_were_added(const Part& part, const ReadText& read) {
+    return dots_look_added(part.text, part.post, read) &&
+           !agrees(part.post, *decode_data(part.text, part.post, false, {}, read)) &&
+           agrees(part.post, *decode_data(part.text, part.post, true, {}, read));
 }
 
-bool is_good(const Part& part) {
-    return agrees(part.post, *decode_data(part.text, part.post, dots_were_added(part)));
+bool is_good(const Part& part, const ReadText& read) {
+    return agrees(part.post, *decode_data(part.text, part.post, dots_were_added(part, read), {}, read));
 }
 
 /// The parts of one file on their way to the sink.
@@ -135,6 +136,7 @@ class Assembly {
     void sort();
     void drop_duplicates();
     void find_whole_crc();
+    ReadText reader(const Part& part) const;
     bool decode(const Part& part);
     bool begin_part(const Part& part);
     bool fill_gap(std::uint64_t gap);
@@ -182,7 +184,8 @@ void Assembly::drop_duplicates() {
             continue;
         }
         sink_.report(Grade::repaired, "duplicate-part", part.range.begin, "This part is there more than once");
-        if (!is_good(kept.back()) && is_good(part)) kept.back() = std::move(part);
+        const bool better = !is_good(kept.back(), reader(kept.back())) && is_good(part, reader(part));
+        if (better) kept.back() = std::move(part);
     }
     parts_ = std::move(kept);
     alone_ = parts_.size() == 1;
@@ -239,8 +242,16 @@ bool Assembly::begin_part(const Part& part) {
     return fill_gap(gap);
 }
 
+ReadText Assembly::reader(const Part& part) const {
+    if (!read_input_) return {};
+    return [this, range = part.range](std::size_t at, char* out, std::size_t size) {
+        return read_input_(range.source, range.begin + at, out, size);
+    };
+}
+
 bool Assembly::decode(const Part& part) {
-    const bool dotted = dots_were_added(part);
+    const ReadText read = reader(part);
+    const bool dotted = dots_were_added(part, read);
     if (dotted) {
         sink_.report(Grade::repaired, "dots-added", part.range.begin, "Dots that were added to lines are taken off");
     }
@@ -248,12 +259,6 @@ bool Assembly::decode(const Part& part) {
     const TakeBytes take = [&](std::string_view bytes, std::size_t read_to) {
         return put(bytes) && (!on_read_ || on_read_(part.range.source, part.range.begin + read_to));
     };
-    ReadText read;
-    if (read_input_) {
-        read = [&](std::size_t at, char* out, std::size_t size) {
-            return read_input_(part.range.source, part.range.begin + at, out, size);
-        };
-    }
     const std::optional<Data> data = decode_data(part.text, part.post, dotted, take, read);
     if (!data) return false;
     verify_part(part, *data);

@@ -183,12 +183,45 @@ std::optional<Post> read_post(std::string_view text) {
     return post;
 }
 
-bool dots_look_added(std::string_view text, const Post& post) {
+namespace {
+
+/// A text piece by piece.
+class Pieces {
+  public:
+    Pieces(std::string_view text, std::size_t size, const ReadText& read)
+        : text_(text), read_(read), room_(std::make_unique_for_overwrite<char[]>(read ? size : 0)) {}
+
+    /// The `size` bytes from `at` on, which stay until the next call.
+    std::string_view at(std::size_t at, std::size_t size) {
+        if (read_ && read_(at, room_.get(), size) == size) return {room_.get(), size};
+        return text_.substr(at, size);
+    }
+
+  private:
+    std::string_view text_;
+    const ReadText& read_;
+    std::unique_ptr<char[]> room_;
+};
+
+}  // namespace
+
+bool dots_look_added(std::string_view text, const Post& post, const ReadText& read) {
+    const std::size_t most = std::min(piece_size, post.data_end - post.data_begin);
+    Pieces pieces(text, most, read);
     bool found = false;
-    for (std::size_t at = post.data_begin; at < post.data_end; at = find_line_beginning(text, at, ".")) {
-        if (text[at] != '.') continue;
-        if (!text.substr(at).starts_with("..")) return false;
-        found = true;
+    for (std::size_t at = post.data_begin; at < post.data_end;) {
+        const std::string_view piece = pieces.at(at, std::min(most, post.data_end - at));
+        const bool last = at + piece.size() == post.data_end;
+        std::size_t line = at == post.data_begin ? 0 : find_line_beginning(piece, 0, ".");
+        for (; line < piece.size(); line = find_line_beginning(piece, line, ".")) {
+            if (piece[line] != '.' || (line + 1 == piece.size() && !last)) continue;
+            if (!piece.substr(line).starts_with("..")) return false;
+            found = true;
+        }
+        // The next piece begins with the last line end of this one, so that no line's beginning is missed.
+        const std::size_t line_end = piece.find_last_of("\r\n");
+        const bool has_line_end = line_end != std::string_view::npos && line_end > 0;
+        at += has_line_end && !last ? line_end : piece.size();
     }
     return found;
 }
@@ -200,13 +233,12 @@ std::optional<Data> decode_data(std::string_view text, const Post& post, bool do
     const std::uint64_t limit = post.end ? no_limit : post.stated_size().value_or(no_limit);
     const std::size_t most = std::min(piece_size, post.data_end - post.data_begin);
     const auto out = std::make_unique_for_overwrite<char[]>(decoded_bound(most));
-    const auto room = std::make_unique_for_overwrite<char[]>(read ? most : 0);
+    Pieces pieces(text, most, read);
     Data data;
     std::size_t at = post.data_begin;
     char before = '\n';
     while (at < post.data_end && data.size < limit) {
-        std::string_view piece = text.substr(at, std::min(most, post.data_end - at));
-        if (read && read(at, room.get(), piece.size()) == piece.size()) piece = {room.get(), piece.size()};
+        const std::string_view piece = pieces.at(at, std::min(most, post.data_end - at));
         const bool last = at + piece.size() == post.data_end;
         const Progress progress = decode(rules, piece, static_cast<unsigned char>(before), last, out.get());
         const std::string_view bytes(out.get(), std::min<std::uint64_t>(progress.written, limit - data.size));

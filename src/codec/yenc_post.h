@@ -70,9 +70,12 @@ struct Post {
 /// breaks off. nullopt where it begins otherwise. Lines may end in CR LF, LF, CR or CR CR LF.
 std::optional<Post> read_post(std::string_view text);
 
+/// Copies up to `size` bytes of the text from `at` on, where that is cheaper than touching them, and returns how many.
+using ReadText = std::function<std::size_t(std::size_t at, char* out, std::size_t size)>;
+
 /// Whether there are lines of data that begin with a dot, and each of them begins with two: perhaps one was added on
 /// the way, as NNTP (RFC 3977 3.1.1) and SMTP do.
-bool dots_look_added(std::string_view text, const Post& post);
+bool dots_look_added(std::string_view text, const Post& post, const ReadText& read = {});
 
 /// What the data of a post came to.
 struct Data {
@@ -84,9 +87,6 @@ struct Data {
 
 /// Takes bytes decoded, in order, and how much of the text is used up; false to stop.
 using TakeBytes = std::function<bool(std::string_view bytes, std::size_t read_to)>;
-
-/// Copies up to `size` bytes of the text from `at` on, where that is cheaper than touching them, and returns how many.
-using ReadText = std::function<std::size_t(std::size_t at, char* out, std::size_t size)>;
 
 /// Decodes the data of `post` by the draft's rules, with dots taken off where `dotted`. Other lines that begin with
 /// `=y` are passed over. A post that breaks off gives no more bytes than it states, as anything may stand behind it.
