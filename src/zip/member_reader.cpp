@@ -21,6 +21,11 @@ constexpr std::size_t piece = 256U << 10U;
 
 constexpr std::array<std::string_view, 4> fate_names{"verified", "whole", "damaged", "refused"};
 
+/// Whether the authentication code of AES stands in for the CRC (AE-2).
+bool has_no_crc(const Member& member) {
+    return member.is_aes() && get16(*extra_field(member.extra, extra_aes), 0) == 2;
+}
+
 void tell(Content& content, Grade grade, std::string kind, std::uint64_t at, std::string text) {
     content.problems.push_back({grade, std::move(kind), at, {}, std::move(text)});
 }
@@ -257,8 +262,14 @@ void MemberReader::read_through_libzip(const Member& member, Source& source, Met
     header.crc = member.crc;
     header.compressed_size = source.data.size();
     header.uncompressed_size = member.uncompressed_size;
-    const LibzipResult result = read_member_by_libzip(header, source.data, password_,
-                                                      [&](std::string_view bytes) { return meter.take(bytes); });
+    LibzipResult result = read_member_by_libzip(header, source.data, password_,
+                                                [&](std::string_view bytes) { return meter.take(bytes); });
+    if (!result.whole && has_no_crc(member) && meter.size() == member.uncompressed_size && !meter.stopped()) {
+        // libzip holds even a CRC that is left out against the content. With the one that came out, its answer is that
+        // of the authentication code.
+        header.crc = meter.crc();
+        result = read_member_by_libzip(header, source.data, password_, [](std::string_view) { return true; });
+    }
     if (result.wrong_password) {
         tell(content, Grade::lost, "password", source.at, "the password is wrong");
         content.needs_password = true;
