@@ -1,12 +1,16 @@
 #include "decoder/diagnosis.h"
 
 #include "decoder/file_signature.h"
+#include "text/count.h"
 
 #include <algorithm>
 #include <array>
 
 namespace quill::decoder {
 namespace {
+
+using text::counted;
+using text::grouped;
 
 constexpr std::string_view looked_for =
     "What was looked for: a header that says how the text is encoded (\"Content-Transfer-Encoding\"), a \"begin\" line "
@@ -71,32 +75,22 @@ constexpr std::array advice = {
            "\"all headers\" in many mail programs). Of a file posted in parts every part is needed."},
 };
 
-std::string number(std::uint64_t n) {
-    std::string digits = std::to_string(n);
-    for (std::size_t at = digits.size(); at > 3;) digits.insert(at -= 3, ",");
-    return digits;
-}
-
-std::string counted(std::uint64_t n, std::string_view noun) {
-    return number(n).append(" ").append(noun).append(n == 1 ? "" : "s");
-}
-
 std::string about_lines(const TextFacts& facts) {
     std::string out = "It has " + counted(facts.lines, "line");
-    if (facts.empty_lines > 0) out += ", " + number(facts.empty_lines) + " of them empty";
+    if (facts.empty_lines > 0) out += ", " + grouped(facts.empty_lines) + " of them empty";
     out += ".";
     if (facts.usual_count == 0) return out;
     if (facts.shortest == facts.longest) return out + " Each has " + counted(facts.longest, "character") + ".";
     return out + " The shortest has " + counted(facts.shortest, "character") + ", the longest " +
-           number(facts.longest) + "; the most frequent length is " + number(facts.usual_length) + " (" +
+           grouped(facts.longest) + "; the most frequent length is " + grouped(facts.usual_length) + " (" +
            counted(facts.usual_count, "line") + ").";
 }
 
 std::string about_alphabets(const TextFacts& facts) {
     std::string out = "Of its " + counted(facts.characters, "character") + " (blanks left out) " +
-                      number(facts.outside_base64) + " are outside the alphabet of Base64, " +
-                      number(facts.outside_uu) + " outside that of UUE, " + number(facts.outside_xx) +
-                      " outside that of XXE and " + number(facts.outside_binhex) + " outside that of BinHex.";
+                      grouped(facts.outside_base64) + " are outside the alphabet of Base64, " +
+                      grouped(facts.outside_uu) + " outside that of UUE, " + grouped(facts.outside_xx) +
+                      " outside that of XXE and " + grouped(facts.outside_binhex) + " outside that of BinHex.";
     if (facts.control + facts.eight_bit > 0) {
         out += " " + counted(facts.control, "control character") + " and " + counted(facts.eight_bit, "byte") +
                " above 127 are among them.";
@@ -121,7 +115,7 @@ std::string about_signs(const TextFacts& facts) {
 std::string about_markers(const TextFacts& facts) {
     std::string out;
     for (const Marker& marker : facts.markers) {
-        out += "Line " + number(marker.line) + " announces " + std::string(announced(marker.kind)) + ": " +
+        out += "Line " + grouped(marker.line) + " announces " + std::string(announced(marker.kind)) + ": " +
                marker.text + "\n";
     }
     return out;
@@ -129,7 +123,7 @@ std::string about_markers(const TextFacts& facts) {
 
 std::string what_was_seen(const TextFacts& facts) {
     std::string out = "What was seen: the file has " + counted(facts.size, "byte") + ".";
-    if (facts.looked_at < facts.size) out += " Only the first " + number(facts.looked_at) + " were looked at.";
+    if (facts.looked_at < facts.size) out += " Only the first " + grouped(facts.looked_at) + " were looked at.";
     if (facts.size == 0) return out + "\n";
     out += " " + about_lines(facts) + " " + about_alphabets(facts) + about_signs(facts) + "\n";
     out += about_markers(facts);

@@ -8,6 +8,7 @@
 #include "files/names.h"
 #include "files/path.h"
 #include "text/ascii.h"
+#include "text/count.h"
 
 #include <array>
 #include <optional>
@@ -63,12 +64,6 @@ std::string_view missing_ending(const std::string& path) {
 std::string path_of(const std::string& name) {
     const std::string dir = files::current_directory();
     return files::join(dir, files::find_name(dir, name).value_or(name));
-}
-
-std::string with_commas(std::uint64_t n) {
-    std::string digits = std::to_string(n);
-    for (std::size_t at = digits.size(); at > 3;) digits.insert(at -= 3, ",");
-    return digits;
 }
 
 /// Renames the file in the current directory; the reason where that is impossible.
@@ -169,7 +164,7 @@ void explain_results(shell::Context& context) {
 RowDetails row_details(const shell::swit& w, std::size_t row) {
     const ResultRow result = result_row(w, row);
     RowDetails details;
-    details.size = result.size ? with_commas(*result.size) + (*result.size == 1 ? " byte" : " bytes") : "gone";
+    details.size = result.size ? text::counted(*result.size, "byte") : "gone";
     details.icon = icon_for_name(result.name);
     if (const Result<files::MappedFile> file = files::MappedFile::open(result.name)) {
         const FileSignature* signature = signature_of(file->bytes().substr(0, longest_signature));

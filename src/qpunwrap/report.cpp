@@ -1,6 +1,7 @@
 #include "qpunwrap/report.h"
 
 #include "files/path.h"
+#include "text/count.h"
 
 namespace quill::qpunwrap {
 namespace {
@@ -14,8 +15,7 @@ std::string printable(std::string text) {
 }
 
 std::string line_about(const codec::Recovered& made) {
-    const std::uint64_t size = made.outcome.size;
-    std::string line = "  " + printable(made.name) + ", " + std::to_string(size) + (size == 1 ? " byte" : " bytes");
+    std::string line = "  " + printable(made.name) + ", " + text::counted(made.outcome.size, "byte");
     for (const codec::Problem& problem : made.outcome.problems) line += "\n    " + printable(problem.text);
     return line + "\n";
 }
