@@ -11,6 +11,8 @@
 namespace quill::codec {
 namespace {
 
+constexpr std::size_t small = std::size_t{64} << 10;  // of what is written, to be held back and joined
+constexpr std::size_t held_most = std::size_t{256} << 10;
 constexpr std::uint64_t tell_every = std::uint64_t{1} << 20;
 
 std::string count_of(std::uint64_t n, std::string_view things) {
@@ -30,26 +32,29 @@ void Body::settle() {
 }
 
 std::string_view Body::ahead(std::size_t most) {
-    if (at_end()) return {};
-    const std::uint64_t size = std::min<std::uint64_t>(most, ranges_[index_].end - at_);
-    return read_input_ ? window(size) : input().substr(at_, size);
+    return bytes_ahead(most, least_ahead);
 }
 
-/// The next `size` bytes, which are there, out of what was read, or read anew. Short where the file lost them
-/// meanwhile.
-std::string_view Body::window(std::size_t size) {
+/// At least `least` of the next bytes, where there are so many, at most `most`: out of what was read last, or read
+/// anew.
+std::string_view Body::bytes_ahead(std::size_t most, std::size_t least) {
+    if (at_end()) return {};
     const Range& range = ranges_[index_];
-    const bool held =
-        window_range_.source == range.source && window_range_.begin <= at_ && at_ + size <= window_range_.end;
-    if (!held) {
-        window_.resize(std::max(window_.size(), std::min<std::uint64_t>(piece_size, range.end - range.begin)));
-        const std::uint64_t wanted = std::min<std::uint64_t>(window_.size(), range.end - at_);
-        const std::size_t got = read_input_(range.source, at_, window_.data(), wanted);
-        std::fill(window_.begin() + static_cast<std::ptrdiff_t>(got),
-                  window_.begin() + static_cast<std::ptrdiff_t>(wanted), '\0');
-        window_range_ = {at_, at_ + wanted, range.source};
-    }
-    return std::string_view(window_.data(), window_.size()).substr(at_ - window_range_.begin, size);
+    const std::uint64_t left = range.end - at_;
+    if (!read_input_) return input().substr(at_, std::min<std::uint64_t>(most, left));
+    const bool held = window_range_.source == range.source && window_range_.begin <= at_ &&
+                      at_ + std::min<std::uint64_t>(least, left) <= window_range_.end;
+    if (!held) read_window(std::min<std::uint64_t>(std::max(piece_, least), input().size() - at_));
+    const std::uint64_t size = std::min(window_range_.end, range.end) - at_;
+    return {window_.data() + (at_ - window_range_.begin), std::min<std::uint64_t>(most, size)};
+}
+
+/// What the file lost meanwhile reads as zeros.
+void Body::read_window(std::size_t size) {
+    window_.resize(std::max(window_.size(), size));
+    const std::size_t got = read_input_(ranges_[index_].source, at_, window_.data(), size);
+    std::fill_n(window_.begin() + static_cast<std::ptrdiff_t>(got), size - got, '\0');
+    window_range_ = {at_, at_ + size, ranges_[index_].source};
 }
 
 void Body::pass(std::size_t n) {
@@ -64,8 +69,12 @@ void Body::pass(std::size_t n) {
 }
 
 std::string_view Body::line(std::size_t most) {
-    const std::string_view rest = ahead(most);
+    std::string_view rest = ahead(most);
     std::size_t end = find_line_end(rest, 0);
+    if (end + 1 >= rest.size() && rest.size() < most && !reach_end(rest)) {
+        rest = bytes_ahead(most, most);
+        end = find_line_end(rest, end);
+    }
     if (end < rest.size()) end += rest.substr(end, 2) == "\r\n" ? 2U : 1U;
     return rest.substr(0, end);
 }
@@ -85,7 +94,22 @@ void Sink::put(std::string_view bytes) {
             sum_ = static_cast<std::uint16_t>(std::rotr(sum_, 1) + static_cast<unsigned char>(c));
         }
     }
-    if (!write_(bytes)) stopped_ = true;
+    if (bytes.size() < small && held_.size() + bytes.size() <= held_most) {
+        held_ += bytes;
+        return;
+    }
+    flush();
+    if (bytes.size() < small) {
+        held_ += bytes;
+    } else if (!stopped_ && !write_(bytes)) {
+        stopped_ = true;
+    }
+}
+
+/// Hands on what small pieces were held back.
+void Sink::flush() {
+    if (!held_.empty() && !stopped_ && !write_(held_)) stopped_ = true;
+    held_.clear();
 }
 
 void Sink::report(Grade grade, std::string_view kind, std::uint64_t at_input, std::string_view text) {
@@ -142,6 +166,7 @@ void Sink::compare_length() {
 }
 
 Outcome Sink::finish(std::uint64_t at_input) {
+    flush();
     compare_length();
     compare_size(at_input);
     compare_checksums(at_input);

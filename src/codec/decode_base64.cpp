@@ -11,7 +11,8 @@
 namespace quill::codec {
 namespace {
 
-constexpr std::size_t longest_line = 1024;    // looked back for a line's beginning
+constexpr std::size_t longest_examined = 1024;  // looked back for a line's beginning
+constexpr std::size_t line_room = sixbit::decoded_bound(2 * longest_examined);
 constexpr unsigned most_examined = 10'000;    // lines; beyond that foreign characters are passed over unseen
 constexpr std::size_t shortest_resumed = 20;  // characters of a line that is taken for data behind padding
 
@@ -43,7 +44,7 @@ LineMake examine(std::string_view line) {
 class Base64Run {
   public:
     Base64Run(const Attachment& attachment, Body& body, Sink& sink)
-        : attachment_(attachment), body_(body), sink_(sink), room_(sixbit::decoded_bound(piece_size)) {}
+        : attachment_(attachment), body_(body), sink_(sink), room_(sixbit::decoded_bound(body.piece()) + line_room) {}
 
     void run();
 
@@ -69,10 +70,11 @@ class Base64Run {
 
 /// Whole lines where there are any, so that a line that turns out to be no data can be taken back.
 std::string_view Base64Run::next_piece() {
-    const std::string_view in = body_.ahead(piece_size);
-    if (in.size() < piece_size) return in;
-    const std::size_t end = in.find_last_of("\r\n");
-    return end == std::string_view::npos ? in : in.substr(0, end + 1);
+    const std::string_view in = body_.ahead(body_.piece());
+    if (body_.reach_end(in) || examined_ > most_examined) return in;
+    const std::size_t tail = in.size() - std::min(in.size(), longest_examined);
+    const std::size_t end = in.substr(tail).find_last_of("\r\n");
+    return end == std::string_view::npos ? in : in.substr(0, tail + end + 1);
 }
 
 void Base64Run::run() {
@@ -102,7 +104,7 @@ void Base64Run::take_padding() {
     sink_.put({last.data(), sixbit::finish(last.data(), state_)});
     padded_ = true;
     while (true) {
-        const std::string_view in = body_.ahead(piece_size);
+        const std::string_view in = body_.ahead(body_.piece());
         const std::size_t n = std::min(in.find_first_not_of("= \t\r\n"), in.size());
         if (n == 0) break;
         body_.pass(n);
@@ -114,7 +116,7 @@ void Base64Run::take_padding() {
 
 /// Whether further data stands behind padding: pieces that were encoded one by one.
 bool Base64Run::goes_on() {
-    const std::string_view line = text::trim(body_.line(longest_line));
+    const std::string_view line = text::trim(body_.line(longest_examined));
     std::string_view characters = line;
     while (characters.ends_with('\n') || characters.ends_with('\r')) characters.remove_suffix(1);
     if (characters.size() < shortest_resumed || !is_base64_line(characters)) return false;
@@ -131,7 +133,7 @@ std::size_t Base64Run::take_back_line(std::string_view line_so_far, std::size_t 
     const std::size_t bytes = (before + characters) / 4 * 3;
     if (bytes > written) return written;
     state_ = {};
-    const std::string_view earlier = body_.behind(longest_line + line_so_far.size());
+    const std::string_view earlier = body_.behind(longest_examined + line_so_far.size());
     std::string pending;
     for (std::size_t i = earlier.size() - line_so_far.size(); i-- > 0 && pending.size() < before;) {
         if (!is_blank(earlier[i])) pending.insert(pending.begin(), earlier[i]);
@@ -155,10 +157,10 @@ void Base64Run::take_foreign(std::size_t written) {
         body_.pass(1);
         return;
     }
-    const std::string_view before = body_.behind(longest_line);
+    const std::string_view before = body_.behind(longest_examined);
     const std::size_t line_begin = before.find_last_of("\r\n") + 1;  // 0 where there is none
     const std::string_view so_far = before.substr(line_begin);
-    const std::string_view rest = body_.line(longest_line);
+    const std::string_view rest = body_.line(longest_examined);
     std::string line(so_far);
     line += rest;
     const LineMake make = examine(line);

@@ -111,8 +111,8 @@ class BinHexRun {
         : body_(body),
           sink_(sink),
           forks_(attachment.resource_fork, sink),
-          packed_(sixbit::decoded_bound(piece_size)),
-          stream_(piece_size) {}
+          packed_(sixbit::decoded_bound(body.piece())),
+          stream_(body.piece() + 512) {}
 
     void run();
 
@@ -145,7 +145,7 @@ void BinHexRun::take_foreign() {
 
 void BinHexRun::run() {
     while (!body_.at_end() && !body_.stopped() && !sink_.stopped() && !forks_.done()) {
-        const std::string_view in = body_.ahead(piece_size);
+        const std::string_view in = body_.ahead(body_.piece());
         const sixbit::Progress done = sixbit::decode(sixbit::Alphabet::binhex, in, packed_.data(), state_);
         expand({packed_.data(), done.written});
         body_.pass(done.read);

@@ -3,6 +3,7 @@
 #include "codec/decode.h"
 #include "codec/md5.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -12,12 +13,17 @@
 /// What the decoders of all formats read from and write to.
 namespace quill::codec {
 
+/// The most bytes of input that the decoders take at a time.
+constexpr std::size_t piece_size = std::size_t{384} << 10;
+
 /// The encoded bytes of an attachment, range after range.
 class Body {
   public:
     Body(std::span<const Range> ranges, std::span<const std::string_view> inputs, const OnRead& on_read,
          const ReadInput& read_input)
         : ranges_(ranges), inputs_(inputs), on_read_(on_read), read_input_(read_input) {
+        for (const Range& range : ranges_)
+            piece_ = std::min<std::uint64_t>(piece_size, piece_ + (range.end - range.begin));
         settle();
     }
 
@@ -34,17 +40,24 @@ class Body {
     /// The bytes of the current range before the current place, at most `most`.
     std::string_view behind(std::size_t most) const;
 
+    /// Bytes that a decoder takes at a time: `piece_size`, or all where there are fewer.
+    std::size_t piece() const { return piece_; }
+
     /// Where the current place is in its input.
     std::uint64_t at() const { return at_; }
 
-    bool at_range_begin() const { return index_ < ranges_.size() && at_ == ranges_[index_].begin; }
-    bool in_last_range() const { return index_ + 1 >= ranges_.size(); }
+    /// Whether `bytes`, which `ahead` gave, reach to the end of the range.
+    bool reach_end(std::string_view bytes) const { return at_end() || at_ + bytes.size() == ranges_[index_].end; }
+
     bool at_end() const { return index_ >= ranges_.size(); }
     bool stopped() const { return stopped_; }
 
   private:
+    static constexpr std::size_t least_ahead = 4096;
+
     void settle();
-    std::string_view window(std::size_t size);
+    std::string_view bytes_ahead(std::size_t most, std::size_t least);
+    void read_window(std::size_t size);
     std::string_view input() const { return inputs_[ranges_[index_].source]; }
 
     std::span<const Range> ranges_;
@@ -53,6 +66,7 @@ class Body {
     const ReadInput& read_input_;
     std::vector<char> window_;  ///< bytes that were read from the input
     Range window_range_;        ///< what they are of it
+    std::size_t piece_ = 0;
     std::size_t index_ = 0;
     std::uint64_t at_ = 0;
     std::uint64_t told_ = 0;
@@ -80,6 +94,7 @@ class Sink {
     Outcome finish(std::uint64_t at_input);
 
   private:
+    void flush();
     void compare_size(std::uint64_t at_input);
     void compare_checksums(std::uint64_t at_input);
     void compare_length();
@@ -88,6 +103,7 @@ class Sink {
     const Write& write_;
     Outcome outcome_;
     Md5 md5_;
+    std::string held_;
     std::uint16_t sum_ = 0;
     std::size_t unkept_ = 0;
     bool damaged_ = false;
@@ -95,9 +111,6 @@ class Sink {
     bool vouched_ = false;
     bool stopped_ = false;
 };
-
-/// Bytes of input that the decoders take at a time.
-constexpr std::size_t piece_size = std::size_t{384} << 10;
 
 void decode_base64(const Attachment& attachment, Body& body, Sink& sink);
 void decode_uu(const Attachment& attachment, Body& body, Sink& sink);

@@ -11,7 +11,7 @@
 namespace quill::codec {
 namespace {
 
-constexpr std::size_t longest_line = 256;  // characters; a line of data has 85 and some more
+constexpr std::size_t longest_text = 256;  // characters; a line of data has 85 and some more
 constexpr std::size_t most_bytes = 63;
 
 std::string_view without_line_end(std::string_view line) {
@@ -28,7 +28,7 @@ class UuRun {
         : alphabet_(attachment.format == Format::xx ? uu::Alphabet::xx : uu::Alphabet::uu),
           body_(body),
           sink_(sink),
-          room_(uu::decoded_bound(piece_size)) {}
+          room_(uu::decoded_bound(body.piece())) {}
 
     void run();
 
@@ -44,12 +44,11 @@ class UuRun {
     Sink& sink_;
     std::vector<char> room_;
     bool writes_graves_ = false;  ///< zeros are written '`', so a missing character at a line's end is no lost blank
-    bool has_extra_ = false;      ///< lines have a check character
 };
 
 void UuRun::run() {
     while (!body_.at_end() && !body_.stopped() && !sink_.stopped()) {
-        const std::string_view in = body_.ahead(piece_size);
+        const std::string_view in = body_.ahead(body_.piece());
         const uu::Progress done = uu::decode_lines(alphabet_, in, room_.data());
         sink_.put({room_.data(), done.written});
         if (done.read > 0) {
@@ -67,16 +66,16 @@ std::string UuRun::take_line() {
     std::string line;
     do {
         const std::string_view read = body_.line(piece_size);
-        line += read.substr(0, longest_line);
+        line += read.substr(0, longest_text);
         body_.pass(read.size());
         if (read.ends_with('\n') || read.ends_with('\r')) break;
-    } while (!body_.at_end() && line.size() < longest_line);
+    } while (!body_.at_end() && line.size() < longest_text);
     return std::string(without_line_end(line));
 }
 
 /// Whether nothing but the end of the data follows.
 bool UuRun::is_last_line() {
-    const std::string_view rest = body_.ahead(longest_line);
+    const std::string_view rest = body_.ahead(longest_text);
     return is_blank(rest) || (!rest.empty() && uu::value_of(alphabet_, rest.front()) == 0);
 }
 

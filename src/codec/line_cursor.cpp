@@ -44,10 +44,13 @@ bool LineCursor::read_line(Position at, std::size_t most, Line& line) const {
     }
     if (at.segment >= segments_.size()) return false;
     const std::string_view rest_of_segment = rest(at);
-    const std::string_view seen = rest_of_segment.substr(0, most);
+    const std::string_view seen = rest_of_segment.substr(0, std::min(most, longest_line));
     const std::size_t length = find_line_end(seen, 0);
     line.text = seen.substr(0, length);
-    line.ended = length < rest_of_segment.size();
+    line.ended = length < seen.size();
+    const Segment& segment = segments_[at.segment];
+    const char before = at.offset > segment.range.begin ? segment.input[at.offset - 1] : '\n';
+    line.continued = before != '\n' && before != '\r';
     line.begin = at;
     line.end = {at.segment, at.offset + length};
     line.next = line.end;
@@ -76,8 +79,14 @@ void LineCursor::pass_to(std::uint64_t offset) {
 std::string_view LineCursor::look_ahead(std::size_t size) {
     const std::string_view mapped = rest(at_).substr(0, size);
     if (!read_ || mapped.size() < size) return mapped;
+    if (at_.segment == window_begin_.segment && at_ >= window_begin_) {
+        const std::uint64_t from = at_.offset - window_begin_.offset;
+        if (from + least_ahead <= window_size_) return {window_.data() + from, std::min(size, window_size_ - from)};
+    }
     window_.resize(std::max(window_.size(), size));
-    return {window_.data(), read_(segments_[at_.segment], at_.offset, window_.data(), size)};
+    window_size_ = read_(segments_[at_.segment], at_.offset, window_.data(), size);
+    window_begin_ = at_;
+    return {window_.data(), window_size_};
 }
 
 void LineCursor::skip_to_line_with(char a, char b) {
@@ -92,7 +101,8 @@ void LineCursor::skip_to_line_with(char a, char b) {
             return;
         }
         // The window's last line is left, where there is more than one: what is looked for may follow in it.
-        const std::size_t last = window.size() < skipped_at_once ? window.size() : window.find_last_of("\r\n") + 1;
+        const bool at_segment_end = window.size() == rest(at_).size();
+        const std::size_t last = at_segment_end ? window.size() : window.find_last_of("\r\n") + 1;
         pass_to(at_.offset + (last == 0 ? window.size() : last));
     }
 }

@@ -30,10 +30,14 @@ struct Position {
 struct Line {
     std::string_view text;  ///< without its line end
     Position begin;
-    Position end;        ///< behind the text, before the line end
-    Position next;       ///< where the next line begins
-    bool ended = false;  ///< a line end stood behind it
+    Position end;            ///< behind the text, before the line end
+    Position next;           ///< where the next line begins
+    bool ended = false;      ///< a line end stood behind it
+    bool continued = false;  ///< it goes on with the line before it, which was longer than `longest_line`
 };
+
+/// Lines longer than this, in bytes, are read in pieces, so that no more than a piece of the input is in use at a time.
+constexpr std::size_t longest_line = std::size_t{1} << 20;
 
 /// Reads text by lines from a row of segments. A line ends at CR LF, LF, CR or CR CR LF, and at the end of its segment.
 class LineCursor {
@@ -55,8 +59,10 @@ class LineCursor {
     /// here on, or to the end of the segment: a fast way over lines that can hold neither.
     void skip_to_line_with(char a, char b);
 
-    /// Up to `size` bytes from here on, of this segment, for one look: they stay until the next call.
+    /// The bytes from here on, of this segment, for one look: up to `size` of them, fewer where fewer are at hand, but
+    /// at least `least_ahead` where there are so many. They stay until the next call.
     std::string_view look_ahead(std::size_t size);
+    static constexpr std::size_t least_ahead = 4096;
 
     /// Moves to `offset` of the current segment, in what is known to be lines.
     void pass_to(std::uint64_t offset);
@@ -85,6 +91,8 @@ class LineCursor {
     OnMove on_move_;
     Read read_;
     std::vector<char> window_;
+    Position window_begin_;
+    std::size_t window_size_ = 0;
     Position at_;
     std::uint64_t told_ = 0;
     bool stopped_ = false;

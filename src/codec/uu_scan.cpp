@@ -51,6 +51,12 @@ std::optional<BeginLine> read_begin(std::string_view line) {
     return out;
 }
 
+bool is_sure_begin(std::string_view line) {
+    if (!sniff_begin(line)) return false;
+    const std::optional<BeginLine> begin = read_begin(line.substr(0, peeked_characters));
+    return begin && begin->has_mode;
+}
+
 /// How well the lines behind `at` fit an alphabet.
 struct Evidence {
     unsigned first_fits = 0;  ///< the very first line fits exactly
@@ -87,7 +93,11 @@ std::optional<uu::Alphabet> tell_alphabet(const TextScan& scan, Position at, boo
     const Evidence as_xx = weigh(scan, at, uu::Alphabet::xx);
     const bool xx = as_xx.fits > as_uu.fits;
     const Evidence& best = xx ? as_xx : as_uu;
-    if (best.fits == 0 && !(sure && is_empty_file(scan, at))) return std::nullopt;
+    if (best.fits == 0) {
+        Line first;
+        if (!sure || !is_empty_file(scan, at) || !peek_text(scan, at, 3, first)) return std::nullopt;
+        return first.text == "+" ? uu::Alphabet::xx : uu::Alphabet::uu;
+    }
     if (!sure && (best.first_fits == 0 || best.misfits > best.fits)) return std::nullopt;
     return xx ? uu::Alphabet::xx : uu::Alphabet::uu;
 }
@@ -125,12 +135,12 @@ std::size_t exact_lines(std::string_view window, uu::Alphabet alphabet) {
 }
 
 void pass_exact_lines(LineCursor& cursor, uu::Alphabet alphabet) {
-    constexpr std::size_t longest_line = 128;
+    constexpr std::size_t longest_data_line = 128;
     while (true) {
         const std::string_view window = cursor.look_ahead(passed_at_once);
         const std::size_t passed = exact_lines(window, alphabet);
         if (passed > 0) cursor.pass_to(cursor.position().offset + passed);
-        if (passed == 0 || window.size() - passed > longest_line || cursor.stopped()) return;
+        if (passed == 0 || window.size() - passed > longest_data_line || cursor.stopped()) return;
     }
 }
 
@@ -153,7 +163,7 @@ BodyEnd read_body(TextScan& scan, uu::Alphabet alphabet) {
         }
         if (text.empty()) continue;
         const uu::DataLine data = uu::judge(alphabet, line.text);
-        const bool stops = scan.is_stop(line) || (sniff_begin(line.text) && read_begin(line.text)->has_mode);
+        const bool stops = scan.is_stop(line) || is_sure_begin(line.text);
         if (!stops && data.fit != uu::Fit::none && data.bytes == 0) {
             out.ended = true;
             continue;

@@ -17,6 +17,7 @@ namespace {
 
 constexpr mode_t output_mode = 0644;
 constexpr unsigned most_name_attempts = 100'000;
+constexpr unsigned tried_one_by_one = 8;
 
 /// A name for the unfinished file: hidden, and told apart from those of other processes and earlier files of this one.
 std::string temporary_name(unsigned attempt) {
@@ -43,6 +44,22 @@ void flush_directory(const std::string& dir) {
     if (fd < 0) return;
     fsync(fd);
     close(fd);
+}
+
+/// In the row of numbered names, of which number `taken` is taken: one that is taken and has a free one behind it.
+/// Looks at few of many, as thousands of files may want the same name.
+unsigned last_taken_number(const std::string& dir, const std::string& name, unsigned taken) {
+    const auto is_taken = [&](unsigned n) { return exists(join(dir, numbered_name(name, n))); };
+    unsigned free = taken * 2;
+    for (; is_taken(free); free *= 2) {
+        if (free > most_name_attempts) return free;
+        taken = free;
+    }
+    while (free - taken > 1) {
+        const unsigned middle = taken + (free - taken) / 2;
+        (is_taken(middle) ? taken : free) = middle;
+    }
+    return taken;
 }
 
 }  // namespace
@@ -133,6 +150,7 @@ Result<std::string> AtomicFile::publish(OnCollision on_collision, Durability dur
             target = join(dir, numbered_name(name, n));
             renamed = rename_new(temporary_, target);
             if (renamed || renamed.error().code != ErrorCode::exists) break;
+            if (n == tried_one_by_one && most > 1) n = last_taken_number(dir, name, n);
         }
     }
     if (!renamed) {
