@@ -102,7 +102,7 @@ def decode_a_message_by_clicks(program, screen, samples, folder):
         assert picture.read_bytes().startswith(b"\x89PNG"), "the picture is not whole"
         assert picture.read_bytes().endswith(b"IEND\xaeB`\x82"), "the picture is not whole"
         assert picture.stat().st_mode & 0o111 == 0, "an attachment may be executed"
-        screen.xdotool("windowclose", window)
+        screen.key("alt+F4")
         wait_for("the end of the program", lambda: running.poll() is not None)
         assert running.returncode == 0, running.returncode
     assert mail.read_bytes() == (samples / "harbour.eml").read_bytes(), "the message was changed"
