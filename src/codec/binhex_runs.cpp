@@ -5,8 +5,6 @@
 namespace quill::codec::binhex {
 namespace {
 
-constexpr char marker = '\x90';
-
 /// Where the output goes, and how much room is left there.
 struct Room {
     char* out;
@@ -31,8 +29,8 @@ struct Room {
 void begin_run(char count, Room& room, RunState& state) {
     state.behind_marker = false;
     if (count == 0) {
-        room.copy({&marker, 1});
-        state.last = static_cast<std::uint8_t>(marker);
+        room.copy({&run_marker, 1});
+        state.last = static_cast<std::uint8_t>(run_marker);
     } else {
         state.copies_left = static_cast<std::uint8_t>(static_cast<std::uint8_t>(count) - 1);
         room.repeat(state);
@@ -51,7 +49,7 @@ Progress decode_runs(std::string_view in, char* out, std::size_t capacity, RunSt
             continue;
         }
         const std::string_view ahead = in.substr(at, room.left);
-        const std::string_view literals = ahead.substr(0, ahead.find(marker));
+        const std::string_view literals = ahead.substr(0, ahead.find(run_marker));
         if (!literals.empty()) state.last = static_cast<std::uint8_t>(literals.back());
         at += room.copy(literals);
         if (literals.size() < ahead.size()) {
@@ -60,6 +58,15 @@ Progress decode_runs(std::string_view in, char* out, std::size_t capacity, RunSt
         }
     }
     return {at, capacity - room.left};
+}
+
+std::size_t find_run_or_marker_reference(std::string_view in, std::size_t from) {
+    for (std::size_t at = from; at < in.size(); ++at) {
+        const std::string_view run = in.substr(at, shortest_run);
+        const bool same = run.size() == shortest_run && run.find_first_not_of(run.front()) == std::string_view::npos;
+        if (same || run.front() == run_marker) return at;
+    }
+    return in.size();
 }
 
 }  // namespace quill::codec::binhex

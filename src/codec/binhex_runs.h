@@ -36,4 +36,12 @@ constexpr std::size_t decoded_runs_bound(std::size_t n) {
 /// 0.
 Progress decode_runs(std::string_view in, char* out, std::size_t capacity, RunState& state);
 
+constexpr char run_marker = '\x90';
+constexpr std::size_t shortest_run = 4;  ///< below it a run is not shorter with a marker
+
+/// The first position from `from` on where a marker stands or `shortest_run` equal bytes begin; in.size() where there
+/// is none: what is before it is written as it is.
+std::size_t find_run_or_marker(std::string_view in, std::size_t from);
+std::size_t find_run_or_marker_reference(std::string_view in, std::size_t from);
+
 }  // namespace quill::codec::binhex

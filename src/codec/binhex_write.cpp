@@ -1,11 +1,15 @@
 #include "codec/binhex_write.h"
 
 #include "codec/alphabets.h"
+#include "codec/binhex_runs.h"
 #include "codec/checksum.h"
 #include "codec/encode_output.h"
+#include "codec/sixbit.h"
 #include "files/path.h"
 #include "text/utf8.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <limits>
 #include <string>
@@ -23,74 +27,90 @@ class Packer {
     explicit Packer(std::string& out) : out_(out) {}
 
     void put(std::string_view bytes) {
-        for (const char c : bytes) {
-            const auto byte = static_cast<std::uint8_t>(c);
-            if (copies_ != 0 && byte == repeated_ && copies_ < longest_run) {
-                ++copies_;
-            } else {
+        // What the last bytes begin may go on in the next piece.
+        const std::size_t sure = bytes.size() - std::min(bytes.size(), binhex::shortest_run - 1);
+        for (std::size_t at = 0; at < bytes.size();) {
+            const bool run_goes_on = copies_ != 0 && bytes[at] == repeated_;
+            const std::size_t plain = run_goes_on ? at : std::min(binhex::find_run_or_marker(bytes, at), sure);
+            if (plain > at) {
                 end_run();
-                repeated_ = byte;
-                copies_ = 1;
+                packed_.append(bytes.substr(at, plain - at));
+                at = plain;
+            } else {
+                put_one(bytes[at++]);
             }
         }
+        write_groups();
     }
 
     /// Nothing more comes: what is held back goes out, and the closing colon.
     void finish() {
         end_run();
-        const unsigned characters = pending_ == 0 ? 0 : pending_ + 1;
-        group_ <<= (3 - pending_) * 8;
-        write_group(characters);
-        character(':');
+        write_groups();
+        if (const std::size_t rest = packed_.size(); rest > 0) {
+            packed_.append(3 - rest, '\0');
+            std::array<char, 4> group = {};
+            sixbit::encode_groups(sixbit::Alphabet::binhex, packed_, group.data());
+            characters({group.data(), rest + 1});
+        }
+        characters(":");
         out_.append("\r\n");
     }
 
-    void character(char c) {
-        if (column_ == line_length) {
-            out_.append("\r\n");
-            column_ = 0;
+    void characters(std::string_view text) {
+        while (!text.empty()) {
+            if (column_ == line_length) {
+                out_.append("\r\n");
+                column_ = 0;
+            }
+            const std::string_view line = text.substr(0, line_length - column_);
+            out_.append(line);
+            column_ += line.size();
+            text.remove_prefix(line.size());
         }
-        out_ += c;
-        ++column_;
     }
 
   private:
-    static constexpr std::uint8_t marker = 0x90;
     static constexpr unsigned longest_run = 255;
-    static constexpr unsigned shortest_run = 4;
+
+    void put_one(char c) {
+        if (copies_ != 0 && c == repeated_ && copies_ < longest_run) {
+            ++copies_;
+            return;
+        }
+        end_run();
+        repeated_ = c;
+        copies_ = 1;
+    }
 
     void end_run() {
-        const unsigned plain = copies_ >= shortest_run ? 1 : copies_;
-        for (unsigned i = 0; i < plain; ++i) {
-            packed(repeated_);
-            if (repeated_ == marker) packed(0);
+        const bool counted = copies_ >= binhex::shortest_run;
+        for (unsigned i = 0; i < (counted ? 1 : copies_); ++i) {
+            packed_ += repeated_;
+            if (repeated_ == binhex::run_marker) packed_ += '\0';
         }
-        if (copies_ >= shortest_run) {
-            packed(marker);
-            packed(static_cast<std::uint8_t>(copies_));
+        if (counted) {
+            packed_ += binhex::run_marker;
+            packed_ += static_cast<char>(copies_);
         }
         copies_ = 0;
     }
 
-    void packed(std::uint8_t byte) {
-        group_ = group_ << 8U | byte;
-        if (++pending_ < 3) return;
-        write_group(4);
-    }
-
-    /// Writes the first `characters` of the four that `group_` stands for.
-    void write_group(unsigned characters) {
-        for (unsigned i = 0; i < characters; ++i) character(binhex_characters[group_ >> (18 - 6 * i) & 0x3FU]);
-        group_ = 0;
-        pending_ = 0;
+    /// Writes the whole groups of what is packed.
+    void write_groups() {
+        const std::size_t whole = packed_.size() / 3 * 3;
+        text_.resize(whole / 3 * 4);
+        sixbit::encode_groups(sixbit::Alphabet::binhex, std::string_view(packed_).substr(0, whole), text_.data());
+        characters(text_);
+        packed_.erase(0, whole);
     }
 
     std::string& out_;
     std::size_t column_ = 0;
-    std::uint8_t repeated_ = 0;
+    char repeated_ = 0;
     unsigned copies_ = 0;  ///< of `repeated_`, held back
-    std::uint32_t group_ = 0;
-    unsigned pending_ = 0;  ///< bytes in `group_`
+    std::string packed_;   ///< with its runs as markers and counts
+    std::string text_;     ///< room for characters
 };
 
 std::string big_endian(std::uint32_t value, unsigned bytes) {
@@ -130,7 +150,7 @@ bool write_binhex(const EncodePiece& piece, const EncodeOptions&, EncodeOutput& 
     constexpr std::size_t block = 64 * 1024;
     std::string text = "(This file must be converted with BinHex 4.0)\r\n\r\n";
     Packer packer(text);
-    packer.character(':');
+    packer.characters(":");
     packer.put(header(piece));
     std::uint16_t crc = 0;
     for (std::size_t at = 0; at < piece.file.size(); at += block) {

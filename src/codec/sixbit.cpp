@@ -84,6 +84,16 @@ std::size_t finish(char* out, State& state) {
     return 2;
 }
 
+std::size_t encode_groups_reference(Alphabet alphabet, std::string_view in, char* out) {
+    const std::string_view characters = alphabet == Alphabet::base64 ? base64_characters : binhex_characters;
+    const char* const begin = out;
+    for (std::size_t at = 0; at < in.size(); at += 3) {
+        const std::uint32_t bits = byte_of(in, at) << 16U | byte_of(in, at + 1) << 8U | byte_of(in, at + 2);
+        for (const unsigned shift : {18U, 12U, 6U, 0U}) *out++ = characters[bits >> shift & 63U];
+    }
+    return static_cast<std::size_t>(out - begin);
+}
+
 std::size_t encoded_size(std::size_t n, std::size_t line_length) {
     const std::size_t characters = (n + 2) / 3 * 4;
     if (line_length == 0) return characters;

@@ -48,7 +48,12 @@ Progress decode_reference(Alphabet alphabet, std::string_view in, char* out, Sta
 /// 1 gives none) and resets `state`. Returns how many were written: 0 to 2.
 std::size_t finish(char* out, State& state);
 
-/// The exact length of `encode`'s output: padded groups, with a line end behind each full or partial line.
+/// Writes the characters of `in`, whose size is a multiple of 3, with no line ends. Returns their number,
+/// in.size() / 3 * 4.
+std::size_t encode_groups(Alphabet alphabet, std::string_view in, char* out);
+std::size_t encode_groups_reference(Alphabet alphabet, std::string_view in, char* out);
+
+/// The exact length of `encode_base64`'s output: padded groups, with a line end behind each full or partial line.
 /// `line_length` is in characters, a multiple of 4; 0 gives one line without an end.
 std::size_t encoded_size(std::size_t n, std::size_t line_length);
 

@@ -27,6 +27,7 @@ constexpr simd::CharacterCodes make_codes_with_blanks(std::string_view character
 constexpr simd::CharacterCodes base64_codes = make_codes_with_blanks(base64_characters);
 constexpr simd::CharacterCodes binhex_codes = make_codes_with_blanks(binhex_characters);
 constexpr simd::Characters base64_output = simd::make_characters(base64_characters);
+constexpr simd::Characters binhex_output = simd::make_characters(binhex_characters);
 
 }  // namespace quill::codec::sixbit
 #endif
@@ -124,6 +125,16 @@ Progress decode(Alphabet alphabet, std::string_view in, char* out, State& state)
     return progress;
 }
 
+std::size_t encode_groups(Alphabet alphabet, std::string_view in, char* out) {
+    const Characters& characters = alphabet == Alphabet::base64 ? base64_output : binhex_output;
+    std::size_t done = 0;
+    for (; done + lanes <= in.size(); done += lanes / 4 * 3) {
+        const V values = split_groups(hn::LoadU(Bytes(), bytes(in.data()) + done));
+        hn::StoreU(characters_for(characters, values), Bytes(), bytes(out) + done / 3 * 4);
+    }
+    return done / 3 * 4 + encode_groups_reference(alphabet, in.substr(done), out + done / 3 * 4);
+}
+
 std::size_t encode_base64(std::string_view in, std::size_t line_length, char* out) {
     const char* const begin = out;
     const std::size_t bytes_a_line = line_length == 0 ? std::numeric_limits<std::size_t>::max() : line_length / 4 * 3;
@@ -147,6 +158,10 @@ std::size_t encode_base64(std::string_view in, std::size_t line_length, char* ou
 
 #else
 
+std::size_t encode_groups(Alphabet alphabet, std::string_view in, char* out) {
+    return encode_groups_reference(alphabet, in, out);
+}
+
 Progress decode(Alphabet alphabet, std::string_view in, char* out, State& state) {
     return decode_reference(alphabet, in, out, state);
 }
@@ -164,11 +179,16 @@ HWY_AFTER_NAMESPACE();
 namespace quill::codec::sixbit {
 namespace {
 QUILL_KERNELS(decode);
+QUILL_KERNELS(encode_groups);
 QUILL_KERNELS(encode_base64);
 }  // namespace
 
 Progress decode(Alphabet alphabet, std::string_view in, char* out, State& state) {
     return simd::chosen_of(decode_kernels)(alphabet, in, out, state);
+}
+
+std::size_t encode_groups(Alphabet alphabet, std::string_view in, char* out) {
+    return simd::chosen_of(encode_groups_kernels)(alphabet, in, out);
 }
 
 std::size_t encode_base64(std::string_view in, std::size_t line_length, char* out) {

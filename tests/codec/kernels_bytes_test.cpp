@@ -84,6 +84,24 @@ TEST(Checksum, MayBeTakenPieceByPiece) {
     }
 }
 
+TEST(BinHexRunKernel, FindsWhatItsReferenceFinds) {
+    on_each_target([] {
+        Random random(34);
+        for (int round = 0; round < 3000; ++round) {
+            std::string text = random.text(random.below(most_bytes), "abcdefghijk");
+            for (std::size_t i = random.below(4); i < text.size() && i > 0; --i) {
+                const std::size_t at = random.below(text.size());
+                text.replace(at, 1 + random.below(5), random.below(2) == 0 ? "xxxx" : "\x90");
+            }
+            const ExactBytes in(text, random.below(64));
+            const std::size_t from = random.below(text.size() + 1);
+            ASSERT_EQ(binhex::find_run_or_marker(in.view(), from),
+                      binhex::find_run_or_marker_reference(in.view(), from))
+                << from << " in " << testing::PrintToString(text);
+        }
+    });
+}
+
 /// Decodes in pieces of `piece` bytes into rooms of `room` bytes.
 std::string decode_in_pieces(std::string_view in, std::size_t piece, std::size_t room) {
     binhex::RunState state;

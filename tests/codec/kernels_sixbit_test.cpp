@@ -146,6 +146,22 @@ TEST(SixbitKernel, EncodesAsItsReference) {
     });
 }
 
+TEST(SixbitKernel, EncodesGroupsAsItsReference) {
+    on_each_target([] {
+        const std::string data = Random(6).bytes(3 * most_bytes);
+        for (const Alphabet alphabet : alphabets) {
+            for (std::size_t n = 0; n <= data.size(); n += 3) {
+                const ExactBytes in(std::string_view(data).substr(0, n), n % 32);
+                ExactBytes out(n / 3 * 4, n % 7);
+                ExactBytes expected(n / 3 * 4, 0);
+                ASSERT_EQ(encode_groups(alphabet, in.view(), out.data()), n / 3 * 4);
+                ASSERT_EQ(encode_groups_reference(alphabet, in.view(), expected.data()), n / 3 * 4);
+                ASSERT_EQ(out.view(), expected.view()) << n;
+            }
+        }
+    });
+}
+
 /// RFC 4648 10.
 TEST(Sixbit, KnowsTheTestVectorsOfBase64) {
     const std::pair<std::string_view, std::string_view> vectors[] = {{"", ""},
