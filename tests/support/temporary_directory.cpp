@@ -13,7 +13,7 @@ namespace quill::tests {
 namespace fs = std::filesystem;
 
 TemporaryDirectory::TemporaryDirectory() : previous_(fs::current_path()) {
-    std::string pattern = fs::canonical(fs::temp_directory_path()) / "quill-test-XXXXXX";
+    std::string pattern = fs::canonical(fs::temp_directory_path()) / ("quill-test-" + std::string(6, 'X'));
     if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary directory");
     path_ = pattern;
     fs::current_path(path_);
