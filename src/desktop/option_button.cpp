@@ -50,7 +50,7 @@ void OptionButton::set_colour(const QColor& colour) {
 }
 
 int OptionButton::padding() const {
-    return fontMetrics().height() / (look_ == Look::card ? 2 : 3);
+    return fontMetrics().height() * (look_ == Look::card ? 2 : 1) / 3;
 }
 
 int OptionButton::mark_size() const {

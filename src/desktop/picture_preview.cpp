@@ -84,6 +84,7 @@ void PicturePreview::show_file(const std::string& path) {
 
 void PicturePreview::take(const QImage& picture) {
     picture_ = picture;
+    setMaximumHeight(has_picture() ? qRound(picture_.height() / devicePixelRatioF()) : QWIDGETSIZE_MAX);
     setVisible(has_picture());
     update();
 }

@@ -74,7 +74,7 @@ QVariant ResultsModel::data(const QModelIndex& index, int role) const {
     switch (role) {
         case Qt::DisplayRole:
             if (index.column() == name_column) return shown(row.result.name);
-            return index.column() == size_column ? shown(row.details.size) : verdict_text(row);
+            return index.column() == size_column ? shown(row.details.size) + QChar(0x2003) : verdict_text(row);
         case Qt::DecorationRole:
             if (index.column() == name_column) return row.icon;
             if (index.column() == verdict_column && row.details.doubtful) return verdict_sign(codec::Verdict::damaged);
@@ -94,11 +94,11 @@ QVariant ResultsModel::data(const QModelIndex& index, int role) const {
 
 QVariant ResultsModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation != Qt::Horizontal) return {};
-    static constexpr std::array<const char*, column_count> titles = {"File", "Size", "Condition"};
+    static constexpr std::array<const char*, column_count> titles = {"File", "Size\u2003", "Condition"};
     if (role == Qt::TextAlignmentRole && section == size_column) {
         return QVariant::fromValue(Qt::AlignVCenter | Qt::AlignRight);
     }
-    if (role == Qt::DisplayRole) return QString::fromLatin1(titles.at(static_cast<std::size_t>(section)));
+    if (role == Qt::DisplayRole) return QString::fromUtf8(titles.at(static_cast<std::size_t>(section)));
     return {};
 }
 

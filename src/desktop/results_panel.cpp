@@ -81,7 +81,8 @@ QWidget* MainWindowView::make_results_panel() {
     details->setTextInteractionFlags(Qt::TextSelectableByMouse);
     details->setMinimumWidth(space * 11);
     beside->addWidget(preview_, 3);
-    beside->addWidget(details, 1);
+    beside->addWidget(details);
+    beside->addStretch(1);
     middle->addLayout(beside, 2);
     layout->addLayout(middle, 1);
 

@@ -138,7 +138,7 @@ def main():
     with tempfile.TemporaryDirectory() as root, x_server() as environment:
         home = pathlib.Path(root, "home")
         folder = pathlib.Path(root, "two words")
-        home.mkdir()
+        home.mkdir(mode=0o700)
         folder.mkdir()
         environment |= {"HOME": str(home), "XDG_DATA_HOME": str(home), "XDG_RUNTIME_DIR": str(home)}
         screen = Screen(environment)

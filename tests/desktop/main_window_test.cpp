@@ -73,6 +73,9 @@ TEST_F(MainWindow, DroppedFileIsHandedIn) {
     static_cast<desktop::MainWindowView*>(views.view_of(w))->dropped = [&](const std::string& path) { dropped = path; };
     QMimeData data;
     data.setUrls({QUrl::fromEncoded("file:///home/ada/two%20words%20%E4.mim")});
+    QDragEnterEvent enter({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&frame_of(w), &enter);
+    EXPECT_TRUE(enter.isAccepted());
     QDropEvent drop({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(&frame_of(w), &drop);
     EXPECT_EQ(dropped, "/home/ada/two words \xE4.mim");
