@@ -45,7 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const codec::OutputFormat& format = codec::output_formats()[data[2] % codec::output_formats().size()];
     const std::string bytes(reinterpret_cast<const char*>(data + 3), size - 3);
     codec::EncodeOptions options;
-    if (format.line_limit != 0) options.line_length = a * format.line_unit % (format.line_limit + 1);
+    if (format.line_limit != 0) options.line_length = a % (format.line_limit / format.line_unit + 1) * format.line_unit;
     if (format.part_unit != 0 && b != 0) options.part_size = format.part_unit * (b + bytes.size() / 64);
     options.crc = format.takes_crc && a % 2 == 1;
 
