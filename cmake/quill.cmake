@@ -27,6 +27,11 @@ function(quill_library name)
     endif()
 endfunction()
 
+# quill_build_fast(TARGET): for what runs once, so that its build takes longer than its run.
+function(quill_build_fast target)
+    target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O0>)
+endfunction()
+
 # quill_test(NAME [lib...]): one test program of every *_test.cpp in the calling folder, each of its cases known to ctest.
 function(quill_test name)
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*_test.cpp)
@@ -34,7 +39,10 @@ function(quill_test name)
         add_executable(${name}_tests ${sources})
         target_link_libraries(${name}_tests PRIVATE quill_options ${ARGN} GTest::gmock GTest::gtest_main)
         target_include_directories(${name}_tests PRIVATE ${PROJECT_SOURCE_DIR}/tests)
-        target_compile_options(${name}_tests PRIVATE $<$<CONFIG:Release>:-O1>)  # they run once: what counts is the build
+        quill_build_fast(${name}_tests)
+        if(QUILL_PRECOMPILE)
+            target_precompile_headers(${name}_tests REUSE_FROM quill_test_support)
+        endif()
         target_compile_definitions(${name}_tests PRIVATE QUILL_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data")
         gtest_discover_tests(${name}_tests DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
     endif()
