@@ -44,17 +44,6 @@ struct Field {
     }
 };
 
-/// Whether, behind an empty line at `at`, further header lines follow that have empty lines between them.
-bool goes_on_double_spaced(const LineCursor& cursor, Position at) {
-    Line line;
-    for (int i = 0; i < 2; ++i) {
-        if (!cursor.peek(at, peeked, line) || field_name(line.text).empty() || !line.ended) return false;
-        if (!cursor.peek(line.next, peeked, line) || !is_blank(line.text)) return false;
-        at = line.next;
-    }
-    return cursor.peek(at, peeked, line) && !is_blank(line.text);
-}
-
 /// In a double-spaced header: whether the empty line before `at` is only spacing.
 bool is_spacing(const LineCursor& cursor, Position at) {
     Line line;
@@ -73,6 +62,18 @@ bool begins_field(std::string_view line) {
 bool begins_message_header(std::string_view line) {
     const std::string_view name = field_name(line);
     return !name.empty() && is_known_field(name);
+}
+
+bool goes_on_double_spaced(const LineCursor& cursor, Position at) {
+    Line line;
+    bool known = false;
+    for (int i = 0; i < 2; ++i) {
+        if (!cursor.peek(at, peeked, line) || field_name(line.text).empty() || !line.ended) return false;
+        known = known || begins_message_header(line.text);
+        if (!cursor.peek(line.next, peeked, line) || !is_blank(line.text)) return false;
+        at = line.next;
+    }
+    return known;
 }
 
 HeaderBlock read_header(LineCursor& cursor, const IsStop& is_stop) {

@@ -26,4 +26,7 @@ HeaderBlock read_header(LineCursor& cursor, const IsStop& is_stop);
 /// Whether `line` looks like the first line of a message's header: a field that messages have.
 bool begins_message_header(std::string_view line);
 
+/// Whether, behind an empty line that ends at `at`, two further header lines follow with an empty line behind each.
+bool goes_on_double_spaced(const LineCursor& cursor, Position at);
+
 }  // namespace quill::codec

@@ -333,7 +333,8 @@ bool Scanner::take_message(const Line& line) {
     const bool alone = !cursor_.peek(line.next, peeked_characters, next) || is_blank_line(next.text);
     const bool goes_on =
         !alone && (!field_name(next.text).empty() || next.text.front() == ' ' || next.text.front() == '\t');
-    if (!goes_on && !(alone && is_content_field(line.text))) return false;
+    const bool spaced = alone && goes_on_double_spaced(cursor_, next.next);
+    if (!goes_on && !spaced && !(alone && is_content_field(line.text))) return false;
     cursor_.seek(line.begin);
     begin_message();
     return true;

@@ -61,7 +61,9 @@ bool is_sure_begin(std::string_view line) {
 struct Evidence {
     unsigned first_fits = 0;  ///< the very first line fits exactly
     unsigned fits = 0;
+    unsigned stripped = 0;  ///< too short, as though blanks at its end were lost
     unsigned misfits = 0;
+    bool ended = false;  ///< the end of the data came
 };
 
 Evidence weigh(const TextScan& scan, Position at, uu::Alphabet alphabet) {
@@ -69,9 +71,11 @@ Evidence weigh(const TextScan& scan, Position at, uu::Alphabet alphabet) {
     Line line;
     for (unsigned i = 0; i < sampled_lines && peek_text(scan, at, 3, line); ++i, at = line.next) {
         const uu::DataLine data = uu::judge(alphabet, line.text);
-        if (data.fit != uu::Fit::none && data.bytes == 0) break;
-        if (line.text == "end") break;
-        const bool good = data.clean && data.fit != uu::Fit::none && data.fit != uu::Fit::stripped;
+        out.ended = line.text == "end" || (data.fit != uu::Fit::none && data.bytes == 0);
+        if (out.ended) break;
+        const bool stripped = data.clean && data.fit == uu::Fit::stripped;
+        const bool good = data.clean && data.fit != uu::Fit::none && !stripped;
+        if (stripped) ++out.stripped;
         if (good && i == 0) out.first_fits = 1;
         (good ? out.fits : out.misfits)++;
     }
@@ -93,6 +97,8 @@ std::optional<uu::Alphabet> tell_alphabet(const TextScan& scan, Position at, boo
     const Evidence as_xx = weigh(scan, at, uu::Alphabet::xx);
     const bool xx = as_xx.fits > as_uu.fits;
     const Evidence& best = xx ? as_xx : as_uu;
+    const bool all_stripped = as_uu.stripped > 0 && as_uu.misfits == as_uu.stripped && as_uu.ended;
+    if (sure && best.fits == 0 && all_stripped) return uu::Alphabet::uu;
     if (best.fits == 0) {
         Line first;
         if (!sure || !is_empty_file(scan, at) || !peek_text(scan, at, 3, first)) return std::nullopt;

@@ -1,0 +1,157 @@
+#include "codec/library.h"
+#include "files/directory.h"
+#include "support/temporary_directory.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <gmock/gmock.h>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+namespace quill::codec {
+namespace {
+
+std::string data_path(const std::string& name) {
+    return std::string(QUILL_TEST_DATA "/") + name;
+}
+
+std::string data(const std::string& name) {
+    return files::read_file(data_path(name)).value();
+}
+
+/// What other programs wrote, and what they made it from.
+struct Foreign {
+    std::vector<std::string> inputs;
+    std::string name;
+    std::string original;
+};
+
+class ForeignEncoder : public testing::TestWithParam<Foreign> {};
+
+TEST_P(ForeignEncoder, IsReadBackByteForByte) {
+    tests::TemporaryDirectory dir;
+    std::vector<std::string> paths;
+    for (const std::string& input : GetParam().inputs) paths.push_back(data_path(input));
+    const Result<Recovery> recovery = Recovery::open(paths);
+    ASSERT_TRUE(recovery);
+    const auto& found = recovery->attachments();
+    const auto file =
+        std::find_if(found.begin(), found.end(), [&](const Attachment& a) { return a.name == GetParam().name; });
+    ASSERT_NE(file, found.end());
+    const Result<Recovered> written = recovery->write(*file, dir.path("out"), files::OnCollision::fail);
+    ASSERT_TRUE(written);
+    EXPECT_LE(written->outcome.verdict, Verdict::whole);
+    EXPECT_EQ(written->sources.size(), GetParam().inputs.size());
+    EXPECT_EQ(dir.read("out"), data(GetParam().original));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, ForeignEncoder,
+    testing::Values(Foreign{{"uue/sharutils.uue"}, "picture.bin", "picture.bin"},
+                    Foreign{{"uue/sharutils-base64.uue"}, "picture.bin", "picture.bin"},
+                    Foreign{{"uue/sharutils-encoded-name.uue"}, "grüße aus köln.txt", "poem.txt"},
+                    Foreign{{"xxe/uuenview.xxe"}, "picture.bin", "picture.bin"},
+                    Foreign{{"mime/mpack.eml"}, "picture.bin", "picture.bin"},
+                    Foreign{{"mime/python-email.eml"}, "poem.txt", "poem.txt"},
+                    Foreign{{"parts/sound.003", "parts/sound.001", "parts/sound.002"}, "sound.bin", "sound.bin"},
+                    Foreign{{"parts/mp.02", "parts/mp.01"}, "picture.bin", "picture.bin"}));
+
+TEST(Recovery, SaysWhichPartIsMissing) {
+    const Result<Recovery> recovery =
+        Recovery::open(std::array{data_path("parts/sound.001"), data_path("parts/sound.003")});
+    ASSERT_TRUE(recovery);
+    ASSERT_EQ(recovery->attachments().size(), 1U);
+    const Outcome outcome = recovery->check(recovery->attachments().front());
+    EXPECT_EQ(outcome.verdict, Verdict::incomplete);
+    ASSERT_FALSE(outcome.problems.empty());
+    EXPECT_EQ(outcome.problems.front().text, "Part 2 of 3 is missing");
+}
+
+TEST(Recovery, WritesNoFileWhereNothingCouldBeDecoded) {
+    tests::TemporaryDirectory dir;
+    const std::string in =
+        dir.write("in", "Content-Type: x/y; name=a\nContent-Transfer-Encoding: base64\n\n(((())))\n");
+    const Result<Recovery> recovery = Recovery::open(std::array{in});
+    ASSERT_TRUE(recovery);
+    ASSERT_EQ(recovery->attachments().size(), 1U);
+    const Result<Recovered> written =
+        recovery->write(recovery->attachments().front(), dir.path("a"), files::OnCollision::fail);
+    ASSERT_FALSE(written);
+    EXPECT_EQ(written.error().code, ErrorCode::bad_input);
+    EXPECT_EQ(dir.names(), std::vector<std::string>{"in"});
+}
+
+TEST(Recovery, NamesTheInputThatCannotBeOpened) {
+    const Result<Recovery> recovery = Recovery::open(std::array{std::string("no-such-file")});
+    ASSERT_FALSE(recovery);
+    EXPECT_EQ(recovery.error().code, ErrorCode::not_found);
+    EXPECT_THAT(recovery.error().text, testing::HasSubstr("no-such-file"));
+}
+
+TEST(Recovery, StopsWhenToldTo) {
+    tests::TemporaryDirectory dir;
+    const std::string in = dir.write("in", "begin 644 a\n" + std::string(3 << 20, '\n'));
+    const Result<Recovery> recovery =
+        Recovery::open(std::array{in}, [](std::uint64_t, std::uint64_t) { return false; });
+    ASSERT_FALSE(recovery);
+    EXPECT_EQ(recovery.error().code, ErrorCode::cancelled);
+}
+
+const std::string two_files = "begin 777 a;b\n#0V%T\n`\nend\nbegin 644 ../a\n#0V%T\n`\nend\n";
+
+TEST(DecodingLibrary, CountsNamesAndDecodes) {
+    tests::TemporaryDirectory dir;
+    const std::string in = dir.write("in.uue", two_files);
+    DecodingLibrary library;
+    ASSERT_EQ(library.GetNumFilesToDecode(in), 2);
+    std::string first, second;
+    library.GetEncodedFile(first, 0);
+    library.GetEncodedFile(second, 1);
+    EXPECT_EQ(first, "a_b");
+    EXPECT_EQ(second, "a");
+    EXPECT_NE(library.DecodeFile(in, first + ";" + second, 1), 0);
+    EXPECT_EQ(dir.read("a_b"), "Cat");
+    EXPECT_EQ(dir.read("a"), "Cat");
+    struct stat status = {};
+    ASSERT_EQ(stat(dir.path("a_b").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0111U, 0U);
+}
+
+TEST(DecodingLibrary, GivesEachNameOutOnce) {
+    tests::TemporaryDirectory dir;
+    dir.write("a.txt", "taken");
+    DecodingLibrary library;
+    std::string first = "a.txt", second = "a.txt";
+    library.GetUniqueFileName(first);
+    library.GetUniqueFileName(second);
+    EXPECT_EQ(first, "a (2).txt");
+    EXPECT_EQ(second, "a (3).txt");
+}
+
+TEST(DecodingLibrary, NeverReplacesAFileNorFollowsALink) {
+    tests::TemporaryDirectory dir;
+    const std::string in = dir.write("in.uue", two_files);
+    dir.write("target", "precious");
+    ASSERT_EQ(symlink("target", "a"), 0);
+    DecodingLibrary library;
+    EXPECT_NE(library.DecodeFile(in, "target;a", 1), 0);
+    EXPECT_EQ(dir.read("target"), "precious");
+    EXPECT_EQ(dir.read("target (2)"), "Cat");
+    EXPECT_EQ(dir.read("a (2)"), "Cat");
+}
+
+TEST(DecodingLibrary, HasNothingToDecodeInPlainText) {
+    tests::TemporaryDirectory dir;
+    const std::string in = dir.write("in.txt", "Subject: hello\n\nno file here\n");
+    DecodingLibrary library;
+    EXPECT_EQ(library.GetNumFilesToDecode(in), 0);
+    EXPECT_EQ(library.DecodeFile(in, "", 1), 0);
+    EXPECT_EQ(library.GetNumFilesToDecode("missing"), 0);
+}
+
+}  // namespace
+}  // namespace quill::codec

@@ -1,0 +1,165 @@
+#include "codec/scanner.h"
+
+#include "codec/scanned.h"
+#include "codec/text_scan.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <gmock/gmock.h>
+#include <string>
+
+namespace quill::codec {
+namespace {
+
+using tests::scan_and_decode;
+using tests::ScannedFile;
+
+struct Found1 {
+    std::string_view what;
+    std::string text;
+    std::string name;
+    std::string bytes;
+    Verdict verdict;
+};
+
+const std::string mixed = "From: a@b\nMIME-Version: 1.0\nContent-Type: multipart/mixed; boundary=B\n\n";
+const std::string gif_part = "Content-Type: image/gif; name=a.gif\nContent-Transfer-Encoding: base64\n\nR0lGODlh\n";
+
+class OneFile : public testing::TestWithParam<Found1> {};
+
+TEST_P(OneFile, IsFoundAndDecoded) {
+    const std::vector<ScannedFile> files = scan_and_decode(GetParam().text);
+    const auto named = std::find_if(files.begin(), files.end(), [&](const ScannedFile& file) {
+        return !file.attachment.message_text && file.attachment.name == GetParam().name;
+    });
+    ASSERT_NE(named, files.end()) << GetParam().what;
+    EXPECT_EQ(named->bytes, GetParam().bytes) << GetParam().what;
+    EXPECT_EQ(name_of(named->outcome.verdict), name_of(GetParam().verdict)) << GetParam().what;
+}
+
+const std::string cat_line = "#0V%T\n";  // "Cat"
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, OneFile,
+    testing::Values(
+        Found1{"a part", mixed + "--B\n" + gif_part + "--B--\n", "a.gif", "GIF89a", Verdict::whole},
+        Found1{"a backslash in the type",
+               "Content-Type: application\\octet-stream; name=x.bin\nContent-Transfer-Encoding: base64\n\nQUJD\n",
+               "x.bin", "ABC", Verdict::whole},
+        Found1{"words behind the encoding",
+               "Content-Type: image/gif; name=a.gif\nContent-Transfer-Encoding: base64 (as ever)\n\nR0lGODlh\n",
+               "a.gif", "GIF89a", Verdict::whole},
+        Found1{"a wrong boundary", mixed + "--C\n" + gif_part + "--C--\n", "a.gif", "GIF89a", Verdict::whole},
+        Found1{"no closing boundary, padding",
+               mixed + "--B\nContent-Type: x/y; name=a\nContent-Transfer-Encoding: base64\n\nQUI=\n", "a", "AB",
+               Verdict::whole},
+        Found1{"no closing boundary, no padding", mixed + "--B\n" + gif_part, "a.gif", "GIF89a", Verdict::incomplete},
+        Found1{"no blank line behind the header",
+               "Content-Type: image/gif; name=a.gif\nContent-Transfer-Encoding: base64\nR0lGODlh\n", "a.gif", "GIF89a",
+               Verdict::whole},
+        Found1{"a header folded without a blank",
+               "Content-Type: image/gif;\nname=\"a.gif\"\nContent-Transfer-Encoding: base64\n\nR0lGODlh\n", "a.gif",
+               "GIF89a", Verdict::whole},
+        Found1{"CR line ends", "Content-Type: image/gif; name=a.gif\rContent-Transfer-Encoding: base64\r\rR0lGODlh\r",
+               "a.gif", "GIF89a", Verdict::whole},
+        Found1{"CR CR LF line ends",
+               "Content-Type: image/gif; name=a.gif\r\r\nContent-Transfer-Encoding: base64\r\r\n\r\r\nR0lGODlh\r\r\n",
+               "a.gif", "GIF89a", Verdict::whole},
+        Found1{"double-spaced",
+               "Subject: x\n\nContent-Type: image/gif; name=a.gif\n\nContent-Transfer-Encoding: "
+               "base64\n\n\nR0lG\n\nODlh\n\n",
+               "a.gif", "GIF89a", Verdict::whole},
+        Found1{"text behind the data",
+               "Content-Type: image/gif; name=a.gif\nContent-Transfer-Encoding: base64\n\nR0lGODlh\n\nYours, Ann (at "
+               "home)\n",
+               "a.gif", "GIF89a", Verdict::whole},
+        Found1{
+            "a size that agrees",
+            "Content-Disposition: attachment; filename=a.gif; size=6\nContent-Transfer-Encoding: base64\n\nR0lGODlh\n",
+            "a.gif", "GIF89a", Verdict::verified},
+        Found1{
+            "a size that is larger",
+            "Content-Disposition: attachment; filename=a.gif; size=60\nContent-Transfer-Encoding: base64\n\nR0lGODlh\n",
+            "a.gif", "GIF89a", Verdict::incomplete},
+        Found1{"an MD5 that agrees",
+               "Content-Type: x/y; name=a\nContent-MD5: kAFQmDzST7DWlj99KOF/cg==\nContent-Transfer-Encoding: "
+               "base64\n\nYWJj\n",
+               "a", "abc", Verdict::verified},
+        Found1{"an MD5 that does not",
+               "Content-Type: x/y; name=a\nContent-MD5: kAFQmDzST7DWlj99KOF/cg==\nContent-Transfer-Encoding: "
+               "base64\n\nYWJk\n",
+               "a", "abd", Verdict::damaged},
+        Found1{"quoted-printable",
+               "Content-Type: text/plain; name=a\nContent-Transfer-Encoding: quoted-printable\n\na=3Db =\nc \nd", "a",
+               "a=b c\nd", Verdict::whole},
+        Found1{"uuencode", "text\nbegin 644 cat\n" + cat_line + "`\nend\n", "cat", "Cat", Verdict::whole},
+        Found1{"uuencode within a part",
+               mixed + "--B\nContent-Type: x/y; name=kitty\nContent-Transfer-Encoding: x-uuencode\n\n" +
+                   "begin 644 cat\n" + cat_line + "`\nend\n--B--\n",
+               "kitty", "Cat", Verdict::whole},
+        Found1{"uuencode, no end", "begin 644 cat\n" + cat_line, "cat", "Cat", Verdict::incomplete},
+        Found1{"uuencode, a bad mode", "begin rw- cat\n" + cat_line + "`\nend\n", "cat", "Cat", Verdict::whole},
+        Found1{"uuencode, a check character", "begin 644 cat\n#0V%T!\n`\nend\n", "cat", "Cat", Verdict::whole},
+        Found1{"uuencode, lost blanks", "begin 644 z\n#\n \nend\n", "z", std::string(3, '\0'), Verdict::whole},
+        Found1{"uuencode, double-spaced", "begin 644 cat\n\n" + cat_line + "\n`\n\nend\n", "cat", "Cat",
+               Verdict::whole},
+        Found1{"uuencode, a size line", "begin 644 cat\n" + cat_line + "`\nend\nsize 3\n", "cat", "Cat",
+               Verdict::verified},
+        Found1{"uuencode, an empty file", "begin 644 none\n`\nend\n", "none", "", Verdict::whole},
+        Found1{"xxencode", "begin 644 cat\n1Eq3o\n+\nend\n", "cat", "Cat", Verdict::whole},
+        Found1{"begin-base64", "begin-base64 644 abc\nYWJj\n====\n", "abc", "abc", Verdict::whole}));
+
+TEST(Scanner, DoesNotTakeProseForABeginLine) {
+    EXPECT_TRUE(scan_and_decode("begin 5 minutes early\nand bring the others with you\n").empty());
+    EXPECT_TRUE(scan_and_decode("begin 644 is a mode\nthat many files have\nin these days\n").empty());
+}
+
+TEST(Scanner, DoesNotTakeKeysAndHashesForBareBase64) {
+    const std::string key(64, 'Q');
+    EXPECT_TRUE(scan_and_decode("-----BEGIN X-----\n" + key + "\n" + key + "\n" + key + "\n-----END X-----\n").empty());
+    const std::string hash(64, 'a');
+    EXPECT_TRUE(scan_and_decode(hash + "\n" + hash + "\n" + hash + "\n").empty());
+}
+
+TEST(Scanner, FollowsMessagesWithinMessagesAndMailboxes) {
+    const std::string inner = "Content-Type: message/rfc822\n\nSubject: inner\n" + gif_part;
+    const std::string mail = "From a@b Sat Jan  3 01:05:34 1996\n" + mixed + "--B\n" + inner + "--B--\n\n";
+    const std::vector<ScannedFile> files = scan_and_decode(mail + mail);
+    ASSERT_EQ(files.size(), 2U);
+    EXPECT_EQ(files[0].bytes, "GIF89a");
+    EXPECT_EQ(files[1].bytes, "GIF89a");
+}
+
+TEST(Scanner, LeavesTheLineEndBeforeABoundaryOut) {
+    const std::vector<ScannedFile> files = scan_and_decode(mixed + "--B\n\nhello\r\n\r\n--B\n\nyou\n--B--\n");
+    ASSERT_EQ(files.size(), 2U);
+    EXPECT_TRUE(files[0].attachment.message_text);
+    EXPECT_EQ(files[0].bytes, "hello\r\n");
+    EXPECT_EQ(files[1].bytes, "you");
+}
+
+TEST(Scanner, ReadsNestingBeyondItsLimitAsTextAndSaysSo) {
+    std::string text;
+    for (int i = 0; i < 300; ++i) {
+        const std::string b = "b" + std::to_string(i);
+        text += "Content-Type: multipart/mixed; boundary=" + b + "\n\n--" + b + "\n";
+    }
+    LineCursor cursor({{text, {0, text.size(), 0}}});
+    const Found found = scan(cursor);
+    ASSERT_FALSE(found.problems.empty());
+    EXPECT_EQ(found.problems.front().kind, "too-deep");
+}
+
+TEST(Scanner, KeepsNoMoreFilesThanItsLimit) {
+    std::string text;
+    for (std::size_t i = 0; i < most_files + 10; ++i) text += "begin 644 a\n" + cat_line + "`\nend\n";
+    LineCursor cursor({{text, {0, text.size(), 0}}});
+    const Found found = scan(cursor);
+    EXPECT_EQ(found.files.size(), most_files);
+    ASSERT_EQ(found.problems.size(), 1U);
+    EXPECT_EQ(found.problems.front().kind, "too-many-files");
+}
+
+}  // namespace
+}  // namespace quill::codec
