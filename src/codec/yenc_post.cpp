@@ -191,16 +191,26 @@ class Pieces {
     Pieces(std::string_view text, std::size_t size, const ReadText& read)
         : text_(text), read_(read), room_(std::make_unique_for_overwrite<char[]>(read ? size : 0)) {}
 
-    /// The `size` bytes from `at` on, which stay until the next call.
+    /// Bytes from `at` on, which stay until the next call: `size` of them, or what is left of those read before.
     std::string_view at(std::size_t at, std::size_t size) {
-        if (read_ && read_(at, room_.get(), size) == size) return {room_.get(), size};
-        return text_.substr(at, size);
+        if (!read_) return text_.substr(at, size);
+        const std::size_t left = at >= begin_ && at < end_ ? end_ - at : 0;
+        if (left < std::min(size, least_left)) {
+            begin_ = end_ = at;
+            if (read_(at, room_.get(), size) != size) return text_.substr(at, size);
+            end_ = at + size;
+        }
+        return {room_.get() + (at - begin_), std::min(size, end_ - at)};
     }
 
   private:
+    static constexpr std::size_t least_left = 4096;
+
     std::string_view text_;
     const ReadText& read_;
     std::unique_ptr<char[]> room_;
+    std::size_t begin_ = 0;  ///< what the room holds of the text
+    std::size_t end_ = 0;
 };
 
 }  // namespace

@@ -17,7 +17,7 @@ bool is_limit(const TextScan& scan, const Line& line, std::uint32_t segment) {
     return may_stop && scan.is_stop(line);
 }
 
-constexpr std::size_t least_looked_at = std::size_t{4} << 10U;
+constexpr std::size_t least_looked_at = std::size_t{1} << 10U;
 constexpr std::size_t most_looked_at = std::size_t{256} << 10U;
 constexpr std::size_t enough_to_tell = 8;  ///< bytes of a line that tell whether it is of interest
 
