@@ -92,18 +92,23 @@ bool is_empty_file(const TextScan& scan, Position at) {
     return line.text == "end";
 }
 
+/// Whether an empty xxencoded file ends at `at`. In uuencoded text a lone '+' would be a line of zeros that lost its
+/// blanks, and the line of length 0, itself a blank or nothing, would stand before "end".
+bool is_empty_xx_file(const TextScan& scan, Position at) {
+    Line line;
+    return peek_text(scan, at, 3, line) && line.text == "+" && scan.cursor.peek(line.next, peeked_characters, line) &&
+           line.text == "end";
+}
+
 std::optional<uu::Alphabet> tell_alphabet(const TextScan& scan, Position at, bool sure) {
+    if (sure && is_empty_xx_file(scan, at)) return uu::Alphabet::xx;
     const Evidence as_uu = weigh(scan, at, uu::Alphabet::uu);
     const Evidence as_xx = weigh(scan, at, uu::Alphabet::xx);
     const bool xx = as_xx.fits > as_uu.fits;
     const Evidence& best = xx ? as_xx : as_uu;
     const bool all_stripped = as_uu.stripped > 0 && as_uu.misfits == as_uu.stripped && as_uu.ended;
     if (sure && best.fits == 0 && all_stripped) return uu::Alphabet::uu;
-    if (best.fits == 0) {
-        Line first;
-        if (!sure || !is_empty_file(scan, at) || !peek_text(scan, at, 3, first)) return std::nullopt;
-        return first.text == "+" ? uu::Alphabet::xx : uu::Alphabet::uu;
-    }
+    if (best.fits == 0 && !(sure && is_empty_file(scan, at))) return std::nullopt;
     if (!sure && (best.first_fits == 0 || best.misfits > best.fits)) return std::nullopt;
     return xx ? uu::Alphabet::xx : uu::Alphabet::uu;
 }
