@@ -35,7 +35,7 @@ class GuideBrowser final : public QTextBrowser {
         if (!url.isLocalFile() || !file.startsWith(folder_ + QLatin1Char('/'))) return {};
         if (type != QTextDocument::ImageResource) return QTextBrowser::loadResource(type, url);
         QImage picture(file);
-        const int room = std::max(200, viewport()->width() - line_height() * 4);
+        const int room = std::max(200, viewport()->width() - line_height() * 10);
         return picture.width() > room ? picture.scaledToWidth(room, Qt::SmoothTransformation) : picture;
     }
 
@@ -52,11 +52,11 @@ class GuideBrowser final : public QTextBrowser {
     QString folder_;
 };
 
-QMainWindow* make_window(const std::string& first_page) {
+QMainWindow* make_window(const std::string& folder) {
     auto* window = new QMainWindow;
     window->setAttribute(Qt::WA_DeleteOnClose);
     window->setObjectName(QStringLiteral("guide"));
-    auto* browser = new GuideBrowser(shown(files::dir_of(first_page)));
+    auto* browser = new GuideBrowser(shown(folder));
     window->setCentralWidget(browser);
     QToolBar* bar = window->addToolBar(QStringLiteral("Pages"));
     bar->setMovable(false);
@@ -80,8 +80,7 @@ QMainWindow* make_window(const std::string& first_page) {
     });
     new QShortcut(QKeySequence::Cancel, window, window, &QWidget::close);
     const int line = line_height();
-    window->resize(line * 50, line * 38);
-    browser->setSource(file_url(first_page));
+    window->resize(line * 58, line * 44);
     browser->setFocus();
     return window;
 }
@@ -90,8 +89,11 @@ QMainWindow* make_window(const std::string& first_page) {
 
 void show_guide(const std::string& first_page) {
     static QPointer<QMainWindow> window;
-    if (!window) window = make_window(first_page);
+    const bool fresh = window.isNull();
+    if (fresh) window = make_window(files::dir_of(first_page));
     window->show();
+    // Pictures are fitted to the width that the window has now.
+    if (fresh) static_cast<QTextBrowser*>(window->centralWidget())->setSource(file_url(first_page));
     window->raise();
     window->activateWindow();
 }

@@ -8,8 +8,16 @@
 namespace quill::desktop {
 namespace {
 
-constexpr int text_flags = Qt::AlignLeft | Qt::AlignVCenter | Qt::TextWordWrap | Qt::TextWrapAnywhere;
 constexpr qreal corner = 6;
+
+/// Lines end between words; only a word that is wider than the line is broken.
+int text_flags(Qt::AlignmentFlag upright, const QFontMetrics& metrics, const QString& text, int width) {
+    const QStringList words = text.split(QLatin1Char(' '));
+    const bool fits = std::all_of(words.begin(), words.end(),
+                                  [&](const QString& word) { return metrics.horizontalAdvance(word) < width; });
+    const int wrapping = fits ? Qt::TextWordWrap : Qt::TextWrapAnywhere;
+    return static_cast<int>(Qt::AlignLeft) | static_cast<int>(upright) | wrapping;
+}
 
 QColor mixed(const QColor& a, const QColor& b, qreal part_of_b) {
     const auto mix = [&](int x, int y) { return static_cast<int>(x + (y - x) * part_of_b); };
@@ -65,7 +73,8 @@ QRect OptionButton::text_area(const QRect& whole) const {
 QRect OptionButton::text_rect(int width) const {
     constexpr int tall_enough = 100'000;
     const QRect area = text_area(QRect(0, 0, std::max(width, 1), tall_enough));
-    return fontMetrics().boundingRect(area, (text_flags & ~Qt::AlignVCenter) | Qt::AlignTop, caption_);
+    const int flags = text_flags(Qt::AlignTop, fontMetrics(), caption_, area.width());
+    return fontMetrics().boundingRect(area, flags, caption_);
 }
 
 QSize OptionButton::sizeHint() const {
@@ -128,7 +137,8 @@ void OptionButton::paintEvent(QPaintEvent*) {
     paint_mark(painter);
     const QPalette::ColorGroup group = isEnabled() ? QPalette::Active : QPalette::Disabled;
     painter.setPen(look_ == Look::card ? palette().color(group, QPalette::ButtonText) : colour_);
-    painter.drawText(text_area(rect()), text_flags, caption_);
+    const QRect area = text_area(rect());
+    painter.drawText(area, text_flags(Qt::AlignVCenter, fontMetrics(), caption_, area.width()), caption_);
 }
 
 void OptionButton::enterEvent(QEnterEvent* event) {

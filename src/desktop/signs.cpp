@@ -104,7 +104,7 @@ QIcon verdict_sign(codec::Verdict verdict) {
             paint_warning(painter);
             break;
     }
-    return QIcon(picture);
+    return icon_of(picture);
 }
 
 QIcon type_icon(const QString& theme_name, const QString& name) {
