@@ -11,13 +11,11 @@
 namespace quill::codec {
 namespace {
 
-constexpr std::size_t most_counted = 32'767;  // the largest number that the callers' counters hold
-
 /// The files that the library speaks of: all but the texts of messages and resource forks.
 std::vector<const Attachment*> files_of(const Recovery& recovery) {
     std::vector<const Attachment*> out;
     for (const Attachment& attachment : recovery.attachments()) {
-        if (attachment.message_text || attachment.resource_fork || out.size() == most_counted) continue;
+        if (attachment.message_text || attachment.resource_fork) continue;
         out.push_back(&attachment);
     }
     return out;

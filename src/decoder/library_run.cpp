@@ -29,7 +29,8 @@ constexpr std::uint64_t shortest_with_progress = std::uint64_t{8} << 20;  // byt
 /// The path of a work file in the current directory; another than told where the user's own file has that name.
 std::string work_file(const shell::Session& session, const std::string& name) {
     std::string path = files::join(files::current_directory(), name);
-    if (path == session.EncodedPath) path = files::join(files::current_directory(), files::numbered_name(name, 2));
+    if (files::same_file(path, session.EncodedPath))
+        path = files::join(files::current_directory(), files::numbered_name(name, 2));
     return path;
 }
 
@@ -178,7 +179,8 @@ void undectwo(shell::Context& context, std::string& path) {
     files::change_directory(files::dir_of(path));
     w.visible = true;
     context.platform.repaint(w);
-    run_library(context, path);
+    const std::vector<codec::Recovered> files = run_library(context, path);
+    if (std::any_of(files.begin(), files.end(), was_written)) say_unwritten(context, files);
     remove_work_files(session);
     report_second_try(context);
 }

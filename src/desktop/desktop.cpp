@@ -3,6 +3,7 @@
 #include "decoder/connect.h"
 #include "desktop/about_view.h"
 #include "desktop/chooser_view.h"
+#include "desktop/contents_view.h"
 #include "desktop/guide_window.h"
 #include "desktop/main_window_view.h"
 #include "desktop/naming_view.h"
@@ -10,6 +11,7 @@
 #include "desktop/repair_view.h"
 #include "desktop/text_editor.h"
 #include "encoder/chooser_routes.h"
+#include "shell/command_line.h"
 #include "shell/select_file.h"
 #include "shell/startup.h"
 
@@ -38,6 +40,7 @@ void Desktop::add_views() {
     views_.add<decoder::Form4, NamingView>();
     views_.add<encoder::cmdg, ChooserView>();
     views_.add<viewer::SavPic, ProgressView>();
+    views_.add<zip::Form1, ContentsView>();
 }
 
 void Desktop::open_own_windows() {
@@ -49,11 +52,15 @@ void Desktop::open_own_windows() {
 void Desktop::provide_routes() {
     decoder::connect_decoder(context_);
     encoder::provide_chooser(context_);
+    zip::provide_contents(context_, archives_);
 }
 
 void Desktop::accept_dropped_files() {
     auto* main = static_cast<MainWindowView*>(views_.view_of(windows_.load<shell::swit>()));
-    if (main != nullptr) main->dropped = [this](const std::string& path) { shell::offer_file(context_, path); };
+    if (main != nullptr)
+        main->dropped = [this](const std::string& path) {
+            if (shell::names_a_file(path)) shell::offer_file(context_, path);
+        };
 }
 
 void Desktop::start(const std::string& command_line) {

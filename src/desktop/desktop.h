@@ -6,6 +6,7 @@
 #include "desktop/views.h"
 #include "shell/routes.h"
 #include "shell/session.h"
+#include "zip/new_zip.h"
 
 #include <string>
 
@@ -37,6 +38,7 @@ class Desktop {
     Views views_;
     QtPlatform platform_;
     shell::Context context_{session_, windows_, platform_, routes_};
+    zip::NewZIP archives_{context_};
 };
 
 }  // namespace quill::desktop

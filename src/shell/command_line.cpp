@@ -47,7 +47,7 @@ std::string command_line_of(std::span<const std::string> arguments) {
     for (const std::string& argument : arguments) {
         if (argument.empty()) continue;
         const std::string absolute = absolute_argument(argument);
-        const bool quoted = !taken_whole && absolute.find(' ') != std::string::npos;
+        const bool quoted = !taken_whole && !absolute.starts_with('&') && absolute.find(' ') != std::string::npos;
         if (!line.empty()) line += ' ';
         line += quoted ? '"' + absolute + '"' : absolute;
         taken_whole = taken_whole || takes_rest_whole(argument);

@@ -46,7 +46,10 @@ void open_pics_file(Context& context) {
     const Session& session = context.session;
     const std::string temp = files::join(session.AppDir, "temp");
     if (const auto names = files::list_files(temp)) {
-        for (const std::string& name : *names) files::remove_file(files::join(temp, name));
+        for (const std::string& name : *names) {
+            const std::string path = files::join(temp, name);
+            if (!files::same_file(path, selected_path(session))) files::remove_file(path);
+        }
     }
     context.routes.open_pics(selected_path(session));
     auto& w = context.windows.load<swit>();

@@ -21,6 +21,7 @@ Status make_directories(const std::string& path) {
     if (path.empty() || files::is_directory(path)) return Done{};
     if (Status above = make_directories(files::dir_of(path)); !above) return above;
     if (mkdir(path.c_str(), only_the_user) == 0) return Done{};
+    if (errno == EEXIST && files::is_directory(path)) return Done{};  // another start was quicker
     return system_error(errno);
 }
 

@@ -22,7 +22,13 @@ void offer_file(Context& context, const std::string& path) {
     const std::string directory = files::dir_of(path);
     if (!directory.empty()) session.SelectedDir = directory;
     session.SelectedFile = files::name_of(path);
-    if (files::file_size(path) != 0) show_file_captions(w, session.SelectedFile);
+    const bool empty = files::file_size(path) == 0;
+    if (empty) {
+        show_idle_captions(w);
+    } else {
+        show_file_captions(w, session.SelectedFile);
+    }
+    w.Label3.text = empty ? std::string() : path;
     session.WorkDir = session.SelectedDir;
 }
 

@@ -37,7 +37,7 @@ constexpr std::array<std::string_view, 5> introduction = {
     "To make a file, choose \"Create compressed or encoded file\": a ZIP file (many files in one, made smaller), an "
     "HTX book (web pages and pictures to leaf through), a PICS file (many pictures in one), or an encoded file that "
     "can be sent as text.\n\n"
-    "The Help menu has the whole story, with pictures."};
+    "\"Help for Quillbright Pro 2012\" in the menu \"About..\" has the whole story, with pictures."};
 
 constexpr std::array<std::string_view, 4> kinds_of_files = {
     "A ZIP file holds many files in one and makes them smaller. Every computer of today can open it. Choose it to "
