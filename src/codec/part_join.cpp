@@ -15,6 +15,8 @@
 namespace quill::codec {
 namespace {
 
+constexpr std::size_t most_missing_told = 20;  // of the parts that one file lacks
+
 std::string part_text(std::uint32_t number, std::uint32_t total) {
     std::string text = "Part " + std::to_string(number);
     if (total > 0) text += " of " + std::to_string(total);
@@ -26,8 +28,7 @@ std::uint64_t begin_of(const FoundFile& file) {
 }
 
 void add_missing(Attachment& attachment, std::uint32_t number, std::uint32_t total, std::uint64_t at) {
-    constexpr std::size_t most_told = 20;
-    if (attachment.problems.size() >= most_told) return;
+    if (attachment.problems.size() >= most_missing_told) return;
     attachment.problems.push_back({Grade::lost, "missing-part", at, {}, part_text(number, total)});
 }
 
@@ -59,41 +60,61 @@ std::vector<Gap> gaps_in(const std::vector<const FoundFile*>& pieces, std::uint3
     return gaps;
 }
 
+/// The pieces of a message as one text.
+struct JoinedMessage {
+    std::vector<Segment> segments;
+    std::map<std::pair<std::uint32_t, std::uint64_t>, std::size_t> piece_at;  ///< by source and offset of its beginning
+
+    std::size_t piece_of(const Range& range) const {
+        return std::prev(piece_at.upper_bound({range.source, range.begin}))->second;
+    }
+};
+
+JoinedMessage join(const std::vector<const FoundFile*>& pieces, std::span<const std::string_view> inputs) {
+    JoinedMessage out;
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        for (const Range& range : pieces[i]->attachment.body) {
+            out.segments.push_back({inputs[range.source], range});
+            out.piece_at.emplace(std::pair(range.source, range.begin), i);
+        }
+    }
+    return out;
+}
+
+/// Whether the file may have begun in a piece before the first that is there: nothing in the text begins it.
+bool has_lost_head(const FoundFile& file) {
+    return !file.has_begin || (file.attachment.name.empty() && file.attachment.content_type.empty());
+}
+
+/// Says of a file which of the missing pieces held something of it.
+void tell_gaps(FoundFile& file, const JoinedMessage& message, const std::vector<Gap>& gaps, std::size_t pieces,
+               std::uint32_t total) {
+    Attachment& attachment = file.attachment;
+    if (attachment.body.empty()) return;
+    const std::size_t first = message.piece_of(attachment.body.front());
+    const std::size_t last = message.piece_of(attachment.body.back());
+    const auto from = std::upper_bound(gaps.begin(), gaps.end(), first,
+                                       [](std::size_t piece, const Gap& gap) { return piece < gap.before_piece; });
+    if (first == 0 && !gaps.empty() && gaps.front().before_piece == 0 && has_lost_head(file)) {
+        add_missing(attachment, gaps.front().number, total, begin_of(file));
+    }
+    for (auto gap = from; gap != gaps.end() && attachment.problems.size() < most_missing_told; ++gap) {
+        const bool reaches_end = attachment.body.back().end == message.segments.back().range.end;
+        const bool behind = gap->before_piece == pieces && last + 1 == pieces && reaches_end;
+        if (gap->before_piece > last && !behind) break;
+        add_missing(attachment, gap->number, total, begin_of(file));
+    }
+}
+
 std::vector<FoundFile> scan_message(const std::vector<const FoundFile*>& pieces,
                                     std::span<const std::string_view> inputs) {
     std::uint32_t total = 0;
     for (const FoundFile* piece : pieces) total = std::max(total, piece->label.total);
     const std::vector<Gap> gaps = gaps_in(pieces, total);
-    std::vector<Segment> segments;
-    std::vector<std::size_t> piece_of_segment;
-    for (std::size_t i = 0; i < pieces.size(); ++i) {
-        for (const Range& range : pieces[i]->attachment.body) {
-            segments.push_back({inputs[range.source], range});
-            piece_of_segment.push_back(i);
-        }
-    }
-    LineCursor cursor(segments);
+    const JoinedMessage message = join(pieces, inputs);
+    LineCursor cursor(message.segments);
     Found found = scan(cursor);
-    const auto piece_at = [&](const Range& range) {
-        for (std::size_t i = 0; i < segments.size(); ++i) {
-            const Range& whole = segments[i].range;
-            if (whole.source == range.source && whole.begin <= range.begin && range.end <= whole.end)
-                return piece_of_segment[i];
-        }
-        return pieces.size();
-    };
-    for (FoundFile& file : found.files) {
-        if (file.attachment.body.empty()) continue;
-        const std::size_t first = piece_at(file.attachment.body.front());
-        const std::size_t last = piece_at(file.attachment.body.back());
-        for (const Gap& gap : gaps) {
-            const bool within = first < gap.before_piece && gap.before_piece <= last;
-            const bool behind = gap.before_piece == pieces.size() && last + 1 == pieces.size() &&
-                                file.attachment.body.back().end == segments.back().range.end;
-            const bool ahead = gap.before_piece == 0 && first == 0 && !file.has_begin;
-            if (within || behind || ahead) add_missing(file.attachment, gap.number, total, begin_of(file));
-        }
-    }
+    for (FoundFile& file : found.files) tell_gaps(file, message, gaps, pieces.size(), total);
     return std::move(found.files);
 }
 

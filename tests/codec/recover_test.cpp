@@ -71,6 +71,16 @@ TEST(Recovery, SaysWhichPartIsMissing) {
     EXPECT_EQ(outcome.problems.front().text, "Part 2 of 3 is missing");
 }
 
+TEST(Recovery, CallsNoSplitMessageWholeThatLacksItsFirstPart) {
+    const Result<Recovery> recovery = Recovery::open(std::array{data_path("parts/mp.02")});
+    ASSERT_TRUE(recovery);
+    ASSERT_EQ(recovery->attachments().size(), 1U);
+    const Outcome outcome = recovery->check(recovery->attachments().front());
+    EXPECT_EQ(outcome.verdict, Verdict::incomplete);
+    ASSERT_FALSE(outcome.problems.empty());
+    EXPECT_EQ(outcome.problems.front().text, "Part 1 of 2 is missing");
+}
+
 TEST(Recovery, WritesNoFileWhereNothingCouldBeDecoded) {
     tests::TemporaryDirectory dir;
     const std::string in =
