@@ -1,5 +1,6 @@
 #include "desktop/application.h"
 #include "desktop/desktop.h"
+#include "desktop/display.h"
 #include "desktop/signs.h"
 #include "desktop/text_editor.h"
 #include "files/path.h"
@@ -8,10 +9,7 @@
 #include "shell/startup.h"
 
 #include <cstdio>
-#include <cstdlib>
-#include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace {
@@ -19,24 +17,11 @@ namespace {
 constexpr int no_display = 3;
 constexpr int no_data_directory = 4;
 
-bool is_set(const char* variable) {
-    const char* value = std::getenv(variable);
-    return value != nullptr && *value != '\0';
-}
-
-/// Whether there is a screen to draw on. Qt itself would end the process without one.
-bool has_display() {
-    if (is_set("DISPLAY") || is_set("WAYLAND_DISPLAY")) return true;
-    const char* chosen = std::getenv("QT_QPA_PLATFORM");
-    const std::string_view platform = chosen != nullptr ? chosen : "";
-    return !platform.empty() && !platform.starts_with("xcb") && !platform.starts_with("wayland");
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
     using namespace quill;
-    if (!has_display()) {
+    if (!desktop::has_display()) {
         std::fputs("quillbright: there is no display to open a window on. In a terminal, use: quill decode FILE...\n",
                    stderr);
         return no_display;

@@ -1,3 +1,4 @@
+#include "desktop/display.h"
 #include "desktop/picture_preview.h"
 #include "desktop/process.h"
 #include "desktop/shown_text.h"
@@ -51,6 +52,30 @@ TEST(TextEditors, VariableCountsUnlessItNamesATerminalProgram) {
     EXPECT_EQ(desktop::editor_command("/t/x"), (Command{"/usr/bin/pad", "--wait", "/t/x"}));
     unsetenv("VISUAL");
     unsetenv("EDITOR");
+}
+
+TEST(Display, IsThereOnlyWhereAServerAnswers) {
+    struct Case {
+        const char *platform, *x_display, *wayland_display;
+        bool expected;
+    };
+    const Case cases[] = {{"", "", "", false},
+                          {"", ":63000", "", false},
+                          {"xcb", ":63000.0", "", false},
+                          {"wayland", "", "/nowhere/wayland-9", false},
+                          {"", "elsewhere.example:0", "", true},
+                          {"offscreen", "", "", true}};
+    const char* platform_before = std::getenv("QT_QPA_PLATFORM");
+    const std::string platform = platform_before != nullptr ? platform_before : "";
+    for (const Case& each : cases) {
+        setenv("QT_QPA_PLATFORM", each.platform, 1);
+        setenv("DISPLAY", each.x_display, 1);
+        setenv("WAYLAND_DISPLAY", each.wayland_display, 1);
+        EXPECT_EQ(desktop::has_display(), each.expected) << each.platform << ' ' << each.x_display;
+    }
+    setenv("QT_QPA_PLATFORM", platform.c_str(), 1);
+    unsetenv("DISPLAY");
+    unsetenv("WAYLAND_DISPLAY");
 }
 
 TEST(StartDetached, PassesArgumentsByteForByteAndTellsWhatCannotStart) {

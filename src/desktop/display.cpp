@@ -1,0 +1,61 @@
+#include "desktop/display.h"
+
+#include "files/path.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace quill::desktop {
+namespace {
+
+std::string variable(const char* name) {
+    const char* value = std::getenv(name);
+    return value != nullptr ? value : "";
+}
+
+/// Whether somebody listens at the socket `path`; one that begins with NUL is in the abstract name space.
+bool answers(std::string_view path) {
+    sockaddr_un address{};
+    if (path.empty() || path.size() >= sizeof address.sun_path) return false;
+    address.sun_family = AF_UNIX;
+    std::copy(path.begin(), path.end(), address.sun_path);
+    const int connection = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (connection < 0) return false;
+    const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + path.size());
+    const bool connected = connect(connection, reinterpret_cast<const sockaddr*>(&address), length) == 0;
+    close(connection);
+    return connected;
+}
+
+/// A server on another machine is taken at its word.
+bool x_server_answers(const std::string& display) {
+    const std::size_t colon = display.rfind(':');
+    if (colon == std::string::npos) return answers(display);
+    const std::string host = display.substr(0, colon);
+    if (!host.empty() && host != "unix") return true;
+    const std::string number = display.substr(colon + 1, display.find('.', colon) - colon - 1);
+    const std::string path = "/tmp/.X11-unix/X" + number;
+    return answers(path) || answers(std::string(1, '\0') + path);
+}
+
+bool wayland_server_answers(const std::string& display) {
+    if (display.empty()) return false;
+    return answers(display.starts_with('/') ? display : files::join(variable("XDG_RUNTIME_DIR"), display));
+}
+
+}  // namespace
+
+bool has_display() {
+    const std::string platform = variable("QT_QPA_PLATFORM");
+    if (!platform.empty() && !platform.starts_with("xcb") && !platform.starts_with("wayland")) return true;
+    return wayland_server_answers(variable("WAYLAND_DISPLAY")) ||
+           (!variable("DISPLAY").empty() && x_server_answers(variable("DISPLAY")));
+}
+
+}  // namespace quill::desktop
