@@ -15,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (part.head < end || part.data < part.head || part.end < part.data || part.end > size) std::abort();
         end = part.end;
     }
-    const auto series = ordered(parts);
+    const auto series = ordered(parts, parts.size());
     if (series.size() > parts.size()) std::abort();
     for (std::size_t i = 1; i < series.size(); ++i) {
         if (series[i].number <= series[i - 1].number) std::abort();

@@ -145,6 +145,7 @@ std::optional<std::string> decode_file(shell::Context& context, const std::strin
     auto output = files::AtomicFile::create(name);
     if (!output) return std::nullopt;
     codec::Outcome outcome = decode_into(context, *input, rules, *output);
+    if (input->cut_short()) return std::nullopt;
     const auto published = output->publish(on_collision);
     if (!published) return std::nullopt;
     w.Outcomes[*published] = std::move(outcome);

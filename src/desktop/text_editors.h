@@ -11,7 +11,7 @@ namespace quill::desktop {
 /// A program with its arguments.
 using Command = std::vector<std::string>;
 
-/// The command that the desktop entry `entry` (Desktop Entry Specification, Exec key) starts for the file `path`.
+/// The command that the desktop entry `entry` (freedesktop.org desktop entries, key Exec) starts for the file `path`.
 /// Nullopt for one that runs in a terminal, is hidden, or takes no file.
 std::optional<Command> command_of_entry(std::string_view entry, const std::string& path);
 

@@ -24,9 +24,7 @@ ChooserMode encoding_mode(const std::string& caption) {
 void provide_chooser(shell::Context& context) {
     shell::Routes& routes = context.routes;
     routes.open_chooser = [&context] { show_chooser(context, ChooserMode::open, start_directory(context)); };
-    routes.open_encoder = [&context](const std::string& caption) {
-        show_chooser(context, encoding_mode(caption), start_directory(context));
-    };
+    routes.open_encoder = [&context](const std::string& caption) { show_chooser(context, encoding_mode(caption), ""); };
     routes.choose_scanner = [&context](const std::string& path) {
         show_chooser(context, ChooserMode::anti_virus, "/usr/bin").scan_target = path;
     };

@@ -29,7 +29,10 @@ void open_pics_file(shell::Context& context, cmdg& w, const std::string& path) {
     if (context.routes.open_pics) {
         w.visible = false;
         w.File1.set_directory(files::join(context.session.AppDir, "temp"));
-        for (const std::string& name : w.File1.items()) files::remove_file(files::join(w.File1.directory(), name));
+        for (const std::string& name : w.File1.items()) {
+            const std::string old = files::join(w.File1.directory(), name);
+            if (!files::same_file(old, path)) files::remove_file(old);
+        }
         context.routes.open_pics(path);
     } else {
         shell::say_not_yet(context.platform, "open PICS files");
@@ -72,7 +75,8 @@ void start_anti_virus(shell::Context& context, cmdg& w) {
     const std::string target =
         w.scan_target.empty() ? files::join(context.session.SelectedDir, context.session.SelectedFile) : w.scan_target;
     const std::string program = files::join(w.Dir1.path, name);
-    if (!context.platform.opener().start(program, {files::exists(target) ? target : std::string()}, w.Dir1.path)) {
+    const std::vector<std::string> arguments = files::exists(target) ? std::vector{target} : std::vector<std::string>();
+    if (!context.platform.opener().start(program, arguments, w.Dir1.path)) {
         context.platform.message(name + " could not be started.");
     }
     context.windows.unload<cmdg>();

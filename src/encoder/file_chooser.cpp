@@ -53,11 +53,11 @@ void set_captions(cmdg& w) {
     w.hidden_files.caption = "Show hidden files";
     w.Command1.caption = "Select";
     w.Command2.caption = "Cancel";
-    w.Label1.text = "Files chosen thus far";
+    w.Label1.text = "Files chosens thus far";
     w.Command3.caption = "Add valid images";
     w.Command4.caption = "Add valid pages ";
     w.Command5.caption = "Spyder hunt all links";
-    w.Command6.caption = "Help";
+    w.Command6.caption = "Definitions of \"valid\" and spyder hunting";
     w.Option1.caption = "Show only HTML files";
     w.Option2.caption = "Show all files in directory";
     w.Label2.text = "Short cuts to the most common favorite download directories";
@@ -116,7 +116,7 @@ void go_to_typed(shell::Context& context, cmdg& w) {
 void change_drive(shell::Context& context, cmdg& w, const std::string& drive) {
     const Result<std::vector<std::string>> listing = files::list_directories(drive);
     if (!listing) context.platform.message(listing.error().text);
-    enter_directory(w, drive);
+    enter_directory(w, listing ? drive : w.Dir1.path);
 }
 
 void press_tabs(cmdg& w, int x) {
@@ -221,7 +221,7 @@ cmdg& show_chooser(shell::Context& context, ChooserMode mode, const std::string&
     w.caption = caption_of(mode);
     const bool has_pages = mode == ChooserMode::open || mode == ChooserMode::decode;
     w.Image1.enabled = w.Image2.enabled = has_pages;
-    w.Option1.visible = w.Option2.visible = mode == ChooserMode::collect_pages;
+    w.Option1.visible = w.Option2.visible = mode != ChooserMode::anti_virus;
     w.Label1.visible = w.List2.visible = w.List3.visible = w.List4.visible = collects(mode);
     w.Command3.visible = w.Command4.visible = w.Command5.visible = w.Command6.visible = collects(mode);
     w.File1.executables_only = mode == ChooserMode::anti_virus;

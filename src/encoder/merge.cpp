@@ -105,6 +105,10 @@ void tell_outsiders(const std::vector<YencPart>& all, const std::vector<YencPart
     }
 }
 
+Error cut_short(const Input& input) {
+    return {ErrorCode::io, 0, files::name_of(input.path) + " became shorter while it was read"};
+}
+
 Result<Merged> finish(files::AtomicFile& out, Merged merged) {
     merged.size = out.size();
     const Result<std::string> published = out.publish(files::OnCollision::replace);
@@ -132,10 +136,10 @@ std::vector<YencPart> find_parts(std::string_view post, std::size_t file) {
     return parts;
 }
 
-std::vector<YencPart> ordered(const std::vector<YencPart>& parts) {
-    std::vector<std::optional<YencPart>> by_number(parts.size());
+std::vector<YencPart> ordered(const std::vector<YencPart>& parts, std::size_t most) {
+    std::vector<std::optional<YencPart>> by_number(most);
     for (const YencPart& part : parts) {
-        const bool in_series = part.number >= 1 && part.number <= parts.size();
+        const bool in_series = part.number >= 1 && part.number <= by_number.size();
         if (in_series && !by_number[part.number - 1]) by_number[part.number - 1] = part;
     }
     std::vector<YencPart> series;
@@ -154,8 +158,10 @@ Result<Merged> merge_text(std::span<const std::string> paths, const std::string&
     for (std::size_t i = 0; i < inputs.size(); ++i) {
         const double of_all = fraction(i, inputs.size() - 1);
         report(progress, 0, of_all);
-        if (!append_lines(inputs[i].file, *out, [&](double of_file) { report(progress, of_file, of_all); }))
+        if (!append_lines(inputs[i].file, *out, [&](double of_file) { report(progress, of_file, of_all); })) {
             return out->error();
+        }
+        if (inputs[i].file.cut_short()) return cut_short(inputs[i]);
     }
     merged.parts = inputs.size();
     return finish(*out, std::move(merged));
@@ -173,22 +179,25 @@ Result<Merged> merge_yenc(std::span<const std::string> paths, const std::string&
         }
         all.insert(all.end(), parts.begin(), parts.end());
     }
-    const std::vector<YencPart> series = ordered(all);
+    const std::vector<YencPart> series = ordered(all, std::max(all.size(), paths.size()));
     tell_outsiders(all, series, inputs, merged);
-    if (series.size() < 2)
+    if (series.empty() || inputs.size() < 2) {
         return Error{ErrorCode::bad_argument, 0, "Fewer than two of the files are parts of one series"};
+    }
 
     Result<files::AtomicFile> out = files::AtomicFile::create(output);
     if (!out) return out.error();
     for (std::size_t i = 0; i < series.size(); ++i) {
         const YencPart& part = series[i];
         const files::MappedFile& file = inputs[part.file].file;
-        const bool last = i + 1 == series.size();
+        const bool last = i > 0 && i + 1 == series.size();
         const std::uint64_t from = i == 0 ? part.head : part.data;
         const std::uint64_t to = last ? part.end : data_end(file.bytes(), part, from);
         const double of_all = fraction(i, series.size() - 1);
-        if (!append_bytes(file, from, to, *out, [&](double of_file) { report(progress, of_file, of_all); }))
+        if (!append_bytes(file, from, to, *out, [&](double of_file) { report(progress, of_file, of_all); })) {
             return out->error();
+        }
+        if (file.cut_short()) return cut_short(inputs[part.file]);
     }
     merged.parts = series.size();
     return finish(*out, std::move(merged));

@@ -42,9 +42,9 @@ struct YencPart {
 /// end at CR or CR LF; a post without any CR may end them by LF.
 std::vector<YencPart> find_parts(std::string_view post, std::size_t file);
 
-/// The parts in the order of their numbers: 1, 2, 3 ... up to the count of parts. A number that no part has is skipped,
-/// of two parts of one number the first counts, and a number beyond the count drops out.
-std::vector<YencPart> ordered(const std::vector<YencPart>& parts);
+/// The parts in the order of their numbers: 1, 2, 3 ... up to `most`. A number that no part has is skipped,
+/// of two parts of one number the first counts, and a number beyond that drops out.
+std::vector<YencPart> ordered(const std::vector<YencPart>& parts, std::size_t most);
 
 /// Joins `paths` line by line, in the order given, each line ended by CR LF, into `output`, which appears or is
 /// replaced only when whole. A file that cannot be read is left out and told; fails when none could be read, or on
@@ -54,7 +54,7 @@ Result<Merged> merge_text(std::span<const std::string> paths, const std::string&
 /// Joins the yEnc parts in `paths`, whatever their order, into `output`, which appears or is replaced only when whole:
 /// the first part from its file's beginning to its `=yend`, the data alone of those between, and the last one's data to
 /// its end, `=yend` line and all. Fails with `bad_input` where a file holds no part (its name stands in the text),
-/// with `bad_argument` where fewer than two parts have a place in the series.
+/// with `bad_argument` where fewer than two files can be read or no part has a place in the series.
 Result<Merged> merge_yenc(std::span<const std::string> paths, const std::string& output, const OnMerge& progress = {});
 
 /// Whether each of `paths` that can be read holds a yEnc part, and at least one can be.

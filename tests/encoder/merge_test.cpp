@@ -40,6 +40,14 @@ TEST_F(Merge, YencPartsJoinByTheirNumbersWithHeadersAndTrailersBetweenThemCutOut
     EXPECT_THAT(result->left_out, IsEmpty());
 }
 
+TEST_F(Merge, PartsOneAndThreeOfTwoFilesMergeOnlyTheFirst) {
+    const auto result = merge_yenc(std::vector{put("a", post(1, "A")), put("c", post(3, "C"))}, path("merged.txt"));
+    ASSERT_TRUE(result);
+    EXPECT_EQ(merged(), head_ + "A\r\n");
+    ASSERT_EQ(result->left_out.size(), 1U);
+    EXPECT_EQ(result->left_out[0].path, path("c"));
+}
+
 TEST_F(Merge, SeveralPartsInOneFileAreAllJoined) {
     const std::vector<std::string> paths = {put("two", post(2, "BB") + post(3, "CC")), put("one", post(1, "AA"))};
     ASSERT_TRUE(merge_yenc(paths, path("merged.txt")));
@@ -65,11 +73,11 @@ TEST_F(Merge, WhatIsNoSeriesLeavesAnOlderMergeAlone) {
         merge_yenc(std::vector{one, put("plain", "=ybegin line=128 size=3 name=a\r\nabc\r\n")}, path("merged.txt"));
     ASSERT_FALSE(plain);
     EXPECT_EQ(plain.error().text, "plain is not a multipart yEnc encoded file.");
-    EXPECT_FALSE(merge_yenc(std::vector{one, put("three", post(3, "C"))}, path("merged.txt")));
+    EXPECT_FALSE(merge_yenc(std::vector{put("three", post(3, "C")), put("four", post(4, "D"))}, path("merged.txt")));
     EXPECT_FALSE(merge_yenc(std::vector{one, path("absent")}, path("merged.txt")));
     EXPECT_FALSE(merge_text(std::vector{path("absent"), dir_.path()}, path("merged.txt")));
     EXPECT_EQ(merged(), "older");
-    EXPECT_THAT(dir_.names(), ElementsAre("merged.txt", "one", "plain", "three"));
+    EXPECT_THAT(dir_.names(), ElementsAre("four", "merged.txt", "one", "plain", "three"));
 }
 
 TEST_F(Merge, TextJoinsInTheOrderGivenWithEachLineEndedByCrLf) {
