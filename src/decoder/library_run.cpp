@@ -129,8 +129,10 @@ void remove_work_files(const shell::Session& session) {
 
 void report_second_try(shell::Context& context) {
     const NewFiles found = find_new_files(context.windows.load<shell::swit>());
-    if (found.change == Change::none) give_up(context);
-    for (const std::string& name : found.names) context.platform.message(name);
+    const std::vector<std::string> results = without(found.names, context.session.SkipName);
+    const bool only_work_file = found.change == Change::more_files && results.empty();
+    if (found.change == Change::none || only_work_file) give_up(context);
+    for (const std::string& name : results) context.platform.message(name);
 }
 
 void warn_of_long_dispositions(shell::Context& context, const std::string& path) {

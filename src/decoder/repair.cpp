@@ -1,6 +1,7 @@
 #include "decoder/repair.h"
 
 #include "decoder/mime_wrap.h"
+#include "files/directory.h"
 #include "files/path.h"
 #include "text/ascii.h"
 
@@ -54,7 +55,7 @@ void perform(shell::Context& context, const Repair& repair) {
                      ". You can try decoding this file after the program finishes. This may take a few minutes or more "
                      "if the file is very large. Usually it only takes less than a minute if the file is less than one "
                      "megabyte.");
-    if (text::equal_ignoring_case(input, output)) {
+    if (text::equal_ignoring_case(input, output) || files::same_file(input, output)) {
         platform.message(
             "File name is already new.mim. File must be renamed in order to proceed. If you have done this action once "
             "before on this file, doing so again will not help.");
