@@ -8,7 +8,6 @@
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QKeyEvent>
-#include <QLocale>
 #include <QMimeDatabase>
 #include <QMouseEvent>
 
@@ -47,7 +46,7 @@ const FileTableModel::Details& FileTableModel::details(std::size_t row) const {
     if (!known) {
         const std::string& name = list_.items().at(row);
         const QFileInfo file(QFile::decodeName(QByteArray::fromStdString(files::join(list_.directory(), name))));
-        const QString date = QLocale().toString(file.lastModified(), QLocale::ShortFormat);
+        const QString date = file.lastModified().toString(QStringLiteral("yyyy-MM-dd HH:mm"));
         known = Details{shown_size(static_cast<std::uint64_t>(file.size())), date, icon_of(shown(name))};
     }
     return *known;
@@ -96,7 +95,7 @@ FileTable::FileTable(controls::FileListBox& list) : list_(list), model_(list) {
     header()->resizeSection(FileTableModel::size_column,
                             fontMetrics().horizontalAdvance(QStringLiteral("1,000.0 MB  ")));
     header()->resizeSection(FileTableModel::date_column,
-                            fontMetrics().horizontalAdvance(QStringLiteral("12/28/2026 10:28 PM   ")));
+                            fontMetrics().horizontalAdvance(QStringLiteral("2026-12-28 20:28   ")));
     QObject::connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { take_selection(); });
     QObject::connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] { take_selection(); });
 }
