@@ -15,6 +15,23 @@ if(QUILL_FUZZ)
     target_compile_options(quill_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
+# quill_small_library(TARGET PACKAGE FILE): a library of the system, linked statically where it is there for that: to load
+# one takes a millisecond at each start of a program, as long as all of a small file's decoding.
+find_package(PkgConfig REQUIRED)
+function(quill_small_library target package file)
+    pkg_check_modules(${target} REQUIRED IMPORTED_TARGET ${package})
+    find_library(${target}_archive ${file} HINTS ${${target}_LIBRARY_DIRS})
+    add_library(${target} INTERFACE)
+    if(${target}_archive)
+        target_include_directories(${target} INTERFACE ${${target}_INCLUDE_DIRS})
+        target_link_libraries(${target} INTERFACE ${${target}_archive})
+    else()
+        target_link_libraries(${target} INTERFACE PkgConfig::${target})
+    endif()
+endfunction()
+quill_small_library(quill_zlib zlib libz.a)
+quill_small_library(quill_libdeflate libdeflate libdeflate.a)
+
 # quill_library(NAME [lib...]): the static library quill_NAME of every source in the calling folder, on the named libraries.
 function(quill_library name)
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)

@@ -1,7 +1,5 @@
 #include "codec/checksum.h"
 
-#include <libdeflate.h>
-
 #include <array>
 #include <cstddef>
 
@@ -36,10 +34,6 @@ std::size_t byte_at(std::string_view s, std::size_t at) {
 }
 
 }  // namespace
-
-std::uint32_t crc32(std::uint32_t crc, std::string_view bytes) {
-    return libdeflate_crc32(crc, bytes.data(), bytes.size());
-}
 
 std::uint16_t crc16_binhex(std::uint16_t crc, std::string_view bytes) {
     const Crc16Tables& t = crc16_tables;

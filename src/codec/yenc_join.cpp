@@ -110,7 +110,8 @@ bool dots_were_added(const Part& part, const ReadText& read) {
 }
 
 bool is_good(const Part& part, const ReadText& read) {
-    return agrees(part.post, *decode_data(part.text, part.post, dots_were_added(part, read), {}, read));
+    const AskDotted dotted = [&] { return dots_were_added(part, read); };
+    return agrees(part.post, *decode_data(part.text, part.post, dotted, {}, read));
 }
 
 /// The parts of one file on their way to the sink.
@@ -251,11 +252,12 @@ ReadText Assembly::reader(const Part& part) const {
 
 bool Assembly::decode(const Part& part) {
     const ReadText read = reader(part);
-    const bool dotted = dots_were_added(part, read);
-    if (dotted) {
-        sink_.report(Grade::repaired, "dots-added", part.range.begin, "Dots that were added to lines are taken off");
-    }
     if (!begin_part(part)) return false;
+    const AskDotted dotted = [&] {
+        if (!dots_were_added(part, read)) return false;
+        sink_.report(Grade::repaired, "dots-added", part.range.begin, "Dots that were added to lines are taken off");
+        return true;
+    };
     const TakeBytes take = [&](std::string_view bytes, std::size_t read_to) {
         return put(bytes) && (!on_read_ || on_read_(part.range.source, part.range.begin + read_to));
     };

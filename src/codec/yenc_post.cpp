@@ -236,9 +236,26 @@ bool dots_look_added(std::string_view text, const Post& post, const ReadText& re
     return found;
 }
 
-std::optional<Data> decode_data(std::string_view text, const Post& post, bool dotted, const TakeBytes& take,
+namespace {
+
+/// Whether a line of `piece` from its byte `from` on begins with a dot; `before` is the byte before the piece.
+bool has_dotted_line(std::string_view piece, std::size_t from, char before) {
+    if (from >= piece.size()) return false;
+    const char previous = from > 0 ? piece[from - 1] : before;
+    if (piece[from] == '.' && (previous == '\n' || previous == '\r')) return true;
+    std::size_t line = from;
+    do line = find_line_beginning(piece, line, ".");
+    while (line < piece.size() && piece[line] != '.');
+    return line < piece.size();
+}
+
+}  // namespace
+
+std::optional<Data> decode_data(std::string_view text, const Post& post, const AskDotted& dotted, const TakeBytes& take,
                                 const ReadText& read) {
-    const Rules rules = dotted ? Rules::draft_dotted : Rules::draft;
+    Rules rules = Rules::draft;
+    bool asked = false;
+    std::size_t searched = 0;  // in the text, for lines that begin with a dot
     constexpr std::uint64_t no_limit = std::numeric_limits<std::uint64_t>::max();
     const std::uint64_t limit = post.end ? no_limit : post.stated_size().value_or(no_limit);
     const std::size_t most = std::min(piece_size, post.data_end - post.data_begin);
@@ -250,6 +267,11 @@ std::optional<Data> decode_data(std::string_view text, const Post& post, bool do
     while (at < post.data_end && data.size < limit) {
         const std::string_view piece = pieces.at(at, std::min(most, post.data_end - at));
         const bool last = at + piece.size() == post.data_end;
+        if (!asked && has_dotted_line(piece, std::max(at, searched) - at, before)) {
+            asked = true;
+            if (dotted()) rules = Rules::draft_dotted;
+        }
+        searched = at + piece.size();
         const Progress progress = decode(rules, piece, static_cast<unsigned char>(before), last, out.get());
         const std::string_view bytes(out.get(), std::min<std::uint64_t>(progress.written, limit - data.size));
         data.crc = crc32(data.crc, bytes);
@@ -263,6 +285,12 @@ std::optional<Data> decode_data(std::string_view text, const Post& post, bool do
         if (take && !take(bytes, at)) return std::nullopt;
     }
     return data;
+}
+
+std::optional<Data> decode_data(std::string_view text, const Post& post, bool dotted, const TakeBytes& take,
+                                const ReadText& read) {
+    return decode_data(
+        text, post, [dotted] { return dotted; }, take, read);
 }
 
 bool agrees(const Post& post, const Data& data) {

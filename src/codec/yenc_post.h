@@ -88,9 +88,15 @@ struct Data {
 /// Takes bytes decoded, in order, and how much of the text is used up; false to stop.
 using TakeBytes = std::function<bool(std::string_view bytes, std::size_t read_to)>;
 
-/// Decodes the data of `post` by the draft's rules, with dots taken off where `dotted`. Other lines that begin with
-/// `=y` are passed over. A post that breaks off gives no more bytes than it states, as anything may stand behind it.
-/// Works in pieces of fixed size. nullopt where `take` stopped it.
+/// Whether dots are to be taken off the lines that begin with two. It may read the text elsewhere.
+using AskDotted = std::function<bool()>;
+
+/// Decodes the data of `post` by the draft's rules, with dots taken off where `dotted`, which is asked once, when the
+/// first line that begins with a dot is met: most data have none. Other lines that begin with `=y` are passed over. A
+/// post that breaks off gives no more bytes than it states, as anything may stand behind it. Works in pieces of fixed
+/// size. nullopt where `take` stopped it.
+std::optional<Data> decode_data(std::string_view text, const Post& post, const AskDotted& dotted,
+                                const TakeBytes& take = {}, const ReadText& read = {});
 std::optional<Data> decode_data(std::string_view text, const Post& post, bool dotted, const TakeBytes& take = {},
                                 const ReadText& read = {});
 

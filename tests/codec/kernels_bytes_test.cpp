@@ -73,6 +73,28 @@ TEST(Checksum, AgreesWithTheCatalogue) {
     EXPECT_EQ(crc16_binhex(0, "123456789"), 0x31C3U);
 }
 
+TEST(Checksum, IsTheSameOnEachTarget) {
+    // Bit by bit, as the polynomial has it.
+    const auto reference = [](std::uint32_t crc, std::string_view in) {
+        crc = ~crc;
+        for (const char c : in) {
+            crc ^= static_cast<unsigned char>(c);
+            for (int bit = 0; bit < 8; ++bit) crc = crc >> 1U ^ ((crc & 1U) != 0 ? 0xEDB88320U : 0);
+        }
+        return ~crc;
+    };
+    on_each_target([&] {
+        Random random(35);
+        for (std::size_t n = 0; n < 2000; n += 1 + random.below(9)) {
+            const ExactBytes in(n % 5 == 0 ? std::string(n, '\0') : random.bytes(n), random.below(64));
+            const auto before = static_cast<std::uint32_t>(random.below(0x7FFFFFFF));
+            for (const std::uint32_t crc : {0U, 0xFFFFFFFFU, before}) {
+                ASSERT_EQ(crc32(crc, in.view()), reference(crc, in.view())) << n;
+            }
+        }
+    });
+}
+
 TEST(Checksum, MayBeTakenPieceByPiece) {
     const std::string data = Random(32).bytes(100);
     const std::string_view view = data;
