@@ -268,11 +268,15 @@ Found join_parts(std::vector<FoundFile> files, std::span<const std::string_view>
     }
     std::set<std::size_t> taken;
     for (auto& [key, pieces] : groups) join_group(files, pieces, std::get<2>(key), taken);
+    std::size_t kept = 0;
     for (std::size_t i = 0; i < files.size(); ++i) {
         if (taken.contains(i)) continue;
         judge_ends(files[i]);
-        out.files.push_back(std::move(files[i]));
+        if (kept != i) files[kept] = std::move(files[i]);
+        ++kept;
     }
+    files.resize(kept);
+    out.files = std::move(files);
     return out;
 }
 

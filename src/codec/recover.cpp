@@ -28,6 +28,15 @@ std::uint64_t size_of(std::span<const Range> ranges) {
     return size;
 }
 
+/// Moves `more` to the end of `files`, without a second array where these are the first.
+void append(std::vector<FoundFile>& files, std::vector<FoundFile>&& more) {
+    if (files.empty()) {
+        files = std::move(more);
+    } else {
+        std::move(more.begin(), more.end(), std::back_inserter(files));
+    }
+}
+
 /// The inputs that hold a part of it, each once, in the order of the parts.
 std::vector<std::uint32_t> sources_of(const Attachment& attachment) {
     std::vector<std::uint32_t> out;
@@ -66,7 +75,7 @@ Result<Recovery> Recovery::open(std::span<const std::string> paths, const OnProg
             });
         Found found = scan(cursor);
         if (cursor.stopped()) return Error{ErrorCode::cancelled, 0, "Stopped"};
-        std::move(found.files.begin(), found.files.end(), std::back_inserter(files));
+        append(files, std::move(found.files));
         std::move(found.problems.begin(), found.problems.end(), std::back_inserter(out.problems_));
         before += input.bytes().size();
         input.release_before(input.bytes().size());

@@ -75,29 +75,30 @@ void append(FoundFile& whole, FoundFile&& piece) {
 
 void join_posts(std::vector<FoundFile>& files, std::span<const std::string_view> inputs) {
     std::map<FileKey, std::vector<Gathering>> gatherings;
-    std::vector<FoundFile> joined;
-    for (FoundFile& file : files) {
+    std::size_t kept = 0;  // of the files; those behind are still to be looked at
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        FoundFile& file = files[i];
         std::optional<Part> part;
         if (file.attachment.format == Format::yenc && file.attachment.body.size() == 1) {
             part = read_part(inputs, file.attachment.body[0]);
         }
-        if (!part || !part->post.is_part()) {
-            joined.push_back(std::move(file));
-            continue;
+        if (part && part->post.is_part()) {
+            const Post& post = part->post;
+            std::vector<Gathering>& candidates = gatherings[{post.begin.name, post.begin.size}];
+            auto gathering = std::find_if(candidates.begin(), candidates.end(),
+                                          [&](const Gathering& candidate) { return candidate.takes(post); });
+            const bool is_first = gathering == candidates.end();
+            if (is_first) gathering = candidates.insert(gathering, Gathering{kept, {}});
+            gathering->checksums.try_emplace(key_of(post), post.stated_crc());
+            if (!is_first) {
+                append(files[gathering->file], std::move(file));
+                continue;
+            }
         }
-        const Post& post = part->post;
-        std::vector<Gathering>& candidates = gatherings[{post.begin.name, post.begin.size}];
-        auto gathering = std::find_if(candidates.begin(), candidates.end(),
-                                      [&](const Gathering& candidate) { return candidate.takes(post); });
-        if (gathering == candidates.end()) {
-            gathering = candidates.insert(gathering, Gathering{joined.size(), {}});
-            joined.push_back(std::move(file));
-        } else {
-            append(joined[gathering->file], std::move(file));
-        }
-        gathering->checksums.try_emplace(key_of(post), post.stated_crc());
+        if (kept != i) files[kept] = std::move(file);
+        ++kept;
     }
-    files = std::move(joined);
+    files.resize(kept);
 }
 
 namespace {
@@ -177,18 +178,19 @@ void Assembly::sort() {
 
 /// Leaves one of the parts that are there several times: the first that is good, else the first.
 void Assembly::drop_duplicates() {
-    std::vector<Part> kept;
-    for (Part& part : parts_) {
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < parts_.size(); ++i) {
+        Part& part = parts_[i];
         const PartKey key = key_of(part.post);
-        if (kept.empty() || key == PartKey{} || key_of(kept.back().post) != key) {
-            kept.push_back(std::move(part));
+        if (kept == 0 || key == PartKey{} || key_of(parts_[kept - 1].post) != key) {
+            parts_[kept++] = part;
             continue;
         }
+        Part& before = parts_[kept - 1];
         sink_.report(Grade::repaired, "duplicate-part", part.range.begin, "This part is there more than once");
-        const bool better = !is_good(kept.back(), reader(kept.back())) && is_good(part, reader(part));
-        if (better) kept.back() = std::move(part);
+        if (!is_good(before, reader(before)) && is_good(part, reader(part))) before = part;
     }
-    parts_ = std::move(kept);
+    parts_.erase(parts_.begin() + static_cast<std::ptrdiff_t>(kept), parts_.end());
     alone_ = parts_.size() == 1;
 }
 
@@ -311,8 +313,9 @@ namespace quill::codec {
 void decode_yenc(const Attachment& attachment, std::span<const std::string_view> inputs, const OnRead& on_read,
                  const ReadInput& read_input, Sink& sink) {
     std::vector<yenc::Part> parts;
+    parts.reserve(attachment.body.size());
     for (const Range& range : attachment.body) {
-        if (std::optional<yenc::Part> part = yenc::read_part(inputs, range)) parts.push_back(*std::move(part));
+        if (std::optional<yenc::Part> part = yenc::read_part(inputs, range)) parts.push_back(*part);
     }
     if (!parts.empty()) yenc::Assembly(std::move(parts), on_read, read_input, sink).run();
 }
