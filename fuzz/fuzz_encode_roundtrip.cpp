@@ -13,8 +13,6 @@ namespace {
 
 using namespace quill;
 
-constexpr std::size_t uu_line = 45;  // bytes
-
 /// A directory of this process's own, in memory where the machine has such a place.
 const std::string& directory() {
     static const std::string path = [] {
@@ -49,10 +47,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     codec::EncodeOptions options;
     if (format.line_limit != 0) options.line_length = a % (format.line_limit / format.line_unit + 1) * format.line_unit;
     if (format.part_unit != 0 && b != 0) options.part_size = format.part_unit * (b + bytes.size() / 64);
-    // One line of uuencoded data without a "begin" above it might be prose: a later part needs two to be known as one.
-    const std::size_t last_part = options.part_size == 0 ? 0 : bytes.size() % options.part_size;
-    const bool lone_line = options.part_size == uu_line || (last_part > 0 && last_part <= uu_line);
-    if (format.part_unit == uu_line && lone_line) options.part_size = 0;
     options.crc = format.takes_crc && a % 2 == 1;
 
     const std::string input = directory() + "/in.bin";

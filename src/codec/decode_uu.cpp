@@ -127,7 +127,9 @@ void UuRun::take_odd_line() {
     if (is_blank(line)) return;
     const uu::DataLine data = uu::judge(alphabet_, line);
     if (data.fit != uu::Fit::none && data.bytes == 0) return;
-    if (uu::value_of(alphabet_, line.front()) < 0 || (data.fit == uu::Fit::none && !data.clean)) {
+    const bool far_too_short = data.fit == uu::Fit::stripped && 2 * line.size() < data.expected;
+    const bool odd_length = data.fit == uu::Fit::none || far_too_short;
+    if (uu::value_of(alphabet_, line.front()) < 0 || (odd_length && !data.clean)) {
         sink_.report(Grade::damaged, "foreign-line", at, "A line among the data is none; it is left out");
         return;
     }

@@ -362,7 +362,12 @@ bool Scanner::take_embedded_header(const Line& line) {
 
 void Scanner::take_text(const Line& line) {
     if (line.text.empty() || take_message(line) || take_embedded_header(line)) return;
-    if (auto label = read_part_label(line.text)) {
+    constexpr std::string_view subject = "subject:";
+    auto label = read_part_label(line.text);
+    if (!label && text::starts_with_ignoring_case(line.text, subject)) {
+        label = label_of_subject(text::trim(line.text.substr(subject.size())));
+    }
+    if (label) {
         if (label->file.empty()) label->file = text_.label.file;
         text_.label = std::move(*label);
     }
@@ -387,7 +392,8 @@ void Scanner::follow_data(const Line& line) {
         if (leaf.line_size == 0) leaf.line_size = line.text.size();
         return;
     }
-    if (leaf.data_end || base64_resumes(text_, line.next)) return;
+    const bool begun = leaf.line_size > 0;
+    if (!begun || leaf.data_end || base64_resumes(text_, line.next)) return;
     leaf.data_end = line.begin;
     if (leaf.embedded) pop_to(stack_.levels.size() - 2, line.begin, false);
 }

@@ -248,21 +248,58 @@ bool open_begin(TextScan& scan, const Line& line) {
 }
 
 bool sniff_bare_uu(std::string_view line) {
-    const std::size_t full = 1 + uu::characters_for(uu::full_line);
-    return (line.size() == full || line.size() == full + 1) && (line.front() == 'M' || line.front() == 'h');
+    const auto fits = [line](uu::Alphabet alphabet) {
+        const int bytes = line.empty() ? 0 : uu::value_of(alphabet, line.front());
+        if (bytes <= 0) return false;
+        const std::size_t size = 1 + uu::characters_for(static_cast<std::size_t>(bytes));
+        return line.size() == size || (line.size() == size + 1 && static_cast<std::size_t>(bytes) == uu::full_line);
+    };
+    return fits(uu::Alphabet::uu) || fits(uu::Alphabet::xx);
 }
 
-bool open_bare_uu(TextScan& scan, const Line& line) {
-    const uu::Alphabet alphabet = line.text.front() == 'M' ? uu::Alphabet::uu : uu::Alphabet::xx;
+namespace {
+
+/// Whether full lines of data begin at `line`: it is one, and another line of data follows.
+bool is_run_of_lines(const TextScan& scan, const Line& line, uu::Alphabet alphabet) {
+    const uu::DataLine first = uu::judge(alphabet, line.text);
     Line second;
-    if (!uu::judge(alphabet, line.text).clean || !peek_text(scan, line.next, 3, second)) return false;
+    if (!first.clean || first.bytes != uu::full_line || !peek_text(scan, line.next, 3, second)) return false;
     const uu::DataLine data = uu::judge(alphabet, second.text);
-    if (!data.clean || (data.fit != uu::Fit::exact && data.fit != uu::Fit::extra) || data.bytes == 0) return false;
+    return data.clean && (data.fit == uu::Fit::exact || data.fit == uu::Fit::extra) && data.bytes > 0;
+}
+
+/// Whether `line` is all the data of a file's last part, or of a later part that the text announces: a line that fits
+/// to the letter with "end" behind it, or with nothing.
+bool is_lone_line(const TextScan& scan, const Line& line, uu::Alphabet alphabet) {
+    const uu::DataLine data = uu::judge(alphabet, line.text);
+    if (!data.clean || data.fit != uu::Fit::exact || data.bytes == 0) return false;
+    Line next;
+    if (!peek_text(scan, line.next, 3, next)) return scan.label.number > 1;
+    const uu::DataLine last = uu::judge(alphabet, next.text);
+    if (last.fit != uu::Fit::none && last.bytes == 0 && !peek_text(scan, next.next, 3, next)) return false;
+    return next.text == "end";
+}
+
+std::optional<uu::Alphabet> alphabet_of_bare(const TextScan& scan, const Line& line) {
+    for (const uu::Alphabet alphabet : {uu::Alphabet::uu, uu::Alphabet::xx}) {
+        if (is_run_of_lines(scan, line, alphabet)) return alphabet;
+    }
+    for (const uu::Alphabet alphabet : {uu::Alphabet::uu, uu::Alphabet::xx}) {
+        if (is_lone_line(scan, line, alphabet)) return alphabet;
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+bool open_bare_uu(TextScan& scan, const Line& line) {
+    const std::optional<uu::Alphabet> alphabet = alphabet_of_bare(scan, line);
+    if (!alphabet) return false;
     FoundFile file;
     file.attachment.name = scan.label.file;
     file.label = std::exchange(scan.label, {});
     file.has_begin = false;
-    finish_uu(scan, file, alphabet, line.begin);
+    finish_uu(scan, file, *alphabet, line.begin);
     scan.add(std::move(file));
     return true;
 }

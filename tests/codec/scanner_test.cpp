@@ -110,6 +110,71 @@ INSTANTIATE_TEST_SUITE_P(
         Found1{"xxencode", "begin 644 cat\n1Eq3o\n+\nend\n", "cat", "Cat", Verdict::whole},
         Found1{"begin-base64", "begin-base64 644 abc\nYWJj\n====\n", "abc", "abc", Verdict::whole}));
 
+/// Messages as they come out of gateways, archives and editors.
+INSTANTIATE_TEST_SUITE_P(
+    Mangled, OneFile,
+    testing::Values(
+        Found1{"no boundary in the header",
+               "MIME-Version: 1.0\nContent-Type: multipart/mixed\n\n--Q\n" + gif_part + "--Q--\n", "a.gif", "GIF89a",
+               Verdict::whole},
+        Found1{"blanks behind the boundary", mixed + "--B  \t\n" + gif_part + "--B-- \n", "a.gif", "GIF89a",
+               Verdict::whole},
+        Found1{"an inner multipart that is not closed",
+               mixed + "--B\nContent-Type: multipart/related; boundary=C\n\n--C\nContent-Type: text/html\n\nhi\n--B\n" +
+                   gif_part + "--B--\n",
+               "a.gif", "GIF89a", Verdict::whole},
+        Found1{"an inner boundary that begins with the outer one",
+               mixed + "--B\nContent-Type: multipart/related; boundary=BB\n\n--BB\n" + gif_part + "--BB--\n\n--B--\n",
+               "a.gif", "GIF89a", Verdict::whole},
+        Found1{"a header in capitals",
+               "CONTENT-TYPE: IMAGE/GIF; NAME=a.gif\nCONTENT-TRANSFER-ENCODING: BASE64\n\nR0lGODlh\n", "a.gif",
+               "GIF89a", Verdict::whole},
+        Found1{"a blank before the colon",
+               "Content-Type : image/gif; name=a.gif\nContent-Transfer-Encoding : base64\n\nR0lGODlh\n", "a.gif",
+               "GIF89a", Verdict::whole},
+        Found1{"a comment within the field",
+               "Content-Type: image/gif (a picture); name=\"a.gif\"\nContent-Transfer-Encoding: base64\n\nR0lGODlh\n",
+               "a.gif", "GIF89a", Verdict::whole},
+        Found1{"a name in encoded words",
+               "Content-Type: image/gif; name=\"=?iso-8859-1?Q?sch=F6n=2Egif?=\"\nContent-Transfer-Encoding: "
+               "base64\n\nR0lGODlh\n",
+               "sch\u00F6n.gif", "GIF89a", Verdict::whole},
+        Found1{"a name in continued parameters",
+               "Content-Type: image/gif\nContent-Disposition: attachment; filename*0*=utf-8''sch%C3; "
+               "filename*1*=%B6n;\n filename*2=.gif\n"
+               "Content-Transfer-Encoding: base64\n\nR0lGODlh\n",
+               "sch\u00F6n.gif", "GIF89a", Verdict::whole},
+        Found1{"line ends of all kinds in one message",
+               "Content-Type: image/gif; name=a.gif\r\nContent-Transfer-Encoding: base64\n\r\nR0lG\rODlh\r\r\n",
+               "a.gif", "GIF89a", Verdict::whole},
+        Found1{"no padding", "Content-Type: x/y; name=a\nContent-Transfer-Encoding: base64\n\nQUJDRA\n", "a", "ABCD",
+               Verdict::whole},
+        Found1{"pieces that are padded each",
+               "Content-Type: x/y; name=a\nContent-Transfer-Encoding: "
+               "base64\n\nMTIzNDU2Nzg5MDEyMzQ1Ng==\nMTIzNDU2Nzg5MDEyMzQ1Ng==\n",
+               "a", "12345678901234561234567890123456", Verdict::whole},
+        Found1{"words before the data",
+               "Content-Type: x/y; name=a\nContent-Transfer-Encoding: base64\n\nThis is it:\n\nQUJDRA==\n", "a", "ABCD",
+               Verdict::damaged},
+        Found1{"blanks among the Base64",
+               "Content-Type: x/y; name=a\nContent-Transfer-Encoding: base64\n\n QU JD\t\n  RA==\n", "a", "ABCD",
+               Verdict::whole},
+        Found1{"blanks and graves for zero", "begin 644 z\n#``` \n`\nend\n", "z", std::string(3, '\0'), Verdict::whole},
+        Found1{"blanks behind the lines", "begin 644 cat  \n#0V%T  \n`  \nend  \n", "cat", "Cat", Verdict::whole},
+        Found1{"no line of length 0", "begin 644 cat\n" + cat_line + "end\n", "cat", "Cat", Verdict::whole},
+        Found1{"prose between lines of data", "begin 644 cat\n" + cat_line + "[cut here]\n" + cat_line + "`\nend\n",
+               "cat", "CatCat", Verdict::damaged},
+        Found1{"two files, no end between", "begin 644 dog\n" + cat_line + "begin 644 cat\n" + cat_line + "`\nend\n",
+               "cat", "Cat", Verdict::whole},
+        Found1{"a mailbox whose line of data was marked",
+               "From a@b Mon Jan  1 00:00:00 2024\nSubject: x\n\n>From here\nbegin 644 cat\n" + cat_line +
+                   "`\nend\n\nFrom a@b Mon Jan  1 00:00:00 "
+                   "2024\nSubject: y\n\nhi\n",
+               "cat", "Cat", Verdict::whole},
+        Found1{"a part of one line that the subject announces", "Subject: cat (2/3)\n\n#0V%T\n", "cat", "Cat",
+               Verdict::incomplete},
+        Found1{"a last part of one line", "#0V%T\n`\nend\n", "", "Cat", Verdict::incomplete}));
+
 TEST(Scanner, DoesNotTakeProseForABeginLine) {
     EXPECT_TRUE(scan_and_decode("begin 5 minutes early\nand bring the others with you\n").empty());
     EXPECT_TRUE(scan_and_decode("begin 644 is a mode\nthat many files have\nin these days\n").empty());
