@@ -87,7 +87,7 @@ QTabBar* ChooserView::make_tabs() {
     tabs->addTab(QStringLiteral("&Recent directories"));
     tabs->addTab(QStringLiteral("&Merge parts"));
     tabs->setExpanding(false);
-    QObject::connect(tabs, &QTabBar::currentChanged, tabs, [this](int tab) {
+    QObject::connect(tabs, &QTabBar::currentChanged, tabs, [this, tabs](int tab) {
         hand_in([this, tab] {
             if (tab == files_page) {
                 controls::run(w_.Image2.click);
@@ -95,6 +95,10 @@ QTabBar* ChooserView::make_tabs() {
                 w_.Image1.press(tab == merge_page ? press_on_merge : press_on_recent);
             }
         });
+        // The arrow keys go on from tab to tab; any other way to a page leads to its list.
+        if (tabs->hasFocus()) return;
+        QWidget* const lists[] = {files_, recent_, parts_};
+        lists[tab]->setFocus();
     });
     on_sync([this, tabs] {
         tabs->setVisible(w_.Image1.enabled);
@@ -109,10 +113,18 @@ QWidget* ChooserView::make_path_line() {
     auto* layout = plain_layout<QHBoxLayout>(area);
     auto* path = new QLineEdit;
     bind(w_.Text1, path);
-    path->setToolTip(QStringLiteral("Type a directory or a file and press Enter"));
+    path->setToolTip(QStringLiteral("Type a directory or a file and press Enter (Ctrl+L)"));
+    auto* to_path = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_L), &frame());
+    QObject::connect(to_path, &QShortcut::activated, path, [path] {
+        path->setFocus();
+        path->selectAll();
+    });
     auto* go = new QPushButton;
     bind(w_.go, go);
-    QObject::connect(path, &QLineEdit::returnPressed, path, [this] { hand_in(w_.go.click); });
+    QObject::connect(path, &QLineEdit::returnPressed, path, [this] {
+        hand_in(w_.go.click);
+        files_->setFocus();
+    });
     layout->addWidget(path, 1);
     layout->addWidget(go);
     return area;
@@ -204,7 +216,8 @@ QWidget* ChooserView::make_recent_page() {
     auto* page = new QWidget;
     auto* layout = plain_layout<QVBoxLayout>(page);
     layout->addWidget(bind(w_.Label5, wrapping_label()));
-    layout->addWidget(bind_list(w_.List9, new QListWidget), 1);
+    recent_ = bind_list(w_.List9, new QListWidget);
+    layout->addWidget(recent_, 1);
     auto* buttons = plain_layout<QHBoxLayout>(new QWidget);
     auto* clear = new QPushButton;
     adopt(w_.Option3, clear);
@@ -228,10 +241,10 @@ QWidget* ChooserView::make_merge_page() {
     auto* columns = new QSplitter(Qt::Horizontal);
     columns->setChildrenCollapsible(false);
     columns->setHandleWidth(page->fontMetrics().height() / 2);
-    FileTable* parts = bind_files(w_.File2);
-    parts->acted = [this] { hand_in(w_.File2.double_click); };
+    parts_ = bind_files(w_.File2);
+    parts_->acted = [this] { hand_in(w_.File2.double_click); };
     columns->addWidget(make_directory_column(w_.Drive2, w_.Dir2));
-    columns->addWidget(parts);
+    columns->addWidget(parts_);
     columns->addWidget(make_merge_list());
     share_width(columns);
     layout->addWidget(columns, 1);

@@ -40,6 +40,8 @@ class ChooserView final : public View {
 
     encoder::cmdg& w_;
     FileTable* files_ = nullptr;
+    QListWidget* recent_ = nullptr;
+    FileTable* parts_ = nullptr;
 };
 
 }  // namespace quill::desktop

@@ -20,6 +20,7 @@ namespace {
 
 constexpr auto program_name = "Quillbright Pro";
 constexpr int characters_a_line = 64;  // a width that reads well
+constexpr int least_characters = 24;
 
 QString title_of(const std::string& title) {
     return title.empty() ? QString::fromLatin1(program_name) : shown(title);
@@ -36,7 +37,7 @@ int text_width(const QWidget& box, const QString& text) {
     return std::min(line, widest);
 }
 
-/// A message box with the text readable, selectable and wrapped.
+/// A message box with its text as it is and selectable. The box itself wraps what is too long for a line.
 void fill(QMessageBox& box, const std::string& text, const std::string& title, QMessageBox::Icon icon) {
     box.setWindowTitle(title_of(title));
     box.setIcon(icon);
@@ -44,10 +45,10 @@ void fill(QMessageBox& box, const std::string& text, const std::string& title, Q
     const QString words = shown_message(text);
     box.setText(words);
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
-    if (auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) {
-        label->setWordWrap(true);
-        label->setMinimumWidth(text_width(box, words));
-    }
+    // A short text leaves room for the title. A longer one must not be told a width, or the box is made too narrow.
+    const int least = box.fontMetrics().averageCharWidth() * least_characters;
+    auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+    if (label != nullptr && text_width(box, words) < least) label->setMinimumWidth(least);
 }
 
 QString as_qt_filter(const std::string& patterns) {

@@ -41,7 +41,7 @@ DirectoryList::DirectoryList(QWidget* parent) : QListWidget(parent) {
 }
 
 void DirectoryList::add(const std::string& path, const QString& text, int depth, bool open) {
-    auto* item = new QListWidgetItem(QString(depth * 3, QChar::Nbsp) + text, this);
+    auto* item = new QListWidgetItem(QString(depth, QChar::Nbsp) + text, this);
     item->setIcon(style()->standardIcon(open ? QStyle::SP_DirOpenIcon : QStyle::SP_DirIcon));
     item->setData(path_role, as_bytes(path));
 }

@@ -12,6 +12,7 @@ import subprocess
 import sys
 import tempfile
 import time
+import zipfile
 
 DEADLINE = 30  # seconds that anything may take on a busy machine
 
@@ -133,6 +134,83 @@ def repair_a_text_without_header(program, screen, folder):
         assert result.read_bytes() == content, "the picture is not what was encoded"
 
 
+def choose_in_chooser(screen, title, *paths):
+    """Waits for the chooser in its mode, goes to each path in turn by the path line, and leaves the last selected."""
+    window = screen.window(title)
+    for path in paths:
+        screen.key("ctrl+l")
+        screen.xdotool("type", "--clearmodifiers", str(path))
+        screen.key("Return")
+    return window
+
+
+def merge_parts_and_decode(program, screen, folder):
+    content = random.Random(8).randbytes(4000)
+    for number in range(3):
+        data = content[number * 1500 : (number + 1) * 1500]
+        lines = [encode_yenc(data[at : at + 100]) for at in range(0, len(data), 100)]
+        head = "=ybegin part=%d line=100 size=4000 name=film.bin\r\n=ypart begin=%d end=%d\r\n"
+        text = (head % (number + 1, number * 1500 + 1, number * 1500 + len(data))).encode()
+        text += b"\r\n".join(lines) + b"\r\n=yend size=%d part=%d\r\n" % (len(data), number + 1)
+        (folder / f"post {'cab'[number]}.ync").write_bytes(text)  # not in the order of their names
+    result = folder / "film.bin"
+    with started(program, env=screen.environment):
+        screen.window(MAIN_WINDOW)
+        screen.key("1")
+        choose_in_chooser(screen, "^Select a file to open, view or decode", folder)
+        screen.key("alt+m", "ctrl+a", "Return")  # all files there to the list of those to merge
+        screen.key("Tab", "Tab", "Tab", "Tab", "space")  # past the list and two buttons: merge yEnc parts
+        screen.window(MAIN_WINDOW)
+        assert (folder / "merged.txt").exists(), "nothing was merged"
+        screen.key("1")
+        wait_for("the decoded film", lambda: result.exists() and result.stat().st_size == len(content))
+        assert result.read_bytes() == content, "the film is not what was posted"
+
+
+def encode_yenc(data):
+    out = b"".join(b"=" + bytes([(c + 106) % 256]) if (c + 42) % 256 in (0, 10, 13, 61) else bytes([(c + 42) % 256]) for c in data)
+    return b"=n" + out[1:] if out.startswith(b".") else out
+
+
+def encode_and_decode_again(program, screen, folder):
+    content = random.Random(9).randbytes(4000)
+    original, text = folder / "song.mid", folder / "song.UUE"
+    original.write_bytes(content)
+    with started(program, env=screen.environment) as running:
+        window = screen.window(MAIN_WINDOW)
+        screen.key("2", "Tab", "Tab", "Return")  # create; past ZIP and books: an encoded file
+        screen.key("Tab", "Tab", "Tab", "Return")  # past what explains and what leaves: UUE
+        choose_in_chooser(screen, "^Create a UUE encoded file", original)
+        screen.key("Return")
+        screen.window("^Quillbright Pro$")
+        screen.key("Return")  # "Done."
+        assert screen.window(MAIN_WINDOW) == window
+        original.unlink()
+        screen.key("1")
+        choose_in_chooser(screen, "^Select a file to open, view or decode", text)
+        screen.key("Return")
+        screen.window(MAIN_WINDOW)
+        screen.key("1")
+        wait_for("the decoded song", lambda: original.exists() and original.stat().st_size == len(content))
+        assert original.read_bytes() == content, "the song is not what was encoded"
+        screen.key("alt+F4")
+        wait_for("the end of the program", lambda: running.poll() is not None)
+
+
+def view_the_contents_of_an_archive(program, screen, folder):
+    archive = folder / "letters.zip"
+    with zipfile.ZipFile(archive, "w", zipfile.ZIP_DEFLATED) as file:
+        file.writestr("first.txt", "Dear Ann\n" * 100)
+        file.writestr("second letter.txt", "Yours, Bob\n" * 100)
+    before = archive.read_bytes()
+    with started(program, "/vi", str(archive), env=screen.environment) as running:
+        screen.window("letters.zip")
+        screen.key("Escape")
+        wait_for("the end of the program", lambda: running.poll() is not None)
+        assert running.returncode == 0, running.returncode
+    assert archive.read_bytes() == before, "the archive was changed"
+
+
 def main():
     program, samples = os.path.abspath(sys.argv[1]), pathlib.Path(sys.argv[2])
     with tempfile.TemporaryDirectory() as root, x_server() as environment:
@@ -146,6 +224,15 @@ def main():
         print("a message was decoded by clicks")
         repair_a_text_without_header(program, screen, folder)
         print("a text without a header was repaired and decoded")
+        for run, told in (
+            (merge_parts_and_decode, "parts were merged and decoded"),
+            (encode_and_decode_again, "a file was encoded and decoded again"),
+            (view_the_contents_of_an_archive, "an archive's contents were viewed"),
+        ):
+            place = pathlib.Path(root, run.__name__)
+            place.mkdir()
+            run(program, screen, place)
+            print(told)
 
 
 if __name__ == "__main__":

@@ -1,9 +1,13 @@
 #include "desktop/about_view.h"
+#include "desktop/dialogs.h"
 #include "desktop/view_fixture.h"
 #include "shell/about_box.h"
 
 #include <QAbstractButton>
+#include <QApplication>
+#include <QLabel>
 #include <QPointer>
+#include <QTimer>
 
 #include <stdexcept>
 
@@ -82,6 +86,27 @@ TEST_F(DesktopEvents, WindowOpenedAgainAfterUnloadingGetsANewView) {
     QCoreApplication::processEvents();
     const shell::AboutBox& again = open_about_box();
     EXPECT_TRUE(frame_of(again).isVisible());
+}
+
+TEST_F(DesktopEvents, MessagesAreShownWhole) {
+    desktop::BoxDialogs dialogs(events, views);
+    for (const std::string& text :
+         {std::string("Done."), std::string(50, 'w'), std::string(300, 'w'),
+          std::string("No file was selected, if you do not wish to select a file, click on the "
+                      "Cancel button."),
+          std::string("One\nTwo words ") + std::string(70, 'w') + "\nThree"}) {
+        QTimer::singleShot(0, [&] {
+            QWidget* box = QApplication::activeModalWidget();
+            ASSERT_NE(box, nullptr);
+            const auto* label = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+            const QRect needed = label->fontMetrics().boundingRect(
+                QRect(0, 0, label->width(), 10'000), label->wordWrap() ? Qt::TextWordWrap : 0, label->text());
+            EXPECT_LE(needed.width(), label->width()) << text;
+            EXPECT_LE(needed.height(), label->height()) << text;
+            box->close();
+        });
+        dialogs.message(text, {});
+    }
 }
 
 }  // namespace
