@@ -14,7 +14,8 @@ namespace quill::zip {
 /// Does `count` pieces of work in up to `threads` threads while the caller's thread looks on.
 ///
 /// `make_worker()` is called once in each thread and gives a function that does piece number i. `look()` is called in
-/// the caller's thread about twenty times a second; false from it lets no further piece begin.
+/// the caller's thread about twenty times a second, and once more when all is done; false from it lets no further piece
+/// begin.
 template <class MakeWorker, class Look>
 void share_work(std::size_t count, unsigned threads, MakeWorker&& make_worker, Look&& look) {
     std::atomic<std::size_t> next{0};
@@ -37,8 +38,8 @@ void share_work(std::size_t count, unsigned threads, MakeWorker&& make_worker, L
     }
     constexpr std::chrono::milliseconds pause(50);
     std::unique_lock lock(mutex);
-    while (running > 0) {
-        ended.wait_for(lock, pause);
+    for (bool done = false; !done;) {
+        done = ended.wait_for(lock, pause, [&] { return running == 0; });
         lock.unlock();
         if (!look()) stopped = true;
         lock.lock();
