@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QLabel>
+#include <QLayout>
 #include <QScreen>
 
 #include <algorithm>
@@ -38,6 +39,7 @@ class View::CloseFilter final : public QObject {
 View::View(controls::Window& window, QWidget* frame, EventLoop& events)
     : window_(window), frame_(frame), events_(events) {
     frame->installEventFilter(new CloseFilter(*this));
+    frame->setAttribute(Qt::WA_KeyboardFocusChange);  // the focus shows from the first, not only after a Tab
 }
 
 View::~View() {
@@ -79,6 +81,7 @@ void View::sync_frame() {
         if (visible && !placed_) place();
         frame_->setVisible(visible);
         if (!visible) return;
+        grow_to_content();
         frame_->raise();
         frame_->activateWindow();
         on_shown();
@@ -102,6 +105,14 @@ void View::place() {
     const int left = std::clamp(area.left(), screen.left(), std::max(screen.left(), screen.right() - size.width()));
     const int top = std::clamp(area.top(), screen.top(), std::max(screen.top(), screen.bottom() - size.height()));
     frame_->setGeometry(left, top, size.width(), size.height());
+}
+
+void View::grow_to_content() {
+    const QLayout* layout = frame_->layout();
+    if (layout == nullptr || !layout->hasHeightForWidth()) return;
+    const int most = static_cast<int>(frame_->screen()->availableGeometry().height() * 0.95);
+    const int needed = std::min(most, layout->totalHeightForWidth(frame_->width()));
+    if (needed > frame_->height()) frame_->resize(frame_->width(), needed);
 }
 
 void View::adopt(const controls::Control& control, QObject* object) {

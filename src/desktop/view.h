@@ -132,6 +132,8 @@ class View {
 
     void sync_frame();
     void place();
+    /// Makes the window as tall as its texts need when wrapped to its width, where the screen has room for it.
+    void grow_to_content();
     /// Shows and enables `widget` as `control` says.
     void bind_state(const controls::Control& control, QWidget* widget);
 

@@ -45,7 +45,7 @@ def started(*command, **options):
 def x_server():
     """A screen that nobody sees, with a window manager; yields the environment that leads to it."""
     reading, writing = os.pipe()
-    server = ("Xvfb", "-displayfd", str(writing), "-screen", "0", "1600x1200x24", "-nolisten", "tcp")
+    server = ("Xvfb", "-displayfd", str(writing), "-screen", "0", "1600x1200x24", "-nolisten", "tcp", "-noreset")
     with started(*server, pass_fds=[writing], stderr=subprocess.DEVNULL):
         os.close(writing)
         with os.fdopen(reading) as told:
@@ -53,6 +53,8 @@ def x_server():
         environment = dict(os.environ, DISPLAY=display, QT_QPA_PLATFORM="xcb", QT_SCALE_FACTOR="1")
         environment.pop("WAYLAND_DISPLAY", None)
         with started("openbox", env=environment, stderr=subprocess.DEVNULL):
+            # It gives no focus to a window that is there before it.
+            wait_for("the window manager", lambda: Screen(environment).xdotool("get_num_desktops"))
             yield environment
 
 
