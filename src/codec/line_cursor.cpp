@@ -78,7 +78,8 @@ void LineCursor::pass_to(std::uint64_t offset) {
 
 std::string_view LineCursor::look_ahead(std::size_t size) {
     const std::string_view mapped = rest(at_).substr(0, size);
-    if (!read_ || mapped.size() < size) return mapped;
+    // A window too small to be used again would be read anew for each line.
+    if (!read_ || mapped.size() < size || size <= least_ahead) return mapped;
     if (at_.segment == window_begin_.segment && at_ >= window_begin_) {
         const std::uint64_t from = at_.offset - window_begin_.offset;
         if (from + least_ahead <= window_size_) return {window_.data() + from, std::min(size, window_size_ - from)};

@@ -1,3 +1,4 @@
+#include "codec/scanner.h"
 #include "codec/yenc_post.h"
 
 #include <gtest/gtest.h>
@@ -62,6 +63,23 @@ TEST(YencPieces, ShowASingleDotAtTheSeamOfTwo) {
         EXPECT_TRUE(looks_added(data)) << at;
         data[at + 3] = 'x';
         EXPECT_FALSE(looks_added(data)) << at;
+    }
+}
+
+/// Lines that might each be the end of a post are all looked at, and yet none is read twice.
+TEST(YencScan, ReadsNoByteAgainForEachLineThatLooksLikeAnEnd) {
+    for (const std::string line : {"=y\r\n", ".\r\n", "--\r\n", "x\r\n"}) {
+        std::string post = "=ybegin line=128 size=9 name=a\r\n";
+        for (int i = 0; i < 20'000; ++i) post += line;
+        post += "=yend size=9\r\n";
+        std::size_t read = 0;
+        LineCursor cursor({{post, {0, post.size(), 0}}}, {},
+                          [&](const Segment&, std::uint64_t offset, char* out, std::size_t size) {
+                              read += size;
+                              return std::string_view(post).copy(out, size, offset);
+                          });
+        EXPECT_EQ(scan(cursor).files.size(), 1U);
+        EXPECT_LE(read, 2 * post.size()) << line;
     }
 }
 
