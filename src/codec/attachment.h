@@ -82,7 +82,7 @@ struct Attachment {
 struct Outcome {
     Verdict verdict = Verdict::whole;
     std::uint64_t size = 0;         ///< bytes written
-    std::vector<Problem> problems;  ///< those of the scan and those of the decoding, in input order
+    std::vector<Problem> problems;  ///< those of the scan and of the decoding, in the order of one input
 };
 
 }  // namespace quill::codec

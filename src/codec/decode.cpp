@@ -165,6 +165,14 @@ void Sink::compare_length() {
     if (*attachment_.stated_length >= length && *attachment_.stated_length - length <= 2) vouch();
 }
 
+/// Into the order of their places in the input. Offsets in several inputs have none: there the parts' order stays.
+void Sink::sort_problems() {
+    const auto in_first = [this](const Range& range) { return range.source == attachment_.body.front().source; };
+    if (!std::all_of(attachment_.body.begin(), attachment_.body.end(), in_first)) return;
+    std::stable_sort(outcome_.problems.begin(), outcome_.problems.end(),
+                     [](const Problem& a, const Problem& b) { return a.at_input < b.at_input; });
+}
+
 Outcome Sink::finish(std::uint64_t at_input) {
     flush();
     compare_length();
@@ -174,6 +182,7 @@ Outcome Sink::finish(std::uint64_t at_input) {
         damaged_ = damaged_ || problem.grade == Grade::damaged;
         lost_ = lost_ || problem.grade == Grade::lost;
     }
+    sort_problems();
     if (unkept_ > 0) {
         outcome_.problems.push_back({lost_ ? Grade::lost : Grade::damaged, "more-problems", at_input, size(),
                                      "There are " + count_of(unkept_, "further problems")});

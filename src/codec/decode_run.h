@@ -98,6 +98,7 @@ class Sink {
     void compare_size(std::uint64_t at_input);
     void compare_checksums(std::uint64_t at_input);
     void compare_length();
+    void sort_problems();
 
     const Attachment& attachment_;
     const Write& write_;

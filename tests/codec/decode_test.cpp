@@ -76,6 +76,15 @@ TEST(Problems, AreKeptUpToTheirLimitAndCountedBeyond) {
     EXPECT_EQ(outcome.size, 12000U);
 }
 
+TEST(Problems, StandInTheOrderOfTheirPlaces) {
+    const std::vector<ScannedFile> files = scan_and_decode("begin 644 a\n#0V%T\n#0v%T\n#0V%T\n`\n\nYours, Ann\n");
+    ASSERT_EQ(files.size(), 1U);
+    const std::vector<Problem>& problems = files[0].outcome.problems;
+    ASSERT_EQ(problems.size(), 2U);
+    EXPECT_EQ(problems[0].kind, "bad-character");
+    EXPECT_EQ(problems[1].kind, "missing-end");
+}
+
 // BinHex, built here from the definition: header, forks and their CRCs, runs, six bits a character.
 
 std::string with_crc(std::string bytes) {
