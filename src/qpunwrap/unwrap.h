@@ -22,8 +22,4 @@ struct Unwrapped {
 /// as a whole, as `<stem>-unwrapped<.ext>`. A text that holds none makes nothing. Fails where `path` cannot be read.
 Result<Unwrapped> unwrap(const std::string& path);
 
-/// Whether `text` shows signs of quoted-printable: an escape of '=' and two hexadecimal digits, or three lines and more
-/// that end in '='.
-bool holds_quoted_printable(std::string_view text);
-
 }  // namespace quill::qpunwrap

@@ -66,6 +66,16 @@ TEST_F(Unwrap, WritesBareTextAsAWhole) {
     EXPECT_EQ(directory_.read("post-unwrapped.mim"), "begin 644 x\r\nA=BC\r\n");
 }
 
+TEST_F(Unwrap, BareTextThatFillsItsLinesIsNoMessage) {
+    const std::string words(60, 'x');
+    const std::string line = words + "=C3=A9 =3D =\r\n";
+    const Report said = unwrap_file("post.txt", line + line + line + "end\r\n");
+    EXPECT_THAT(directory_.names(), ElementsAre("post-unwrapped.txt", "post.txt"));
+    const std::string unwrapped = words + "\xC3\xA9 = ";
+    EXPECT_EQ(directory_.read("post-unwrapped.txt"), unwrapped + unwrapped + unwrapped + "end\r\n");
+    EXPECT_THAT(said.text, HasSubstr("The quoted-printable text of post.txt:"));
+}
+
 TEST_F(Unwrap, ReadsUnixText) {
     unwrap_file("note", "caf=E9=\n!\n");
     EXPECT_EQ(directory_.read("note-unwrapped.txt"), "caf\xE9!\n");
@@ -98,16 +108,9 @@ TEST_F(Unwrap, SaysWhyAFileCannotBeRead) {
 }
 
 TEST_F(Unwrap, TellsOfWhatIsNotRightInTheText) {
-    const Report said = unwrap_file("post.txt", "a=3Db =zz\r\n");
-    EXPECT_EQ(directory_.read("post-unwrapped.txt"), "a=b =zz\r\n");
-    EXPECT_THAT(said.text, HasSubstr("9 bytes\n    "));
-}
-
-TEST(HoldsQuotedPrintable, NeedsAnEscapeOrSeveralSoftBreaks) {
-    EXPECT_TRUE(holds_quoted_printable("x=3d"));
-    EXPECT_TRUE(holds_quoted_printable("a=\r\nb=\nc=\r\n"));
-    EXPECT_FALSE(holds_quoted_printable("a=\r\nb=\nc"));
-    EXPECT_FALSE(holds_quoted_printable("x=3"));
+    const Report said = unwrap_file("post.txt", "a=3Db =3Dc =zz\r\n");
+    EXPECT_EQ(directory_.read("post-unwrapped.txt"), "a=b =c =zz\r\n");
+    EXPECT_THAT(said.text, HasSubstr("12 bytes\n    "));
 }
 
 }  // namespace
