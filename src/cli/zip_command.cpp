@@ -121,6 +121,21 @@ ExitStatus read(const ZipRequest& request, const Console& console, bool write) {
     return report.finish();
 }
 
+/// What `add` is to put into the archive: each name with all that is in it, but the archive itself only where it is
+/// named. Looked up before anything is written, as the archive's own unfinished files may lie there.
+std::vector<zip::TreeEntry> entries_to_add(const ZipRequest& request) {
+    std::vector<zip::TreeEntry> entries;
+    for (const std::string& name : request.names) {
+        for (zip::TreeEntry& entry : zip::walk_tree(name)) {
+            if (entry.is_directory && request.bare_names) continue;
+            if (entry.path != name && files::same_file(entry.path, request.archive)) continue;
+            if (request.bare_names) entry.member_name = files::name_of(entry.member_name);
+            entries.push_back(std::move(entry));
+        }
+    }
+    return entries;
+}
+
 ExitStatus add(const ZipRequest& request, const Console& console) {
     ZipReport report(console, false, true);
     const Result<std::string> password = read_password(request);
@@ -136,16 +151,12 @@ ExitStatus add(const ZipRequest& request, const Console& console) {
     const Interruption interruption;
     const zip::PackOptions options{.password = *password};
     std::size_t added = 0;
-    for (const std::string& name : request.names) {
-        for (const zip::TreeEntry& entry : zip::walk_tree(name)) {
-            if (Interruption::caught()) return ExitStatus::failed;
-            const std::string member = request.bare_names ? files::name_of(entry.member_name) : entry.member_name;
-            if (entry.is_directory && request.bare_names) continue;
-            const Status status = entry.is_directory ? change->add_directory(member, entry.modified)
-                                                     : change->add_file(entry.path, member, options);
-            if (status) ++added;
-            if (!status) report.fail(entry.path, status.error());
-        }
+    for (const zip::TreeEntry& entry : entries_to_add(request)) {
+        if (Interruption::caught()) return ExitStatus::failed;
+        const Status status = entry.is_directory ? change->add_directory(entry.member_name, entry.modified)
+                                                 : change->add_file(entry.path, entry.member_name, options);
+        if (status) ++added;
+        if (!status) report.fail(entry.path, status.error());
     }
     if (added != 0) {
         if (const Status finished = change->finish(); !finished) report.fail(request.archive, finished.error());

@@ -11,7 +11,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <unordered_map>
 #include <utility>
 
@@ -93,7 +95,9 @@ struct ArchiveChange::State {
     bool changed = false;
 
     void open_rows();
+    Result<PackedMember> pack(const std::string& file, const std::string& name, const PackOptions& options);
     void add_row(PackedMember member, const std::string& password);
+    void put_row(std::size_t row, PackedMember member, const std::string& password);
     void drop_old(std::size_t member);
     std::int64_t shift() const { return old ? old->directory()->shift : 0; }
     std::uint64_t old_end() const { return old ? old->directory()->begin : 0; }
@@ -120,6 +124,8 @@ Result<ArchiveChange> ArchiveChange::begin(const std::string& path, MakeOutput m
     auto state = std::make_unique<State>(resolved(path));
     state->make_output = std::move(make_output);
     state->identity = identity_of(state->path);
+    // A rename would replace an archive that is write-protected too.
+    if (state->identity && faccessat(AT_FDCWD, state->path.c_str(), W_OK, AT_EACCESS) != 0) return system_error(errno);
     if (state->identity && state->identity->size > 0) {
         Result<Archive> old = Archive::open(state->path);
         if (!old) return old.error();
@@ -151,27 +157,41 @@ void ArchiveChange::State::drop_old(std::size_t member) {
 }
 
 void ArchiveChange::State::add_row(PackedMember member, const std::string& password) {
+    const auto [known, is_new] = last_row.try_emplace(member.name, rows.size());
+    if (is_new) rows.emplace_back();
+    put_row(known->second, std::move(member), password);
+}
+
+/// Makes `row` that of an added member.
+void ArchiveChange::State::put_row(std::size_t row, PackedMember member, const std::string& password) {
     changed = true;
-    const auto known = last_row.find(member.name);
-    if (known == last_row.end()) {
-        last_row[member.name] = rows.size();
-        rows.push_back({{}, std::move(member), password, 0});
-        return;
+    if (rows[row].old_member) drop_old(*rows[row].old_member);
+    rows[row] = {{}, std::move(member), password, 0};
+}
+
+Result<PackedMember> ArchiveChange::State::pack(const std::string& file, const std::string& name,
+                                                const PackOptions& options) {
+    const std::optional<Identity> other = identity_of(file);
+    if (other && identity && other->device == identity->device && other->inode == identity->inode) {
+        return Error{ErrorCode::bad_argument, 0, "an archive can't be put into itself"};
     }
-    Row& row = rows[known->second];
-    if (row.old_member) drop_old(*row.old_member);
-    row = {{}, std::move(member), password, 0};
+    return pack_file(file, name, options, staging);
 }
 
 Status ArchiveChange::add_file(const std::string& file, const std::string& name, const PackOptions& options) {
-    const std::optional<Identity> identity = identity_of(file);
-    if (identity && state_->identity && identity->device == state_->identity->device &&
-        identity->inode == state_->identity->inode) {
-        return Error{ErrorCode::bad_argument, 0, "an archive can't be put into itself"};
-    }
-    Result<PackedMember> packed = pack_file(file, name, options, state_->staging);
+    Result<PackedMember> packed = state_->pack(file, name, options);
     if (!packed) return packed.error();
     state_->add_row(std::move(*packed), options.password);
+    return Done{};
+}
+
+Status ArchiveChange::replace(std::size_t member, const std::string& file, const PackOptions& options) {
+    const std::vector<Row>& rows = state_->rows;
+    const auto row = std::find_if(rows.begin(), rows.end(), [&](const Row& r) { return r.old_member == member; });
+    if (row == rows.end()) return Error{ErrorCode::bad_argument, 0, "the archive has no such member"};
+    Result<PackedMember> packed = state_->pack(file, row->name(state_->old), options);
+    if (!packed) return packed.error();
+    state_->put_row(static_cast<std::size_t>(row - rows.begin()), std::move(*packed), options.password);
     return Done{};
 }
 

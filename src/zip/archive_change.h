@@ -44,7 +44,7 @@ class ArchiveChange {
   public:
     /// Opens the archive at `path`, or begins a new one where there is no file or an empty one. A link is followed, so
     /// that the file it leads to is changed. Fails with `bad_input` for what is no archive, with `unsupported` for a
-    /// damaged one: it could only be changed by guessing.
+    /// damaged one: it could only be changed by guessing. Fails with `access` for a write-protected one.
     static Result<ArchiveChange> begin(const std::string& path, MakeOutput make_output = output_beside);
 
     ArchiveChange(ArchiveChange&&) noexcept;
@@ -53,6 +53,8 @@ class ArchiveChange {
 
     /// Compresses the file at `file` to become the member `name`, instead of the last one of exactly that name.
     Status add_file(const std::string& file, const std::string& name, const PackOptions& options);
+    /// Compresses the file at `file` to take the place and the name of a member of the old archive, told by its number.
+    Status replace(std::size_t member, const std::string& file, const PackOptions& options);
     /// Adds the directory `name` (no slash at its end) unless it is there.
     Status add_directory(const std::string& name, std::time_t modified);
 

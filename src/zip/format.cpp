@@ -63,6 +63,29 @@ void apply_zip64(Header& header, bool central) {
     if (header.disk == in_zip64_16 && field->size() >= at + 4) header.disk = get32(*field, at);
 }
 
+/// What both kinds of header have: the fields from `version needed` on, which begin `shared_at` bytes into the header,
+/// and the name and the extra fields behind its `fixed_size` bytes. Nullopt where it does not stand at `at` so far.
+std::optional<Header> parse_shared(std::string_view bytes, std::uint64_t at, std::uint32_t signature,
+                                   std::uint64_t shared_at, std::size_t fixed_size) {
+    if (get32(bytes, at) != signature || bytes.size() - at < fixed_size) return std::nullopt;
+    const std::uint64_t shared = at + shared_at;
+    Header header;
+    header.version_needed = get16(bytes, shared);
+    header.flags = get16(bytes, shared + 2);
+    header.method = get16(bytes, shared + 4);
+    header.dos_time = get32(bytes, shared + 6);
+    header.crc = get32(bytes, shared + 10);
+    header.compressed_size = get32(bytes, shared + 14);
+    header.uncompressed_size = get32(bytes, shared + 18);
+    const std::size_t name_size = get16(bytes, shared + 22);
+    const std::size_t extra_size = get16(bytes, shared + 24);
+    header.size = fixed_size + name_size + extra_size;
+    if (bytes.size() - at < header.size) return std::nullopt;
+    header.name = bytes.substr(at + fixed_size, name_size);
+    header.extra = bytes.substr(at + fixed_size + name_size, extra_size);
+    return header;
+}
+
 }  // namespace
 
 std::string method_name(std::uint16_t method) {
@@ -110,48 +133,22 @@ std::optional<std::string_view> extra_field(std::string_view extra, std::uint16_
 }
 
 std::optional<Header> parse_local_header(std::string_view bytes, std::uint64_t at) {
-    if (get32(bytes, at) != local_signature || bytes.size() - at < local_header_size) return std::nullopt;
-    Header header;
-    header.version_needed = get16(bytes, at + 4);
-    header.flags = get16(bytes, at + 6);
-    header.method = get16(bytes, at + 8);
-    header.dos_time = get32(bytes, at + 10);
-    header.crc = get32(bytes, at + 14);
-    header.compressed_size = get32(bytes, at + 18);
-    header.uncompressed_size = get32(bytes, at + 22);
-    const std::size_t name_size = get16(bytes, at + 26);
-    const std::size_t extra_size = get16(bytes, at + 28);
-    header.size = local_header_size + name_size + extra_size;
-    if (bytes.size() - at < header.size) return std::nullopt;
-    header.name = bytes.substr(at + local_header_size, name_size);
-    header.extra = bytes.substr(at + local_header_size + name_size, extra_size);
-    apply_zip64(header, false);
+    constexpr std::uint64_t shared_at = 4;
+    std::optional<Header> header = parse_shared(bytes, at, local_signature, shared_at, local_header_size);
+    if (header) apply_zip64(*header, false);
     return header;
 }
 
 std::optional<Header> parse_central_header(std::string_view bytes, std::uint64_t at) {
-    if (get32(bytes, at) != central_signature || bytes.size() - at < central_header_size) return std::nullopt;
-    Header header;
-    header.made_by = get16(bytes, at + 4);
-    header.version_needed = get16(bytes, at + 6);
-    header.flags = get16(bytes, at + 8);
-    header.method = get16(bytes, at + 10);
-    header.dos_time = get32(bytes, at + 12);
-    header.crc = get32(bytes, at + 16);
-    header.compressed_size = get32(bytes, at + 20);
-    header.uncompressed_size = get32(bytes, at + 24);
-    const std::size_t name_size = get16(bytes, at + 28);
-    const std::size_t extra_size = get16(bytes, at + 30);
-    const std::size_t comment_size = get16(bytes, at + 32);
-    header.disk = get16(bytes, at + 34);
-    header.external_attributes = get32(bytes, at + 38);
-    header.local_offset = get32(bytes, at + 42);
-    const std::size_t without_comment = central_header_size + name_size + extra_size;
-    if (bytes.size() - at < without_comment) return std::nullopt;
-    header.size = without_comment + comment_size;
-    header.name = bytes.substr(at + central_header_size, name_size);
-    header.extra = bytes.substr(at + central_header_size + name_size, extra_size);
-    apply_zip64(header, true);
+    constexpr std::uint64_t shared_at = 6;
+    std::optional<Header> header = parse_shared(bytes, at, central_signature, shared_at, central_header_size);
+    if (!header) return header;
+    header->made_by = get16(bytes, at + 4);
+    header->size += get16(bytes, at + 32);  // the comment
+    header->disk = get16(bytes, at + 34);
+    header->external_attributes = get32(bytes, at + 38);
+    header->local_offset = get32(bytes, at + 42);
+    apply_zip64(*header, true);
     return header;
 }
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <string_view>
 #include <sys/stat.h>
 #include <utility>
@@ -58,6 +59,12 @@ std::int32_t attributes_of(const Member& member) {
     return attributes;
 }
 
+/// A size of a header, which can state more than any file has.
+std::int64_t stated(std::uint64_t size) {
+    constexpr std::uint64_t most = std::numeric_limits<std::int64_t>::max();
+    return static_cast<std::int64_t>(std::min(size, most));
+}
+
 }  // namespace
 
 /// What tells whether a file has changed.
@@ -105,11 +112,11 @@ Status ZipLibrary::add_items(ArchiveChange& change, const ZipCommand& command, c
     options.level = command.compressionLevel;
     if (command.usePassword == flag_on) options.password = strings.password;
     for (const ZipItem& item : strings.itemList) {
-        std::string name = item.stored_as;
-        if (name.empty()) {
-            name = command.noDirectoryNames == flag_off ? member_name_of(item.name) : files::name_of(item.name);
-        }
-        if (Status added = change.add_file(item.name, name, options); !added) return added;
+        const std::string name =
+            command.noDirectoryNames == flag_off ? member_name_of(item.name) : files::name_of(item.name);
+        const Status added =
+            item.number ? change.replace(*item.number, item.name, options) : change.add_file(item.name, name, options);
+        if (!added) return added;
     }
     return Done{};
 }
@@ -181,8 +188,8 @@ std::int16_t ZipLibrary::tell_member(std::size_t number, ZipItemInfo& info) {
     const Member& member = opened_->archive.members()[number];
     const MemberPath& path = opened_->paths[number];
     info.number = static_cast<std::int64_t>(number);
-    info.uncompressedSize = static_cast<std::int64_t>(member.uncompressed_size);
-    info.compressedSize = static_cast<std::int64_t>(member.compressed_size);
+    info.uncompressedSize = stated(member.uncompressed_size);
+    info.compressedSize = stated(member.compressed_size);
     info.method = member.content_method();
     info.dateTime = date_time_text(member.dos_time);
     info.fileName = path.renamed ? path.path : member.name;
@@ -192,6 +199,7 @@ std::int16_t ZipLibrary::tell_member(std::size_t number, ZipItemInfo& info) {
 
 std::int16_t ZipLibrary::dunzipVB(UnzipCommand& command, UnzipStrings& strings, ZipItemInfo& info, ZipStatusBlock&) {
     error_ = {};
+    if (command.function == unzip_extract) extraction_.clear();
     if (!open(strings.zipFile)) return result_of(error_.code);
     switch (command.function) {
         case unzip_count:
@@ -211,7 +219,6 @@ std::int16_t ZipLibrary::dunzipVB(UnzipCommand& command, UnzipStrings& strings, 
 }
 
 std::int16_t ZipLibrary::extract(const UnzipCommand& command, const UnzipStrings& strings) {
-    extraction_.clear();
     const std::shared_ptr<const OpenedArchive> opened = opened_;
     const std::vector<Member>& members = opened->archive.members();
     std::vector<std::size_t> wanted;

@@ -100,9 +100,8 @@ static_assert(sizeof(ZipStatusBlock) == 16);
 /// An item of a call.
 struct ZipItem {
     std::string name;  ///< adding: a path; else a member's name
-    /// The member of that number is meant, among several of the same name.
+    /// The member of that number is meant, among several of the same name; adding: it is replaced and keeps its name.
     std::optional<std::size_t> number = {};
-    std::string stored_as = {};  ///< adding: the member's name, where it does not come from the path
 };
 
 /// The text record of `dzipVB`.

@@ -99,7 +99,7 @@ Content MemberReader::read(const Member& member, const Sink& sink) {
     if (member.is_aes() || (method != method_stored && method != method_deflated)) {
         read_through_libzip(member, source, meter, content);
     } else if (method == method_stored) {
-        copy_stored(source, meter, content);
+        copy_stored(source, meter);
     } else {
         inflate(member, source, meter, content);
     }
@@ -174,10 +174,9 @@ bool MemberReader::prepare_decryption(const Member& member, Source& source, Cont
     return true;
 }
 
-void MemberReader::copy_stored(Source& source, Meter& meter, Content&) {
+void MemberReader::copy_stored(Source& source, Meter& meter) {
     while (!source.data.empty() && meter.take(source.next())) {
     }
-    source.ended = source.data.empty();
 }
 
 void MemberReader::inflate(const Member& member, Source& source, Meter& meter, Content& content) {
@@ -293,7 +292,11 @@ void MemberReader::judge(const Member& member, const Source& source, const Meter
         // The numbers behind a stream that ended by itself, if they are there.
         const bool marked = get32(source.data, 0) == descriptor_signature;
         const bool agrees = source.ended && get32(source.data, marked ? 4 : 0) == meter.crc() && meter.size() != 0;
-        if (source.ended) content.fate = agrees ? Fate::verified : Fate::whole;
+        if (source.ended) {
+            content.fate = agrees ? Fate::verified : Fate::whole;
+        } else {
+            tell(content, Grade::damaged, "cut", source.at, "nothing tells where it ends");
+        }
         return;
     }
     if (member.compressed_size >

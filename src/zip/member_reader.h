@@ -56,7 +56,7 @@ class MemberReader {
 
     bool locate(const Member& member, Source& source, Content& content) const;
     bool prepare_decryption(const Member& member, Source& source, Content& content) const;
-    void copy_stored(Source& source, Meter& meter, Content& content);
+    static void copy_stored(Source& source, Meter& meter);
     void inflate(const Member& member, Source& source, Meter& meter, Content& content);
     bool inflate_whole(const Member& member, const Source& source, Meter& meter, Content& content);
     void inflate_in_pieces(Source& source, Meter& meter, Content& content);

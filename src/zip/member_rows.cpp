@@ -1,10 +1,32 @@
 #include "zip/member_rows.h"
 
 #include "text/ascii.h"
+#include "text/utf8.h"
 
+#include <algorithm>
+#include <clocale>
 #include <cmath>
+#include <wctype.h>
 
 namespace quill::zip {
+namespace {
+
+/// The letters of every script, not A to Z alone: rows are looked at, no file is found by them.
+std::string lower_case(std::string_view name) {
+    static const locale_t unicode = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    if (unicode == nullptr || std::all_of(name.begin(), name.end(), [](char c) { return (c & '\x80') == 0; })) {
+        return text::to_lower(name);
+    }
+    const std::string utf8 = text::to_utf8(name);
+    std::string out;
+    for (std::string_view rest = utf8; !rest.empty();) {
+        const auto character = static_cast<wint_t>(text::next_character(rest));
+        text::append_utf8(out, static_cast<char32_t>(towlower_l(character, unicode)));
+    }
+    return out;
+}
+
+}  // namespace
 
 int percent_saved(std::int64_t uncompressed_size, std::int64_t compressed_size) {
     if (uncompressed_size <= 0 || compressed_size >= uncompressed_size) return 0;
@@ -17,7 +39,7 @@ std::string member_row(const ZipItemInfo& info) {
     std::string row = info.dateTime.substr(0, shown_of_time);
     row += '\t' + std::to_string(info.compressedSize) + '\t' + std::to_string(info.uncompressedSize) + '\t';
     row += std::to_string(percent_saved(info.uncompressedSize, info.compressedSize)) + "%\t";
-    return row + text::to_lower(std::string_view(info.fileName).substr(0, info.fileName.find('\0')));
+    return row + lower_case(std::string_view(info.fileName).substr(0, info.fileName.find('\0')));
 }
 
 std::string name_in_row(std::string_view row) {

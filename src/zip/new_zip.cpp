@@ -8,6 +8,7 @@
 #include "shell/main_window.h"
 #include "shell/routes.h"
 #include "text/ascii.h"
+#include "text/utf8.h"
 #include "zip/member_rows.h"
 #include "zip/safe_tree.h"
 
@@ -55,8 +56,8 @@ void NewZIP::status(int percent, const std::string& text) const {
     if (ZipStatus) ZipStatus(0, percent, text);
 }
 
-/// The part that all additions share. `password` stands in for ZipPassword where it is given.
-std::int16_t NewZIP::call_add(std::vector<ZipItem> items, bool keep_paths, std::optional<std::string> password) {
+/// The part that all additions share. `password` goes before ZipPassword where it is given.
+std::int16_t NewZIP::call_add(std::vector<ZipItem> items, bool keep_paths, const std::string& password) {
     ZipCommand command;
     InitZipRecord(command);
     zip_strings_.zipFile = archive_path();
@@ -65,23 +66,23 @@ std::int16_t NewZIP::call_add(std::vector<ZipItem> items, bool keep_paths, std::
     command.function = zip_add;
     status(0, "Adding " + std::to_string(items.size()) + "Item(s)");
     zip_strings_.itemList = std::move(items);
-    if (!password && !context_.session.ZipPassword.empty()) PasswordOn = -1;
+    if (!context_.session.ZipPassword.empty()) PasswordOn = -1;
     command.usePassword = PasswordOn;
-    if (PasswordOn == -1) zip_strings_.password = password.value_or(context_.session.ZipPassword);
+    if (PasswordOn == -1) zip_strings_.password = password.empty() ? context_.session.ZipPassword : password;
     return library_.dzipVB(command, zip_strings_, status_block_);
 }
 
 std::int16_t NewZIP::AddWizardItem(bool keep_paths) {
     std::vector<ZipItem> items;
     for (const std::string& path : context_.windows.load<shell::swit>().List4.items()) items.push_back({path});
-    return call_add(std::move(items), keep_paths, {});
+    return call_add(std::move(items), keep_paths);
 }
 
 std::int16_t NewZIP::AddBookItems(const controls::ListBox& pages, const controls::ListBox& chosen, bool keep_paths) {
     if (chosen.count() == 0) return library_success;
     std::vector<ZipItem> items;
     for (const std::string& path : pages.items()) items.push_back({path});
-    return call_add(std::move(items), keep_paths, {});
+    return call_add(std::move(items), keep_paths);
 }
 
 void NewZIP::AddChosenFiles(ArchiveView view) {
@@ -91,7 +92,7 @@ void NewZIP::AddChosenFiles(ArchiveView view) {
             items.push_back({files::join(chooser->Dir1.path, chooser->File1.items().at(row))});
         }
     }
-    if (call_add(items, false, {}) == library_success) copy_to_work_dir(items);
+    if (call_add(items, false) == library_success) copy_to_work_dir(items);
     ListContents(view);
     enter_archive_directory(view);
     context_.windows.unload<encoder::cmdg>();
@@ -99,37 +100,46 @@ void NewZIP::AddChosenFiles(ArchiveView view) {
 
 /// A file that was added stands beside those that were extracted. One that can't be copied is passed over.
 void NewZIP::copy_to_work_dir(const std::vector<ZipItem>& items) {
+    const std::shared_ptr<const OpenedArchive> opened = library_.open(archive_path());
+    if (!opened) return;
+    const std::vector<Member>& members = opened->archive.members();
+    copies_.resize(members.size());
     for (const ZipItem& item : items) {
-        const std::string name = files::name_of(item.name);
-        const std::string target = path_in_work_dir(name);
-        if (target == item.name || target == archive_path()) continue;
-        const Result<files::MappedFile> source = files::MappedFile::open(item.name);
-        Result<files::AtomicFile> copy = files::AtomicFile::create(target);
-        if (!source || !copy) continue;
-        copy->write(source->bytes());
-        if (copy->publish(files::OnCollision::replace)) {
-            const std::shared_ptr<const OpenedArchive> opened = library_.open(archive_path());
-            if (!opened) continue;
-            const std::vector<Member>& members = opened->archive.members();
-            extracted_.resize(members.size());
-            for (std::size_t i = 0; i < members.size(); ++i) {
-                if (members[i].name == name) extracted_[i] = name;
-            }
-        }
+        const std::string name = text::to_utf8(files::name_of(item.name));
+        const auto added =
+            std::find_if(members.rbegin(), members.rend(), [&](const Member& member) { return member.name == name; });
+        if (added == members.rend()) continue;
+        const auto row = static_cast<std::size_t>(members.rend() - added) - 1;
+        const std::string& path = opened->paths[row].path;
+        if (put_copy(item.name, path_in_work_dir(path))) copies_[row] = {name, path};
     }
 }
 
+/// Returns whether `target` is now `file` or a copy of it. The archive itself is not written over.
+bool NewZIP::put_copy(const std::string& file, const std::string& target) const {
+    if (files::same_file(target, file)) return true;
+    if (files::same_file(target, archive_path())) return false;
+    const Result<files::MappedFile> source = files::MappedFile::open(file);
+    Result<files::AtomicFile> copy = files::AtomicFile::create(target);
+    if (!source || !copy) return false;
+    copy->write(source->bytes());
+    return copy->publish(files::OnCollision::replace).ok();
+}
+
+/// `Label21` may show the archive's path in lower case.
 void NewZIP::enter_archive_directory(ArchiveView view) {
-    files::change_directory(files::dir_of(view.Label21.text));
+    const std::string path = archive_path();
+    const bool is_shown = text::equal_ignoring_case(view.Label21.text, path);
+    files::change_directory(files::dir_of(is_shown ? path : view.Label21.text));
 }
 
 void NewZIP::SaveChangedFile(ArchiveView view, std::optional<std::size_t> row, const std::string& password) {
     const std::shared_ptr<const OpenedArchive> opened = row ? library_.open(archive_path()) : nullptr;
     std::int16_t result = library_bad_call;
-    if (opened && *row < opened->archive.members().size() && !extracted_name(*row).empty()) {
-        ZipItem item{path_in_work_dir(extracted_name(*row))};
-        item.stored_as = opened->archive.members()[*row].name;
-        result = call_add({item}, false, password);
+    if (opened) {
+        forget_copies_of_others();
+        const std::string copy = extracted_name(*row);
+        if (!copy.empty()) result = call_add({{path_in_work_dir(copy), *row}}, false, password);
     }
     if (result != library_success) {
         context_.platform.message(save_failed);
@@ -137,6 +147,17 @@ void NewZIP::SaveChangedFile(ArchiveView view, std::optional<std::size_t> row, c
     }
     ListContents(view);
     enter_archive_directory(view);
+}
+
+/// Rows whose members are no longer those that were extracted have no copies: another program has changed the archive.
+void NewZIP::forget_copies_of_others() {
+    const std::shared_ptr<const OpenedArchive> opened = library_.open(archive_path());
+    if (!opened) return;
+    const std::vector<Member>& members = opened->archive.members();
+    copies_.resize(members.size());
+    for (std::size_t row = 0; row < members.size(); ++row) {
+        if (copies_[row].member != members[row].name) copies_[row] = {};
+    }
 }
 
 void NewZIP::DeleteSelectedItems(ArchiveView view) {
@@ -164,8 +185,8 @@ void NewZIP::DeleteSelectedItems(ArchiveView view) {
     status(100, result == library_success ? std::string() : library_error_text(result));
     if (result == library_success) {
         for (auto item = deleted.rbegin(); item != deleted.rend(); ++item) {
-            if (*item->number < extracted_.size()) {
-                extracted_.erase(extracted_.begin() + static_cast<std::ptrdiff_t>(*item->number));
+            if (*item->number < copies_.size()) {
+                copies_.erase(copies_.begin() + static_cast<std::ptrdiff_t>(*item->number));
             }
         }
     }
@@ -209,7 +230,9 @@ bool NewZIP::ListContents(ArchiveView view) {
     }
     Listing listing = read_listing();
     if (!listing.cleared) return false;
+    forget_copies_of_others();
     const std::size_t count = listing.rows.size();
+    view.List1.clear();  // its selection too
     view.List1.assign(std::move(listing.rows));
     if (count != 0) {
         view.Label20.text = grouped(listing.total);
@@ -247,7 +270,7 @@ void NewZIP::remove_old_copies(std::size_t rows) {
     for (std::size_t row = 0; row < rows && row < opened->paths.size(); ++row) {
         if (opened->archive.members()[row].is_directory()) continue;
         const std::string& path = opened->paths[row].path;
-        if (path_in_work_dir(path) == archive_path()) continue;
+        if (files::same_file(path_in_work_dir(path), archive_path())) continue;
         const Result<std::string> directory = tree->enter(files::dir_of(path));
         if (directory) files::remove_file(files::join(*directory, files::name_of(path)));
     }
@@ -287,15 +310,20 @@ void NewZIP::ExtractSelected(ArchiveView view) {
     };
     library_.dunzipVB(unzip_command_, unzip_strings_, item_info_, status_block_);
     library_.progress = {};
-    extracted_.assign(rows, {});
-    for (const MemberResult& result : library_.last_extraction()) extracted_.at(result.member) = result.path;
+    copies_.assign(rows, {});
+    const std::shared_ptr<const OpenedArchive> opened = library_.open(archive_path());
+    for (const MemberResult& result : library_.last_extraction()) {
+        if (opened && result.member < opened->archive.members().size()) {
+            copies_.at(result.member) = {opened->archive.members()[result.member].name, result.path};
+        }
+    }
     show_progress(view, {rows, rows, 1, 1});
     status(100, {});
     files::change_directory(context_.session.WorkDir);
 }
 
 std::string NewZIP::extracted_name(std::size_t row) const {
-    return row < extracted_.size() ? extracted_[row] : std::string();
+    return row < copies_.size() ? copies_[row].path : std::string();
 }
 
 void provide_contents(shell::Context& context, NewZIP& new_zip) {
@@ -305,6 +333,7 @@ void provide_contents(shell::Context& context, NewZIP& new_zip) {
         new_zip.ReportContents(unseen);
     };
     context.routes.show_contents = [&context, &new_zip] {
+        context.windows.unload<Form1>();  // what it shows is of another archive
         auto& window = context.windows.load<Form1>(context);
         new_zip.ReportContents(window);
         window.caption = context.session.SelectedFile;

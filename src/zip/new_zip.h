@@ -42,13 +42,14 @@ class NewZIP {
     std::int16_t AddBookItems(const controls::ListBox& pages, const controls::ListBox& chosen, bool keep_paths);
     /// Adds the files selected in the chooser, copies them to WorkDir, lists the archive anew and unloads the chooser.
     void AddChosenFiles(ArchiveView view);
-    /// Puts WorkDir's copy of member number `row` back into the archive. `password` is used where one was used before.
+    /// Puts WorkDir's copy of member number `row` back into the archive. `password` is used where one was used before;
+    /// an empty one is the one that was.
     void SaveChangedFile(ArchiveView view, std::optional<std::size_t> row, const std::string& password);
     void DeleteSelectedItems(ArchiveView view);
     /// Extracts all members into WorkDir and makes it the current directory. Shows its progress on the main window.
     void ExtractSelected(ArchiveView view);
 
-    /// Where the copy of member number `row` is, below WorkDir, as ExtractSelected left it; empty where there is none.
+    /// Where the copy of member number `row` is, below WorkDir; empty where there is none.
     std::string extracted_name(std::size_t row) const;
 
     /// Between these two, additions are written together; the first operation of another kind ends it too.
@@ -70,15 +71,23 @@ class NewZIP {
         bool encrypted = false;
     };
 
+    /// A member's copy in WorkDir.
+    struct Copy {
+        std::string member;  ///< its name in the archive
+        std::string path;    ///< below WorkDir
+    };
+
     void InitZipRecord(ZipCommand& record);
     void InitUnzipRecord(UnzipCommand& record);
     std::string archive_path() const;
     std::string path_in_work_dir(const std::string& name) const;
     void status(int percent, const std::string& text) const;
-    std::int16_t call_add(std::vector<ZipItem> items, bool keep_paths, std::optional<std::string> password);
+    std::int16_t call_add(std::vector<ZipItem> items, bool keep_paths, const std::string& password = {});
     Listing read_listing();
     void enter_archive_directory(ArchiveView view);
     void copy_to_work_dir(const std::vector<ZipItem>& items);
+    bool put_copy(const std::string& file, const std::string& target) const;
+    void forget_copies_of_others();
     void remove_old_copies(std::size_t rows);
     void show_progress(ArchiveView view, const Progress& progress);
 
@@ -91,7 +100,7 @@ class NewZIP {
     ZipItemInfo item_info_;
     ZipStatusBlock status_block_;
     std::int16_t PasswordOn = 0;
-    std::vector<std::string> extracted_;  // by member number
+    std::vector<Copy> copies_;  // by member number
 };
 
 /// Fills the main window's routes that list archives: the contents window and the test for encrypted members.

@@ -7,6 +7,7 @@
 #include <csignal>
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -201,6 +202,36 @@ TEST(ArchiveChange, RefusesWhatItCouldOnlyGuess) {
     EXPECT_FALSE(change->add_file(dir.path("missing"), "missing", {}).ok());
     EXPECT_FALSE(change->add_file(dir.path(), "dir", {}).ok());
     EXPECT_FALSE(change->remove({0, 4}).ok());
+}
+
+TEST(ArchiveChange, OfTwoMembersOfANameTheOneMeantIsReplaced) {
+    const TemporaryDirectory dir;
+    dir.write("a.zip", ArchiveBuilder().add("same", "first").add("b", "x").add("same", "second").finish());
+    dir.write("n", "new");
+    Result<ArchiveChange> change = ArchiveChange::begin(dir.path("a.zip"));
+    ASSERT_TRUE(change.ok() && change->replace(0, dir.path("n"), {}).ok());
+    EXPECT_FALSE(change->replace(0, dir.path("n"), {}).ok());  // no longer a member of the old archive
+    EXPECT_FALSE(change->replace(3, dir.path("n"), {}).ok());
+    ASSERT_TRUE(change->finish().ok());
+    EXPECT_THAT(contents(dir.path("a.zip")),
+                ElementsAre(member("same", "new"), member("b", "x"), member("same", "second")));
+}
+
+TEST(ArchiveChange, AWriteProtectedArchiveIsNotReplaced) {
+    const TemporaryDirectory dir;
+    dir.write("a.zip", old_archive());
+    ASSERT_EQ(chmod(dir.path("a.zip").c_str(), 0444), 0);
+    ASSERT_EQ(chmod(dir.path().c_str(), 0777), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        constexpr uid_t nobody = 65534;
+        if (geteuid() == 0 && setuid(nobody) != 0) _exit(2);  // whom protection does not stop
+        const Result<ArchiveChange> change = ArchiveChange::begin(dir.path("a.zip"));
+        _exit(!change && change.error().code == ErrorCode::access ? 0 : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
 }
 
 TEST(ArchiveChange, AnArchiveChangedByAnotherMeanwhileIsLeftAlone) {

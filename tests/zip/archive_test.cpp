@@ -107,6 +107,15 @@ TEST(Archive, ACutFileGivesItsLastMemberAsFarAsItGoes) {
     EXPECT_EQ(content(*archive, 1, Fate::damaged), "second");
 }
 
+TEST(Archive, AStoredMemberCutBeforeItsSizeIsToldIsDamaged) {
+    const std::string members = ArchiveBuilder().add("a.txt", "some content", {.silent_local = true}).members();
+    constexpr std::size_t descriptor_and_more = 16 + 4;
+    const Result<Archive> archive =
+        Archive::parse(std::string_view(members).substr(0, members.size() - descriptor_and_more));
+    ASSERT_TRUE(archive.ok());
+    EXPECT_EQ(content(*archive, 0, Fate::damaged), "some con");
+}
+
 TEST(Archive, AnArchiveInsideAMemberIsNotTakenForTheCutOneAroundIt) {
     const std::string inner = ArchiveBuilder().add("inner.txt", "in").finish();
     const std::string outer = ArchiveBuilder().add("inner.zip", inner).add("b.txt", "out").members();

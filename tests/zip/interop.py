@@ -124,6 +124,17 @@ class Interop(unittest.TestCase):
             self.assertNotIn("sub/deep/large.txt", archive.namelist())
             self.assertTrue(archive.comment.startswith(b"a line of text"))
 
+    def test_adds_nothing_of_its_own(self):
+        with open("in/noise", "wb") as file:
+            file.write(random.Random(2).randbytes(34 << 20))  # more than waits in memory
+        os.chdir("in")
+        run(QUILL, "zip", "add", "a.zip", "noise", ".")
+        self.assertEqual(sorted(m["name"] for m in json.loads(run(QUILL, "zip", "list", "--json", "a.zip")) if not m["directory"]),
+                         sorted([*self.files, "noise"]))
+        run(QUILL, "zip", "add", "a.zip", ".")
+        run(QUILL, "zip", "add", "a.zip", "a.zip", status=3)
+        run("unzip", "-tq", "a.zip")
+
     def test_statuses_and_json(self):
         run(QUILL, "zip", "add", "a.zip", "in")
         listed = json.loads(run(QUILL, "zip", "list", "--json", "a.zip", "in/sub"))

@@ -4,6 +4,7 @@
 #include "zip/archive_builder.h"
 
 #include <gmock/gmock.h>
+#include <limits>
 
 namespace quill::zip {
 namespace {
@@ -59,6 +60,31 @@ TEST(ZipLibrary, CountsAndTellsMembersInTheirOrder) {
     EXPECT_EQ(caller.unzip_function(unzip_next), library_no_more_members);
     caller.unzip.itemIndex = 3;
     EXPECT_EQ(caller.unzip_function(unzip_member), library_no_more_members);
+}
+
+TEST(ZipLibrary, ASizeBeyondAllFilesIsTheGreatestThereIs) {
+    const TemporaryDirectory dir;
+    std::string extra;
+    put16(extra, extra_zip64);
+    put16(extra, 8);
+    put64(extra, 0xFFFFFFFFFFFFFFFF);
+    Caller caller(
+        dir.write("a.zip", ArchiveBuilder().add("a", "x", {.stated_size = 0xFFFFFFFF, .extra = extra}).finish()));
+    ASSERT_EQ(caller.unzip_function(unzip_count), library_success);
+    ASSERT_EQ(caller.unzip_function(unzip_next), library_success);
+    EXPECT_EQ(caller.info.uncompressedSize, std::numeric_limits<std::int64_t>::max());
+}
+
+TEST(ZipLibrary, AnExtractionThatFailsHasNoResults) {
+    const TemporaryDirectory dir;
+    Caller caller(dir.write("a.zip", ArchiveBuilder().add("a", "1").finish()));
+    caller.unzip_strings.destinationDir = dir.make_directory("into");
+    caller.unzip_strings.itemList = {{"a"}};
+    ASSERT_EQ(caller.unzip_function(unzip_extract), library_success);
+    EXPECT_EQ(caller.library.last_extraction().size(), 1U);
+    caller.unzip_strings.zipFile = dir.path("none.zip");
+    EXPECT_EQ(caller.unzip_function(unzip_extract), library_not_found);
+    EXPECT_TRUE(caller.library.last_extraction().empty());
 }
 
 TEST(ZipLibrary, ReadsAnUnchangedArchiveOnce) {

@@ -3,9 +3,11 @@
 #include "encoder/file_chooser.h"
 #include "support/program.h"
 #include "support/temporary_directory.h"
+#include "text/ascii.h"
 #include "zip/archive_builder.h"
 #include "zip/member_rows.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <set>
@@ -38,6 +40,16 @@ struct ZipProgram : tests::Program {
         List1.selected = 0;
         zip.ExtractSelected(view());
     }
+    /// Puts a new file into the directory `from` and adds it.
+    void add_by_chooser(const std::string& name, const std::string& content) {
+        dir.write("from/" + name, content);
+        auto& chooser = windows.load<encoder::cmdg>(context);
+        chooser.Dir1.path = dir.path("from");
+        chooser.File1.set_directory(dir.path("from"));
+        const auto& files = chooser.File1.items();
+        chooser.File1.selected = std::find(files.begin(), files.end(), name) - files.begin();
+        zip.AddChosenFiles(view());
+    }
     std::vector<std::string> names() {
         std::vector<std::string> out;
         for (const std::string& row : List1.items()) out.push_back(name_in_row(row));
@@ -52,6 +64,8 @@ TEST(MemberRow, HasFiveColumns) {
     info.fileName = std::string("Some Name.TXT\0rest", 18);
     EXPECT_EQ(member_row(info), "01/01/99 09:09\t25\t100\t75%\tsome name.txt");
     EXPECT_EQ(name_in_row(member_row(info)), "some name.txt");
+    info.fileName = "GR\xC3\x9C\xC3\x9F\xC3\x84 \xD0\x98.TXT";
+    EXPECT_EQ(name_in_row(member_row(info)), "gr\xC3\xBC\xC3\x9F\xC3\xA4 \xD0\xB8.txt");
 }
 
 TEST(MemberRow, PercentGoesToTheNearestEvenOnTies) {
@@ -125,6 +139,17 @@ TEST(NewZip, ExtractingBesideTheArchiveNeverReplacesIt) {
     EXPECT_EQ(p.zip.extracted_name(0), "a (2).zip");
 }
 
+TEST(NewZip, TheArchiveIsKnownByALinkToItsDirectoryToo) {
+    ZipProgram p(ArchiveBuilder().add("a.zip", "a member of the archive's own name").finish());
+    std::filesystem::create_directory_symlink(p.dir.path(), p.dir.path("link"));
+    p.session.WorkDir = p.dir.path("link");
+    p.open();
+    EXPECT_EQ(p.zip.extracted_name(0), "a (2).zip");
+    p.add_by_chooser("a.zip", "another file of that name");
+    EXPECT_THAT(p.names(), ElementsAre("a.zip"));  // the archive has not become a file that was added to it
+    EXPECT_EQ(p.zip.extracted_name(0), "a (2).zip");
+}
+
 TEST(NewZip, DeletesTheSelectedRowAlone) {
     ZipProgram p(ArchiveBuilder().add("same", "1").add("same", "2").add("other", "3").finish());
     p.open();
@@ -133,7 +158,7 @@ TEST(NewZip, DeletesTheSelectedRowAlone) {
     EXPECT_THAT(p.names(), ElementsAre("same", "other"));
     EXPECT_EQ(p.zip.extracted_name(1), "other");
     EXPECT_TRUE(p.dir.has("work/same (2)"));  // the copy of a deleted member stays
-    p.List1.selected.reset();
+    EXPECT_FALSE(p.List1.selected.has_value());
     p.zip.DeleteSelectedItems(p.view());
     EXPECT_EQ(p.List1.count(), 2U);
 }
@@ -145,6 +170,45 @@ TEST(NewZip, AnArchiveChangedBehindTheWindowLosesNoWrongMember) {
     p.List1.selected = 0;
     p.zip.DeleteSelectedItems(p.view());
     EXPECT_THAT(p.names(), ElementsAre("precious", "a"));
+    EXPECT_EQ(p.zip.extracted_name(0), "");
+}
+
+TEST(NewZip, AnArchiveChangedBehindTheWindowTakesNoChangedFileIntoAnotherMember) {
+    ZipProgram p(ArchiveBuilder().add("a", "1").finish());
+    p.open();
+    const std::string theirs = ArchiveBuilder().add("precious", "0").add("a", "1").finish();
+    p.dir.write("a.zip", theirs);
+    p.platform.expect_message("No file was select to save changes to");
+    p.zip.SaveChangedFile(p.view(), 0, {});
+    EXPECT_EQ(p.dir.read("a.zip"), theirs);
+}
+
+TEST(NewZip, SavesAChangedFileInItsOwnPlaceAmongMembersOfItsName) {
+    ZipProgram p(ArchiveBuilder().add("same", "1").add("same", "2").finish());
+    p.open();
+    p.dir.write("work/same", "changed");
+    p.zip.SaveChangedFile(p.view(), 0, {});
+    p.List1.selected = 0;
+    p.zip.ExtractSelected(p.view());
+    EXPECT_EQ(p.work("same"), "changed");
+    EXPECT_EQ(p.work("same (2)"), "2");
+}
+
+TEST(NewZip, ALockedMemberIsNotSavedInTheClear) {
+    ZipProgram p(ArchiveBuilder().finish());
+    p.session.ZipPassword = "secret";
+    p.main_window.List4.assign({p.dir.write("locked", "content")});
+    ASSERT_EQ(p.zip.AddWizardItem(false), library_success);
+    p.open();
+    const struct { const char *typed, *password; } cases[] = {{"", "secret"}, {"another", "another"}};
+    for (const auto& c : cases) {
+        p.zip.SaveChangedFile(p.view(), 0, c.typed);
+        p.session.ZipPassword = c.password;
+        p.List1.selected = 0;
+        p.zip.ExtractSelected(p.view());
+        EXPECT_EQ(p.work("locked"), "content");
+        EXPECT_TRUE(p.zip.library().open(p.dir.path("a.zip"))->archive.members()[0].is_encrypted());
+    }
 }
 
 TEST(NewZip, SavesAChangedFileInItsPlace) {
@@ -163,18 +227,32 @@ TEST(NewZip, SavesAChangedFileInItsPlace) {
 TEST(NewZip, AddsTheChosenFilesAndCopiesThemToWorkDir) {
     ZipProgram p(ArchiveBuilder().add("a", "1").finish());
     p.open();
-    p.dir.write("from/a new file.txt", "new");
     p.dir.write("from/not chosen", "x");
-    auto& chooser = p.windows.load<encoder::cmdg>(p.context);
-    chooser.Dir1.path = p.dir.path("from");
-    chooser.File1.set_directory(p.dir.path("from"));
-    chooser.File1.selected = 0;
-    p.zip.AddChosenFiles(p.view());
+    p.add_by_chooser("a new file.txt", "new");
     EXPECT_THAT(p.names(), ElementsAre("a", "a new file.txt"));
     EXPECT_EQ(p.work("a new file.txt"), "new");
     EXPECT_EQ(p.zip.extracted_name(1), "a new file.txt");
     EXPECT_EQ(p.windows.loaded<encoder::cmdg>(), nullptr);
     EXPECT_EQ(std::filesystem::current_path(), p.dir.path());
+}
+
+TEST(NewZip, AFileAddedOutOfWorkDirIsItsOwnCopy) {
+    ZipProgram p(ArchiveBuilder().add("a", "1").finish());
+    p.session.WorkDir = p.dir.make_directory("from");
+    p.open();
+    p.add_by_chooser("new", "content");
+    EXPECT_EQ(p.zip.extracted_name(1), "new");
+    EXPECT_EQ(p.dir.read("from/new"), "content");
+}
+
+TEST(NewZip, AnArchiveShownInLowerCaseIsFoundAsItIsWritten) {
+    ZipProgram p(ArchiveBuilder().add("a", "1").finish());
+    p.session.SelectedDir = p.dir.make_directory("Letters");
+    std::filesystem::rename(p.dir.path("a.zip"), p.dir.path("Letters/a.zip"));
+    p.Label21.text = text::to_lower(p.dir.path("Letters/a.zip"));
+    p.open();
+    p.zip.SaveChangedFile(p.view(), 0, {});
+    EXPECT_EQ(std::filesystem::current_path(), p.session.SelectedDir);
 }
 
 TEST(NewZip, ThePasswordStaysOnForAdditionsUntilAnExtractionWithoutOne) {
@@ -210,6 +288,11 @@ TEST(ContentsWindow, IsFilledAndEndsAViewOnlyRun) {
     EXPECT_EQ(window->Label1.text, "6");
     EXPECT_EQ(window->Label5.text, "2 items");
     EXPECT_EQ(window->left, (p.platform.width_of_screen - window->width) / 2);
+    p.dir.write("a.zip", "no archive any more, just some words");
+    p.routes.show_contents();
+    window = p.windows.loaded<Form1>();
+    EXPECT_EQ(window->List1.count(), 0U);  // nothing of the one before
+    EXPECT_EQ(window->Label5.text, "");
     EXPECT_TRUE(tests::ends_process([&] { controls::run(window->Command1.click); }));
     EXPECT_EQ(p.windows.loaded<Form1>(), nullptr);
 }
