@@ -1,6 +1,9 @@
 #include "desktop/application.h"
 
+#include "desktop/clear_style.h"
+
 #include <QEvent>
+#include <QStyle>
 
 namespace quill::desktop {
 namespace {
@@ -29,6 +32,7 @@ Application::Application(int& argc, char** argv, EventLoop& events) : QApplicati
     setApplicationName(QStringLiteral("quillbright"));
     setDesktopFileName(QStringLiteral("quillbright"));
     setAttribute(Qt::AA_DontShowIconsInMenus);
+    if (style()->name() == QLatin1String("fusion")) setStyle(new ClearStyle);
 }
 
 bool Application::notify(QObject* receiver, QEvent* event) {

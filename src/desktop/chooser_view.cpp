@@ -3,6 +3,7 @@
 #include "desktop/directory_list.h"
 #include "desktop/file_table.h"
 #include "desktop/shown_text.h"
+#include "files/path.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>
@@ -118,6 +119,13 @@ QWidget* ChooserView::make_path_line() {
     QObject::connect(to_path, &QShortcut::activated, path, [path] {
         path->setFocus();
         path->selectAll();
+    });
+    auto* up = new QShortcut(QKeySequence(Qt::ALT | Qt::Key_Up), &frame());
+    QObject::connect(up, &QShortcut::activated, path, [this] {
+        hand_in([this] {
+            w_.Text1.text = files::dir_of(w_.Dir1.path);
+            controls::run(w_.go.click);
+        });
     });
     auto* go = new QPushButton;
     bind(w_.go, go);

@@ -18,7 +18,9 @@ QWidget* MainWindowView::make_create_panel() {
     QLabel* kind = bind(w_.Label2, text_label(1.5, true));
     on_sync([this, kind] { kind->setVisible(w_.Label2.visible && !w_.Label2.text.empty()); });
     layout->addWidget(kind);
-    layout->addWidget(bind(w_.Label4, text_label(1.1)));
+    QLabel* step = bind(w_.Label4, text_label(1.1));
+    on_sync([this, step] { step->setVisible(w_.Label4.visible && !is_choosing_kind()); });
+    layout->addWidget(step);
 
     auto* choices = new QHBoxLayout;
     choices->setSpacing(space);
@@ -59,8 +61,12 @@ QWidget* MainWindowView::make_directory_page() {
     buttons->addStretch(1);
     buttons->addWidget(bind(w_.Command1, push_button()));
     layout->addLayout(buttons);
-    on_sync([this, page] { page->setVisible(!w_.Frame1.visible && !w_.Frame2.visible); });
+    on_sync([this, page] { page->setVisible(!is_choosing_kind()); });
     return page;
+}
+
+bool MainWindowView::is_choosing_kind() const {
+    return w_.Frame1.visible || w_.Frame2.visible;
 }
 
 }  // namespace quill::desktop

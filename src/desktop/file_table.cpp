@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 #include <QMimeDatabase>
 #include <QMouseEvent>
+#include <QPainter>
 
 #include <algorithm>
 #include <utility>
@@ -127,6 +128,14 @@ void FileTable::sync() {
         setCurrentIndex(model_.index(row, 0));
     }
     syncing_ = false;
+}
+
+void FileTable::paintEvent(QPaintEvent* event) {
+    QTreeView::paintEvent(event);
+    if (model_.rowCount() > 0) return;
+    QPainter painter(viewport());
+    painter.setPen(palette().placeholderText().color());
+    painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap, QStringLiteral("No files here"));
 }
 
 void FileTable::keyPressEvent(QKeyEvent* event) {

@@ -52,6 +52,7 @@ class FileTable final : public QTreeView {
     std::function<void()> acted;
 
   protected:
+    void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
 

@@ -76,6 +76,7 @@ class MainWindowView final : public View {
     QWidget* make_create_panel();
     QWidget* make_choices(controls::Frame& frame, std::vector<controls::Choice*> choices);
     QWidget* make_directory_page();
+    bool is_choosing_kind() const;
 
     shell::swit& w_;
     QStackedWidget* panels_ = nullptr;
