@@ -18,10 +18,6 @@ constexpr std::size_t chunk_size = std::size_t{1} << 20U;
 constexpr std::string_view part_mark = "=ypart beg";
 constexpr std::string_view end_mark = "=yend";
 
-void report(const OnMerge& progress, double of_file, double of_all) {
-    if (progress) progress(of_file, of_all);
-}
-
 double fraction(std::uint64_t done, std::uint64_t total) {
     return total == 0 ? 1.0 : static_cast<double>(done) / static_cast<double>(total);
 }
@@ -37,48 +33,111 @@ unsigned part_number(std::string_view begin_line) {
     return number;
 }
 
-struct Input {
-    std::string path;
-    files::MappedFile file;
+/// The pieces of a merge on their way into the output.
+struct Copy {
+    files::AtomicFile& out;
+    const OnMerge& progress;
+    MergeProgress at;
+
+    bool goes_on(double of_piece) {
+        at.of_piece = of_piece;
+        return !progress || progress(at);
+    }
 };
 
-/// Opens what can be opened; the rest is left out of the merge with the system's reason.
-std::vector<Input> open_all(std::span<const std::string> paths, Merged& merged) {
-    std::vector<Input> inputs;
-    for (const std::string& path : paths) {
-        Result<files::MappedFile> file = files::MappedFile::open(path);
-        if (file) {
-            inputs.push_back({path, std::move(*file)});
-        } else {
-            merged.left_out.push_back({path, file.error().text});
-        }
-    }
-    return inputs;
+Error stopped() {
+    return {ErrorCode::cancelled, 0, "The merge was stopped"};
 }
 
-bool append_lines(const files::MappedFile& file, files::AtomicFile& out, const std::function<void(double)>& progress) {
-    text::Reader reader(file.bytes());
+Error changed_meanwhile(const std::string& path) {
+    return {ErrorCode::io, 0, files::name_of(path) + " changed while it was read"};
+}
+
+void leave_out(Merged& merged, const std::string& path, const Error& error) {
+    merged.left_out.push_back({path, error.text, true});
+}
+
+/// Copies `bytes`, a piece of `file`, line by line, each ended by CR LF.
+Status copy_lines(Copy& copy, const files::MappedFile& file, std::string_view bytes, bool unix_text) {
+    const auto begin = static_cast<std::size_t>(bytes.data() - file.bytes().data());
+    text::Reader reader(bytes, unix_text);
     std::string chunk;
     while (const auto line = reader.line()) {
         text::append_line(chunk, *line);
         if (chunk.size() < chunk_size) continue;
-        if (!out.write(chunk)) return false;
+        if (!copy.out.write(chunk)) return copy.out.error();
         chunk.clear();
-        file.release_before(reader.offset());
-        progress(fraction(reader.offset(), file.bytes().size()));
+        file.release_before(begin + reader.offset());
+        if (!copy.goes_on(fraction(reader.offset(), bytes.size()))) return stopped();
     }
-    return out.write(chunk);
+    if (!copy.out.write(chunk)) return copy.out.error();
+    return Done{};
 }
 
-bool append_bytes(const files::MappedFile& file, std::uint64_t from, std::uint64_t to, files::AtomicFile& out,
-                  const std::function<void(double)>& progress) {
-    const std::string_view bytes = file.bytes();
-    for (std::uint64_t at = from; at < to; at += chunk_size) {
-        if (!out.write(bytes.substr(at, std::min<std::uint64_t>(chunk_size, to - at)))) return false;
-        file.release_before(at);
-        progress(fraction(at, bytes.size()));
+Status copy_bytes(Copy& copy, const files::MappedFile& file, std::string_view bytes) {
+    const auto begin = static_cast<std::size_t>(bytes.data() - file.bytes().data());
+    for (std::size_t at = 0; at < bytes.size(); at += chunk_size) {
+        if (!copy.out.write(bytes.substr(at, chunk_size))) return copy.out.error();
+        file.release_before(begin + at);
+        if (!copy.goes_on(fraction(at, bytes.size()))) return stopped();
     }
-    return true;
+    return Done{};
+}
+
+/// A file of yEnc parts, as it was when they were found.
+struct Post {
+    std::string path;
+    std::size_t size = 0;
+    bool unix_text = false;
+};
+
+struct FoundParts {
+    std::vector<Post> posts;
+    std::vector<YencPart> parts;
+};
+
+/// The parts in those of `paths` that can be read.
+Result<FoundParts> findord(std::span<const std::string> paths, Merged& merged) {
+    FoundParts found;
+    for (const std::string& path : paths) {
+        const Result<files::MappedFile> file = files::MappedFile::open(path);
+        if (!file) {
+            leave_out(merged, path, file.error());
+            continue;
+        }
+        const std::vector<YencPart> parts = find_parts(file->bytes(), found.posts.size());
+        if (parts.empty()) {
+            return Error{ErrorCode::bad_input, 0, files::name_of(path) + " is not a multipart yEnc encoded file."};
+        }
+        found.parts.insert(found.parts.end(), parts.begin(), parts.end());
+        found.posts.push_back({path, file->bytes().size(), text::is_unix_text(file->bytes())});
+    }
+    return found;
+}
+
+/// Says which parts are not in the series, and which numbers of it no part has.
+void tell_gaps(const FoundParts& found, const std::vector<YencPart>& series, Merged& merged) {
+    for (const YencPart& part : found.parts) {
+        const auto same_number = std::lower_bound(series.begin(), series.end(), part.number,
+                                                  [](const YencPart& p, unsigned n) { return p.number < n; });
+        const bool is_double = same_number != series.end() && same_number->number == part.number;
+        if (is_double && same_number->file == part.file && same_number->data == part.data) continue;
+        merged.left_out.push_back(
+            {found.posts[part.file].path, "Part " + std::to_string(part.number) +
+                                              (is_double ? " was found before" : " has no place in the series")});
+    }
+    unsigned number = 1;
+    for (const YencPart& part : series) {
+        for (; number < part.number; ++number) merged.missing.push_back(number);
+        number = part.number + 1;
+    }
+}
+
+/// Whether some of the parts are Unix text and others are not. Joined as they are, the line feeds of the former would
+/// be data.
+bool differ_in_line_ends(const FoundParts& found, const std::vector<YencPart>& series) {
+    const auto is_unix = [&](const YencPart& part) { return found.posts[part.file].unix_text; };
+    return std::any_of(series.begin(), series.end(), is_unix) && !std::all_of(series.begin(), series.end(), is_unix);
 }
 
 /// Where the part's data ends: at the first "=yend" behind `from`, or at the part's end.
@@ -88,25 +147,20 @@ std::uint64_t data_end(std::string_view bytes, const YencPart& part, std::uint64
     return at == std::string_view::npos ? part.end : from + at;
 }
 
-void tell_outsiders(const std::vector<YencPart>& all, const std::vector<YencPart>& series,
-                    const std::vector<Input>& inputs, Merged& merged) {
-    for (const YencPart& part : all) {
-        const bool taken = std::any_of(series.begin(), series.end(),
-                                       [&](const YencPart& p) { return p.file == part.file && p.data == part.data; });
-        if (!taken)
-            merged.left_out.push_back(
-                {inputs[part.file].path, "Part " + std::to_string(part.number) + " has no place in the series"});
-    }
-    const unsigned last = series.empty() ? 0 : series.back().number;
-    for (unsigned number = 1; number < last; ++number) {
-        const bool there =
-            std::any_of(series.begin(), series.end(), [&](const YencPart& p) { return p.number == number; });
-        if (!there) merged.missing.push_back(number);
-    }
-}
-
-Error cut_short(const Input& input) {
-    return {ErrorCode::io, 0, files::name_of(input.path) + " became shorter while it was read"};
+/// Copies a part: the first of a series with its header, the last one with its trailer.
+Status copyPart(Copy& copy, const Post& post, const YencPart& part, bool with_crlf) {
+    const Result<files::MappedFile> file = files::MappedFile::open(post.path);
+    if (!file) return Error{file.error().code, 0, files::name_of(post.path) + ": " + file.error().text};
+    if (file->bytes().size() != post.size) return changed_meanwhile(post.path);
+    const bool first = copy.at.index == 0;
+    const bool lastFile = !first && copy.at.index + 1 == copy.at.count;
+    const std::uint64_t from = first ? part.head : part.data;
+    const std::uint64_t to = lastFile ? part.end : data_end(file->bytes(), part, from);
+    const std::string_view bytes = file->bytes().substr(from, to - from);
+    const Status copied =
+        with_crlf && post.unix_text ? copy_lines(copy, *file, bytes, true) : copy_bytes(copy, *file, bytes);
+    if (!copied) return copied;
+    return file->cut_short() ? Status(changed_meanwhile(post.path)) : Status(Done{});
 }
 
 Result<Merged> finish(files::AtomicFile& out, Merged merged) {
@@ -151,63 +205,59 @@ std::vector<YencPart> ordered(const std::vector<YencPart>& parts, std::size_t mo
 
 Result<Merged> merge_text(std::span<const std::string> paths, const std::string& output, const OnMerge& progress) {
     Merged merged;
-    const std::vector<Input> inputs = open_all(paths, merged);
-    if (inputs.empty()) return Error{ErrorCode::not_found, 0, "None of the files could be read"};
     Result<files::AtomicFile> out = files::AtomicFile::create(output);
     if (!out) return out.error();
-    for (std::size_t i = 0; i < inputs.size(); ++i) {
-        const double of_all = fraction(i, inputs.size() - 1);
-        report(progress, 0, of_all);
-        if (!append_lines(inputs[i].file, *out, [&](double of_file) { report(progress, of_file, of_all); })) {
-            return out->error();
+    Copy copy{*out, progress, {0, paths.size(), 0}};
+    for (; copy.at.index < paths.size(); ++copy.at.index) {
+        const std::string& path = paths[copy.at.index];
+        if (!copy.goes_on(0)) return stopped();
+        const Result<files::MappedFile> file = files::MappedFile::open(path);
+        if (!file) {
+            leave_out(merged, path, file.error());
+            continue;
         }
-        if (inputs[i].file.cut_short()) return cut_short(inputs[i]);
+        const Status copied = copy_lines(copy, *file, file->bytes(), text::is_unix_text(file->bytes()));
+        if (!copied) return copied.error();
+        if (file->cut_short()) return changed_meanwhile(path);
+        ++merged.parts;
     }
-    merged.parts = inputs.size();
+    if (merged.parts == 0) return Error{ErrorCode::not_found, 0, "None of the files could be read"};
     return finish(*out, std::move(merged));
 }
 
 Result<Merged> merge_yenc(std::span<const std::string> paths, const std::string& output, const OnMerge& progress) {
     Merged merged;
-    const std::vector<Input> inputs = open_all(paths, merged);
-    std::vector<YencPart> all;
-    for (std::size_t i = 0; i < inputs.size(); ++i) {
-        const std::vector<YencPart> parts = find_parts(inputs[i].file.bytes(), i);
-        if (parts.empty()) {
-            return Error{ErrorCode::bad_input, 0,
-                         files::name_of(inputs[i].path) + " is not a multipart yEnc encoded file."};
-        }
-        all.insert(all.end(), parts.begin(), parts.end());
-    }
-    const std::vector<YencPart> series = ordered(all, std::max(all.size(), paths.size()));
-    tell_outsiders(all, series, inputs, merged);
-    if (series.empty() || inputs.size() < 2) {
+    const Result<FoundParts> found = findord(paths, merged);
+    if (!found) return found.error();
+    const std::vector<YencPart> series = ordered(found->parts, std::max(found->parts.size(), paths.size()));
+    tell_gaps(*found, series, merged);
+    if (series.empty() || found->posts.size() < 2) {
         return Error{ErrorCode::bad_argument, 0, "Fewer than two of the files are parts of one series"};
     }
 
     Result<files::AtomicFile> out = files::AtomicFile::create(output);
     if (!out) return out.error();
-    for (std::size_t i = 0; i < series.size(); ++i) {
-        const YencPart& part = series[i];
-        const files::MappedFile& file = inputs[part.file].file;
-        const bool last = i > 0 && i + 1 == series.size();
-        const std::uint64_t from = i == 0 ? part.head : part.data;
-        const std::uint64_t to = last ? part.end : data_end(file.bytes(), part, from);
-        const double of_all = fraction(i, series.size() - 1);
-        if (!append_bytes(file, from, to, *out, [&](double of_file) { report(progress, of_file, of_all); })) {
-            return out->error();
-        }
-        if (file.cut_short()) return cut_short(inputs[part.file]);
+    const bool with_crlf = differ_in_line_ends(*found, series);
+    Copy copy{*out, progress, {0, series.size(), 0}};
+    for (; copy.at.index < series.size(); ++copy.at.index) {
+        const YencPart& part = series[copy.at.index];
+        if (!copy.goes_on(0)) return stopped();
+        const Status copied = copyPart(copy, found->posts[part.file], part, with_crlf);
+        if (!copied) return copied.error();
     }
     merged.parts = series.size();
     return finish(*out, std::move(merged));
 }
 
 bool hold_yenc_parts(std::span<const std::string> paths) {
-    Merged unread;
-    const std::vector<Input> inputs = open_all(paths, unread);
-    const auto holds_part = [](const Input& input) { return !find_parts(input.file.bytes(), 0).empty(); };
-    return !inputs.empty() && std::all_of(inputs.begin(), inputs.end(), holds_part);
+    bool any = false;
+    for (const std::string& path : paths) {
+        const Result<files::MappedFile> file = files::MappedFile::open(path);
+        if (!file) continue;
+        if (find_parts(file->bytes(), 0).empty()) return false;
+        any = true;
+    }
+    return any;
 }
 
 }  // namespace quill::encoder

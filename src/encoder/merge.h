@@ -12,13 +12,21 @@
 /// Joining the posts of one long attachment, each saved as a file of its own, into one file.
 namespace quill::encoder {
 
-/// Told the fraction of the work that is done, of the file at hand and of all, both from 0 to 1.
-using OnMerge = std::function<void(double of_file, double of_all)>;
+/// How far a merge has come.
+struct MergeProgress {
+    std::size_t index = 0;  ///< of the piece at hand, from 0
+    std::size_t count = 0;  ///< how many pieces there are: files, or parts of a series
+    double of_piece = 0;    ///< how much of the piece at hand is done, from 0 to 1
+};
 
-/// A file that did not take part, and why.
+/// Told at the beginning of each piece and now and then in it; false stops the merge.
+using OnMerge = std::function<bool(const MergeProgress& progress)>;
+
+/// A file that did not take part, or a part of it, and why.
 struct LeftOut {
     std::string path;
     std::string reason;
+    bool unreadable = false;  ///< the system would not open the file
 };
 
 /// What a merge came to.
@@ -47,14 +55,17 @@ std::vector<YencPart> find_parts(std::string_view post, std::size_t file);
 std::vector<YencPart> ordered(const std::vector<YencPart>& parts, std::size_t most);
 
 /// Joins `paths` line by line, in the order given, each line ended by CR LF, into `output`, which appears or is
-/// replaced only when whole. A file that cannot be read is left out and told; fails when none could be read, or on
-/// writing.
+/// replaced only when whole. A file that cannot be read is left out and told; fails when none could be read, where
+/// `progress` stops it (`cancelled`), or on writing. Only one of the files is open at a time.
 Result<Merged> merge_text(std::span<const std::string> paths, const std::string& output, const OnMerge& progress = {});
 
 /// Joins the yEnc parts in `paths`, whatever their order, into `output`, which appears or is replaced only when whole:
 /// the first part from its file's beginning to its `=yend`, the data alone of those between, and the last one's data to
-/// its end, `=yend` line and all. Fails with `bad_input` where a file holds no part (its name stands in the text),
-/// with `bad_argument` where fewer than two files can be read or no part has a place in the series.
+/// its end, `=yend` line and all. All bytes stay as they are, unless some of the parts are Unix text and others are
+/// not: then the former get CR LF for each LF, so that the whole ends its lines in one way. Fails with `bad_input`
+/// where a file holds no part (its name stands in the text), with `bad_argument` where fewer than two files can be read
+/// or no part has a place in the series, where `progress` stops it (`cancelled`), where a file changes meanwhile, or on
+/// writing. Only one of the files is open at a time.
 Result<Merged> merge_yenc(std::span<const std::string> paths, const std::string& output, const OnMerge& progress = {});
 
 /// Whether each of `paths` that can be read holds a yEnc part, and at least one can be.

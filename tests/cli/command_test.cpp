@@ -1,9 +1,7 @@
-#include "cli/commands.h"
-#include "support/temporary_directory.h"
+#include "cli/command_fixture.h"
 
 #include <algorithm>
 #include <gmock/gmock.h>
-#include <sstream>
 #include <string>
 #include <sys/stat.h>
 #include <vector>
@@ -18,23 +16,7 @@ const std::string cat_post = "From: ada@example.org\n\nbegin 644 cat.txt\n#0V%T\
 const std::string dog_post = "From: ben@example.org\n\nbegin 644 dog.txt\n$1&]G<P``\n`\nend\n";  // "Dogs"
 const std::string cut_post = "From: cleo@example.org\n\nbegin 644 cut.txt\n#0V%T\n";             // no end
 
-/// One call of the program in a directory of its own.
-class Command : public testing::Test {
-  protected:
-    ExitStatus call(const std::vector<std::string>& arguments, const std::string& input = {}) {
-        std::istringstream in(input);
-        std::ostringstream out_stream;
-        std::ostringstream err_stream;
-        const ExitStatus status = run(arguments, {in, out_stream, err_stream});
-        out = out_stream.str();
-        err = err_stream.str();
-        return status;
-    }
-
-    tests::TemporaryDirectory directory;
-    std::string out;
-    std::string err;
-};
+class Command : public CommandTest {};
 
 TEST_F(Command, DecodeWritesBesideTheInput) {
     directory.make_directory("mail");

@@ -1,10 +1,6 @@
-#include "cli/commands.h"
-#include "support/temporary_directory.h"
-
-#include <gtest/gtest.h>
+#include "cli/command_fixture.h"
 
 #include <gmock/gmock.h>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -14,23 +10,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-/// One call of the program in a directory of its own.
-class Encode : public testing::Test {
-  protected:
-    ExitStatus call(const std::vector<std::string>& arguments) {
-        std::istringstream in;
-        std::ostringstream out_stream;
-        std::ostringstream err_stream;
-        const ExitStatus status = run(arguments, {in, out_stream, err_stream});
-        out = out_stream.str();
-        err = err_stream.str();
-        return status;
-    }
-
-    tests::TemporaryDirectory directory;
-    std::string out;
-    std::string err;
-};
+class Encode : public CommandTest {};
 
 TEST_F(Encode, AnOutputStandsBesideItsInput) {
     directory.make_directory("mail");

@@ -2,6 +2,7 @@
 
 import json
 import os
+import resource
 import shutil
 import signal
 import subprocess
@@ -81,6 +82,33 @@ class Program(unittest.TestCase):
         (self.directory / "is there").mkdir()
         done = self.call("decode", "--into", "is there/not", SAMPLES / "pancakes.xxe")
         self.assertEqual((done.returncode, done.stderr), (3, b"quill: is there/not: No such file or directory\n"))
+
+    def test_a_merge_that_breaks_off_leaves_the_older_one(self):
+        (self.directory / "merged.txt").write_text("older")
+        for part in "ab":
+            (self.directory / part).write_bytes(b"x" * 99 + b"\n" + b"y" * 100 * 1000)
+
+        def small_disk():
+            resource.setrlimit(resource.RLIMIT_FSIZE, (150 * 1000, 150 * 1000))
+
+        done = self.call("merge", "a", "b", preexec_fn=small_disk, restore_signals=False)
+        self.assertEqual((done.returncode, done.stderr), (3, b"quill: merged.txt: File too large\n"))
+        self.assertEqual((self.directory / "merged.txt").read_text(), "older")
+        self.assertEqual(sorted(os.listdir(self.directory)), ["a", "b", "merged.txt"])
+
+    def test_more_parts_are_merged_than_files_may_be_open(self):
+        names = [f"part{number:03}" for number in range(1, 101)]
+        for number, name in enumerate(names, 1):
+            (self.directory / name).write_text(
+                f"=ybegin part={number} line=128 size=200 name=x\r\n=ypart begin=1 end=2\r\n{number:03}\r\n=yend\r\n")
+
+        def few_files():
+            resource.setrlimit(resource.RLIMIT_NOFILE, (32, 32))
+
+        for kind in "--yenc", "--text":
+            done = self.call("merge", kind, *reversed(names), preexec_fn=few_files)
+            self.assertEqual((done.returncode, done.stderr), (0, b""))
+            self.assertTrue(done.stdout.endswith(b"\t100 parts\n"))
 
     def test_an_interrupted_run_leaves_nothing_unfinished(self):
         big = self.directory / "big.uue"

@@ -2,6 +2,7 @@
 
 #include "support/temporary_directory.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
 
 namespace quill::encoder {
@@ -63,7 +64,10 @@ TEST_F(Merge, MissingDoubleAndOutlyingPartsAreToldAndTheRestIsJoined) {
     EXPECT_THAT(result->missing, ElementsAre(2U));
     ASSERT_EQ(result->left_out.size(), 2U);
     EXPECT_EQ(result->left_out[0].path, path("again"));
+    EXPECT_EQ(result->left_out[0].reason, "Part 1 was found before");
     EXPECT_EQ(result->left_out[1].path, path("far"));
+    EXPECT_EQ(result->left_out[1].reason, "Part 9 has no place in the series");
+    EXPECT_FALSE(result->left_out[1].unreadable);
 }
 
 TEST_F(Merge, WhatIsNoSeriesLeavesAnOlderMergeAlone) {
@@ -80,6 +84,76 @@ TEST_F(Merge, WhatIsNoSeriesLeavesAnOlderMergeAlone) {
     EXPECT_THAT(dir_.names(), ElementsAre("four", "merged.txt", "one", "plain", "three"));
 }
 
+TEST_F(Merge, PartsOfBothLineEndsBecomeOneTextOfCrLf) {
+    const std::vector<std::string> data = {"A=yA\r\nAAA", "B\r\n\r\nBB=", "CC"};
+    std::string joined = head_ + data[0] + "\r\n" + data[1] + "\r\n" + data[2] + "\r\n=yend size=3 part=3\r\nbye\r\n";
+    for (unsigned unix_parts = 0; unix_parts < 8; ++unix_parts) {
+        std::vector<std::string> paths;
+        for (unsigned i = 0; i < 3; ++i) {
+            std::string text = post(static_cast<int>(i) + 1, data[i], "", "bye\r\n");
+            if ((unix_parts >> i & 1U) != 0) std::erase(text, '\r');
+            paths.push_back(put("part" + std::to_string(i), text));
+        }
+        // Where all agree, every byte stays as it is.
+        if (unix_parts == 7) std::erase(joined, '\r');
+        ASSERT_TRUE(merge_yenc(paths, path("merged.txt")));
+        EXPECT_EQ(merged(), joined) << unix_parts;
+    }
+}
+
+TEST_F(Merge, LineEndsOfAFileThatDropsOutDoNotCount) {
+    std::string unix_one = post(1, "AAA");
+    std::string unix_two = post(2, "BBB");
+    std::erase(unix_one, '\r');
+    std::erase(unix_two, '\r');
+    ASSERT_TRUE(
+        merge_yenc(std::vector{put("a", unix_one), put("z", post(9, "ZZZ")), put("b", unix_two)}, path("merged.txt")));
+    EXPECT_THAT(merged(), ::testing::Not(HasSubstr("\r")));
+}
+
+TEST_F(Merge, ProgressTellsEachPieceAndCanStopIt) {
+    const std::string large(3U << 20U, 'x');
+    const std::vector<std::string> paths = {put("b", post(2, large)), put("a", post(1, "AAA"))};
+    put("merged.txt", "older");
+    std::vector<std::size_t> pieces;
+    double furthest = 0;
+    const auto watch = [&](const MergeProgress& at) {
+        if (at.of_piece == 0 && (pieces.empty() || pieces.back() != at.index)) pieces.push_back(at.index);
+        furthest = std::max(furthest, at.of_piece);
+        EXPECT_EQ(at.count, 2U);
+        return true;
+    };
+    const auto stop_inside = [](const MergeProgress& at) { return at.of_piece < 0.5; };
+    for (const auto merge : {merge_yenc, merge_text}) {
+        const auto stopped = merge(paths, path("merged.txt"), stop_inside);
+        ASSERT_FALSE(stopped);
+        EXPECT_EQ(stopped.error().code, ErrorCode::cancelled);
+        EXPECT_EQ(merged(), "older");
+        EXPECT_THAT(dir_.names(), ElementsAre("a", "b", "merged.txt"));
+    }
+    for (const auto merge : {merge_yenc, merge_text}) {
+        pieces.clear();
+        furthest = 0;
+        ASSERT_TRUE(merge(paths, path("merged.txt"), watch));
+        EXPECT_THAT(pieces, ElementsAre(0U, 1U));
+        EXPECT_GT(furthest, 0.5);
+        EXPECT_LE(furthest, 1);
+    }
+}
+
+TEST_F(Merge, AFileThatChangesMeanwhileFailsTheMerge) {
+    const std::vector<std::string> paths = {put("a", post(1, "AAA")), put("b", post(2, "BBB"))};
+    put("merged.txt", "older");
+    const auto cut_b = [&](const MergeProgress&) {
+        put("b", "cut");
+        return true;
+    };
+    const auto result = merge_yenc(paths, path("merged.txt"), cut_b);
+    ASSERT_FALSE(result);
+    EXPECT_EQ(result.error().text, "b changed while it was read");
+    EXPECT_EQ(merged(), "older");
+}
+
 TEST_F(Merge, TextJoinsInTheOrderGivenWithEachLineEndedByCrLf) {
     const std::vector<std::string> paths = {put("b", "unix\nlines\n"), path("absent"), put("a", "begin 644 x\rno end"),
                                             put("empty", "")};
@@ -89,6 +163,7 @@ TEST_F(Merge, TextJoinsInTheOrderGivenWithEachLineEndedByCrLf) {
     EXPECT_EQ(result->parts, 3U);
     ASSERT_EQ(result->left_out.size(), 1U);
     EXPECT_THAT(result->left_out[0].reason, HasSubstr("No such file"));
+    EXPECT_TRUE(result->left_out[0].unreadable);
 }
 
 TEST_F(Merge, AMergeOfItsOwnOldOutputReadsWhatStoodThere) {
