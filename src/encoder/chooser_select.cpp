@@ -59,6 +59,8 @@ void open_selected(shell::Context& context, cmdg& w) {
     if (size && *size == 0) {
         context.platform.message(std::string(no_contents));
         main.Label3.text.clear();
+        shell::show_idle_captions(main);
+        main.apt(3).visible = main.opt(3).visible = false;
     } else {
         main.Label3.text = path;
         shell::show_file_captions(main, name);

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 
 namespace quill::encoder {
 namespace {
@@ -95,8 +96,66 @@ void go_to_shortcut(cmdg& w, const std::string& directory) {
     if (files::is_directory(directory)) enter_directory(w, directory);
 }
 
+/// A path as a person types it into the chooser: "~" for the user's own directory, with "." and ".." in it, beginning
+/// at the directory shown.
+std::string typed_path(shell::Context& context, const cmdg& w) {
+    std::string path = w.Text1.text;
+    if (path == "~" || path.starts_with("~/")) path.replace(0, 1, context.platform.machine().home_directory());
+    if (!path.starts_with('/')) path = files::join(w.Dir1.path, path);
+    path = std::filesystem::path(path).lexically_normal().string();
+    if (path.size() > 1 && path.back() == '/') path.pop_back();
+    return path;
+}
+
+bool select_name(controls::FileListBox& list, const std::string& name) {
+    const auto& names = list.items();
+    const auto found = std::find(names.begin(), names.end(), name);
+    list.selected_rows.clear();
+    list.selected.reset();
+    if (found == names.end()) return false;
+    list.selected = static_cast<std::size_t>(found - names.begin());
+    return true;
+}
+
+/// Lists the files anew by `how`. The current file stays selected where it is still listed, on whatever row.
+template <class F>
+void list_anew(controls::FileListBox& list, F how) {
+    const std::string name = list.selected_item();
+    const std::uint64_t before = list.revision();
+    how(list);
+    if (list.revision() != before) select_name(list, name);
+}
+
+void show_pattern(cmdg& w, std::string_view pattern) {
+    w.Option1.chosen = pattern == pages;
+    w.Option2.chosen = pattern == all_files;
+    list_anew(w.File1, [&](controls::FileListBox& list) { list.set_pattern(std::string(pattern)); });
+    copy_file_names(w);
+}
+
+void show_hidden_files(cmdg& w, bool shown) {
+    w.hidden_files.checked = shown;
+    for (controls::FileListBox* const list : {&w.File1, &w.File2}) {
+        list->shows_hidden = shown;
+        list_anew(*list, [](controls::FileListBox& l) { l.refresh(); });
+    }
+    copy_file_names(w);
+}
+
+/// Selects a file of the current directory that was named, though the list may have to show more for that.
+void select_named_file(shell::Context& context, cmdg& w, const std::string& name) {
+    if (select_name(w.File1, name)) return;
+    if (name.starts_with('.')) show_hidden_files(w, true);
+    show_pattern(w, all_files);
+    if (!select_name(w.File1, name)) context.platform.message(name + " is not a file that can be chosen here.");
+}
+
 void go_to_typed(shell::Context& context, cmdg& w) {
-    const std::string typed = files::absolute(w.Text1.text);
+    if (w.Text1.text.empty()) {
+        w.Text1.text = w.Dir1.path;
+        return;
+    }
+    const std::string typed = typed_path(context, w);
     if (files::is_directory(typed)) {
         enter_directory(w, typed);
         return;
@@ -108,15 +167,18 @@ void go_to_typed(shell::Context& context, cmdg& w) {
         return;
     }
     enter_directory(w, dir);
-    const auto& names = w.File1.items();
-    const auto found = std::find(names.begin(), names.end(), files::name_of(typed));
-    if (found != names.end()) w.File1.selected = static_cast<std::size_t>(found - names.begin());
+    select_named_file(context, w, files::name_of(typed));
 }
 
 void change_drive(shell::Context& context, cmdg& w, const std::string& drive) {
     const Result<std::vector<std::string>> listing = files::list_directories(drive);
-    if (!listing) context.platform.message(listing.error().text);
-    enter_directory(w, listing ? drive : w.Dir1.path);
+    if (listing) {
+        enter_directory(w, drive);
+        return;
+    }
+    context.platform.message(listing.error().text);
+    w.Drive1.drive = files::drive_of(w.Dir1.path, files::drives());
+    w.Drive2.drive = files::drive_of(w.Dir2.path, files::drives());
 }
 
 void press_tabs(cmdg& w, int x) {
@@ -137,36 +199,24 @@ void clear_recent_directories(cmdg& w) {
     w.Option3.enabled = false;
 }
 
-/// A press on a file brings the list up to date and keeps the row selected.
-void refresh_keeping_selection(cmdg& w) {
+/// A press on a file brings the list up to date.
+void refresh_files(cmdg& w) {
     if (w.mode() != ChooserMode::open_archive && w.mode() != ChooserMode::open) return;
-    const std::string name = w.File1.selected_item();
-    const auto row = w.File1.selected;
-    w.File1.refresh();
+    list_anew(w.File1, [](controls::FileListBox& list) { list.refresh(); });
     copy_file_names(w);
-    const auto& names = w.File1.items();
-    if (row && *row < names.size() && names[*row] == name) w.File1.selected = row;
 }
 
 void wire_file_page(shell::Context& context, cmdg& w) {
     w.go.click = [&context, &w] { go_to_typed(context, w); };
     w.Drive1.change = [&context, &w] { change_drive(context, w, w.Drive1.drive); };
+    w.Drive2.change = [&context, &w] { change_drive(context, w, w.Drive2.drive); };
     w.Dir1.change = [&w] { enter_directory(w, w.Dir1.path); };
-    w.hidden_files.click = [&w] {
-        w.File1.shows_hidden = w.File2.shows_hidden = w.hidden_files.checked;
-        enter_directory(w, w.Dir1.path);
-    };
-    w.File1.change = [&w] { refresh_keeping_selection(w); };
+    w.hidden_files.click = [&w] { show_hidden_files(w, w.hidden_files.checked); };
+    w.File1.change = [&w] { refresh_files(w); };
     w.Command1.click = w.File1.double_click = [&context, &w] { select_files(context, w); };
     w.Command2.click = w.close = [&context, &w] { cancel_chooser(context, w); };
-    w.Option1.click = [&w] {
-        w.File1.set_pattern(std::string(pages));
-        copy_file_names(w);
-    };
-    w.Option2.click = [&w] {
-        w.File1.set_pattern(std::string(all_files));
-        copy_file_names(w);
-    };
+    w.Option1.click = [&w] { show_pattern(w, pages); };
+    w.Option2.click = [&w] { show_pattern(w, all_files); };
     w.Label3.click = [&context, &w] { show_link_window(context, w.Dir1.path); };
     w.List5.change = [&w] {
         if (w.List5.selected && *w.List5.selected < w.List6.count())
@@ -219,26 +269,39 @@ cmdg::cmdg(shell::Context& context) : context_(context) {
 cmdg& show_chooser(shell::Context& context, ChooserMode mode, const std::string& directory) {
     cmdg& w = context.windows.load<cmdg>(context);
     w.caption = caption_of(mode);
+    w.Command2.caption = "Cancel";
+    w.List2.clear();
     const bool has_pages = mode == ChooserMode::open || mode == ChooserMode::decode;
     w.Image1.enabled = w.Image2.enabled = has_pages;
+    w.Picture2.visible = false;
     w.Option1.visible = w.Option2.visible = mode != ChooserMode::anti_virus;
     w.Label1.visible = w.List2.visible = w.List3.visible = w.List4.visible = collects(mode);
     w.Command3.visible = w.Command4.visible = w.Command5.visible = w.Command6.visible = collects(mode);
     w.File1.executables_only = mode == ChooserMode::anti_virus;
-    w.File1.set_pattern(mode == ChooserMode::anti_virus ? std::string(all_files) : std::string(pattern_of(mode)));
+    show_pattern(w, mode == ChooserMode::anti_virus ? all_files : pattern_of(mode));
     enter_directory(w, directory.empty() ? files::current_directory() : directory);
     w.visible = true;
     return w;
 }
 
 void enter_directory(cmdg& w, const std::string& directory) {
-    w.Dir1.path = w.Dir2.path = w.Text1.text = directory;
-    w.File1.set_directory(directory);
-    if (w.File2.directory() != directory) w.List7.clear();
-    w.File2.set_directory(directory);
-    w.Drive1.drive = w.Drive2.drive = files::drive_of(directory, files::drives());
+    if (w.File1.directory() != directory) w.File1.clear();
+    w.Dir1.path = w.Text1.text = directory;
+    list_anew(w.File1, [&](controls::FileListBox& list) { list.set_directory(directory); });
+    w.Drive1.drive = files::drive_of(directory, files::drives());
     w.chosenDir = files::join(directory, "");
     copy_file_names(w);
+    enter_parts_directory(w, directory);
+}
+
+void enter_parts_directory(cmdg& w, const std::string& directory) {
+    if (w.File2.directory() != directory) {
+        w.File2.clear();
+        w.List7.clear();
+    }
+    w.Dir2.path = directory;
+    list_anew(w.File2, [&](controls::FileListBox& list) { list.set_directory(directory); });
+    w.Drive2.drive = files::drive_of(directory, files::drives());
 }
 
 void showlnks(shell::Context& context, cmdg& w) {

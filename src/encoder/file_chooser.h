@@ -41,10 +41,9 @@ constexpr bool encodes(ChooserMode mode) {
 
 /// What the chooser hands on to windows that stand above it.
 struct ChooserRoutes {
-    std::function<void(const std::string& path)> open_pictures;  ///< a PICS file was picked
-    controls::Action add_chosen_files;                           ///< add the selection to the open archive
-    controls::Action show_archive_rows;                          ///< render the archive's rows anew
-    std::function<void(const std::string& path)> hunt_links;     ///< a page was collected: find what it links to
+    controls::Action add_chosen_files;                        ///< add the selection to the open archive
+    controls::Action show_archive_rows;                       ///< render the archive's rows anew
+    std::function<void(const std::string& path)> hunt_links;  ///< a page was collected: find what it links to
 };
 
 /// A picture of tabs: what a press does depends on where it lands, in twips from its left.
@@ -121,8 +120,13 @@ struct cmdg : controls::Window {
 /// Shows the chooser in `mode`, starting in `directory` (where it stands, if empty).
 cmdg& show_chooser(shell::Context& context, ChooserMode mode, const std::string& directory);
 
-/// Makes `directory` the chooser's current one, on its file page and on its merge page.
+/// Makes `directory` the chooser's current one, on its file page and on its merge page. Nothing is selected in another
+/// directory than before.
 void enter_directory(cmdg& chooser, const std::string& directory);
+
+/// Makes `directory` the current one of the merge page alone. The files to merge lie in one directory, so their list is
+/// empty in another one.
+void enter_parts_directory(cmdg& chooser, const std::string& directory);
 
 /// Fills the favorites lists anew from the favorites directory.
 void showlnks(shell::Context& context, cmdg& chooser);

@@ -49,19 +49,26 @@ std::string percent(double fraction) {
     return std::to_string(static_cast<int>(fraction * 100)) + "%";
 }
 
-void show_progress(shell::Context& context, viewer::SavPic& panel, double of_file, double of_all) {
+void show_progress(shell::Context& context, viewer::SavPic& panel, const MergeProgress& at) {
+    const double of_all = at.count > 1 ? static_cast<double>(at.index) / static_cast<double>(at.count - 1) : 1;
     panel.Picture6.left = static_cast<int>(of_all * viewer::full_bar);
     panel.Label2.text = percent(of_all);
-    panel.Picture2.left = static_cast<int>(of_file * viewer::full_bar);
-    panel.Label5.text = percent(of_file);
+    panel.Picture2.left = static_cast<int>(at.of_piece * viewer::full_bar);
+    panel.Label5.text = percent(at.of_piece);
     context.platform.repaint(panel);
 }
 
 /// Says what did not go into the merge, so that nothing is missing in silence.
 void tell_left_out(shell::Context& context, const Merged& merged) {
     if (merged.left_out.empty()) return;
+    constexpr std::size_t most_lines = 20;
     std::string text = "These files were left out:";
-    for (const LeftOut& file : merged.left_out) text += "\n" + files::name_of(file.path) + ": " + file.reason;
+    for (std::size_t i = 0; i < std::min(merged.left_out.size(), most_lines); ++i) {
+        const LeftOut& file = merged.left_out[i];
+        text += "\n" + files::name_of(file.path) + ": " + file.reason;
+    }
+    if (merged.left_out.size() > most_lines)
+        text += "\nand " + std::to_string(merged.left_out.size() - most_lines) + " more";
     context.platform.message(text);
 }
 
@@ -70,12 +77,12 @@ void offer_merged_file(shell::Context& context, cmdg& w, const std::string& outp
     session.SelectedDir = session.WorkDir = w.Dir2.path;
     session.SelectedFile = output_name;
     shell::swit& main = context.windows.load<shell::swit>();
+    main.Label3.text = output;
     if (files::file_size(output) == 0) {
         context.platform.message(std::string(no_contents));
         main.Label3.text.clear();
         context.platform.end_process();
     }
-    main.Label3.text = output;
     shell::show_file_captions(main, session.SelectedFile);
     main.apt(3).visible = main.opt(3).visible = true;
     context.windows.unload<cmdg>();
@@ -86,8 +93,11 @@ void offer_merged_file(shell::Context& context, cmdg& w, const std::string& outp
 void tell_failure(shell::Context& context, cmdg& w, const Error& error) {
     w.visible = true;
     w.pointer = controls::MousePointer::normal;
-    context.platform.message(error.text);
-    if (error.code == ErrorCode::bad_input) context.platform.end_process();
+    if (error.code == ErrorCode::bad_input) {
+        context.platform.message(error.text);
+        context.platform.end_process();
+    }
+    context.platform.message("The files could not be merged: " + error.text + ".");
 }
 
 void merge(shell::Context& context, cmdg& w, MergeFunction function) {
@@ -96,12 +106,15 @@ void merge(shell::Context& context, cmdg& w, MergeFunction function) {
         return;
     }
     w.pointer = controls::MousePointer::busy;
+    context.platform.repaint(w);
     std::vector<std::string> paths;
     for (const std::string& name : w.List7.items()) paths.push_back(files::join(w.Dir2.path, name));
     const std::string output = files::join(w.Dir2.path, output_name);
     viewer::SavPic& panel = viewer::show_progress_panel(context.windows);
-    const Result<Merged> merged =
-        function(paths, output, [&](double of_file, double of_all) { show_progress(context, panel, of_file, of_all); });
+    const Result<Merged> merged = function(paths, output, [&](const MergeProgress& at) {
+        show_progress(context, panel, at);
+        return true;
+    });
     context.windows.unload<viewer::SavPic>();
     if (!merged) {
         tell_failure(context, w, merged.error());
@@ -112,22 +125,19 @@ void merge(shell::Context& context, cmdg& w, MergeFunction function) {
     offer_merged_file(context, w, output);
 }
 
+/// Back to the main window, and on to the create wizard's next step where the wizard is what shows there.
 void back_to_main_window(shell::Context& context) {
     shell::swit& main = context.windows.load<shell::swit>();
     main.Option1.chosen = true;
     main.visible = true;
-    controls::run(main.Command1.click);
+    if (main.Picture4.visible) controls::run(main.Command1.click);
     context.windows.unload<cmdg>();
 }
 
 }  // namespace
 
 void wire_merge_page(shell::Context& context, cmdg& w) {
-    w.Drive2.change = [&w] { enter_directory(w, w.Drive2.drive); };
-    w.Dir2.change = [&w] {
-        w.File2.set_directory(w.Dir2.path);
-        w.List7.clear();
-    };
+    w.Dir2.change = [&w] { enter_parts_directory(w, w.Dir2.path); };
     w.Command7.click = w.File2.double_click = [&context, &w] { add_selected(context, w); };
     w.Command9.click = [&context, &w] { merge(context, w, merge_text); };
     w.Command10.click = [&context, &w] {

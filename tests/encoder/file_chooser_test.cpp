@@ -119,6 +119,64 @@ TEST_F(FileChooser, NothingSelectedIsSaidAndTheWindowStays) {
     EXPECT_EQ(program_.main_window.Label3.text, "");
 }
 
+TEST_F(FileChooser, AnEmptyFileLeavesNoOlderFileOnOffer) {
+    dir_.write("mail/book.zip", "x");
+    dir_.write("mail/empty", "");
+    select(show(ChooserMode::open).File1, "book.zip");
+    controls::run(program_.windows.loaded<cmdg>()->Command1.click);
+    select(show(ChooserMode::open).File1, "empty");
+    program_.platform.expect_message("This file has no contents");
+    controls::run(program_.windows.loaded<cmdg>()->Command1.click);
+    EXPECT_EQ(program_.main_window.apt(1).text, "Select/Open/View a file");
+    EXPECT_EQ(program_.main_window.Label3.text, "");
+    EXPECT_FALSE(program_.main_window.apt(3).visible);
+}
+
+TEST_F(FileChooser, TheSelectionFollowsItsFileAndEndsWithItsDirectory) {
+    dir_.write("mail/b", "x");
+    dir_.write("mail/c.htm", "x");
+    dir_.write("other/b", "other");
+    dir_.write("other/c.htm", "x");
+    cmdg& w = show(ChooserMode::open);
+    dir_.write("mail/a", "came later");
+    select(w.File1, "b");
+    EXPECT_THAT(w.File1.items(), ElementsAre("a", "b", "c.htm"));
+    EXPECT_EQ(w.File1.selected_item(), "b");
+    files::remove_file(dir_.path("mail/a"));
+    select(w.File1, "c.htm");
+    controls::run(w.Option1.click);
+    EXPECT_THAT(w.List1.items(), ElementsAre("c.htm"));
+    EXPECT_EQ(w.File1.selected_item(), "c.htm");
+    controls::run(w.Option2.click);
+    select(w.File1, "b");
+    controls::run(w.Option1.click);
+    EXPECT_EQ(w.File1.selected, std::nullopt);
+    controls::run(w.Option2.click);
+    select(w.File1, "b");
+    w.Dir1.path = dir_.path("other");
+    const auto before = w.File1.revision();
+    controls::run(w.Dir1.change);
+    EXPECT_EQ(w.File1.selected, std::nullopt);
+    EXPECT_NE(w.File1.revision(), before);
+}
+
+TEST_F(FileChooser, AnotherModeFindsNothingOfTheLastOne) {
+    dir_.write("mail/a", "x");
+    cmdg& w = show(ChooserMode::collect_files);
+    select(w.File1, "a");
+    controls::run(w.Command1.click);
+    EXPECT_EQ(w.Command2.caption, "Done");
+    show(ChooserMode::open);
+    EXPECT_EQ(w.Command2.caption, "Cancel");
+    EXPECT_THAT(w.List2.items(), IsEmpty());
+    EXPECT_TRUE(w.Option2.chosen);
+    w.Image1.press(2475);
+    show(ChooserMode::collect_pages);
+    EXPECT_FALSE(w.Picture2.visible);
+    EXPECT_TRUE(w.Option1.chosen);
+    EXPECT_FALSE(w.Option2.chosen);
+}
+
 TEST_F(FileChooser, CollectingTakesEachNameOnceAndStaysOpenUntilDone) {
     for (const char* name : {"mail/a", "mail/b", "mail/c"}) dir_.write(name, "x");
     cmdg& w = show(ChooserMode::collect_files);
@@ -204,15 +262,63 @@ TEST_F(FileChooser, ADirectoryBecomesAFavorite) {
 
 TEST_F(FileChooser, ATypedPathIsEnteredOrItsFileSelected) {
     dir_.write("mail/post", "x");
+    dir_.write("mail/.draft", "x");
+    program_.platform.directory_of_user = dir_.path("mail");
+    const std::string mail = dir_.path("mail");
+    const struct {
+        std::string typed;
+        std::string directory;
+        std::string selected;
+    } cases[] = {
+        {dir_.path("mail/post"), mail, "post"},
+        {"..", dir_.path(), ""},
+        {"mail/", mail, ""},
+        {"~/post", mail, "post"},
+        {"../mail/post", mail, "post"},
+        {"/", "/", ""},
+        {"~", mail, ""},
+        {".draft", mail, ".draft"},
+        {"", mail, ".draft"},
+    };
     cmdg& w = show_chooser(program_.context, ChooserMode::open, dir_.path());
-    w.Text1.text = dir_.path("mail/post");
+    for (const auto& c : cases) {
+        w.Text1.text = c.typed;
+        controls::run(w.go.click);
+        EXPECT_EQ(w.Dir1.path, c.directory) << c.typed;
+        EXPECT_EQ(w.Text1.text, c.directory) << c.typed;
+        EXPECT_EQ(w.File1.selected_item(), c.selected) << c.typed;
+    }
+    EXPECT_TRUE(w.hidden_files.checked);
+    w.Text1.text = "nowhere";
+    program_.platform.expect_message("There is no file or directory called " + dir_.path("mail/nowhere"));
     controls::run(w.go.click);
-    EXPECT_EQ(w.Dir1.path, dir_.path("mail"));
-    EXPECT_EQ(w.File1.selected_item(), "post");
-    w.Text1.text = dir_.path("nowhere");
-    program_.platform.expect_message("There is no file or directory called " + dir_.path("nowhere"));
-    controls::run(w.go.click);
-    EXPECT_EQ(w.Text1.text, dir_.path("mail"));
+    EXPECT_EQ(w.Text1.text, mail);
+    cmdg& archives = show(ChooserMode::open_archive);
+    archives.Text1.text = "post";
+    controls::run(archives.go.click);
+    EXPECT_EQ(archives.File1.selected_item(), "post");
+    cmdg& programs = show(ChooserMode::anti_virus);
+    programs.Text1.text = "post";
+    program_.platform.expect_message("post is not a file that can be chosen here.");
+    controls::run(programs.go.click);
+    EXPECT_EQ(programs.File1.selected, std::nullopt);
+}
+
+TEST_F(FileChooser, ADriveThatCannotBeReadIsSaidAndTheWindowStaysWhereItIs) {
+    cmdg& w = show(ChooserMode::open);
+    const std::string drive = w.Drive1.drive;
+    for (controls::DriveListBox* const list : {&w.Drive1, &w.Drive2}) {
+        list->drive = dir_.path("no disk");
+        program_.platform.expect_message("No such file or directory");
+        controls::run(list->change);
+        EXPECT_EQ(list->drive, drive);
+        EXPECT_EQ(w.Dir1.path, dir_.path("mail"));
+    }
+    w.Drive2.drive = "/";
+    controls::run(w.Drive2.change);
+    EXPECT_EQ(w.Dir1.path, "/");
+    EXPECT_EQ(w.Dir2.path, "/");
+    EXPECT_EQ(w.Drive1.drive, "/");
 }
 
 TEST_F(FileChooser, TheTabsShowRecentDirectoriesOrTheMergePage) {
@@ -254,6 +360,54 @@ TEST_F(FileChooser, MergedPartsAreOfferedForDecoding) {
     EXPECT_EQ(program_.session.WorkDir, dir_.path("mail"));
     EXPECT_EQ(program_.main_window.apt(1).text, "Decode/open merged.txt");
     EXPECT_TRUE(program_.main_window.apt(3).visible);
+}
+
+TEST_F(FileChooser, TheFilesToMergeLieInOneDirectory) {
+    dir_.write("parts/a", "x");
+    dir_.write("parts/.b", "x");
+    cmdg& w = show(ChooserMode::open);
+    w.Dir2.path = dir_.path("parts");
+    controls::run(w.Dir2.change);
+    EXPECT_EQ(w.Dir1.path, dir_.path("mail"));
+    program_.platform.expect_message("You must first select a file from the files list on the left.");
+    controls::run(w.Command7.click);
+    w.File2.selected = 0;
+    controls::run(w.Command7.click);
+    w.hidden_files.checked = true;
+    controls::run(w.hidden_files.click);
+    EXPECT_THAT(w.File2.items(), ElementsAre(".b", "a"));
+    EXPECT_EQ(w.File2.selected_item(), "a");
+    EXPECT_THAT(w.List7.items(), ElementsAre("a"));
+    w.Dir1.path = dir_.path();
+    controls::run(w.Dir1.change);
+    EXPECT_EQ(w.Dir2.path, dir_.path());
+    EXPECT_THAT(w.List7.items(), IsEmpty());
+}
+
+TEST_F(FileChooser, AMergeThatFailsSaysWhyAndThePageStays) {
+    dir_.write("mail/a", "=ybegin part=7 line=128 size=3 name=x\r\n=ypart begin=1 end=1\r\n=yend\r\n");
+    dir_.write("mail/b", "=ybegin part=8 line=128 size=3 name=x\r\n=ypart begin=1 end=1\r\n=yend\r\n");
+    cmdg& w = show(ChooserMode::open);
+    w.File2.selected_rows = {0, 1};
+    controls::run(w.Command7.click);
+    program_.platform.expect_message("The files could not be merged: Fewer than two of the files", [&] {
+        EXPECT_TRUE(w.visible);
+        EXPECT_EQ(w.pointer, controls::MousePointer::normal);
+    });
+    controls::run(w.Command10.click);
+    EXPECT_TRUE(is_loaded());
+    EXPECT_THAT(w.List7.items(), ElementsAre("a", "b"));
+}
+
+TEST_F(FileChooser, LeavingTheMergePagePressesNextInAnOpenWizardAlone) {
+    int presses = 0;
+    program_.main_window.Command1.click = [&] { ++presses; };
+    for (const bool in_wizard : {false, true}) {
+        program_.main_window.Picture4.visible = in_wizard;
+        controls::run(show(ChooserMode::open).Command13.click);
+        EXPECT_FALSE(is_loaded());
+        EXPECT_EQ(presses, in_wizard ? 1 : 0);
+    }
 }
 
 TEST_F(FileChooser, AMergeOfWhatIsNoPartEndsTheProgramAndOfEmptyFilesToo) {
