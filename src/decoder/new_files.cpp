@@ -1,5 +1,6 @@
 #include "decoder/new_files.h"
 
+#include "decoder/results.h"
 #include "files/directory.h"
 #include "text/ascii.h"
 
@@ -43,7 +44,7 @@ NewFiles find_new_files(shell::swit& w) {
 }
 
 void show_results(shell::swit& w, const std::vector<std::string>& names) {
-    for (const std::string& name : names) w.List3.add(name);
+    for (const std::string& name : names) add_result(w, w.File3.directory(), name);
     if (names.empty()) return;
     w.Picture5.visible = false;
     w.Picture2.visible = true;
@@ -56,17 +57,8 @@ void rename_snapshots(shell::swit& w) {
         if (!is_misnamed_snapshot(name)) continue;
         const std::string picture = picture_name(name);
         (void)files::rename_new(name, picture);  // the row follows in any case
-        rename_result(w, row, picture);
+        replace_result(w, row, picture);
     }
-}
-
-void rename_result(shell::swit& w, std::size_t row, const std::string& name) {
-    auto known = w.Outcomes.extract(w.List3.items()[row]);
-    w.List3.replace(row, name);
-    if (known.empty()) return;
-    known.key() = name;
-    w.Outcomes.erase(name);
-    w.Outcomes.insert(std::move(known));
 }
 
 }  // namespace quill::decoder

@@ -25,15 +25,13 @@ struct NewFiles {
 /// Refreshes `File3` (twice where it has become shorter) and compares it with `File2`, which stays as it is.
 NewFiles find_new_files(shell::swit& w);
 
-/// Adds `names` to the results in `List3` and opens the results panel; the progress bar goes. Does nothing for none.
+/// Adds the files `names` of the input's directory to the results in `List3` and opens the results panel; the progress
+/// bar goes. Does nothing for none.
 void show_results(shell::swit& w, const std::vector<std::string>& names);
 
 /// Renames each result whose name begins "snapshot-f" (in any case, and goes on) and does not end in "jpg": a number
 /// from 1 and ".jpg" are appended, the first for which no file with any content exists. The row follows even where the
 /// renaming fails. Names are relative to the current directory.
 void rename_snapshots(shell::swit& w);
-
-/// Gives row `row` of `List3` another name, and what is known of the file with it.
-void rename_result(shell::swit& w, std::size_t row, const std::string& name);
 
 }  // namespace quill::decoder

@@ -5,7 +5,6 @@
 #include "decoder/virus_guard.h"
 #include "files/directory.h"
 #include "files/mapped_file.h"
-#include "files/names.h"
 #include "files/path.h"
 #include "text/ascii.h"
 #include "text/count.h"
@@ -60,19 +59,12 @@ std::string_view missing_ending(const std::string& path) {
     return {};
 }
 
-/// The file that the row names, which may be written in other capitals on the disk.
-std::string path_of(const std::string& name) {
-    const std::string dir = files::current_directory();
-    return files::join(dir, files::find_name(dir, name).value_or(name));
-}
-
-/// Renames the file in the current directory; the reason where that is impossible.
-Status rename_here(const std::string& from, const std::string& to) {
-    if (to.find('/') != std::string::npos) {
+/// Renames the file within its directory; the reason where that is impossible.
+Status rename_there(const std::string& path, const std::string& name) {
+    if (name.find('/') != std::string::npos) {
         return Error{ErrorCode::bad_argument, 0, "A file name cannot contain a slash"};
     }
-    const std::string dir = files::current_directory();
-    return files::rename_new(files::join(dir, from), files::join(dir, to));
+    return files::rename_new(path, files::join(files::dir_of(path), name));
 }
 
 }  // namespace
@@ -93,7 +85,7 @@ void open_result(shell::Context& context) {
     if (!w.List3.selected) return;
     const std::size_t row = *w.List3.selected;
     const std::string name = w.List3.selected_item();
-    std::string path = path_of(name);
+    std::string path = result_path(w, row);
     if (files::file_size(path).value_or(0) == 0) {
         context.platform.message("     This file was not decoded properly, it has a zero file size.");
         show_repair_guide(context);
@@ -123,7 +115,7 @@ void rename_result(shell::Context& context) {
     const std::string new_name = context.platform.input(
         {.text = "   Enter a new name for the file called " + name, .title = "Rename " + name, .default_answer = name});
     if (new_name.empty() || new_name == name) return;
-    const Status renamed = rename_here(name, new_name);
+    const Status renamed = rename_there(result_path(w, row), new_name);
     if (renamed) {
         replace_result(w, row, new_name);
     } else {
@@ -143,18 +135,18 @@ void erase_result(shell::Context& context) {
                                            .no_is_default = true,
                                            .question_mark = true});
     if (!yes) return;
-    files::remove_file(files::join(files::current_directory(), name));
+    files::remove_file(result_path(w, row));
     remove_result(w, row);
     if (w.List3.count() == 0) w.Command5.enabled = w.Command7.enabled = w.Command8.enabled = false;
 }
 
 void check_result(shell::Context& context) {
-    const std::string name = main_window(context).List3.selected_item();
-    if (name.empty()) {
+    const shell::swit& w = main_window(context);
+    if (w.List3.selected_item().empty()) {
         context.platform.message("You have not yet selected a file.");
         return;
     }
-    offer_scan(context, path_of(name));
+    offer_scan(context, result_path(w, *w.List3.selected));
 }
 
 void explain_results(shell::Context& context) {
@@ -166,7 +158,7 @@ RowDetails row_details(const shell::swit& w, std::size_t row) {
     RowDetails details;
     details.size = result.size ? text::counted(*result.size, "byte") : "gone";
     details.icon = icon_for_name(result.name);
-    if (const Result<files::MappedFile> file = files::MappedFile::open(result.name)) {
+    if (const Result<files::MappedFile> file = files::MappedFile::open(result.path)) {
         const FileSignature* signature = signature_of(file->bytes().substr(0, longest_signature));
         if (signature != nullptr) details.icon = signature->icon;
         details.picture = signature != nullptr && signature->icon == picture_icon;

@@ -8,7 +8,8 @@
 #include <string_view>
 #include <vector>
 
-/// What can be done with the files in the results list. All names in it are bare and lie in the current directory.
+/// What can be done with the files in the results list. All names in it are bare; where the files lie is kept beside
+/// them.
 namespace quill::decoder {
 
 /// Fills the actions of the results panel's list and buttons, and the route that checks the file in hand.

@@ -6,6 +6,7 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 namespace quill::shell {
 
@@ -30,8 +31,9 @@ struct swit : controls::Window {
     controls::Timer Timer22;                                        // does nothing
 
     // The results panel.
-    controls::Picture Picture2;                      // results panel
-    controls::ListBox List3;                         // files found so far
+    controls::Picture Picture2;           // results panel
+    controls::ListBox List3;              // files found so far
+    std::vector<std::string> ResultDirs;  // where they lie, row by row; rows without an entry: the current directory
     std::map<std::string, codec::Outcome> Outcomes;  // what is known of them, by their names in List3
     controls::Label Label7;                          // what a double click does
     controls::Button Command5;                       // rename the selected file

@@ -72,6 +72,65 @@ TEST_F(ResultsPanel, APictureTakesThePlaceOfAFileThatHasItsRightName) {
     EXPECT_EQ(result_row(program_.main_window, 0).verdict, codec::Verdict::damaged);
 }
 
+TEST_F(ResultsPanel, ARowGoesWhoseFileAnotherTookThePlaceOf) {
+    found("x.gif", "GIF older");
+    found("x", "GIF89a");
+    found("y", "text");
+    list().selected = 1;
+    program_.platform.expect_message(will_load);
+    double_click();
+    EXPECT_THAT(list().items(), ElementsAre("x.gif", "y"));
+    EXPECT_EQ(list().selected_item(), "x.gif");
+
+    list().selected = 1;
+    EXPECT_TRUE(files::remove_file(directory_.path("x.gif")));
+    program_.platform.expect_input("Enter a new name for the file called y", "x.gif");
+    click(program_.main_window.Command5);
+    EXPECT_THAT(list().items(), ElementsAre("x.gif"));
+    EXPECT_EQ(list().selected_item(), "x.gif");
+}
+
+TEST_F(ResultsPanel, EachRowIsOfTheFileInTheDirectoryOfItsRun) {
+    shell::swit& w = program_.main_window;
+    for (const char* run : {"first", "second", "second"}) {
+        directory_.write(std::string(run) + "/x.txt", run);
+        add_result(w, directory_.path(run), "x.txt");
+    }
+    w.Outcomes["x.txt"] = {codec::Verdict::verified, 6, {}};
+    EXPECT_THAT(list().items(), ElementsAre("x.txt", "x.txt"));
+    EXPECT_EQ(result_row(w, 0).verdict, std::nullopt);
+    EXPECT_EQ(result_row(w, 1).verdict, codec::Verdict::verified);
+
+    list().selected = 0;
+    program_.platform.expect_message(will_load);
+    double_click();
+    EXPECT_THAT(program_.platform.opened, ElementsAre(directory_.path("first/x.txt")));
+    program_.platform.expect_input("Enter a new name", "y.txt");
+    click(w.Command5);
+    EXPECT_TRUE(directory_.has("first/y.txt"));
+    EXPECT_EQ(row_details(w, 1).size, "6 bytes");
+    program_.platform.expect_question("delete the file called y.txt?", true);
+    click(w.Command7);
+    EXPECT_FALSE(directory_.has("first/y.txt"));
+    EXPECT_EQ(result_path(w, 0), directory_.path("second/x.txt"));
+}
+
+TEST_F(ResultsPanel, ARowInOtherCapitalsIsOfTheSameFile) {
+    directory_.write("Letter.TXT", "text");
+    list().add("letter.txt");
+    list().selected = 0;
+    EXPECT_EQ(row_details(program_.main_window, 0).size, "4 bytes");
+    program_.platform.expect_input("Enter a new name", "a.txt");
+    click(program_.main_window.Command5);
+    EXPECT_THAT(directory_.names(), ElementsAre("a.txt"));
+    directory_.write("B.TXT", "text");
+    list().add("b.txt");
+    list().selected = 1;
+    program_.platform.expect_question("delete the file called b.txt?", true);
+    click(program_.main_window.Command7);
+    EXPECT_THAT(directory_.names(), ElementsAre("a.txt"));
+}
+
 TEST_F(ResultsPanel, APictureWhoseRightNameIsADirectoryOpensAsItIs) {
     directory_.make_directory("x.gif");
     found("x", "GIF89a");
