@@ -154,7 +154,9 @@ bool looks_quoted_printable(const TextFacts& facts) {
     constexpr std::uint64_t telling = 3;
     const bool announced_so =
         announces(facts, [](Marker::Kind kind) { return kind == Marker::Kind::quoted_printable; });
-    return announced_so || facts.escapes >= telling;
+    // An encoder leaves no other '=': those of addresses and programs are more than now and then two hexadecimal
+    // digits.
+    return announced_so || (facts.escapes >= telling && is_share(facts.escapes + facts.soft_breaks, facts.equals, 75));
 }
 
 bool looks_like_rows_of_base64(const TextFacts& facts) {

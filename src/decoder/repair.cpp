@@ -2,6 +2,7 @@
 
 #include "decoder/mime_wrap.h"
 #include "files/directory.h"
+#include "files/mapped_file.h"
 #include "files/path.h"
 #include "text/ascii.h"
 
@@ -60,6 +61,11 @@ void perform(shell::Context& context, const Repair& repair) {
             "File name is already new.mim. File must be renamed in order to proceed. If you have done this action once "
             "before on this file, doing so again will not help.");
         platform.end_process();
+    }
+    if (const Result<files::MappedFile> text = files::MappedFile::open(input); !text) {
+        platform.message("    The file " + input + " could not be read: " + text.error().text +
+                         ". Nothing has been changed.");
+        return;
     }
     const Result<std::string> written = write_rewritten(input, output, repair.rewriting, files::OnCollision::replace);
     if (!written) {

@@ -6,8 +6,8 @@ namespace quill::decoder {
 
 // The two repairs by rewriting. Each writes `new.mim` beside `EncodedPath`, replacing an earlier one in one step, says
 // so and ends the process; `EncodedPath` itself stays untouched. An `EncodedPath` that is called `new.mim` (in any
-// case) is refused, which ends the process too. Where the file cannot be written the user is told why, nothing is
-// changed, and the guide stays.
+// case) is refused, which ends the process too. Where the one cannot be read or the other cannot be written the user is
+// told why, nothing is changed, and the guide stays.
 
 /// Puts a header in front of the encoded lines, which calls the attachment TEMP.
 void otherfom(shell::Context& context);

@@ -34,10 +34,10 @@ std::string findings(const std::string& path) {
 /// Starts the side program that undoes quoted-printable: the one installed for this user, else the one beside us.
 void undo_quoted_printable(shell::Context& context, Form3& window) {
     const std::string own = files::join(context.session.AppDir, unwrapper);
-    const std::string program = files::exists(own) ? own : std::string(unwrapper);
+    const std::string program = files::is_executable(own) ? own : std::string(unwrapper);
     const std::string& path = context.session.EncodedPath;
     const bool started = context.platform.opener().start(program, {path}, files::dir_of(path));
-    if (started) window.Label2.text = std::string(texts::unwrapper_started) + findings(path);
+    window.Label2.text = std::string(started ? texts::unwrapper_started : texts::unwrapper_missing) + findings(path);
     reset_choice(window);
 }
 

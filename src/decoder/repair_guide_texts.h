@@ -21,6 +21,12 @@ inline constexpr std::string_view unwrapper_started =
     "decode it.\n"
     "\n";
 
+/// Put there where it could not be started.
+inline constexpr std::string_view unwrapper_missing =
+    "The quoted-printable program could not be started. It is called qpunwrap, and is looked for beside this program "
+    "and where other programs are installed.\n"
+    "\n";
+
 inline constexpr std::string_view tutorial =
     "An encoded file is a file of any kind (a picture, a document, a program) written with ordinary letters, "
     "digits and punctuation, so that it can travel inside a mail or a news post. Open such a message in a text "

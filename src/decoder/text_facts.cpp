@@ -134,6 +134,7 @@ TextFacts look_at(std::string_view bytes) {
     count_characters(text, facts);
     facts.break_tags = count_of(text, break_tag);
     facts.escapes = count_escapes(text);
+    facts.equals = count_of(text, "=");
     if (!text::is_unix_text(text)) facts.lone_line_feeds = count_of(text, "\n") - count_of(text, "\r\n");
 
     text::Reader reader(text);

@@ -50,6 +50,7 @@ struct TextFacts {
 
     std::uint64_t break_tags = 0;     ///< `<BR>` in capitals
     std::uint64_t escapes = 0;        ///< `=` and two hexadecimal digits
+    std::uint64_t equals = 0;         ///< `=` of all kinds
     std::uint64_t soft_breaks = 0;    ///< lines that end in `=` (quoted-printable)
     std::uint64_t full_uu_lines = 0;  ///< lines of 61 or 62 characters that begin with `M`
     std::vector<Marker> markers;      ///< the first of each kind, in the text's order

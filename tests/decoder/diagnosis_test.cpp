@@ -50,6 +50,8 @@ TEST(Diagnosis, TellsWhatAFileIsAndWhatToTryNext) {
         {"tags for line ends", "<html>\r\n" + repeated(20, repeated(15, "QUJD") + "<BR>"), Likely::one_long_line,
          "a long line with <BR>"},
         {"quoted-printable", "caf=E9 and 1=3D1 =\r\n=20\r\n", Likely::quoted_printable, "qpunwrap"},
+        {"a program", "int a=10, b=20, c=30;\r\nfor (i=0; i<a; i+=1) x[i]=b==c;\r\n", Likely::plain_text,
+         "save the message again"},
         {"a quoted-printable part", "Content-Transfer-Encoding: quoted-printable\r\n\r\nhi\r\n",
          Likely::quoted_printable, "qpunwrap"},
         {"UUE without its begin line", repeated(8, uu_row) + "`\r\nend\r\n", Likely::headless_uu, "begin 644 NAME"},

@@ -9,10 +9,12 @@
 #include <gmock/gmock.h>
 #include <set>
 #include <string>
+#include <sys/stat.h>
 
 namespace quill::decoder {
 namespace {
 
+using Start = tests::ScriptedPlatform::Start;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -87,15 +89,21 @@ TEST_F(RepairGuide, StartsTheQuotedPrintableProgramOnTheFile) {
     Form3& w = open_on("a post.txt", "x");
     program_.session.AppDir = directory_.path();
     EXPECT_FALSE(choose(w.Option1));
-    directory_.write("qpunwrap", "installed");
+    directory_.write("qpunwrap", "no program");
+    EXPECT_FALSE(choose(w.Option1));
+    EXPECT_THAT(program_.platform.started, testing::Each(testing::Field(&Start::program, "qpunwrap")));
+    program_.platform.started.clear();
+    ASSERT_EQ(chmod(directory_.path("qpunwrap").c_str(), S_IRWXU), 0);
     EXPECT_FALSE(choose(w.Option1));
     const std::string input = directory_.path("a post.txt");
-    EXPECT_THAT(program_.platform.started,
-                ElementsAre(tests::ScriptedPlatform::Start{"qpunwrap", {input}, directory_.path()},
-                            tests::ScriptedPlatform::Start{directory_.path("qpunwrap"), {input}, directory_.path()}));
+    EXPECT_THAT(program_.platform.started, ElementsAre(Start{directory_.path("qpunwrap"), {input}, directory_.path()}));
     EXPECT_FALSE(w.Option1.chosen);
     EXPECT_TRUE(w.Option4.chosen);
     EXPECT_THAT(w.Label2.text, StartsWith("The quoted-printable program has been started"));
+
+    program_.platform.starting_works = false;
+    EXPECT_FALSE(choose(w.Option1));
+    EXPECT_THAT(w.Label2.text, StartsWith("The quoted-printable program could not be started"));
 }
 
 TEST_F(RepairGuide, LookingAtTheFileUnlocksTheFurtherOptions) {
@@ -214,15 +222,24 @@ TEST_F(RepairGuide, RefusesToRepairARepairedFile) {
     }
 }
 
-TEST_F(RepairGuide, SaysWhenTheRepairCannotBeWrittenAndStays) {
+TEST_F(RepairGuide, SaysWhyARepairCannotBeMadeAndStays) {
     Form3& w = open_on("post.txt", "x");
     EXPECT_TRUE(files::remove_file(directory_.path("post.txt")));
     directory_.write("new.mim", "an earlier repair");
     expect_repair(long_line);
     program_.platform.expect_message("will now attempt");
-    program_.platform.expect_message("could not be written: No such file or directory. Nothing has been changed.");
+    program_.platform.expect_message("The file " + directory_.path("post.txt") +
+                                     " could not be read: No such file or directory. Nothing has been changed.");
     EXPECT_FALSE(choose(w.Option8));
     EXPECT_EQ(directory_.read("new.mim"), "an earlier repair");
+
+    directory_.write("post.txt", "x");
+    EXPECT_TRUE(files::remove_file(directory_.path("new.mim")));
+    directory_.make_directory("new.mim");
+    expect_repair(long_line);
+    program_.platform.expect_message("will now attempt");
+    program_.platform.expect_message("The file " + directory_.path("new.mim") + " could not be written: ");
+    EXPECT_FALSE(choose(w.Option8));
 }
 
 TEST_F(RepairGuide, EveryControlIsNamedOnceAndHasARole) {
