@@ -55,6 +55,7 @@ void choose_pages_or_pictures(swit& w) {
 }
 
 void choose_encoded(swit& w) {
+    w.Label2.text.clear();
     w.Opti(5).width = encoded_choice_width;
     show_kinds(w, "Create a UUE encoded file", "Create a MIME encoded file", "Create an XXEncoded file",
                "Create a yEncoded file");
@@ -117,6 +118,7 @@ void enter_directory(Context& context) {
 
 void open_create_wizard(Context& context) {
     auto& w = context.windows.load<swit>();
+    w.Label2.text.clear();
     w.Frame1.visible = true;
     w.Label4.text = "Step One - Select a directory to create the new ZIP file in";
     w.Command1.caption = "&Next >";

@@ -189,11 +189,14 @@ TEST_F(MainWindow, TheSecondOptionOpensTheCreateWizard) {
     EXPECT_FALSE(w.Timer2.enabled);
 
     w.Label5.text = "x";
+    controls::run(w.Opti(2).click);
     controls::run(w.Opti(4).click);
     EXPECT_FALSE(w.Picture4.visible);
     EXPECT_FALSE(w.Frame1.visible);
     EXPECT_EQ(w.Label5.text, "");
     EXPECT_TRUE(w.Timer2.enabled);
+    controls::run(w.apt(2).click);
+    EXPECT_EQ(w.Label2.text, "");
 }
 
 TEST_F(MainWindow, AZipFileIsCreatedFromTheFirstPanel) {
@@ -216,7 +219,9 @@ TEST_F(MainWindow, TheEncodedKindsOpenTheChooserUnderTheirOwnCaption) {
     for (const auto& [index, caption] : kinds) {
         controls::run(w.apt(2).click);
         EXPECT_EQ(w.Opti(5).width, 3200);
+        controls::run(w.Opti(2).click);  // changed one's mind: no heading of books is left
         controls::run(w.Opti(5).click);
+        EXPECT_EQ(w.Label2.text, "");
         EXPECT_EQ(w.Opti(5).width, 3000);
         EXPECT_TRUE(w.Frame2.visible);
         EXPECT_EQ(w.Option2(index).caption, caption);
