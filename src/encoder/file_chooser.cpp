@@ -170,13 +170,18 @@ void go_to_typed(shell::Context& context, cmdg& w) {
     select_named_file(context, w, files::name_of(typed));
 }
 
+/// Whether `directory` can be listed; says the system's reason where it can't.
+bool can_be_listed(shell::Context& context, const std::string& directory) {
+    const Result<std::vector<std::string>> listing = files::list_directories(directory);
+    if (!listing) context.platform.message(listing.error().text);
+    return listing.ok();
+}
+
 void change_drive(shell::Context& context, cmdg& w, const std::string& drive) {
-    const Result<std::vector<std::string>> listing = files::list_directories(drive);
-    if (listing) {
+    if (can_be_listed(context, drive)) {
         enter_directory(w, drive);
         return;
     }
-    context.platform.message(listing.error().text);
     w.Drive1.drive = files::drive_of(w.Dir1.path, files::drives());
     w.Drive2.drive = files::drive_of(w.Dir2.path, files::drives());
 }
@@ -210,7 +215,16 @@ void wire_file_page(shell::Context& context, cmdg& w) {
     w.go.click = [&context, &w] { go_to_typed(context, w); };
     w.Drive1.change = [&context, &w] { change_drive(context, w, w.Drive1.drive); };
     w.Drive2.change = [&context, &w] { change_drive(context, w, w.Drive2.drive); };
-    w.Dir1.change = [&w] { enter_directory(w, w.Dir1.path); };
+    w.Dir1.change = [&context, &w] {
+        if (can_be_listed(context, w.Dir1.path)) {
+            enter_directory(w, w.Dir1.path);
+        } else {
+            w.Dir1.path = w.File1.directory();
+        }
+    };
+    w.Dir2.change = [&context, &w] {
+        enter_parts_directory(w, can_be_listed(context, w.Dir2.path) ? w.Dir2.path : w.File2.directory());
+    };
     w.hidden_files.click = [&w] { show_hidden_files(w, w.hidden_files.checked); };
     w.File1.change = [&w] { refresh_files(w); };
     w.Command1.click = w.File1.double_click = [&context, &w] { select_files(context, w); };
@@ -279,7 +293,7 @@ cmdg& show_chooser(shell::Context& context, ChooserMode mode, const std::string&
     w.Command3.visible = w.Command4.visible = w.Command5.visible = w.Command6.visible = collects(mode);
     w.File1.executables_only = mode == ChooserMode::anti_virus;
     show_pattern(w, mode == ChooserMode::anti_virus ? all_files : pattern_of(mode));
-    enter_directory(w, directory.empty() ? files::current_directory() : directory);
+    enter_directory(w, files::is_directory(directory) ? directory : files::current_directory());
     w.visible = true;
     return w;
 }

@@ -117,7 +117,7 @@ struct cmdg : controls::Window {
     shell::Context context_;
 };
 
-/// Shows the chooser in `mode`, starting in `directory` (where it stands, if empty).
+/// Shows the chooser in `mode`, starting in `directory`, or in the process's current one where that is none.
 cmdg& show_chooser(shell::Context& context, ChooserMode mode, const std::string& directory);
 
 /// Makes `directory` the chooser's current one, on its file page and on its merge page. Nothing is selected in another

@@ -137,7 +137,6 @@ void back_to_main_window(shell::Context& context) {
 }  // namespace
 
 void wire_merge_page(shell::Context& context, cmdg& w) {
-    w.Dir2.change = [&w] { enter_parts_directory(w, w.Dir2.path); };
     w.Command7.click = w.File2.double_click = [&context, &w] { add_selected(context, w); };
     w.Command9.click = [&context, &w] { merge(context, w, merge_text); };
     w.Command10.click = [&context, &w] {

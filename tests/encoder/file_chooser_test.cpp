@@ -258,6 +258,14 @@ TEST_F(FileChooser, ADirectoryBecomesAFavorite) {
     EXPECT_EQ(program_.windows.loaded<decoder::Form4>(), nullptr);
     EXPECT_THAT(w.List5.items(), ElementsAre("Mail, old"));
     EXPECT_THAT(w.List6.items(), ElementsAre(dir_.path("mail")));
+
+    // A caption that can be no file name: nothing is written, the window closes all the same.
+    controls::run(w.Label3.click);
+    program_.platform.expect_input("Enter a Name", "a/b");
+    program_.platform.expect_message("The shortcut could not be added");
+    controls::run(program_.windows.loaded<decoder::Form4>()->Command1.click);
+    EXPECT_EQ(program_.windows.loaded<decoder::Form4>(), nullptr);
+    EXPECT_THAT(w.List5.items(), ElementsAre("Mail, old"));
 }
 
 TEST_F(FileChooser, ATypedPathIsEnteredOrItsFileSelected) {
@@ -304,7 +312,7 @@ TEST_F(FileChooser, ATypedPathIsEnteredOrItsFileSelected) {
     EXPECT_EQ(programs.File1.selected, std::nullopt);
 }
 
-TEST_F(FileChooser, ADriveThatCannotBeReadIsSaidAndTheWindowStaysWhereItIs) {
+TEST_F(FileChooser, ADriveOrDirectoryThatCannotBeReadIsSaidAndTheWindowStaysWhereItIs) {
     cmdg& w = show(ChooserMode::open);
     const std::string drive = w.Drive1.drive;
     for (controls::DriveListBox* const list : {&w.Drive1, &w.Drive2}) {
@@ -313,6 +321,12 @@ TEST_F(FileChooser, ADriveThatCannotBeReadIsSaidAndTheWindowStaysWhereItIs) {
         controls::run(list->change);
         EXPECT_EQ(list->drive, drive);
         EXPECT_EQ(w.Dir1.path, dir_.path("mail"));
+    }
+    for (controls::DirListBox* const list : {&w.Dir1, &w.Dir2}) {
+        list->path = dir_.path("gone meanwhile");
+        program_.platform.expect_message("No such file or directory");
+        controls::run(list->change);
+        EXPECT_EQ(list->path, dir_.path("mail"));
     }
     w.Drive2.drive = "/";
     controls::run(w.Drive2.change);
