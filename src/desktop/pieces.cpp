@@ -1,8 +1,11 @@
 #include "desktop/pieces.h"
 
 #include <QApplication>
+#include <QFontDatabase>
 #include <QFontMetrics>
 #include <QLayout>
+
+#include <algorithm>
 
 namespace quill::desktop {
 
@@ -15,6 +18,12 @@ QLabel* text_label(double growth, bool bold) {
     font.setBold(bold);
     label->setFont(font);
     return label;
+}
+
+QFont fixed_font() {
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPointSizeF(std::max(font.pointSizeF(), QApplication::font().pointSizeF()));
+    return font;
 }
 
 QPushButton* push_button() {

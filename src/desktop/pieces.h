@@ -16,6 +16,9 @@ QPushButton* push_button();
 /// `content` with a vertical scroll bar where the window is too small for it.
 QScrollArea* scrolling(QWidget* content);
 
+/// The font of texts whose columns count, no smaller than that of all others.
+QFont fixed_font();
+
 /// The height of a line of usual text, of which margins and spaces are made.
 int line_height();
 

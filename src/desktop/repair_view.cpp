@@ -3,7 +3,6 @@
 #include "desktop/option_button.h"
 #include "desktop/pieces.h"
 
-#include <QFontDatabase>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QMainWindow>
@@ -33,6 +32,15 @@ QWidget* note(QLabel* text) {
     return area;
 }
 
+/// Gives the focus to the first choice of a page, or to the text to practise on.
+void focus_first(QWidget* page) {
+    if (auto* choice = page->findChild<OptionButton*>()) {
+        choice->setFocus();
+    } else if (auto* text = page->findChild<QPlainTextEdit*>()) {
+        text->setFocus();
+    }
+}
+
 }  // namespace
 
 RepairView::RepairView(decoder::Form3& window, EventLoop& events) : View(window, new QMainWindow, events), w_(window) {
@@ -44,9 +52,19 @@ RepairView::RepairView(decoder::Form3& window, EventLoop& events) : View(window,
     const int space = line_height();
     layout->setContentsMargins(space, space, space, space);
     layout->setSpacing(space / 2);
-    for (QWidget* page : {make_main_page(), make_tutorial(), make_further_options()}) layout->addWidget(page, 1);
+    QWidget* const main_page = make_main_page();
+    QWidget* const tutorial = make_tutorial();
+    QWidget* const further = make_further_options();
+    for (QWidget* page : {main_page, tutorial, further}) layout->addWidget(page, 1);
     layout->addWidget(make_buttons());
     main.setCentralWidget(centre);
+    on_sync([this, main_page, tutorial, further, shown = Drawn<QWidget*>()]() mutable {
+        shown.update(w_.Frame1.visible ? tutorial : w_.Frame2.visible ? further : main_page, focus_first);
+    });
+    auto* escape = new QShortcut(QKeySequence::Cancel, &main);
+    QObject::connect(escape, &QShortcut::activated, &main, [this] {
+        if (!w_.Frame1.visible) hand_in(w_.Frame2.visible ? w_.Option10.click : w_.Command1.click);
+    });
 }
 
 void RepairView::build_menu(QMainWindow& frame) {
@@ -95,7 +113,7 @@ QWidget* RepairView::make_tutorial() {
     texts->addStretch(1);
     page->addWidget(scrolling(content));
     auto* sample = new QPlainTextEdit;
-    sample->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    sample->setFont(fixed_font());
     sample->setTabChangesFocus(true);
     sample->setLineWrapMode(QPlainTextEdit::NoWrap);
     page->addWidget(bind(w_.Text1, sample));
@@ -133,11 +151,6 @@ QSize RepairView::best_size() const {
     const int width = std::max(told_size().width(), line_height() * 44);
     const int around = line_height() * 6;
     return {width, main_page_->heightForWidth(width - line_height() * 3) + around};
-}
-
-void RepairView::on_shown() {
-    auto* first = frame().findChild<OptionButton*>();
-    if (first != nullptr) first->setFocus();
 }
 
 }  // namespace quill::desktop

@@ -15,7 +15,6 @@ class RepairView final : public View {
     RepairView(decoder::Form3& window, EventLoop& events);
 
   protected:
-    void on_shown() override;
     QSize best_size() const override;
 
   private:

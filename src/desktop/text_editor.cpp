@@ -1,5 +1,6 @@
 #include "desktop/text_editor.h"
 
+#include "desktop/pieces.h"
 #include "desktop/shown_text.h"
 #include "files/atomic_file.h"
 #include "files/directory.h"
@@ -10,7 +11,6 @@
 #include <QCloseEvent>
 #include <QFile>
 #include <QFileDialog>
-#include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -56,7 +56,7 @@ TextEditor::TextEditor(QWidget* parent)
       position_(new QLabel) {
     setAttribute(Qt::WA_DeleteOnClose);
     setObjectName(QStringLiteral("text editor"));
-    text_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    text_->setFont(fixed_font());
     text_->setAccessibleName(QStringLiteral("Text of the file"));
     text_->setLineWrapMode(QPlainTextEdit::WidgetWidth);
     setCentralWidget(text_);
