@@ -25,7 +25,8 @@ std::string decoded(const Attachment& attachment, std::string_view input, const 
 
 }  // namespace
 
-// Any bytes as a body in any format, in two ranges: the same result whichever way the input is read.
+// Any bytes as a body in any format, in two ranges, the first perhaps quoted: the same result whichever way the input
+// is read.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size < 2) return 0;
     constexpr std::array formats = {Format::base64, Format::uu, Format::xx, Format::quoted_printable};
@@ -33,7 +34,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::uint64_t cut = input.size() * data[1] / 256;
     Attachment attachment;
     attachment.format = formats[data[0] % formats.size()];
-    attachment.body = {{0, cut, 0}, {cut, input.size(), 0}};
+    const auto quote = static_cast<std::uint32_t>(data[0] / formats.size() % 4);
+    attachment.body = {{0, cut, 0, quote}, {cut, input.size(), 0}};
     const ReadInput read = [&](std::uint32_t, std::uint64_t offset, char* out, std::size_t n) {
         return input.substr(offset).copy(out, n);
     };

@@ -58,6 +58,7 @@ struct Range {
     std::uint64_t begin = 0;
     std::uint64_t end = 0;
     std::uint32_t source = 0;  ///< which of the inputs, where a result is put together from several
+    std::uint32_t quote = 0;   ///< characters before each line that mark it as quoted and are no part of it
 
     bool operator==(const Range&) const = default;
 };

@@ -49,6 +49,9 @@ class Body {
     /// Whether `bytes`, which `ahead` gave, reach to the end of the range.
     bool reach_end(std::string_view bytes) const { return at_end() || at_ + bytes.size() == ranges_[index_].end; }
 
+    /// Characters before each line of the current range that are no part of it.
+    std::size_t quote() const { return at_end() ? 0 : ranges_[index_].quote; }
+
     bool at_end() const { return index_ >= ranges_.size(); }
     bool stopped() const { return stopped_; }
 

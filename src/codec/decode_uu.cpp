@@ -22,6 +22,10 @@ bool is_blank(std::string_view line) {
     return line.find_first_not_of(" \t\r\n") == std::string_view::npos;
 }
 
+std::string_view unquoted(std::string_view line, std::size_t quote) {
+    return line.substr(std::min(quote, line.size()));
+}
+
 class UuRun {
   public:
     UuRun(const Attachment& attachment, Body& body, Sink& sink)
@@ -48,6 +52,10 @@ class UuRun {
 
 void UuRun::run() {
     while (!body_.at_end() && !body_.stopped() && !sink_.stopped()) {
+        if (body_.quote() > 0) {
+            take_odd_line();
+            continue;
+        }
         const std::string_view in = body_.ahead(body_.piece());
         const uu::Progress done = uu::decode_lines(alphabet_, in, room_.data());
         sink_.put({room_.data(), done.written});
@@ -61,21 +69,22 @@ void UuRun::run() {
     }
 }
 
-/// The next line without its line end; one that an input's end cuts in two is put together.
+/// The next line without its line end and a quotation's mark; one that an input's end cuts in two is put together.
 std::string UuRun::take_line() {
     std::string line;
+    const std::size_t quote = body_.quote();
     do {
         const std::string_view read = body_.line(piece_size);
         line += read.substr(0, longest_text);
         body_.pass(read.size());
         if (read.ends_with('\n') || read.ends_with('\r')) break;
     } while (!body_.at_end() && line.size() < longest_text);
-    return std::string(without_line_end(line));
+    return std::string(unquoted(without_line_end(line), quote));
 }
 
 /// Whether nothing but the end of the data follows.
 bool UuRun::is_last_line() {
-    const std::string_view rest = body_.ahead(longest_text);
+    const std::string_view rest = unquoted(body_.ahead(longest_text), body_.quote());
     return is_blank(rest) || (!rest.empty() && uu::value_of(alphabet_, rest.front()) == 0);
 }
 
@@ -136,6 +145,7 @@ void UuRun::take_odd_line() {
     if (!data.clean) {
         sink_.report(Grade::damaged, "bad-character", at, "A line holds characters that are not of the alphabet");
     }
+    writes_graves_ = writes_graves_ || (data.clean && line.find('`') != line.npos);
     decode(std::string_view(line).substr(1), bytes_of(data, line, at));
 }
 

@@ -55,6 +55,17 @@ bool LineCursor::read_line(Position at, std::size_t most, Line& line) const {
     line.end = {at.segment, at.offset + length};
     line.next = line.end;
     if (length < seen.size()) line.next.offset += line_end_size(rest_of_segment, length);
+    return quote_.empty() || unquote(line);
+}
+
+bool LineCursor::unquote(Line& line) const {
+    if (line.text.starts_with(quote_)) {
+        line.text.remove_prefix(quote_.size());
+        return true;
+    }
+    const std::string_view mark = std::string_view(quote_).substr(0, quote_.find_last_not_of(" \t") + 1);
+    if (!line.text.starts_with(mark) || line.text.find_first_not_of(" \t", mark.size()) != line.text.npos) return false;
+    line.text = {};
     return true;
 }
 
@@ -117,7 +128,8 @@ std::vector<Range> LineCursor::ranges(Position begin, Position end) const {
     for (Position at = begin; at < end;) {
         const Segment& segment = segments_[at.segment];
         const std::uint64_t stop = at.segment == end.segment ? end.offset : segment.range.end;
-        if (at.offset < stop) out.push_back({at.offset, stop, segment.range.source});
+        const auto quote = static_cast<std::uint32_t>(quote_.size());
+        if (at.offset < stop) out.push_back({at.offset, stop, segment.range.source, quote});
         if (++at.segment >= segments_.size()) break;
         at.offset = segments_[at.segment].range.begin;
     }

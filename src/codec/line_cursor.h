@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -67,6 +68,11 @@ class LineCursor {
     /// Moves to `offset` of the current segment, in what is known to be lines.
     void pass_to(std::uint64_t offset);
 
+    /// While `mark` is not empty, lines are read without it, and all ends before the first one that it does not stand
+    /// before. A line that holds only the mark, blanks at its end lost, is empty. The fast ways above know of no marks.
+    void set_quote(std::string_view mark) { quote_ = mark; }
+    bool is_quoted() const { return !quote_.empty(); }
+
     bool stopped() const { return stopped_; }
     Position position() const { return at_; }
     void seek(Position at) { at_ = at; }
@@ -76,7 +82,7 @@ class LineCursor {
     /// The bytes from `at` to the end of its segment.
     std::string_view rest(Position at) const;
 
-    /// The ranges between two positions, empty ones left out.
+    /// The ranges between two positions, empty ones left out, quoted as the lines are at the moment.
     std::vector<Range> ranges(Position begin, Position end) const;
 
     /// The first position, and the one behind everything.
@@ -85,9 +91,11 @@ class LineCursor {
 
   private:
     bool read_line(Position at, std::size_t most, Line& line) const;
+    bool unquote(Line& line) const;
     void move_to(Position to);
 
     std::vector<Segment> segments_;
+    std::string quote_;
     OnMove on_move_;
     Read read_;
     std::vector<char> window_;

@@ -8,6 +8,7 @@ namespace {
 
 constexpr std::array formats = {
     TextFormat{"uuencode, xxencode, begin-base64", sniff_begin, open_begin},
+    TextFormat{"uuencode, xxencode, quoted", sniff_quoted_begin, open_quoted_begin},
     TextFormat{"yEnc", sniff_yenc, open_yenc},
     TextFormat{"BinHex 4.0", sniff_binhex, open_binhex},
     TextFormat{"ASCII armor", sniff_armor, open_armor},

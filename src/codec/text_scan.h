@@ -44,6 +44,8 @@ std::span<const TextFormat> text_formats();
 
 bool sniff_begin(std::string_view line);
 bool open_begin(TextScan& scan, const Line& line);
+bool sniff_quoted_begin(std::string_view line);
+bool open_quoted_begin(TextScan& scan, const Line& line);
 bool sniff_yenc(std::string_view line);
 bool open_yenc(TextScan& scan, const Line& line);
 bool sniff_binhex(std::string_view line);

@@ -160,7 +160,7 @@ BodyEnd read_body(TextScan& scan, uu::Alphabet alphabet) {
     out.end = scan.cursor.position();
     Line line;
     while (true) {
-        if (!out.ended) {
+        if (!out.ended && !scan.cursor.is_quoted()) {
             pass_exact_lines(scan.cursor, alphabet);
             out.end = std::max(out.end, scan.cursor.position());
         }
@@ -227,6 +227,24 @@ void finish_uu(TextScan& scan, FoundFile& file, uu::Alphabet alphabet, Position 
     }
 }
 
+/// Reads the lines of data at `begin`, and adds the file.
+bool open_lines(TextScan& scan, FoundFile file, Position begin, bool sure) {
+    const std::optional<uu::Alphabet> alphabet = tell_alphabet(scan, begin, sure);
+    if (!alphabet) return false;
+    file.label = std::exchange(scan.label, {});
+    finish_uu(scan, file, *alphabet, begin);
+    scan.add(std::move(file));
+    return true;
+}
+
+/// How many characters at the beginning of `line` mark it as quoted: "> ", ">>", "| > ".
+std::size_t quote_size(std::string_view line) {
+    constexpr std::size_t longest = 40;
+    const std::size_t text = line.substr(0, longest).find_first_not_of(">|: \t");
+    if (text == std::string_view::npos) return 0;
+    return line.substr(0, text).find_first_of(">|:") == std::string_view::npos ? 0 : text;
+}
+
 }  // namespace
 
 bool sniff_begin(std::string_view line) {
@@ -239,12 +257,29 @@ bool open_begin(TextScan& scan, const Line& line) {
     FoundFile file;
     file.attachment.name = begin->name;
     if (begin->base64) return open_base64_lines(scan, std::move(file), begin->has_mode);
-    const std::optional<uu::Alphabet> alphabet = tell_alphabet(scan, line.next, begin->has_mode);
-    if (!alphabet) return false;
-    file.label = std::exchange(scan.label, {});
-    finish_uu(scan, file, *alphabet, line.next);
-    scan.add(std::move(file));
-    return true;
+    return open_lines(scan, std::move(file), line.next, begin->has_mode);
+}
+
+bool sniff_quoted_begin(std::string_view line) {
+    const std::size_t mark = quote_size(line);
+    return mark > 0 && sniff_begin(line.substr(mark));
+}
+
+bool open_quoted_begin(TextScan& scan, const Line& line) {
+    const std::size_t mark = quote_size(line.text);
+    const std::optional<BeginLine> begin = read_begin(line.text.substr(mark, peeked_characters));
+    if (!begin || !begin->has_mode || begin->base64) return false;
+    FoundFile file;
+    file.attachment.name = begin->name;
+    file.attachment.problems.push_back({Grade::repaired,
+                                        "quoted",
+                                        line.begin.offset,
+                                        {},
+                                        "The lines are quoted, and the marks before them are taken off"});
+    scan.cursor.set_quote(line.text.substr(0, mark));
+    const bool opened = open_lines(scan, std::move(file), line.next, true);
+    scan.cursor.set_quote({});
+    return opened;
 }
 
 bool sniff_bare_uu(std::string_view line) {

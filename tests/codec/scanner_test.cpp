@@ -171,6 +171,18 @@ INSTANTIATE_TEST_SUITE_P(
                    "`\nend\n\nFrom a@b Mon Jan  1 00:00:00 "
                    "2024\nSubject: y\n\nhi\n",
                "cat", "Cat", Verdict::whole},
+        Found1{"quoted", "Ann wrote:\n> begin 644 cat\n> #0V%T\n> `\n> end\n>\n> Ann\n\nThanks!\n", "cat", "Cat",
+               Verdict::whole},
+        Found1{"quoted twice, blanks lost behind the marks", "> > begin 644 z\r\n> > #\r\n> >\r\n> > end\r\n", "z",
+               std::string(3, '\0'), Verdict::whole},
+        Found1{"quoted without blanks, xxencoded", ">begin 644 cat\n>1Eq3o\n>+\n>end\n", "cat", "Cat", Verdict::whole},
+        Found1{"quoted, and the quotation breaks off", "| begin 644 cat\n| #0V%T\nThanks!\n", "cat", "Cat",
+               Verdict::incomplete},
+        Found1{"quoted, and the marks end before the data", "| begin 644 cat\n| #0V%T\n#0V%T\n`\nend\n", "cat",
+               "CatCat", Verdict::whole},
+        Found1{"quoted, a damaged line among the data",
+               "> begin 644 cat\n> #0V%T\n> #0v%T\n> #0V%T\n> `\n> end\n> size 9\n", "cat", "Cat@\x01tCat",
+               Verdict::damaged},
         Found1{"a part of one line that the subject announces", "Subject: cat (2/3)\n\n#0V%T\n", "cat", "Cat",
                Verdict::incomplete},
         Found1{"a last part of one line", "#0V%T\n`\nend\n", "", "Cat", Verdict::incomplete}));
@@ -178,6 +190,24 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(Scanner, DoesNotTakeProseForABeginLine) {
     EXPECT_TRUE(scan_and_decode("begin 5 minutes early\nand bring the others with you\n").empty());
     EXPECT_TRUE(scan_and_decode("begin 644 is a mode\nthat many files have\nin these days\n").empty());
+}
+
+TEST(Scanner, DoesNotTakeQuotedProseForABeginLine) {
+    EXPECT_TRUE(scan_and_decode("> begin 644 is a mode\n> that many files have\n> in these days\n").empty());
+    EXPECT_TRUE(scan_and_decode("> begin 644 cat\n#0V%T\n`\nend, so to speak\n").empty());
+}
+
+/// Each part has its own marks, or none.
+TEST(Scanner, JoinsQuotedPartsWithOthers) {
+    const std::string line = "M" + std::string(60, '=') + "\n";
+    std::string lines, quoted;
+    for (int i = 0; i < 8000; ++i) lines += line, quoted += "> " + line;
+    const std::vector<ScannedFile> files =
+        scan_and_decode("part 1 of 2\n\n> begin 644 a.bin\n" + quoted + "\npart 2 of 2\n\n" + lines + "`\nend\n");
+    ASSERT_EQ(files.size(), 1U);
+    EXPECT_EQ(files[0].outcome.verdict, Verdict::whole);
+    ASSERT_EQ(files[0].bytes.size(), 720'000U);
+    EXPECT_EQ(files[0].bytes.substr(0, 360'000), files[0].bytes.substr(360'000));
 }
 
 TEST(Scanner, DoesNotTakeKeysAndHashesForBareBase64) {
