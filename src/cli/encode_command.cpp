@@ -131,22 +131,30 @@ std::vector<std::string> format_names() {
 void add_encode_command(CLI::App& app, Work& work) {
     auto* command = app.add_subcommand("encode", "Write files as UUE, MIME, BinHex, XXE or yEnc text");
     const auto request = std::make_shared<EncodeRequest>();
-    command->add_option("--format", request->format, "How to encode")->required()->check(CLI::IsMember(format_names()));
+    command->add_option("--format", request->format, "How to encode")
+        ->required()
+        ->type_name("FORMAT")
+        ->check(CLI::IsMember(format_names()));
     command->add_option("--output", request->output, "Where to write: a file or, for several inputs, a directory")
         ->type_name("PATH");
     command->add_flag("--crc", request->options.crc, "yEnc: state the CRC-32 of the file in the trailer");
     command->add_option("--line", request->options.line_length, "MIME, yEnc: characters on a line (default: 76, 128)")
+        ->type_name("N")
         ->check(CLI::PositiveNumber);
     command
         ->add_option("--part-size", request->options.part_size,
-                     "yEnc, UUE: bytes of the file in one output; the outputs' names are numbered")
+                     "yEnc, UUE: bytes of the file in one output; the names of the\noutputs are numbered")
+        ->type_name("N")
         ->check(CLI::PositiveNumber);
     command->add_flag("--quiet", request->quiet, "Say errors alone");
-    command->add_option("FILE", request->files, "What to encode")->required();
+    command->add_option("FILE", request->files, "What to encode")->required()->type_name("");
     command->footer(
-        "Without --output the result stands beside its input: all behind the first dot of the path given becomes UUE, "
-        "MME, HQX or XXE; for yEnc the last three characters become `ync`. An existing output is replaced once the "
-        "new one is whole; an input never is. Each output is a line: path and size in bytes, with a tab between.");
+        "Without --output all behind the first dot of the path given, directories included,\n"
+        "becomes UUE, MME, HQX or XXE; a path without a dot gives that name alone, in the\n"
+        "current directory. For yEnc the last three characters of the path become `ync`.\n"
+        "An existing output is replaced once the new one is whole; an input never is. Each\n"
+        "output is a line: path and size in bytes, with a tab between. Exit status: 0 all is\n"
+        "written; 3 bad usage, or a file can't be read or written.");
     command->callback(
         [&work, request] { work = [request](const Console& console) { return encode(*request, console); }; });
 }

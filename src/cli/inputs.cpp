@@ -62,9 +62,11 @@ Result<SpooledInput> SpooledInput::read(std::istream& in) {
     unlink(name.c_str());
     SpooledInput spooled(fd);
     std::array<char, 1 << 16> buffer;
+    errno = 0;
     while (in.read(buffer.data(), buffer.size()), in.gcount() > 0) {
         if (!write_all(fd, {buffer.data(), static_cast<std::size_t>(in.gcount())})) return system_error(errno);
     }
+    if (in.bad()) return system_error(errno == 0 ? EIO : errno);
     return spooled;
 }
 

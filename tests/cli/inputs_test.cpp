@@ -1,0 +1,18 @@
+#include "cli/inputs.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+namespace quill::cli {
+namespace {
+
+TEST(SpooledInput, WhatCannotBeReadIsNotTakenForEmpty) {
+    std::ifstream directory("/");
+    const auto spooled = SpooledInput::read(directory);
+    ASSERT_FALSE(spooled);
+    EXPECT_EQ(spooled.error().text, "Is a directory");
+}
+
+}  // namespace
+}  // namespace quill::cli
