@@ -45,7 +45,7 @@ struct Copy {
     }
 };
 
-Error stopped() {
+Error cancelled() {
     return {ErrorCode::cancelled, 0, "The merge was stopped"};
 }
 
@@ -68,7 +68,7 @@ Status copy_lines(Copy& copy, const files::MappedFile& file, std::string_view by
         if (!copy.out.write(chunk)) return copy.out.error();
         chunk.clear();
         file.release_before(begin + reader.offset());
-        if (!copy.goes_on(fraction(reader.offset(), bytes.size()))) return stopped();
+        if (!copy.goes_on(fraction(reader.offset(), bytes.size()))) return cancelled();
     }
     if (!copy.out.write(chunk)) return copy.out.error();
     return Done{};
@@ -79,7 +79,7 @@ Status copy_bytes(Copy& copy, const files::MappedFile& file, std::string_view by
     for (std::size_t at = 0; at < bytes.size(); at += chunk_size) {
         if (!copy.out.write(bytes.substr(at, chunk_size))) return copy.out.error();
         file.release_before(begin + at);
-        if (!copy.goes_on(fraction(at, bytes.size()))) return stopped();
+        if (!copy.goes_on(fraction(at, bytes.size()))) return cancelled();
     }
     return Done{};
 }
@@ -210,7 +210,7 @@ Result<Merged> merge_text(std::span<const std::string> paths, const std::string&
     Copy copy{*out, progress, {0, paths.size(), 0}};
     for (; copy.at.index < paths.size(); ++copy.at.index) {
         const std::string& path = paths[copy.at.index];
-        if (!copy.goes_on(0)) return stopped();
+        if (!copy.goes_on(0)) return cancelled();
         const Result<files::MappedFile> file = files::MappedFile::open(path);
         if (!file) {
             leave_out(merged, path, file.error());
@@ -241,7 +241,7 @@ Result<Merged> merge_yenc(std::span<const std::string> paths, const std::string&
     Copy copy{*out, progress, {0, series.size(), 0}};
     for (; copy.at.index < series.size(); ++copy.at.index) {
         const YencPart& part = series[copy.at.index];
-        if (!copy.goes_on(0)) return stopped();
+        if (!copy.goes_on(0)) return cancelled();
         const Status copied = copyPart(copy, found->posts[part.file], part, with_crlf);
         if (!copied) return copied.error();
     }
