@@ -24,6 +24,13 @@ void tell(MemberResult& result, Grade grade, std::string kind, std::string text)
     result.problems.push_back({grade, std::move(kind), 0, {}, std::move(text)});
 }
 
+/// A directory has no bytes to be read: what its member holds all the same is not written anywhere.
+void pass_over_content(const Member& directory, MemberResult& result) {
+    result.fate = directory.uncompressed_size == 0 ? Fate::verified : Fate::damaged;
+    if (result.fate == Fate::damaged)
+        tell(result, Grade::lost, "content", "it is a directory, and its content is not written");
+}
+
 /// One run over members of an archive: what its threads share.
 class Run {
   public:
@@ -138,20 +145,20 @@ class Writer {
         }
         if (path.renamed) tell(result, Grade::repaired, "renamed", "its name is not safe or not unique here");
         if (member.is_directory()) {
-            make_directory(path.path, result);
+            make_directory(member, path.path, result);
         } else {
             write_file(member, path.path, reader, result);
         }
     }
 
   private:
-    void make_directory(const std::string& path, MemberResult& result) {
+    void make_directory(const Member& member, const std::string& path, MemberResult& result) {
         const Result<std::string> entered = tree_->enter(path);
         if (!entered) {
             tell(result, Grade::lost, "not-written", entered.error().text);
             return;
         }
-        result.fate = Fate::verified;
+        pass_over_content(member, result);
         result.path = path;
     }
 
@@ -250,7 +257,7 @@ std::vector<MemberResult> test_members(const Archive& archive, const std::vector
         return [&](MemberReader& reader, MemberResult& result) {
             const Member& member = archive.members()[result.member];
             if (member.is_directory()) {
-                result.fate = Fate::verified;
+                pass_over_content(member, result);
                 return;
             }
             bool limited = false;

@@ -7,6 +7,7 @@
 #include <csignal>
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -160,6 +161,30 @@ TEST(ArchiveChange, AKillAtAnyStepLeavesTheOldArchiveOrTheNewOne) {
         EXPECT_EQ(dir.read("a.zip"), old) << "step " << steps;
     }
     FAIL() << "it never came to its end";
+}
+
+TEST(ArchiveChange, AFullDiskLeavesTheOldArchive) {
+    const std::string old = old_archive();
+    std::string noise(34'000'000, '\0');  // more than waits in memory
+    std::uint32_t state = 1;
+    for (char& c : noise) c = static_cast<char>((state = state * 1664525 + 1013904223) >> 24U);
+    // In the first and the last the new archive gets too long, in the other what waits for it.
+    for (const rlim_t most : {rlim_t{50}, rlim_t{1'000'000}, rlim_t{noise.size() + 100}}) {
+        const TemporaryDirectory dir;
+        prepare(dir);
+        if (most >= 1'000'000) dir.write("n", noise);
+        const pid_t child = fork();
+        if (child == 0) {
+            signal(SIGXFSZ, SIG_IGN);
+            const rlimit limit{most, most};
+            _exit(setrlimit(RLIMIT_FSIZE, &limit) == 0 && !change_all(dir, output_beside).ok() ? 0 : 1);
+        }
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << most << " bytes";
+        EXPECT_EQ(dir.read("a.zip"), old);
+        EXPECT_THAT(dir.names(), ElementsAre("a.zip", "b", "n"));
+    }
 }
 
 TEST(ArchiveChange, JunkBeforeAndBehindStays) {

@@ -108,6 +108,7 @@ TEST(Extraction, OneBadMemberStopsNoOther) {
                                          .add("none", "x", {.method = 77})
                                          .add("shared", "x", {.offset = 5})
                                          .add("good", "fine")
+                                         .add("d/", "hidden content")
                                          .finish(),
                                      dir.path());
     EXPECT_EQ(results[0].fate, Fate::damaged);
@@ -116,7 +117,8 @@ TEST(Extraction, OneBadMemberStopsNoOther) {
     EXPECT_EQ(kinds(results[2]), "overlap");
     EXPECT_EQ(results[3].fate, Fate::verified);
     EXPECT_EQ(dir.read("good"), "fine");
-    EXPECT_THAT(dir.names(), ::testing::ElementsAre("bad", "good"));
+    EXPECT_EQ(results[4].fate, Fate::damaged);
+    EXPECT_THAT(dir.names(), ::testing::ElementsAre("bad", "d", "good"));
 }
 
 TEST(Extraction, MakesNoLinkNoProgramAndNothingSpecial) {
