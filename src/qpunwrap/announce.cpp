@@ -18,9 +18,10 @@ constexpr auto title = "Quoted-printable";
 
 /// Programs that show a text as it stands, the text as their last argument.
 using Words = std::vector<std::string>;
-const std::array<Words, 3>& message_boxes() {
-    static const std::array<Words, 3> boxes = {
+const std::array<Words, 4>& message_boxes() {
+    static const std::array<Words, 4> boxes = {
         Words{"zenity", "--info", "--no-markup", "--title", title, "--text"},
+        Words{"kdialog", "--title", title, "--msgbox"},
         Words{"xmessage", "-center", "-title", title, "--"},
         Words{"notify-send", "--", title},
     };

@@ -11,9 +11,11 @@ namespace quill::qpunwrap {
 namespace {
 
 struct Signs {
-    std::int64_t strong = 0;   // hardly anything but quoted-printable
-    std::int64_t weak = 0;     // quoted-printable, or chance
-    std::int64_t against = 0;  // what quoted-printable would have escaped
+    std::int64_t strong = 0;       // hardly anything but quoted-printable
+    std::int64_t weak = 0;         // quoted-printable, or chance
+    std::int64_t against = 0;      // what quoted-printable would have escaped
+    std::int64_t full_breaks = 0;  // soft breaks where an encoder has to make one
+    std::int64_t lines = 0;        // that are not empty
 };
 
 bool is_letter_or_digit(unsigned char c) {
@@ -125,11 +127,16 @@ bool may_be_padded(std::string_view line) {
 void weigh_soft_break(std::string_view line, Signs& signs) {
     constexpr std::size_t longest = 77;  // RFC 2045 6.7, rule 5, and one for encoders that leave out the '='
     const bool full = line.size() <= longest && line.size() + 4 > longest && line.find(' ') != line.npos;
-    if (!may_be_padded(line)) ++(full ? signs.strong : signs.weak);
+    if (full && !line.ends_with("==")) {
+        ++signs.full_breaks;
+    } else if (!may_be_padded(line)) {
+        ++signs.weak;
+    }
 }
 
 void weigh_line(std::string_view line, Signs& signs) {
     line = line.substr(0, line.find_last_not_of(" \t") + 1);
+    if (!line.empty()) ++signs.lines;
     for (std::size_t at = line.find('='); at != line.npos; at = line.find('=', at + 1)) {
         if (at + 1 == line.size()) {
             weigh_soft_break(line, signs);
@@ -147,8 +154,11 @@ bool holds_quoted_printable(std::string_view text) {
     constexpr std::int64_t telling = 3;  // so many weak signs are no chance
     Signs signs;
     for (std::string_view rest = without_header(text); !rest.empty();) weigh_line(take_line(rest), signs);
-    const bool enough = signs.strong > 0 || signs.weak >= telling;
-    return enough && 2 * signs.strong + signs.weak > 3 * signs.against;
+    // Some encoders break lines and let every other '=' stand.
+    if (signs.full_breaks >= telling && 4 * signs.full_breaks >= signs.lines) return true;
+    const std::int64_t strong = signs.strong + signs.full_breaks;
+    const bool enough = strong > 0 || signs.weak >= telling;
+    return enough && 2 * strong + signs.weak > 3 * signs.against;
 }
 
 }  // namespace quill::qpunwrap

@@ -28,6 +28,7 @@ TEST(HoldsQuotedPrintable, IsTrueOfWhatEncodersWrite) {
              std::string("=46rom here on\r\nna=EFve\r\n"),
              std::string("Content-Type: text/plain;\r\n charset=\"utf-8\"; format=flowed\r\n\r\nna=EFve\r\n"),
              std::string("From ada Mon Jan  1\nSubject: =?utf-8?Q?=C3=A9?=\n\nna=EFve\n"),
+             repeated(3, "<p align=\"center\" class=\"note\">words that fill the line up to its end <b =\nx=\"y\">\n"),
              repeated(20, "=C3=A9 and =C3=A0 ") + "see http://example.org/?a=b\r\n",
          }) {
         EXPECT_TRUE(holds_quoted_printable(text)) << text;
@@ -46,6 +47,7 @@ TEST(HoldsQuotedPrintable, IsFalseOfOtherTextWithEqualsSigns) {
              std::string("CFLAGS=-O2\nCC=gcc\nOUT=default\nMODE=fast\n"),
              repeated(9, "QUJDREVGR0hJSktMTU5PUFFSU1RVVldYWVo=\r\n"),
              repeated(9, repeated(19, "QUJD") + "\r\n") + "QUI=\r\n", std::string("QUJDRA==\r\n"),
+             repeated(3, "// A divider of a program =================================================\nx=1;\n"),
              repeated(3, "Heading\n=======\n\n"), std::string("=ybegin line=128 size=20 name=AB\r\n=AB\r\n"),
              repeated(30, "M=7)E=\"!S=6-R970@=&AI<R!I<R!U=65N8V]D960@=&5X=\"!A;F0@;F]T(&%N\n"),
              std::string("a=\r\nb=\r\nc"),  // two line ends may be chance
