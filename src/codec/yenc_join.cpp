@@ -51,17 +51,31 @@ PartKey key_of(const Post& post) {
     return {begin, begin ? std::nullopt : post.begin.part};
 }
 
-/// A file that parts are gathered in.
-struct Gathering {
-    std::size_t file = 0;
-    std::map<PartKey, std::optional<std::uint32_t>> checksums;
+/// The posts that hold the same part of files of one name and size.
+struct SamePart {
+    std::size_t count = 0;  ///< of the files that have the part: the first ones
+    std::optional<std::uint32_t> first_crc;
+    std::map<std::uint32_t, std::size_t> others;  ///< which file has it with another CRC
+};
 
-    /// Whether `post` can be of the same file as what is here.
-    bool takes(const Post& post) const {
-        const auto same_part = checksums.find(key_of(post));
-        if (same_part == checksums.end()) return true;
-        const std::optional<std::uint32_t> stated = post.stated_crc();
-        return !stated || !same_part->second || *stated == *same_part->second;
+/// Files of one name and size that parts are gathered in.
+struct Gathering {
+    std::vector<std::size_t> files;
+    std::map<PartKey, SamePart> parts;
+
+    /// Which of the files `post` goes to: the first that lacks its part, or has it with no other CRC. May be one more
+    /// than there are.
+    std::size_t place_of(const Post& post) {
+        SamePart& part = parts[key_of(post)];
+        const std::optional<std::uint32_t> crc = post.stated_crc();
+        if (part.count == 0) {
+            part = {1, crc, {}};
+            return 0;
+        }
+        if (!crc || !part.first_crc || *crc == *part.first_crc) return 0;
+        const auto [other, is_new] = part.others.emplace(*crc, part.count);
+        if (is_new) ++part.count;
+        return other->second;
     }
 };
 
@@ -74,7 +88,7 @@ void append(FoundFile& whole, FoundFile&& piece) {
 }  // namespace
 
 void join_posts(std::vector<FoundFile>& files, std::span<const std::string_view> inputs) {
-    std::map<FileKey, std::vector<Gathering>> gatherings;
+    std::map<FileKey, Gathering> gatherings;
     std::size_t kept = 0;  // of the files; those behind are still to be looked at
     for (std::size_t i = 0; i < files.size(); ++i) {
         FoundFile& file = files[i];
@@ -84,16 +98,13 @@ void join_posts(std::vector<FoundFile>& files, std::span<const std::string_view>
         }
         if (part && part->post.is_part()) {
             const Post& post = part->post;
-            std::vector<Gathering>& candidates = gatherings[{post.begin.name, post.begin.size}];
-            auto gathering = std::find_if(candidates.begin(), candidates.end(),
-                                          [&](const Gathering& candidate) { return candidate.takes(post); });
-            const bool is_first = gathering == candidates.end();
-            if (is_first) gathering = candidates.insert(gathering, Gathering{kept, {}});
-            gathering->checksums.try_emplace(key_of(post), post.stated_crc());
-            if (!is_first) {
-                append(files[gathering->file], std::move(file));
+            Gathering& gathering = gatherings[{post.begin.name, post.begin.size}];
+            const std::size_t place = gathering.place_of(post);
+            if (place < gathering.files.size()) {
+                append(files[gathering.files[place]], std::move(file));
                 continue;
             }
+            gathering.files.push_back(kept);
         }
         if (kept != i) files[kept] = std::move(file);
         ++kept;
