@@ -2,6 +2,8 @@
 
 #include "decoder/headerless.h"
 #include "decoder/library_run.h"
+#include "decoder/naming_window.h"
+#include "decoder/repair_guide.h"
 #include "decoder/text_file.h"
 #include "decoder/triage_rewrites.h"
 #include "decoder/yenc_run.h"
@@ -135,6 +137,13 @@ bool pass_triage(shell::Context& context, std::string& path) {
     return true;
 }
 
+/// Windows that ask about an earlier run's file would work on this one's.
+void close_questions_of_earlier_run(controls::Windows& windows) {
+    windows.unload<Form3>();
+    const Form4* naming = windows.loaded<Form4>();
+    if (naming != nullptr && naming->Frame1.visible) windows.unload<Form4>();
+}
+
 }  // namespace
 
 void undec(shell::Context& context, std::string& path) {
@@ -142,6 +151,7 @@ void undec(shell::Context& context, std::string& path) {
     path = files::absolute(path);
     const std::string directory = files::dir_of(path);
     context.session.EncodedPath = path;
+    close_questions_of_earlier_run(context.windows);
     w.File2.set_directory(directory);
     w.File3.set_directory(directory);
     files::change_directory(directory);

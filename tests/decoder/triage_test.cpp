@@ -75,6 +75,18 @@ TEST_F(Triage, AMessageIsDecodedIntoItsOwnDirectory) {
     EXPECT_EQ(dir.read("sub/a.mim"), message_with("hello.txt"));
 }
 
+TEST_F(Triage, ARunClosesTheWindowsThatAskAboutAnEarlierFile) {
+    program.windows.load<Form3>();
+    program.windows.load<Form4>().Frame1.visible = true;
+    dir.write("a.mim", message_with("hello.txt"));
+    EXPECT_FALSE(decode("a.mim"));
+    EXPECT_FALSE(gave_up() || asks_for_name());
+
+    program.windows.load<Form4>().Frame2.visible = true;  // at work for something else
+    EXPECT_FALSE(decode("a.mim"));
+    EXPECT_TRUE(asks_for_name());
+}
+
 struct Picture {
     const char* name;
     const char* opened;
