@@ -100,10 +100,12 @@ Inputs::Inputs(const Request& request, const Console& console, Report& report, P
         paths.push_back(path);
     }
     if (paths.empty()) return;
-    auto recovery = codec::Recovery::open(paths, [&](std::uint64_t done, std::uint64_t total) {
+    const auto on_progress = [&](std::uint64_t done, std::uint64_t total) {
         progress.show("reading", done, total);
         return true;
-    });
+    };
+    auto recovery =
+        codec::Recovery::open(paths, on_progress, request.all ? codec::Texts::kept : codec::Texts::left_out);
     progress.clear();
     if (recovery) {
         recovery_.emplace(std::move(*recovery));

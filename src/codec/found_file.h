@@ -27,6 +27,9 @@ struct FoundFile {
     std::string partial_id;  ///< a piece of a message (message/partial): not a file by itself
 };
 
+/// Whether the texts of messages are kept, which are many in a mailbox and seldom asked for.
+enum class Texts : std::uint8_t { kept, left_out };
+
 /// All that a scan found.
 struct Found {
     std::vector<FoundFile> files;

@@ -48,7 +48,7 @@ std::int32_t DecodingLibrary::GetNumFilesToDecode(const std::string& path) {
     names_.clear();
     given_out_.clear();
     last_number_.clear();
-    const Result<Recovery> recovery = Recovery::open(std::array{path}, on_progress);
+    const Result<Recovery> recovery = Recovery::open(std::array{path}, on_progress, Texts::left_out);
     if (!recovery) return 0;
     for (const Attachment* attachment : files_of(*recovery)) names_.push_back(attachment->name);
     return static_cast<std::int32_t>(names_.size());
@@ -70,7 +70,7 @@ void DecodingLibrary::GetUniqueFileName(std::string& name) {
 
 std::int32_t DecodingLibrary::DecodeFile(const std::string& path, const std::string& names, std::int32_t) {
     results_.clear();
-    const Result<Recovery> recovery = Recovery::open(std::array{path});
+    const Result<Recovery> recovery = Recovery::open(std::array{path}, {}, Texts::left_out);
     if (!recovery) return 0;
     const std::vector<const Attachment*> attachments = files_of(*recovery);
     const std::vector<std::string> wanted = split(names);

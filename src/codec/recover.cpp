@@ -49,7 +49,7 @@ std::vector<std::uint32_t> sources_of(const Attachment& attachment) {
 
 }  // namespace
 
-Result<Recovery> Recovery::open(std::span<const std::string> paths, const OnProgress& progress) {
+Result<Recovery> Recovery::open(std::span<const std::string> paths, const OnProgress& progress, Texts texts) {
     Recovery out;
     std::uint64_t total = 0;
     for (const std::string& path : paths) {
@@ -73,7 +73,7 @@ Result<Recovery> Recovery::open(std::span<const std::string> paths, const OnProg
             [&](const Segment&, std::uint64_t offset, char* to, std::size_t size) {
                 return input.read(offset, to, size);
             });
-        Found found = scan(cursor);
+        Found found = scan(cursor, texts);
         if (cursor.stopped()) return Error{ErrorCode::cancelled, 0, "Stopped"};
         append(files, std::move(found.files));
         std::move(found.problems.begin(), found.problems.end(), std::back_inserter(out.problems_));

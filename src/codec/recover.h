@@ -31,8 +31,10 @@ struct Recovered {
 /// The inputs of a run, mapped and scanned: all that they hold, joined where a file's parts lie in several inputs.
 class Recovery {
   public:
-    /// Opens and scans `paths`. Fails with the first input's error that cannot be opened (its path in the text).
-    static Result<Recovery> open(std::span<const std::string> paths, const OnProgress& progress = {});
+    /// Opens and scans `paths`, and leaves the texts of messages out or not. Fails with the first input's error that
+    /// cannot be opened (its path in the text).
+    static Result<Recovery> open(std::span<const std::string> paths, const OnProgress& progress = {},
+                                 Texts texts = Texts::kept);
 
     /// Everything found, in input order; message texts and resource forks among it.
     const std::vector<Attachment>& attachments() const { return attachments_; }

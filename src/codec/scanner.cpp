@@ -88,10 +88,10 @@ bool wraps_file(const ContentHeader& header) {
 
 class Scanner {
   public:
-    explicit Scanner(LineCursor& cursor)
+    Scanner(LineCursor& cursor, Texts texts)
         : cursor_(cursor),
           is_stop_([this](const Line& line) { return is_stop(line); }),
-          text_{cursor, is_stop_, found_} {}
+          text_{cursor, is_stop_, found_, texts} {}
 
     Found run();
 
@@ -421,8 +421,8 @@ Found Scanner::run() {
 
 }  // namespace
 
-Found scan(LineCursor& cursor) {
-    return Scanner(cursor).run();
+Found scan(LineCursor& cursor, Texts texts) {
+    return Scanner(cursor, texts).run();
 }
 
 }  // namespace quill::codec

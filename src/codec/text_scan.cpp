@@ -24,6 +24,7 @@ std::span<const TextFormat> text_formats() {
 }
 
 void TextScan::add(FoundFile file, std::uint32_t at_order) {
+    if (texts == Texts::left_out && file.attachment.message_text && file.partial_id.empty()) return;
     if (found.files.size() >= most_files) {
         if (found.problems.empty()) {
             const std::uint64_t at = file.attachment.body.empty() ? 0 : file.attachment.body.front().begin;

@@ -19,12 +19,14 @@ struct TextScan {
     LineCursor& cursor;
     const IsStop& is_stop;  ///< lines that end the text
     Found& found;
+    Texts texts = Texts::kept;
     PartLabel label = {};     ///< what the text last said of the part that it holds
     bool in_armor = false;    ///< within "-----BEGIN ...": Base64 that is no file
     bool in_message = false;  ///< a header said what this text is
     std::uint32_t order = 0;
 
-    /// Enters a file at the end, or at the place `at_order` that was kept for it; not where there are too many.
+    /// Enters a file at the end, or at the place `at_order` that was kept for it; not where there are too many, nor a
+    /// text that is to be left out.
     void add(FoundFile file) { add(std::move(file), order++); }
     void add(FoundFile file, std::uint32_t at_order);
 };

@@ -256,5 +256,16 @@ TEST(Scanner, KeepsNoMoreFilesThanItsLimit) {
     EXPECT_EQ(found.problems.front().kind, "too-many-files");
 }
 
+TEST(Scanner, TextsThatNobodyWantsTakeNoFilesPlace) {
+    std::string mailbox;
+    for (std::size_t i = 0; i < most_files + 10; ++i) mailbox += "From a@b 01:02:03\nSubject: x\n\nhello\n\n";
+    mailbox += mixed + "--B\n\nhello\n--B\n" + gif_part + "--B--\n";
+    LineCursor cursor({{mailbox, {0, mailbox.size(), 0}}});
+    const Found found = scan(cursor, Texts::left_out);
+    ASSERT_EQ(found.files.size(), 1U);
+    EXPECT_EQ(found.files[0].attachment.name, "a.gif");
+    EXPECT_TRUE(found.problems.empty());
+}
+
 }  // namespace
 }  // namespace quill::codec
