@@ -120,8 +120,8 @@ Result<Archive> Archive::parse(std::string_view bytes) {
 }
 
 bool Archive::is_sound() const {
-    return directory_ && directory_whole_ && std::none_of(members_.begin(), members_.end(), [](const Member& m) {
-               return m.overlaps || m.recovered || m.elsewhere;
+    return directory_ && directory_whole_ && std::all_of(members_.begin(), members_.end(), [&](const Member& m) {
+               return !m.overlaps && !m.recovered && !m.elsewhere && parse_local_header(bytes_, m.local_offset);
            });
 }
 

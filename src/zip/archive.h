@@ -72,7 +72,8 @@ class Archive {
     std::string_view bytes() const { return bytes_; }
     /// Nullopt where the members were recovered without one.
     const std::optional<Directory>& directory() const { return directory_; }
-    /// Whether each member has a directory entry and no bytes are shared: only such an archive can be changed.
+    /// Whether each member has a directory entry that leads to its own header, and no bytes are shared: only such an
+    /// archive can be changed.
     bool is_sound() const;
     /// Whether the file has been cut since it was opened.
     bool cut_short() const { return file_ && file_->cut_short(); }

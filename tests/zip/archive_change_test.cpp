@@ -211,6 +211,10 @@ TEST(ArchiveChange, RefusesWhatItCouldOnlyGuess) {
     } cases[] = {
         {"no archive", "a text, and nothing more than a text", ErrorCode::bad_input},
         {"no directory", ArchiveBuilder().add("a", "x").members(), ErrorCode::unsupported},
+        {"members not where the directory says, which lies behind junk",
+         ArchiveBuilder().add("a", "x").members() + std::string(40, '-') +
+             ArchiveBuilder().add("a", "x").finish().substr(32),
+         ErrorCode::unsupported},
         {"shared bytes", ArchiveBuilder().add("a", "x").add("b", "y", {.offset = 2}).finish(), ErrorCode::unsupported},
     };
     for (const auto& c : cases) {
