@@ -68,11 +68,17 @@ ChooserView::ChooserView(encoder::cmdg& window, EventLoop& events) : View(window
     pages->addWidget(make_file_page());
     pages->addWidget(make_recent_page());
     pages->addWidget(make_merge_page());
-    on_sync([this, pages] {
-        pages->setCurrentIndex(!w_.Picture2.visible ? files_page : w_.Picture3.visible ? merge_page : recent_page);
-    });
+    on_sync([this, pages] { pages->setCurrentIndex(page_shown()); });
     auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), &frame());
-    QObject::connect(escape, &QShortcut::activated, &frame(), [this] { hand_in(w_.Command2.click); });
+    QObject::connect(escape, &QShortcut::activated, &frame(), [this] {
+        const controls::Button* const cancels[] = {&w_.Command2, &w_.Command11, &w_.Command13};
+        hand_in(cancels[page_shown()]->click);
+    });
+}
+
+int ChooserView::page_shown() const {
+    if (!w_.Picture2.visible) return files_page;
+    return w_.Picture3.visible ? merge_page : recent_page;
 }
 
 void ChooserView::on_shown() {
@@ -104,7 +110,7 @@ QTabBar* ChooserView::make_tabs() {
     on_sync([this, tabs] {
         tabs->setVisible(w_.Image1.enabled);
         const QSignalBlocker quiet(tabs);
-        tabs->setCurrentIndex(!w_.Picture2.visible ? files_page : w_.Picture3.visible ? merge_page : recent_page);
+        tabs->setCurrentIndex(page_shown());
     });
     return tabs;
 }

@@ -22,6 +22,8 @@ class ChooserView final : public View {
     void on_shown() override;
 
   private:
+    int page_shown() const;  ///< of the tabs, in their order
+
     QTabBar* make_tabs();
     QWidget* make_path_line();
     QWidget* make_file_page();
@@ -33,7 +35,7 @@ class ChooserView final : public View {
     QWidget* make_merge_list();
     QWidget* make_directory_column(controls::DriveListBox& drive, controls::DirListBox& directory);
 
-    /// A list of texts. Where `act` holds something, a click or Enter on a row hands it in.
+    /// A list of texts. A click or Enter on a row selects it and hands in its `change`.
     QListWidget* bind_list(controls::ListBox& list, QListWidget* widget);
     FileTable* bind_files(controls::FileListBox& list);
     QCheckBox* bind_check(controls::CheckBox& box, QCheckBox* widget);

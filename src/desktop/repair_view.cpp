@@ -118,7 +118,7 @@ QWidget* RepairView::make_tutorial() {
     sample->setLineWrapMode(QPlainTextEdit::NoWrap);
     page->addWidget(bind(w_.Text1, sample));
     page->setChildrenCollapsible(false);
-    page->setSizes({line_height() * 20, line_height() * 14});
+    page->setSizes({line_height() * 23, line_height() * 11});
     page->setStretchFactor(0, 1);
     page->setStretchFactor(1, 1);
     return page;

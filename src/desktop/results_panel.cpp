@@ -152,7 +152,7 @@ void MainWindowView::show_details(std::optional<std::size_t> row) {
     const bool known = row && *row < w_.List3.count();
     if (details != nullptr) details->setText(known ? verdict_reasons(results_.at(*row)) : QString());
     const bool picture = known && results_.at(*row).details.picture;
-    preview_->show_file(picture ? files::absolute(results_.at(*row).result.name) : std::string());
+    preview_->show_file(picture ? results_.at(*row).result.path : std::string());
 }
 
 QWidget* MainWindowView::make_results_buttons() {
