@@ -43,6 +43,8 @@ ExitStatus run(std::span<const std::string> arguments, const Console& console) {
     app.set_version_flag("--version", std::string("quill ") + QUILL_VERSION);
     app.require_subcommand(1);
     app.footer(footer);
+    app.get_formatter()->label("TEXT", "");      // the usage line says what is a text,
+    app.get_formatter()->label("REQUIRED", "");  // and what must be given
     app.failure_message([](const CLI::App*, const CLI::Error& error) {
         return "quill: " + std::string(error.what()) + "\n`quill --help` and `quill COMMAND --help` tell the usage.\n";
     });

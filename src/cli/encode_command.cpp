@@ -147,7 +147,7 @@ void add_encode_command(CLI::App& app, Work& work) {
         ->type_name("N")
         ->check(CLI::PositiveNumber);
     command->add_flag("--quiet", request->quiet, "Say errors alone");
-    command->add_option("FILE", request->files, "What to encode")->required()->type_name("");
+    command->add_option("FILE", request->files, "What to encode")->required();
     command->footer(
         "Without --output all behind the first dot of the path given, directories included,\n"
         "becomes UUE, MME, HQX or XXE; a path without a dot gives that name alone, in the\n"

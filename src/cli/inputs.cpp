@@ -44,8 +44,7 @@ void add_request_options(CLI::App& command, Request& request) {
                     "Saved messages and posts; - is standard input. They are\n"
                     "read together, in any order: parts of one attachment that\n"
                     "lie in several files are joined")
-        ->required()
-        ->type_name("");
+        ->required();
     command.add_flag("--all", request.all, "The texts of messages too: text parts without a file name");
     command.add_flag("--forks", request.forks, "The resource forks in BinHex too, as NAME.rsrc");
     command.add_flag("--json", request.json,

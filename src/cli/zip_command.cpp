@@ -216,11 +216,12 @@ constexpr CommandRow commands[] = {
 };
 
 constexpr const char* footer =
-    "`list` prints a line a member: name, size in bytes, compressed size, method, date and time, with tabs between; "
-    "`extract` and `test` print name, size, verdict, method. The verdict is `verified` (the checksum agrees), `whole`, "
-    "`damaged` (written as far as it goes) or `refused`. Names are made safe: nothing is written outside the "
-    "directory, no link is made or followed, no file is replaced; a name that is taken becomes `name (2).ext`. A "
-    "change writes a new archive beside the old one and renames it when it has been checked.";
+    "`list` prints a line a member: name, size in bytes, compressed size, method, date and time, with tabs\n"
+    "between; `extract` and `test` print name, size, verdict, method. The verdict is `verified` (the checksum\n"
+    "agrees), `whole`, `damaged` (written as far as it goes) or `refused`.\n"
+    "Names are made safe: nothing is written outside the directory, no link is made or followed, no file is\n"
+    "replaced; a name that is taken becomes `name (2).ext`. A change writes a new archive beside the old one and\n"
+    "renames it when it has been checked.";
 
 }  // namespace
 
