@@ -37,12 +37,13 @@ int text_width(const QWidget& box, const QString& text) {
     return std::min(line, widest);
 }
 
-/// A message box with its text as it is and selectable. The box itself wraps what is too long for a line.
+/// A message box with its text as it is and selectable. The box itself wraps what is too long for a line;
+/// a word that is too long for one is broken.
 void fill(QMessageBox& box, const std::string& text, const std::string& title, QMessageBox::Icon icon) {
     box.setWindowTitle(title_of(title));
     box.setIcon(icon);
     box.setTextFormat(Qt::PlainText);
-    const QString words = shown_message(text);
+    const QString words = breakable(shown_message(text), characters_a_line / 2);
     box.setText(words);
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
     // A short text leaves room for the title. A longer one must not be told a width, or the box is made too narrow.

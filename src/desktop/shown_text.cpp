@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QLocale>
+#include <QTextBoundaryFinder>
 
 namespace quill::desktop {
 namespace {
@@ -27,6 +28,24 @@ QString shown_message(std::string_view bytes) {
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
     return text;
+}
+
+QString breakable(const QString& text, int longest) {
+    QString broken;
+    QTextBoundaryFinder words(QTextBoundaryFinder::Line, text);
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
+    qsizetype line = 0;  // where what can't be broken yet begins
+    for (qsizetype at = 0, next = characters.toNextBoundary(); next >= 0; next = characters.toNextBoundary()) {
+        words.setPosition(at);
+        if (words.isAtBoundary()) line = at;
+        if (at - line >= longest && !text[at].isSpace()) {
+            broken += QChar(0x200B);
+            line = at;
+        }
+        broken += QStringView(text).mid(at, next - at);
+        at = next;
+    }
+    return broken;
 }
 
 std::string typed(const QString& text) {

@@ -17,6 +17,9 @@ QString shown(std::string_view bytes);
 /// A message as shown: line ends of any kind are one, and the blanks that begin and end it are left out.
 QString shown_message(std::string_view bytes);
 
+/// `text` with a place to break, U+200B, within words of more than `longest` characters.
+QString breakable(const QString& text, int longest);
+
 /// What the user typed, as UTF-8.
 std::string typed(const QString& text);
 

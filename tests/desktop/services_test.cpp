@@ -24,6 +24,13 @@ TEST(ShownText, BytesBecomeUnicodeAsUtf8OrWindows1252) {
     EXPECT_EQ(desktop::shown_message("    Two\r\nlines \r\n"), QStringLiteral("Two\nlines"));
 }
 
+TEST(ShownText, LongWordsMayBreakBetweenCharactersAlone) {
+    EXPECT_EQ(desktop::breakable(QStringLiteral("four four"), 4), QStringLiteral("four four"));
+    EXPECT_EQ(desktop::breakable(QStringLiteral("a fives e\u0301e\u0301e\u0301"), 3),
+              QStringLiteral("a fiv\u200Bes e\u0301e\u0301\u200Be\u0301"));  // a letter keeps its accent
+    EXPECT_EQ(desktop::breakable(QString(), 4), QString());
+}
+
 TEST(ShownText, FileAddressKeepsEveryByteOfThePath) {
     EXPECT_EQ(desktop::file_url("/a b/100%\xE4#?.txt").toEncoded(), QByteArray("file:///a%20b/100%25%E4%23%3F.txt"));
 }
