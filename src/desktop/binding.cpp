@@ -35,7 +35,7 @@ QLabel* View::bind(controls::Label& label, QLabel* widget) {
     widget->setTextFormat(Qt::PlainText);
     on_sync([this, &label, widget, text = Drawn<std::string>()]() mutable {
         text.update(label.text, [&](const std::string& now) {
-            widget->setText(shown_message(now));
+            widget->setText(widget->wordWrap() ? breakable(shown_message(now)) : shown_message(now));
             widget->setAccessibleName(spoken(role(label), now));
         });
     });

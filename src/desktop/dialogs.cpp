@@ -43,7 +43,7 @@ void fill(QMessageBox& box, const std::string& text, const std::string& title, Q
     box.setWindowTitle(title_of(title));
     box.setIcon(icon);
     box.setTextFormat(Qt::PlainText);
-    const QString words = breakable(shown_message(text), characters_a_line / 2);
+    const QString words = breakable(shown_message(text));
     box.setText(words);
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
     // A short text leaves room for the title. A longer one must not be told a width, or the box is made too narrow.

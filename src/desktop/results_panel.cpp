@@ -150,7 +150,7 @@ void MainWindowView::bind_results(QTreeView* list) {
 void MainWindowView::show_details(std::optional<std::size_t> row) {
     auto* details = frame().findChild<QLabel*>(QStringLiteral("details"));
     const bool known = row && *row < w_.List3.count();
-    if (details != nullptr) details->setText(known ? verdict_reasons(results_.at(*row)) : QString());
+    if (details != nullptr) details->setText(known ? breakable(verdict_reasons(results_.at(*row))) : QString());
     const bool picture = known && results_.at(*row).details.picture;
     preview_->show_file(picture ? results_.at(*row).result.path : std::string());
 }

@@ -18,7 +18,7 @@ QString shown(std::string_view bytes);
 QString shown_message(std::string_view bytes);
 
 /// `text` with a place to break, U+200B, within words of more than `longest` characters.
-QString breakable(const QString& text, int longest);
+QString breakable(const QString& text, int longest = 32);
 
 /// What the user typed, as UTF-8.
 std::string typed(const QString& text);
