@@ -228,6 +228,7 @@ QWidget* ChooserView::make_file_buttons() {
 
 QWidget* ChooserView::make_recent_page() {
     auto* page = new QWidget;
+    adopt(w_.Picture2, page);
     auto* layout = plain_layout<QVBoxLayout>(page);
     layout->addWidget(bind(w_.Label5, wrapping_label()));
     recent_ = bind_list(w_.List9, new QListWidget);
