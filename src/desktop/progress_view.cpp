@@ -8,7 +8,6 @@ namespace quill::desktop {
 
 ProgressView::ProgressView(viewer::SavPic& window, EventLoop& events) : View(window, new QWidget, events) {
     name_controls(window);
-    frame().setWindowTitle(QStringLiteral("Quillbright Pro"));
     const int space = frame().fontMetrics().height();
     auto* layout = new QGridLayout(&frame());
     layout->setContentsMargins(space, space, space, space);

@@ -69,7 +69,9 @@ void View::sync() {
 }
 
 void View::sync_frame() {
-    drawn_caption_.update(window_.caption, [&](const std::string& caption) { frame_->setWindowTitle(shown(caption)); });
+    drawn_caption_.update(window_.caption, [&](const std::string& caption) {
+        frame_->setWindowTitle(caption.empty() ? QStringLiteral("Quillbright Pro") : shown(caption));
+    });
     drawn_pointer_.update(window_.pointer, [&](controls::MousePointer pointer) {
         if (pointer == controls::MousePointer::busy) {
             frame_->setCursor(Qt::BusyCursor);
