@@ -92,8 +92,12 @@ QWidget* NamingView::make_favorite_panel() {
 }
 
 void NamingView::on_shown() {
-    if (!w_.Frame1.visible) return;
-    auto* first = frame().findChild<QRadioButton*>();
+    QWidget* first = nullptr;
+    if (w_.Frame1.visible) {
+        first = frame().findChild<QRadioButton*>();
+    } else {
+        first = frame().findChild<QListWidget*>();
+    }
     if (first != nullptr) first->setFocus();
 }
 

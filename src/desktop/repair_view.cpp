@@ -34,7 +34,7 @@ QWidget* note(QLabel* text) {
 
 /// Gives the focus to the first choice of a page, or to the text to practise on.
 void focus_first(QWidget* page) {
-    if (auto* choice = page->findChild<OptionButton*>()) {
+    if (auto* choice = page->findChild<QAbstractButton*>()) {
         choice->setFocus();
     } else if (auto* text = page->findChild<QPlainTextEdit*>()) {
         text->setFocus();
