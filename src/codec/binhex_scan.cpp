@@ -1,12 +1,16 @@
 #include "codec/binhex.h"
 #include "codec/charset.h"
+#include "codec/part_label.h"
 #include "codec/text_scan.h"
 #include "text/ascii.h"
 #include "text/utf8.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace quill::codec {
 namespace {
@@ -16,6 +20,9 @@ constexpr std::size_t shortest_first_line = 32;
 constexpr unsigned lines_to_first = 12;
 constexpr unsigned lines_to_resume = 3;
 constexpr std::size_t header_window = 512;
+constexpr std::size_t full_line = 64;
+constexpr std::ptrdiff_t varied = 8;
+constexpr unsigned most_left_out = 10'000;
 
 bool is_data(std::string_view s) {
     return std::all_of(s.begin(), s.end(), binhex::is_data_character);
@@ -40,33 +47,118 @@ bool data_resumes(const TextScan& scan, Position at) {
     return false;
 }
 
-struct BodyEnd {
-    Position end;
+struct BinHexBody {
+    std::vector<Range> ranges;
     bool ended = false;  ///< the closing colon was there
 };
 
-/// Reads from `begin`, behind the opening colon, to the closing one.
-BodyEnd read_body(TextScan& scan, Position begin) {
-    BodyEnd out{begin, false};
+/// Collects the ranges of a body, with lines of other text left out.
+class BodyRanges {
+  public:
+    BodyRanges(const TextScan& scan, Position begin) : scan_(scan), begin_(begin), end_(begin) {}
+
+    void extend(Position end) { end_ = end; }
+
+    /// What is too often interrupted keeps the lines; their characters are told one by one.
+    void leave_out(const Line& line) {
+        if (++left_out_ > most_left_out) return extend(line.next);
+        close();
+        begin_ = end_ = line.next;
+    }
+
+    std::vector<Range> take() {
+        close();
+        return std::move(ranges_);
+    }
+
+  private:
+    void close() {
+        const std::vector<Range> more = scan_.cursor.ranges(begin_, end_);
+        ranges_.insert(ranges_.end(), more.begin(), more.end());
+    }
+
+    const TextScan& scan_;
+    Position begin_;
+    Position end_;
+    std::vector<Range> ranges_;
+    unsigned left_out_ = 0;
+};
+
+/// A line that only divides, of characters that could be data.
+bool is_rule(std::string_view line) {
+    return line.size() > 1 && line.find_first_not_of('-') == std::string_view::npos && line.size() < full_line;
+}
+
+/// Whether the line is one of data that was damaged on its way: few of its characters are foreign.
+bool is_damaged_data(std::string_view line) {
+    const auto foreign =
+        line.size() - static_cast<std::size_t>(std::count_if(line.begin(), line.end(), binhex::is_data_character));
+    return line.size() >= full_line / 2 && foreign * 16 <= line.size();
+}
+
+/// Reads from `begin`, behind the opening colon, or at the beginning of a later part, to the closing one.
+BinHexBody read_body(TextScan& scan, Position begin) {
+    BodyRanges body(scan, begin);
+    bool ended = false;
     scan.cursor.seek(begin);
     Line line;
-    while (scan.cursor.next(line)) {
+    while (!ended && scan.cursor.next(line)) {
         const std::string_view text = line.text;
         const auto foreign = std::find_if_not(text.begin(), text.end(), binhex::is_data_character);
         const auto at = static_cast<std::size_t>(foreign - text.begin());
-        if (foreign != text.end() && *foreign == ':') {
-            out.end = {line.begin.segment, line.begin.offset + at};
-            out.ended = true;
-            return out;
-        }
-        if (foreign != text.end() && !is_blank_line(text.substr(at)) &&
-            (scan.is_stop(line) || !data_resumes(scan, line.next))) {
+        const bool clean = foreign == text.end() || is_blank_line(text.substr(at));
+        const bool field = !clean && *foreign == ':' && at + 2 < text.size() && text[at + 1] == ' ';
+        if ((!clean || text.starts_with('-')) && scan.is_stop(line)) {
             scan.cursor.seek(line.begin);
-            return out;
+            break;
         }
-        out.end = line.next;
+        if (!clean && *foreign == ':' && !field) {
+            body.extend({line.begin.segment, line.begin.offset + at});
+            ended = true;
+        } else if (clean && !is_rule(text)) {
+            body.extend(line.next);
+        } else if (!clean && (read_part_label(text) || !data_resumes(scan, line.next))) {
+            scan.cursor.seek(line.begin);
+            break;
+        } else if (!clean && is_damaged_data(text)) {
+            body.extend(line.next);
+        } else {
+            body.leave_out(line);
+        }
     }
-    return out;
+    return {body.take(), ended};
+}
+
+bool is_full_line(std::string_view line) {
+    line = text::trim(line);
+    return line.size() == full_line && is_data(line);
+}
+
+bool is_last_line(std::string_view line) {
+    line = text::trim(line);
+    return line.size() > 1 && line.size() <= full_line + 1 && line.ends_with(':') &&
+           is_data(line.substr(0, line.size() - 1));
+}
+
+/// Rows of a few characters are drawn, not encoded.
+bool is_varied(std::string_view line) {
+    std::string characters(line);
+    std::sort(characters.begin(), characters.end());
+    return std::unique(characters.begin(), characters.end()) - characters.begin() >= varied;
+}
+
+/// Whether full lines of data begin at `line`.
+bool is_run_of_lines(const TextScan& scan, const Line& line) {
+    Line next;
+    return is_full_line(line.text) && is_varied(line.text) && peek_text(scan, line.next, 2, next) &&
+           (is_full_line(next.text) || is_last_line(next.text));
+}
+
+/// Whether `line` is all that the text holds of a file's last part, as which its label announces it.
+bool is_lone_line(const TextScan& scan, const Line& line) {
+    if (scan.label.number < 2 || scan.label.number != scan.label.total || !is_last_line(line.text)) return false;
+    Line next;
+    return !peek_text(scan, line.next, 3, next) || next.text.starts_with('-');
 }
 
 FoundFile fork(const binhex::Header& header, std::vector<Range> body, bool resource) {
@@ -99,15 +191,37 @@ bool open_binhex(TextScan& scan, const Line& line) {
     const std::optional<binhex::Header> header =
         binhex::read_header(binhex::decode_beginning(window, binhex::longest_header));
     if (!header || (line.text.starts_with(':') && !header->crc_agrees)) return false;
-    const BodyEnd body = read_body(scan, begin);
-    FoundFile data = fork(*header, scan.cursor.ranges(begin, body.end), false);
+    BinHexBody body = read_body(scan, begin);
+    FoundFile data = fork(*header, body.ranges, false);
     data.has_end = body.ended;
     data.label = std::exchange(scan.label, {});
     scan.add(std::move(data));
     if (header->resource_size == 0) return true;
-    FoundFile resource = fork(*header, scan.cursor.ranges(begin, body.end), true);
+    FoundFile resource = fork(*header, std::move(body.ranges), true);
     resource.has_end = body.ended;
     scan.add(std::move(resource));
+    return true;
+}
+
+bool sniff_bare_binhex(std::string_view line) {
+    constexpr std::size_t blanks = 2;
+    return line.size() <= full_line + 1 + blanks && (line.size() >= full_line || line.ends_with(':')) &&
+           binhex::is_data_character(line.front());
+}
+
+// Only the first part says what it is. A later one counts where that one, or its own label, asks for it.
+bool open_bare_binhex(TextScan& scan, const Line& line) {
+    if (scan.in_armor || (!is_run_of_lines(scan, line) && !is_lone_line(scan, line))) return false;
+    FoundFile file;
+    file.attachment.name = scan.label.file;
+    file.attachment.format = Format::binhex;
+    file.label = std::exchange(scan.label, {});
+    file.has_begin = false;
+    file.tentative = true;
+    BinHexBody body = read_body(scan, line.begin);
+    file.attachment.body = std::move(body.ranges);
+    file.has_end = body.ended;
+    scan.add(std::move(file));
     return true;
 }
 

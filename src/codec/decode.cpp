@@ -165,6 +165,16 @@ void Sink::compare_length() {
     if (*attachment_.stated_length >= length && *attachment_.stated_length - length <= 2) vouch();
 }
 
+/// What the problems that the scan saw, the first of all, take away.
+void Sink::judge_scan() {
+    for (std::size_t i = 0; i < attachment_.problems.size(); ++i) {
+        Problem& problem = outcome_.problems[i];
+        if (proven_ && problem.kind == "missing-part") problem.grade = Grade::repaired;
+        damaged_ = damaged_ || problem.grade == Grade::damaged;
+        lost_ = lost_ || problem.grade == Grade::lost;
+    }
+}
+
 /// Into the order of their places in the input. Offsets in several inputs have none: there the parts' order stays.
 void Sink::sort_problems() {
     const auto in_first = [this](const Range& range) { return range.source == attachment_.body.front().source; };
@@ -178,10 +188,7 @@ Outcome Sink::finish(std::uint64_t at_input) {
     compare_length();
     compare_size(at_input);
     compare_checksums(at_input);
-    for (const Problem& problem : attachment_.problems) {
-        damaged_ = damaged_ || problem.grade == Grade::damaged;
-        lost_ = lost_ || problem.grade == Grade::lost;
-    }
+    judge_scan();
     sort_problems();
     if (unkept_ > 0) {
         outcome_.problems.push_back({lost_ ? Grade::lost : Grade::damaged, "more-problems", at_input, size(),

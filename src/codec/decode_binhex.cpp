@@ -92,7 +92,7 @@ void ForkSplitter::take_crc(std::string_view& stream, std::uint64_t at_input) {
         if (stated != crc_)
             sink_.report(Grade::damaged, "bad-crc", at_input, "The checksum of the fork is wrong");
         else if (header_agrees_)
-            sink_.vouch();
+            sink_.prove_whole();
         stage_ = Stage::done;
         return;
     }
@@ -160,7 +160,7 @@ void BinHexRun::run() {
 }  // namespace
 
 void decode_binhex(const Attachment& attachment, Body& body, Sink& sink) {
-    BinHexRun(attachment, body, sink).run();
+    if (!attachment.headless) BinHexRun(attachment, body, sink).run();
 }
 
 }  // namespace quill::codec

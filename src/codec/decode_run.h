@@ -93,6 +93,9 @@ class Sink {
     /// Something vouches for the bytes.
     void vouch() { vouched_ = true; }
 
+    /// A checksum shows that none of the bytes are missing: parts that are held nothing of them.
+    void prove_whole() { vouched_ = proven_ = true; }
+
     /// The outcome, with sizes and checksums that the text states compared. `at_input` is where the body ends.
     Outcome finish(std::uint64_t at_input);
 
@@ -101,6 +104,7 @@ class Sink {
     void compare_size(std::uint64_t at_input);
     void compare_checksums(std::uint64_t at_input);
     void compare_length();
+    void judge_scan();
     void sort_problems();
 
     const Attachment& attachment_;
@@ -113,6 +117,7 @@ class Sink {
     bool damaged_ = false;
     bool lost_ = false;
     bool vouched_ = false;
+    bool proven_ = false;
     bool stopped_ = false;
 };
 

@@ -23,6 +23,7 @@ struct FoundFile {
     std::uint32_t order = 0;  ///< where it stands among all that the text holds
     bool has_begin = true;
     bool has_end = true;
+    bool tentative = false;  ///< counts only where the first part of its file, or its label, asks for it
     PartLabel label;
     std::string partial_id;  ///< a piece of a message (message/partial): not a file by itself
 };

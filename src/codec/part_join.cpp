@@ -158,10 +158,15 @@ PartLabel label_of_path(const std::string& path) {
     return label;
 }
 
+/// Resource forks go with their data forks.
+bool is_binhex_data(const FoundFile& file) {
+    return file.attachment.format == Format::binhex && !file.attachment.resource_fork;
+}
+
 bool is_piece(const FoundFile& file) {
     const Format format = file.attachment.format;
     return (!file.has_begin || !file.has_end) &&
-           (format == Format::uu || format == Format::xx || format == Format::base64);
+           (format == Format::uu || format == Format::xx || format == Format::base64 || is_binhex_data(file));
 }
 
 /// What pieces of one file have in common.
@@ -198,6 +203,7 @@ void append_piece(FoundFile& whole, FoundFile& piece, std::uint32_t last, std::u
     if (piece.attachment.stated_size) whole.attachment.stated_size = piece.attachment.stated_size;
     if (piece.attachment.stated_sum) whole.attachment.stated_sum = piece.attachment.stated_sum;
     whole.has_end = piece.has_end;
+    whole.label.number = number;
 }
 
 /// Joins the pieces of one key; those that were taken up are marked in `taken`.
@@ -233,11 +239,69 @@ void join_group(std::vector<FoundFile>& files, std::vector<Piece>& pieces, std::
     close();
 }
 
-/// Says of what is still a piece what it lacks.
+// Later parts of BinHex files
+// -------------------------------------------------------------------------------------------
+
+bool has_begun(const std::vector<FoundFile>& files, const std::vector<Piece>& pieces) {
+    return std::any_of(pieces.begin(), pieces.end(), [&](const Piece& piece) { return files[piece.index].has_begin; });
+}
+
+/// Whether nothing that is said of the two parts speaks against their being of one file, `later` behind `first`.
+bool may_follow(const FoundFile& first, const FoundFile& later) {
+    const PartLabel& a = first.label;
+    const PartLabel& b = later.label;
+    const bool file = a.file.empty() || b.file.empty() || text::to_lower(a.file) == text::to_lower(b.file);
+    const bool total = a.total == 0 || b.total == 0 || a.total == b.total;
+    return file && total && (b.number == 0 || b.number > a.number);
+}
+
+/// Joins the parts of BinHex files that are not labelled alike: in the order in which they are, or by what numbers
+/// there are where they can be of one file only.
+void join_loose_binhex(std::vector<FoundFile>& files, std::set<std::size_t>& taken) {
+    std::vector<std::size_t> loose;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        if (is_binhex_data(files[i]) && is_piece(files[i]) && !taken.contains(i)) loose.push_back(i);
+    }
+    const auto begun = [&](std::size_t i) { return files[i].has_begin; };
+    const auto firsts = std::count_if(loose.begin(), loose.end(), begun);
+    if (firsts == 0) return;
+    if (firsts == 1) {
+        const auto rank = [&](std::size_t i) { return std::pair(!begun(i), files[i].label.number); };
+        std::stable_sort(loose.begin(), loose.end(), [&](std::size_t a, std::size_t b) { return rank(a) < rank(b); });
+    }
+    FoundFile* first = nullptr;
+    for (const std::size_t i : loose) {
+        if (begun(i)) {
+            first = &files[i];
+        } else if (first != nullptr && !first->has_end && may_follow(*first, files[i])) {
+            const PartLabel& label = files[i].label;
+            append_piece(*first, files[i], first->label.number, label.number, label.total);
+            taken.insert(i);
+        }
+    }
+}
+
+/// Gives resource forks the parts that were found for the data forks before them.
+void complete_resource_forks(std::vector<FoundFile>& files, std::set<std::size_t>& taken) {
+    for (std::size_t i = 1; i < files.size(); ++i) {
+        if (!files[i].attachment.resource_fork || !is_binhex_data(files[i - 1])) continue;
+        files[i].attachment.body = files[i - 1].attachment.body;
+        files[i].attachment.problems = files[i - 1].attachment.problems;
+        if (taken.contains(i - 1)) taken.insert(i);
+    }
+}
+
+/// Whether nothing asks for a piece that may be other text as well.
+bool is_unasked(const FoundFile& file) {
+    return file.tentative && (file.label.number < 2 || file.label.total == 0);
+}
+
+/// Says of what is still a piece what it lacks. BinHex tells by its checksums whether its end is there.
 void judge_ends(FoundFile& file) {
     Attachment& attachment = file.attachment;
-    if (!is_piece(file)) return;
+    if (!is_piece(file) || (is_binhex_data(file) && file.has_begin)) return;
     if (!file.has_begin) {
+        attachment.headless = is_binhex_data(file);
         attachment.problems.push_back({Grade::lost,
                                        "missing-begin",
                                        begin_of(file),
@@ -246,7 +310,7 @@ void judge_ends(FoundFile& file) {
     }
     if (!file.has_end && attachment.format == Format::base64) {
         attachment.cut_off = true;
-    } else if (!file.has_end) {
+    } else if (!file.has_end && !attachment.headless) {
         const std::uint64_t end = attachment.body.empty() ? 0 : attachment.body.back().end;
         attachment.problems.push_back({Grade::lost, "missing-end", end, {}, "The line that ends the data is missing"});
     }
@@ -267,10 +331,22 @@ Found join_parts(std::vector<FoundFile> files, std::span<const std::string_view>
         groups[key].push_back({label.number, i});
     }
     std::set<std::size_t> taken;
-    for (auto& [key, pieces] : groups) join_group(files, pieces, std::get<2>(key), taken);
+    const auto waits = [&](const Key& key, const std::vector<Piece>& pieces) {
+        return std::get<Format>(key) == Format::binhex && !has_begun(files, pieces);
+    };
+    for (auto& [key, pieces] : groups) {
+        if (!waits(key, pieces)) join_group(files, pieces, std::get<std::uint32_t>(key), taken);
+    }
+    join_loose_binhex(files, taken);
+    for (auto& [key, pieces] : groups) {
+        if (!waits(key, pieces)) continue;
+        std::erase_if(pieces, [&](const Piece& piece) { return taken.contains(piece.index); });
+        join_group(files, pieces, std::get<std::uint32_t>(key), taken);
+    }
+    complete_resource_forks(files, taken);
     std::size_t kept = 0;
     for (std::size_t i = 0; i < files.size(); ++i) {
-        if (taken.contains(i)) continue;
+        if (taken.contains(i) || is_unasked(files[i])) continue;
         judge_ends(files[i]);
         if (kept != i) files[kept] = std::move(files[i]);
         ++kept;

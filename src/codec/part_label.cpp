@@ -64,7 +64,7 @@ std::optional<PartLabel> read_part_label(std::string_view line) {
     const std::string lower = text::to_lower(line);
     for (const std::string_view word : words) {
         const std::size_t at = lower.find(word);
-        if (at == std::string::npos || at > 16) continue;
+        if (at == std::string::npos || at > 16 || lower.substr(0, at).ends_with("end of ")) continue;
         std::string_view rest = skip(line.substr(at + word.size()), " \t:=#");
         PartLabel label = take_numbers(rest);
         if (label.number == 0) continue;

@@ -230,8 +230,10 @@ FoundFile Scanner::file_of(const Leaf& leaf, Position end) const {
 
 /// Gives the file that a part only wraps the name that the part's header has for it.
 void Scanner::name_wrapped(const Leaf& leaf) {
-    if (leaf.header.file_name.empty() || leaf.header.type == "application/mac-binhex40") return;
     FoundFile& file = found_.files[leaf.files_before];
+    const bool names_itself = leaf.header.type == "application/mac-binhex40" && !file.tentative;
+    file.tentative = false;
+    if (leaf.header.file_name.empty() || names_itself) return;
     file.attachment.name = leaf.header.file_name;
     file.attachment.content_type = leaf.header.type;
 }

@@ -14,6 +14,7 @@ constexpr std::array formats = {
     TextFormat{"ASCII armor", sniff_armor, open_armor},
     TextFormat{"uuencode, xxencode without a begin line", sniff_bare_uu, open_bare_uu},
     TextFormat{"Base64 without a header", sniff_bare_base64, open_bare_base64},
+    TextFormat{"BinHex 4.0, a later part", sniff_bare_binhex, open_bare_binhex},
     TextFormat{"quoted-printable without a header", sniff_bare_quoted_printable, open_bare_quoted_printable},
 };
 

@@ -58,6 +58,8 @@ bool sniff_bare_uu(std::string_view line);
 bool open_bare_uu(TextScan& scan, const Line& line);
 bool sniff_bare_base64(std::string_view line);
 bool open_bare_base64(TextScan& scan, const Line& line);
+bool sniff_bare_binhex(std::string_view line);
+bool open_bare_binhex(TextScan& scan, const Line& line);
 bool sniff_bare_quoted_printable(std::string_view line);
 bool open_bare_quoted_printable(TextScan& scan, const Line& line);
 

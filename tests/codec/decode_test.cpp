@@ -1,7 +1,6 @@
 #include "codec/decode.h"
 
-#include "codec/binhex.h"
-#include "codec/checksum.h"
+#include "codec/hqx.h"
 #include "codec/scanned.h"
 
 #include <gtest/gtest.h>
@@ -12,6 +11,8 @@
 namespace quill::codec {
 namespace {
 
+using tests::binhex_of;
+using tests::hqx;
 using tests::scan_and_decode;
 using tests::ScannedFile;
 
@@ -83,37 +84,6 @@ TEST(Problems, StandInTheOrderOfTheirPlaces) {
     ASSERT_EQ(problems.size(), 2U);
     EXPECT_EQ(problems[0].kind, "bad-character");
     EXPECT_EQ(problems[1].kind, "missing-end");
-}
-
-// BinHex, built here from the definition: header, forks and their CRCs, runs, six bits a character.
-
-std::string with_crc(std::string bytes) {
-    const std::uint16_t crc = crc16_binhex(0, bytes);
-    bytes.push_back(static_cast<char>(crc >> 8U));
-    bytes.push_back(static_cast<char>(crc & 0xFFU));
-    return bytes;
-}
-
-std::string big_endian(std::size_t n) {
-    return {'\0', '\0', static_cast<char>(n >> 8U & 0xFFU), static_cast<char>(n & 0xFFU)};
-}
-
-std::string hqx(const std::string& stream) {
-    constexpr std::string_view alphabet = "!\"#$%&'()*+,-012345689@ABCDEFGHIJKLMNPQRSTUVXYZ[`abcdefhijklmpqr";
-    std::string out = ":";
-    unsigned bits = 0, count = 0;
-    for (const char c : stream) {
-        bits = bits << 8U | static_cast<unsigned char>(c);
-        for (count += 8; count >= 6; count -= 6) out.push_back(alphabet[bits >> (count - 6) & 63U]);
-    }
-    if (count > 0) out.push_back(alphabet[bits << (6 - count) & 63U]);
-    return "(This file must be converted with BinHex 4.0)\n\n" + out + ":\n";
-}
-
-std::string binhex_of(const std::string& data, const std::string& resource) {
-    const std::string header =
-        std::string("\4a.sc\0TEXTttxt\0\0", 16) + big_endian(data.size()) + big_endian(resource.size());
-    return with_crc(header) + with_crc(data) + with_crc(resource);
 }
 
 TEST(BinHex, GivesBothForksVerified) {

@@ -4,7 +4,7 @@
 #include "codec/part_join.h"
 #include "codec/scanner.h"
 
-#include <array>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -26,15 +26,18 @@ struct ScannedFile {
     }
 };
 
-/// Scans and decodes a text in memory.
-inline std::vector<ScannedFile> scan_and_decode(std::string_view text) {
-    codec::LineCursor cursor({{text, {0, text.size(), 0}}});
-    const std::array inputs = {text};
-    const std::array paths = {std::string("text")};
+/// Scans and decodes texts in memory, together, under the names `paths`.
+inline std::vector<ScannedFile> scan_and_decode(const std::vector<std::string_view>& texts,
+                                                const std::vector<std::string>& paths) {
+    std::vector<codec::FoundFile> found;
+    for (std::uint32_t source = 0; source < texts.size(); ++source) {
+        codec::LineCursor cursor({{texts[source], {0, texts[source].size(), source}}});
+        for (codec::FoundFile& file : codec::scan(cursor).files) found.push_back(std::move(file));
+    }
     std::vector<ScannedFile> out;
-    for (codec::FoundFile& file : codec::join_parts(codec::scan(cursor).files, inputs, paths).files) {
+    for (codec::FoundFile& file : codec::join_parts(std::move(found), texts, paths).files) {
         ScannedFile scanned;
-        scanned.outcome = codec::decode(file.attachment, inputs, [&](std::string_view bytes) {
+        scanned.outcome = codec::decode(file.attachment, texts, [&](std::string_view bytes) {
             scanned.bytes += bytes;
             return true;
         });
@@ -42,6 +45,11 @@ inline std::vector<ScannedFile> scan_and_decode(std::string_view text) {
         out.push_back(std::move(scanned));
     }
     return out;
+}
+
+/// Scans and decodes a text in memory.
+inline std::vector<ScannedFile> scan_and_decode(std::string_view text) {
+    return scan_and_decode({text}, {"text"});
 }
 
 }  // namespace quill::tests
