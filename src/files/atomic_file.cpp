@@ -4,6 +4,7 @@
 #include "files/names.h"
 #include "files/path.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -47,14 +48,12 @@ void flush_directory(const std::string& dir) {
 }
 
 /// In the row of numbered names, of which number `taken` is taken: one that is taken and has a free one behind it.
-/// Looks at few of many, as thousands of files may want the same name.
+/// Looks at few of many, as thousands of files may want the same name; names that are taken further on do no harm.
 unsigned last_taken_number(const std::string& dir, const std::string& name, unsigned taken) {
     const auto is_taken = [&](unsigned n) { return exists(join(dir, numbered_name(name, n))); };
     unsigned free = taken * 2;
-    for (; is_taken(free); free *= 2) {
-        if (free > most_name_attempts) return free;
-        taken = free;
-    }
+    for (; free <= most_name_attempts && is_taken(free); free *= 2) taken = free;
+    free = std::min(free, most_name_attempts + 1);
     while (free - taken > 1) {
         const unsigned middle = taken + (free - taken) / 2;
         (is_taken(middle) ? taken : free) = middle;

@@ -82,6 +82,27 @@ TEST_F(Atomic, ATakenNameIsRefusedEvadedOrReplacedAsAsked) {
     EXPECT_EQ(dir.names(), (Names{"a (2).txt", "a (3).txt", "a.txt"}));
 }
 
+TEST_F(Atomic, ManyThatWantOneNameAreNumberedWithoutAGap) {
+    EXPECT_EQ(*publish("a.txt", "1", OnCollision::choose_name), dir.path("a.txt"));
+    for (unsigned n = 2; n <= 70; ++n) {
+        const std::string number = std::to_string(n);
+        EXPECT_EQ(*publish("a.txt", number, OnCollision::choose_name), dir.path("a (" + number + ").txt"));
+    }
+    EXPECT_EQ(dir.read("a (33).txt"), "33");
+}
+
+TEST_F(Atomic, NamesThatWereTakenWithSkillDoNotKeepANameFromBeingFound) {
+    for (unsigned n = 2; n <= 8; ++n) dir.write("a (" + std::to_string(n) + ")", "kept");
+    for (unsigned n = 16; n <= 1U << 20; n *= 2) dir.write("a (" + std::to_string(n) + ")", "kept");
+    dir.write("a", "kept");
+    const std::size_t before = dir.names().size();
+    for (std::size_t n = 1; n <= 3; ++n) {
+        EXPECT_TRUE(publish("a", "new", OnCollision::choose_name).ok());
+        EXPECT_EQ(dir.names().size(), before + n);
+    }
+    EXPECT_EQ(dir.read("a (65536)"), "kept");
+}
+
 TEST_F(Atomic, ALinkAtTheTargetIsNeverWrittenThrough) {
     dir.write("kept", "kept");
     const auto link_to_kept = [&] { ASSERT_EQ(symlink("kept", dir.path("link").c_str()), 0); };
