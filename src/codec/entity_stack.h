@@ -17,12 +17,12 @@ struct Leaf {
     ContentHeader header;
     Position begin;  ///< of the body
     std::uint32_t order = 0;
-    bool opaque = false;               ///< its lines are no running text: nothing in them but a boundary counts
-    bool sealed = false;               ///< a piece of a message: only the boundaries of the levels around it count
-    bool wraps_file = false;           ///< it is the wrapping of a file in another format (x-uuencode, BinHex)
-    bool embedded = false;             ///< its header stood in running text
-    std::size_t files_before = 0;      ///< how many files had been found where it began
-    std::size_t line_size = 0;         ///< Base64: characters of its first line
+    bool opaque = false;           ///< its lines are no running text: nothing in them but a boundary counts
+    bool sealed = false;           ///< a piece of a message, or one that is encoded: only boundaries around it count
+    bool wraps_file = false;       ///< it is the wrapping of a file in another format (x-uuencode, BinHex)
+    bool embedded = false;         ///< its header stood in running text
+    std::size_t files_before = 0;  ///< how many files had been found where it began
+    std::size_t line_size = 0;     ///< Base64: characters of its first line
     std::optional<Position> data_end;  ///< Base64: where other text begins
 };
 

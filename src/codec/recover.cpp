@@ -2,10 +2,12 @@
 
 #include "codec/content_name.h"
 #include "codec/decode.h"
+#include "codec/nested_message.h"
 #include "codec/part_join.h"
 #include "codec/scanner.h"
 #include "files/path.h"
 
+#include <algorithm>
 #include <iterator>
 #include <set>
 #include <utility>
@@ -75,10 +77,14 @@ Result<Recovery> Recovery::open(std::span<const std::string> paths, const OnProg
             });
         Found found = scan(cursor, texts);
         if (cursor.stopped()) return Error{ErrorCode::cancelled, 0, "Stopped"};
-        append(files, std::move(found.files));
-        std::move(found.problems.begin(), found.problems.end(), std::back_inserter(out.problems_));
         before += input.bytes().size();
         input.release_before(input.bytes().size());
+        const auto encoded = [](const FoundFile& file) { return is_encoded_message(file.attachment); };
+        if (std::any_of(found.files.begin(), found.files.end(), encoded)) {
+            open_encoded_messages(found, out.inputs_[source], source, texts);
+        }
+        append(files, std::move(found.files));
+        std::move(found.problems.begin(), found.problems.end(), std::back_inserter(out.problems_));
     }
     out.take(join_parts(std::move(files), bytes_of(out.inputs_), out.paths_).files);
     return out;

@@ -3,6 +3,7 @@
 #include "codec/base64_lines.h"
 #include "codec/entity_stack.h"
 #include "codec/header_block.h"
+#include "codec/nested_message.h"
 #include "codec/part_label.h"
 #include "codec/text_scan.h"
 #include "text/ascii.h"
@@ -78,6 +79,11 @@ bool is_multipart(const ContentHeader& header) {
 bool is_nested_message(const ContentHeader& header) {
     return header.type.starts_with("message/") && header.type != "message/partial" &&
            header.type != "message/delivery-status" && header.encoding == TransferEncoding::identity;
+}
+
+/// A message in quoted-printable shows its boundaries, which count when it has been decoded.
+bool shows_inner_boundaries(const ContentHeader& header) {
+    return is_message_type(header.type) && header.encoding == TransferEncoding::quoted_printable;
 }
 
 bool wraps_file(const ContentHeader& header) {
@@ -196,7 +202,7 @@ void Scanner::open_leaf(ContentHeader header, bool embedded) {
         const bool yenc = header.encoding == TransferEncoding::identity && sniff_yenc(first.text);
         leaf.wraps_file = leaf.wraps_file || uuencoded || (yenc && !header.file_name.empty());
     }
-    leaf.sealed = header.type == "message/partial" && !header.partial_id.empty();
+    leaf.sealed = (header.type == "message/partial" && !header.partial_id.empty()) || shows_inner_boundaries(header);
     leaf.opaque = leaf.sealed || (!leaf.wraps_file && header.encoding != TransferEncoding::identity);
     leaf.header = std::move(header);
     if (embedded) {

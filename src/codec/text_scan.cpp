@@ -1,5 +1,7 @@
 #include "codec/text_scan.h"
 
+#include "codec/nested_message.h"
+
 #include <array>
 #include <utility>
 
@@ -25,7 +27,8 @@ std::span<const TextFormat> text_formats() {
 }
 
 void TextScan::add(FoundFile file, std::uint32_t at_order) {
-    if (texts == Texts::left_out && file.attachment.message_text && file.partial_id.empty()) return;
+    const bool opened_later = !file.partial_id.empty() || is_encoded_message(file.attachment);
+    if (texts == Texts::left_out && file.attachment.message_text && !opened_later) return;
     if (found.files.size() >= most_files) {
         if (found.problems.empty()) {
             const std::uint64_t at = file.attachment.body.empty() ? 0 : file.attachment.body.front().begin;

@@ -23,6 +23,20 @@ std::string data(const std::string& name) {
     return files::read_file(data_path(name)).value();
 }
 
+std::string base64(std::string_view bytes) {
+    constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string out;
+    unsigned bits = 0, count = 0;
+    for (const char c : bytes) {
+        bits = bits << 8U | static_cast<unsigned char>(c);
+        for (count += 8; count >= 6; count -= 6) out.push_back(alphabet[bits >> (count - 6) & 63U]);
+    }
+    if (count > 0) out.push_back(alphabet[bits << (6 - count) & 63U]);
+    while (out.size() % 4 != 0) out.push_back('=');
+    for (std::size_t at = 76; at < out.size(); at += 77) out.insert(at, "\n");
+    return out;
+}
+
 /// What other programs wrote, and what they made it from.
 struct Foreign {
     std::vector<std::string> inputs;
@@ -93,6 +107,72 @@ TEST(Recovery, WritesNoFileWhereNothingCouldBeDecoded) {
     ASSERT_FALSE(written);
     EXPECT_EQ(written.error().code, ErrorCode::bad_input);
     EXPECT_EQ(dir.names(), std::vector<std::string>{"in"});
+}
+
+/// A message with a picture, and `rounds` times a message around it that has it in Base64.
+std::string encoded_message(unsigned rounds) {
+    std::string text = "Subject: " + std::string(90, 'x') + "\n\nbegin 644 cat\n#0V%T\n`\nend\n";
+    for (unsigned i = 0; i < rounds; ++i) {
+        text = "Content-Type: multipart/mixed; boundary=b" + std::to_string(i) + "\n\n--b" + std::to_string(i) +
+               "\nContent-Type: message/rfc822\nContent-Transfer-Encoding: base64\n\n" + base64(text) + "\n--b" +
+               std::to_string(i) + "--\n";
+    }
+    return text;
+}
+
+TEST(Recovery, FindsWhatLiesInMessagesThatAreEncoded) {
+    tests::TemporaryDirectory dir;
+    const std::string plain = "begin 644 dog\n#0V%T\n`\nend\n";
+    for (const Texts texts : {Texts::kept, Texts::left_out}) {
+        const std::vector<std::string> paths = {dir.write("m.5", encoded_message(2)), dir.write("n.6", plain)};
+        const Result<Recovery> recovery = Recovery::open(paths, {}, texts);
+        ASSERT_TRUE(recovery);
+        std::vector<Attachment> files = recovery->attachments();
+        std::erase_if(files, [](const Attachment& file) { return file.message_text; });
+        ASSERT_EQ(files.size(), 2U);
+        EXPECT_EQ(files[0].name, "cat");
+        EXPECT_EQ(files[1].name, "dog");
+        const Result<Recovered> written = recovery->write(files[0], dir.path("cat"), files::OnCollision::replace);
+        ASSERT_TRUE(written);
+        EXPECT_EQ(dir.read("cat"), "Cat");
+        EXPECT_EQ(written->sources, std::vector{paths[0]});
+        EXPECT_EQ(recovery->attachments().size() == files.size(), texts == Texts::left_out);
+    }
+}
+
+TEST(Recovery, TheBoundariesInAnEncodedMessageAreNotThoseAroundIt) {
+    tests::TemporaryDirectory dir;
+    const std::string outer = "Content-Type: multipart/mixed; boundary=O\n\n--O\nContent-Type: message/rfc822\n";
+    const std::string inner =
+        "Content-Transfer-Encoding: quoted-printable\n\nContent-Type: multipart/mixed; boundary=3DI\n\n--I\n"
+        "Content-Type: image/gif; name=3Da.gif\nContent-Transfer-Encoding: base64\n\nR0lGODlh\n--I--\n";
+    const std::string last = "--O\nContent-Type: text/plain; name=b.txt\n\nb\n--O--\n";
+    const Result<Recovery> recovery =
+        Recovery::open(std::array{dir.write("m", outer + inner + last)}, {}, Texts::left_out);
+    ASSERT_TRUE(recovery);
+    ASSERT_EQ(recovery->attachments().size(), 2U);
+    EXPECT_EQ(recovery->attachments()[0].name, "a.gif");
+    EXPECT_EQ(recovery->check(recovery->attachments()[0]).size, 6U);
+    EXPECT_EQ(recovery->attachments()[1].name, "b.txt");
+}
+
+TEST(Recovery, FollowsEncodedMessagesToALimitAndSaysSo) {
+    tests::TemporaryDirectory dir;
+    const Result<Recovery> deep = Recovery::open(std::array{dir.write("m", encoded_message(5))});
+    ASSERT_TRUE(deep);
+    ASSERT_EQ(deep->problems().size(), 1U);
+    EXPECT_EQ(deep->problems().front().kind, "unopened-message");
+    EXPECT_TRUE(Recovery::open(std::array{dir.write("m", encoded_message(4))})->problems().empty());
+}
+
+TEST(Recovery, AFileInADamagedEncodedMessageIsNotCalledWhole) {
+    tests::TemporaryDirectory dir;
+    std::string text = encoded_message(1);
+    text.insert(text.find("base64\n\n") + 8 + 40, "\1");
+    const Result<Recovery> recovery = Recovery::open(std::array{dir.write("m", text)}, {}, Texts::left_out);
+    ASSERT_TRUE(recovery);
+    ASSERT_EQ(recovery->attachments().size(), 1U);
+    EXPECT_EQ(recovery->check(recovery->attachments().front()).verdict, Verdict::damaged);
 }
 
 TEST(Recovery, NamesTheInputThatCannotBeOpened) {

@@ -1,0 +1,152 @@
+#include "codec/nested_message.h"
+
+#include "codec/decode.h"
+#include "codec/scanner.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
+#include <iterator>
+#include <list>
+#include <string>
+#include <string_view>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+namespace quill::codec {
+namespace {
+
+/// A temporary file without a name, gone with this object and what has mapped it.
+class Spool {
+  public:
+    Spool() {
+        const char* directory = std::getenv("TMPDIR");
+        std::string name =
+            std::string(directory != nullptr && *directory != '\0' ? directory : "/tmp") + "/quill-XXXXXX";
+        fd_ = mkostemp(name.data(), O_CLOEXEC);
+        if (fd_ >= 0) unlink(name.c_str());
+    }
+    Spool(const Spool&) = delete;
+    Spool& operator=(const Spool&) = delete;
+    ~Spool() {
+        if (fd_ >= 0) close(fd_);
+    }
+
+    bool write(std::string_view bytes) {
+        while (!bytes.empty()) {
+            const ssize_t n = ::write(fd_, bytes.data(), bytes.size());
+            if (n < 0 && errno == EINTR) continue;
+            if (n <= 0) return false;
+            bytes.remove_prefix(static_cast<std::size_t>(n));
+            size_ += static_cast<std::uint64_t>(n);
+        }
+        return true;
+    }
+
+    std::uint64_t size() const { return size_; }
+    Result<files::MappedFile> map() const { return files::MappedFile::open("/proc/self/fd/" + std::to_string(fd_)); }
+
+  private:
+    int fd_ = -1;
+    std::uint64_t size_ = 0;
+};
+
+using Files = std::list<FoundFile>;
+
+/// A message that was decoded, and where its text lies.
+struct Opened {
+    Files::iterator message;
+    Range text;
+    bool damaged = false;
+};
+
+/// Decodes `messages` to the end of `spool`; false where it takes no more.
+bool decode_to(Spool& spool, const std::vector<Files::iterator>& messages, const files::MappedFile& input,
+               std::uint32_t source, std::vector<Opened>& opened) {
+    std::vector<std::string_view> inputs(source + std::size_t{1});
+    inputs[source] = input.bytes();
+    for (const Files::iterator message : messages) {
+        const std::uint64_t begin = spool.size();
+        bool written = true;
+        const Outcome outcome = decode(
+            message->attachment, inputs, [&](std::string_view bytes) { return written = spool.write(bytes); },
+            [&](std::uint32_t, std::uint64_t offset) {
+                input.release_before(offset);
+                return true;
+            });
+        if (!written) return false;
+        const bool damaged = std::any_of(outcome.problems.begin(), outcome.problems.end(),
+                                         [](const Problem& problem) { return problem.grade == Grade::damaged; });
+        opened.push_back({message, {begin, spool.size(), source}, damaged});
+    }
+    return true;
+}
+
+/// Puts what `message` holds behind it, and returns the encoded messages among that.
+void scan_opened(const Opened& message, const files::MappedFile& input, Texts texts, Files& files,
+                 std::vector<Problem>& problems, std::vector<Files::iterator>& further) {
+    LineCursor cursor({{input.bytes(), message.text}});
+    Found found = scan(cursor, texts);
+    std::move(found.problems.begin(), found.problems.end(), std::back_inserter(problems));
+    const auto behind = std::next(message.message);
+    for (FoundFile& file : found.files) {
+        if (message.damaged) {
+            file.attachment.problems.push_back({Grade::damaged,
+                                                "damaged-message",
+                                                message.text.begin,
+                                                {},
+                                                "The encoded message that holds this file is damaged"});
+        }
+        const auto added = files.insert(behind, std::move(file));
+        if (is_encoded_message(added->attachment)) further.push_back(added);
+    }
+}
+
+void say_unopened(std::vector<Problem>& problems, const FoundFile& message, std::string text) {
+    const std::vector<Range>& body = message.attachment.body;
+    problems.push_back({Grade::lost, "unopened-message", body.empty() ? 0 : body.front().begin, {}, std::move(text)});
+}
+
+}  // namespace
+
+bool is_message_type(std::string_view content_type) {
+    return content_type == "message/rfc822" || content_type == "message/news" || content_type == "message/global";
+}
+
+bool is_encoded_message(const Attachment& attachment) {
+    return (attachment.format == Format::base64 || attachment.format == Format::quoted_printable) &&
+           is_message_type(attachment.content_type);
+}
+
+void open_encoded_messages(Found& found, files::MappedFile& input, std::uint32_t source, Texts texts) {
+    Files files(std::make_move_iterator(found.files.begin()), std::make_move_iterator(found.files.end()));
+    std::vector<Files::iterator> messages;
+    for (auto file = files.begin(); file != files.end(); ++file) {
+        if (is_encoded_message(file->attachment)) messages.push_back(file);
+    }
+    Spool spool;
+    const bool copied = input.bytes().size() <= largest_copied && spool.write(input.bytes());
+    for (unsigned depth = 0; copied && depth < deepest_encoded && !messages.empty(); ++depth) {
+        std::vector<Opened> opened;
+        if (!decode_to(spool, messages, input, source, opened)) break;
+        Result<files::MappedFile> longer = spool.map();
+        if (!longer) break;
+        input = std::move(*longer);
+        messages.clear();
+        for (const Opened& message : opened) scan_opened(message, input, texts, files, found.problems, messages);
+        input.release_before(input.bytes().size());
+    }
+    if (!messages.empty()) {
+        say_unopened(found.problems, *messages.front(),
+                     "What lies in an encoded message is not looked for: too large, too deep or no room for a copy");
+    }
+    const auto unwanted = [&](const FoundFile& file) {
+        return texts == Texts::left_out && file.attachment.message_text && is_encoded_message(file.attachment);
+    };
+    files.remove_if(unwanted);
+    found.files.assign(std::make_move_iterator(files.begin()), std::make_move_iterator(files.end()));
+}
+
+}  // namespace quill::codec
