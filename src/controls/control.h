@@ -171,6 +171,7 @@ class FileListBox : public ListBox {
 /// The directory that the user stands in, with those above and below it to go to.
 struct DirListBox : Control {
     std::string path;
+    bool shows_hidden = false;  ///< directories whose names begin with a dot are listed as well
     Action change;
 };
 

@@ -118,7 +118,10 @@ QAction* View::bind(controls::MenuItem& item, QAction* action) {
 QMenu* View::bind(controls::MenuItem& item, QMenu* menu) {
     adopt(item, menu);
     on_sync([&item, menu, caption = Drawn<std::string>()]() mutable {
-        caption.update(item.caption, [&](const std::string& now) { menu->setTitle(desktop::shown(now)); });
+        caption.update(item.caption, [&](const std::string& now) {
+            const QString title = desktop::shown(now);
+            menu->setTitle(title.contains(QLatin1Char('&')) ? title : QLatin1Char('&') + title);
+        });
         menu->menuAction()->setVisible(item.visible);
         menu->menuAction()->setEnabled(item.enabled);
     });
@@ -185,8 +188,8 @@ DirectoryList* View::bind(controls::DirListBox& list, DirectoryList* widget) {
         list.path = path;
         hand_in(list.change ? list.change : [] {});
     };
-    on_sync([&list, widget, path = Drawn<std::string>()]() mutable {
-        path.update(list.path, [&](const std::string& now) { widget->set_path(now); });
+    on_sync([&list, widget, drawn = Drawn<std::pair<std::string, bool>>()]() mutable {
+        drawn.update({list.path, list.shows_hidden}, [&](const auto& now) { widget->set_path(now.first, now.second); });
     });
     return widget;
 }

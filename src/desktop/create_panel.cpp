@@ -28,6 +28,12 @@ QWidget* MainWindowView::make_create_panel() {
     choices->addWidget(
         make_choices(w_.Frame2, {&w_.Option2(0), &w_.Option2(1), &w_.Option2(2), &w_.Option2(4), &w_.Option4}), 1);
     layout->addLayout(choices);
+    on_sync([this, kinds = choices->itemAt(1)->widget(), shown = Drawn<bool>()]() mutable {
+        shown.update(w_.Frame2.visible, [kinds](bool now) {
+            auto* first = kinds->findChild<QAbstractButton*>();
+            if (now && first != nullptr) first->setFocus();
+        });
+    });
     layout->addWidget(make_directory_page(), 1);
     layout->addStretch(0);
     return panel;

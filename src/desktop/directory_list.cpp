@@ -46,7 +46,7 @@ void DirectoryList::add(const std::string& path, const QString& text, int depth,
     item->setData(path_role, as_bytes(path));
 }
 
-void DirectoryList::set_path(const std::string& path) {
+void DirectoryList::set_path(const std::string& path, bool with_hidden) {
     clear();
     int depth = 0;
     for (const std::string& above : chain_to(path)) {
@@ -56,7 +56,7 @@ void DirectoryList::set_path(const std::string& path) {
     const auto below = files::list_directories(path);
     if (!below) return;
     for (const std::string& name : *below) {
-        if (!name.starts_with('.')) add(files::join(path, name), shown(name), depth, false);
+        if (with_hidden || !name.starts_with('.')) add(files::join(path, name), shown(name), depth, false);
     }
 }
 

@@ -14,7 +14,7 @@ class DirectoryList final : public QListWidget {
   public:
     explicit DirectoryList(QWidget* parent = nullptr);
 
-    void set_path(const std::string& path);
+    void set_path(const std::string& path, bool with_hidden);
 
     std::function<void(const std::string& path)> went_to;
 

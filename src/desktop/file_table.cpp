@@ -135,7 +135,8 @@ void FileTable::paintEvent(QPaintEvent* event) {
     if (model_.rowCount() > 0) return;
     QPainter painter(viewport());
     painter.setPen(palette().placeholderText().color());
-    painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap, QStringLiteral("No files here"));
+    painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap,
+                     QStringLiteral("No files here.\nThe list of directories at the left leads to others."));
 }
 
 void FileTable::keyPressEvent(QKeyEvent* event) {

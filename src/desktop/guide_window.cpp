@@ -80,7 +80,7 @@ QMainWindow* make_window(const std::string& folder) {
     });
     new QShortcut(QKeySequence::Cancel, window, window, &QWidget::close);
     const int line = line_height();
-    window->resize(line * 58, line * 44);
+    place_centred(*window, {line * 58, line * 44});
     browser->setFocus();
     return window;
 }

@@ -74,7 +74,8 @@ void MainWindowView::build_menus() {
         bind(item, action);
     };
     QMenu* file = bind(w_.fifi, bar->addMenu(QString()));
-    add(file, w_.ope, QKeySequence::Open);
+    add(file, w_.ope);
+    add(file, w_.another, QKeySequence::Open);
     add(file, w_.mpics);
     add(file, w_.ofpl);
     add(file, w_.crzip, QKeySequence::New);

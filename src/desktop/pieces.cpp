@@ -4,6 +4,7 @@
 #include <QFontDatabase>
 #include <QFontMetrics>
 #include <QLayout>
+#include <QScreen>
 
 #include <algorithm>
 
@@ -24,6 +25,13 @@ QFont fixed_font() {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     font.setPointSizeF(std::max(font.pointSizeF(), QApplication::font().pointSizeF()));
     return font;
+}
+
+void place_centred(QWidget& window, QSize wanted) {
+    const QRect screen = window.screen()->availableGeometry();
+    QRect area(QPoint(), wanted.boundedTo(screen.size() * 0.9));
+    area.moveCenter(screen.center());
+    window.setGeometry(area);
 }
 
 QPushButton* push_button() {

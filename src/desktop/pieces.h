@@ -19,6 +19,9 @@ QScrollArea* scrolling(QWidget* content);
 /// The font of texts whose columns count, no smaller than that of all others.
 QFont fixed_font();
 
+/// Gives `window`, which is not shown yet, the size `wanted` in the middle of its screen, where there is room for it.
+void place_centred(QWidget& window, QSize wanted);
+
 /// The height of a line of usual text, of which margins and spaces are made.
 int line_height();
 

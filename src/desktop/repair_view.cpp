@@ -70,6 +70,7 @@ RepairView::RepairView(decoder::Form3& window, EventLoop& events) : View(window,
 void RepairView::build_menu(QMainWindow& frame) {
     QMenu* file = bind(w_.fil, frame.menuBar()->addMenu(QString()));
     for (controls::MenuItem* item : {&w_.ope, &w_.sav, &w_.sava, &w_.prnt}) bind(*item, file->addAction(QString()));
+    file->actions().at(1)->setShortcut(QKeySequence::Save);
     file->addSeparator();
     bind(w_.edd, file->addAction(QString()));
     on_sync([this, bar = frame.menuBar()] { bar->setVisible(w_.fil.visible); });

@@ -133,17 +133,23 @@ void MainWindowView::bind_results(QTreeView* list) {
     });
     QObject::connect(&results_, &QAbstractItemModel::modelAboutToBeReset, selection,
                      [selection] { selection->blockSignals(true); });
-    QObject::connect(&results_, &QAbstractItemModel::modelReset, selection,
-                     [selection] { selection->blockSignals(false); });
-    on_sync([this, list, detailed = Drawn<std::optional<std::size_t>>()]() mutable {
-        const bool refreshed = results_.refresh();
+    const auto show_selected = [this, list] {
         const auto& selected = w_.List3.selected;
         const int row = selected && *selected < w_.List3.count() ? static_cast<int>(*selected) : -1;
         if (list->currentIndex().row() != row || (row >= 0 && !list->selectionModel()->isRowSelected(row))) {
             list->setCurrentIndex(results_.index(row, 0));
         }
+    };
+    // At once: a list that gets the focus without a current row takes its first one.
+    QObject::connect(&results_, &QAbstractItemModel::modelReset, selection, [selection, show_selected] {
+        selection->blockSignals(false);
+        show_selected();
+    });
+    on_sync([this, show_selected, detailed = Drawn<std::optional<std::size_t>>()]() mutable {
+        const bool refreshed = results_.refresh();
+        show_selected();
         if (refreshed) detailed = {};
-        detailed.update(selected, [&](const auto& now) { show_details(now); });
+        detailed.update(w_.List3.selected, [&](const auto& now) { show_details(now); });
     });
 }
 

@@ -66,7 +66,7 @@ TextEditor::TextEditor(QWidget* parent)
     QObject::connect(text_, &QPlainTextEdit::cursorPositionChanged, this, [this] { show_position(); });
     QObject::connect(text_->document(), &QTextDocument::modificationChanged, this, [this] { show_title(); });
     const int line = fontMetrics().height();
-    resize(line * 48, line * 34);
+    place_centred(*this, {line * 48, line * 34});
     show_position();
     text_->setFocus();
 }

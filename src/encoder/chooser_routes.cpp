@@ -1,15 +1,9 @@
 #include "encoder/chooser_routes.h"
 
 #include "encoder/file_chooser.h"
-#include "files/path.h"
 
 namespace quill::encoder {
 namespace {
-
-/// Where the choosers begin.
-std::string start_directory(const shell::Context& context) {
-    return files::join(context.session.AppParentDir, "zip-htx directory");
-}
 
 /// The mode whose caption a caller gave.
 ChooserMode encoding_mode(const std::string& caption) {
@@ -23,7 +17,9 @@ ChooserMode encoding_mode(const std::string& caption) {
 
 void provide_chooser(shell::Context& context) {
     shell::Routes& routes = context.routes;
-    routes.open_chooser = [&context] { show_chooser(context, ChooserMode::open, start_directory(context)); };
+    routes.open_chooser = [&context](const std::string& directory) {
+        show_chooser(context, ChooserMode::open, directory);
+    };
     routes.open_encoder = [&context](const std::string& caption) { show_chooser(context, encoding_mode(caption), ""); };
     routes.choose_scanner = [&context](const std::string& path) {
         show_chooser(context, ChooserMode::anti_virus, "/usr/bin").scan_target = path;

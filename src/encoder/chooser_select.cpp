@@ -24,6 +24,15 @@ bool says_what_is_missing(shell::Context& context, const std::string& name, std:
     return true;
 }
 
+/// The last one comes first, each one once.
+void remember_directory(shell::Session& session, const std::string& directory) {
+    constexpr std::size_t most = 20;
+    std::vector<std::string>& recent = session.RecentDirs;
+    std::erase(recent, directory);
+    recent.insert(recent.begin(), directory);
+    if (recent.size() > most) recent.pop_back();
+}
+
 /// Unpacks a PICS file into the emptied temporary directory, for the viewer.
 void open_pics_file(shell::Context& context, cmdg& w, const std::string& path) {
     if (context.routes.open_pics) {
@@ -54,6 +63,7 @@ void open_selected(shell::Context& context, cmdg& w) {
         return;
     }
     shell::swit& main = context.windows.load<shell::swit>();
+    main.Picture2.visible = false;  // the results of the file before stay in their list
     session.ZipPassword.clear();
     const auto size = files::file_size(path);
     if (size && *size == 0) {
@@ -133,6 +143,7 @@ void select_files(shell::Context& context, cmdg& w) {
     w.List4.clear();
     w.Command3.enabled = w.Command4.enabled = w.Command5.enabled = false;
     const ChooserMode mode = w.mode();
+    if (w.File1.selected && (opens(mode) || encodes(mode))) remember_directory(context.session, w.Dir1.path);
     if (opens(mode)) {
         open_selected(context, w);
     } else if (mode == ChooserMode::anti_virus) {

@@ -134,7 +134,7 @@ void show_pattern(cmdg& w, std::string_view pattern) {
 }
 
 void show_hidden_files(cmdg& w, bool shown) {
-    w.hidden_files.checked = shown;
+    w.hidden_files.checked = w.Dir1.shows_hidden = w.Dir2.shows_hidden = shown;
     for (controls::FileListBox* const list : {&w.File1, &w.File2}) {
         list->shows_hidden = shown;
         list_anew(*list, [](controls::FileListBox& l) { l.refresh(); });
@@ -198,8 +198,9 @@ void close_page(cmdg& w) {
     if (w.List9.count() > 0) w.Option3.enabled = true;
 }
 
-void clear_recent_directories(cmdg& w) {
+void clear_recent_directories(shell::Context& context, cmdg& w) {
     w.Option3.chosen = false;
+    context.session.RecentDirs.clear();
     w.List9.clear();
     w.Option3.enabled = false;
 }
@@ -241,7 +242,7 @@ void wire_file_page(shell::Context& context, cmdg& w) {
 void wire_tabs(shell::Context& context, cmdg& w) {
     w.Image1.press = [&w](int x) { press_tabs(w, x); };
     w.Image2.click = [&w] { close_page(w); };
-    w.Option3.click = [&w] { clear_recent_directories(w); };
+    w.Option3.click = [&context, &w] { clear_recent_directories(context, w); };
     w.Command11.click = [&context] { context.windows.unload<cmdg>(); };
     w.List9.change = [&w] {
         if (!w.List9.selected) return;
@@ -277,6 +278,8 @@ cmdg::cmdg(shell::Context& context) : context_(context) {
     wire_merge_page(context_, *this);
     context.session.UserName = context.platform.machine().user_name();
     showlnks(context_, *this);
+    List9.assign(context.session.RecentDirs);
+    Option3.enabled = List9.count() > 0;
     enter_directory(*this, files::current_directory());
 }
 

@@ -83,6 +83,7 @@ void offer_merged_file(shell::Context& context, cmdg& w, const std::string& outp
         main.Label3.text.clear();
         context.platform.end_process();
     }
+    main.Picture2.visible = false;
     shell::show_file_captions(main, session.SelectedFile);
     main.apt(3).visible = main.opt(3).visible = true;
     context.windows.unload<cmdg>();

@@ -90,6 +90,7 @@ void set_idle_texts(swit& w) {
     w.Label3.text.clear();
     w.caption = program_caption;
     w.ope.caption = "Open an encoded or compressed file";
+    w.another.caption = "Choose another file...";
     w.crzip.caption = "Create a new encoded or compressed file, book, or picture book";
     w.abzip.caption = "About Quillbright Pro 2012...";
     w.rdhlp.caption = "Help for Quillbright Pro 2012";

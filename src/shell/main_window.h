@@ -68,6 +68,7 @@ struct swit : controls::Window {
     // Menus.
     controls::MenuItem fifi;      // menu File
     controls::MenuItem ope;       // open an encoded or compressed file
+    controls::MenuItem another;   // open another file than the one in hand
     controls::MenuItem mpics;     // open pictures in the viewer
     controls::MenuItem ofpl;      // open a favorites list in the viewer
     controls::MenuItem crzip;     // create a file
@@ -157,6 +158,7 @@ void visit_controls(swit& w, F&& f) {
 
     f("fifi", "File menu", w.fifi);
     f("ope", "Open a file", w.ope);
+    f("another", "Open another file", w.another);
     f("mpics", "Open pictures in the viewer", w.mpics);
     f("ofpl", "Open a favorites list in the viewer", w.ofpl);
     f("crzip", "Create a file", w.crzip);

@@ -80,6 +80,18 @@ void open_selected(Context& context) {
     }
 }
 
+std::string chooser_directory(const Session& session) {
+    return in_parent_directory(session, "zip-htx directory");
+}
+
+void choose_file(Context& context, const std::string& directory) {
+    if (context.routes.open_chooser) {
+        context.routes.open_chooser(directory);
+    } else {
+        choose_and_offer_file(context);
+    }
+}
+
 void close_main_window(Context& context) {
     context.platform.end_process();
 }
@@ -107,8 +119,13 @@ void connect_options(Context& context) {
 void connect_file_menu(Context& context) {
     auto& w = context.windows.load<swit>();
     w.ope.click = [&context] { option_1(context); };
+    w.another.click = [&context] {
+        begin_option(context.windows.load<swit>());
+        const std::string& directory = context.session.SelectedDir;
+        choose_file(context, directory.empty() ? chooser_directory(context.session) : directory);
+    };
     w.mpics.click = [&context] {
-        files::change_directory(in_parent_directory(context.session, "zip-htx directory"));
+        files::change_directory(chooser_directory(context.session));
         follow(context.platform, context.routes.open_pictures, "show pictures");
     };
     w.ofpl.click = [&context] { follow(context.platform, context.routes.open_favorites, "show lists of pictures"); };
@@ -151,10 +168,8 @@ void option_1(Context& context) {
     files::change_directory(context.session.AppParentDir);
     if (!w.apt(1).text.starts_with("Selec")) {
         open_selected(context);
-    } else if (context.routes.open_chooser) {
-        context.routes.open_chooser();
     } else {
-        choose_and_offer_file(context);
+        choose_file(context, chooser_directory(context.session));
     }
 }
 

@@ -16,7 +16,9 @@ namespace quill::shell {
 struct Routes {
     std::function<void(std::string& path)> decode;  ///< decodes the file; may change the path
 
-    controls::Action open_chooser;     ///< the file chooser, set up to open, view or decode a file
+    std::function<void(const std::string& directory)>
+        open_chooser;  ///< the file chooser, set up to open, view or decode
+
     controls::Action report_contents;  ///< lists SelectedDir/SelectedFile; sets ZipEncrypted where a member needs it
     controls::Action open_archive;     ///< the archive window on SelectedDir/SelectedFile
     controls::Action show_contents;    ///< the contents window on SelectedDir/SelectedFile

@@ -5,6 +5,7 @@
 #include "shell/routes.h"
 
 #include <string>
+#include <vector>
 
 namespace quill::shell {
 
@@ -17,9 +18,11 @@ struct Session {
     std::string WindowsDir;    ///< the system's own directory
     std::string UserName;
 
-    std::string SelectedDir;   ///< the directory of the file being worked on
-    std::string SelectedFile;  ///< its bare name
-    std::string WorkDir;       ///< the directory of the current operation: where an archive is unpacked
+    std::string SelectedDir;              ///< the directory of the file being worked on
+    std::string SelectedFile;             ///< its bare name
+    std::vector<std::string> RecentDirs;  ///< where files were chosen in this run, the last one first
+
+    std::string WorkDir;  ///< the directory of the current operation: where an archive is unpacked
 
     int StartMode = 0;  ///< what closing the archive window means: 1 back to the main window, 3 nothing, else the end
     bool ViewOnlyRun = false;  ///< closing the contents window ends the process

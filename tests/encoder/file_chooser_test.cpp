@@ -350,6 +350,26 @@ TEST_F(FileChooser, TheTabsShowRecentDirectoriesOrTheMergePage) {
     EXPECT_FALSE(archives.Picture2.visible);
 }
 
+TEST_F(FileChooser, DirectoriesWhereFilesWereChosenAreRecentOnesUntilCleared) {
+    dir_.write("mail/post.uue", "x");
+    dir_.write("news/post.uue", "x");
+    const auto choose_in = [&](const char* name) {
+        cmdg& w = show(ChooserMode::open);
+        enter_directory(w, dir_.path(name));
+        select(w.File1, "post.uue");
+        controls::run(w.Command1.click);
+    };
+    for (const char* name : {"mail", "news", "mail"}) choose_in(name);
+    cmdg& w = show(ChooserMode::open);
+    EXPECT_EQ(w.List9.items(), (std::vector{dir_.path("mail"), dir_.path("news")}));
+    w.List9.selected = 1;
+    controls::run(w.List9.change);
+    EXPECT_EQ(w.File1.directory(), dir_.path("news"));
+    controls::run(w.Option3.click);
+    controls::run(w.Command11.click);
+    EXPECT_EQ(show(ChooserMode::open).List9.count(), 0U);
+}
+
 TEST_F(FileChooser, MergedPartsAreOfferedForDecoding) {
     for (const int part : {1, 2, 3}) {
         const std::string number = std::to_string(part);

@@ -36,7 +36,7 @@ class MainWindow : public testing::Test {
     void fill_routes() {
         Routes& routes = program.routes;
         routes.decode = [this](std::string& path) { way.push_back("decode " + path); };
-        routes.open_chooser = [this] { way.push_back("chooser"); };
+        routes.open_chooser = [this](const std::string& directory) { way.push_back("chooser in " + directory); };
         routes.open_archive = [this] { way.push_back("archive in " + program.session.WorkDir); };
         routes.show_contents = [this] { way.push_back("contents"); };
         routes.scan_file = [this] { way.push_back("scan"); };
@@ -126,8 +126,19 @@ TEST_F(MainWindow, TheFirstOptionTakesItsWayByTheEndOfItsCaption) {
 TEST_F(MainWindow, AnIdleFirstOptionOpensTheChooser) {
     fill_routes();
     controls::run(w.ope.click);
-    EXPECT_EQ(went(), Ways{"chooser"});
+    EXPECT_EQ(went(), Ways{"chooser in " + dir.path("quill/zip-htx directory")});
     EXPECT_EQ(files::current_directory(), dir.path("quill"));
+}
+
+TEST_F(MainWindow, AnotherFileIsChosenBesideTheOneInHandAndHidesItsResults) {
+    fill_routes();
+    offer_file(program.context, dir.write("mail/a.mim", "x"));
+    w.Picture2.visible = true;
+    controls::run(w.another.click);
+    EXPECT_EQ(went(), Ways{"chooser in " + dir.path("mail")});
+    EXPECT_TRUE(w.Picture2.visible);  // until one was chosen
+    offer_file(program.context, dir.write("mail/b.mim", "x"));
+    EXPECT_FALSE(w.Picture2.visible);
 }
 
 TEST_F(MainWindow, WithoutAChooserTheDesktopAsksForTheFile) {
