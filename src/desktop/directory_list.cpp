@@ -40,9 +40,9 @@ DirectoryList::DirectoryList(QWidget* parent) : QListWidget(parent) {
     });
 }
 
-void DirectoryList::add(const std::string& path, const QString& text, int depth, bool open) {
+void DirectoryList::add(const std::string& path, const QString& text, int depth) {
     auto* item = new QListWidgetItem(QString(depth, QChar::Nbsp) + text, this);
-    item->setIcon(style()->standardIcon(open ? QStyle::SP_DirOpenIcon : QStyle::SP_DirIcon));
+    item->setIcon(style()->standardIcon(QStyle::SP_DirIcon));
     item->setData(path_role, as_bytes(path));
 }
 
@@ -50,13 +50,13 @@ void DirectoryList::set_path(const std::string& path, bool with_hidden) {
     clear();
     int depth = 0;
     for (const std::string& above : chain_to(path)) {
-        add(above, shown(files::is_root(above) ? above : files::name_of(above)), depth++, true);
+        add(above, shown(files::is_root(above) ? above : files::name_of(above)), depth++);
     }
     setCurrentRow(count() - 1);
     const auto below = files::list_directories(path);
     if (!below) return;
     for (const std::string& name : *below) {
-        if (with_hidden || !name.starts_with('.')) add(files::join(path, name), shown(name), depth, false);
+        if (with_hidden || !name.starts_with('.')) add(files::join(path, name), shown(name), depth);
     }
 }
 

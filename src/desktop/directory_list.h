@@ -19,7 +19,7 @@ class DirectoryList final : public QListWidget {
     std::function<void(const std::string& path)> went_to;
 
   private:
-    void add(const std::string& path, const QString& text, int depth, bool open);
+    void add(const std::string& path, const QString& text, int depth);
 };
 
 /// The mount points of the machine, of which one is in use.

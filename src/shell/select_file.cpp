@@ -29,7 +29,7 @@ void offer_file(Context& context, const std::string& path) {
     } else {
         show_file_captions(w, session.SelectedFile);
     }
-    w.Label3.text = empty ? std::string() : path;
+    w.Label3.text = empty ? session.SelectedFile + " has no contents" : path;
     session.WorkDir = session.SelectedDir;
 }
 
