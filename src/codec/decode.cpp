@@ -25,7 +25,7 @@ std::string count_of(std::uint64_t n, std::string_view things) {
 void Body::settle() {
     for (; index_ < ranges_.size(); ++index_) {
         const Range& range = ranges_[index_];
-        at_ = told_ = range.begin;
+        at_ = range.begin;
         if (range.source < inputs_.size() && range.begin < range.end && range.end <= inputs_[range.source].size())
             return;
     }
@@ -59,11 +59,14 @@ void Body::read_window(std::size_t size) {
 
 void Body::pass(std::size_t n) {
     at_ += n;
-    if (at_ - told_ >= tell_every || at_ >= ranges_[index_].end) {
+    untold_ += n;
+    const bool ended = at_ >= ranges_[index_].end;
+    const bool goes_on = index_ + 1 < ranges_.size() && ranges_[index_ + 1].source == ranges_[index_].source;
+    if (untold_ >= tell_every || (ended && !goes_on)) {
         if (on_read_ && !on_read_(ranges_[index_].source, at_)) stopped_ = true;
-        told_ = at_;
+        untold_ = 0;
     }
-    if (at_ < ranges_[index_].end) return;
+    if (!ended) return;
     ++index_;
     settle();
 }

@@ -16,6 +16,8 @@ constexpr std::size_t line_room = sixbit::decoded_bound(2 * longest_examined);
 constexpr unsigned most_examined = 10'000;    // lines; beyond that foreign characters are passed over unseen
 constexpr std::size_t shortest_resumed = 20;  // characters of a line that is taken for data behind padding
 
+constexpr std::string_view tag = "<br>";
+
 bool is_blank(char c) {
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
@@ -52,6 +54,7 @@ class Base64Run {
     std::string_view next_piece();
     void take_padding();
     bool goes_on();
+    void take_tag();
     void take_foreign(std::size_t written);
     std::size_t take_back_line(std::string_view line_so_far, std::size_t written);
     void take_damaged_line(std::string_view line, const LineMake& make);
@@ -65,6 +68,7 @@ class Base64Run {
     sixbit::State state_;
     unsigned examined_ = 0;
     bool padded_ = false;
+    bool tagged_ = false;  // a tag was met
     bool text_behind_ = false;
 };
 
@@ -89,10 +93,22 @@ void Base64Run::run() {
             if (done.read < in.size()) take_padding();
         } else {
             body_.pass(done.read);
-            take_foreign(done.written);
+            if (text::equal_ignoring_case(body_.ahead(tag.size()), tag)) {
+                sink_.put({room_.data(), done.written});
+                take_tag();
+            } else {
+                take_foreign(done.written);
+            }
         }
     }
     if (!body_.stopped() && !sink_.stopped()) end();
+}
+
+/// Passes over "<BR>", which stands for the end of a line in text that was copied from a page.
+void Base64Run::take_tag() {
+    if (!tagged_) sink_.report(Grade::repaired, "tagged-lines", body_.at(), "<BR> stands at the ends of lines");
+    tagged_ = true;
+    body_.pass(tag.size());
 }
 
 /// Reads the '=' at the current place and what stands behind it.

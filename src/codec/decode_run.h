@@ -72,7 +72,7 @@ class Body {
     std::size_t piece_ = 0;
     std::size_t index_ = 0;
     std::uint64_t at_ = 0;
-    std::uint64_t told_ = 0;
+    std::uint64_t untold_ = 0;  ///< bytes passed since `on_read_` was told
     bool stopped_ = false;
 };
 

@@ -21,6 +21,7 @@ struct Leaf {
     bool sealed = false;           ///< a piece of a message, or one that is encoded: only boundaries around it count
     bool wraps_file = false;       ///< it is the wrapping of a file in another format (x-uuencode, BinHex)
     bool embedded = false;         ///< its header stood in running text
+    bool in_header = false;        ///< the text ends in its header, or not all of that was kept
     std::size_t files_before = 0;  ///< how many files had been found where it began
     std::size_t line_size = 0;     ///< Base64: characters of its first line
     std::optional<Position> data_end;  ///< Base64: where other text begins

@@ -25,6 +25,7 @@ bool is_unindented_fold(std::string_view value, std::string_view line) {
 struct Field {
     std::string name;
     std::string value;
+    bool cut = false;  ///< this one or one before it is longer than is kept
 
     void begin(std::string_view line) {
         const std::string_view called = field_name(line);
@@ -35,8 +36,10 @@ struct Field {
         append(line.substr(line.find(':') + 1));
     }
     void append(std::string_view line) {
-        if (name.empty() || value.size() >= longest_field) return;
-        value += line.substr(0, longest_field - value.size());
+        if (name.empty()) return;
+        const std::string_view kept = line.substr(0, longest_field - value.size());
+        value += kept;
+        cut = cut || kept.size() < line.size();
     }
     void end(ContentHeader& header) {
         if (!name.empty()) take_field(header, name, value);
@@ -108,6 +111,7 @@ HeaderBlock read_header(LineCursor& cursor, const IsStop& is_stop) {
         }
     }
     field.end(block.header);
+    block.cut = field.cut;
     return block;
 }
 

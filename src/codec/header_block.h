@@ -15,6 +15,7 @@ struct HeaderBlock {
     ContentHeader header;
     unsigned fields = 0;         ///< lines that began a field
     bool separated = false;      ///< an empty line ended it
+    bool cut = false;            ///< a field is longer than is kept of one
     bool double_spaced = false;  ///< an empty line stood behind each line
 };
 

@@ -39,7 +39,7 @@ std::string_view LineCursor::rest(Position at) const {
 }
 
 bool LineCursor::read_line(Position at, std::size_t most, Line& line) const {
-    while (at.segment < segments_.size() && at.offset >= segments_[at.segment].range.end) {
+    if (at.segment < segments_.size() && at.offset >= segments_[at.segment].range.end) {
         if (++at.segment < segments_.size()) at.offset = segments_[at.segment].range.begin;
     }
     if (at.segment >= segments_.size()) return false;
@@ -76,7 +76,8 @@ bool LineCursor::next(Line& line) {
 }
 
 void LineCursor::move_to(Position to) {
-    if (on_move_ && (to.segment != at_.segment || to.offset - told_ >= tell_every)) {
+    const bool other_source = segments_[to.segment].range.source != segments_[at_.segment].range.source;
+    if (on_move_ && (other_source || to.offset - told_ >= tell_every)) {
         told_ = to.offset;
         if (!on_move_(segments_[to.segment], told_)) stopped_ = true;
     }

@@ -41,6 +41,7 @@ struct Line {
 constexpr std::size_t longest_line = std::size_t{1} << 20;
 
 /// Reads text by lines from a row of segments. A line ends at CR LF, LF, CR or CR CR LF, and at the end of its segment.
+/// A segment without bytes, other than the first, is an empty line.
 class LineCursor {
   public:
     /// `on_move` is told now and then up to where a segment has been read; where it returns false the reading ends.
@@ -74,6 +75,7 @@ class LineCursor {
     bool is_quoted() const { return !quote_.empty(); }
 
     bool stopped() const { return stopped_; }
+    bool at_end() const { return at_ >= last(); }
     Position position() const { return at_; }
     void seek(Position at) { at_ = at; }
     const std::vector<Segment>& segments() const { return segments_; }

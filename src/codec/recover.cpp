@@ -5,6 +5,7 @@
 #include "codec/nested_message.h"
 #include "codec/part_join.h"
 #include "codec/scanner.h"
+#include "codec/tagged_lines.h"
 #include "files/path.h"
 
 #include <algorithm>
@@ -39,6 +40,21 @@ void append(std::vector<FoundFile>& files, std::vector<FoundFile>&& more) {
     }
 }
 
+/// Says of all that was found in a mail with tags for line ends what that means for it.
+void tell_tags(Found& found) {
+    for (FoundFile& file : found.files) {
+        Attachment& attachment = file.attachment;
+        const std::uint64_t at = attachment.body.empty() ? 0 : attachment.body.front().begin;
+        const bool text = attachment.format == Format::identity || attachment.format == Format::quoted_printable;
+        attachment.problems.push_back({text ? Grade::damaged : Grade::repaired,
+                                       "tagged-lines",
+                                       at,
+                                       {},
+                                       text ? "<BR> stands in place of the ends of lines, which are lost"
+                                            : "<BR> stands in place of the ends of lines"});
+    }
+}
+
 /// The inputs that hold a part of it, each once, in the order of the parts.
 std::vector<std::uint32_t> sources_of(const Attachment& attachment) {
     std::vector<std::uint32_t> out;
@@ -66,8 +82,11 @@ Result<Recovery> Recovery::open(std::span<const std::string> paths, const OnProg
     for (std::uint32_t source = 0; source < out.inputs_.size(); ++source) {
         const files::MappedFile& input = out.inputs_[source];
         const std::string_view bytes = input.bytes();
+        const Range all{0, bytes.size(), source};
+        std::vector<Segment> rows = tagged_lines(bytes, all);
+        const bool tagged = !rows.empty();
         LineCursor cursor(
-            {{bytes, {0, bytes.size(), source}}},
+            tagged ? std::move(rows) : std::vector<Segment>{{bytes, all}},
             [&](const Segment&, std::uint64_t offset) {
                 input.release_before(offset);
                 return !progress || progress(before + offset, total);
@@ -77,6 +96,7 @@ Result<Recovery> Recovery::open(std::span<const std::string> paths, const OnProg
             });
         Found found = scan(cursor, texts);
         if (cursor.stopped()) return Error{ErrorCode::cancelled, 0, "Stopped"};
+        if (tagged) tell_tags(found);
         before += input.bytes().size();
         input.release_before(input.bytes().size());
         const auto encoded = [](const FoundFile& file) { return is_encoded_message(file.attachment); };

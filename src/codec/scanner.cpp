@@ -115,7 +115,7 @@ class Scanner {
     void begin_message();
     void open_part(bool in_digest, bool embedded);
     void open_multipart(ContentHeader header);
-    void open_leaf(ContentHeader header, bool embedded);
+    void open_leaf(HeaderBlock block, bool embedded);
     void close_as_text(Level& level);
     void close_leaf(Level& level, Position end, bool cut_off);
     void pop_to(std::size_t level, Position end, bool cut_off);
@@ -171,7 +171,7 @@ void Scanner::open_part(bool in_digest, bool embedded) {
                                        {},
                                        "Messages lie in each other deeper than is followed"});
         }
-        open_leaf(std::move(block.header), embedded);
+        open_leaf(std::move(block), embedded);
     }
 }
 
@@ -188,11 +188,13 @@ void Scanner::open_multipart(ContentHeader header) {
     stack_.levels.push_back(std::move(level));
 }
 
-void Scanner::open_leaf(ContentHeader header, bool embedded) {
+void Scanner::open_leaf(HeaderBlock block, bool embedded) {
+    ContentHeader& header = block.header;
     Leaf leaf;
     leaf.begin = cursor_.position();
     leaf.order = text_.order++;
     leaf.embedded = embedded;
+    leaf.in_header = block.cut || (!block.separated && cursor_.at_end());
     leaf.wraps_file = wraps_file(header);
     leaf.files_before = found_.files.size();
     Line first;
@@ -266,6 +268,13 @@ void Scanner::close_leaf(Level& level, Position end, bool cut_off) {
     if (leaf.wraps_file) {
         file.attachment.problems.push_back(
             {Grade::damaged, "no-data", leaf.begin.offset, {}, "The header promises encoded data, and none is there"});
+    }
+    if (leaf.in_header && file.attachment.body.empty()) {
+        file.attachment.problems.push_back({Grade::lost,
+                                            "missing-body",
+                                            leaf.begin.offset,
+                                            {},
+                                            "The text ends in the header; nothing that can be read stands behind it"});
     }
     if (level.guessed) {
         file.attachment.problems.push_back({Grade::repaired,
@@ -363,7 +372,7 @@ bool Scanner::take_embedded_header(const Line& line) {
     if (is_multipart(header) && !header.boundary.empty()) {
         open_multipart(header);
     } else if (encoded || named) {
-        open_leaf(header, true);
+        open_leaf(block, true);
     }
     return true;
 }

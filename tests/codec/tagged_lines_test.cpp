@@ -1,0 +1,107 @@
+#include "codec/tagged_lines.h"
+
+#include "codec/recover.h"
+#include "codec/scanned.h"
+#include "support/temporary_directory.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+
+namespace quill::codec {
+namespace {
+
+std::string joined(std::initializer_list<std::string_view> rows, std::string_view end) {
+    std::string out;
+    for (const std::string_view row : rows) out.append(row).append(end);
+    return out;
+}
+
+bool has(const Outcome& outcome, std::string_view kind) {
+    for (const Problem& problem : outcome.problems) {
+        if (problem.kind == kind) return true;
+    }
+    return false;
+}
+
+constexpr auto type = "Content-Type: image/jpeg; name=\"cat.jpg\"";
+constexpr auto encoding = "Content-Transfer-Encoding: base64";
+
+TEST(TaggedLines, AMailInOneLongLineIsRead) {
+    tests::TemporaryDirectory dir;
+    for (const std::string end : {"<BR>", "<br>"}) {
+        const std::string in =
+            dir.write("in", joined({type, encoding, "", "Q2F0cyBh", "bmQgZG9n", "cw=="}, end) + "\r\n");
+        const Result<Recovery> recovery = Recovery::open(std::array{in});
+        ASSERT_TRUE(recovery);
+        ASSERT_EQ(recovery->attachments().size(), 1U);
+        const auto written = recovery->write(recovery->attachments()[0], dir.path("out"), files::OnCollision::replace);
+        ASSERT_TRUE(written);
+        EXPECT_EQ(dir.read("out"), "Cats and dogs");
+        EXPECT_EQ(written->outcome.verdict, Verdict::whole);
+        EXPECT_TRUE(has(written->outcome, "tagged-lines"));
+    }
+}
+
+TEST(TaggedLines, PartsAreKeptApartAndTextThatLostItsLineEndsIsDamaged) {
+    tests::TemporaryDirectory dir;
+    const std::string in = dir.write("in", joined({"Subject: cats", "Content-Type: multipart/mixed; boundary=b", "",
+                                                   "--b", "Content-Type: text/plain; name=a.txt", "", "one", "two",
+                                                   "--b", type, encoding, "", "Q2F0", "--b--"},
+                                                  "<BR>"));
+    const Result<Recovery> recovery = Recovery::open(std::array{in});
+    ASSERT_TRUE(recovery);
+    ASSERT_EQ(recovery->attachments().size(), 2U);
+    EXPECT_EQ(recovery->check(recovery->attachments()[0]).verdict, Verdict::damaged);
+    const Outcome cat = recovery->check(recovery->attachments()[1]);
+    EXPECT_EQ(cat.size, 3U);
+    EXPECT_EQ(cat.verdict, Verdict::whole);
+}
+
+TEST(TaggedLines, TagsBetweenRowsOfBase64AreNoneOfIt) {
+    const std::string header = joined({type, encoding, ""}, "\r\n");
+    for (const std::string rows : {"Q2F0cyBh<BR>bmQgZG9n<BR>cw==<BR>\r\n", "Q2F0cyBh<BR>\r\nbmQgZG9n<br>\r\ncw==\r\n",
+                                   "Q2F0cy<BR>BhbmQgZG9ncw=="}) {
+        const auto files = tests::scan_and_decode(header + rows);
+        ASSERT_EQ(files.size(), 1U);
+        EXPECT_EQ(files[0].bytes, "Cats and dogs");
+        EXPECT_EQ(files[0].outcome.verdict, Verdict::whole);
+        EXPECT_TRUE(files[0].has_problem("tagged-lines"));
+    }
+    const auto other = tests::scan_and_decode(header + "Q2F0cyBh<hr>bmQgZG9ncw==");
+    EXPECT_EQ(other.at(0).outcome.verdict, Verdict::damaged);
+}
+
+TEST(TaggedLines, OtherTextIsLeftAsItIs) {
+    const std::string page = joined({"<html>Subject: a", "Content-Type: b", "", "QUJD"}, "<BR>");
+    const std::string lines = joined({type, encoding, "", "QUJD"}, "\r\n");
+    const std::string subject = "Subject: a<BR>Content-Type: b<BR><BR>\r\nContent-Type: text/plain\r\n\r\nhello\r\n";
+    for (const std::string& text : {page, lines, subject, std::string("Subject: a<BR>b"), std::string()}) {
+        EXPECT_TRUE(tagged_lines(text, {0, text.size(), 0}).empty()) << text;
+    }
+}
+
+TEST(TaggedLines, NothingBehindAHeaderThatWasNotReadIsNotCalledWhole) {
+    const struct {
+        std::string text;
+        Verdict verdict;
+    } table[] = {
+        {std::string(type) + "<BR>" + std::string(100'000, 'A') + "\r\n", Verdict::incomplete},  // not kept
+        {joined({type, encoding}, "\r\n"), Verdict::incomplete},
+        {joined({type, encoding, ""}, "\r\n"), Verdict::whole},  // an empty file
+    };
+    tests::TemporaryDirectory dir;
+    for (const auto& row : table) {
+        const Result<Recovery> recovery = Recovery::open(std::array{dir.write("in", row.text)});
+        ASSERT_TRUE(recovery);
+        ASSERT_EQ(recovery->attachments().size(), 1U);
+        const Outcome outcome = recovery->check(recovery->attachments()[0]);
+        EXPECT_EQ(outcome.size, 0U);
+        EXPECT_EQ(outcome.verdict, row.verdict);
+        EXPECT_EQ(has(outcome, "missing-body"), row.verdict == Verdict::incomplete);
+    }
+}
+
+}  // namespace
+}  // namespace quill::codec
