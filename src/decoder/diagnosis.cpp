@@ -80,6 +80,10 @@ std::string about_lines(const TextFacts& facts) {
     if (facts.empty_lines > 0) out += ", " + grouped(facts.empty_lines) + " of them empty";
     out += ".";
     if (facts.usual_count == 0) return out;
+    if (facts.lines - facts.empty_lines == 1) {
+        out += facts.empty_lines == 0 ? " The line has " : " The other one has ";
+        return out + counted(facts.longest, "character") + ".";
+    }
     if (facts.shortest == facts.longest) return out + " Each has " + counted(facts.longest, "character") + ".";
     return out + " The shortest has " + counted(facts.shortest, "character") + ", the longest " +
            grouped(facts.longest) + "; the most frequent length is " + grouped(facts.usual_length) + " (" +

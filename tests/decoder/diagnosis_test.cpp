@@ -80,6 +80,13 @@ TEST(Diagnosis, SaysWhatWasSeen) {
                             HasSubstr("It begins:\n    short\n    AAAA")));
 }
 
+TEST(Diagnosis, OneLineIsSpokenOfAsOne) {
+    EXPECT_THAT(diagnosis_text("hello"), HasSubstr("It has 1 line. The line has 5 characters."));
+    EXPECT_THAT(diagnosis_text("\r\nhello\r\n"),
+                HasSubstr("It has 2 lines, 1 of them empty. The other one has 5 characters."));
+    EXPECT_THAT(diagnosis_text("hello\r\nworld\r\n"), HasSubstr("It has 2 lines. Each has 5 characters."));
+}
+
 TEST(Diagnosis, NamesTheLineThatAnnouncesAnEncodedFile) {
     EXPECT_THAT(diagnosis_text("Hi\r\n\r\nbegin 644 cat.jpg\r\nbegin 644 dog.jpg\r\n"),
                 AllOf(HasSubstr("Line 3 announces UUE or XXE text: begin 644 cat.jpg\n"), Not(HasSubstr("Line 4"))));
