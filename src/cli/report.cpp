@@ -1,5 +1,6 @@
 #include "cli/report.h"
 
+#include "codec/disguise.h"
 #include "text/utf8.h"
 
 #include <array>
@@ -123,7 +124,7 @@ void Report::add(const codec::Recovered& file) {
 
 void Report::tell_problems(const codec::Recovered& file) const {
     for (const codec::Problem& problem : file.outcome.problems) {
-        if (problem.grade == codec::Grade::repaired) continue;
+        if (problem.grade == codec::Grade::repaired && problem.kind != codec::disguised_name) continue;
         console_.err << "quill: " << printable(file.name) << ": at byte " << problem.at_input << ": "
                      << printable(problem.text) << '\n';
     }

@@ -1,6 +1,7 @@
 #include "codec/content_name.h"
 
 #include "files/names.h"
+#include "text/utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -137,8 +138,39 @@ std::string made_up_name(bool message_text, std::string_view content_type, std::
     return std::string("attachment").append(by_type.empty() ? ".bin" : by_type);
 }
 
+bool is_unseen(char32_t c) {
+    return c == 0xAD || c == 0x34F || c == 0x61C || c == 0x180E || (c >= 0x200B && c <= 0x200F) ||
+           (c >= 0x2028 && c <= 0x202E) || (c >= 0x2060 && c <= 0x206F) || c == 0xFEFF;
+}
+
+bool is_blank_character(char32_t c) {
+    return c == ' ' || c == '\t' || c == 0xA0 || c == 0x115F || c == 0x1160 || c == 0x1680 ||
+           (c >= 0x2000 && c <= 0x200A) || c == 0x202F || c == 0x205F || c == 0x2800 || c == 0x3000 || c == 0x3164 ||
+           c == 0xFFA0;
+}
+
+std::string plain_name(std::string_view name) {
+    const std::string safe = files::safe_name(name);
+    std::string out;
+    std::string blank;  // the one that was met last, where it was the only one in its place
+    for (std::string_view rest = safe; !rest.empty();) {
+        const char32_t c = text::next_character(rest);
+        if (is_unseen(c)) continue;
+        if (is_blank_character(c)) {
+            const bool first = blank.empty();
+            blank.clear();
+            text::append_utf8(blank, first ? c : U' ');
+        } else {
+            out += blank;
+            blank.clear();
+            text::append_utf8(out, c);
+        }
+    }
+    return files::safe_name(out);
+}
+
 std::string attachment_name(std::string_view name) {
-    std::string safe = files::safe_name(name);
+    std::string safe = plain_name(name);
     std::replace(safe.begin(), safe.end(), ';', '_');
     return safe;
 }

@@ -2,6 +2,7 @@
 
 #include "codec/content_name.h"
 #include "codec/decode.h"
+#include "codec/disguise.h"
 #include "codec/nested_message.h"
 #include "codec/part_join.h"
 #include "codec/scanner.h"
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 #include <set>
 #include <utility>
 
@@ -115,6 +117,10 @@ void Recovery::take(std::vector<FoundFile> files) {
     attachments_.reserve(files.size());
     for (FoundFile& file : files) {
         Attachment& attachment = file.attachment;
+        const std::uint64_t at = attachment.body.empty() ? 0 : attachment.body.front().begin;
+        if (std::optional<Problem> disguise = disguise_of(attachment.name, at)) {
+            attachment.problems.push_back(std::move(*disguise));
+        }
         attachment.name = attachment_name(attachment.name);
         if (attachment.name.empty()) {
             attachment.name = made_up_name(attachment.message_text, attachment.content_type,

@@ -1,5 +1,6 @@
 #include "decoder/results_panel.h"
 
+#include "codec/disguise.h"
 #include "decoder/file_signature.h"
 #include "decoder/repair_guide.h"
 #include "decoder/virus_guard.h"
@@ -166,7 +167,11 @@ RowDetails row_details(const shell::swit& w, std::size_t row) {
     if (result.verdict) details.verdict = codec::name_of(*result.verdict);
     details.doubtful = result.size.value_or(0) == 0 || result.verdict == codec::Verdict::damaged ||
                        result.verdict == codec::Verdict::incomplete;
-    for (const codec::Problem& problem : result.problems) details.problems.push_back(problem.text);
+    for (const codec::Problem& problem : result.problems) {
+        details.problems.push_back(problem.text);
+        details.disguised = details.disguised || problem.kind == codec::disguised_name;
+    }
+    details.doubtful = details.doubtful || details.disguised;
     return details;
 }
 

@@ -1,6 +1,8 @@
 #include "decoder/yenc_run.h"
 
 #include "codec/checksum.h"
+#include "codec/content_name.h"
+#include "codec/disguise.h"
 #include "codec/yenc.h"
 #include "codec/yenc_post.h"
 #include "decoder/new_files.h"
@@ -8,7 +10,6 @@
 #include "files/atomic_file.h"
 #include "files/directory.h"
 #include "files/mapped_file.h"
-#include "files/names.h"
 #include "shell/main_window.h"
 #include "text/ascii.h"
 #include "text/reader.h"
@@ -58,7 +59,7 @@ bool is_signature(std::string_view line) {
 std::string name_in(std::string_view header) {
     std::string_view name = header.substr(header.rfind('=', header.size() - 2) + 1);
     if (name.ends_with("  ")) name.remove_suffix(2);
-    std::string safe = files::safe_name(name);
+    std::string safe = codec::plain_name(name);
     return safe.empty() ? std::string(nameless) : safe;
 }
 
@@ -91,6 +92,9 @@ codec::Outcome judge(const yenc::Post& post, const yenc::Data& data) {
         return std::any_of(outcome.problems.begin(), outcome.problems.end(),
                            [grade](const codec::Problem& problem) { return problem.grade == grade; });
     };
+    if (std::optional<codec::Problem> disguise = codec::disguise_of(post.begin.name, post.data_begin)) {
+        outcome.problems.push_back(std::move(*disguise));
+    }
     if (has(codec::Grade::lost)) {
         outcome.verdict = codec::Verdict::incomplete;
     } else if (has(codec::Grade::damaged)) {

@@ -111,6 +111,16 @@ TEST_F(Command, BadUsageGivesStatusThree) {
     }
 }
 
+TEST_F(Command, AProgramInDisguiseIsToldOfAndItsExtensionShows) {
+    directory.write("a.uue", "begin 644 holiday.jpg      .exe\n#0V%T\n`\nend\nbegin 644 setup.exe\n#0V%T\n`\nend\n");
+    EXPECT_EQ(call({"decode", "a.uue"}), ExitStatus::good);
+    EXPECT_EQ(out, "holiday.jpg .exe\t3\twhole\tUUE\nsetup.exe\t3\twhole\tUUE\n");
+    EXPECT_THAT(err, StartsWith("quill: holiday.jpg .exe: at byte "));
+    EXPECT_THAT(err,
+                testing::EndsWith("The name makes this file look like something else, but it is a program (.exe)\n"));
+    EXPECT_EQ(directory.read("holiday.jpg .exe"), "Cat");
+}
+
 TEST_F(Command, HelpTellsEveryOptionAndTheExitStatus) {
     EXPECT_EQ(call({"--help"}), ExitStatus::good);
     for (const char* said : {"decode", "list", "Exit status"}) EXPECT_THAT(out, HasSubstr(said));

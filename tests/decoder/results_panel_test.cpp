@@ -1,5 +1,6 @@
 #include "decoder/results_panel.h"
 
+#include "codec/disguise.h"
 #include "decoder/repair_guide.h"
 #include "files/directory.h"
 #include "support/program.h"
@@ -249,6 +250,15 @@ TEST_F(ResultsPanel, HelpIsFourMessagesAndExitEndsTheProcess) {
     click(program_.main_window.Command6);
     EXPECT_TRUE(program_.platform.script_is_done());
     EXPECT_TRUE(tests::ends_process([&] { click(program_.main_window.Command4); }));
+}
+
+TEST_F(ResultsPanel, ADisguisedProgramIsDoubtfulThoughWhole) {
+    shell::swit& w = program_.main_window;
+    found("photo.jpg.exe", "x");
+    w.Outcomes["photo.jpg.exe"] = {codec::Verdict::whole, 1, {*codec::disguise_of("photo.jpg.exe", 0)}};
+    const RowDetails row = row_details(w, 0);
+    EXPECT_TRUE(row.doubtful && row.disguised);
+    EXPECT_THAT(row.problems, ElementsAre(testing::HasSubstr("it is a program (.exe)")));
 }
 
 TEST_F(ResultsPanel, ARowSaysSizeTypeVerdictAndWhatIsWrong) {
