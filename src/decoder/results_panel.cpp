@@ -120,7 +120,7 @@ void rename_result(shell::Context& context) {
     if (renamed) {
         replace_result(w, row, new_name);
     } else {
-        context.platform.message(renamed.error().text);
+        context.platform.message(new_name + ": " + renamed.error().text);
     }
 }
 

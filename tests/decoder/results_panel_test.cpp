@@ -176,7 +176,7 @@ TEST_F(ResultsPanel, RenameRefusesTakenNamesAndOtherDirectories) {
         program_.platform.expect_message("");
         click(program_.main_window.Command5);
     }
-    EXPECT_EQ(program_.platform.messages.at(0), "File exists");
+    EXPECT_EQ(program_.platform.messages.at(0), "taken: File exists");
     EXPECT_THAT(list().items(), ElementsAre("x"));
     EXPECT_EQ(directory_.read("taken"), "mine");
     EXPECT_THAT(directory_.names(), ElementsAre("below", "taken", "x"));
