@@ -111,6 +111,11 @@ TEST_F(Command, BadUsageGivesStatusThree) {
     }
 }
 
+TEST_F(Command, ACommandThatThereIsNotIsNamed) {
+    EXPECT_EQ(call({"frob\x1bnicate", "x"}), ExitStatus::failed);
+    EXPECT_THAT(err, StartsWith("quill: There is no command frob?nicate\n"));
+}
+
 TEST_F(Command, AProgramInDisguiseIsToldOfAndItsExtensionShows) {
     directory.write("a.uue", "begin 644 holiday.jpg      .exe\n#0V%T\n`\nend\nbegin 644 setup.exe\n#0V%T\n`\nend\n");
     EXPECT_EQ(call({"decode", "a.uue"}), ExitStatus::good);
