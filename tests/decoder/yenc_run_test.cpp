@@ -1,5 +1,6 @@
 #include "decoder/yenc_run.h"
 
+#include "codec/disguise.h"
 #include "files/directory.h"
 #include "support/program.h"
 #include "support/temporary_directory.h"
@@ -158,6 +159,14 @@ TEST_F(YencRun, TheNameIsWhatStandsBehindTheLastEqualsSign) {
     EXPECT_EQ(dir.read("b c.bin"), "ABC");
     decode(post("../../etc/x=..\\y.bin", "klm"));
     EXPECT_EQ(dir.read("y.bin"), "ABC");
+}
+
+TEST_F(YencRun, AProgramInDisguiseIsToldOfUnderANameThatShowsIt) {
+    decode(post("cat.jpg      .exe", "klm"));
+    EXPECT_EQ(dir.read("cat.jpg .exe"), "ABC");
+    EXPECT_EQ(verdict("cat.jpg .exe"), codec::Verdict::verified);
+    ASSERT_EQ(w.Outcomes.at("cat.jpg .exe").problems.size(), 1U);
+    EXPECT_EQ(w.Outcomes.at("cat.jpg .exe").problems[0].kind, codec::disguised_name);
 }
 
 TEST_F(YencRun, AnOlderOutputIsReplacedAndCountsAsNew) {
