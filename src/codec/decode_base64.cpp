@@ -2,6 +2,7 @@
 #include "codec/decode_run.h"
 #include "codec/lines.h"
 #include "codec/sixbit.h"
+#include "codec/tagged_lines.h"
 #include "text/ascii.h"
 
 #include <algorithm>
@@ -15,8 +16,6 @@ constexpr std::size_t longest_examined = 1024;  // looked back for a line's begi
 constexpr std::size_t line_room = sixbit::decoded_bound(2 * longest_examined);
 constexpr unsigned most_examined = 10'000;    // lines; beyond that foreign characters are passed over unseen
 constexpr std::size_t shortest_resumed = 20;  // characters of a line that is taken for data behind padding
-
-constexpr std::string_view tag = "<br>";
 
 bool is_blank(char c) {
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
@@ -93,7 +92,7 @@ void Base64Run::run() {
             if (done.read < in.size()) take_padding();
         } else {
             body_.pass(done.read);
-            if (text::equal_ignoring_case(body_.ahead(tag.size()), tag)) {
+            if (text::equal_ignoring_case(body_.ahead(line_tag.size()), line_tag)) {
                 sink_.put({room_.data(), done.written});
                 take_tag();
             } else {
@@ -108,7 +107,7 @@ void Base64Run::run() {
 void Base64Run::take_tag() {
     if (!tagged_) sink_.report(Grade::repaired, "tagged-lines", body_.at(), "<BR> stands at the ends of lines");
     tagged_ = true;
-    body_.pass(tag.size());
+    body_.pass(line_tag.size());
 }
 
 /// Reads the '=' at the current place and what stands behind it.

@@ -5,6 +5,7 @@
 #include "codec/header_block.h"
 #include "codec/nested_message.h"
 #include "codec/part_label.h"
+#include "codec/tagged_lines.h"
 #include "codec/text_scan.h"
 #include "text/ascii.h"
 
@@ -405,7 +406,8 @@ void Scanner::follow_data(const Line& line) {
         }
         return;
     }
-    if (is_base64_line(line.text)) {
+    // A tag may stand where a line ended, and further rows behind it.
+    if (is_base64_line(line.text.substr(0, find_tag(line.text, 0)))) {
         if (leaf.line_size == 0) leaf.line_size = line.text.size();
         return;
     }

@@ -9,24 +9,14 @@
 namespace quill::codec {
 namespace {
 
-constexpr std::string_view tag = "<br>";
 constexpr std::size_t longest_header = std::size_t{64} << 10;
 constexpr std::string_view white = " \t\r\n";
-
-/// Where the next tag stands from `at` on, or the end.
-std::size_t find_tag(std::string_view text, std::size_t at) {
-    while ((at = text.find('<', at)) != std::string_view::npos) {
-        if (text::starts_with_ignoring_case(text.substr(at), tag)) return at;
-        ++at;
-    }
-    return text.size();
-}
 
 /// Whether `line` begins with a header of several fields, tags between them, and two behind the last.
 bool begins_with_tagged_header(std::string_view line) {
     line = line.substr(0, longest_header);
     unsigned fields = 0;
-    for (std::size_t at = 0, end = 0; (end = find_tag(line, at)) < line.size(); at = end + tag.size()) {
+    for (std::size_t at = 0, end = 0; (end = find_tag(line, at)) < line.size(); at = end + line_tag.size()) {
         const std::string_view row = line.substr(at, end - at);
         if (row.empty()) return fields > 1;
         const bool folded = row.front() == ' ' || row.front() == '\t';
@@ -39,6 +29,14 @@ bool begins_with_tagged_header(std::string_view line) {
 
 }  // namespace
 
+std::size_t find_tag(std::string_view text, std::size_t at) {
+    while ((at = text.find('<', at)) != std::string_view::npos) {
+        if (text::starts_with_ignoring_case(text.substr(at), line_tag)) return at;
+        ++at;
+    }
+    return text.size();
+}
+
 std::vector<Segment> tagged_lines(std::string_view input, const Range& range) {
     const std::string_view text = input.substr(range.begin, range.end - range.begin);
     const std::size_t first = std::min(text.find_first_not_of(white), text.size());
@@ -50,7 +48,7 @@ std::vector<Segment> tagged_lines(std::string_view input, const Range& range) {
         if (rows.size() >= most_tagged_rows) return {};
         const std::size_t stop = find_tag(text.substr(0, end), at);
         rows.push_back({input, {range.begin + at, range.begin + stop, range.source, range.quote}});
-        at = stop + tag.size();
+        at = stop + line_tag.size();
     }
     return rows;
 }

@@ -8,6 +8,12 @@
 
 namespace quill::codec {
 
+/// What stands where a line ends in text that was copied from a page; in lower case here, in either case there.
+constexpr std::string_view line_tag = "<br>";
+
+/// Where the next tag stands in `text` from `at` on, or the end.
+std::size_t find_tag(std::string_view text, std::size_t at);
+
 /// A text of more rows is left as it is.
 constexpr std::size_t most_tagged_rows = 1'000'000;
 

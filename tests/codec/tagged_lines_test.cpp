@@ -62,7 +62,8 @@ TEST(TaggedLines, PartsAreKeptApartAndTextThatLostItsLineEndsIsDamaged) {
 TEST(TaggedLines, TagsBetweenRowsOfBase64AreNoneOfIt) {
     const std::string header = joined({type, encoding, ""}, "\r\n");
     for (const std::string rows : {"Q2F0cyBh<BR>bmQgZG9n<BR>cw==<BR>\r\n", "Q2F0cyBh<BR>\r\nbmQgZG9n<br>\r\ncw==\r\n",
-                                   "Q2F0cy<BR>BhbmQgZG9ncw=="}) {
+                                   "Q2F0cy<BR>BhbmQgZG9ncw==", "Q2F0\r\ncyBh\r\nbmQg<BR>ZG9ncw==<BR>\r\n",
+                                   "Q2F0cyBh\r\nbmQgZG9n<BR>\r\ncw==<BR>\r\n\r\n"}) {
         const auto files = tests::scan_and_decode(header + rows);
         ASSERT_EQ(files.size(), 1U);
         EXPECT_EQ(files[0].bytes, "Cats and dogs");
