@@ -31,8 +31,10 @@ const Words& words_of(codec::Verdict verdict) {
 
 QString verdict_text(const ResultsModel::Row& row) {
     if (!row.result.size) return QStringLiteral("Gone");
+    if (row.details.disguised) return QStringLiteral("Program");
+    if (row.result.size == 0U) return QStringLiteral("Empty");
     if (row.result.verdict) return QString::fromLatin1(words_of(*row.result.verdict).brief);
-    return row.details.doubtful ? QStringLiteral("Empty") : QStringLiteral("Not checked");
+    return QStringLiteral("Not checked");
 }
 
 QString verdict_reasons(const ResultsModel::Row& row) {
