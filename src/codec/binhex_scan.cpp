@@ -1,5 +1,6 @@
 #include "codec/binhex.h"
 #include "codec/charset.h"
+#include "codec/header_block.h"
 #include "codec/part_label.h"
 #include "codec/text_scan.h"
 #include "text/ascii.h"
@@ -7,6 +8,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <utility>
@@ -96,8 +98,16 @@ bool is_damaged_data(std::string_view line) {
     return line.size() >= full_line / 2 && foreign * 16 <= line.size();
 }
 
+/// Whether the line begins a file of its own, or the header of one.
+bool begins_other_file(std::string_view line) {
+    return sniff_begin(line) || sniff_quoted_begin(line) || sniff_yenc(line) || sniff_binhex(line) ||
+           (text::starts_with_ignoring_case(line, "content-") && begins_message_header(line));
+}
+
+enum class Part : std::uint8_t { first, later };
+
 /// Reads from `begin`, behind the opening colon, or at the beginning of a later part, to the closing one.
-BinHexBody read_body(TextScan& scan, Position begin) {
+BinHexBody read_body(TextScan& scan, Position begin, Part part) {
     BodyRanges body(scan, begin);
     bool ended = false;
     scan.cursor.seek(begin);
@@ -108,7 +118,8 @@ BinHexBody read_body(TextScan& scan, Position begin) {
         const auto at = static_cast<std::size_t>(foreign - text.begin());
         const bool clean = foreign == text.end() || is_blank_line(text.substr(at));
         const bool field = !clean && *foreign == ':' && at + 2 < text.size() && text[at + 1] == ' ';
-        if ((!clean || text.starts_with('-')) && scan.is_stop(line)) {
+        const bool other = !clean && (part == Part::later ? begins_other_file(text) : text.starts_with(banner));
+        if (other || ((!clean || text.starts_with('-')) && scan.is_stop(line))) {
             scan.cursor.seek(line.begin);
             break;
         }
@@ -150,7 +161,7 @@ bool is_varied(std::string_view line) {
 /// Whether full lines of data begin at `line`.
 bool is_run_of_lines(const TextScan& scan, const Line& line) {
     Line next;
-    return is_full_line(line.text) && is_varied(line.text) && peek_text(scan, line.next, 2, next) &&
+    return is_binhex_line(line.text) && peek_text(scan, line.next, 2, next) &&
            (is_full_line(next.text) || is_last_line(next.text));
 }
 
@@ -182,6 +193,10 @@ bool sniff_binhex(std::string_view line) {
            (line.starts_with(' ') && text::trim(line.substr(0, 256)).starts_with(banner));
 }
 
+bool is_binhex_line(std::string_view line) {
+    return is_full_line(line) && is_varied(line);
+}
+
 bool open_binhex(TextScan& scan, const Line& line) {
     const std::optional<Line> first = find_first_line(scan, line.text.starts_with(':') ? line.begin : line.next);
     if (!first) return false;
@@ -191,7 +206,7 @@ bool open_binhex(TextScan& scan, const Line& line) {
     const std::optional<binhex::Header> header =
         binhex::read_header(binhex::decode_beginning(window, binhex::longest_header));
     if (!header || (line.text.starts_with(':') && !header->crc_agrees)) return false;
-    BinHexBody body = read_body(scan, begin);
+    BinHexBody body = read_body(scan, begin, Part::first);
     FoundFile data = fork(*header, body.ranges, false);
     data.has_end = body.ended;
     data.label = std::exchange(scan.label, {});
@@ -209,16 +224,18 @@ bool sniff_bare_binhex(std::string_view line) {
            binhex::is_data_character(line.front());
 }
 
-// Only the first part says what it is. A later one counts where that one, or its own label, asks for it.
+// Only the first part says what it is. A later one counts where that one asks for it, or where its label and many lines
+// speak for it.
 bool open_bare_binhex(TextScan& scan, const Line& line) {
-    if (scan.in_armor || (!is_run_of_lines(scan, line) && !is_lone_line(scan, line))) return false;
+    if (scan.in_armor || scan.tentative >= most_tentative) return false;
+    if (!is_run_of_lines(scan, line) && !is_lone_line(scan, line)) return false;
     FoundFile file;
     file.attachment.name = scan.label.file;
     file.attachment.format = Format::binhex;
     file.label = std::exchange(scan.label, {});
     file.has_begin = false;
     file.tentative = true;
-    BinHexBody body = read_body(scan, line.begin);
+    BinHexBody body = read_body(scan, line.begin, Part::later);
     file.attachment.body = std::move(body.ranges);
     file.has_end = body.ended;
     scan.add(std::move(file));

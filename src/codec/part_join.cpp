@@ -1,6 +1,7 @@
 #include "codec/part_join.h"
 
 #include "codec/scanner.h"
+#include "codec/text_scan.h"
 #include "codec/yenc_join.h"
 #include "files/path.h"
 #include "text/ascii.h"
@@ -16,6 +17,7 @@ namespace quill::codec {
 namespace {
 
 constexpr std::size_t most_missing_told = 20;  // of the parts that one file lacks
+constexpr unsigned telling_lines = 8;
 
 std::string part_text(std::uint32_t number, std::uint32_t total) {
     std::string text = "Part " + std::to_string(number);
@@ -239,8 +241,7 @@ void join_group(std::vector<FoundFile>& files, std::vector<Piece>& pieces, std::
     close();
 }
 
-// Later parts of BinHex files
-// -------------------------------------------------------------------------------------------
+// Later parts of BinHex files -----------------------------------------------------------------------------------------
 
 bool has_begun(const std::vector<FoundFile>& files, const std::vector<Piece>& pieces) {
     return std::any_of(pieces.begin(), pieces.end(), [&](const Piece& piece) { return files[piece.index].has_begin; });
@@ -291,9 +292,23 @@ void complete_resource_forks(std::vector<FoundFile>& files, std::set<std::size_t
     }
 }
 
-/// Whether nothing asks for a piece that may be other text as well.
-bool is_unasked(const FoundFile& file) {
-    return file.tentative && (file.label.number < 2 || file.label.total == 0);
+/// Whether the file has so many full lines of BinHex data that it can hardly be other text.
+bool has_binhex_lines(const FoundFile& file, std::span<const std::string_view> inputs) {
+    std::vector<Segment> segments;
+    for (const Range& range : file.attachment.body) segments.push_back({inputs[range.source], range});
+    LineCursor cursor(std::move(segments));
+    unsigned lines = 0;
+    Line line;
+    while (lines < telling_lines && cursor.next(line)) {
+        if (is_binhex_line(line.text)) ++lines;
+    }
+    return lines >= telling_lines;
+}
+
+/// Whether nothing asks for a piece that no first part has taken up and that may be other text as well.
+bool is_unasked(const FoundFile& file, std::span<const std::string_view> inputs) {
+    if (!file.tentative) return false;
+    return file.label.number < 2 || file.label.total == 0 || !has_binhex_lines(file, inputs);
 }
 
 /// Says of what is still a piece what it lacks. BinHex tells by its checksums whether its end is there.
@@ -346,7 +361,7 @@ Found join_parts(std::vector<FoundFile> files, std::span<const std::string_view>
     complete_resource_forks(files, taken);
     std::size_t kept = 0;
     for (std::size_t i = 0; i < files.size(); ++i) {
-        if (taken.contains(i) || is_unasked(files[i])) continue;
+        if (taken.contains(i) || is_unasked(files[i], inputs)) continue;
         judge_ends(files[i]);
         if (kept != i) files[kept] = std::move(files[i]);
         ++kept;

@@ -29,7 +29,9 @@ std::span<const TextFormat> text_formats() {
 void TextScan::add(FoundFile file, std::uint32_t at_order) {
     const bool opened_later = !file.partial_id.empty() || is_encoded_message(file.attachment);
     if (texts == Texts::left_out && file.attachment.message_text && !opened_later) return;
-    if (found.files.size() >= most_files) {
+    if (file.tentative) {
+        ++tentative;
+    } else if (found.files.size() - tentative >= most_files) {
         if (found.problems.empty()) {
             const std::uint64_t at = file.attachment.body.empty() ? 0 : file.attachment.body.front().begin;
             found.problems.push_back({Grade::lost,

@@ -14,15 +14,19 @@ namespace quill::codec {
 /// More files than this are not kept of one text.
 constexpr std::size_t most_files = 32'767;
 
+/// Nor more pieces, besides, that count only where something asks for them.
+constexpr std::size_t most_tentative = 10'000;
+
 /// What a format works on while running text is looked through.
 struct TextScan {
     LineCursor& cursor;
     const IsStop& is_stop;  ///< lines that end the text
     Found& found;
     Texts texts = Texts::kept;
-    PartLabel label = {};     ///< what the text last said of the part that it holds
-    bool in_armor = false;    ///< within "-----BEGIN ...": Base64 that is no file
-    bool in_message = false;  ///< a header said what this text is
+    PartLabel label = {};       ///< what the text last said of the part that it holds
+    bool in_armor = false;      ///< within "-----BEGIN ...": Base64 that is no file
+    bool in_message = false;    ///< a header said what this text is
+    std::size_t tentative = 0;  ///< pieces among the files that count only where something asks for them
     std::uint32_t order = 0;
 
     /// Enters a file at the end, or at the place `at_order` that was kept for it; not where there are too many, nor a
@@ -70,5 +74,8 @@ constexpr std::size_t peeked_characters = 1024;
 bool peek_text(const TextScan& scan, Position at, unsigned most, Line& line);
 
 bool is_blank_line(std::string_view line);
+
+/// Whether `line` is a full line of BinHex data, and not drawn of a few characters.
+bool is_binhex_line(std::string_view line);
 
 }  // namespace quill::codec

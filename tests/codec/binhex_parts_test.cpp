@@ -1,5 +1,6 @@
 #include "codec/hqx.h"
 #include "codec/scanned.h"
+#include "codec/text_scan.h"
 
 #include <gtest/gtest.h>
 
@@ -114,15 +115,50 @@ TEST_F(BinHexParts, LinesAreNoPartWhereNothingAsksForThem) {
     EXPECT_TRUE(files_of("Subject: a (1/3)\n\n" + pieces[1]).empty());
     expect_verified(files_of(pieces[0] + pieces[1] + pieces[2] + "\n" + pieces[1]));
     const std::string other = "Subject: other.hqx (2/2)\n\n" + pieces[1];
+    EXPECT_TRUE(files_of(other).empty());
+    for (const char* text : {"Dear:\n", "FAQ:\n-- \nme\n"}) {
+        EXPECT_TRUE(files_of(std::string("Subject: hi (2/2)\n\n") + text).empty()) << text;
+    }
     const std::string one = post(1), two = post(2), three = post(3);
     const std::vector<ScannedFile> files = files_of({one, other, two, three}, {"a", "b", "c", "d"});
-    ASSERT_EQ(files.size(), 3U);
-    EXPECT_EQ(files[0].outcome.verdict, Verdict::verified);
-    EXPECT_EQ(files[2].outcome.verdict, Verdict::incomplete);
+    expect_verified(files);
     EXPECT_TRUE(
         files_of(pieces[0] + "\n\nSome text.\n\n\n\n" + std::string(64, '#') + "\n" + std::string(64, '#') + "\n")
             .front()
             .bytes.size() < data.size());
+}
+
+TEST_F(BinHexParts, OtherFilesBetweenLinesAreFound) {
+    const std::string lines = pieces[1].substr(0, 2 * 65);
+    const std::string subject = "Subject: x (2/3)\n\n";
+    for (const std::string file : {
+             "begin 644 a.bin\n#86)C\n`\nend\n",
+             "=ybegin line=128 size=3 name=a.bin\n\x8B\x8C\x8D\n=yend size=3\n",
+             "\nContent-Type: application/x; name=a.bin\nContent-Transfer-Encoding: base64\n\nYWJj\n\n",
+         }) {
+        for (const std::string& text : {lines + file + lines, subject + lines + file + lines}) {
+            const std::vector<ScannedFile> files = files_of(text);
+            ASSERT_EQ(files.size(), 1U) << text;
+            EXPECT_EQ(files[0].attachment.name, "a.bin");
+            EXPECT_EQ(files[0].bytes, "abc") << text;
+        }
+    }
+    const std::string whole = pieces[0] + pieces[1] + pieces[2];
+    expect_verified(files_of(lines + whole));
+    expect_verified(files_of(lines + whole.substr(whole.find(':'))));
+    const std::vector<ScannedFile> behind_one_cut_off = files_of(pieces[0] + whole);
+    ASSERT_EQ(behind_one_cut_off.size(), 4U);
+    EXPECT_EQ(behind_one_cut_off[0].outcome.verdict, Verdict::incomplete);
+    EXPECT_EQ(behind_one_cut_off[2].outcome.verdict, Verdict::verified);
+}
+
+TEST_F(BinHexParts, ThatNothingAsksForTakeNoPlaceFromFiles) {
+    const std::string lines = pieces[1].substr(0, 2 * 65) + "hello world\n\n\n\n\n\nx y ~\n";
+    std::string text;
+    for (std::size_t i = 0; i < most_files + 10; ++i) text += lines;
+    const std::vector<ScannedFile> files = files_of(text + "begin 644 a.bin\n#86)C\n`\nend\n");
+    ASSERT_EQ(files.size(), 1U);
+    EXPECT_EQ(files[0].bytes, "abc");
 }
 
 TEST_F(BinHexParts, OfTwoFilesGoWhereTheyBelong) {
