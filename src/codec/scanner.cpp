@@ -3,6 +3,7 @@
 #include "codec/base64_lines.h"
 #include "codec/entity_stack.h"
 #include "codec/header_block.h"
+#include "codec/hex.h"
 #include "codec/nested_message.h"
 #include "codec/part_label.h"
 #include "codec/tagged_lines.h"
@@ -16,6 +17,7 @@ namespace quill::codec {
 namespace {
 
 constexpr unsigned most_nested_headers = 10'000;
+constexpr unsigned most_checked_lines = 64;
 
 /// The place of the line end before `at`, or `at` where there is none.
 Position before_line_end(const LineCursor& cursor, Position at) {
@@ -85,6 +87,22 @@ bool is_nested_message(const ContentHeader& header) {
 /// A message in quoted-printable shows its boundaries, which count when it has been decoded.
 bool shows_inner_boundaries(const ContentHeader& header) {
     return is_message_type(header.type) && header.encoding == TransferEncoding::quoted_printable;
+}
+
+/// Whether the header at `at` was never put in quoted-printable, which has each of its "=" as "=3D".
+bool is_plain_header(const LineCursor& cursor, Position at, const IsStop& is_stop) {
+    Line line;
+    for (unsigned n = 0; n < most_checked_lines && cursor.peek(at, peeked_characters, line); ++n, at = line.next) {
+        if (is_blank_line(line.text) || is_stop(line)) return false;
+        const std::string_view text = text::trim(line.text);
+        for (std::size_t i = text.find('='); i != text.npos && i + 1 < text.size(); i = text.find('=', i + 1)) {
+            const auto code = hex_byte(text.substr(i + 1));
+            const bool is_value = text::ends_with_ignoring_case(text.substr(0, i), "boundary") ||
+                                  text::ends_with_ignoring_case(text.substr(0, i), "name");
+            if (!code || (is_value && *code > ' ' && *code != '=')) return true;
+        }
+    }
+    return false;
 }
 
 bool wraps_file(const ContentHeader& header) {
@@ -158,7 +176,13 @@ void Scanner::begin_message() {
 void Scanner::open_part(bool in_digest, bool embedded) {
     HeaderBlock block = read_header(cursor_, is_stop_);
     if (in_digest && block.header.type.empty()) block.header.type = "message/rfc822";
-    for (unsigned depth = 0; is_nested_message(block.header) && depth < most_nested_headers; ++depth) {
+    const auto holds_message = [&] {
+        const bool plain =
+            shows_inner_boundaries(block.header) && is_plain_header(cursor_, cursor_.position(), is_stop_);
+        if (plain) block.header.encoding = TransferEncoding::identity;
+        return is_nested_message(block.header);
+    };
+    for (unsigned depth = 0; holds_message() && depth < most_nested_headers; ++depth) {
         block = read_header(cursor_, is_stop_);
     }
     if (const auto label = label_of_subject(block.header.subject)) text_.label = *label;
@@ -406,8 +430,10 @@ void Scanner::follow_data(const Line& line) {
         }
         return;
     }
-    // A tag may stand where a line ended, and further rows behind it.
-    if (is_base64_line(line.text.substr(0, find_tag(line.text, 0)))) {
+    // Tags may stand where lines ended, and further rows behind them.
+    std::size_t tags = 0;
+    const std::string_view row = first_row(line.text.substr(pass_tags(line.text, tags)));
+    if (row.empty() || is_base64_line(row)) {
         if (leaf.line_size == 0) leaf.line_size = line.text.size();
         return;
     }
