@@ -60,6 +60,7 @@ struct Opened {
     Files::iterator message;
     Range text;
     bool damaged = false;
+    bool cut_off = false;
 };
 
 /// Decodes `messages` to the end of `spool`; false where it takes no more.
@@ -79,9 +80,27 @@ bool decode_to(Spool& spool, const std::vector<Files::iterator>& messages, const
         if (!written) return false;
         const bool damaged = std::any_of(outcome.problems.begin(), outcome.problems.end(),
                                          [](const Problem& problem) { return problem.grade == Grade::damaged; });
-        opened.push_back({message, {begin, spool.size(), source}, damaged});
+        opened.push_back({message, {begin, spool.size(), source}, damaged, outcome.verdict == Verdict::incomplete});
     }
     return true;
+}
+
+std::uint64_t place_of(const FoundFile& file) {
+    return file.attachment.body.empty() ? 0 : file.attachment.body.front().begin;
+}
+
+/// What a file loses by the state of the encoded message that holds it.
+std::vector<Problem> problems_by(const Opened& message, const Attachment& file) {
+    std::vector<Problem> out;
+    const std::uint64_t at = message.text.begin;
+    if (message.damaged) {
+        out.push_back(
+            {Grade::damaged, "damaged-message", at, {}, "The encoded message that holds this file is damaged"});
+    }
+    if (message.cut_off && !file.body.empty() && file.body.back().end == message.text.end) {
+        out.push_back({Grade::lost, "cut-off-message", at, {}, "The encoded message that holds this file is cut off"});
+    }
+    return out;
 }
 
 /// Puts what `message` holds behind it, and returns the encoded messages among that.
@@ -90,23 +109,25 @@ void scan_opened(const Opened& message, const files::MappedFile& input, Texts te
     LineCursor cursor({{input.bytes(), message.text}});
     Found found = scan(cursor, texts);
     std::move(found.problems.begin(), found.problems.end(), std::back_inserter(problems));
+    if (found.files.empty() && (message.damaged || message.cut_off)) {
+        problems.push_back({message.cut_off ? Grade::lost : Grade::damaged,
+                            message.cut_off ? "cut-off-message" : "damaged-message",
+                            place_of(*message.message),
+                            {},
+                            message.cut_off ? "An encoded message is cut off, and no file was found in it"
+                                            : "An encoded message is damaged, and no file was found in it"});
+    }
     const auto behind = std::next(message.message);
     for (FoundFile& file : found.files) {
-        if (message.damaged) {
-            file.attachment.problems.push_back({Grade::damaged,
-                                                "damaged-message",
-                                                message.text.begin,
-                                                {},
-                                                "The encoded message that holds this file is damaged"});
-        }
+        std::vector<Problem> more = problems_by(message, file.attachment);
+        std::move(more.begin(), more.end(), std::back_inserter(file.attachment.problems));
         const auto added = files.insert(behind, std::move(file));
         if (is_encoded_message(added->attachment)) further.push_back(added);
     }
 }
 
 void say_unopened(std::vector<Problem>& problems, const FoundFile& message, std::string text) {
-    const std::vector<Range>& body = message.attachment.body;
-    problems.push_back({Grade::lost, "unopened-message", body.empty() ? 0 : body.front().begin, {}, std::move(text)});
+    problems.push_back({Grade::lost, "unopened-message", place_of(message), {}, std::move(text)});
 }
 
 }  // namespace

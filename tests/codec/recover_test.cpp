@@ -156,6 +156,64 @@ TEST(Recovery, TheBoundariesInAnEncodedMessageAreNotThoseAroundIt) {
     EXPECT_EQ(recovery->attachments()[1].name, "b.txt");
 }
 
+TEST(Recovery, AMessageThatIsOnlySaidToBeEncodedIsReadAsItStands) {
+    tests::TemporaryDirectory dir;
+    const std::string before =
+        "Content-Type: multipart/mixed; boundary=O\n\n--O\nContent-Type: message/rfc822\n"
+        "Content-Transfer-Encoding: quoted-printable\n\nSubject: s\n";
+    const std::string after = "Content-Transfer-Encoding: base64\n\nR0lGODlhAQ==\n";
+    const std::string last = "--O\nContent-Type: text/plain; name=\"b.txt\"\n\nb\n--O--\n";
+    const auto multipart = [&](const std::string& boundary, const std::string& parameter) {
+        return "Content-Type: multipart/mixed; boundary=" + parameter + "\n\n--" + boundary +
+               "\nContent-Type: image/gif; name=cafe.gif\n" + after + "--" + boundary + "--\n";
+    };
+    for (const std::string& inner :
+         {multipart("=_Part", "\"=_Part\""), multipart("bb", "bb"), multipart("=_Q", "\n \"=_Q\""),
+          "Content-Type: image/gif; name=cafe.gif\n" + after}) {
+        const Result<Recovery> recovery =
+            Recovery::open(std::array{dir.write("m", before + inner + last)}, {}, Texts::left_out);
+        ASSERT_TRUE(recovery);
+        ASSERT_EQ(recovery->attachments().size(), 2U) << inner;
+        const Outcome outcome = recovery->check(recovery->attachments()[0]);
+        EXPECT_EQ(recovery->attachments()[0].name, "cafe.gif") << inner;
+        EXPECT_EQ(outcome.size, 7U) << inner;
+        EXPECT_TRUE(outcome.problems.empty()) << inner;
+        EXPECT_EQ(recovery->attachments()[1].name, "b.txt") << inner;
+    }
+    const std::string encoded = "Content-Type: image/gif; name=\n=3D\"caf=65.gif\"\n" + after;
+    const Result<Recovery> recovery =
+        Recovery::open(std::array{dir.write("m", before + encoded + last)}, {}, Texts::left_out);
+    ASSERT_TRUE(recovery);
+    EXPECT_EQ(recovery->attachments().front().name, "cafe.gif") << "one that is encoded";
+}
+
+TEST(Recovery, AFileAtTheEndOfACutOffEncodedMessageIsNotCalledWhole) {
+    tests::TemporaryDirectory dir;
+    const auto open = [&](const std::string& message) {
+        const std::string outer =
+            "Content-Type: multipart/mixed; boundary=b\n\n--b\nContent-Type: message/rfc822\n"
+            "Content-Transfer-Encoding: base64\n\n";
+        return Recovery::open(std::array{dir.write("m", outer + base64(message))}, {}, Texts::left_out).value();
+    };
+    const std::string first =
+        "Content-Type: multipart/mixed; boundary=I\n\n--I\nContent-Type: image/gif; name=a.gif\n"
+        "Content-Transfer-Encoding: base64\n\nR0lGODlh\n--I\n";
+    const std::string second = "Content-Type: text/plain; name=q.txt\n\n";
+    const Recovery cut = open(first + second + std::string(201 - (first + second).size() % 3, 'x'));
+    ASSERT_EQ(cut.attachments().size(), 2U);
+    EXPECT_EQ(cut.check(cut.attachments()[0]).verdict, Verdict::whole);
+    EXPECT_EQ(cut.check(cut.attachments()[1]).verdict, Verdict::incomplete);
+    EXPECT_THAT(cut.check(cut.attachments()[1]).problems,
+                testing::Contains(testing::Field(&Problem::kind, "cut-off-message")));
+    EXPECT_TRUE(cut.problems().empty());
+
+    const Recovery nothing = open("Subject: " + std::string(45, 'x'));
+    EXPECT_TRUE(nothing.attachments().empty());
+    ASSERT_EQ(nothing.problems().size(), 1U);
+    EXPECT_EQ(nothing.problems().front().kind, "cut-off-message");
+    EXPECT_TRUE(open("Subject: " + std::string(46, 'x')).problems().empty()) << "padding vouches for the end";
+}
+
 TEST(Recovery, FollowsEncodedMessagesToALimitAndSaysSo) {
     tests::TemporaryDirectory dir;
     const Result<Recovery> deep = Recovery::open(std::array{dir.write("m", encoded_message(5))});
