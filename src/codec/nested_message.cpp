@@ -55,24 +55,30 @@ class Spool {
 
 using Files = std::list<FoundFile>;
 
+/// An encoded message, and the place in the input of it or of the one around it all.
+struct Encoded {
+    Files::iterator file;
+    std::uint64_t place = 0;
+};
+
 /// A message that was decoded, and where its text lies.
 struct Opened {
-    Files::iterator message;
+    Encoded message;
     Range text;
     bool damaged = false;
     bool cut_off = false;
 };
 
 /// Decodes `messages` to the end of `spool`; false where it takes no more.
-bool decode_to(Spool& spool, const std::vector<Files::iterator>& messages, const files::MappedFile& input,
-               std::uint32_t source, std::vector<Opened>& opened) {
+bool decode_to(Spool& spool, const std::vector<Encoded>& messages, const files::MappedFile& input, std::uint32_t source,
+               std::vector<Opened>& opened) {
     std::vector<std::string_view> inputs(source + std::size_t{1});
     inputs[source] = input.bytes();
-    for (const Files::iterator message : messages) {
+    for (const Encoded& message : messages) {
         const std::uint64_t begin = spool.size();
         bool written = true;
         const Outcome outcome = decode(
-            message->attachment, inputs, [&](std::string_view bytes) { return written = spool.write(bytes); },
+            message.file->attachment, inputs, [&](std::string_view bytes) { return written = spool.write(bytes); },
             [&](std::uint32_t, std::uint64_t offset) {
                 input.release_before(offset);
                 return true;
@@ -85,14 +91,10 @@ bool decode_to(Spool& spool, const std::vector<Files::iterator>& messages, const
     return true;
 }
 
-std::uint64_t place_of(const FoundFile& file) {
-    return file.attachment.body.empty() ? 0 : file.attachment.body.front().begin;
-}
-
 /// What a file loses by the state of the encoded message that holds it.
 std::vector<Problem> problems_by(const Opened& message, const Attachment& file) {
     std::vector<Problem> out;
-    const std::uint64_t at = message.text.begin;
+    const std::uint64_t at = message.message.place;
     if (message.damaged) {
         out.push_back(
             {Grade::damaged, "damaged-message", at, {}, "The encoded message that holds this file is damaged"});
@@ -103,31 +105,33 @@ std::vector<Problem> problems_by(const Opened& message, const Attachment& file) 
     return out;
 }
 
-/// Puts what `message` holds behind it, and returns the encoded messages among that.
+/// Puts what `message` holds behind it, and the encoded messages among that into `further`. What was seen on the way
+/// is told of the message's place in the input.
 void scan_opened(const Opened& message, const files::MappedFile& input, Texts texts, Files& files,
-                 std::vector<Problem>& problems, std::vector<Files::iterator>& further) {
+                 std::vector<Problem>& problems, std::vector<Encoded>& further) {
     LineCursor cursor({{input.bytes(), message.text}});
     Found found = scan(cursor, texts);
-    std::move(found.problems.begin(), found.problems.end(), std::back_inserter(problems));
+    const std::uint64_t place = message.message.place;
+    for (Problem& problem : found.problems) {
+        problem.at_input = place;
+        problems.push_back(std::move(problem));
+    }
     if (found.files.empty() && (message.damaged || message.cut_off)) {
         problems.push_back({message.cut_off ? Grade::lost : Grade::damaged,
                             message.cut_off ? "cut-off-message" : "damaged-message",
-                            place_of(*message.message),
+                            place,
                             {},
                             message.cut_off ? "An encoded message is cut off, and no file was found in it"
                                             : "An encoded message is damaged, and no file was found in it"});
     }
-    const auto behind = std::next(message.message);
+    const auto behind = std::next(message.message.file);
     for (FoundFile& file : found.files) {
+        for (Problem& problem : file.attachment.problems) problem.at_input = place;
         std::vector<Problem> more = problems_by(message, file.attachment);
         std::move(more.begin(), more.end(), std::back_inserter(file.attachment.problems));
         const auto added = files.insert(behind, std::move(file));
-        if (is_encoded_message(added->attachment)) further.push_back(added);
+        if (is_encoded_message(added->attachment)) further.push_back({added, place});
     }
-}
-
-void say_unopened(std::vector<Problem>& problems, const FoundFile& message, std::string text) {
-    problems.push_back({Grade::lost, "unopened-message", place_of(message), {}, std::move(text)});
 }
 
 }  // namespace
@@ -143,9 +147,10 @@ bool is_encoded_message(const Attachment& attachment) {
 
 void open_encoded_messages(Found& found, files::MappedFile& input, std::uint32_t source, Texts texts) {
     Files files(std::make_move_iterator(found.files.begin()), std::make_move_iterator(found.files.end()));
-    std::vector<Files::iterator> messages;
+    std::vector<Encoded> messages;
     for (auto file = files.begin(); file != files.end(); ++file) {
-        if (is_encoded_message(file->attachment)) messages.push_back(file);
+        const std::vector<Range>& body = file->attachment.body;
+        if (is_encoded_message(file->attachment)) messages.push_back({file, body.empty() ? 0 : body.front().begin});
     }
     Spool spool;
     const bool copied = input.bytes().size() <= largest_copied && spool.write(input.bytes());
@@ -160,8 +165,12 @@ void open_encoded_messages(Found& found, files::MappedFile& input, std::uint32_t
         input.release_before(input.bytes().size());
     }
     if (!messages.empty()) {
-        say_unopened(found.problems, *messages.front(),
-                     "What lies in an encoded message is not looked for: too large, too deep or no room for a copy");
+        found.problems.push_back(
+            {Grade::lost,
+             "unopened-message",
+             messages.front().place,
+             {},
+             "What lies in an encoded message is not looked for: too large, too deep or no room for a copy"});
     }
     const auto unwanted = [&](const FoundFile& file) {
         return texts == Texts::left_out && file.attachment.message_text && is_encoded_message(file.attachment);

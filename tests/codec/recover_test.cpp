@@ -220,6 +220,7 @@ TEST(Recovery, FollowsEncodedMessagesToALimitAndSaysSo) {
     ASSERT_TRUE(deep);
     ASSERT_EQ(deep->problems().size(), 1U);
     EXPECT_EQ(deep->problems().front().kind, "unopened-message");
+    EXPECT_EQ(deep->problems().front().at_input, encoded_message(5).find("\n\n", 60) + 2);
     EXPECT_TRUE(Recovery::open(std::array{dir.write("m", encoded_message(4))})->problems().empty());
 }
 
@@ -230,7 +231,10 @@ TEST(Recovery, AFileInADamagedEncodedMessageIsNotCalledWhole) {
     const Result<Recovery> recovery = Recovery::open(std::array{dir.write("m", text)}, {}, Texts::left_out);
     ASSERT_TRUE(recovery);
     ASSERT_EQ(recovery->attachments().size(), 1U);
-    EXPECT_EQ(recovery->check(recovery->attachments().front()).verdict, Verdict::damaged);
+    const Outcome outcome = recovery->check(recovery->attachments().front());
+    EXPECT_EQ(outcome.verdict, Verdict::damaged);
+    ASSERT_EQ(outcome.problems.size(), 1U);
+    EXPECT_EQ(outcome.problems.front().at_input, text.find("base64\n\n") + 8) << "of the message around it";
 }
 
 TEST(Recovery, NamesTheInputThatCannotBeOpened) {
