@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <vector>
 
 namespace quill::codec {
@@ -15,7 +16,9 @@ namespace {
 constexpr std::size_t longest_examined = 1024;  // looked back for a line's beginning
 constexpr std::size_t line_room = sixbit::decoded_bound(2 * longest_examined);
 constexpr unsigned most_examined = 10'000;    // lines; beyond that foreign characters are passed over unseen
+constexpr unsigned most_tags = 10'000;        // runs of them; beyond that pieces end anywhere
 constexpr std::size_t shortest_resumed = 20;  // characters of a line that is taken for data behind padding
+constexpr std::size_t shortest_sure = 40;     // characters of a row that is taken for data behind text
 
 bool is_blank(char c) {
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
@@ -42,6 +45,41 @@ LineMake examine(std::string_view line) {
     return out;
 }
 
+/// Whether its rows were found between tags.
+bool is_tagged(const Attachment& attachment) {
+    return std::any_of(attachment.problems.begin(), attachment.problems.end(),
+                       [](const Problem& problem) { return problem.kind == "tagged-lines"; });
+}
+
+/// What stands behind the row that `text` begins with and the tags and line ends behind that.
+std::string_view behind_row(std::string_view text) {
+    const std::string_view row = first_row(text);
+    std::size_t at = row.empty() ? 0 : static_cast<std::size_t>(row.data() - text.data()) + row.size();
+    std::size_t tags = 0;
+    at += pass_tags(text.substr(at), tags);
+    return text.substr(at);
+}
+
+/// Where in `text` a row of sure Base64 begins.
+std::optional<std::size_t> find_data(std::string_view text) {
+    for (std::size_t at = 0; at < text.size();) {
+        const std::string_view row = first_row(text.substr(at, longest_examined));
+        if (row.size() >= shortest_sure && is_base64_line(row)) return at;
+        at += row.empty() ? 0 : static_cast<std::size_t>(row.data() - text.data()) - at + row.size();
+        std::size_t tags = 0;
+        const std::size_t gap = pass_tags(text.substr(at), tags);
+        if (gap == 0 && row.empty()) break;
+        at += gap;
+    }
+    return std::nullopt;
+}
+
+/// Whether blanks part the row into words, the first of which is too short for data that a blank came into.
+bool is_words(std::string_view row) {
+    const std::size_t blank = row.find_first_of(" \t");
+    return blank != std::string_view::npos && blank < shortest_resumed && !row.ends_with('=');
+}
+
 class Base64Run {
   public:
     Base64Run(const Attachment& attachment, Body& body, Sink& sink)
@@ -53,7 +91,11 @@ class Base64Run {
     std::string_view next_piece();
     void take_padding();
     bool goes_on();
-    void take_tag();
+    void take_tags();
+    bool data_ahead();
+    void enter_row(std::uint64_t end_before);
+    void judge_row(std::size_t ends);
+    std::size_t pass_gap();
     void take_foreign(std::size_t written);
     std::size_t take_back_line(std::string_view line_so_far, std::size_t written);
     void take_damaged_line(std::string_view line, const LineMake& make);
@@ -67,14 +109,21 @@ class Base64Run {
     sixbit::State state_;
     unsigned examined_ = 0;
     bool padded_ = false;
-    bool tagged_ = false;  // a tag was met
+    bool in_rows_ = is_tagged(attachment_);
+    unsigned tag_runs_ = 0;
+    std::uint64_t row_begin_ = 0;  // behind the last tags
+    std::uint64_t data_at_ = 0;    // of a row that was seen ahead
+    std::size_t longest_row_ = 0;  // characters of the longest row before a tag
+    std::size_t usual_gap_ = 1;    // ends of rows between two rows
+    bool uneven_ = false;          // longer rows stood behind shorter ones
+    bool doubted_ = false;
     bool text_behind_ = false;
 };
 
 /// Whole lines where there are any, so that a line that turns out to be no data can be taken back.
 std::string_view Base64Run::next_piece() {
     const std::string_view in = body_.ahead(body_.piece());
-    if (body_.reach_end(in) || examined_ > most_examined) return in;
+    if (body_.reach_end(in) || examined_ > most_examined || tag_runs_ > most_tags) return in;
     const std::size_t tail = in.size() - std::min(in.size(), longest_examined);
     const std::size_t end = in.substr(tail).find_last_of("\r\n");
     return end == std::string_view::npos ? in : in.substr(0, tail + end + 1);
@@ -88,13 +137,19 @@ void Base64Run::run() {
         if (done.read > 0 && done.written + state_.pending > 0) padded_ = padded_ && done.written + state_.pending == 0;
         if (done.read == in.size() || in[done.read] == '=') {
             sink_.put({room_.data(), done.written});
+            const std::uint64_t end = body_.at() + done.read;
             body_.pass(done.read);
-            if (done.read < in.size()) take_padding();
+            if (done.read < in.size()) {
+                take_padding();
+            } else if (in_rows_) {
+                longest_row_ = std::max(longest_row_, in.size());
+                enter_row(end);
+            }
         } else {
             body_.pass(done.read);
             if (text::equal_ignoring_case(body_.ahead(line_tag.size()), line_tag)) {
                 sink_.put({room_.data(), done.written});
-                take_tag();
+                take_tags();
             } else {
                 take_foreign(done.written);
             }
@@ -103,11 +158,83 @@ void Base64Run::run() {
     if (!body_.stopped() && !sink_.stopped()) end();
 }
 
-/// Passes over "<BR>", which stands for the end of a line in text that was copied from a page.
-void Base64Run::take_tag() {
-    if (!tagged_) sink_.report(Grade::repaired, "tagged-lines", body_.at(), "<BR> stands at the ends of lines");
-    tagged_ = true;
-    body_.pass(line_tag.size());
+/// Passes over tags, blanks and line ends. Returns how many tags there were.
+std::size_t Base64Run::pass_gap() {
+    std::size_t tags = 0;
+    while (!body_.at_end() && !body_.stopped()) {
+        const std::size_t n = pass_tags(body_.ahead(body_.piece()), tags);
+        if (n == 0) break;
+        body_.pass(n);
+    }
+    return tags;
+}
+
+/// Passes over "<BR>", which stands for the end of a line in text that was copied from a page, and over those behind
+/// it.
+void Base64Run::take_tags() {
+    if (tag_runs_++ == 0) sink_.report(Grade::repaired, "tagged-lines", body_.at(), "<BR> stands at the ends of lines");
+    const std::size_t held = std::min<std::uint64_t>(longest_examined, body_.at() - std::min(row_begin_, body_.at()));
+    std::string_view before = body_.behind(held);
+    while (before.ends_with(' ') || before.ends_with('\t')) before.remove_suffix(1);
+    std::size_t ends = before.ends_with('\n') || before.ends_with('\r') ? 1 : 0;
+    while (!before.empty() && is_blank(before.back())) before.remove_suffix(1);
+    before.remove_prefix(before.find_last_of("\r\n") + 1);
+    longest_row_ = std::max(longest_row_, before.size());
+    ends += pass_gap();
+    row_begin_ = body_.at();
+    if (!body_.at_end() && !body_.stopped()) judge_row(ends);
+}
+
+/// Goes on to the next row, where the scan found the rows between the tags.
+void Base64Run::enter_row(std::uint64_t end_before) {
+    if (body_.at_end() || body_.stopped() || body_.at() <= end_before) return;
+    const auto ends = static_cast<std::size_t>((body_.at() - end_before) / line_tag.size());
+    if (body_.at() == attachment_.body.back().begin) {
+        judge_row(ends);
+    } else {
+        usual_gap_ = std::max(usual_gap_, ends);
+    }
+}
+
+/// Whether data goes on behind the text that stands here.
+bool Base64Run::data_ahead() {
+    if (body_.at() < data_at_) return true;
+    const auto found = find_data(body_.ahead(body_.piece()));
+    if (found) data_at_ = body_.at() + *found;
+    return found.has_value();
+}
+
+/// Tells, of the row behind tags, whether it is other text, or may be.
+void Base64Run::judge_row(std::size_t ends) {
+    const std::string_view text = body_.ahead(2 * longest_examined);
+    const std::string_view row = first_row(text);
+    const std::string_view behind = behind_row(text);
+    const bool between = body_.at() < data_at_ && row.size() < shortest_sure;  // text and what goes on behind it
+    if (between || is_words(row)) {
+        if (++examined_ <= most_examined && !data_ahead()) {
+            text_behind_ = true;
+            sink_.report(Grade::repaired, "text-after-data", body_.at(), "Text stands behind the end of the data");
+        } else {
+            sink_.report(Grade::damaged, "foreign-line", body_.at(),
+                         "A line among the data is no Base64; it is left out");
+            body_.pass(row.size());
+        }
+        return;
+    }
+    if (row.size() >= longest_row_) {
+        usual_gap_ = std::max(usual_gap_, ends);
+        return;
+    }
+    if (doubted_ || row.ends_with('=') || !is_base64_line(row)) return;
+    const std::string_view next = first_row(behind);
+    const bool more = is_base64_line(next);
+    if (more && next.size() >= longest_row_) uneven_ = true;
+    if (more && (uneven_ || next.ends_with('='))) return;
+    doubted_ = more || ends > usual_gap_ || (state_.pending + row.size()) % 4 != 0;
+    if (doubted_) {
+        sink_.report(Grade::damaged, "doubtful-row", body_.at(),
+                     "What stands here may be data, or other text behind its end");
+    }
 }
 
 /// Reads the '=' at the current place and what stands behind it.
@@ -118,12 +245,13 @@ void Base64Run::take_padding() {
         sink_.report(Grade::damaged, "bad-group", at, "A group of the data has a single character");
     sink_.put({last.data(), sixbit::finish(last.data(), state_)});
     padded_ = true;
-    while (true) {
+    while (!body_.at_end() && !body_.stopped()) {
         const std::string_view in = body_.ahead(body_.piece());
         const std::size_t n = std::min(in.find_first_not_of("= \t\r\n"), in.size());
-        if (n == 0) break;
-        body_.pass(n);
+        if (n > 0) body_.pass(n);
+        if (n == 0 && pass_gap() == 0) break;
     }
+    row_begin_ = body_.at();
     if (body_.at_end() || goes_on()) return;
     text_behind_ = true;
     sink_.report(Grade::repaired, "text-after-data", body_.at(), "Text stands behind the end of the data");
@@ -132,8 +260,7 @@ void Base64Run::take_padding() {
 /// Whether further data stands behind padding: pieces that were encoded one by one.
 bool Base64Run::goes_on() {
     const std::string_view line = text::trim(body_.line(longest_examined));
-    std::string_view characters = line;
-    while (characters.ends_with('\n') || characters.ends_with('\r')) characters.remove_suffix(1);
+    const std::string_view characters = first_row(line);
     if (characters.size() < shortest_resumed || !is_base64_line(characters)) return false;
     sink_.report(Grade::repaired, "inner-padding", body_.at(), "The data goes on behind its padding");
     return true;
@@ -220,6 +347,9 @@ void Base64Run::end() {
     }
     std::array<char, 2> last = {};
     sink_.put({last.data(), sixbit::finish(last.data(), state_)});
+    if (sink_.size() == 0 && (tag_runs_ > 0 || in_rows_)) {
+        sink_.report(Grade::damaged, "no-data", at, "The header promises encoded data, and none is there");
+    }
     if (!attachment_.cut_off) return;
     const bool sure = padded_ || (attachment_.stated_size && *attachment_.stated_size == sink_.size());
     if (sure) {

@@ -430,8 +430,10 @@ void Scanner::follow_data(const Line& line) {
         }
         return;
     }
-    // A tag may stand where a line ended, and further rows behind it.
-    if (is_base64_line(line.text.substr(0, find_tag(line.text, 0)))) {
+    // Tags may stand where lines ended, and further rows behind them.
+    std::size_t tags = 0;
+    const std::string_view row = first_row(line.text.substr(pass_tags(line.text, tags)));
+    if (row.empty() || is_base64_line(row)) {
         if (leaf.line_size == 0) leaf.line_size = line.text.size();
         return;
     }

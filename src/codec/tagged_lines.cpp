@@ -37,6 +37,20 @@ std::size_t find_tag(std::string_view text, std::size_t at) {
     return text.size();
 }
 
+std::string_view first_row(std::string_view text) {
+    return text::trim(text.substr(0, find_tag(text.substr(0, find_line_end(text, 0)), 0)));
+}
+
+std::size_t pass_tags(std::string_view text, std::size_t& tags) {
+    std::size_t at = 0;
+    while (true) {
+        at = std::min(text.find_first_not_of(white, at), text.size());
+        if (!text::starts_with_ignoring_case(text.substr(at), line_tag)) return at;
+        at += line_tag.size();
+        ++tags;
+    }
+}
+
 std::vector<Segment> tagged_lines(std::string_view input, const Range& range) {
     const std::string_view text = input.substr(range.begin, range.end - range.begin);
     const std::size_t first = std::min(text.find_first_not_of(white), text.size());

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <string>
+#include <utility>
 
 namespace quill::codec {
 namespace {
@@ -42,6 +43,16 @@ TEST(TaggedLines, AMailInOneLongLineIsRead) {
         EXPECT_EQ(written->outcome.verdict, Verdict::whole);
         EXPECT_TRUE(has(written->outcome, "tagged-lines"));
     }
+    for (const auto& [rows, kind] : {std::pair(joined({"Q2F0cyBh", "", "Anna"}, "<BR>"), "doubtful-row"),
+                                     std::pair(joined({"", ""}, "<BR>"), "no-data")}) {
+        const std::string in = dir.write("in", joined({type, encoding, ""}, "<BR>") + rows);
+        const Result<Recovery> recovery = Recovery::open(std::array{in});
+        ASSERT_TRUE(recovery);
+        ASSERT_EQ(recovery->attachments().size(), 1U);
+        const Outcome outcome = recovery->check(recovery->attachments()[0]);
+        EXPECT_EQ(outcome.verdict, Verdict::damaged);
+        EXPECT_TRUE(has(outcome, kind));
+    }
 }
 
 TEST(TaggedLines, PartsAreKeptApartAndTextThatLostItsLineEndsIsDamaged) {
@@ -72,6 +83,51 @@ TEST(TaggedLines, TagsBetweenRowsOfBase64AreNoneOfIt) {
     }
     const auto other = tests::scan_and_decode(header + "Q2F0cyBh<hr>bmQgZG9ncw==");
     EXPECT_EQ(other.at(0).outcome.verdict, Verdict::damaged);
+}
+
+TEST(TaggedLines, TextBehindRowsOfBase64IsNotTakenForDataUnsaid) {
+    const std::string full = "QUJDREVGR0hJSktMQUJDREVGR0hJSktMQUJDREVGR0hJSktM";
+    const std::string bytes = "ABCDEFGHIJKLABCDEFGHIJKLABCDEFGHIJKL";
+    const std::string more = full + "<br>";
+    const struct {
+        std::string rows;
+        std::string bytes;
+        Verdict verdict;
+        std::string_view kind;
+    } table[] = {
+        {full + "\r\n" + more + "Best regards from us all<br>", bytes + bytes, Verdict::whole, "text-after-data"},
+        {more + "QUI=<br>\r\nBest regards<br>Anna", bytes + "AB", Verdict::whole, "text-after-data"},
+        {more + "QUI=<br>" + more, bytes + "AB" + bytes, Verdict::whole, "inner-padding"},
+        {more + joined({"to be", "continued", "next week"}, "<br>") + more, bytes + bytes, Verdict::damaged,
+         "foreign-line"},
+        {more + "<br>Anna", bytes + "\x02\x79\xDA", Verdict::damaged, "doubtful-row"},
+        {full + "\r\n<br>Anna", bytes + "\x02\x79\xDA", Verdict::damaged, "doubtful-row"},
+        {more + "Anna<br>Anna", bytes + "\x02\x79\xDA\x02\x79\xDA", Verdict::damaged, "doubtful-row"},
+        {more + "Hannah", bytes + "\x1D\xA9\xE7j", Verdict::damaged, "doubtful-row"},
+        {"<br>\r\n<BR> <br>\r\n", "", Verdict::damaged, "no-data"},
+        // Tags before their rows, rows that were broken anew, and rows with an empty one behind each.
+        {more + "QUJD<br>" + more + "QUJD<br>QUJDREVG", bytes + "ABC" + bytes + "ABCABCDEF", Verdict::whole,
+         "tagged-lines"},
+        {full + "\r\n<br>" + full + "\r\n<br>QUJD\r\n", bytes + bytes + "ABC", Verdict::whole, "tagged-lines"},
+        {more + "<br>" + more + "<br>QUJD", bytes + bytes + "ABC", Verdict::whole, "tagged-lines"},
+    };
+    for (const auto& row : table) {
+        const auto files = tests::scan_and_decode(joined({type, encoding, ""}, "\r\n") + row.rows);
+        ASSERT_EQ(files.size(), 1U);
+        EXPECT_EQ(files[0].bytes, row.bytes) << row.rows;
+        EXPECT_EQ(files[0].outcome.verdict, row.verdict) << row.rows;
+        EXPECT_TRUE(files[0].has_problem(row.kind)) << row.rows;
+    }
+}
+
+TEST(TaggedLines, ManyRowsAreReadToTheEnd) {
+    std::string rows;
+    for (int i = 0; i < 200'000; ++i) rows += "QUJD<BR>";
+    rows += std::string(1'000'000, ' ') + "<BR>QUJD<BR>";
+    const auto files = tests::scan_and_decode(joined({type, encoding, ""}, "\r\n") + rows);
+    ASSERT_EQ(files.size(), 1U);
+    EXPECT_EQ(files[0].outcome.size, 600'003U);
+    EXPECT_EQ(files[0].outcome.verdict, Verdict::whole);
 }
 
 TEST(TaggedLines, OtherTextIsLeftAsItIs) {
