@@ -232,7 +232,7 @@ bool open_bare_binhex(TextScan& scan, const Line& line) {
     FoundFile file;
     file.attachment.name = scan.label.file;
     file.attachment.format = Format::binhex;
-    file.label = std::exchange(scan.label, {});
+    file.label = scan.label;  // perhaps of what stands behind
     file.has_begin = false;
     file.tentative = true;
     BinHexBody body = read_body(scan, line.begin, Part::later);

@@ -143,6 +143,14 @@ TEST_F(BinHexParts, OtherFilesBetweenLinesAreFound) {
             EXPECT_EQ(files[0].bytes, "abc") << text;
         }
     }
+    std::string row = "M", row_bytes;
+    for (unsigned i = 0; i < 15; ++i) row += "=V%T", row_bytes += "wat";
+    row += "\n";
+    const std::vector<ScannedFile> joined =
+        files_of("Subject: x (1/2)\n\nbegin 644 a.bin\n" + row + "\nFrom a@b 01:02:03\nSubject: x (2/2)\n\n" + lines +
+                 "\n\n\n\n" + row + row + row + "`\nend\n");
+    ASSERT_EQ(joined.size(), 1U);
+    EXPECT_EQ(joined[0].bytes, row_bytes + row_bytes + row_bytes + row_bytes);
     const std::string whole = pieces[0] + pieces[1] + pieces[2];
     expect_verified(files_of(lines + whole));
     expect_verified(files_of(lines + whole.substr(whole.find(':'))));
