@@ -7,25 +7,13 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstdlib>
 #include <string_view>
-#include <unistd.h>
 #include <utility>
 
 namespace quill::cli {
 namespace {
 
 constexpr std::string_view standard_input_name = "-";
-
-bool write_all(int fd, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t n = write(fd, bytes.data(), bytes.size());
-        if (n < 0 && errno == EINTR) continue;
-        if (n < 0) return false;
-        bytes.remove_prefix(static_cast<std::size_t>(n));
-    }
-    return true;
-}
 
 }  // namespace
 
@@ -53,30 +41,16 @@ void add_request_options(CLI::App& command, Request& request) {
     command.add_flag("--quiet", request.quiet, "Neither lines nor a progress bar; errors are still told");
 }
 
-Result<SpooledInput> SpooledInput::read(std::istream& in) {
-    const char* directory = std::getenv("TMPDIR");
-    std::string name = std::string(directory != nullptr && *directory != '\0' ? directory : "/tmp") + "/quill-XXXXXX";
-    const int fd = mkostemp(name.data(), 0);
-    if (fd < 0) return system_error(errno);
-    unlink(name.c_str());
-    SpooledInput spooled(fd);
+Result<files::TemporaryFile> spool(std::istream& in) {
+    Result<files::TemporaryFile> file = files::TemporaryFile::create();
     std::array<char, 1 << 16> buffer;
     errno = 0;
-    while (in.read(buffer.data(), buffer.size()), in.gcount() > 0) {
-        if (!write_all(fd, {buffer.data(), static_cast<std::size_t>(in.gcount())})) return system_error(errno);
+    while (file.ok() && (in.read(buffer.data(), buffer.size()), in.gcount() > 0)) {
+        const Status written = file->write({buffer.data(), static_cast<std::size_t>(in.gcount())});
+        if (!written) return written.error();
     }
     if (in.bad()) return system_error(errno == 0 ? EIO : errno);
-    return spooled;
-}
-
-SpooledInput::SpooledInput(SpooledInput&& other) noexcept : fd_(std::exchange(other.fd_, -1)) {}
-
-SpooledInput::~SpooledInput() {
-    if (fd_ >= 0) close(fd_);
-}
-
-std::string SpooledInput::path() const {
-    return "/proc/self/fd/" + std::to_string(fd_);
+    return file;
 }
 
 Inputs::Inputs(const Request& request, const Console& console, Report& report, ProgressBar& progress) {
@@ -84,7 +58,7 @@ Inputs::Inputs(const Request& request, const Console& console, Report& report, P
     for (const std::string& name : request.files) {
         std::string path = name;
         if (name == standard_input_name && !standard_input_) {
-            auto spooled = SpooledInput::read(console.in);
+            auto spooled = spool(console.in);
             if (!spooled) {
                 report.fail(name, spooled.error());
                 continue;

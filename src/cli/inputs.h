@@ -3,6 +3,7 @@
 #include "cli/progress.h"
 #include "cli/report.h"
 #include "codec/recover.h"
+#include "files/temporary_file.h"
 
 #include <istream>
 #include <optional>
@@ -31,22 +32,8 @@ struct Request {
 
 void add_request_options(CLI::App& command, Request& request);
 
-/// Standard input as a file that can be mapped: a temporary one without a name, gone with this object.
-class SpooledInput {
-  public:
-    /// Reads `in` to its end. Fails with the system's reason.
-    static Result<SpooledInput> read(std::istream& in);
-
-    SpooledInput(SpooledInput&& other) noexcept;
-    SpooledInput& operator=(SpooledInput&& other) = delete;
-    ~SpooledInput();
-
-    std::string path() const;
-
-  private:
-    explicit SpooledInput(int fd) : fd_(fd) {}
-    int fd_;
-};
+/// All of `in` as a file that can be mapped. Fails with the system's reason.
+Result<files::TemporaryFile> spool(std::istream& in);
 
 /// The inputs of a run, opened together.
 class Inputs {
@@ -62,7 +49,7 @@ class Inputs {
 
   private:
     std::vector<std::string> names_;  ///< of the inputs in `recovery_`, as the user wrote them
-    std::optional<SpooledInput> standard_input_;
+    std::optional<files::TemporaryFile> standard_input_;
     std::optional<codec::Recovery> recovery_;
 };
 

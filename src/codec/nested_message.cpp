@@ -2,56 +2,18 @@
 
 #include "codec/decode.h"
 #include "codec/scanner.h"
+#include "files/temporary_file.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdlib>
-#include <fcntl.h>
 #include <iterator>
 #include <list>
 #include <string>
 #include <string_view>
-#include <unistd.h>
 #include <utility>
 #include <vector>
 
 namespace quill::codec {
 namespace {
-
-/// A temporary file without a name, gone with this object and what has mapped it.
-class Spool {
-  public:
-    Spool() {
-        const char* directory = std::getenv("TMPDIR");
-        std::string name =
-            std::string(directory != nullptr && *directory != '\0' ? directory : "/tmp") + "/quill-XXXXXX";
-        fd_ = mkostemp(name.data(), O_CLOEXEC);
-        if (fd_ >= 0) unlink(name.c_str());
-    }
-    Spool(const Spool&) = delete;
-    Spool& operator=(const Spool&) = delete;
-    ~Spool() {
-        if (fd_ >= 0) close(fd_);
-    }
-
-    bool write(std::string_view bytes) {
-        while (!bytes.empty()) {
-            const ssize_t n = ::write(fd_, bytes.data(), bytes.size());
-            if (n < 0 && errno == EINTR) continue;
-            if (n <= 0) return false;
-            bytes.remove_prefix(static_cast<std::size_t>(n));
-            size_ += static_cast<std::uint64_t>(n);
-        }
-        return true;
-    }
-
-    std::uint64_t size() const { return size_; }
-    Result<files::MappedFile> map() const { return files::MappedFile::open("/proc/self/fd/" + std::to_string(fd_)); }
-
-  private:
-    int fd_ = -1;
-    std::uint64_t size_ = 0;
-};
 
 using Files = std::list<FoundFile>;
 
@@ -70,15 +32,15 @@ struct Opened {
 };
 
 /// Decodes `messages` to the end of `spool`; false where it takes no more.
-bool decode_to(Spool& spool, const std::vector<Encoded>& messages, const files::MappedFile& input, std::uint32_t source,
-               std::vector<Opened>& opened) {
+bool decode_to(files::TemporaryFile& spool, const std::vector<Encoded>& messages, const files::MappedFile& input,
+               std::uint32_t source, std::vector<Opened>& opened) {
     std::vector<std::string_view> inputs(source + std::size_t{1});
     inputs[source] = input.bytes();
     for (const Encoded& message : messages) {
         const std::uint64_t begin = spool.size();
         bool written = true;
         const Outcome outcome = decode(
-            message.file->attachment, inputs, [&](std::string_view bytes) { return written = spool.write(bytes); },
+            message.file->attachment, inputs, [&](std::string_view bytes) { return written = spool.write(bytes).ok(); },
             [&](std::uint32_t, std::uint64_t offset) {
                 input.release_before(offset);
                 return true;
@@ -152,12 +114,12 @@ void open_encoded_messages(Found& found, files::MappedFile& input, std::uint32_t
         const std::vector<Range>& body = file->attachment.body;
         if (is_encoded_message(file->attachment)) messages.push_back({file, body.empty() ? 0 : body.front().begin});
     }
-    Spool spool;
-    const bool copied = input.bytes().size() <= largest_copied && spool.write(input.bytes());
+    Result<files::TemporaryFile> spool = files::TemporaryFile::create();
+    const bool copied = spool.ok() && input.bytes().size() <= largest_copied && spool->write(input.bytes()).ok();
     for (unsigned depth = 0; copied && depth < deepest_encoded && !messages.empty(); ++depth) {
         std::vector<Opened> opened;
-        if (!decode_to(spool, messages, input, source, opened)) break;
-        Result<files::MappedFile> longer = spool.map();
+        if (!decode_to(*spool, messages, input, source, opened)) break;
+        Result<files::MappedFile> longer = files::MappedFile::open(spool->path());
         if (!longer) break;
         input = std::move(*longer);
         messages.clear();

@@ -7,9 +7,9 @@
 namespace quill::cli {
 namespace {
 
-TEST(SpooledInput, WhatCannotBeReadIsNotTakenForEmpty) {
+TEST(Spool, WhatCannotBeReadIsNotTakenForEmpty) {
     std::ifstream directory("/");
-    const auto spooled = SpooledInput::read(directory);
+    const auto spooled = spool(directory);
     ASSERT_FALSE(spooled);
     EXPECT_EQ(spooled.error().text, "Is a directory");
 }

@@ -1,0 +1,41 @@
+#include "files/temporary_file.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
+#include <unistd.h>
+#include <utility>
+
+namespace quill::files {
+
+Result<TemporaryFile> TemporaryFile::create() {
+    const char* directory = std::getenv("TMPDIR");
+    std::string name = std::string(directory != nullptr && *directory != '\0' ? directory : "/tmp") + "/quill-XXXXXX";
+    const int fd = mkostemp(name.data(), O_CLOEXEC);
+    if (fd < 0) return system_error(errno);
+    unlink(name.c_str());
+    return TemporaryFile(fd);
+}
+
+TemporaryFile::TemporaryFile(TemporaryFile&& other) noexcept : fd_(std::exchange(other.fd_, -1)), size_(other.size_) {}
+
+TemporaryFile::~TemporaryFile() {
+    if (fd_ >= 0) close(fd_);
+}
+
+Status TemporaryFile::write(std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t n = ::write(fd_, bytes.data(), bytes.size());
+        if (n < 0 && errno == EINTR) continue;
+        if (n < 0) return system_error(errno);
+        bytes.remove_prefix(static_cast<std::size_t>(n));
+        size_ += static_cast<std::uint64_t>(n);
+    }
+    return Done{};
+}
+
+std::string TemporaryFile::path() const {
+    return "/proc/self/fd/" + std::to_string(fd_);
+}
+
+}  // namespace quill::files
