@@ -57,9 +57,8 @@ ExitStatus run(std::span<const std::string> arguments, const Console& console) {
     app.footer(footer);
     app.get_formatter()->label("TEXT", "");      // the usage line says what is a text,
     app.get_formatter()->label("REQUIRED", "");  // and what must be given
-    app.failure_message([](const CLI::App*, const CLI::Error& error) {
-        return "quill: " + std::string(error.what()) + "\n" + see_help;
-    });
+    app.failure_message(
+        [](const CLI::App*, const CLI::Error& error) { return "quill: " + printable(error.what()) + "\n" + see_help; });
     add_decode_command(app, work);
     add_list_command(app, work);
     add_encode_command(app, work);

@@ -10,45 +10,39 @@
 namespace quill::cli {
 namespace {
 
-bool is_control(char c) {
-    return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
-}
-
 void append_u_escape(std::string& out, unsigned code_unit) {
     std::array<char, 8> escape{};
     std::snprintf(escape.data(), escape.size(), "\\u%04x", code_unit & 0xFFFFU);
     out += escape.data();
 }
 
-void append_json_ascii(std::string& out, char c) {
+/// Appends `c` as one \u escape, or as two for the surrogate pair of a character above U+FFFF.
+void append_escaped(std::string& out, char32_t c) {
+    if (c >= 0x10000) append_u_escape(out, 0xD800U + ((c - 0x10000) >> 10U));
+    append_u_escape(out, c >= 0x10000 ? 0xDC00U + (c & 0x3FFU) : c);
+}
+
+void append_json_character(std::string& out, char32_t c) {
     switch (c) {
-        case '"':
+        case U'"':
             out += "\\\"";
             break;
-        case '\\':
+        case U'\\':
             out += "\\\\";
             break;
-        case '\n':
+        case U'\n':
             out += "\\n";
             break;
-        case '\t':
+        case U'\t':
             out += "\\t";
             break;
         default:
-            if (is_control(c)) {
-                append_u_escape(out, static_cast<unsigned char>(c));
+            if (text::is_display_control(c)) {
+                append_escaped(out, c);
             } else {
-                out += c;
+                text::append_utf8(out, c);
             }
     }
-}
-
-/// Bytes of the UTF-8 character that `s` begins with; 0 where it begins with none.
-std::size_t length_of_character(std::string_view s) {
-    for (std::size_t n = 1; n <= 4 && n <= s.size(); ++n) {
-        if (text::is_utf8(s.substr(0, n))) return n;
-    }
-    return 0;
 }
 
 std::string json_of(const codec::Problem& problem) {
@@ -69,27 +63,14 @@ std::string json_array(const Items& items, Turn turn) {
 
 }  // namespace
 
-std::string printable(std::string_view text) {
-    std::string out(text);
-    for (char& c : out) {
-        if (is_control(c)) c = '?';
-    }
-    return out;
-}
-
-std::string json_string(std::string_view text) {
+std::string json_string(std::string_view bytes) {
     std::string out = "\"";
-    while (!text.empty()) {
-        const std::size_t n = length_of_character(text);
-        if (n == 0) {
-            append_u_escape(out, 0xDC00U + static_cast<unsigned char>(text.front()));
-            text.remove_prefix(1);
-        } else if (n == 1) {
-            append_json_ascii(out, text.front());
-            text.remove_prefix(1);
+    while (!bytes.empty()) {
+        if (text::character_length(bytes) == 0) {
+            append_u_escape(out, 0xDC00U + static_cast<unsigned char>(bytes.front()));
+            bytes.remove_prefix(1);
         } else {
-            out += text.substr(0, n);
-            text.remove_prefix(n);
+            append_json_character(out, text::next_character(bytes));
         }
     }
     return out + "\"";

@@ -2,6 +2,7 @@
 
 #include "cli/console.h"
 #include "codec/recover.h"
+#include "text/printable.h"
 #include "text/result.h"
 
 #include <cstdint>
@@ -10,12 +11,12 @@
 
 namespace quill::cli {
 
-/// `text` with `?` for each control character, so that a hostile name cannot steer a terminal or split a line.
-std::string printable(std::string_view text);
+using text::printable;
 
-/// `text` as a JSON string, quotes around it (RFC 8259 7). A byte that is not UTF-8 becomes the lone surrogate U+DC80
-/// to U+DCFF of its value, so that no two names look alike and a reader can have the bytes back.
-std::string json_string(std::string_view text);
+/// `bytes` as a JSON string, quotes around it (RFC 8259 7). A byte that is not UTF-8 becomes the lone surrogate U+DC80
+/// to U+DCFF of its value, so that no two names look alike and a reader can have the bytes back. What would act on a
+/// terminal is escaped.
+std::string json_string(std::string_view bytes);
 
 /// One result as a line without its end: name, size, verdict, format, with tabs between.
 std::string line_of(const codec::Recovered& file);

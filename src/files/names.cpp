@@ -3,6 +3,7 @@
 #include "files/directory.h"
 #include "files/path.h"
 #include "text/ascii.h"
+#include "text/printable.h"
 #include "text/utf8.h"
 
 #include <algorithm>
@@ -13,10 +14,10 @@ namespace {
 
 constexpr std::size_t longest_name = 255;  // bytes, of ext4, XFS, Btrfs and most others
 
-/// Characters that change nothing but how a name reads: they can make "gpj.exe" look like "exe.jpg".
+/// Characters that change nothing but how a name reads: they can make "gpj.exe" look like "exe.jpg", or two names
+/// alike.
 bool is_invisible(char32_t c) {
-    return c < 0x20 || (c >= 0x7F && c <= 0x9F) || (c >= 0x200B && c <= 0x200F) || (c >= 0x2028 && c <= 0x202E) ||
-           (c >= 0x2060 && c <= 0x206F) || c == 0x061C || c == 0xFEFF || (c >= 0xE0000 && c <= 0xE007F);
+    return text::is_display_control(c) || (c >= 0x200B && c <= 0x200D);
 }
 
 /// What other systems do not take in a name; they become '_'.

@@ -2,16 +2,14 @@
 
 #include "files/path.h"
 #include "text/count.h"
+#include "text/printable.h"
+#include "text/utf8.h"
 
 namespace quill::qpunwrap {
 namespace {
 
-std::string printable(std::string text) {
-    for (char& c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < ' ' || byte == 0x7F) c = '?';
-    }
-    return text;
+std::string printable(std::string_view bytes) {
+    return text::printable(text::to_utf8(bytes));
 }
 
 std::string line_about(const codec::Recovered& made) {

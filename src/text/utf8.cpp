@@ -19,8 +19,9 @@ constexpr bool is_continuation(unsigned byte) {
     return (byte & 0xC0U) == 0x80U;
 }
 
-/// Bytes of the well-formed character at the start of `s`, or 0 where there is none (RFC 3629, section 4).
-std::size_t sequence_length(std::string_view s) {
+}  // namespace
+
+std::size_t character_length(std::string_view s) {
     const unsigned first = byte_at(s, 0);
     if (first < 0x80) return 1;
     const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
@@ -35,11 +36,9 @@ std::size_t sequence_length(std::string_view s) {
     return overlong || surrogate || beyond ? 0 : length;
 }
 
-}  // namespace
-
 bool is_utf8(std::string_view s) {
     while (!s.empty()) {
-        const std::size_t length = sequence_length(s);
+        const std::size_t length = character_length(s);
         if (length == 0) return false;
         s.remove_prefix(length);
     }
@@ -61,7 +60,7 @@ std::string to_utf8(std::string_view s) {
 }
 
 char32_t next_character(std::string_view& s) {
-    const std::size_t length = sequence_length(s);
+    const std::size_t length = character_length(s);
     const unsigned first = byte_at(s, 0);
     char32_t character = length == 1 ? first : first & (0x7FU >> length);
     for (std::size_t i = 1; i < length; ++i) character = character << 6U | (byte_at(s, i) & 0x3FU);

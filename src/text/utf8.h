@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -9,6 +10,9 @@ namespace quill::text {
 
 /// Whether `s` is well-formed UTF-8 (RFC 3629: no surrogates, no overlong forms, nothing above U+10FFFF).
 bool is_utf8(std::string_view s);
+
+/// Returns the bytes of the well-formed character that `s` begins with; 0 where it begins with none. `s` is not empty.
+std::size_t character_length(std::string_view s);
 
 /// `s` read as Windows-1252, written as UTF-8. The five bytes that it leaves undefined become the C1 controls of their
 /// value.

@@ -37,6 +37,7 @@ TEST(JsonString, EscapesWhatJsonCannotHoldAndKeepsEveryByteApart) {
         {"gr\xFC\xDF", R"("gr\udcfc\udcdf")"},
         {"cut \xF0\x9F", R"("cut \udcf0\udc9f")"},
         {"surrogate \xED\xA0\x80", R"("surrogate \udced\udca0\udc80")"},
+        {"c1 \xC2\x9B, bidi \xE2\x80\xAE, tag \xF3\xA0\x81\xA1", R"("c1 \u009b, bidi \u202e, tag \udb40\udc61")"},
         {"", R"("")"},
     };
     for (const auto& row : table) EXPECT_EQ(json_string(row.text), row.json);
