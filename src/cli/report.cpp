@@ -1,6 +1,6 @@
 #include "cli/report.h"
 
-#include "codec/disguise.h"
+#include "codec/problem_kinds.h"
 #include "text/utf8.h"
 
 #include <array>
@@ -105,7 +105,7 @@ void Report::add(const codec::Recovered& file) {
 
 void Report::tell_problems(const codec::Recovered& file) const {
     for (const codec::Problem& problem : file.outcome.problems) {
-        if (problem.grade == codec::Grade::repaired && problem.kind != codec::disguised_name) continue;
+        if (!codec::is_for_people(problem)) continue;
         console_.err << "quill: " << printable(file.name) << ": at byte " << problem.at_input << ": "
                      << printable(problem.text) << '\n';
     }

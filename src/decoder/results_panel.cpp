@@ -1,6 +1,7 @@
 #include "decoder/results_panel.h"
 
 #include "codec/disguise.h"
+#include "codec/problem_kinds.h"
 #include "decoder/file_signature.h"
 #include "decoder/repair_guide.h"
 #include "decoder/virus_guard.h"
@@ -10,6 +11,7 @@
 #include "text/ascii.h"
 #include "text/count.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <string_view>
@@ -167,7 +169,9 @@ RowDetails row_details(const shell::swit& w, std::size_t row) {
     if (result.verdict) details.verdict = codec::name_of(*result.verdict);
     details.doubtful = result.size.value_or(0) == 0 || result.verdict == codec::Verdict::damaged ||
                        result.verdict == codec::Verdict::incomplete;
-    for (const codec::Problem& problem : result.problems) {
+    std::vector<codec::Problem> problems = result.problems;
+    std::stable_partition(problems.begin(), problems.end(), codec::is_for_people);
+    for (const codec::Problem& problem : problems) {
         details.problems.push_back(problem.text);
         details.disguised = details.disguised || problem.kind == codec::disguised_name;
     }

@@ -41,7 +41,7 @@ struct RowDetails {
     std::string verdict;                ///< "verified", "damaged" ...; empty where nothing is known
     bool doubtful = false;              ///< the file is damaged, incomplete, empty, gone or disguised
     bool disguised = false;             ///< a program whose name looks like that of something else
-    std::vector<std::string> problems;  ///< one sentence each
+    std::vector<std::string> problems;  ///< one sentence each, those that people must hear of first
 };
 
 /// Reads the first bytes of the row's file. REQUIRES: row < List3.count().

@@ -64,6 +64,17 @@ TEST(Report, DamageIsExplainedOnStandardErrorWithoutWhatWasRepaired) {
     EXPECT_EQ(streams.err.str(), "quill: a.png: at byte 20: The checksum?[2J differs\n");
 }
 
+TEST(Report, WhatWasLeftOutOfAWholeResultIsSaidOnStandardError) {
+    Streams streams;
+    Report report(streams.console, ReportStyle::lines);
+    codec::Recovered whole = file("a.png", Verdict::whole);
+    whole.outcome.problems = {{Grade::repaired, "missing-padding", 10, {}, "The padding is missing"},
+                              {Grade::repaired, "text-after-data", 20, {}, "Text follows the data"}};
+    report.add(whole);
+    EXPECT_EQ(report.finish(), ExitStatus::good);
+    EXPECT_EQ(streams.err.str(), "quill: a.png: at byte 20: Text follows the data\n");
+}
+
 TEST(Report, JsonIsOneArrayWithEveryMember) {
     Streams streams;
     Report report(streams.console, ReportStyle::json);

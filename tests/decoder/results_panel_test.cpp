@@ -267,8 +267,11 @@ TEST_F(ResultsPanel, ARowSaysSizeTypeVerdictAndWhatIsWrong) {
     found("letter.doc", "x");
     found("gone.zip", "");
     EXPECT_TRUE(files::remove_file(directory_.path("gone.zip")));
-    w.Outcomes["photo"] = {
-        codec::Verdict::damaged, 0, {{codec::Grade::lost, "missing-end", 0, {}, "The end is missing"}}};
+    w.Outcomes["photo"] = {codec::Verdict::damaged,
+                           0,
+                           {{codec::Grade::repaired, "quoted", 0, {}, "The lines are quoted"},
+                            {codec::Grade::repaired, "text-after-data", 8, {}, "Text follows the data"},
+                            {codec::Grade::lost, "missing-end", 9, {}, "The end is missing"}}};
     w.Outcomes["letter.doc"] = {codec::Verdict::verified, 1, {}};
 
     const RowDetails photo = row_details(w, 0);
@@ -276,7 +279,7 @@ TEST_F(ResultsPanel, ARowSaysSizeTypeVerdictAndWhatIsWrong) {
     EXPECT_EQ(photo.icon, "image-x-generic");
     EXPECT_TRUE(photo.picture && photo.doubtful);
     EXPECT_EQ(photo.verdict, "damaged");
-    EXPECT_THAT(photo.problems, ElementsAre("The end is missing"));
+    EXPECT_THAT(photo.problems, ElementsAre("Text follows the data", "The end is missing", "The lines are quoted"));
 
     const RowDetails letter = row_details(w, 1);
     EXPECT_EQ(letter.size, "1 byte");
