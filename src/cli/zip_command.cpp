@@ -32,12 +32,15 @@ struct ZipRequest {
     bool no_limits = false;
 };
 
-/// The first line of the password file, without its end; empty where none is named.
+/// Returns the first line of the password file, without its end; empty where no file is named. An empty line is refused:
+/// it would store members unencrypted.
 Result<std::string> read_password(const ZipRequest& request) {
     if (request.password_file.empty()) return std::string();
     Result<std::string> text = files::read_file(request.password_file);
     if (!text) return text;
-    return text->substr(0, text->find_first_of("\r\n"));
+    std::string password = text->substr(0, text->find_first_of("\r\n"));
+    if (password.empty()) return Error{ErrorCode::bad_input, 0, "its first line is empty, which is not a password"};
+    return password;
 }
 
 /// The numbers of the members that `names` asks for: a member itself, or a directory and all that is in it. No names
