@@ -58,6 +58,7 @@ void ZipReport::add(const zip::Member& member, const zip::MemberResult& result, 
     damaged_ = damaged_ || bad;
     for (const zip::Problem& problem : result.problems) {
         if (problem.kind == "not-written") failed_ = true;
+        if (problem.grade != zip::Grade::repaired) damaged_ = true;
         if (problem.grade == zip::Grade::repaired && json_) continue;
         if (problem.grade == zip::Grade::repaired && quiet_) continue;
         console_.err << "quill: " << printable(member.name) << ": " << printable(problem.text) << '\n';

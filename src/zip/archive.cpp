@@ -121,7 +121,8 @@ Result<Archive> Archive::parse(std::string_view bytes) {
 
 bool Archive::is_sound() const {
     return directory_ && directory_whole_ && std::all_of(members_.begin(), members_.end(), [&](const Member& m) {
-               return !m.overlaps && !m.recovered && !m.elsewhere && parse_local_header(bytes_, m.local_offset);
+               return !m.overlaps && !m.amended && !m.recovered && !m.elsewhere &&
+                      parse_local_header(bytes_, m.local_offset);
            });
 }
 

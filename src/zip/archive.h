@@ -24,7 +24,8 @@ struct Member {
     std::uint64_t uncompressed_size = 0;  ///< as stated
     std::uint64_t local_offset = 0;       ///< of its local header in the file
     std::uint64_t header_offset = 0;      ///< of its central header in the file; 0 where it was recovered
-    std::uint64_t header_size = 0;
+    std::uint64_t room = 0;               ///< bytes from its local header to the next one, or to the directory
+    std::uint32_t header_size = 0;
     std::uint32_t crc = 0;
     std::uint32_t dos_time = 0;
     std::uint32_t external_attributes = 0;
@@ -33,7 +34,8 @@ struct Member {
     std::uint16_t method = 0;  ///< as stated; for AES see `content_method`
     bool recovered = false;    ///< found by its local header, no directory entry vouches for it
     bool sizes_known = true;   ///< false: `compressed_size` is only the most that it can be, CRC and size are not told
-    bool overlaps = false;     ///< its bytes begin inside another member, or run into the directory
+    bool overlaps = false;     ///< its bytes begin inside another member or the directory
+    bool amended = false;      ///< its directory entry has a size that can't be right, and another was found
     bool elsewhere = false;    ///< it lies in another volume of a split archive
 
     bool is_encrypted() const;

@@ -65,7 +65,7 @@ Member member_of(const Header& header, const Directory& directory, std::uint64_t
     member.uncompressed_size = header.uncompressed_size;
     member.local_offset = header.local_offset + static_cast<std::uint64_t>(directory.shift);
     member.header_offset = at;
-    member.header_size = header.size;
+    member.header_size = static_cast<std::uint32_t>(header.size);
     member.crc = header.crc;
     member.dos_time = header.dos_time;
     member.external_attributes = header.external_attributes;

@@ -108,7 +108,7 @@ class Run {
             return false;
         }
         if (member(i).overlaps && !options_.limits.overlaps) {
-            tell(result, Grade::lost, "overlap", "its bytes are also those of another member, as in an archive bomb");
+            tell(result, Grade::lost, "overlap", "it begins inside another member, as in an archive bomb");
             return false;
         }
         return true;

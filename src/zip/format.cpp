@@ -139,6 +139,11 @@ std::optional<Header> parse_local_header(std::string_view bytes, std::uint64_t a
     return header;
 }
 
+bool states_sizes(const Header& local) {
+    const bool empty = local.crc == 0 && local.compressed_size == 0 && local.uncompressed_size == 0;
+    return (local.flags & descriptor_flag) == 0 && !empty;
+}
+
 std::optional<Header> parse_central_header(std::string_view bytes, std::uint64_t at) {
     constexpr std::uint64_t shared_at = 6;
     std::optional<Header> header = parse_shared(bytes, at, central_signature, shared_at, central_header_size);

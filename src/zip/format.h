@@ -85,6 +85,9 @@ struct Header {
 /// The local header at `at`; nullopt where none stands there whole.
 std::optional<Header> parse_local_header(std::string_view bytes, std::uint64_t at);
 
+/// Whether a local header has the CRC and the sizes itself, instead of leaving them to the data descriptor.
+bool states_sizes(const Header& local);
+
 /// The central header at `at`; nullopt where none stands there whole (its comment may be cut).
 std::optional<Header> parse_central_header(std::string_view bytes, std::uint64_t at);
 

@@ -1,6 +1,7 @@
 #include "zip/member_reader.h"
 
 #include "codec/checksum.h"
+#include "text/utf8.h"
 #include "zip/libzip_member.h"
 #include "zip/traditional_cipher.h"
 
@@ -91,6 +92,39 @@ MemberReader::MemberReader(const Archive& archive, std::string password)
 MemberReader::~MemberReader() = default;
 
 Content MemberReader::read(const Member& member, const Sink& sink) {
+    const std::optional<Member> own = as_in_own_header(member);
+    if (!own || checks_out(member, sink) || !checks_out(*own, sink)) return read_as(member, sink);
+    Content content = read_as(*own, sink);
+    tell(content, Grade::repaired, "header-differs", member.header_offset,
+         "its own header and the directory disagree, and its data agree with its own header");
+    return content;
+}
+
+/// The member with the numbers of its own header, where these are others and could be right.
+std::optional<Member> MemberReader::as_in_own_header(const Member& member) const {
+    if (member.recovered || member.elsewhere || member.is_encrypted()) return std::nullopt;
+    const std::optional<Header> header = parse_local_header(archive_.bytes(), member.local_offset);
+    if (!header || !states_sizes(*header) || header->size > member.room ||
+        header->compressed_size > member.room - header->size) {
+        return std::nullopt;
+    }
+    Member own = member;
+    own.method = header->method;
+    own.crc = header->crc;
+    own.compressed_size = header->compressed_size;
+    own.uncompressed_size = header->uncompressed_size;
+    const bool differs = own.method != member.method || own.crc != member.crc ||
+                         own.compressed_size != member.compressed_size ||
+                         own.uncompressed_size != member.uncompressed_size;
+    return differs ? std::optional(std::move(own)) : std::nullopt;
+}
+
+/// Reads the member without giving its bytes to `sink`, and returns whether it is verified.
+bool MemberReader::checks_out(const Member& member, const Sink& sink) {
+    return read_as(member, [&](std::string_view) { return sink({}); }).fate == Fate::verified;
+}
+
+Content MemberReader::read_as(const Member& member, const Sink& sink) {
     Content content;
     Source source;
     if (!locate(member, source, content) || !prepare_decryption(member, source, content)) return content;
@@ -133,9 +167,11 @@ bool MemberReader::locate(const Member& member, Source& source, Content& content
     source.at = at + local->size;
     source.data = slice(bytes, source.at, member.compressed_size);
     if (local->name != member.raw_name) {
-        tell(content, Grade::repaired, "name-differs", at, "its own header has another name than the directory");
+        tell(content, Grade::damaged, "names-differ", at,
+             "its own header calls it \"" + text::to_utf8(local->name) + "\", the directory calls it \"" + member.name +
+                 "\"");
     }
-    const bool silent = (local->flags & descriptor_flag) != 0;
+    const bool silent = !states_sizes(*local);
     const bool sizes_differ = local->compressed_size != member.compressed_size ||
                               local->uncompressed_size != member.uncompressed_size || local->crc != member.crc;
     if (!member.recovered && (local->method != member.method || (sizes_differ && !silent))) {

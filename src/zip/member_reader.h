@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,7 +35,7 @@ struct Content {
     bool needs_password = false;  ///< refused for want of the right password
 };
 
-/// Takes the bytes of a member in order; false stops the reading.
+/// Takes the bytes of a member in order; false stops the reading. Empty bytes only ask whether to go on.
 using Sink = std::function<bool(std::string_view)>;
 
 /// Reads members of one archive. Each thread has its own.
@@ -47,13 +48,17 @@ class MemberReader {
     MemberReader(const Archive& archive, std::string password);
     ~MemberReader();
 
-    /// Gives the bytes of `member`, one of the archive's, to `sink`. What comes before damage is given out too.
+    /// Gives the bytes of `member`, one of the archive's, to `sink`. What comes before damage is given out too. Where
+    /// the member's own header has other numbers than the directory, those that the data agree with count.
     Content read(const Member& member, const Sink& sink);
 
   private:
     struct Source;
     class Meter;
 
+    Content read_as(const Member& member, const Sink& sink);
+    bool checks_out(const Member& member, const Sink& sink);
+    std::optional<Member> as_in_own_header(const Member& member) const;
     bool locate(const Member& member, Source& source, Content& content) const;
     bool prepare_decryption(const Member& member, Source& source, Content& content) const;
     static void copy_stored(Source& source, Meter& meter);

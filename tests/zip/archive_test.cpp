@@ -226,7 +226,7 @@ TEST(MemberReader, SaysWhatIsWrongAndGivesWhatThereIs) {
          "wrong-size"},
         {"deflated and cut", {.method = 8, .packed = deflated.substr(0, 4)}, Fate::damaged, nullptr, "cut"},
         {"deflated and broken", {.method = 8, .packed = "\xFF\xFF\xFF\xFF"}, Fate::refused, "", "bad-data"},
-        {"another name inside", {.local_name = "evil"}, Fate::verified, "hello", "name-differs"},
+        {"another name inside", {.local_name = "evil"}, Fate::verified, "hello", "names-differ"},
         {"an unknown method", {.method = 77}, Fate::refused, "", "unsupported"},
         {"a method with a name", {.method = 98}, Fate::refused, "", "unsupported"},
         {"strong encryption", {.flags = encrypted_flag | strong_encryption_flag}, Fate::refused, "", "unsupported"},
@@ -258,7 +258,7 @@ TEST(Archive, OnlyMembersThatShareBytesAreMarked) {
                                   .add("a", "first")
                                   .add("b", "second", {.offset = 3})
                                   .add("c", "third")
-                                  .add("d", "too long", {.stated_packed_size = 5000})
+                                  .add("d", "beyond the end", {.offset = 5000})
                                   .finish();
     const Result<Archive> archive = Archive::parse(bytes);
     ASSERT_TRUE(archive.ok());
@@ -266,6 +266,60 @@ TEST(Archive, OnlyMembersThatShareBytesAreMarked) {
     for (const Member& member : archive->members()) marked.push_back(member.overlaps);
     EXPECT_THAT(marked, ElementsAre(false, true, false, true));
     EXPECT_FALSE(archive->is_sound());
+}
+
+TEST(MemberReader, TakesTheNumbersThatTheDataAgreeWith) {
+    const std::string deflated("\xCB\x48\xCD\xC9\xC9\x07\x00", 7);  // "hello"
+    const std::string stored = "hello";
+    const struct {
+        const char* what;
+        Odd odd;
+        Fate fate;
+        const char* bytes;
+    } cases[] = {
+        {"a size in the directory that leads into it",
+         {.stated_packed_size = 5000, .local_packed_size = 5},
+         Fate::verified,
+         "hello"},
+        {"a size in the directory that is too small",
+         {.stated_size = 2, .stated_packed_size = 2, .local_size = 5, .local_packed_size = 5},
+         Fate::verified,
+         "hello"},
+        {"a wrong size of deflated content",
+         {.method = 8, .packed = deflated, .stated_size = 4, .local_size = 5},
+         Fate::verified,
+         "hello"},
+        {"a wrong local header", {.local_size = 7, .local_packed_size = 2}, Fate::verified, "hello"},
+        {"a local header that leads into the next member",
+         {.stated_size = 2, .stated_packed_size = 2, .local_size = 40, .local_packed_size = 40},
+         Fate::damaged,
+         "he"},
+        {"neither", {.stated_size = 4, .local_size = 3}, Fate::damaged, nullptr},
+        {"deflated data that end before it",
+         {.method = 8, .packed = deflated, .stated_packed_size = 5000},
+         Fate::verified,
+         "hello"},
+        {"a descriptor behind the data of a member that runs into the directory",
+         {.method = 8, .packed = deflated, .stated_packed_size = 5000, .silent_local = true},
+         Fate::verified,
+         "hello"},
+    };
+    for (const auto& c : cases) {
+        for (const bool is_last : {true, false}) {
+            SCOPED_TRACE(std::string(c.what) + (is_last ? ", last" : ", before another"));
+            ArchiveBuilder builder;
+            builder.add("a", stored, c.odd);
+            if (!is_last) builder.add("b", "another");
+            const std::string bytes = builder.finish();
+            const Result<Archive> archive = Archive::parse(bytes);
+            ASSERT_TRUE(archive.ok());
+            EXPECT_FALSE(archive->members()[0].overlaps);
+            const std::string out = content(*archive, 0, c.fate);
+            if (c.bytes != nullptr) {
+                EXPECT_EQ(out, c.bytes);
+            }
+        }
+    }
 }
 
 TEST(Extraction, ABombIsStoppedAndItsLimitCanBeLifted) {
