@@ -4,6 +4,7 @@
 #include "codec/hex.h"
 #include "codec/sixbit.h"
 #include "text/ascii.h"
+#include "text/utf8.h"
 
 #include <optional>
 #include <vector>
@@ -66,12 +67,12 @@ std::optional<Word> read_word(std::string_view s) {
 
 }  // namespace
 
-std::string decode_words(std::string_view value) {
+std::string decode_words(std::string_view value, std::string_view charset) {
     std::string out;
     std::string bytes;  // of words of one character set in a row
-    std::string_view charset;
+    std::string_view words_charset;
     const auto flush = [&] {
-        if (!bytes.empty()) out += to_utf8(bytes, charset);
+        if (!bytes.empty()) out += to_utf8(bytes, words_charset);
         bytes.clear();
     };
     std::size_t at = 0;
@@ -87,10 +88,10 @@ std::string decode_words(std::string_view value) {
         }
         const std::string_view between = value.substr(text_from, word ? begin - text_from : std::string_view::npos);
         const bool joins = word && behind_word && text::trim(between).empty();
-        if (!joins || !text::equal_ignoring_case(charset, word->charset)) flush();
-        if (!joins) out += between;
+        if (!joins || !text::equal_ignoring_case(words_charset, word->charset)) flush();
+        if (!joins) out += text::is_utf8(between) ? std::string(between) : to_utf8(between, charset);
         if (!word) return out;
-        charset = word->charset;
+        words_charset = word->charset;
         bytes += word->bytes;
         behind_word = true;
         at = text_from = begin + word->size;

@@ -3,7 +3,6 @@
 #include "codec/hex.h"
 #include "codec/mime_header.h"
 #include "text/ascii.h"
-#include "text/utf8.h"
 
 #include <algorithm>
 #include <charconv>
@@ -93,8 +92,8 @@ std::string percent_decoded(std::string_view s) {
     return out;
 }
 
-/// Joins pieces 0, 1, 2 ... as far as they go without a gap.
-std::string join_pieces(std::vector<Piece>& pieces) {
+/// Joins pieces 0, 1, 2 ... up to the first gap. `raw_charset` is what raw 8-bit bytes are in.
+std::string join_pieces(std::vector<Piece>& pieces, std::string_view raw_charset) {
     std::stable_sort(pieces.begin(), pieces.end(), [](const Piece& a, const Piece& b) { return a.number < b.number; });
     std::string bytes;
     std::string_view charset;
@@ -115,7 +114,7 @@ std::string join_pieces(std::vector<Piece>& pieces) {
         encoded = encoded || piece.extended;
         bytes += piece.extended ? percent_decoded(piece.value) : std::string(piece.value);
     }
-    return encoded ? to_utf8(bytes, charset) : decode_words(bytes);
+    return encoded ? to_utf8(bytes, charset) : decode_words(bytes, raw_charset);
 }
 
 }  // namespace
@@ -150,12 +149,11 @@ std::string parameter_text(const StructuredValue& field, std::string_view name, 
         if (const std::optional<Piece> piece = piece_of(parameter, name)) pieces.push_back(*piece);
     }
     if (!pieces.empty()) {
-        std::string joined = join_pieces(pieces);
+        std::string joined = join_pieces(pieces, charset);
         if (!joined.empty() || plain == nullptr) return joined;
     }
     if (plain == nullptr) return {};
-    if (!text::is_utf8(plain->value)) return decode_words(to_utf8(plain->value, charset));
-    return decode_words(plain->value);
+    return decode_words(plain->value, charset);
 }
 
 }  // namespace quill::codec

@@ -40,7 +40,24 @@ INSTANTIATE_TEST_SUITE_P(
                     NameCase{"attachment; filename=\xFC.txt", "ü.txt"},
                     NameCase{"attachment; filename=\"=?iso-2022-jp?B?GyRCJUYbKEI=?=.txt\"", "テ.txt"},
                     NameCase{"attachment; filename=\"=?x-nowhere?Q?=41?=\"", "A"},
-                    NameCase{"attachment; filename=\"=?utf-8?Q?half\"", "=?utf-8?Q?half"}));
+                    NameCase{"attachment; filename=\"=?utf-8?Q?half\"", "=?utf-8?Q?half"},
+                    NameCase{"attachment; filename*0=*tuf-8'7Bild%05\x9E%C3%B\xAFM\xFA\xD7\x14ge-'",
+                             "*tuf-8'7Bild%05ž%C3%B¯Mú×\x14ge-'"},
+                    NameCase{"attachment; filename*0=\"\xFC=?utf-8?Q?=C3=BC?=\"; filename*1=\"\xE4.txt\"", "üüä.txt"}));
+
+TEST(MimeHeader, RawBytesOfANameAreInTheCharacterSetOfTheText) {
+    for (const std::string_view parameter : {"name=\xC0.txt", "name*0=\xC0; name*1=.txt"}) {
+        ContentHeader header;
+        take_field(header, "Content-Type", std::string("text/plain; charset=koi8-r; ").append(parameter));
+        EXPECT_EQ(header.file_name, "ю.txt") << parameter;
+    }
+}
+
+TEST(MimeHeader, TheSubjectIsUtf8) {
+    ContentHeader header;
+    take_field(header, "Subject", " \xFC =?iso-8859-1?Q?=FC?=");
+    EXPECT_EQ(header.subject, "ü ü");
+}
 
 TEST(MimeHeader, ReadsPartsOfAMessage) {
     ContentHeader header;
