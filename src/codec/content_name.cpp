@@ -1,5 +1,6 @@
 #include "codec/content_name.h"
 
+#include "codec/file_signature.h"
 #include "files/names.h"
 #include "text/utf8.h"
 
@@ -70,51 +71,6 @@ constexpr std::array type_extensions = {
     TypeExtension{"message/rfc822", ".eml"},
 };
 
-/// Bytes that files of a kind begin with, or have at a fixed place.
-struct Magic {
-    std::size_t at;
-    std::string_view bytes;
-    std::string_view extension;
-};
-using namespace std::string_view_literals;
-constexpr std::array magics = {
-    Magic{0, "\xFF\xD8\xFF"sv, ".jpg"},
-    Magic{0, "GIF87a"sv, ".gif"},
-    Magic{0, "GIF89a"sv, ".gif"},
-    Magic{0, "\x89PNG\r\n\x1A\n"sv, ".png"},
-    Magic{0, "II*\0"sv, ".tif"},
-    Magic{0, "MM\0*"sv, ".tif"},
-    Magic{0, "%PDF-"sv, ".pdf"},
-    Magic{0, "%!PS"sv, ".ps"},
-    Magic{0, "PK\x03\x04"sv, ".zip"},
-    Magic{0, "PK\x05\x06"sv, ".zip"},
-    Magic{0, "\x1F\x8B\x08"sv, ".gz"},
-    Magic{0, "BZh"sv, ".bz2"},
-    Magic{0,
-          "\xFD"
-          "7zXZ\0"sv,
-          ".xz"},
-    Magic{0, "7z\xBC\xAF\x27\x1C"sv, ".7z"},
-    Magic{0, "Rar!\x1A\x07"sv, ".rar"},
-    Magic{0, "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"sv, ".doc"},
-    Magic{0, "{\\rtf"sv, ".rtf"},
-    Magic{0, "ID3"sv, ".mp3"},
-    Magic{0, "OggS"sv, ".ogg"},
-    Magic{0, "fLaC"sv, ".flac"},
-    Magic{0, "MThd"sv, ".mid"},
-    Magic{8, "WAVE"sv, ".wav"},
-    Magic{8, "AVI "sv, ".avi"},
-    Magic{8, "WEBP"sv, ".webp"},
-    Magic{4, "ftyp"sv, ".mp4"},
-    Magic{4, "moov"sv, ".mov"},
-    Magic{0, "\0\0\x01\xBA"sv, ".mpg"},
-    Magic{0, "\0\0\x01\xB3"sv, ".mpg"},
-    Magic{0, "\x78\x9F\x3E\x22"sv, ".dat"},
-    Magic{0, "<!DOCTYPE html"sv, ".html"},
-    Magic{0, "<html"sv, ".html"},
-    Magic{0, "<?xml"sv, ".xml"},
-};
-
 }  // namespace
 
 std::string_view extension_for_type(std::string_view content_type) {
@@ -124,10 +80,9 @@ std::string_view extension_for_type(std::string_view content_type) {
 }
 
 std::string_view extension_for_bytes(std::string_view bytes) {
-    const auto found = std::find_if(magics.begin(), magics.end(), [&](const Magic& magic) {
-        return bytes.size() >= magic.at && bytes.substr(magic.at).starts_with(magic.bytes);
-    });
-    return found == magics.end() ? std::string_view() : found->extension;
+    const FileSignature* signature = signature_of(bytes);
+    const bool fit_for_a_name = signature != nullptr && signature->kind != FileKind::program;
+    return fit_for_a_name ? signature->extension : std::string_view();
 }
 
 std::string made_up_name(bool message_text, std::string_view content_type, std::string_view bytes) {

@@ -5,11 +5,12 @@
 
 namespace quill::codec {
 
-/// The extension, with its dot, for a content type in lower case ("image/gif" gives ".gif"); empty for one not known.
+/// Returns the extension, with its dot, for a content type in lower case (".gif" for "image/gif"), or empty for one not
+/// known.
 std::string_view extension_for_type(std::string_view content_type);
 
-/// The extension for a file that begins with `bytes` (48 are enough for all but a tar archive); empty where they are
-/// not known.
+/// Returns the extension for a file that begins with `bytes` (48 are enough for all but a tar archive), or empty for a
+/// type not known and for programs, whose names never come from their bytes.
 std::string_view extension_for_bytes(std::string_view bytes);
 
 /// A name for a file to which the text gives none: "message.txt" and the like for texts of messages, else "attachment"

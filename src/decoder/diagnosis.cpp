@@ -1,6 +1,6 @@
 #include "decoder/diagnosis.h"
 
-#include "decoder/file_signature.h"
+#include "codec/file_signature.h"
 #include "text/count.h"
 
 #include <algorithm>
@@ -168,13 +168,19 @@ bool looks_like_rows_of_base64(const TextFacts& facts) {
     return facts.usual_length >= row && is_share(facts.characters - facts.outside_base64, facts.characters, 98);
 }
 
+/// Returns the signature of what is no text: texts are explained by what is in them.
+const codec::FileSignature* known_signature(std::string_view bytes) {
+    const codec::FileSignature* signature = codec::signature_of(bytes);
+    return signature == nullptr || signature->kind == codec::FileKind::text ? nullptr : signature;
+}
+
 }  // namespace
 
 Likely likely_kind(std::string_view bytes, const TextFacts& facts) {
     constexpr std::uint64_t telling_tags = 3;
     constexpr std::uint64_t endless = 500;
     if (facts.size == 0) return Likely::empty;
-    if (signature_of(bytes) != nullptr) return Likely::known_file;
+    if (known_signature(bytes) != nullptr) return Likely::known_file;
     if (is_wide_text(bytes)) return Likely::wide_text;
     if (announces(facts, [](Marker::Kind kind) { return kind == Marker::Kind::encrypted; })) return Likely::encrypted;
     if (announces(facts, is_encoding)) return Likely::damaged_encoding;
@@ -192,7 +198,7 @@ std::string diagnosis_text(std::string_view bytes) {
     const Advice& said = advice.at(static_cast<std::size_t>(likely));
     std::string out = "Why it stopped: " + std::string(said.why);
     if (likely == Likely::known_file) {
-        const FileSignature& signature = *signature_of(bytes);
+        const codec::FileSignature& signature = *known_signature(bytes);
         out.append(signature.what).append(", whose name usually ends in ").append(signature.extension).append(".");
     }
     out.append("\n\nWhat to try next: ").append(said.next);

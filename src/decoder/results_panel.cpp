@@ -1,9 +1,10 @@
 #include "decoder/results_panel.h"
 
 #include "codec/disguise.h"
+#include "codec/file_signature.h"
 #include "codec/problem_kinds.h"
-#include "decoder/file_signature.h"
 #include "decoder/repair_guide.h"
+#include "decoder/type_icons.h"
 #include "decoder/virus_guard.h"
 #include "files/directory.h"
 #include "files/mapped_file.h"
@@ -38,23 +39,20 @@ shell::swit& main_window(shell::Context& context) {
     return context.windows.load<shell::swit>();
 }
 
-/// A picture type by its first bytes, and the endings of a name that already say so.
+/// An ending of pictures, and another that says the same.
 struct PictureEnding {
-    std::string_view begins;
     std::string_view ending;
     std::string_view also;
 };
-constexpr std::array picture_endings = {
-    PictureEnding{"GIF", ".gif", ".gif"},
-    PictureEnding{"\xFF", ".jpg", "jpeg"},
-};
+constexpr std::array picture_endings = {PictureEnding{".gif", ".gif"}, PictureEnding{".jpg", "jpeg"}};
 
-/// The ending that the picture at `path` lacks; empty for other files and for names that are right.
+/// Returns the ending that the picture at `path` lacks; empty for other files and for names that are right.
 std::string_view missing_ending(const std::string& path) {
     const Result<files::MappedFile> file = files::MappedFile::open(path);
-    if (!file) return {};
+    const codec::FileSignature* signature = file ? codec::signature_of(file->bytes()) : nullptr;
+    if (signature == nullptr) return {};
     for (const PictureEnding& picture : picture_endings) {
-        if (!file->bytes().starts_with(picture.begins)) continue;
+        if (signature->extension != picture.ending) continue;
         const bool right =
             text::ends_with_ignoring_case(path, picture.ending) || text::ends_with_ignoring_case(path, picture.also);
         return right ? std::string_view() : picture.ending;
@@ -162,9 +160,10 @@ RowDetails row_details(const shell::swit& w, std::size_t row) {
     details.size = result.size ? text::counted(*result.size, "byte") : "gone";
     details.icon = icon_for_name(result.name);
     if (const Result<files::MappedFile> file = files::MappedFile::open(result.path)) {
-        const FileSignature* signature = signature_of(file->bytes().substr(0, longest_signature));
-        if (signature != nullptr) details.icon = signature->icon;
-        details.picture = signature != nullptr && signature->icon == picture_icon;
+        const codec::FileSignature* signature = codec::signature_of(file->bytes());
+        const bool sure = signature != nullptr && signature->kind != codec::FileKind::text;
+        if (sure) details.icon = icon_for_kind(signature->kind);
+        details.picture = sure && signature->kind == codec::FileKind::picture;
     }
     if (result.verdict) details.verdict = codec::name_of(*result.verdict);
     details.doubtful = result.size.value_or(0) == 0 || result.verdict == codec::Verdict::damaged ||

@@ -1,5 +1,6 @@
 #include "decoder/triage.h"
 
+#include "codec/file_signature.h"
 #include "decoder/headerless.h"
 #include "decoder/library_run.h"
 #include "decoder/naming_window.h"
@@ -23,7 +24,6 @@
 namespace quill::decoder {
 namespace {
 
-constexpr char jpeg_first_byte = '\xFF';
 constexpr int fields_searched_for_yenc = 50;
 constexpr std::size_t longest_line_with_header = 55;  // longer first lines may be encoded text without a header
 constexpr std::size_t longest_plain_header = 70;
@@ -59,7 +59,9 @@ void rename_to_jpeg(std::string& path) {
 
 bool is_jpeg(const std::string& path) {
     const Result<files::MappedFile> file = files::MappedFile::open(path);
-    return file && file->bytes().starts_with(jpeg_first_byte);
+    if (!file) return false;
+    const codec::FileSignature* signature = codec::signature_of(file->bytes());
+    return signature != nullptr && signature->extension == ".jpg";
 }
 
 bool begins_yenc(const TextFile& file) {

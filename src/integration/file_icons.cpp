@@ -1,6 +1,6 @@
 #include "integration/file_icons.h"
 
-#include "decoder/file_signature.h"
+#include "decoder/type_icons.h"
 #include "files/directory.h"
 #include "files/path.h"
 

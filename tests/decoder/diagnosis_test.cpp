@@ -1,6 +1,6 @@
 #include "decoder/diagnosis.h"
 
-#include "decoder/file_signature.h"
+#include "decoder/type_icons.h"
 
 #include <gtest/gtest.h>
 
@@ -127,16 +127,7 @@ TEST(TextFacts, LooksAtNoMoreThanItsLimit) {
     EXPECT_EQ(facts.longest, most_bytes_looked_at);
 }
 
-TEST(FileSignature, IsKnownByTheBytesAtItsOffsetOnly) {
-    const std::string tar = std::string(257, '\0') + "ustar";
-    ASSERT_NE(signature_of(tar), nullptr);
-    EXPECT_EQ(signature_of(tar)->extension, ".tar");
-    EXPECT_EQ(signature_of(tar.substr(1)), nullptr);
-    EXPECT_EQ(signature_of("P"), nullptr);
-    EXPECT_EQ(signature_of("RIFF....WAVE")->extension, ".wav");
-}
-
-TEST(FileSignature, IconsFollowTheEndingInAnyCase) {
+TEST(TypeIcons, FollowTheEndingInAnyCase) {
     EXPECT_EQ(icon_for_name("a.tar.GZ"), "package-x-generic");
     EXPECT_EQ(icon_for_name("page.Html"), "text-html");
     for (const char* name : {"readme", "x.", "x.unknown", "jpg", "x.jp"})

@@ -48,7 +48,8 @@ struct Opening {
 TEST_F(ResultsPanel, PicturesGetTheEndingThatTheyLackAndAllElseOpensUnderItsName) {
     for (const Opening& c :
          {Opening{"x.txt", "GIF89a", "x.txt.gif"}, Opening{"Photo", jpeg, "photo.jpg"},
-          Opening{"one byte", "\xFF", "one byte.jpg"}, Opening{"a.GIF", "GIF87a", "a.GIF"},
+          Opening{"one byte", "\xFF", "one byte"}, Opening{"song.mp3", "\xFF\xFB\x90", "song.mp3"},
+          Opening{"thought.txt", "GIF is a format", "thought.txt"}, Opening{"a.GIF", "GIF87a", "a.GIF"},
           Opening{"b.jpeg", jpeg, "b.jpeg"}, Opening{"c.JPG", jpeg, "c.JPG"}, Opening{"ajpeg", jpeg, "ajpeg"},
           Opening{"Green", "GAF89a", "Green"}, Opening{"g", "GI", "g"}, Opening{"Run.sh", "#!/bin/sh", "Run.sh"}}) {
         SCOPED_TRACE(c.name);

@@ -96,7 +96,7 @@ TEST_F(Triage, AJpegIsOpenedUnderANameThatSaysSo) {
     for (const auto& [name, opened] : {Picture{"photo.mim", "photo.mim.jpg"}, Picture{"photo", "photo.jpg"},
                                        Picture{"x.jpeg", "x.jpeg"}, Picture{"x.JPG", "x.JPG"}}) {
         program.platform.opened.clear();
-        dir.write(name, "\xFF\xD8=ybegin line=128\r\n");
+        dir.write(name, "\xFF\xD8\xFF=ybegin line=128\r\n");
         EXPECT_TRUE(decode(name));
         EXPECT_EQ(program.platform.opened, Names{dir.path(opened)});
         EXPECT_EQ(path, dir.path(opened));
@@ -106,12 +106,20 @@ TEST_F(Triage, AJpegIsOpenedUnderANameThatSaysSo) {
 }
 
 TEST_F(Triage, AJpegTakesNoOtherFilesName) {
-    dir.write("photo", "\xFF\xD8");
+    dir.write("photo", "\xFF\xD8\xFF");
     dir.write("photo.jpg", "another");
     EXPECT_TRUE(decode("photo"));
     EXPECT_EQ(dir.read("photo.jpg"), "another");
-    EXPECT_EQ(dir.read("photo (2).jpg"), "\xFF\xD8");
+    EXPECT_EQ(dir.read("photo (2).jpg"), "\xFF\xD8\xFF");
     EXPECT_EQ(program.platform.opened, Names{dir.path("photo (2).jpg")});
+}
+
+TEST_F(Triage, WhatIsNoJpegKeepsItsName) {
+    dir.write("song.mp3", "\xFF\xFB\x90\x64 sound");
+    dir.write("text.txt", "\xFF\xFEt\0e\0x\0t\0");
+    for (const char* name : {"song.mp3", "text.txt"}) EXPECT_FALSE(decode(name)) << name;
+    EXPECT_TRUE(dir.has("song.mp3") && dir.has("text.txt"));
+    EXPECT_EQ(program.platform.opened, Names{});
 }
 
 /// A yEnc post of the bytes "hi" behind `ahead`.
