@@ -20,7 +20,7 @@ AboutView::AboutView(shell::AboutBox& window, EventLoop& events) : View(window, 
 
     auto* top = new QHBoxLayout;
     top->setSpacing(space * 3 / 2);
-    auto* picture = new QLabel;
+    auto* picture = plain_label();
     picture->setPixmap(program_icon().pixmap(QSize(space, space) * 4, frame().devicePixelRatioF()));
     top->addWidget(picture, 0, Qt::AlignTop);
     auto* texts = new QVBoxLayout;

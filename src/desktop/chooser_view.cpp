@@ -2,6 +2,7 @@
 
 #include "desktop/directory_list.h"
 #include "desktop/file_table.h"
+#include "desktop/pieces.h"
 #include "desktop/shown_text.h"
 #include "files/path.h"
 
@@ -27,12 +28,6 @@ enum Page { files_page, recent_page, merge_page };
 // A press on each tab, as it lands on the picture of tabs: in twips from its left.
 constexpr int press_on_recent = 0;
 constexpr int press_on_merge = 2475;
-
-QLabel* wrapping_label() {
-    auto* label = new QLabel;
-    label->setWordWrap(true);
-    return label;
-}
 
 /// Directories and what stands at the right get what they need; the files get the rest.
 void share_width(QSplitter* columns) {
@@ -177,7 +172,7 @@ QWidget* ChooserView::make_favorites() {
     auto* area = new QWidget;
     bind(w_.Picture1, area);
     auto* layout = plain_layout<QVBoxLayout>(area);
-    layout->addWidget(bind(w_.Label2, wrapping_label()));
+    layout->addWidget(bind(w_.Label2, text_label()));
     auto* list = bind_list(w_.List5, new QListWidget);
     list->setMinimumWidth(area->fontMetrics().averageCharWidth() * 22);
     layout->addWidget(list, 1);
@@ -193,7 +188,7 @@ QWidget* ChooserView::make_collected() {
     auto* area = new QWidget;
     auto* layout = plain_layout<QHBoxLayout>(area);
     auto* chosen = plain_layout<QVBoxLayout>(new QWidget);
-    chosen->addWidget(bind(w_.Label1, wrapping_label()));
+    chosen->addWidget(bind(w_.Label1, text_label()));
     chosen->addWidget(bind_list(w_.List2, new QListWidget));
     layout->addWidget(chosen->parentWidget(), 1);
     for (auto [list, button] : {std::pair{&w_.List3, &w_.Command3}, {&w_.List4, &w_.Command4}}) {
@@ -230,7 +225,7 @@ QWidget* ChooserView::make_recent_page() {
     auto* page = new QWidget;
     adopt(w_.Picture2, page);
     auto* layout = plain_layout<QVBoxLayout>(page);
-    layout->addWidget(bind(w_.Label5, wrapping_label()));
+    layout->addWidget(bind(w_.Label5, text_label()));
     recent_ = bind_list(w_.List9, new QListWidget);
     layout->addWidget(recent_, 1);
     auto* buttons = plain_layout<QHBoxLayout>(new QWidget);
@@ -275,7 +270,7 @@ QWidget* ChooserView::make_merge_page() {
 QWidget* ChooserView::make_merge_list() {
     auto* area = new QWidget;
     auto* layout = plain_layout<QVBoxLayout>(area);
-    layout->addWidget(bind(w_.Label6, wrapping_label()));
+    layout->addWidget(bind(w_.Label6, text_label()));
     layout->addWidget(bind_list(w_.List7, new QListWidget), 1);
     for (controls::Button* button : {&w_.Command7, &w_.Command9, &w_.Command10, &w_.Command8}) {
         layout->addWidget(bind(*button, new QPushButton));

@@ -1,5 +1,6 @@
 #include "desktop/contents_view.h"
 
+#include "desktop/pieces.h"
 #include "desktop/shown_text.h"
 
 #include <QGridLayout>
@@ -81,12 +82,12 @@ QWidget* ContentsView::make_totals() {
     auto* layout = new QHBoxLayout(area);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(area->fontMetrics().height());
-    layout->addWidget(bind(w_.Label5, new QLabel));
+    layout->addWidget(bind(w_.Label5, plain_label()));
     for (auto [heading, value] : {std::pair{&w_.Label3, &w_.Label2}, {&w_.Label4, &w_.Label1}}) {
         auto* pair = new QHBoxLayout;
         pair->setSpacing(area->fontMetrics().height() / 2);
-        pair->addWidget(bind(*heading, new QLabel));
-        pair->addWidget(bind(*value, new QLabel));
+        pair->addWidget(bind(*heading, plain_label()));
+        pair->addWidget(bind(*value, plain_label()));
         layout->addLayout(pair);
     }
     layout->addStretch(1);

@@ -1,5 +1,6 @@
 #include "desktop/dialogs.h"
 
+#include "desktop/pieces.h"
 #include "desktop/shown_text.h"
 #include "files/directory.h"
 
@@ -91,8 +92,7 @@ std::string BoxDialogs::input(const platform::Prompt& prompt) {
     box.setWindowTitle(title_of(prompt.title));
     auto* layout = new QVBoxLayout(&box);
     const QString words = shown_message(prompt.text);
-    auto* label = new QLabel(words);
-    label->setTextFormat(Qt::PlainText);
+    QLabel* label = plain_label(words);
     label->setWordWrap(true);
     label->setMinimumWidth(text_width(box, words));
     auto* line = new QLineEdit(shown(prompt.default_answer));

@@ -1,6 +1,7 @@
 #include "desktop/main_window_view.h"
 
 #include "desktop/picture_preview.h"
+#include "desktop/pieces.h"
 #include "desktop/shown_text.h"
 #include "desktop/star_panel.h"
 
@@ -110,8 +111,7 @@ void MainWindowView::build_panels() {
 }
 
 QWidget* MainWindowView::make_file_line() {
-    auto* line = new QLabel;
-    line->setWordWrap(true);
+    QLabel* line = text_label();
     const int space = line->fontMetrics().height() / 2;
     line->setContentsMargins(space * 2, space, space * 2, space);
     bind(w_.Label3, line);

@@ -10,10 +10,16 @@
 
 namespace quill::desktop {
 
-QLabel* text_label(double growth, bool bold) {
+QLabel* plain_label(const QString& text) {
     auto* label = new QLabel;
-    label->setWordWrap(true);
     label->setTextFormat(Qt::PlainText);
+    label->setText(text);
+    return label;
+}
+
+QLabel* text_label(double growth, bool bold) {
+    QLabel* label = plain_label();
+    label->setWordWrap(true);
     QFont font = label->font();
     font.setPointSizeF(font.pointSizeF() * growth);
     font.setBold(bold);

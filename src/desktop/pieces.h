@@ -7,6 +7,9 @@
 /// Small widgets that several views are built of. Their sizes follow the font.
 namespace quill::desktop {
 
+/// A text that is never read as markup.
+QLabel* plain_label(const QString& text = {});
+
 /// A text that wraps, `growth` times as large as usual.
 QLabel* text_label(double growth = 1.0, bool bold = false);
 

@@ -1,5 +1,7 @@
 #include "desktop/progress_view.h"
 
+#include "desktop/pieces.h"
+
 #include <QGridLayout>
 #include <QLabel>
 #include <QProgressBar>
@@ -17,9 +19,9 @@ ProgressView::ProgressView(viewer::SavPic& window, EventLoop& events) : View(win
         auto* bar = new QProgressBar;
         bar->setTextVisible(false);
         bar->setMinimumWidth(space * 18);
-        auto* number = new QLabel;
+        QLabel* number = plain_label();
         number->setMinimumWidth(frame().fontMetrics().horizontalAdvance(QStringLiteral("100% ")));
-        layout->addWidget(new QLabel(QString::fromLatin1(what)), row, 0);
+        layout->addWidget(plain_label(QString::fromLatin1(what)), row, 0);
         layout->addWidget(bind(whole, part, bar), row, 1);
         layout->addWidget(bind(percent, number), row, 2);
     };

@@ -72,11 +72,9 @@ QWidget* MainWindowView::make_results_panel() {
     preview_->setObjectName(QStringLiteral("preview"));
     preview_->setAccessibleName(QStringLiteral("Preview of the selected picture"));
     preview_->hide();
-    auto* details = new QLabel;
+    QLabel* details = text_label();
     details->setObjectName(QStringLiteral("details"));
     details->setAccessibleName(QStringLiteral("What is known of the selected file"));
-    details->setWordWrap(true);
-    details->setTextFormat(Qt::PlainText);
     details->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     details->setTextInteractionFlags(Qt::TextSelectableByMouse);
     details->setMinimumWidth(space * 11);
@@ -86,9 +84,7 @@ QWidget* MainWindowView::make_results_panel() {
     middle->addLayout(beside, 2);
     layout->addLayout(middle, 1);
 
-    auto* hint = new QLabel;
-    hint->setWordWrap(true);
-    layout->addWidget(bind(w_.Label7, hint));
+    layout->addWidget(bind(w_.Label7, text_label()));
     layout->addWidget(make_results_buttons());
     return panel;
 }
