@@ -9,18 +9,52 @@
 namespace quill::desktop {
 namespace {
 
-bool is_shown_as_itself(QChar c) {
-    return c.isPrint() || c.isSurrogate() || c == QLatin1Char('\n') || c == QLatin1Char('\r') || c == QLatin1Char('\t');
+constexpr char32_t zero_width_non_joiner = 0x200C;  // Persian and Indian words need these two
+constexpr char32_t zero_width_joiner = 0x200D;
+constexpr char32_t object_replacement = 0xFFFC;
+
+/// Returns `bytes` with U+FFFD for each character that is neither visible nor one of `kept`.
+QString shown_but_for(std::string_view bytes, QLatin1String kept) {
+    QString text;
+    const QString all = QString::fromStdString(text::to_utf8(bytes));
+    text.reserve(all.size());
+    for (const char32_t character : all.toStdU32String()) {
+        const bool is_kept = character < 0x80 && kept.contains(QLatin1Char(static_cast<char>(character)));
+        if (is_kept || is_visible(character)) {
+            text += QChar::fromUcs4(character);
+        } else {
+            text += QChar::ReplacementCharacter;
+        }
+    }
+    return text;
 }
 
 }  // namespace
 
-QString shown(std::string_view bytes) {
-    QString text = QString::fromStdString(text::to_utf8(bytes));
-    for (QChar& c : text) {
-        if (!is_shown_as_itself(c)) c = QChar::ReplacementCharacter;
+bool is_visible(char32_t character) {
+    switch (QChar::category(character)) {
+        case QChar::Other_Control:
+        case QChar::Other_Surrogate:
+        case QChar::Separator_Line:
+        case QChar::Separator_Paragraph:
+            return false;
+        case QChar::Other_Format:
+            return character == zero_width_non_joiner || character == zero_width_joiner;
+        default:
+            return character != object_replacement && !QChar::isNonCharacter(character);
     }
-    return text;
+}
+
+QString shown(std::string_view bytes) {
+    return shown_but_for(bytes, QLatin1String("\n\r\t"));
+}
+
+QString shown_name(std::string_view bytes) {
+    return shown_but_for(bytes, QLatin1String());
+}
+
+QString tool_tip(const QString& text) {
+    return QLatin1String("<p style=\"white-space: pre-wrap\">") + text.toHtmlEscaped() + QLatin1String("</p>");
 }
 
 QString shown_message(std::string_view bytes) {

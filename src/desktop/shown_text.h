@@ -10,9 +10,19 @@
 /// Where the program's 8-bit text becomes Unicode, and back.
 namespace quill::desktop {
 
-/// `bytes` as shown: read as UTF-8 where valid, else as Windows-1252. Control characters but line ends and tabs become
-/// U+FFFD.
+/// Returns whether `character` is drawn as itself. Control, formatting and text-direction characters are not, nor are
+/// line and paragraph separators, noncharacters and halves of surrogate pairs.
+bool is_visible(char32_t character);
+
+/// Returns `bytes` as shown: read as UTF-8 where valid, else as Windows-1252. What is not visible, but for line ends
+/// and tabs, becomes U+FFFD.
 QString shown(std::string_view bytes);
+
+/// Returns a name as shown: as `shown`, and line ends and tabs become U+FFFD too.
+QString shown_name(std::string_view bytes);
+
+/// Returns `text` as a tool tip that shows it as it is, whatever markup it contains, in lines that wrap.
+QString tool_tip(const QString& text);
 
 /// A message as shown: line ends of any kind are one, and the blanks that begin and end it are left out.
 QString shown_message(std::string_view bytes);

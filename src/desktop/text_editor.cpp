@@ -16,6 +16,7 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStatusBar>
@@ -27,33 +28,34 @@ namespace {
 
 constexpr std::uint64_t most_bytes = 64U << 20U;
 
-/// The one line end that `bytes` uses; empty where it mixes them.
-std::string line_end_of(std::string_view bytes) {
-    std::size_t both = 0, cr = 0, lf = 0;
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        const bool ends_pair = bytes[i] == '\n' && i > 0 && bytes[i - 1] == '\r';
-        if (ends_pair) {
-            ++both;
-            --cr;
-        } else if (bytes[i] == '\r') {
-            ++cr;
-        } else if (bytes[i] == '\n') {
-            ++lf;
-        }
+/// An edit whose copied text keeps every character: Qt's own turns no-break spaces into blanks.
+class ExactTextEdit final : public QPlainTextEdit {
+  protected:
+    QMimeData* createMimeDataFromSelection() const override {
+        auto* copied = new QMimeData;
+        copied->setText(textCursor().selectedText().replace(QChar::ParagraphSeparator, u'\n'));
+        return copied;
     }
-    if (cr == 0 && lf == 0) return both > 0 ? "\r\n" : "\n";
-    if (both == 0 && lf == 0) return "\r";
-    return both == 0 && cr == 0 ? "\n" : "";
+};
+
+/// A box with one text, shown as it is.
+QMessageBox::StandardButton show_box(QWidget* parent, QMessageBox::Icon icon, const QString& text,
+                                     QMessageBox::StandardButtons buttons = QMessageBox::Ok) {
+    QMessageBox box(icon, QStringLiteral("Text editor"), QString(), buttons, parent);
+    box.setTextFormat(Qt::PlainText);
+    box.setText(breakable(text));
+    return static_cast<QMessageBox::StandardButton>(box.exec());
 }
 
 }  // namespace
 
 TextEditor::TextEditor(QWidget* parent)
     : QMainWindow(parent),
-      text_(new QPlainTextEdit),
+      text_(new ExactTextEdit),
       sought_(new QLineEdit),
-      found_(new QLabel),
-      position_(new QLabel) {
+      found_(plain_label()),
+      note_(plain_label()),
+      position_(plain_label()) {
     setAttribute(Qt::WA_DeleteOnClose);
     setObjectName(QStringLiteral("text editor"));
     text_->setFont(fixed_font());
@@ -62,6 +64,7 @@ TextEditor::TextEditor(QWidget* parent)
     setCentralWidget(text_);
     build_menu();
     build_find_bar();
+    statusBar()->addWidget(note_);
     statusBar()->addPermanentWidget(position_);
     QObject::connect(text_, &QPlainTextEdit::cursorPositionChanged, this, [this] { show_position(); });
     QObject::connect(text_->document(), &QTextDocument::modificationChanged, this, [this] { show_title(); });
@@ -100,7 +103,7 @@ void TextEditor::build_find_bar() {
     auto* space = new QWidget;
     space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     bar->addWidget(space);
-    auto* label = new QLabel(QStringLiteral("Find: "));
+    auto* label = plain_label(QStringLiteral("Find: "));
     label->setBuddy(sought_);
     bar->addWidget(label);
     sought_->setAccessibleName(QStringLiteral("Text to find"));
@@ -115,36 +118,24 @@ Status TextEditor::open(const std::string& path) {
     if (size && *size > most_bytes) return Error{ErrorCode::limit, 0, "it is too large to be edited here"};
     const auto bytes = files::read_file(path);
     if (!bytes) return bytes.error();
+    const FileText file = read_text(*bytes);
     path_ = path;
-    utf8_ = text::is_utf8(*bytes);
-    line_end_ = line_end_of(*bytes);
-    can_be_saved_ = !line_end_.empty() && bytes->find('\0') == std::string::npos;
-    const auto length = static_cast<qsizetype>(bytes->size());
-    text_->setPlainText(utf8_ ? QString::fromUtf8(bytes->data(), length) : QString::fromLatin1(bytes->data(), length));
+    form_ = file.form;
+    text_->setPlainText(file.text);
+    const Result<std::string> again = text_bytes(text_->document()->toRawText(), form_);
+    can_be_saved_ = again && *again == *bytes;
     text_->setReadOnly(!can_be_saved_);
     text_->document()->setModified(false);
-    if (!can_be_saved_)
-        statusBar()->showMessage(QStringLiteral("This file can only be looked at: it is not plain text."));
+    show_note(file);
     show_title();
     return Done{};
 }
 
 Status TextEditor::save() {
-    if (!can_be_saved_ || path_.empty()) return Error{ErrorCode::unsupported, 0, "it can only be looked at"};
-    const QString text = text_->toPlainText();
-    const QByteArray bytes = utf8_ ? text.toUtf8() : text.toLatin1();
-    if (!utf8_ && QString::fromLatin1(bytes) != text) {
-        return Error{ErrorCode::unsupported, 0, "it is 8-bit text, and a character was typed that it cannot hold"};
-    }
-    std::string out;
-    for (const char byte : bytes) {
-        if (byte == '\n') {
-            out += line_end_;
-        } else {
-            out += byte;
-        }
-    }
-    const Status written = files::rewrite_file(path_, out);
+    if (!can_be_saved_ || path_.empty()) return Error{ErrorCode::unsupported, 0, "it can only be read here"};
+    const Result<std::string> bytes = text_bytes(text_->document()->toRawText(), form_);
+    if (!bytes) return bytes.error();
+    const Status written = files::rewrite_file(path_, *bytes);
     if (written) text_->document()->setModified(false);
     return written;
 }
@@ -183,10 +174,9 @@ bool TextEditor::save_or_say() {
 
 bool TextEditor::may_leave() {
     if (!text_->document()->isModified()) return true;
-    const auto answer =
-        QMessageBox::question(this, QStringLiteral("Text editor"),
-                              QStringLiteral("Save the changes to %1?").arg(shown(files::name_of(path_))),
-                              QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+    const auto answer = show_box(this, QMessageBox::Question,
+                                 QStringLiteral("Save the changes to %1?").arg(shown_name(files::name_of(path_))),
+                                 QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
     if (answer == QMessageBox::Save) return save_or_say();
     return answer == QMessageBox::Discard;
 }
@@ -202,12 +192,27 @@ void TextEditor::show_position() {
 }
 
 void TextEditor::show_title() {
-    setWindowTitle(shown(files::name_of(path_)) + QStringLiteral("[*]"));
+    const QString name = shown_name(files::name_of(path_)).replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
+    setWindowTitle(name + QStringLiteral("[*]"));
     setWindowModified(text_->document()->isModified());
 }
 
+void TextEditor::show_note(const FileText& file) {
+    QStringList notes;
+    if (!can_be_saved_) notes += QStringLiteral("Read only: the editor would change bytes of this file.");
+    if (file.held > 0) {
+        notes += QStringLiteral("%L1 %2 no text, shown as \uFFFD.")
+                     .arg(file.held)
+                     .arg(file.held == 1 ? QStringLiteral("byte is") : QStringLiteral("bytes are"));
+    }
+    if (file.odd_ends > 0) notes += QStringLiteral("Line ends are mixed: \uFFFD marks the rarer kind.");
+    note_->setText(notes.join(QLatin1Char(' ')));
+    note_->setToolTip(notes.isEmpty() ? QString()
+                                      : tool_tip(QStringLiteral("What you do not edit is saved as it was.")));
+}
+
 void TextEditor::say(const QString& what, const Error& error) {
-    QMessageBox::warning(this, QStringLiteral("Text editor"), QStringLiteral("%1: %2.").arg(what, shown(error.text)));
+    show_box(this, QMessageBox::Warning, QStringLiteral("%1: %2.").arg(what, shown(error.text)));
 }
 
 void edit_in_window(const std::string& path) {
@@ -219,9 +224,9 @@ void edit_in_window(const std::string& path) {
         editor->activateWindow();
         return;
     }
-    QMessageBox::warning(nullptr, QStringLiteral("Text editor"),
-                         QStringLiteral("The file %1 could not be opened: %2.")
-                             .arg(shown(files::name_of(path)), shown(opened.error().text)));
+    show_box(nullptr, QMessageBox::Warning,
+             QStringLiteral("The file %1 could not be opened: %2.")
+                 .arg(shown_name(files::name_of(path)), shown(opened.error().text)));
     delete editor;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/text_form.h"
 #include "text/result.h"
 
 #include <QMainWindow>
@@ -14,8 +15,8 @@ namespace quill::desktop {
 
 /// A small text editor, for machines where the user has none: open, find, save, line and column.
 ///
-/// Bytes that the text cannot show are never lost: what is not UTF-8 is read and saved as Latin-1, and line ends are
-/// saved as the file had them. A file that mixes line ends, or holds NUL, can be read here but not saved.
+/// Bytes that the user does not touch are saved as they were, whatever they are (text_form.h). Where the document could
+/// not give them back, the file can only be read.
 class TextEditor final : public QMainWindow {
   public:
     explicit TextEditor(QWidget* parent = nullptr);
@@ -41,15 +42,16 @@ class TextEditor final : public QMainWindow {
     bool may_leave();
     void show_position();
     void show_title();
+    void show_note(const FileText& file);
     void say(const QString& what, const Error& error);
 
     QPlainTextEdit* text_;
     QLineEdit* sought_;
     QLabel* found_;
+    QLabel* note_;
     QLabel* position_;
     std::string path_;
-    std::string line_end_ = "\n";
-    bool utf8_ = true;
+    TextForm form_;
     bool can_be_saved_ = true;
 };
 

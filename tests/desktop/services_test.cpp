@@ -2,13 +2,11 @@
 #include "desktop/picture_preview.h"
 #include "desktop/process.h"
 #include "desktop/shown_text.h"
-#include "desktop/text_editor.h"
 #include "desktop/text_editors.h"
 #include "support/temporary_directory.h"
 
 #include <QBuffer>
 #include <QImage>
-#include <QPlainTextEdit>
 #include <gtest/gtest.h>
 
 namespace quill::tests {
@@ -21,6 +19,11 @@ TEST(ShownText, BytesBecomeUnicodeAsUtf8OrWindows1252) {
     EXPECT_EQ(desktop::shown("5 \x80"), QStringLiteral("5 €"));
     EXPECT_EQ(desktop::shown(std::string_view("a\0b", 3)), QStringLiteral("a\uFFFDb"));
     EXPECT_EQ(desktop::shown("a\xE2\x80\xAEgpj"), QStringLiteral("a\uFFFDgpj")) << "text direction is not turned";
+    EXPECT_EQ(desktop::shown("a\xF3\xA0\x80\xA1\xF0\x9F\x98\x80"), QStringLiteral("a\uFFFD\U0001F600"))
+        << "beyond U+FFFF";
+    EXPECT_EQ(desktop::shown("\xE2\x80\x8C"), QStringLiteral("\u200C")) << "a letter of Persian words";
+    EXPECT_EQ(desktop::shown("a\tb\nc"), QStringLiteral("a\tb\nc"));
+    EXPECT_EQ(desktop::shown_name("a.jpg\t\n.exe"), QStringLiteral("a.jpg\uFFFD\uFFFD.exe"));
     EXPECT_EQ(desktop::shown_message("    Two\r\nlines \r\n"), QStringLiteral("Two\nlines"));
 }
 
@@ -97,50 +100,6 @@ TEST(StartDetached, PassesArgumentsByteForByteAndTellsWhatCannotStart) {
     EXPECT_FALSE(desktop::start_detached(here.path("plain.txt"), {}, ""));
     EXPECT_FALSE(desktop::start_detached(shell, {}, here.path("nowhere")));
     EXPECT_TRUE(desktop::find_program(here.path("plain.txt")).empty());
-}
-
-TEST(TextEditor, SavesWhatItDidNotTouchByteForByte) {
-    const TemporaryDirectory here;
-    for (const char* text : {"one\r\ntwo\r\n", "one\rtwo", "gr\xC3\xBC\xC3\x9F\n", "8-bit \xE4\xF6\n", ""}) {
-        const std::string path = here.write("letter.mim", text);
-        desktop::TextEditor editor;
-        ASSERT_TRUE(editor.open(path).ok());
-        editor.text().moveCursor(QTextCursor::End);
-        editor.text().insertPlainText(QStringLiteral("x"));
-        ASSERT_TRUE(editor.save().ok());
-        EXPECT_EQ(here.read("letter.mim"), std::string(text) + "x");
-    }
-}
-
-TEST(TextEditor, RefusesToSaveWhatItWouldChange) {
-    const TemporaryDirectory here;
-    for (const std::string_view text : {std::string_view("a\r\nb\nc"), std::string_view("a\0b\n", 4)}) {
-        const std::string path = here.write("odd.bin", text);
-        desktop::TextEditor editor;
-        ASSERT_TRUE(editor.open(path).ok());
-        EXPECT_TRUE(editor.text().isReadOnly());
-        EXPECT_FALSE(editor.save().ok());
-        EXPECT_EQ(here.read("odd.bin"), text);
-    }
-    const std::string path = here.write("8bit.txt", "\xE4\n");
-    desktop::TextEditor editor;
-    ASSERT_TRUE(editor.open(path).ok());
-    editor.text().insertPlainText(QStringLiteral("€"));
-    EXPECT_FALSE(editor.save().ok()) << "a character that the file's 8-bit text cannot hold";
-    EXPECT_EQ(here.read("8bit.txt"), "\xE4\n");
-    EXPECT_FALSE(editor.open(here.path("nowhere")).ok());
-}
-
-TEST(TextEditor, FindsRoundTheEnd) {
-    const TemporaryDirectory here;
-    desktop::TextEditor editor;
-    ASSERT_TRUE(editor.open(here.write("t", "needle\nhay\nneedle\n")).ok());
-    EXPECT_TRUE(editor.find(QStringLiteral("needle")));
-    EXPECT_TRUE(editor.find(QStringLiteral("needle")));
-    EXPECT_EQ(editor.text().textCursor().blockNumber(), 2);
-    EXPECT_TRUE(editor.find(QStringLiteral("needle")));
-    EXPECT_EQ(editor.text().textCursor().blockNumber(), 0);
-    EXPECT_FALSE(editor.find(QStringLiteral("thread")));
 }
 
 TEST(PicturePreview, ReadsPlainPicturesScaledDownAndNothingElse) {
