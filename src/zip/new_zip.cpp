@@ -10,7 +10,6 @@
 #include "text/ascii.h"
 #include "text/utf8.h"
 #include "zip/member_rows.h"
-#include "zip/safe_tree.h"
 
 #include <algorithm>
 #include <numeric>
@@ -98,32 +97,36 @@ void NewZIP::AddChosenFiles(ArchiveView view) {
     context_.windows.unload<encoder::cmdg>();
 }
 
-/// A file that was added stands beside those that were extracted. One that can't be copied is passed over.
+/// Puts a copy of each added file beside those that were extracted. One that can't be copied is passed over.
 void NewZIP::copy_to_work_dir(const std::vector<ZipItem>& items) {
     const std::shared_ptr<const OpenedArchive> opened = library_.open(archive_path());
     if (!opened) return;
+    use_work_dir();
     const std::vector<Member>& members = opened->archive.members();
-    copies_.resize(members.size());
     for (const ZipItem& item : items) {
         const std::string name = text::to_utf8(files::name_of(item.name));
         const auto added =
             std::find_if(members.rbegin(), members.rend(), [&](const Member& member) { return member.name == name; });
         if (added == members.rend()) continue;
         const auto row = static_cast<std::size_t>(members.rend() - added) - 1;
-        const std::string& path = opened->paths[row].path;
-        if (put_copy(item.name, path_in_work_dir(path))) copies_[row] = {name, path};
+        const std::string path = put_copy(item.name, row, opened->paths[row].path);
+        if (!path.empty()) copies_.record_copy(row, name, path);
     }
 }
 
-/// Returns whether `target` is now `file` or a copy of it. The archive itself is not written over.
-bool NewZIP::put_copy(const std::string& file, const std::string& target) const {
-    if (files::same_file(target, file)) return true;
-    if (files::same_file(target, archive_path())) return false;
+/// Copies `file` to `path` below WorkDir and returns the path that it got there: another one where a file that is not
+/// the member's untouched copy has that name. Empty where it can't be copied.
+std::string NewZIP::put_copy(const std::string& file, std::size_t row, const std::string& path) {
+    const std::string target = path_in_work_dir(path);
+    if (files::same_file(target, file)) return path;
+    const std::string old = copies_.path_of(row);
+    if (!old.empty() && !files::same_file(old, file)) copies_.remove_untouched(row);
     const Result<files::MappedFile> source = files::MappedFile::open(file);
     Result<files::AtomicFile> copy = files::AtomicFile::create(target);
-    if (!source || !copy) return false;
+    if (!source || !copy) return {};
     copy->write(source->bytes());
-    return copy->publish(files::OnCollision::replace).ok();
+    const Result<std::string> published = copy->publish(files::OnCollision::choose_name);
+    return published ? files::join(files::dir_of(path), files::name_of(*published)) : std::string();
 }
 
 /// `Label21` may show the archive's path in lower case.
@@ -145,6 +148,7 @@ void NewZIP::SaveChangedFile(ArchiveView view, std::optional<std::size_t> row, c
         context_.platform.message(save_failed);
         return;
     }
+    copies_.record_saved(*row);
     ListContents(view);
     enter_archive_directory(view);
 }
@@ -152,12 +156,12 @@ void NewZIP::SaveChangedFile(ArchiveView view, std::optional<std::size_t> row, c
 /// Rows whose members are no longer those that were extracted have no copies: another program has changed the archive.
 void NewZIP::forget_copies_of_others() {
     const std::shared_ptr<const OpenedArchive> opened = library_.open(archive_path());
-    if (!opened) return;
-    const std::vector<Member>& members = opened->archive.members();
-    copies_.resize(members.size());
-    for (std::size_t row = 0; row < members.size(); ++row) {
-        if (copies_[row].member != members[row].name) copies_[row] = {};
-    }
+    if (opened) copies_.keep_those_of(opened->archive);
+}
+
+/// The copies are those in WorkDir: another directory begins without any.
+void NewZIP::use_work_dir() {
+    if (copies_.directory() != context_.session.WorkDir) copies_.begin(context_.session.WorkDir);
 }
 
 void NewZIP::DeleteSelectedItems(ArchiveView view) {
@@ -184,11 +188,7 @@ void NewZIP::DeleteSelectedItems(ArchiveView view) {
                                                 : library_.dzipVB(delete_command_, zip_strings_, status_block_);
     status(100, result == library_success ? std::string() : library_error_text(result));
     if (result == library_success) {
-        for (auto item = deleted.rbegin(); item != deleted.rend(); ++item) {
-            if (*item->number < copies_.size()) {
-                copies_.erase(copies_.begin() + static_cast<std::ptrdiff_t>(*item->number));
-            }
-        }
+        for (auto item = deleted.rbegin(); item != deleted.rend(); ++item) copies_.erase(*item->number);
     }
     ListContents(view);
 }
@@ -262,20 +262,6 @@ bool NewZIP::ReportContents(Form1& window) {
     return listing.reached_end;
 }
 
-/// What stands in WorkDir under the members' names makes room for them. The archive itself never does.
-void NewZIP::remove_old_copies(std::size_t rows) {
-    const std::shared_ptr<const OpenedArchive> opened = library_.open(archive_path());
-    Result<SafeTree> tree = SafeTree::open(context_.session.WorkDir);
-    if (!opened || !tree) return;
-    for (std::size_t row = 0; row < rows && row < opened->paths.size(); ++row) {
-        if (opened->archive.members()[row].is_directory()) continue;
-        const std::string& path = opened->paths[row].path;
-        if (files::same_file(path_in_work_dir(path), archive_path())) continue;
-        const Result<std::string> directory = tree->enter(files::dir_of(path));
-        if (directory) files::remove_file(files::join(*directory, files::name_of(path)));
-    }
-}
-
 void NewZIP::show_progress(ArchiveView view, const Progress& progress) {
     auto& main = context_.windows.load<shell::swit>();
     const double part = progress.bytes == 0
@@ -288,42 +274,48 @@ void NewZIP::show_progress(ArchiveView view, const Progress& progress) {
 }
 
 void NewZIP::ExtractSelected(ArchiveView view) {
-    InitUnzipRecord(unzip_command_);
-    unzip_strings_.zipFile = archive_path();
-    unzip_command_.option1 = unzip_command_.option2 = unzip_command_.option3 = 0;
-    unzip_strings_.destinationDir = context_.session.WorkDir;
     const std::size_t wanted = CountSelected(view.List1), rows = view.List1.count();
     if (wanted == 0 || rows == 0) return;
     status(0, "Extracting " + std::to_string(wanted) + " item(s)");
-    remove_old_copies(rows);
-    PasswordOn = context_.session.ZipPassword.empty() ? 0 : -1;
-    unzip_command_.usePassword = PasswordOn;
-    if (PasswordOn == -1) unzip_strings_.password = context_.session.ZipPassword;
-    unzip_command_.function = unzip_extract;
-    for (std::size_t row = 0; row < rows; ++row) {
-        unzip_strings_.itemList.push_back({name_in_row(view.List1.items()[row]), row});
-    }
     view.List1.selected = rows - 1;
-    library_.progress = [&](const Progress& progress) {
-        show_progress(view, progress);
-        return true;
-    };
-    library_.dunzipVB(unzip_command_, unzip_strings_, item_info_, status_block_);
-    library_.progress = {};
-    copies_.assign(rows, {});
-    const std::shared_ptr<const OpenedArchive> opened = library_.open(archive_path());
-    for (const MemberResult& result : library_.last_extraction()) {
-        if (opened && result.member < opened->archive.members().size()) {
-            copies_.at(result.member) = {opened->archive.members()[result.member].name, result.path};
-        }
-    }
+    std::vector<std::size_t> all(rows);
+    std::iota(all.begin(), all.end(), std::size_t{0});
+    ExtractRows(view, all);
     show_progress(view, {rows, rows, 1, 1});
     status(100, {});
     files::change_directory(context_.session.WorkDir);
 }
 
+std::int16_t NewZIP::ExtractRows(ArchiveView view, const std::vector<std::size_t>& rows) {
+    InitUnzipRecord(unzip_command_);
+    unzip_strings_.zipFile = archive_path();
+    unzip_command_.option1 = unzip_command_.option2 = unzip_command_.option3 = 0;
+    unzip_strings_.destinationDir = context_.session.WorkDir;
+    forget_copies_of_others();
+    use_work_dir();
+    PasswordOn = context_.session.ZipPassword.empty() ? 0 : -1;
+    unzip_command_.usePassword = PasswordOn;
+    if (PasswordOn == -1) unzip_strings_.password = context_.session.ZipPassword;
+    unzip_command_.function = unzip_extract;
+    for (const std::size_t row : rows) {
+        copies_.remove_untouched(row);
+        unzip_strings_.itemList.push_back({name_in_row(view.List1.items().at(row)), row});
+    }
+    library_.progress = [&](const Progress& progress) {
+        show_progress(view, progress);
+        return true;
+    };
+    const std::int16_t result = library_.dunzipVB(unzip_command_, unzip_strings_, item_info_, status_block_);
+    library_.progress = {};
+    const std::shared_ptr<const OpenedArchive> opened = library_.open(archive_path());
+    if (!opened) return result;
+    for (const MemberResult& extracted : library_.last_extraction()) copies_.record(opened->archive, extracted);
+    return result;
+}
+
 std::string NewZIP::extracted_name(std::size_t row) const {
-    return row < copies_.size() ? copies_[row].path : std::string();
+    const WorkCopy* copy = copies_.of(row);
+    return copy != nullptr ? copy->result.path : std::string();
 }
 
 void provide_contents(shell::Context& context, NewZIP& new_zip) {

@@ -4,6 +4,7 @@
 #include "shell/session.h"
 #include "zip/contents_window.h"
 #include "zip/library.h"
+#include "zip/work_copies.h"
 
 #include <cstdint>
 #include <functional>
@@ -48,7 +49,12 @@ class NewZIP {
     void DeleteSelectedItems(ArchiveView view);
     /// Extracts all members into WorkDir and makes it the current directory. Shows its progress on the main window.
     void ExtractSelected(ArchiveView view);
+    /// Extracts the members of `rows` into WorkDir. A file that is there already stays, and the member's gets a free
+    /// name, unless it is the untouched copy of an earlier extraction.
+    std::int16_t ExtractRows(ArchiveView view, const std::vector<std::size_t>& rows);
 
+    /// The files in WorkDir that were made for the members.
+    WorkCopies& copies() { return copies_; }
     /// Where the copy of member number `row` is, below WorkDir; empty where there is none.
     std::string extracted_name(std::size_t row) const;
 
@@ -71,12 +77,6 @@ class NewZIP {
         bool encrypted = false;
     };
 
-    /// A member's copy in WorkDir.
-    struct Copy {
-        std::string member;  ///< its name in the archive
-        std::string path;    ///< below WorkDir
-    };
-
     void InitZipRecord(ZipCommand& record);
     void InitUnzipRecord(UnzipCommand& record);
     std::string archive_path() const;
@@ -86,9 +86,9 @@ class NewZIP {
     Listing read_listing();
     void enter_archive_directory(ArchiveView view);
     void copy_to_work_dir(const std::vector<ZipItem>& items);
-    bool put_copy(const std::string& file, const std::string& target) const;
+    std::string put_copy(const std::string& file, std::size_t row, const std::string& path);
     void forget_copies_of_others();
-    void remove_old_copies(std::size_t rows);
+    void use_work_dir();
     void show_progress(ArchiveView view, const Progress& progress);
 
     shell::Context& context_;
@@ -100,7 +100,7 @@ class NewZIP {
     ZipItemInfo item_info_;
     ZipStatusBlock status_block_;
     std::int16_t PasswordOn = 0;
-    std::vector<Copy> copies_;  // by member number
+    WorkCopies copies_;
 };
 
 /// Fills the main window's routes that list archives: the contents window and the test for encrypted members.

@@ -111,23 +111,47 @@ TEST(NewZip, AListThatFailsSaysSo) {
     EXPECT_EQ(p.List1.count(), 0U);
 }
 
-TEST(NewZip, ExtractsEverythingAndReplacesOldCopies) {
+TEST(NewZip, ExtractsEverythingBesideTheUsersOwnFiles) {
     ZipProgram p(ArchiveBuilder().add("A.txt", "new").add("d/b", "below").add("bad", "x", {.method = 77}).finish());
-    p.dir.write("work/A.txt", "old");
-    p.dir.write("work/bad", "old");
+    p.dir.write("work/A.txt", "the user's");
+    p.dir.write("work/bad", "the user's");
     std::set<std::string> percents;
     p.platform.on_repaint = [&](controls::Window&) { percents.insert(p.percent.text); };
     p.open();
-    EXPECT_EQ(p.work("A.txt"), "new");
+    EXPECT_EQ(p.work("A.txt"), "the user's");
+    EXPECT_EQ(p.work("bad"), "the user's");
+    EXPECT_EQ(p.work("A (2).txt"), "new");
     EXPECT_EQ(p.work("d/b"), "below");
-    EXPECT_FALSE(p.dir.has("work/bad"));
-    EXPECT_EQ(p.zip.extracted_name(0), "A.txt");
+    EXPECT_EQ(p.zip.extracted_name(0), "A (2).txt");
     EXPECT_EQ(p.zip.extracted_name(2), "");
     EXPECT_EQ(p.List1.selected, 2U);
     EXPECT_EQ(std::filesystem::current_path(), p.session.WorkDir);
     EXPECT_EQ(p.percent.text, "100%");
     EXPECT_EQ(p.main_window.Picture6.left, p.main_window.Picture5.width);
     EXPECT_TRUE(percents.count("100%"));
+}
+
+TEST(NewZip, ExtractingAgainReplacesUntouchedCopiesAndKeepsChangedOnes) {
+    ZipProgram p(ArchiveBuilder().add("touched", "as stored").add("same", "as stored").finish());
+    p.open();
+    p.dir.write("work/touched", "by another program");
+    p.List1.selected = 0;
+    p.zip.ExtractSelected(p.view());
+    EXPECT_EQ(p.work("touched"), "by another program");
+    EXPECT_EQ(p.zip.extracted_name(0), "touched (2)");
+    EXPECT_EQ(p.zip.extracted_name(1), "same");
+}
+
+TEST(NewZip, AnAddedFileReplacesNoneOfTheUsers) {
+    ZipProgram p(ArchiveBuilder().add("a", "1").finish());
+    p.open();
+    p.dir.write("work/new", "the user's");
+    p.add_by_chooser("new", "added");
+    EXPECT_EQ(p.work("new"), "the user's");
+    EXPECT_EQ(p.work("new (2)"), "added");
+    EXPECT_EQ(p.zip.extracted_name(1), "new (2)");
+    p.add_by_chooser("new", "added again");
+    EXPECT_EQ(p.work("new (2)"), "added again");
 }
 
 TEST(NewZip, ExtractingBesideTheArchiveNeverReplacesIt) {
@@ -188,7 +212,9 @@ TEST(NewZip, SavesAChangedFileInItsOwnPlaceAmongMembersOfItsName) {
     ZipProgram p(ArchiveBuilder().add("same", "1").add("same", "2").finish());
     p.open();
     p.dir.write("work/same", "changed");
+    EXPECT_THAT(p.zip.copies().changed(), ElementsAre(0U));
     p.zip.SaveChangedFile(p.view(), 0, {});
+    EXPECT_THAT(p.zip.copies().changed(), ElementsAre());
     p.List1.selected = 0;
     p.zip.ExtractSelected(p.view());
     EXPECT_EQ(p.work("same"), "changed");

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace quill::files {
+
+/// What the system says about a file at one moment. Two equal stamps mean the same file with the same bytes, unless a
+/// program has set the system's clock back in between.
+struct FileStamp {
+    std::uint64_t device = 0, inode = 0;
+    std::uint64_t size = 0;                            ///< bytes
+    std::int64_t modified = 0, modified_fraction = 0;  ///< seconds since 1970, and nanoseconds
+    std::int64_t recorded = 0, recorded_fraction = 0;  ///< the same for the last change of its record or its bytes
+
+    bool operator==(const FileStamp&) const = default;
+
+    /// Returns true where `other` is of the same file, whatever has been written to it since.
+    bool same_file(const FileStamp& other) const { return device == other.device && inode == other.inode; }
+};
+
+/// The stamp of the regular file at `path`, no link followed; nullopt where there is none.
+std::optional<FileStamp> stamp_of(const std::string& path);
+
+/// The same for what `path` leads to through links.
+std::optional<FileStamp> stamp_through_links(const std::string& path);
+
+}  // namespace quill::files

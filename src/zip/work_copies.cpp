@@ -1,0 +1,112 @@
+#include "zip/work_copies.h"
+
+#include "codec/checksum.h"
+#include "files/directory.h"
+#include "files/mapped_file.h"
+#include "files/path.h"
+
+#include <utility>
+
+namespace quill::zip {
+namespace {
+
+std::optional<std::uint32_t> crc_of_file(const std::string& path) {
+    const Result<files::MappedFile> file = files::MappedFile::open(path);
+    if (!file) return std::nullopt;
+    return codec::crc32(0, file->bytes());
+}
+
+}  // namespace
+
+void WorkCopies::begin(std::string directory) {
+    directory_ = std::move(directory);
+    copies_.clear();
+}
+
+std::optional<WorkCopy>& WorkCopies::at(std::size_t member) {
+    if (member >= copies_.size()) copies_.resize(member + 1);
+    return copies_[member];
+}
+
+void WorkCopies::record(const Archive& archive, const MemberResult& result) {
+    if (result.member >= archive.members().size()) return;
+    const Member& member = archive.members()[result.member];
+    WorkCopy& copy = at(result.member).emplace(WorkCopy{member.name, result, {}, member.crc});
+    if (copy.result.path.empty() || member.is_directory()) return;
+    const std::string path = files::join(directory_, copy.result.path);
+    copy.stamp = files::stamp_of(path);
+    const bool crc_is_known = copy.result.fate == Fate::verified && !member.is_aes();
+    if (!crc_is_known) copy.crc = crc_of_file(path).value_or(0);
+}
+
+void WorkCopies::record_copy(std::size_t member, const std::string& name, const std::string& path) {
+    const std::string full = files::join(directory_, path);
+    WorkCopy& copy = at(member).emplace(WorkCopy{name, {}, files::stamp_of(full), crc_of_file(full).value_or(0)});
+    copy.result.member = member;
+    copy.result.fate = Fate::verified;
+    copy.result.path = path;
+}
+
+void WorkCopies::record_saved(std::size_t member) {
+    if (const WorkCopy* copy = of(member))
+        record_copy(member, std::string(copy->member), std::string(copy->result.path));
+}
+
+void WorkCopies::keep_those_of(const Archive& archive) {
+    copies_.resize(archive.members().size());
+    for (std::size_t i = 0; i < copies_.size(); ++i) {
+        if (copies_[i] && copies_[i]->member != archive.members()[i].name) copies_[i].reset();
+    }
+}
+
+void WorkCopies::erase(std::size_t member) {
+    if (member >= copies_.size()) return;
+    copies_.erase(copies_.begin() + static_cast<std::ptrdiff_t>(member));
+    for (std::size_t i = member; i < copies_.size(); ++i) {
+        if (copies_[i]) copies_[i]->result.member = i;
+    }
+}
+
+const WorkCopy* WorkCopies::of(std::size_t member) const {
+    return member < copies_.size() && copies_[member] ? &*copies_[member] : nullptr;
+}
+
+std::string WorkCopies::path_of(std::size_t member) const {
+    const WorkCopy* copy = of(member);
+    return copy == nullptr || copy->result.path.empty() ? std::string() : files::join(directory_, copy->result.path);
+}
+
+CopyState WorkCopies::state_of(std::size_t member) {
+    if (of(member) == nullptr || !of(member)->stamp) return CopyState::none;
+    WorkCopy& copy = *copies_[member];
+    const std::string path = path_of(member);
+    const std::optional<files::FileStamp> now = files::stamp_of(path);
+    if (!now) return CopyState::gone;
+    if (now == copy.stamp) return CopyState::untouched;
+    if (now->size != copy.stamp->size || crc_of_file(path) != copy.crc) return CopyState::changed;
+    copy.stamp = now;  // saved again with the same bytes
+    return CopyState::untouched;
+}
+
+std::vector<std::size_t> WorkCopies::changed() {
+    std::vector<std::size_t> members;
+    for (std::size_t i = 0; i < copies_.size(); ++i) {
+        if (state_of(i) == CopyState::changed) members.push_back(i);
+    }
+    return members;
+}
+
+bool WorkCopies::remove_untouched(std::size_t member) {
+    switch (state_of(member)) {
+        case CopyState::untouched:
+            if (!files::remove_file(path_of(member))) return false;
+            copies_[member]->stamp.reset();
+            return true;
+        case CopyState::changed:
+            return false;
+        default:
+            return true;
+    }
+}
+
+}  // namespace quill::zip

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "files/file_stamp.h"
+#include "zip/archive.h"
+#include "zip/extraction.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quill::zip {
+
+/// What has become of a member's file in the work directory since it was made.
+enum class CopyState : std::uint8_t {
+    none,       ///< No file was made for the member.
+    untouched,  ///< It has the bytes that it was made with.
+    changed,    ///< Another program has written to it.
+    gone        ///< It was deleted, renamed or replaced by something that is not a file.
+};
+
+/// The file that was made for one member.
+struct WorkCopy {
+    std::string member;                     ///< the member's name in the archive
+    MemberResult result;                    ///< how the extraction went; `path` is the file's, below the work directory
+    std::optional<files::FileStamp> stamp;  ///< as it was made; nullopt where there is no file
+    std::uint32_t crc = 0;                  ///< of its bytes as it was made
+};
+
+/// Which file in the work directory belongs to which member. Only files that are recorded here were made by the
+/// program; everything else in the directory is the user's.
+class WorkCopies {
+  public:
+    /// Another archive, or another work directory: forgets all files and touches none.
+    void begin(std::string directory);
+    const std::string& directory() const { return directory_; }
+
+    /// Records the outcome of an extraction, and the file as it is now.
+    void record(const Archive& archive, const MemberResult& result);
+    /// Records that the file at `path`, below the work directory, is the copy of a member.
+    void record_copy(std::size_t member, const std::string& name, const std::string& path);
+    /// Records that the member in the archive now has the bytes of its file.
+    void record_saved(std::size_t member);
+
+    /// Forgets the files of members that the archive no longer has at that number under that name.
+    void keep_those_of(const Archive& archive);
+    /// The archive has lost the member: those after it get the number before theirs. The file stays on the disk.
+    void erase(std::size_t member);
+
+    /// nullptr where nothing was extracted for the member.
+    const WorkCopy* of(std::size_t member) const;
+    /// The absolute path of the member's file; empty where there is none.
+    std::string path_of(std::size_t member) const;
+    /// Looks at the file: by its stamp, and by its bytes where the stamp alone does not decide.
+    CopyState state_of(std::size_t member);
+    /// The members whose files were changed.
+    std::vector<std::size_t> changed();
+
+    /// Deletes the member's file where it is untouched. Returns whether it is gone.
+    bool remove_untouched(std::size_t member);
+
+    std::size_t count() const { return copies_.size(); }
+
+  private:
+    std::optional<WorkCopy>& at(std::size_t member);
+
+    std::string directory_;
+    std::vector<std::optional<WorkCopy>> copies_;  // by member number
+};
+
+}  // namespace quill::zip

@@ -1,0 +1,90 @@
+#include "zip/work_copies.h"
+
+#include "support/temporary_directory.h"
+#include "zip/archive_builder.h"
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <gmock/gmock.h>
+
+namespace quill::zip {
+namespace {
+
+using tests::ArchiveBuilder;
+using tests::TemporaryDirectory;
+
+/// An archive of one member that was extracted, in a work directory of its own.
+struct Extracted {
+    TemporaryDirectory dir;
+    std::string bytes;
+    Archive archive;
+    WorkCopies copies;
+
+    explicit Extracted(std::string zip = ArchiveBuilder().add("letter", "12345").finish())
+        : bytes(std::move(zip)), archive(*Archive::parse(bytes)) {
+        copies.begin(dir.path());
+        const auto results = extract_members(archive, {0}, member_paths(archive.members()), dir.path(), {});
+        copies.record(archive, results->front());
+    }
+};
+
+TEST(WorkCopies, ReportsWhatBecameOfAFile) {
+    const struct {
+        const char* name;
+        std::function<void(TemporaryDirectory&)> happens;
+        CopyState state;
+        bool is_removed;
+    } cases[] = {
+        {"nothing", [](auto&) {}, CopyState::untouched, true},
+        {"written with the same bytes", [](auto& dir) { dir.write("letter", "12345"); }, CopyState::untouched, true},
+        {"other bytes of the same size", [](auto& dir) { dir.write("letter", "54321"); }, CopyState::changed, false},
+        {"the time put back",
+         [](auto& dir) {
+             const auto time = std::filesystem::last_write_time(dir.path("letter"));
+             dir.write("letter", "54321");
+             std::filesystem::last_write_time(dir.path("letter"), time);
+         },
+         CopyState::changed, false},
+        {"replaced by a rename",
+         [](auto& dir) { std::filesystem::rename(dir.write("new", "1234567"), dir.path("letter")); },
+         CopyState::changed, false},
+        {"deleted", [](auto& dir) { std::filesystem::remove(dir.path("letter")); }, CopyState::gone, true},
+        {"a link in its place",
+         [](auto& dir) {
+             std::filesystem::rename(dir.path("letter"), dir.path("elsewhere"));
+             std::filesystem::create_symlink("elsewhere", dir.path("letter"));
+         },
+         CopyState::gone, true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        Extracted e;
+        c.happens(e.dir);
+        EXPECT_EQ(e.copies.state_of(0), c.state);
+        const bool was_there = e.dir.has("letter");
+        EXPECT_EQ(e.copies.remove_untouched(0), c.is_removed);
+        EXPECT_EQ(e.dir.has("letter"), was_there && c.state != CopyState::untouched);
+    }
+}
+
+TEST(WorkCopies, ADamagedMembersFileIsKnownByItsOwnBytes) {
+    Extracted e(ArchiveBuilder().add("letter", "12345", {.crc = 1}).finish());
+    ASSERT_EQ(e.copies.of(0)->result.fate, Fate::damaged);
+    e.dir.write("letter", "12345");
+    EXPECT_EQ(e.copies.state_of(0), CopyState::untouched);
+    e.dir.write("letter", "54321");
+    EXPECT_EQ(e.copies.state_of(0), CopyState::changed);
+}
+
+TEST(WorkCopies, OfAnotherArchiveNoneIsKept) {
+    Extracted e;
+    const std::string other = ArchiveBuilder().add("first", "1").add("letter", "12345").finish();
+    e.copies.keep_those_of(*Archive::parse(other));
+    EXPECT_EQ(e.copies.of(0), nullptr);
+    EXPECT_EQ(e.copies.state_of(0), CopyState::none);
+    EXPECT_TRUE(e.copies.path_of(0).empty());
+}
+
+}  // namespace
+}  // namespace quill::zip
