@@ -32,9 +32,10 @@ endfunction()
 quill_small_library(quill_zlib zlib libz.a)
 quill_small_library(quill_libdeflate libdeflate libdeflate.a)
 
-# quill_library(NAME [lib...]): the static library quill_NAME of every source in the calling folder, on the named libraries.
+# quill_library(NAME [lib...]): the static library quill_NAME of every source in the calling folder and the folders in it, on
+# the named libraries.
 function(quill_library name)
-    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*/*.cpp)
     if(sources)
         add_library(quill_${name} STATIC ${sources})
         target_link_libraries(quill_${name} PUBLIC quill_options ${ARGN})

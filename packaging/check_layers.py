@@ -13,13 +13,14 @@ SRC = Path(__file__).resolve().parent.parent / "src"
 
 PROGRAM = {"shell", "decoder", "encoder", "zip", "htx", "pics", "viewer", "integration"}
 BASE = {"text", "files"}
-CORE = BASE | {"codec", "controls", "platform"} | PROGRAM
+CORE = BASE | {"codec", "archive", "controls", "platform"} | PROGRAM
 
 # Folder: the folders that it may include, besides itself.
 MAY_INCLUDE = {
     "text": BASE,
     "files": BASE,
     "codec": BASE,
+    "archive": BASE,
     "controls": BASE,
     "platform": BASE | {"controls"},
     **{folder: CORE for folder in PROGRAM},
