@@ -1,9 +1,9 @@
 #include "zip/member_reader.h"
 
+#include "archive/ciphers/traditional_cipher.h"
 #include "codec/checksum.h"
 #include "text/utf8.h"
 #include "zip/libzip_member.h"
-#include "zip/traditional_cipher.h"
 
 #include <libdeflate.h>
 
@@ -45,7 +45,7 @@ struct MemberReader::Source {
     bool ended = false;     // a compressed stream came to its proper end
     bool broken = false;    // a compressed stream did not
     bool vouched = false;   // something else than the CRC has verified the bytes
-    std::optional<TraditionalCipher> cipher;
+    std::optional<archive::TraditionalCipher> cipher;
     std::string plain;
 
     /// The next bytes, at least one while there are any.
@@ -54,7 +54,7 @@ struct MemberReader::Source {
         data.remove_prefix(bytes.size());
         if (!cipher) return bytes;
         plain = bytes;
-        cipher->decrypt(plain.data(), plain.size());
+        cipher->decrypt(plain);
         return plain;
     }
 };
@@ -193,19 +193,19 @@ bool MemberReader::prepare_decryption(const Member& member, Source& source, Cont
         tell(content, Grade::lost, "unsupported", source.at, "it is encrypted in an unknown way");
         return false;
     }
-    TraditionalCipher cipher(password_);
-    const std::uint8_t check = cipher.read_header(source.data.substr(0, TraditionalCipher::header_size));
+    archive::TraditionalCipher cipher(password_);
+    const std::uint8_t check = cipher.read_header(source.data.substr(0, archive::TraditionalCipher::header_size));
     const bool by_crc = check == member.crc >> 24U;
     const bool crc_came_later = ((source.local.flags | member.flags) & descriptor_flag) != 0;
     const bool by_time = crc_came_later && check == (source.local.dos_time >> 8U & 0xFFU);
-    if (source.data.size() < TraditionalCipher::header_size || (!by_crc && !by_time)) {
+    if (source.data.size() < archive::TraditionalCipher::header_size || (!by_crc && !by_time)) {
         tell(content, Grade::lost, "password", source.at, "the password is wrong");
         content.needs_password = true;
         return false;
     }
     const std::uint16_t method = member.content_method();
     if (method != method_stored && method != method_deflated) return true;  // libzip does it all
-    source.data.remove_prefix(TraditionalCipher::header_size);
+    source.data.remove_prefix(archive::TraditionalCipher::header_size);
     source.cipher = cipher;
     return true;
 }

@@ -1,10 +1,10 @@
 #include "zip/packing.h"
 
+#include "archive/ciphers/traditional_cipher.h"
 #include "codec/checksum.h"
 #include "text/utf8.h"
 #include "zip/format.h"
 #include "zip/member_time.h"
-#include "zip/traditional_cipher.h"
 
 #include <libdeflate.h>
 
@@ -45,7 +45,7 @@ class Stager {
         while (!bytes.empty()) {
             std::string part(bytes.substr(0, piece));
             bytes.remove_prefix(part.size());
-            cipher_->encrypt(part.data(), part.size());
+            cipher_->encrypt(part);
             if (Status status = staging_.append(part); !status) return status;
         }
         return Done{};
@@ -53,7 +53,7 @@ class Stager {
 
   private:
     Staging& staging_;
-    std::optional<TraditionalCipher> cipher_;
+    std::optional<archive::TraditionalCipher> cipher_;
 };
 
 struct FreeCompressor {

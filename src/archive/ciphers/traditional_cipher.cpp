@@ -1,8 +1,8 @@
-#include "zip/traditional_cipher.h"
+#include "archive/ciphers/traditional_cipher.h"
 
 #include <random>
 
-namespace quill::zip {
+namespace quill::archive {
 namespace {
 
 constexpr std::array<std::uint32_t, 256> crc_table = [] {
@@ -37,25 +37,25 @@ std::uint8_t TraditionalCipher::next() const {
     return static_cast<std::uint8_t>((low * (low ^ 1U)) >> 8U);
 }
 
-void TraditionalCipher::decrypt(char* data, std::size_t size) {
-    for (std::size_t i = 0; i < size; ++i) {
-        const auto plain = static_cast<std::uint8_t>(static_cast<std::uint8_t>(data[i]) ^ next());
-        data[i] = static_cast<char>(plain);
+void TraditionalCipher::decrypt(std::span<char> bytes) {
+    for (char& byte : bytes) {
+        const auto plain = static_cast<std::uint8_t>(static_cast<std::uint8_t>(byte) ^ next());
+        byte = static_cast<char>(plain);
         update(plain);
     }
 }
 
-void TraditionalCipher::encrypt(char* data, std::size_t size) {
-    for (std::size_t i = 0; i < size; ++i) {
-        const auto plain = static_cast<std::uint8_t>(data[i]);
-        data[i] = static_cast<char>(plain ^ next());
+void TraditionalCipher::encrypt(std::span<char> bytes) {
+    for (char& byte : bytes) {
+        const auto plain = static_cast<std::uint8_t>(byte);
+        byte = static_cast<char>(plain ^ next());
         update(plain);
     }
 }
 
 std::uint8_t TraditionalCipher::read_header(std::string_view header) {
     std::string plain(header);
-    decrypt(plain.data(), plain.size());
+    decrypt(plain);
     return plain.empty() ? 0 : static_cast<std::uint8_t>(plain.back());
 }
 
@@ -64,8 +64,8 @@ std::string TraditionalCipher::make_header(std::uint8_t check) {
     std::string header;
     while (header.size() + 1 < header_size) header.push_back(static_cast<char>(random()));
     header.push_back(static_cast<char>(check));
-    encrypt(header.data(), header.size());
+    encrypt(header);
     return header;
 }
 
-}  // namespace quill::zip
+}  // namespace quill::archive

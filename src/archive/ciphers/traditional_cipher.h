@@ -1,27 +1,28 @@
 #pragma once
 
+#include "archive/ciphers/cipher.h"
+
 #include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
-namespace quill::zip {
+namespace quill::archive {
 
 /// The stream cipher of traditional ZIP encryption (APPNOTE 6.1). It keeps honest people out and nobody else.
-class TraditionalCipher {
+class TraditionalCipher final : public Cipher {
   public:
     static constexpr std::size_t header_size = 12;
 
     explicit TraditionalCipher(std::string_view password);
 
-    /// Changes `size` bytes at `data` in place.
-    void decrypt(char* data, std::size_t size);
-    void encrypt(char* data, std::size_t size);
+    void decrypt(std::span<char> bytes) override;
+    void encrypt(std::span<char> bytes);
 
-    /// Decrypts a member's 12 bytes of header and gives the last, which tells a wrong password 255 times of 256.
+    /// Decrypts a member's 12 bytes of header and returns the last, which shows a wrong password 255 times of 256.
     std::uint8_t read_header(std::string_view header);
 
-    /// Eleven random bytes and `check`, encrypted.
+    /// Returns eleven random bytes and `check`, encrypted.
     std::string make_header(std::uint8_t check);
 
   private:
@@ -31,4 +32,4 @@ class TraditionalCipher {
     std::array<std::uint32_t, 3> keys_{0x12345678, 0x23456789, 0x34567890};
 };
 
-}  // namespace quill::zip
+}  // namespace quill::archive

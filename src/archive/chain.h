@@ -1,0 +1,41 @@
+#pragma once
+
+#include "archive/ciphers/cipher.h"
+#include "archive/methods/decompressor.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string_view>
+
+namespace quill::archive {
+
+/// Takes the bytes of a member in order; false stops the reading.
+using Sink = std::function<bool(std::string_view)>;
+
+/// What a run through the chain came to.
+struct Passed {
+    StreamState state = StreamState::running;      ///< at the end; `running` where the data end too early
+    bool too_long = false;                         ///< there is more content than `most`
+    bool stopped = false;                          ///< the sink refused the bytes
+    std::uint64_t read = 0;                        ///< bytes of the data up to the end of the compressed stream
+    std::optional<bool> authentic = std::nullopt;  ///< the cipher's answer about all of the data, where it was read
+};
+
+/// Lets a member's data pass: from the archive through cipher and method to a sink. Keeps its buffers from one member
+/// to the next.
+class Chain {
+  public:
+    /// Decrypts `data` (`cipher` may be null) and decompresses it into `sink`, `most` bytes at most. The data are
+    /// decrypted to their end in every case but that of a stopped sink, so that their code is checked.
+    Passed run(std::string_view data, Cipher* cipher, Decompressor& method, std::uint64_t most, const Sink& sink);
+
+  private:
+    class Source;
+
+    std::unique_ptr<char[]> plain_;  // decrypted
+    std::unique_ptr<char[]> out_;
+};
+
+}  // namespace quill::archive
