@@ -4,28 +4,21 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <unistd.h>
-#include <utility>
 
 namespace quill::files {
 
 Result<TemporaryFile> TemporaryFile::create() {
     const char* directory = std::getenv("TMPDIR");
     std::string name = std::string(directory != nullptr && *directory != '\0' ? directory : "/tmp") + "/quill-XXXXXX";
-    const int fd = mkostemp(name.data(), O_CLOEXEC);
-    if (fd < 0) return system_error(errno);
+    Descriptor fd(mkostemp(name.data(), O_CLOEXEC));
+    if (!fd.is_open()) return system_error(errno);
     unlink(name.c_str());
-    return TemporaryFile(fd);
-}
-
-TemporaryFile::TemporaryFile(TemporaryFile&& other) noexcept : fd_(std::exchange(other.fd_, -1)), size_(other.size_) {}
-
-TemporaryFile::~TemporaryFile() {
-    if (fd_ >= 0) close(fd_);
+    return TemporaryFile(std::move(fd));
 }
 
 Status TemporaryFile::write(std::string_view bytes) {
     while (!bytes.empty()) {
-        const ssize_t n = ::write(fd_, bytes.data(), bytes.size());
+        const ssize_t n = ::write(fd_.get(), bytes.data(), bytes.size());
         if (n < 0 && errno == EINTR) continue;
         if (n < 0) return system_error(errno);
         bytes.remove_prefix(static_cast<std::size_t>(n));
@@ -35,7 +28,7 @@ Status TemporaryFile::write(std::string_view bytes) {
 }
 
 std::string TemporaryFile::path() const {
-    return "/proc/self/fd/" + std::to_string(fd_);
+    return "/proc/self/fd/" + std::to_string(fd_.get());
 }
 
 }  // namespace quill::files

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "files/descriptor.h"
 #include "text/result.h"
 
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace quill::files {
 
@@ -13,10 +15,6 @@ class TemporaryFile {
   public:
     /// Fails with the system's reason.
     static Result<TemporaryFile> create();
-
-    TemporaryFile(TemporaryFile&& other) noexcept;
-    TemporaryFile& operator=(TemporaryFile&& other) = delete;
-    ~TemporaryFile();
 
     /// Appends `bytes`. Fails with the system's reason.
     Status write(std::string_view bytes);
@@ -27,9 +25,9 @@ class TemporaryFile {
     std::string path() const;
 
   private:
-    explicit TemporaryFile(int fd) : fd_(fd) {}
+    explicit TemporaryFile(Descriptor fd) : fd_(std::move(fd)) {}
 
-    int fd_;
+    Descriptor fd_;
     std::uint64_t size_ = 0;
 };
 

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <ctime>
+#include <fcntl.h>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -70,13 +72,42 @@ TEST(MappedFile, ReleasedBytesCanBeReadAgain) {
     }
 }
 
-TEST(MappedFile, ManyMayBeOpenAtOnce) {
+TEST(MappedFile, EveryOneOfManyMayBeCutOff) {
     const TemporaryDirectory dir;
-    const std::string path = dir.write("a", "x");
+    const std::size_t size = 8192;
     std::vector<MappedFile> files;
-    for (int i = 0; i < 300; ++i) files.push_back(*MappedFile::open(path));
-    EXPECT_EQ(files.front().bytes(), "x");
-    EXPECT_EQ(files.back().bytes(), "x");
+    for (int i = 0; i < 600; ++i) {
+        files.push_back(*MappedFile::open(dir.write("a" + std::to_string(i), std::string(size, 'x'))));
+    }
+    files.erase(files.begin() + 10, files.begin() + 40);  // whose places others take
+    for (int i = 600; i < 700; ++i) {
+        files.push_back(*MappedFile::open(dir.write("a" + std::to_string(i), std::string(size, 'x'))));
+    }
+    for (int i = 0; i < 700; ++i) ASSERT_EQ(truncate(dir.path("a" + std::to_string(i)).c_str(), 0), 0);
+    for (const MappedFile& file : files) {
+        EXPECT_EQ(file.bytes().back(), '\0');
+        EXPECT_TRUE(file.cut_short());
+    }
+}
+
+TEST(MappedFile, WhatWasWrittenToMeanwhileHasChanged) {
+    const TemporaryDirectory dir;
+    const std::string path = dir.write("a", "some bytes");
+    const auto set_time = [&](std::time_t seconds) {
+        const timespec times[2] = {{seconds, 0}, {seconds, 0}};
+        ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+    };
+    set_time(1000);
+    const MappedFile file = *MappedFile::open(path);
+    EXPECT_FALSE(file.changed());
+    dir.write("a", "SOME bytes");
+    set_time(1001);
+    EXPECT_TRUE(file.changed());
+    set_time(1000);
+    EXPECT_FALSE(file.changed());
+    ASSERT_EQ(truncate(path.c_str(), 20), 0);
+    set_time(1000);
+    EXPECT_TRUE(file.changed()) << "it has grown";
 }
 
 }  // namespace

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "text/result.h"
+
+#include <cstddef>
+#include <string_view>
+
+namespace quill::files {
+
+struct GuardedRange;
+
+/// A file's bytes in memory, read-only. A page that the file no longer has reads as zeros, instead of ending the
+/// process by SIGBUS; any number of mappings may be there at once.
+class Mapping {
+  public:
+    Mapping() = default;
+
+    /// Maps the first `size` bytes of the open file `fd`; none gives an empty mapping. Fails with the system's reason.
+    static Result<Mapping> of(int fd, std::size_t size);
+
+    Mapping(Mapping&& other) noexcept;
+    Mapping& operator=(Mapping&& other) noexcept;
+    ~Mapping();
+
+    std::string_view bytes() const { return {data_, size_}; }
+
+  private:
+    const char* data_ = nullptr;
+    std::size_t size_ = 0;
+    GuardedRange* guard_ = nullptr;
+};
+
+}  // namespace quill::files
