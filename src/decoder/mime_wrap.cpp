@@ -70,10 +70,11 @@ class Collector {
     std::string buffer_;
 };
 
-Result<files::AtomicFile> make(const std::string& input, const std::string& output, const Rewriting& rewriting) {
+Result<files::AtomicFile> make(const std::string& input, const std::string& output, const Rewriting& rewriting,
+                               files::Access access = files::Access::usual) {
     const Result<TextFile> text = TextFile::open(input);
     if (!text) return text.error();
-    Result<files::AtomicFile> file = files::AtomicFile::create(output);
+    Result<files::AtomicFile> file = files::AtomicFile::create(output, access);
     if (!file) return file;
     Collector collector(*file, text->file());
     rewriting(text->source(), [&](std::string_view piece) { return collector.append(piece); });
@@ -129,7 +130,7 @@ void break_lines_at_tags(const text::Source& text, const Sink& out) {
 }
 
 Status rewrite_in_place(const std::string& path, const Rewriting& rewriting) {
-    Result<files::AtomicFile> file = make(path, path, rewriting);
+    Result<files::AtomicFile> file = make(path, path, rewriting, files::Access::of_old);
     return file ? file->publish_as_rewrite() : file.error();
 }
 

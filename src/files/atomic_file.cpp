@@ -17,17 +17,17 @@ namespace quill::files {
 namespace {
 
 constexpr mode_t output_mode = 0644;
+constexpr mode_t owner_mode = 0600;
+constexpr mode_t all_permissions = 0777;
+constexpr mode_t group_permissions = 0070;
 constexpr unsigned most_name_attempts = 100'000;
 constexpr unsigned tried_one_by_one = 8;
 
-/// A name for the unfinished file: hidden, and told apart from those of other processes and earlier files of this one.
-std::string temporary_name(unsigned attempt) {
-    return ".quill-" + std::to_string(getpid()) + "-" + std::to_string(attempt) + ".part";
-}
-
-bool write_all(int fd, std::string_view bytes, std::uint64_t at) {
+/// Writes all of `bytes` at the offset `at`; a pipe or a device has none and takes them where it is.
+bool write_all(int fd, std::string_view bytes, std::uint64_t at, bool direct) {
     while (!bytes.empty()) {
-        const ssize_t n = pwrite(fd, bytes.data(), bytes.size(), static_cast<off_t>(at));
+        const ssize_t n = direct ? ::write(fd, bytes.data(), bytes.size())
+                                 : pwrite(fd, bytes.data(), bytes.size(), static_cast<off_t>(at));
         if (n < 0 && errno == EINTR) continue;
         if (n <= 0) {
             if (n == 0) errno = ENOSPC;
@@ -61,51 +61,85 @@ unsigned last_taken_number(const std::string& dir, const std::string& name, unsi
     return taken;
 }
 
+std::string descriptor_path(int fd) {
+    return "/proc/self/fd/" + std::to_string(fd);
+}
+
+/// Returns true where a file without a name can get one: that takes a path to its descriptor.
+bool may_be_named_later() {
+    static const bool may = access("/proc/self/fd", X_OK) == 0;
+    return may;
+}
+
+/// Gives the new file `fd` the owner, the group and the permission bits of `old`, never more.
+bool take_access(int fd, const struct stat& old) {
+    mode_t mode = old.st_mode & all_permissions;
+    const bool same_owner = fchown(fd, old.st_uid, old.st_gid) == 0;
+    const bool same_group = same_owner || fchown(fd, static_cast<uid_t>(-1), old.st_gid) == 0;
+    if (!same_group) mode &= ~group_permissions | (mode << 3U);
+    return fchmod(fd, mode) == 0;
+}
+
 }  // namespace
 
-Result<AtomicFile> AtomicFile::create(const std::string& path) {
+Result<AtomicFile> AtomicFile::create(const std::string& path, Access access) {
     AtomicFile file;
     file.path_ = path;
-    const std::string dir = dir_of(path);
+    if (const Status opened = file.open_new(access); !opened) return opened.error();
+    return file;
+}
+
+Result<AtomicFile> AtomicFile::create_output(const std::string& path) {
+    AtomicFile file;
+    file.path_ = path;
+    struct stat status = {};
+    const bool is_there = stat(path.c_str(), &status) == 0;
+    if (!is_there && exists(path)) return Error{ErrorCode::exists, 0, "A link that leads nowhere"};
+    if (is_there && S_ISDIR(status.st_mode)) return system_error(EISDIR);
+    if (is_there && S_ISBLK(status.st_mode)) return Error{ErrorCode::unsupported, 0, "Is a disk"};
+    const bool direct = is_there && !S_ISREG(status.st_mode);
+    if (is_there && !direct) file.path_ = resolved(path);
+    if (const Status opened = direct ? file.open_directly() : file.open_new(Access::of_old); !opened) {
+        return opened.error();
+    }
+    return file;
+}
+
+Status AtomicFile::open_new(Access access) {
+    struct stat old = {};
+    const bool like_old = access == Access::of_old && stat(path_.c_str(), &old) == 0 && S_ISREG(old.st_mode);
+    const mode_t mode = like_old ? old.st_mode & owner_mode : access == Access::of_owner ? owner_mode : output_mode;
+    const std::string dir = dir_of(path_);
+    if (may_be_named_later()) {
+        fd_ = Descriptor(open(dir.empty() ? "." : dir.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, mode));
+    }
+    if (!fd_.is_open()) {
+        if (const Status named = open_named(mode); !named) return named;
+    }
+    if (like_old && !take_access(fd_.get(), old)) return system_error(errno);
+    return Done{};
+}
+
+Status AtomicFile::open_named(unsigned mode) {
     for (unsigned attempt = 0; attempt < most_name_attempts; ++attempt) {
-        file.temporary_ = join(dir, temporary_name(attempt));
-        file.fd_ = open(file.temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, output_mode);
-        if (file.fd_ >= 0) return file;
+        const std::string name = join(dir_of(path_), unfinished_name(attempt));
+        fd_ = Descriptor(open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
+        if (fd_.is_open()) {
+            unfinished_ = Unfinished(name);
+            return Done{};
+        }
         if (errno != EEXIST) break;
     }
-    const Error error = system_error(errno);
-    file.temporary_.clear();
-    return error;
+    return system_error(errno);
 }
 
-AtomicFile::AtomicFile(AtomicFile&& other) noexcept
-    : path_(std::move(other.path_)),
-      temporary_(std::exchange(other.temporary_, {})),
-      fd_(std::exchange(other.fd_, -1)),
-      size_(other.size_),
-      failed_(other.failed_),
-      error_(std::move(other.error_)) {}
-
-AtomicFile& AtomicFile::operator=(AtomicFile&& other) noexcept {
-    if (this != &other) {
-        discard();
-        path_ = std::move(other.path_);
-        temporary_ = std::exchange(other.temporary_, {});
-        fd_ = std::exchange(other.fd_, -1);
-        size_ = other.size_;
-        failed_ = other.failed_;
-        error_ = std::move(other.error_);
-    }
-    return *this;
-}
-
-AtomicFile::~AtomicFile() {
-    discard();
-}
-
-void AtomicFile::discard() {
-    if (fd_ >= 0) close(std::exchange(fd_, -1));
-    if (!temporary_.empty()) unlink(std::exchange(temporary_, {}).c_str());
+Status AtomicFile::open_directly() {
+    direct_ = true;
+    fd_ = Descriptor(open(path_.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC));
+    struct stat status = {};
+    if (!fd_.is_open() || fstat(fd_.get(), &status) != 0) return system_error(errno);
+    if (S_ISREG(status.st_mode)) return system_error(EEXIST);  // it has just been put there
+    return Done{};
 }
 
 bool AtomicFile::fail(int number) {
@@ -120,58 +154,87 @@ bool AtomicFile::write(std::string_view bytes) {
 
 bool AtomicFile::write_at(std::uint64_t offset, std::string_view bytes) {
     if (failed_) return false;
-    if (!write_all(fd_, bytes, offset)) return fail(errno);
+    if (direct_ && offset != size_) return fail(ESPIPE);
+    if (!write_all(fd_.get(), bytes, offset, direct_)) return fail(errno);
     if (offset + bytes.size() > size_) size_ = offset + bytes.size();
     return true;
 }
 
+unsigned AtomicFile::permissions() const {
+    struct stat status = {};
+    return fstat(fd_.get(), &status) == 0 ? status.st_mode & all_permissions : 0;
+}
+
 Result<MappedFile> AtomicFile::read_back() const {
-    if (failed_) return error_;
-    return MappedFile::open(temporary_);
+    return MappedFile::open(descriptor_path(fd_.get()));
+}
+
+/// Learns of failures that the system reports only when a file is flushed or closed, before the file gets its name.
+bool AtomicFile::settle(bool flushed) {
+    if (failed_) return false;
+    if (flushed && !direct_ && fsync(fd_.get()) != 0) return fail(errno);
+    Descriptor second(dup(fd_.get()));
+    return second.is_open() && second.close() ? true : fail(errno);
+}
+
+/// Gives the file the name `target`, where there is none.
+Status AtomicFile::name_exclusively(const std::string& target) {
+    if (!unfinished_.path().empty()) return rename_new(unfinished_.path(), target);
+    const std::string unnamed = descriptor_path(fd_.get());
+    if (linkat(AT_FDCWD, unnamed.c_str(), AT_FDCWD, target.c_str(), AT_SYMLINK_FOLLOW) == 0) return Done{};
+    return system_error(errno);
+}
+
+/// Gives the file the first free name of the row that numbered_name makes, of the first `most`.
+Result<std::string> AtomicFile::take_free_name(unsigned most) {
+    const std::string dir = dir_of(path_);
+    const std::string name = name_of(path_);
+    Status named = Done{};
+    for (unsigned n = 1; n <= most; ++n) {
+        const std::string target = join(dir, numbered_name(name, n));
+        named = name_exclusively(target);
+        if (named) return target;
+        if (named.error().code != ErrorCode::exists) break;
+        if (n == tried_one_by_one) n = last_taken_number(dir, name, n);
+    }
+    return named.error();
+}
+
+Result<std::string> AtomicFile::take_name(OnCollision on_collision) {
+    if (on_collision != OnCollision::replace) {
+        return take_free_name(on_collision == OnCollision::choose_name ? most_name_attempts : 1);
+    }
+    for (unsigned attempt = 0; unfinished_.path().empty(); ++attempt) {
+        const std::string name = join(dir_of(path_), unfinished_name(attempt));
+        const Status named = name_exclusively(name);
+        if (named) unfinished_ = Unfinished(name);
+        if (!named && (named.error().code != ErrorCode::exists || attempt == most_name_attempts)) return named.error();
+    }
+    if (const Status renamed = rename_over(unfinished_.path(), path_); !renamed) return renamed.error();
+    return path_;
 }
 
 Result<std::string> AtomicFile::publish(OnCollision on_collision, Durability durability) {
-    if (!failed_ && durability == Durability::flushed && fsync(fd_) != 0) fail(errno);
-    if (!failed_ && close(std::exchange(fd_, -1)) != 0) fail(errno);
-    if (failed_) {
-        discard();
-        return error_;
-    }
-    const std::string dir = dir_of(path_);
-    const std::string name = name_of(path_);
-    std::string target = path_;
-    Status renamed = Done{};
-    if (on_collision == OnCollision::replace) {
-        renamed = rename_over(temporary_, target);
-    } else {
-        const unsigned most = on_collision == OnCollision::choose_name ? most_name_attempts : 1;
-        for (unsigned n = 1; n <= most; ++n) {
-            target = join(dir, numbered_name(name, n));
-            renamed = rename_new(temporary_, target);
-            if (renamed || renamed.error().code != ErrorCode::exists) break;
-            if (n == tried_one_by_one && most > 1) n = last_taken_number(dir, name, n);
-        }
-    }
-    if (!renamed) {
-        discard();
-        return renamed.error();
-    }
-    temporary_.clear();
-    if (durability == Durability::flushed) flush_directory(dir);
-    return target;
+    const bool replaces = on_collision == OnCollision::replace && !direct_ && exists(path_);
+    const bool flushed = replaces || durability == Durability::flushed;
+    Result<std::string> named = path_;
+    if (settle(flushed) && !direct_) named = take_name(on_collision);
+    if (failed_) named = error_;
+    if (named) unfinished_.finish();
+    unfinished_ = Unfinished();
+    fd_ = Descriptor();
+    if (named && flushed && !direct_) flush_directory(dir_of(path_));
+    return named;
 }
 
 Status AtomicFile::publish_as_rewrite() {
-    struct stat old = {};
-    constexpr mode_t permissions = 0777;
-    if (!failed_ && stat(path_.c_str(), &old) == 0 && fchmod(fd_, old.st_mode & permissions) != 0) fail(errno);
     const Result<std::string> published = publish(OnCollision::replace, Durability::flushed);
     if (!published) return published.error();
     return Done{};
 }
 
 Status rewrite_file(const std::string& path, std::string_view bytes) {
-    Result<AtomicFile> file = AtomicFile::create(path);
+    Result<AtomicFile> file = AtomicFile::create(resolved(path), Access::of_old);
     if (!file) return file.error();
     file->write(bytes);
     return file->publish_as_rewrite();

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "files/descriptor.h"
 #include "files/mapped_file.h"
+#include "files/unfinished.h"
 #include "text/result.h"
 
 #include <cstdint>
@@ -13,37 +15,53 @@ namespace quill::files {
 enum class OnCollision {
     fail,         ///< Nothing is changed; the error is `exists`.
     choose_name,  ///< The file gets the next free name of the row `name.ext`, `name (2).ext`, `name (3).ext`, ...
-    replace       ///< The old file is replaced in one step. A symbolic link of that name is replaced, not followed.
+    replace  ///< The old file is replaced in one step, flushed. A symbolic link of that name is replaced, not followed.
 };
 
-/// Whether publishing waits until the bytes have reached the disk.
+/// Whether publishing a new file waits until the bytes have reached the disk. Replacing a file always does: after a
+/// power cut the old or the new one is there, whole.
 enum class Durability {
     cached,  ///< As any other program's output: for what can be made again.
-    flushed  ///< For rewrites of a user's own file: after a power cut the old or the new file is there, whole.
+    flushed  ///< For a user's own data.
+};
+
+/// Who may read and write a new file, from before its first byte is written.
+enum class Access {
+    usual,    ///< All that the umask lets read (0644 less the umask). Never executable.
+    of_old,   ///< Who may use the file that is at the path: its permission bits, and its owner and group as far as the
+              ///< system allows; where the group stays another, it may not do more than everyone. Else as usual.
+    of_owner  ///< The user alone (0600).
 };
 
 /// A file that appears under its name only when it is whole.
 ///
-/// The bytes go to a new file in the target's directory (made with O_EXCL, so never through a link; mode 0644 less the
-/// umask; never executable), which `publish` renames. A destroyed writer that was not published leaves nothing behind.
+/// The bytes go to a new file in the target's directory that has no name until `publish` gives it one, so that even a
+/// killed process leaves nothing. Where the file system has no such files, it bears a name of its own (see
+/// unfinished_name; made with O_EXCL, so never through a link) and is renamed. A destroyed writer that was not
+/// published leaves nothing.
 class AtomicFile {
   public:
     /// Fails with the system's reason where the directory does not take a new file.
-    static Result<AtomicFile> create(const std::string& path);
+    static Result<AtomicFile> create(const std::string& path, Access access = Access::usual);
 
-    AtomicFile(AtomicFile&& other) noexcept;
-    AtomicFile& operator=(AtomicFile&& other) noexcept;
-    ~AtomicFile();
+    /// Begins output under a path that the user chose, which may lead to something: a link is followed, a regular file
+    /// there gives the new one its access (of_old), and a pipe or a character device is written to directly; what it
+    /// has taken cannot be taken back. Fails with `exists` for a link that leads nowhere, with `access` for a
+    /// directory, with `unsupported` for a disk.
+    static Result<AtomicFile> create_output(const std::string& path);
 
     /// Appends `bytes`. A failure is remembered: all later writes and `publish` fail with it.
     bool write(std::string_view bytes);
 
     /// Writes `bytes` at `offset`, leaving a gap of zeros where nothing is written before it. The next `write` still
-    /// appends behind the furthest byte written.
+    /// appends after the furthest byte written. A pipe takes bytes in order only.
     bool write_at(std::uint64_t offset, std::string_view bytes);
 
     /// Bytes from the beginning to the furthest one written.
     std::uint64_t size() const { return size_; }
+
+    /// Its permission bits as they are now.
+    unsigned permissions() const;
 
     /// What has been written so far, for a check before it is published.
     Result<MappedFile> read_back() const;
@@ -55,23 +73,30 @@ class AtomicFile {
     /// Gives the file its name and returns the path that it got. On failure nothing of it is left.
     Result<std::string> publish(OnCollision on_collision, Durability durability = Durability::cached);
 
-    /// Replaces the user's own file at the path given, flushed, and gives the new one the old one's permission bits.
+    /// Replaces the user's own file at the path given.
     Status publish_as_rewrite();
 
   private:
     AtomicFile() = default;
-    void discard();
+    Status open_new(Access access);
+    Status open_named(unsigned mode);
+    Status open_directly();
+    Status name_exclusively(const std::string& target);
+    Result<std::string> take_name(OnCollision on_collision);
+    Result<std::string> take_free_name(unsigned most);
+    bool settle(bool flushed);
     bool fail(int number);
 
     std::string path_;
-    std::string temporary_;
-    int fd_ = -1;
+    Unfinished unfinished_;  ///< its name so far, if it has one
+    Descriptor fd_;
+    bool direct_ = false;  ///< a pipe or a device
     std::uint64_t size_ = 0;
     bool failed_ = false;
     Error error_;
 };
 
-/// Replaces the file `path` by `bytes` in one step, flushed; its permission bits are kept.
+/// Replaces the file that `path` leads to by `bytes` in one step; who may use it stays as it was.
 Status rewrite_file(const std::string& path, std::string_view bytes);
 
 }  // namespace quill::files

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
@@ -119,6 +120,11 @@ bool change_directory(const std::string& dir) {
 
 std::string absolute(const std::string& path) {
     return path.starts_with('/') ? path : join(current_directory(), path);
+}
+
+std::string resolved(const std::string& path) {
+    const std::unique_ptr<char, void (*)(void*)> real(realpath(path.c_str(), nullptr), std::free);
+    return real ? std::string(real.get()) : path;
 }
 
 Result<std::string> read_file(const std::string& path) {

@@ -45,6 +45,9 @@ bool change_directory(const std::string& dir);
 /// `path` itself where it is absolute, else joined to the current directory; "." and ".." stay as they are.
 std::string absolute(const std::string& path);
 
+/// The path that `path` leads to, all links followed; `path` itself where that leads nowhere.
+std::string resolved(const std::string& path);
+
 /// Reads a whole small file.
 Result<std::string> read_file(const std::string& path);
 

@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -56,14 +55,6 @@ std::optional<Identity> identity_of(const std::string& path) {
     struct stat status = {};
     if (stat(path.c_str(), &status) != 0) return std::nullopt;
     return Identity{status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
-}
-
-std::string resolved(const std::string& path) {
-    char* real = realpath(path.c_str(), nullptr);
-    if (real == nullptr) return path;
-    std::string out(real);
-    std::free(real);
-    return out;
 }
 
 /// A row of the new directory: an old member, or one that was added.
@@ -115,13 +106,13 @@ ArchiveChange& ArchiveChange::operator=(ArchiveChange&&) noexcept = default;
 ArchiveChange::~ArchiveChange() = default;
 
 Result<std::unique_ptr<ArchiveOutput>> output_beside(const std::string& path) {
-    Result<files::AtomicFile> file = files::AtomicFile::create(path);
+    Result<files::AtomicFile> file = files::AtomicFile::create(path, files::Access::of_old);
     if (!file) return file.error();
     return std::unique_ptr<ArchiveOutput>(std::make_unique<FileOutput>(std::move(*file)));
 }
 
 Result<ArchiveChange> ArchiveChange::begin(const std::string& path, MakeOutput make_output) {
-    auto state = std::make_unique<State>(resolved(path));
+    auto state = std::make_unique<State>(files::resolved(path));
     state->make_output = std::move(make_output);
     state->identity = identity_of(state->path);
     // A rename would replace an archive that is write-protected too.

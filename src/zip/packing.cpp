@@ -159,7 +159,7 @@ Status Staging::append(std::string_view bytes) {
         memory_.append(bytes);
     } else {
         if (!file_) {
-            Result<files::AtomicFile> file = files::AtomicFile::create(beside_);
+            Result<files::AtomicFile> file = files::AtomicFile::create(beside_, files::Access::of_owner);
             if (!file) return file.error();
             file_.emplace(std::move(*file));
         }

@@ -1,13 +1,17 @@
 #include "files/atomic_file.h"
 
 #include "support/temporary_directory.h"
+#include "support/without_unnamed_files.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <csignal>
+#include <fcntl.h>
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
@@ -19,8 +23,9 @@ using Names = std::vector<std::string>;
 class Atomic : public testing::Test {
   protected:
     /// Writes `bytes` as `name` and publishes it.
-    Result<std::string> publish(const std::string& name, const std::string& bytes, OnCollision on_collision) {
-        Result<AtomicFile> file = AtomicFile::create(dir.path(name));
+    Result<std::string> publish(const std::string& name, const std::string& bytes, OnCollision on_collision,
+                                Access access = Access::usual) {
+        Result<AtomicFile> file = AtomicFile::create(dir.path(name), access);
         if (!file) return file.error();
         file->write(bytes);
         return file->publish(on_collision);
@@ -30,6 +35,12 @@ class Atomic : public testing::Test {
         struct stat status = {};
         lstat(dir.path(name).c_str(), &status);
         return status.st_mode & 07777U;
+    }
+
+    mode_t type_of(const std::string& name) {
+        struct stat status = {};
+        lstat(dir.path(name).c_str(), &status);
+        return status.st_mode;
     }
 
     tests::TemporaryDirectory dir;
@@ -44,6 +55,94 @@ TEST_F(Atomic, AppearsUnderItsNameOnlyWhenPublished) {
     ASSERT_TRUE(file->publish(OnCollision::fail).ok());
     EXPECT_EQ(dir.read("a"), "one two");
     EXPECT_EQ(dir.names(), Names{"a"});
+}
+
+TEST_F(Atomic, AKilledProcessLeavesNothing) {
+    const pid_t child = fork();
+    if (child == 0) {
+        Result<AtomicFile> file = AtomicFile::create(dir.path("a"));
+        file->write("half");
+        kill(getpid(), SIGKILL);
+    }
+    waitpid(child, nullptr, 0);
+    EXPECT_TRUE(dir.names().empty());
+}
+
+/// Runs `work` in a process that cannot make files without a name.
+template <class Work>
+void where_files_need_names(const Work& work) {
+    const pid_t child = fork();
+    if (child == 0) {
+        if (!tests::refuse_unnamed_files()) _exit(2);
+        work();
+        _exit(testing::Test::HasFailure() ? 1 : 0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+}
+
+TEST_F(Atomic, WithoutFilesThatHaveNoNameAWorkFileIsRenamedOrRemoved) {
+    where_files_need_names([&] {
+        const std::string work_name = unfinished_name(0);
+        dir.write("secret", "old");
+        chmod(dir.path("secret").c_str(), 0600);
+        {
+            Result<AtomicFile> file = AtomicFile::create(dir.path("secret"), Access::of_old);
+            file->write("half");
+            EXPECT_EQ(dir.names(), (Names{work_name, "secret"}));
+            EXPECT_EQ(mode_of(work_name), 0600U);
+        }
+        EXPECT_EQ(dir.names(), Names{"secret"});
+        EXPECT_EQ(*publish("secret", "new", OnCollision::choose_name), dir.path("secret (2)"));
+        EXPECT_TRUE(publish("secret", "new", OnCollision::replace).ok());
+        EXPECT_EQ(publish("secret", "newer", OnCollision::fail).error().code, ErrorCode::exists);
+        EXPECT_EQ(dir.names(), (Names{"secret", "secret (2)"}));
+        EXPECT_EQ(dir.read("secret"), "new");
+
+        const AtomicFile kept = *AtomicFile::create(dir.path("b"));
+        EXPECT_TRUE(dir.has(work_name));
+        remove_unfinished();  // as a signal handler does
+        EXPECT_FALSE(dir.has(work_name));
+    });
+}
+
+TEST_F(Atomic, OutputGoesIntoAPipeAndNeverInItsPlace) {
+    ASSERT_EQ(mkfifo(dir.path("pipe").c_str(), 0600), 0);
+    ASSERT_EQ(symlink("pipe", dir.path("link").c_str()), 0);
+    const int reader = open(dir.path("pipe").c_str(), O_RDONLY | O_NONBLOCK);
+    for (const char* name : {"pipe", "link"}) {
+        Result<AtomicFile> file = AtomicFile::create_output(dir.path(name));
+        ASSERT_TRUE(file.ok());
+        EXPECT_TRUE(file->write("some ") && file->write("bytes"));
+        EXPECT_EQ(*file->publish(OnCollision::replace), dir.path(name));
+        std::array<char, 16> read_back{};
+        EXPECT_EQ(read(reader, read_back.data(), read_back.size()), 10);
+        EXPECT_STREQ(read_back.data(), "some bytes");
+        EXPECT_FALSE(AtomicFile::create_output(dir.path(name))->write_at(3, "x")) << "a pipe has no places";
+    }
+    close(reader);
+    EXPECT_EQ(dir.names(), (Names{"link", "pipe"}));
+    EXPECT_EQ(mode_of("pipe"), 0600U);
+}
+
+TEST_F(Atomic, OutputFollowsALinkToTheFileItLeadsTo) {
+    dir.write("d/kept", "old");
+    chmod(dir.path("d/kept").c_str(), 0600);
+    ASSERT_EQ(symlink("d/kept", dir.path("link").c_str()), 0);
+    Result<AtomicFile> file = AtomicFile::create_output(dir.path("link"));
+    file->write("new");
+    EXPECT_EQ(file->publish(OnCollision::fail).error().code, ErrorCode::exists);
+    file = AtomicFile::create_output(dir.path("link"));
+    file->write("new");
+    EXPECT_TRUE(file->publish(OnCollision::replace).ok());
+    EXPECT_EQ(dir.read("d/kept"), "new");
+    EXPECT_EQ(mode_of("d/kept"), 0600U);
+    EXPECT_TRUE(S_ISLNK(type_of("link")));
+
+    ASSERT_EQ(symlink("nowhere", dir.path("dangling").c_str()), 0);
+    EXPECT_EQ(AtomicFile::create_output(dir.path("dangling")).error().code, ErrorCode::exists);
+    EXPECT_EQ(AtomicFile::create_output(dir.path("d")).error().code, ErrorCode::access);
 }
 
 TEST_F(Atomic, LeavesNothingWhenItIsDropped) {
@@ -123,6 +222,24 @@ TEST_F(Atomic, IsNeverExecutable) {
     EXPECT_TRUE(publish("a", "x", OnCollision::fail).ok());
     umask(before);
     EXPECT_EQ(mode_of("a"), 0644U);
+}
+
+TEST_F(Atomic, ARewriteIsNeverReadableByMoreThanTheFileItReplaces) {
+    const mode_t before = umask(0);
+    for (const mode_t mode : {0600U, 0640U, 0666U, 0400U, 0755U}) {
+        dir.write("a", "old");
+        chmod(dir.path("a").c_str(), mode);
+        {
+            const AtomicFile file = *AtomicFile::create(dir.path("a"), Access::of_old);
+            EXPECT_EQ(file.permissions(), mode) << "before its first byte";
+        }
+        ASSERT_TRUE(publish("a", "new", OnCollision::replace, Access::of_old).ok());
+        EXPECT_EQ(mode_of("a"), mode);
+        unlink(dir.path("a").c_str());
+    }
+    EXPECT_EQ(AtomicFile::create(dir.path("new"), Access::of_old)->permissions(), 0644U);
+    EXPECT_EQ(AtomicFile::create(dir.path("new"), Access::of_owner)->permissions(), 0600U);
+    umask(before);
 }
 
 TEST_F(Atomic, ARewriteKeepsThePermissionBits) {
