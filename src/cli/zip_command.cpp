@@ -7,15 +7,15 @@
 #include "files/path.h"
 #include "zip/archive_change.h"
 #include "zip/extraction.h"
+#include "zip/member_choice.h"
 #include "zip/tree_walk.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <memory>
-#include <numeric>
+#include <mutex>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace quill::cli {
@@ -32,8 +32,8 @@ struct ZipRequest {
     bool no_limits = false;
 };
 
-/// Returns the first line of the password file, without its end; empty where no file is named. An empty line is refused:
-/// it would store members unencrypted.
+/// Returns the first line of the password file, without its end; empty where no file is named. An empty line is
+/// refused: it would store members unencrypted.
 Result<std::string> read_password(const ZipRequest& request) {
     if (request.password_file.empty()) return std::string();
     Result<std::string> text = files::read_file(request.password_file);
@@ -45,33 +45,14 @@ Result<std::string> read_password(const ZipRequest& request) {
 
 /// The numbers of the members that `names` asks for: a member itself, or a directory and all that is in it. No names
 /// ask for all.
-std::vector<std::size_t> chosen_members(const zip::Archive& archive, const std::vector<std::string>& names,
+std::vector<std::size_t> chosen_members(const std::vector<zip::Member>& members, const std::vector<std::string>& names,
                                         ZipReport& report) {
-    const std::vector<zip::Member>& members = archive.members();
     std::vector<std::size_t> chosen;
-    if (names.empty()) {
-        chosen.resize(members.size());
-        std::iota(chosen.begin(), chosen.end(), std::size_t{0});
-        return chosen;
-    }
-    std::unordered_map<std::string_view, bool> wanted;
-    for (const std::string& name : names) wanted[name] = false;
-    const auto ask = [&](std::string_view name) {
-        const auto found = wanted.find(name);
-        if (found != wanted.end()) found->second = true;
-        return found != wanted.end();
-    };
+    zip::MemberChoice choice(names);
     for (std::size_t i = 0; i < members.size(); ++i) {
-        const std::string_view name = members[i].name;
-        bool is_chosen = ask(name);
-        for (std::size_t slash = name.find('/'); slash != std::string_view::npos; slash = name.find('/', slash + 1)) {
-            is_chosen = ask(name.substr(0, slash)) || ask(name.substr(0, slash + 1)) || is_chosen;
-        }
-        if (is_chosen) chosen.push_back(i);
+        if (choice.has(members[i].name)) chosen.push_back(i);
     }
-    for (const std::string& name : names) {
-        if (!wanted[name]) report.missing(name);
-    }
+    for (const std::string& name : choice.unmatched()) report.missing(name);
     return chosen;
 }
 
@@ -83,7 +64,8 @@ ExitStatus list(const ZipRequest& request, const Console& console) {
         return report.finish();
     }
     report.archive_problems(request.archive, *archive);
-    for (const std::size_t i : chosen_members(*archive, request.names, report)) report.list(archive->members()[i]);
+    for (const std::size_t i : chosen_members(archive->members(), request.names, report))
+        report.list(archive->members()[i]);
     return report.finish();
 }
 
@@ -96,29 +78,36 @@ ExitStatus read(const ZipRequest& request, const Console& console, bool write) {
     if (!archive) report.fail(request.archive, archive.error());
     if (!password || !archive) return report.finish();
     report.archive_problems(request.archive, *archive);
-    const std::vector<std::size_t> chosen = chosen_members(*archive, request.names, report);
+    const std::vector<std::size_t> chosen = chosen_members(archive->members(), request.names, report);
+
+    const zip::MemberPaths paths(archive->members());
 
     const Interruption interruption;
     ProgressBar bar(console, !request.quiet);
+    std::mutex terminal;
     zip::ExtractOptions options;
     options.password = *password;
     if (request.no_limits) options.limits = zip::Limits::lifted();
     options.progress = [&](const zip::Progress& progress) {
+        const std::lock_guard lock(terminal);
         bar.show(files::name_of(request.archive), progress.bytes_done, progress.bytes);
         return !Interruption::caught();
     };
-    const Result<std::vector<zip::MemberResult>> results =
-        write ? zip::extract_members(*archive, chosen, zip::member_paths(archive->members()), request.into, options)
-              : Result(zip::test_members(*archive, chosen, options));
+    const zip::TakeResult take = [&](const zip::MemberResult& result) {
+        if (Interruption::caught()) return;
+        const std::lock_guard lock(terminal);
+        bar.clear();
+        const bool is_here = result.path.empty() || request.into == ".";
+        report.add(archive->members()[result.member], result,
+                   is_here ? result.path : files::join(request.into, result.path));
+    };
+    const Status done = write ? zip::extract_members(*archive, chosen, paths, request.into, options, take)
+                              : zip::test_members(*archive, chosen, options, take);
     bar.clear();
-    if (!results) {
-        report.fail(request.into, results.error());
-        return report.finish();
-    }
-    for (const zip::MemberResult& result : *results) {
-        const std::string path =
-            result.path.empty() || request.into == "." ? result.path : files::join(request.into, result.path);
-        report.add(archive->members()[result.member], result, path);
+    if (!done && done.error().code == ErrorCode::limit) {
+        report.refuse(request.archive, done.error().text + "; --no-limits reads it all the same");
+    } else if (!done) {
+        report.fail(request.into, done.error());
     }
     if (archive->cut_short()) report.fail(request.archive, {ErrorCode::io, 0, "the file was cut while it was read"});
     return report.finish();
@@ -243,7 +232,11 @@ void add_zip_command(CLI::App& app, Work& work) {
                 ->type_name("FILE");
         }
         if (row.reads_members) {
-            command->add_flag("--no-limits", request->no_limits, "Read what looks like an archive bomb too");
+            command->add_flag(
+                "--no-limits", request->no_limits,
+                "Go on where an archive unpacks to more than 100 MB and 200 times its own size, to more than\n"
+                "100 GiB, to over 1,000,000 members, or to members that lie inside each other, as an\n"
+                "archive bomb does");
         }
         if (row.reads_members && !row.has_json) {
             command->add_option("--into", request->into, "Write below this directory, instead of the current one")

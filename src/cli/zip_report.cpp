@@ -86,6 +86,11 @@ void ZipReport::fail(std::string_view what, const Error& error) {
     console_.err << "quill: " << printable(what) << ": " << printable(error.text) << '\n';
 }
 
+void ZipReport::refuse(std::string_view archive, std::string_view reason) {
+    damaged_ = true;
+    console_.err << "quill: " << printable(archive) << ": " << printable(reason) << '\n';
+}
+
 void ZipReport::missing(std::string_view name) {
     fail(name, {ErrorCode::not_found, 0, "the archive has no such member"});
 }

@@ -27,6 +27,9 @@ class ZipReport {
     /// Says that `what` failed.
     void fail(std::string_view what, const Error& error);
 
+    /// Says that the archive is not read, and why.
+    void refuse(std::string_view archive, std::string_view reason);
+
     /// A name that was asked for and is not there.
     void missing(std::string_view name);
 

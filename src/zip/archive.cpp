@@ -22,7 +22,7 @@ constexpr std::size_t aes_method_at = 5;  // behind its version, "AE" and streng
 
 /// A directory behind bytes that begin with a member of their own may be that of an archive inside a member, left over
 /// when the end of the file around it was cut off.
-bool is_of_inner_archive(std::string_view bytes, const Directory& directory, const std::vector<Member>& scanned) {
+bool is_of_inner_archive(std::string_view bytes, const Directory& directory, const std::deque<Member>& scanned) {
     return directory.shift > 0 && std::any_of(scanned.begin(), scanned.end(), [&](const Member& member) {
                const auto header = parse_local_header(bytes, member.local_offset);
                const std::uint64_t begin = member.local_offset + (header ? header->size : 0);
@@ -30,14 +30,17 @@ bool is_of_inner_archive(std::string_view bytes, const Directory& directory, con
            });
 }
 
-/// Adds the members of `scanned` that the directory does not have.
-void add_missing(std::vector<Member>& members, std::vector<Member> scanned) {
+/// Adds the members of `scanned` that the directory does not have, up to `most` in all.
+void add_missing(std::vector<Member>& members, std::deque<Member> scanned, std::size_t most) {
     std::vector<std::uint64_t> known;
+    known.reserve(members.size());
     for (const Member& member : members) known.push_back(member.local_offset);
     std::sort(known.begin(), known.end());
-    for (Member& member : scanned) {
-        if (!std::binary_search(known.begin(), known.end(), member.local_offset)) members.push_back(std::move(member));
-    }
+    std::erase_if(scanned, [&](const Member& member) {
+        return std::binary_search(known.begin(), known.end(), member.local_offset);
+    });
+    members.reserve(std::min(most, members.size() + scanned.size()));
+    for (; !scanned.empty() && members.size() < most; scanned.pop_front()) members.push_back(scanned.front());
 }
 
 }  // namespace
@@ -93,30 +96,35 @@ Result<Archive> Archive::parse(std::string_view bytes) {
         archive.directory_ && archive.directory_->shift > 0 && get32(bytes, 0) == local_signature;
     const bool empty_but_something = archive.directory_ && archive.members_.empty() && archive.directory_->end > 0;
     if (!archive.directory_ || !archive.directory_whole_ || begins_with_another || empty_but_something) {
-        std::vector<Member> scanned = scan_local_headers(bytes);
-        if (archive.directory_ && is_of_inner_archive(bytes, *archive.directory_, scanned)) {
-            archive.directory_.reset();
-            archive.members_.clear();
-            archive.problems_.clear();
-        }
-        if (!archive.directory_ && scanned.empty()) {
+        if (!archive.recover(empty_but_something)) {
             return Error{ErrorCode::bad_input, 0, "this is no ZIP file: it has neither a directory nor a member"};
         }
-        if (!archive.directory_) {
-            archive.directory_whole_ = false;
-            archive.problems_.push_back(
-                {Grade::repaired,
-                 "no-directory",
-                 bytes.size(),
-                 {},
-                 "the directory at the end is missing; members were found by their own headers"});
-        }
-        if (empty_but_something && !scanned.empty()) archive.directory_whole_ = false;
-        if (!archive.directory_whole_) add_missing(archive.members_, std::move(scanned));
     }
-    decode_names(archive.members_);
+    decode_names(archive.members_, archive.names_);
     mark_overlaps(bytes, archive.directory_ ? archive.directory_->begin : bytes.size(), archive.members_);
     return archive;
+}
+
+/// Looks for members by their own headers. Returns false where there is neither a directory nor a member.
+bool Archive::recover(bool directory_is_empty) {
+    const std::size_t most = most_members(bytes_.size());
+    std::deque<Member> scanned = scan_local_headers(bytes_, most);
+    if (directory_ && is_of_inner_archive(bytes_, *directory_, scanned)) {
+        directory_.reset();
+        std::vector<Member>().swap(members_);
+        problems_.clear();
+    }
+    if (!directory_ && scanned.empty()) return false;
+    if (!directory_) {
+        problems_.push_back({Grade::repaired,
+                             "no-directory",
+                             bytes_.size(),
+                             {},
+                             "the directory at the end is missing; members were found by their own headers"});
+    }
+    if (!directory_ || (directory_is_empty && !scanned.empty())) directory_whole_ = false;
+    if (!directory_whole_) add_missing(members_, std::move(scanned), most);
+    return true;
 }
 
 bool Archive::is_sound() const {

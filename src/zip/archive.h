@@ -5,6 +5,7 @@
 #include "text/result.h"
 
 #include <cstdint>
+#include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,7 +18,7 @@ using codec::Problem;
 
 /// One member of an archive, as its central header tells it (its local header, where it was recovered from that).
 struct Member {
-    std::string name;           ///< UTF-8, as the archive has it: not safe as a path
+    std::string_view name;      ///< UTF-8, as the archive has it: not safe as a path
     std::string_view raw_name;  ///< the bytes in the archive
     std::string_view extra;     ///< its extra fields
     std::uint64_t compressed_size = 0;
@@ -31,12 +32,13 @@ struct Member {
     std::uint32_t external_attributes = 0;
     std::uint16_t made_by = 0;
     std::uint16_t flags = 0;
-    std::uint16_t method = 0;  ///< as stated; for AES see `content_method`
-    bool recovered = false;    ///< found by its local header, no directory entry vouches for it
-    bool sizes_known = true;   ///< false: `compressed_size` is only the most that it can be, CRC and size are not told
-    bool overlaps = false;     ///< its bytes begin inside another member or the directory
-    bool amended = false;      ///< its directory entry has a size that can't be right, and another was found
-    bool elsewhere = false;    ///< it lies in another volume of a split archive
+    std::uint16_t method = 0;    ///< as stated; for AES see `content_method`
+    bool recovered : 1 = false;  ///< found by its local header, no directory entry vouches for it
+    bool sizes_known : 1 =
+        true;                   ///< false: `compressed_size` is only the most that it can be, CRC and size are not told
+    bool overlaps : 1 = false;  ///< its bytes begin inside another member or the directory
+    bool amended : 1 = false;   ///< its directory entry has a size that can't be right, and another was found
+    bool elsewhere : 1 = false;  ///< it lies in another volume of a split archive
 
     bool is_encrypted() const;
     bool is_aes() const;
@@ -82,11 +84,13 @@ class Archive {
 
   private:
     Archive() = default;
+    bool recover(bool directory_is_empty);
 
     std::optional<files::MappedFile> file_;
     std::string_view bytes_;
     std::optional<Directory> directory_;
     std::vector<Member> members_;
+    std::deque<std::string> names_;  // that are not in the file as they are
     std::vector<Problem> problems_;
     bool directory_whole_ = true;
 };

@@ -64,8 +64,8 @@ struct Row {
     std::string password;            // of the one that was added
     std::uint64_t local_offset = 0;  // in the new file
 
-    const std::string& name(const std::optional<Archive>& old) const {
-        return added ? added->name : old->members()[*old_member].name;
+    std::string_view name(const std::optional<Archive>& old) const {
+        return added ? std::string_view(added->name) : old->members()[*old_member].name;
     }
 };
 
@@ -133,7 +133,7 @@ void ArchiveChange::State::open_rows() {
     const std::vector<Member>& members = old->members();
     for (std::size_t i = 0; i < members.size(); ++i) {
         rows.push_back({i, {}, {}, 0});
-        last_row[members[i].name] = i;
+        last_row[std::string(members[i].name)] = i;
         old_offsets.push_back(members[i].local_offset);
     }
     std::sort(old_offsets.begin(), old_offsets.end());
@@ -180,7 +180,7 @@ Status ArchiveChange::replace(std::size_t member, const std::string& file, const
     const std::vector<Row>& rows = state_->rows;
     const auto row = std::find_if(rows.begin(), rows.end(), [&](const Row& r) { return r.old_member == member; });
     if (row == rows.end()) return Error{ErrorCode::bad_argument, 0, "the archive has no such member"};
-    Result<PackedMember> packed = state_->pack(file, row->name(state_->old), options);
+    Result<PackedMember> packed = state_->pack(file, std::string(row->name(state_->old)), options);
     if (!packed) return packed.error();
     state_->put_row(static_cast<std::size_t>(row - rows.begin()), std::move(*packed), options.password);
     return Done{};
@@ -206,7 +206,7 @@ Status ArchiveChange::remove(const std::vector<std::size_t>& members) {
     for (const std::size_t number : numbers) state_->drop_old(number);
     std::erase_if(rows, is_dropped);
     state_->last_row.clear();
-    for (std::size_t i = 0; i < rows.size(); ++i) state_->last_row[rows[i].name(state_->old)] = i;
+    for (std::size_t i = 0; i < rows.size(); ++i) state_->last_row[std::string(rows[i].name(state_->old))] = i;
     return Done{};
 }
 

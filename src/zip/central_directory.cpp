@@ -127,14 +127,20 @@ std::optional<Directory> find_directory(std::string_view bytes) {
     }
 }
 
+std::size_t most_members(std::uint64_t archive_size) {
+    constexpr std::uint64_t always = 100'000;
+    return std::max(always, archive_size / (local_header_size + central_header_size));
+}
+
 DirectoryContent read_directory(std::string_view bytes, const Directory& directory) {
     DirectoryContent content;
     check_surroundings(bytes, directory, content.problems);
-    const std::uint64_t most = (directory.end - directory.begin) / central_header_size;
-    content.members.reserve(std::min(directory.stated_count, most));
+    const std::uint64_t most =
+        std::min((directory.end - directory.begin) / central_header_size, most_members(bytes.size()));
+    content.members.reserve(directory.wide_count ? std::min(directory.stated_count, most) : most);
     const std::uint32_t disk = own_disk(bytes, directory);
     std::uint64_t at = directory.begin;
-    while (at < directory.end) {
+    while (at < directory.end && content.members.size() < most) {
         if (const std::optional<Header> header = parse_central_header(bytes, at)) {
             content.members.push_back(member_of(*header, directory, at));
             content.members.back().elsewhere = header->disk != disk && !is_here(bytes, content.members.back());
@@ -148,6 +154,12 @@ DirectoryContent read_directory(std::string_view bytes, const Directory& directo
         at = next;
     }
     const std::uint64_t count = content.members.size();
+    if (at + central_header_size <= directory.end && count == most) {
+        content.whole = false;
+        content.problems.push_back(
+            {Grade::lost, "too-many", at, {}, "the directory has more entries than the file can have members"});
+        return content;
+    }
     const bool agrees =
         directory.wide_count ? count == directory.stated_count : count % count_modulus == directory.stated_count;
     if (!agrees) {

@@ -2,6 +2,8 @@
 
 #include "zip/archive.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -18,7 +20,11 @@ struct DirectoryContent {
     bool whole = true;  ///< false: headers in it are unreadable or missing, so members may be
 };
 
-/// Reads the headers of a directory. One that can't be read is passed over.
+/// How many members an archive of that many bytes can have: each needs two headers of its own. Small ones may have some
+/// more.
+std::size_t most_members(std::uint64_t archive_size);
+
+/// Reads the headers of a directory, at most `most_members`. One that can't be read is skipped.
 DirectoryContent read_directory(std::string_view bytes, const Directory& directory);
 
 }  // namespace quill::zip

@@ -176,8 +176,7 @@ std::shared_ptr<const OpenedArchive> ZipLibrary::open(const std::string& path) {
         fail(archive.error());
         return nullptr;
     }
-    ++times_parsed_;
-    std::vector<MemberPath> paths = member_paths(archive->members());
+    MemberPaths paths(archive->members());
     opened_ = std::make_shared<const OpenedArchive>(OpenedArchive{std::move(*archive), std::move(paths)});
     opened_state_ = std::make_unique<FileState>(state);
     return opened_;
@@ -186,13 +185,13 @@ std::shared_ptr<const OpenedArchive> ZipLibrary::open(const std::string& path) {
 std::int16_t ZipLibrary::tell_member(std::size_t number, ZipItemInfo& info) {
     if (number >= opened_->archive.members().size()) return library_no_more_members;
     const Member& member = opened_->archive.members()[number];
-    const MemberPath& path = opened_->paths[number];
+    MemberPath path = opened_->paths[number];
     info.number = static_cast<std::int64_t>(number);
     info.uncompressedSize = stated(member.uncompressed_size);
     info.compressedSize = stated(member.compressed_size);
     info.method = member.content_method();
     info.dateTime = date_time_text(member.dos_time);
-    info.fileName = path.renamed ? path.path : member.name;
+    info.fileName = path.renamed ? std::move(path.path) : std::string(member.name);
     info.attributes = attributes_of(member);
     return library_success;
 }
@@ -236,10 +235,10 @@ std::int16_t ZipLibrary::extract(const UnzipCommand& command, const UnzipStrings
     if (command.usePassword == flag_on) options.password = strings.password;
     options.limits = limits;
     options.progress = progress;
-    Result<std::vector<MemberResult>> results =
-        extract_members(opened->archive, wanted, opened->paths, strings.destinationDir, options);
-    if (!results) return fail(results.error());
-    extraction_ = std::move(*results);
+    options.confirm_large = confirm_large;
+    const Status extracted = extract_members(opened->archive, wanted, opened->paths, strings.destinationDir, options,
+                                             [&](MemberResult result) { extraction_.push_back(std::move(result)); });
+    if (!extracted) return fail(extracted.error());
     std::int16_t worst = library_success;
     for (const MemberResult& result : extraction_) {
         if (result.needs_password) return library_password;

@@ -34,7 +34,7 @@ std::string library_error_text(std::int16_t result);
 /// An archive as it was when it was read, and where its members go.
 struct OpenedArchive {
     Archive archive;
-    std::vector<MemberPath> paths;
+    MemberPaths paths;
 };
 
 /// The ZIP library behind the two entry points. The archive last opened stays open: it is read anew only when the file
@@ -48,7 +48,7 @@ class ZipLibrary {
     std::int16_t dzipVB(const ZipCommand& command, const ZipStrings& strings, ZipStatusBlock& status);
 
     /// Reads an archive's directory and extracts (functions 1, 2, 7 and 8). Files are written safely, as
-    /// extract_members does. A call with several items uses two threads.
+    /// extract_members does.
     std::int16_t dunzipVB(UnzipCommand& command, UnzipStrings& strings, ZipItemInfo& info, ZipStatusBlock& status);
 
     /// From here on the additions to one archive wait: their files are read and compressed at once, the archive is
@@ -57,19 +57,16 @@ class ZipLibrary {
     /// Writes what waits. The additions are lost where it fails.
     std::int16_t end_adding();
 
-    /// The archive at `path`, from memory where the file has not changed. Nullptr, with `last_error` set, where it
-    /// can't be read.
+    /// The archive at `path`, from memory where the file has not changed. Nullptr where it can't be read.
     std::shared_ptr<const OpenedArchive> open(const std::string& path);
 
-    /// Why the last call failed, for people; empty where it did not.
-    const Error& last_error() const { return error_; }
     /// What became of the items of the last function 8.
     const std::vector<MemberResult>& last_extraction() const { return extraction_; }
-    /// How many times an archive's directory has been read.
-    std::size_t times_parsed() const { return times_parsed_; }
 
-    /// Called during function 8; see ExtractOptions.
-    std::function<bool(const Progress&)> progress;
+    /// Called during additions, removals and function 8; false stops them with nothing half-written.
+    Watch progress;
+    /// Asked before function 8 writes more than the limits allow; see ExtractOptions.
+    std::function<bool(const Expansion&)> confirm_large;
     Limits limits;
 
   private:
@@ -91,7 +88,6 @@ class ZipLibrary {
     std::string waiting_for_;  // the path that `waiting_` was begun for
     Error error_;
     std::vector<MemberResult> extraction_;
-    std::size_t times_parsed_ = 0;
 };
 
 }  // namespace quill::zip

@@ -15,6 +15,8 @@ namespace {
 
 constexpr std::string_view utf8_page = "UTF-8";
 constexpr std::size_t most_names_looked_at = 2000;
+constexpr std::size_t most_decoded = 16U << 20U;
+constexpr std::string_view name_for_too_many = "unreadable";
 /// Asked in this order; a later one has to read better to be taken.
 constexpr std::array<std::string_view, 4> legacy_pages{"CP437", "CP866", "CP932", "CP1252"};
 
@@ -110,28 +112,33 @@ int score(std::string_view utf8) {
 }
 
 /// The name in the Unicode path field, if it is meant for this name (its CRC says so).
-std::optional<std::string> unicode_path(const Member& member) {
+std::optional<std::string_view> unicode_path(const Member& member) {
+    if (member.extra.empty()) return std::nullopt;
     const std::optional<std::string_view> field = extra_field(member.extra, extra_unicode_path);
     constexpr std::size_t name_at = 5;  // behind version and CRC
     if (!field || field->size() < name_at || field->front() != 1) return std::nullopt;
     const std::string_view name = field->substr(name_at);
     if (get32(*field, 1) != codec::crc32(0, member.raw_name) || !text::is_utf8(name)) return std::nullopt;
-    return std::string(name);
+    return name;
+}
+
+/// The name where it is in the file in UTF-8 and says so, or is ASCII.
+std::optional<std::string_view> plain_name(const Member& member) {
+    if (const std::optional<std::string_view> name = unicode_path(member)) return name;
+    const bool says_so = (member.flags & utf8_flag) != 0 && text::is_utf8(member.raw_name);
+    return says_so || is_ascii(member.raw_name) ? std::optional(member.raw_name) : std::nullopt;
 }
 
 }  // namespace
 
 std::string_view detect_code_page(const std::vector<std::string_view>& names) {
-    if (std::all_of(names.begin(), names.end(), [](std::string_view name) { return text::is_utf8(name); })) {
-        return utf8_page;
-    }
     std::string_view best = legacy_pages.front();
     std::optional<int> best_score;
     for (const std::string_view page : legacy_pages) {
         Converter converter(page);
         int sum = 0;
         bool defined = true;
-        for (std::size_t i = 0; i < names.size() && i < most_names_looked_at && defined; ++i) {
+        for (std::size_t i = 0; i < names.size() && defined; ++i) {
             const std::optional<std::string> name = converter.convert(names[i]);
             defined = name.has_value();
             if (defined) sum += score(*name);
@@ -149,30 +156,26 @@ std::string from_code_page(std::string_view bytes, std::string_view code_page) {
     return Converter(code_page).convert(bytes).value_or(text::windows_1252_to_utf8(bytes));
 }
 
-void decode_names(std::vector<Member>& members) {
-    std::vector<Member*> silent;
-    std::vector<std::string_view> names;
+void decode_names(std::vector<Member>& members, std::deque<std::string>& decoded) {
+    std::vector<std::string_view> sample;
+    bool all_utf8 = true;
     for (Member& member : members) {
-        const bool plain = is_ascii(member.raw_name);
-        if (!plain || !member.extra.empty()) {
-            if (std::optional<std::string> name = unicode_path(member)) {
-                member.name = std::move(*name);
-                continue;
-            }
-        }
-        if (plain || ((member.flags & utf8_flag) != 0 && text::is_utf8(member.raw_name))) {
-            member.name = member.raw_name;
-        } else {
-            silent.push_back(&member);
-            names.push_back(member.raw_name);
-        }
+        const std::optional<std::string_view> name = plain_name(member);
+        member.name = name.value_or(std::string_view());
+        if (name) continue;
+        all_utf8 = all_utf8 && text::is_utf8(member.raw_name);
+        if (sample.size() < most_names_looked_at) sample.push_back(member.raw_name);
     }
-    if (silent.empty()) return;
-    const std::string_view page = detect_code_page(names);
-    Converter converter(page);
-    for (Member* member : silent) {
-        const std::optional<std::string> name = converter.convert(member->raw_name);
-        member->name = name ? *name : text::to_utf8(member->raw_name);
+    if (sample.empty()) return;
+    Converter converter(all_utf8 ? utf8_page : detect_code_page(sample));
+    std::size_t decoded_size = 0;
+    for (Member& member : members) {
+        if (!member.name.empty() || is_ascii(member.raw_name)) continue;
+        member.name = all_utf8 ? member.raw_name : name_for_too_many;
+        if (all_utf8 || decoded_size > most_decoded) continue;
+        const std::optional<std::string> name = converter.convert(member.raw_name);
+        member.name = decoded.emplace_back(name ? *name : text::to_utf8(member.raw_name));
+        decoded_size += member.name.size();
     }
 }
 

@@ -1,18 +1,16 @@
 #include "zip/member_paths.h"
 
 #include "files/names.h"
-#include "files/path.h"
-#include "text/ascii.h"
 
 #include <algorithm>
-#include <unordered_map>
-#include <utility>
 
 namespace quill::zip {
 namespace {
 
 constexpr std::string_view name_for_nothing = "unnamed";
 constexpr std::size_t longest_path = 4000;
+constexpr std::size_t most_directories = 100;
+constexpr std::size_t usual_directories = 65536;  // beyond one for each member
 constexpr std::size_t longest_part = 255;
 
 bool is_slash(char c) {
@@ -28,64 +26,37 @@ std::string safe_part(std::string_view part) {
     return rest.size() + dots <= longest_part ? std::string(dots, '.') + rest : rest;
 }
 
-/// Paths already given, in lower case, and whether a directory is meant.
-class Taken {
+/// Puts members into a tree, each under a name of its own.
+class Placer {
   public:
-    /// Makes `path` one that nobody has, and takes it and the directories that lead to it.
-    std::string take(std::string path, bool directory) {
-        path = free_directories(std::move(path));
-        const auto known = taken_.find(text::to_lower(path));
-        if (known == taken_.end() || (directory && known->second)) {
-            taken_[text::to_lower(path)] = directory;
-            return path;
+    Placer(PathTree& tree, std::size_t members) : tree_(tree), directories_left_(usual_directories + members) {}
+
+    PathTree::Id place(std::string_view path, bool is_directory) {
+        PathTree::Id at = PathTree::root;
+        for (std::size_t slash = path.find('/'); slash != std::string_view::npos; slash = path.find('/')) {
+            at = enter(at, std::string(path.substr(0, slash)));
+            path.remove_prefix(slash + 1);
         }
-        const std::string dir = files::dir_of(path), name = files::name_of(path);
-        unsigned& number = numbers_[text::to_lower(path)];
-        number = std::max(number, 1U);
-        std::string numbered;
-        do {
-            numbered = files::join(dir, files::numbered_name(name, ++number));
-        } while (taken_.count(text::to_lower(numbered)) != 0);
-        taken_[text::to_lower(numbered)] = directory;
-        return numbered;
+        const PathTree::Id known = tree_.find(at, path);
+        if (known != PathTree::none && is_directory && tree_.is_directory(known)) return known;
+        return tree_.add_numbered(at, std::string(path), false, is_directory);
     }
 
   private:
-    /// Gives a directory of `path` another name where a file has its name.
-    std::string free_directories(std::string path) {
-        const std::size_t last = path.rfind('/');
-        if (last == std::string::npos || path.compare(0, last, last_directory_) == 0) return path;
-        for (std::size_t slash = path.find('/'); slash != std::string::npos; slash = path.find('/', slash + 1)) {
-            const std::string dir = path.substr(0, slash);
-            const auto known = taken_.find(text::to_lower(dir));
-            if (known == taken_.end()) {
-                taken_[text::to_lower(dir)] = true;
-            } else if (!known->second) {
-                unsigned number = 2;
-                const std::string parent = files::dir_of(dir), name = files::name_of(dir);
-                const auto candidate = [&] { return files::join(parent, files::numbered_name(name, number)); };
-                while (is_file(candidate())) ++number;
-                const std::string other = candidate();
-                path.replace(0, slash, other);
-                slash = other.size();
-                taken_[text::to_lower(other)] = true;
-            }
-        }
-        last_directory_ = path.substr(0, path.rfind('/'));
-        return path;
+    /// Stays where it is when there are too many directories.
+    PathTree::Id enter(PathTree::Id at, const std::string& name) {
+        if (directories_left_ == 0 && tree_.find(at, name) == PathTree::none) return at;
+        const std::size_t before = tree_.size();
+        at = tree_.enter(at, name);
+        directories_left_ -= std::min(directories_left_, tree_.size() - before);
+        return at;
     }
 
-    bool is_file(const std::string& path) const {
-        const auto known = taken_.find(text::to_lower(path));
-        return known != taken_.end() && !known->second;
-    }
-
-    std::unordered_map<std::string, bool> taken_;
-    std::unordered_map<std::string, unsigned> numbers_;
-    std::string last_directory_;
+    PathTree& tree_;
+    std::size_t directories_left_;
 };
 
-std::string without_slash_at_end(const std::string& name) {
+std::string_view without_slash_at_end(std::string_view name) {
     return !name.empty() && is_slash(name.back()) ? name.substr(0, name.size() - 1) : name;
 }
 
@@ -93,29 +64,33 @@ std::string without_slash_at_end(const std::string& name) {
 
 std::string safe_path(std::string_view name) {
     std::string path;
+    std::size_t directories = 0;
     while (!name.empty()) {
         const auto slash = static_cast<std::size_t>(std::find_if(name.begin(), name.end(), is_slash) - name.begin());
         const std::string part = safe_part(name.substr(0, slash));
         name.remove_prefix(std::min(slash + 1, name.size()));
-        if (part.empty() || path.size() + part.size() > longest_path) continue;
+        if (part.empty()) continue;
+        // Where it gets too deep or too long, the part before makes room.
+        const bool fits = directories < most_directories && path.size() + part.size() < longest_path;
+        if (!fits) path.resize(path.rfind('/') == std::string::npos ? 0 : path.rfind('/'));
+        if (fits && !path.empty()) ++directories;
         if (!path.empty()) path += '/';
         path += part;
     }
     return path;
 }
 
-std::vector<MemberPath> member_paths(const std::vector<Member>& members) {
-    std::vector<MemberPath> paths;
-    paths.reserve(members.size());
-    Taken taken;
+MemberPaths::MemberPaths(const std::vector<Member>& members) : tree_(members.size()) {
+    ids_.reserve(members.size());
+    renamed_.reserve(members.size());
+    Placer placer(tree_, members.size());
     for (const Member& member : members) {
         std::string path = safe_path(member.name);
         if (path.empty()) path = name_for_nothing;
-        path = taken.take(std::move(path), member.is_directory());
-        const bool renamed = path != without_slash_at_end(member.name);
-        paths.push_back({std::move(path), renamed});
+        ids_.push_back(placer.place(path, member.is_directory()));
+        renamed_.push_back(tree_.path(ids_.back()) != without_slash_at_end(member.name));
     }
-    return paths;
+    tree_.forget_names_index();
 }
 
 }  // namespace quill::zip

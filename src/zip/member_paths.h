@@ -1,7 +1,10 @@
 #pragma once
 
 #include "zip/archive.h"
+#include "zip/path_tree.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,8 +18,24 @@ struct MemberPath {
 };
 
 /// A path for each member of an archive. None climbs, is absolute or leads through another member's file; no two are
-/// equal, nor differ only in the case of A to Z: the later of such members gets a number (`a (2).txt`).
-std::vector<MemberPath> member_paths(const std::vector<Member>& members);
+/// equal, nor differ only in the case of A to Z: the later of such members gets a number (`a (2).txt`). A path has at
+/// most 100 directories; of deeper ones, and of more directories than an archive of so many members has, the innermost
+/// are left out. Time and memory grow with the length of the names.
+class MemberPaths {
+  public:
+    explicit MemberPaths(const std::vector<Member>& members);
+
+    std::size_t size() const { return ids_.size(); }
+    MemberPath operator[](std::size_t member) const { return {tree_.path(ids_[member]), renamed_[member]}; }
+
+    /// How many comparisons of names it took.
+    std::uint64_t steps() const { return tree_.steps(); }
+
+  private:
+    PathTree tree_;
+    std::vector<PathTree::Id> ids_;
+    std::vector<bool> renamed_;
+};
 
 /// The safe relative path of one member's name; empty where nothing of it is left.
 std::string safe_path(std::string_view name);

@@ -168,8 +168,8 @@ bool MemberReader::locate(const Member& member, Source& source, Content& content
     source.data = slice(bytes, source.at, member.compressed_size);
     if (local->name != member.raw_name) {
         tell(content, Grade::damaged, "names-differ", at,
-             "its own header calls it \"" + text::to_utf8(local->name) + "\", the directory calls it \"" + member.name +
-                 "\"");
+             "its own header calls it \"" + text::to_utf8(local->name) + "\", the directory calls it \"" +
+                 std::string(member.name) + "\"");
     }
     const bool silent = !states_sizes(*local);
     const bool sizes_differ = local->compressed_size != member.compressed_size ||

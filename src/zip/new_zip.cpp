@@ -21,6 +21,8 @@ namespace {
 constexpr auto no_archive_name = "No ZIP File Selected";
 constexpr auto save_failed =
     "  No file was select to save changes to. Read the Help file on how to save changes to files within a ZIP file.";
+constexpr auto large_question =
+    ". Small archives that unpack to so much are made to fill a disk. Do you want to extract it all the same?";
 constexpr std::size_t rows_worth_a_progress = 20;
 
 }  // namespace
@@ -29,7 +31,15 @@ std::size_t CountSelected(const controls::ListBox& list) {
     return list.chosen_rows().size();
 }
 
-NewZIP::NewZIP(shell::Context& context, MakeOutput make_output) : context_(context), library_(std::move(make_output)) {}
+NewZIP::NewZIP(shell::Context& context, MakeOutput make_output) : context_(context), library_(std::move(make_output)) {
+    library_.progress = [this](const Progress& done) { return !progress || progress(done); };
+    library_.confirm_large = [this](const Expansion& expansion) {
+        return context_.platform.ask({.text = "This archive unpacks to " + expansion.text() + large_question,
+                                      .title = "Large archive",
+                                      .no_is_default = true,
+                                      .question_mark = true});
+    };
+}
 
 void NewZIP::InitZipRecord(ZipCommand& record) {
     record = {};
@@ -262,11 +272,10 @@ bool NewZIP::ReportContents(Form1& window) {
     return listing.reached_end;
 }
 
-void NewZIP::show_progress(ArchiveView view, const Progress& progress) {
+void NewZIP::show_progress(ArchiveView view, const Progress& done) {
     auto& main = context_.windows.load<shell::swit>();
-    const double part = progress.bytes == 0
-                            ? static_cast<double>(progress.members_done) / static_cast<double>(progress.members)
-                            : static_cast<double>(progress.bytes_done) / static_cast<double>(progress.bytes);
+    const double part = done.bytes == 0 ? static_cast<double>(done.members_done) / static_cast<double>(done.members)
+                                        : static_cast<double>(done.bytes_done) / static_cast<double>(done.bytes);
     main.Picture5.visible = true;
     view.percent.text = std::to_string(static_cast<int>(part * 100)) + "%";
     main.Picture6.left = static_cast<int>(part * main.Picture5.width);
@@ -301,12 +310,12 @@ std::int16_t NewZIP::ExtractRows(ArchiveView view, const std::vector<std::size_t
         copies_.remove_untouched(row);
         unzip_strings_.itemList.push_back({name_in_row(view.List1.items().at(row)), row});
     }
-    library_.progress = [&](const Progress& progress) {
-        show_progress(view, progress);
-        return true;
+    library_.progress = [&](const Progress& done) {
+        show_progress(view, done);
+        return !progress || progress(done);
     };
     const std::int16_t result = library_.dunzipVB(unzip_command_, unzip_strings_, item_info_, status_block_);
-    library_.progress = {};
+    library_.progress = [this](const Progress& done) { return !progress || progress(done); };
     const std::shared_ptr<const OpenedArchive> opened = library_.open(archive_path());
     if (!opened) return result;
     for (const MemberResult& extracted : library_.last_extraction()) copies_.record(opened->archive, extracted);

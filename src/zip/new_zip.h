@@ -64,6 +64,10 @@ class NewZIP {
 
     ZipLibrary& library() { return library_; }
 
+    /// Called periodically by every operation that reads or writes members; returns false to stop it. A stopped
+    /// operation leaves the archive as it was; files that were extracted by then stay.
+    Watch progress;
+
     /// The one place where a status line can be attached.
     std::function<void(int pane, int percent, const std::string& text)> ZipStatus;
     std::function<void()> ZipStatusClear;
@@ -89,7 +93,7 @@ class NewZIP {
     std::string put_copy(const std::string& file, std::size_t row, const std::string& path);
     void forget_copies_of_others();
     void use_work_dir();
-    void show_progress(ArchiveView view, const Progress& progress);
+    void show_progress(ArchiveView view, const Progress& done);
 
     shell::Context& context_;
     ZipLibrary library_;

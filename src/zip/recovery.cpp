@@ -27,10 +27,10 @@ class Scan {
   public:
     explicit Scan(std::string_view bytes) : bytes_(bytes), budget_(least_budget + bytes.size() * budget_per_byte) {}
 
-    std::vector<Member> members() {
-        std::vector<Member> found;
+    std::deque<Member> members(std::size_t most) {
+        std::deque<Member> found;
         std::uint64_t at = next_header(0);
-        while (at < bytes_.size()) {
+        while (at < bytes_.size() && found.size() < most) {
             const std::optional<Header> header = plausible_header(at);
             found.push_back(member_at(at, *header));
             at = next_header(at + header->size + found.back().compressed_size);
@@ -148,8 +148,8 @@ class Scan {
 
 }  // namespace
 
-std::vector<Member> scan_local_headers(std::string_view bytes) {
-    return Scan(bytes).members();
+std::deque<Member> scan_local_headers(std::string_view bytes, std::size_t most) {
+    return Scan(bytes).members(most);
 }
 
 }  // namespace quill::zip

@@ -31,7 +31,7 @@ std::optional<WorkCopy>& WorkCopies::at(std::size_t member) {
 void WorkCopies::record(const Archive& archive, const MemberResult& result) {
     if (result.member >= archive.members().size()) return;
     const Member& member = archive.members()[result.member];
-    WorkCopy& copy = at(result.member).emplace(WorkCopy{member.name, result, {}, member.crc});
+    WorkCopy& copy = at(result.member).emplace(WorkCopy{std::string(member.name), result, {}, member.crc});
     if (copy.result.path.empty() || member.is_directory()) return;
     const std::string path = files::join(directory_, copy.result.path);
     copy.stamp = files::stamp_of(path);

@@ -41,5 +41,52 @@ TEST_F(ZipCommandTest, AMemberWithTwoNamesIsReportedUnderBoth) {
     EXPECT_THAT(out, HasSubstr("\"names-differ\""));
 }
 
+TEST_F(ZipCommandTest, ABombIsRefusedUnlessLimitsAreLifted) {
+    const std::string packed(110'000, '\xFF');
+    directory.write("a.zip",
+                    ArchiveBuilder()
+                        .add("small", "x")
+                        .add("bomb", "", {.method = zip::method_deflated, .packed = packed, .stated_size = 110'000'000})
+                        .finish());
+    const std::string into = directory.make_directory("into");
+    EXPECT_EQ(call({"zip", "extract", path("a.zip"), "--into", into}), ExitStatus::damaged);
+    EXPECT_THAT(err, HasSubstr("110,000,001 bytes"));
+    EXPECT_THAT(err, HasSubstr("--no-limits"));
+    EXPECT_FALSE(directory.has("into/small"));
+    EXPECT_EQ(call({"zip", "test", path("a.zip")}), ExitStatus::damaged);
+    EXPECT_EQ(out, "");
+    EXPECT_EQ(call({"zip", "extract", path("a.zip"), "small", "--into", into}), ExitStatus::good);
+    EXPECT_EQ(call({"zip", "extract", path("a.zip"), "--into", into, "--no-limits"}), ExitStatus::damaged);
+    EXPECT_TRUE(directory.has("into/small (2)"));
+    EXPECT_EQ(call({"zip", "extract", "--help"}), ExitStatus::good);
+    EXPECT_THAT(out, HasSubstr("100 MB and 200 times"));
+}
+
+TEST_F(ZipCommandTest, NamesAskForDirectoriesWithAndWithoutASlash) {
+    directory.write("a.zip",
+                    ArchiveBuilder().add("t/s/x", "1").add("t/s/", "").add("t/sx", "2").add("u", "3").finish());
+    const struct {
+        std::vector<std::string> names;
+        ExitStatus status;
+        std::string found;  // the first letters of the lines, members by number
+    } cases[] = {
+        {{}, ExitStatus::good, "t/s/x t/s/ t/sx u "},
+        {{"t/s"}, ExitStatus::good, "t/s/x t/s/ "},
+        {{"t/s/"}, ExitStatus::good, "t/s/x t/s/ "},
+        {{"t", "t/s", "u", "u"}, ExitStatus::good, "t/s/x t/s/ t/sx u "},
+        {{"u/"}, ExitStatus::failed, ""},
+        {{"t/sx", "gone"}, ExitStatus::failed, "t/sx "},
+    };
+    for (const auto& c : cases) {
+        std::vector<std::string> arguments{"zip", "list", path("a.zip")};
+        arguments.insert(arguments.end(), c.names.begin(), c.names.end());
+        EXPECT_EQ(call(arguments), c.status);
+        std::string found;
+        std::istringstream lines(out);
+        for (std::string line; std::getline(lines, line);) found += line.substr(0, line.find('\t')) + " ";
+        EXPECT_EQ(found, c.found);
+    }
+}
+
 }  // namespace
 }  // namespace quill::cli

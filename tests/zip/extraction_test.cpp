@@ -24,9 +24,14 @@ std::vector<MemberResult> extract_all(const std::string& bytes, const std::strin
     std::iota(all.begin(), all.end(), std::size_t{0});
     ExtractOptions options;
     options.threads = threads;
-    auto results = extract_members(*archive, all, member_paths(archive->members()), directory, options);
-    EXPECT_TRUE(results.ok());
-    return *results;
+    std::vector<MemberResult> results;
+    EXPECT_TRUE(
+        extract_members(*archive, all, MemberPaths(archive->members()), directory, options, [&](MemberResult result) {
+            results.push_back(std::move(result));
+        }).ok());
+    for (std::size_t i = 0; i < results.size(); ++i) EXPECT_EQ(results[i].member, i);
+    EXPECT_EQ(results.size(), all.size());
+    return results;
 }
 
 std::string kinds(const MemberResult& result) {
@@ -80,7 +85,8 @@ TEST(MemberPaths, KeepEveryMemberApart) {
     const Result<Archive> archive = Archive::parse(bytes);
     ASSERT_TRUE(archive.ok());
     std::vector<std::string> paths;
-    for (const MemberPath& path : member_paths(archive->members())) paths.push_back(path.path);
+    const MemberPaths found(archive->members());
+    for (std::size_t i = 0; i < found.size(); ++i) paths.push_back(found[i].path);
     EXPECT_THAT(paths, ::testing::ElementsAre("a.txt", "A (2).TXT", "a (3).txt", "a (4).txt", "x", "x (2)/y", "x (2)/z",
                                               "d", "d (2)", "unnamed"));
 }
@@ -193,11 +199,87 @@ TEST(Extraction, CanBeStopped) {
         EXPECT_LE(progress.members_done, progress.members);
         return false;
     };
-    const auto results = extract_members(*archive, {0, 1}, member_paths(archive->members()), dir.path(), options);
-    ASSERT_TRUE(results.ok());
-    EXPECT_GT(calls, 0U);
-    for (const MemberResult& result : *results)
+    const auto check = [](const MemberResult& result) {
         EXPECT_TRUE(result.fate == Fate::verified || kinds(result) == "cancelled");
+    };
+    ASSERT_TRUE(extract_members(*archive, {0, 1}, MemberPaths(archive->members()), dir.path(), options, check).ok());
+    EXPECT_GT(calls, 0U);
+}
+
+TEST(Extraction, AStopInALargeMemberLeavesNothingOfIt) {
+    const TemporaryDirectory dir;
+    const std::string bytes = ArchiveBuilder().add("large", std::string(300'000'000, 'x')).finish();
+    const Result<Archive> archive = Archive::parse(bytes);
+    ASSERT_TRUE(archive.ok());
+    ExtractOptions options;
+    options.progress = [&](const Progress& progress) { return progress.bytes_done == 0; };
+    std::string problems;
+    ASSERT_TRUE(extract_members(*archive, {0}, MemberPaths(archive->members()), dir.path(), options,
+                                [&](const MemberResult& result) { problems = kinds(result); })
+                    .ok());
+    EXPECT_EQ(problems, "cancelled");
+    EXPECT_THAT(dir.names(), ::testing::IsEmpty());
+}
+
+TEST(Extraction, ABombIsAskedAboutBeforeAnythingIsWritten) {
+    const TemporaryDirectory dir;
+    const std::string bytes = ArchiveBuilder().add("a", std::string(600, 'a')).add("b", std::string(600, 'b')).finish();
+    const Result<Archive> archive = Archive::parse(bytes);
+    ASSERT_TRUE(archive.ok());
+    ExtractOptions options;
+    options.limits = {.most_ratio = 0, .free_bytes = 1000};
+    std::size_t count = 0;
+    const auto run = [&](const std::vector<std::size_t>& wanted) {
+        return extract_members(*archive, wanted, MemberPaths(archive->members()), dir.path(), options,
+                               [&](const MemberResult&) { ++count; });
+    };
+    EXPECT_EQ(run({0, 1}).error().code, ErrorCode::limit);
+    EXPECT_THAT(dir.names(), ::testing::IsEmpty());
+    EXPECT_EQ(count, 0U);
+    Expansion asked;
+    bool answer = false;
+    options.confirm_large = [&](const Expansion& expansion) {
+        asked = expansion;
+        return answer;
+    };
+    EXPECT_FALSE(run({0, 1}).ok());
+    EXPECT_EQ(asked.bytes, 1200U);
+    EXPECT_EQ(asked.archive_size, bytes.size());
+    answer = true;
+    EXPECT_TRUE(run({0, 1}).ok());
+    EXPECT_THAT(dir.names(), ::testing::ElementsAre("a", "b"));
+    asked = {};
+    EXPECT_TRUE(run({0}).ok());  // one alone is no bomb
+    EXPECT_EQ(asked.bytes, 0U);
+}
+
+TEST(Limits, AreAHundredMegabytesAndTwoHundredTimesTheArchive) {
+    EXPECT_EQ(Limits().bytes_for(300), 100'000'000U);
+    EXPECT_EQ(Limits().bytes_for(1'000'000), 200'000'000U);
+    EXPECT_EQ(Limits().bytes_for(std::uint64_t{1} << 40U), std::uint64_t{100} << 30U);
+}
+
+TEST(MemberPaths, AFileInTheWayOfADirectoryIsPassedOnce) {
+    ArchiveBuilder builder;
+    builder.add("a", "").add("a (2)/", "").add("a/x", "").add("a (3)", "").add("A/y", "").add("a", "").add("a/z", "");
+    const std::string bytes = builder.finish();
+    const Result<Archive> archive = Archive::parse(bytes);
+    ASSERT_TRUE(archive.ok());
+    const MemberPaths paths(archive->members());
+    std::vector<std::string> found;
+    for (std::size_t i = 0; i < paths.size(); ++i) found.push_back(paths[i].path);
+    EXPECT_THAT(found, ::testing::ElementsAre("a", "a (2)", "a (2)/x", "a (3)", "a (2)/y", "a (4)", "a (2)/z"));
+}
+
+TEST(MemberPaths, DeepNamesKeepTheirLastPart) {
+    std::string deep;
+    for (int i = 0; i < 500; ++i) deep += "d" + std::to_string(i) + "/";
+    const std::string path = safe_path(deep + "file.txt");
+    EXPECT_EQ(std::count(path.begin(), path.end(), '/'), 100);
+    EXPECT_EQ(path.substr(path.rfind('/')), "/file.txt");
+    std::string long_name;
+    for (int i = 0; i < 40; ++i) long_name += std::string(200, 'x') + "/";
+    EXPECT_LT(safe_path(long_name + "file.txt").size(), 4096U);
 }
 
 }  // namespace

@@ -57,6 +57,17 @@ struct ZipProgram : tests::Program {
     }
 };
 
+TEST(NewZip, ALargeExpansionIsAskedAbout) {
+    for (const bool answer : {false, true}) {
+        ZipProgram p(ArchiveBuilder().add("a", std::string(500, 'a')).add("b", std::string(500, 'b')).finish());
+        p.zip.library().limits = {.most_ratio = 0, .free_bytes = 700};
+        p.platform.expect_question("1,000 bytes", answer);
+        p.open();
+        EXPECT_EQ(p.dir.has("work/a"), answer);
+        EXPECT_EQ(p.dir.has("work/b"), answer);
+    }
+}
+
 TEST(MemberRow, HasFiveColumns) {
     ZipItemInfo info;
     info.uncompressedSize = 100;

@@ -24,8 +24,9 @@ struct Extracted {
     explicit Extracted(std::string zip = ArchiveBuilder().add("letter", "12345").finish())
         : bytes(std::move(zip)), archive(*Archive::parse(bytes)) {
         copies.begin(dir.path());
-        const auto results = extract_members(archive, {0}, member_paths(archive.members()), dir.path(), {});
-        copies.record(archive, results->front());
+        EXPECT_TRUE(extract_members(archive, {0}, MemberPaths(archive.members()), dir.path(), {},
+                                    [&](const MemberResult& result) { copies.record(archive, result); })
+                        .ok());
     }
 };
 

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace quill::zip {
+
+/// Members that are asked for by their names, or by those of directories that they are in, with or without a slash at
+/// the end. Asking takes time linear in the member's name, however many names there are.
+class MemberChoice {
+  public:
+    /// `names` must outlive it. No names ask for all members.
+    explicit MemberChoice(const std::vector<std::string>& names);
+
+    /// Whether one of the names asks for the member.
+    bool has(std::string_view member_name);
+    /// The names that have asked for no member so far.
+    std::vector<std::string> unmatched() const;
+    /// How many names have been compared with a part of a member's name.
+    std::uint64_t steps() const { return steps_; }
+
+  private:
+    bool asks(std::uint64_t hash, std::string_view prefix, bool is_chosen);
+
+    const std::vector<std::string>& names_;
+    std::unordered_multimap<std::uint64_t, std::size_t> by_hash_;
+    std::vector<bool> matched_;
+    std::uint64_t steps_ = 0;
+};
+
+}  // namespace quill::zip
