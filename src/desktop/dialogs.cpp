@@ -3,6 +3,7 @@
 #include "desktop/pieces.h"
 #include "desktop/shown_text.h"
 #include "files/directory.h"
+#include "files/path.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>
@@ -66,6 +67,7 @@ BoxDialogs::BoxDialogs(EventLoop& events, Views& views) : events_(events), views
 int BoxDialogs::run(QDialog& box) {
     events_.check_ended();
     views_.sync_all();
+    const EventLoop::WaitsForUser waits(events_);
     const int answer = box.exec();
     events_.check_ended();
     return answer;
@@ -85,6 +87,19 @@ bool BoxDialogs::ask(const platform::Question& question) {
     box.setDefaultButton(question.no_is_default ? QMessageBox::No : QMessageBox::Yes);
     box.setEscapeButton(QMessageBox::No);
     return run(box) == QMessageBox::Yes;
+}
+
+platform::Collision BoxDialogs::ask_about_existing(const std::string& path) {
+    QMessageBox box(QApplication::activeWindow());
+    fill(box, "There is already a file called " + files::name_of(path) + " in " + files::dir_of(path) + ".",
+         "The file exists", QMessageBox::Question);
+    const QAbstractButton* replace = box.addButton(QStringLiteral("&Replace it"), QMessageBox::DestructiveRole);
+    QPushButton* keep = box.addButton(QStringLiteral("&Keep both"), QMessageBox::AcceptRole);
+    box.setEscapeButton(box.addButton(QMessageBox::Cancel));
+    box.setDefaultButton(keep);
+    run(box);
+    if (box.clickedButton() == replace) return platform::Collision::replace;
+    return box.clickedButton() == keep ? platform::Collision::keep_both : platform::Collision::cancel;
 }
 
 std::string BoxDialogs::input(const platform::Prompt& prompt) {

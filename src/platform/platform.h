@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,13 @@ struct Question {
     std::string title = {};
     bool no_is_default = false;
     bool question_mark = false;
+};
+
+/// What to do where a new file would get the name of one that is there already.
+enum class Collision : std::uint8_t {
+    replace,    ///< the new file takes the place of the old one
+    keep_both,  ///< the new file gets a free name
+    cancel      ///< no new file is made
 };
 
 /// A request for one line of text.
@@ -45,6 +53,8 @@ class Dialogs {
     virtual void message(const std::string& text, const std::string& title) = 0;
     /// True for Yes; closing the box is a No.
     virtual bool ask(const Question& question) = 0;
+    /// Asks about the file that is at `path` already; closing the box is a Cancel.
+    virtual Collision ask_about_existing(const std::string& path) = 0;
     /// The line typed; empty for Cancel.
     virtual std::string input(const Prompt& prompt) = 0;
     /// The absolute path of the file chosen; empty for Cancel.
@@ -107,6 +117,7 @@ class Platform {
 
     void message(const std::string& text, const std::string& title = {}) { dialogs().message(text, title); }
     bool ask(const Question& question) { return dialogs().ask(question); }
+    Collision ask_about_existing(const std::string& path) { return dialogs().ask_about_existing(path); }
     std::string input(const Prompt& prompt) { return dialogs().input(prompt); }
     std::string choose_file(const FileRequest& request) { return dialogs().choose_file(request); }
     void repaint(controls::Window& window) { display().repaint(window); }

@@ -17,6 +17,7 @@ TEST(ScriptedPlatform, AnswersInTheOrderOfTheScriptAndRecords) {
     bool looked = false;
     scripted.expect_question("go on", true, [&] { looked = true; });
     scripted.expect_input("name", "photo.jpg");
+    scripted.expect_collision("a.UUE", platform::Collision::keep_both);
     scripted.expect_message("done");
     scripted.expect_file_request("Select", "/a/b");
 
@@ -24,6 +25,7 @@ TEST(ScriptedPlatform, AnswersInTheOrderOfTheScriptAndRecords) {
     EXPECT_TRUE(platform.ask({.text = "Shall I go on?", .no_is_default = true}));
     EXPECT_TRUE(looked);
     EXPECT_EQ(platform.input({.text = "What name?"}), "photo.jpg");
+    EXPECT_EQ(platform.ask_about_existing("/d/a.UUE"), platform::Collision::keep_both);
     platform.message("All done.");
     EXPECT_EQ(platform.choose_file({.title = "Select a file"}), "/a/b");
     platform.opener().start("editor", {"a b"}, "/d");

@@ -18,6 +18,8 @@ std::string ScriptedPlatform::describe(Kind kind) {
             return "message";
         case Kind::question:
             return "question";
+        case Kind::collision:
+            return "question about a file that exists";
         case Kind::input:
             return "input box";
         case Kind::file_request:
@@ -32,6 +34,10 @@ void ScriptedPlatform::expect_message(std::string part, controls::Action meanwhi
 
 void ScriptedPlatform::expect_question(std::string part, bool yes, controls::Action meanwhile) {
     script_.push_back({Kind::question, std::move(part), {}, yes, std::move(meanwhile)});
+}
+
+void ScriptedPlatform::expect_collision(std::string part, platform::Collision answer, controls::Action meanwhile) {
+    script_.push_back({Kind::collision, std::move(part), {}, false, std::move(meanwhile), answer});
 }
 
 void ScriptedPlatform::expect_input(std::string part, std::string answer, controls::Action meanwhile) {
@@ -66,6 +72,10 @@ void ScriptedPlatform::message(const std::string& text, const std::string&) {
 bool ScriptedPlatform::ask(const platform::Question& question) {
     questions.push_back(question);
     return next(Kind::question, question.text).yes;
+}
+
+platform::Collision ScriptedPlatform::ask_about_existing(const std::string& path) {
+    return next(Kind::collision, path).collision;
 }
 
 std::string ScriptedPlatform::input(const platform::Prompt& prompt) {

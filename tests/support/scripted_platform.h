@@ -39,6 +39,7 @@ class ScriptedPlatform final : public platform::Platform,
     // is open: what another program, or a look at a window's state, does in that moment.
     void expect_message(std::string part, controls::Action meanwhile = {});
     void expect_question(std::string part, bool yes, controls::Action meanwhile = {});
+    void expect_collision(std::string part, platform::Collision answer, controls::Action meanwhile = {});
     void expect_input(std::string part, std::string answer, controls::Action meanwhile = {});
     void expect_file_request(std::string part, std::string answer, controls::Action meanwhile = {});
 
@@ -75,13 +76,14 @@ class ScriptedPlatform final : public platform::Platform,
     platform::Display& display() override { return *this; }
 
   private:
-    enum class Kind { message, question, input, file_request };
+    enum class Kind { message, question, collision, input, file_request };
     struct Step {
         Kind kind;
         std::string part;
         std::string answer;
         bool yes = false;
         controls::Action meanwhile;
+        platform::Collision collision = platform::Collision::cancel;
     };
 
     static std::string describe(Kind kind);
@@ -89,6 +91,7 @@ class ScriptedPlatform final : public platform::Platform,
 
     void message(const std::string& text, const std::string& title) override;
     bool ask(const platform::Question& question) override;
+    platform::Collision ask_about_existing(const std::string& path) override;
     std::string input(const platform::Prompt& prompt) override;
     std::string choose_file(const platform::FileRequest& request) override;
     bool open_with_default(const std::string& path) override;
