@@ -76,6 +76,7 @@ struct Attachment {
     bool message_text = false;      ///< a text part without a file name: written on request only
     bool resource_fork = false;     ///< BinHex: the resource fork of the file before it; written on request only
     bool headless = false;          ///< BinHex: the part that says what the bytes are is missing; nothing is decoded
+    bool dots_doubled = false;      ///< yEnc: its newsreader doubles dots; counts where the post states nothing better
     std::string content_type;       ///< lower case, without parameters; empty where the text names none
     std::vector<Problem> problems;  ///< seen while scanning
 };

@@ -32,6 +32,12 @@ std::vector<std::string> split(const std::string& names) {
     return out;
 }
 
+std::uint64_t encoded_size(const Attachment& attachment) {
+    std::uint64_t size = 0;
+    for (const Range& range : attachment.body) size += range.end - range.begin;
+    return size;
+}
+
 Recovered unwritten(const Attachment& attachment, const std::string& name, const Error& error) {
     Recovered out;
     out.name = name;
@@ -44,13 +50,19 @@ Recovered unwritten(const Attachment& attachment, const std::string& name, const
 
 }  // namespace
 
+bool DecodingLibrary::read(const std::string& path) {
+    input_.reset();
+    Result<Recovery> recovery = Recovery::open(std::array{path}, on_progress, Texts::left_out);
+    if (recovery) input_ = Input{path, std::move(*recovery)};
+    return recovery.ok();
+}
+
 std::int32_t DecodingLibrary::GetNumFilesToDecode(const std::string& path) {
     names_.clear();
     given_out_.clear();
     last_number_.clear();
-    const Result<Recovery> recovery = Recovery::open(std::array{path}, on_progress, Texts::left_out);
-    if (!recovery) return 0;
-    for (const Attachment* attachment : files_of(*recovery)) names_.push_back(attachment->name);
+    if (!read(path)) return 0;
+    for (const Attachment* attachment : files_of(input_->recovery)) names_.push_back(attachment->name);
     return static_cast<std::int32_t>(names_.size());
 }
 
@@ -70,17 +82,28 @@ void DecodingLibrary::GetUniqueFileName(std::string& name) {
 
 std::int32_t DecodingLibrary::DecodeFile(const std::string& path, const std::string& names, std::int32_t) {
     results_.clear();
-    const Result<Recovery> recovery = Recovery::open(std::array{path}, {}, Texts::left_out);
-    if (!recovery) return 0;
-    const std::vector<const Attachment*> attachments = files_of(*recovery);
+    if ((!input_ || input_->path != path) && !read(path)) return 0;
+    const Recovery& recovery = input_->recovery;
+    const std::vector<const Attachment*> attachments = files_of(recovery);
     const std::vector<std::string> wanted = split(names);
+    std::uint64_t total = 0;
+    for (const Attachment* attachment : attachments) total += encoded_size(*attachment);
+    std::uint64_t before = 0;
+    const OnProgress of_all = [&](std::uint64_t done, std::uint64_t) {
+        return !on_progress || on_progress(before + done, total);
+    };
     for (std::size_t i = 0; i < std::min(attachments.size(), wanted.size()); ++i) {
         const std::string name = attachment_name(wanted[i]);
         if (name.empty()) continue;
-        Result<Recovered> recovered =
-            recovery->write(*attachments[i], name, files::OnCollision::choose_name, on_progress);
-        results_.push_back(recovered ? std::move(*recovered) : unwritten(*attachments[i], name, recovered.error()));
+        Attachment attachment = *attachments[i];
+        attachment.dots_doubled = dots_doubled;
+        Result<Recovered> recovered = recovery.write(attachment, name, files::OnCollision::choose_name, of_all);
+        if (!recovered && recovered.error().code == ErrorCode::cancelled) break;
+        results_.push_back(recovered ? std::move(*recovered) : unwritten(attachment, name, recovered.error()));
+        before += encoded_size(attachment);
+        if (!of_all(0, total)) break;
     }
+    input_.reset();
     return std::any_of(results_.begin(), results_.end(), [](const Recovered& r) { return !r.path.empty(); }) ? 1 : 0;
 }
 

@@ -3,6 +3,7 @@
 #include "codec/recover.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -41,10 +42,21 @@ class DecodingLibrary {
     /// decoded, its problem "not-decoded".
     const std::vector<Recovered>& results() const { return results_; }
 
-    /// Told how far a reading or a decoding has come; false stops it, which counts as a failure.
+    /// Called with how far a reading or a decoding of all files has come; false stops it. What is whole by then stays.
     OnProgress on_progress;
 
+    /// The text comes from a newsreader that doubles dots at the beginnings of yEnc lines.
+    bool dots_doubled = false;
+
   private:
+    /// What was read last, so that the input is read once.
+    struct Input {
+        std::string path;
+        Recovery recovery;
+    };
+    bool read(const std::string& path);
+
+    std::optional<Input> input_;
     std::vector<std::string> names_;
     std::unordered_set<std::string> given_out_;
     std::unordered_map<std::string, unsigned> last_number_;  ///< of the names of one row, by the name asked for

@@ -129,8 +129,13 @@ bool is_good(const Part& part, const ReadText& read) {
 /// The parts of one file on their way to the sink.
 class Assembly {
   public:
-    Assembly(std::vector<Part> parts, const OnRead& on_read, const ReadInput& read_input, Sink& sink)
-        : parts_(std::move(parts)), on_read_(on_read), read_input_(read_input), sink_(sink) {
+    /// `dots_doubled`: the newsreader is known for it.
+    Assembly(std::vector<Part> parts, bool dots_doubled, const OnRead& on_read, const ReadInput& read_input, Sink& sink)
+        : parts_(std::move(parts)),
+          dots_doubled_(dots_doubled),
+          on_read_(on_read),
+          read_input_(read_input),
+          sink_(sink) {
         for (const Part& part : parts_) input_bytes_ += part.text.size();
     }
 
@@ -159,6 +164,7 @@ class Assembly {
     std::optional<std::string> what_is_missing() const;
 
     std::vector<Part> parts_;
+    bool dots_doubled_;
     const OnRead& on_read_;
     const ReadInput& read_input_;
     Sink& sink_;
@@ -267,7 +273,9 @@ bool Assembly::decode(const Part& part) {
     const ReadText read = reader(part);
     if (!begin_part(part)) return false;
     const AskDotted dotted = [&] {
-        if (!dots_were_added(part, read)) return false;
+        const bool by_newsreader =
+            dots_doubled_ && !agrees(part.post, *decode_data(part.text, part.post, false, {}, read));
+        if (!by_newsreader && !dots_were_added(part, read)) return false;
         sink_.report(Grade::repaired, "dots-added", part.range.begin, "Dots that were added to lines are taken off");
         return true;
     };
@@ -328,7 +336,7 @@ void decode_yenc(const Attachment& attachment, std::span<const std::string_view>
     for (const Range& range : attachment.body) {
         if (std::optional<yenc::Part> part = yenc::read_part(inputs, range)) parts.push_back(*part);
     }
-    if (!parts.empty()) yenc::Assembly(std::move(parts), on_read, read_input, sink).run();
+    if (!parts.empty()) yenc::Assembly(std::move(parts), attachment.dots_doubled, on_read, read_input, sink).run();
 }
 
 }  // namespace quill::codec
