@@ -34,16 +34,17 @@ void ask_for_headered_copy(shell::Context& context) {
     if (!yes) context.platform.end_process();
 }
 
-Result<std::string> write_headered_copy(shell::Session& session, const std::string& name) {
+Result<std::string> write_headered_copy(shell::Session& session, const std::string& name, std::size_t line_length) {
     const std::string input = session.EncodedPath;
     const std::string copy = files::join(files::dir_of(input), "1" + files::name_of(input));
     const Rewriting with_header = [&](const text::Source& text, const Sink& out) {
         write_base64_header(name, out);
-        copy_from_first_long_line(text, out);
+        const auto rows = line_length == base64_line_length ? copy_from_first_long_line : rewrap;
+        rows(text, out);
     };
     std::string path = same_copy(input, copy, with_header);
     if (path.empty()) {
-        Result<std::string> written = write_rewritten(input, copy, with_header, files::OnCollision::choose_name);
+        Result<std::string> written = write_rewritten(input, copy, with_header);
         if (!written) return written;
         path = *written;
     }

@@ -1,7 +1,6 @@
 #include "decoder/headerless.h"
 
 #include "decoder/headered_copy.h"
-#include "decoder/mime_wrap.h"
 #include "decoder/naming_window.h"
 #include "files/mapped_file.h"
 #include "files/path.h"
@@ -45,16 +44,16 @@ std::string hint_for(const std::string& path) {
 
 void nohead(shell::Context& context, int& length) {
     shell::Session& session = context.session;
-    if (length != base64_line_length && !rewrite_in_place(session.EncodedPath, rewrap)) return;
-
+    const auto line_length = static_cast<std::size_t>(length);
     const std::string name = files::name_of(session.EncodedPath);
     if (has_extension(name) && !text::ends_with_ignoring_case(name, ".mim")) {
         ask_for_headered_copy(context);
-        static_cast<void>(write_headered_copy(session, name));  // on failure the run goes on with the file as it is
+        static_cast<void>(
+            write_headered_copy(session, name, line_length));  // on failure the run goes on with the file as it is
         return;
     }
     session.NamingTaken = true;
-    show_naming_window(context, hint_for(session.EncodedPath));
+    show_naming_window(context, hint_for(session.EncodedPath), line_length);
 }
 
 }  // namespace quill::decoder

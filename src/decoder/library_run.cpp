@@ -1,16 +1,17 @@
 #include "decoder/library_run.h"
 
 #include "codec/library.h"
+#include "decoder/mime_wrap.h"
 #include "decoder/new_files.h"
 #include "decoder/normalise.h"
 #include "decoder/repair_guide.h"
 #include "decoder/text_file.h"
 #include "decoder/triage.h"
-#include "files/directory.h"
-#include "files/names.h"
 #include "files/path.h"
+#include "shell/long_run.h"
 #include "shell/main_window.h"
 #include "text/ascii.h"
+#include "text/count.h"
 
 #include <algorithm>
 #include <optional>
@@ -20,29 +21,14 @@
 namespace quill::decoder {
 namespace {
 
-constexpr auto even_copy = "temp1.ntp";
-constexpr auto tail_copy = "temp2.ntp";
 constexpr int most_passes = 2;
 constexpr std::size_t longest_plain_header = 70;
-constexpr std::uint64_t shortest_with_progress = std::uint64_t{8} << 20;  // bytes
 
-/// The path of a work file in the current directory; another than told where the user's own file has that name.
-std::string work_file(const shell::Session& session, const std::string& name) {
-    std::string path = files::join(files::current_directory(), name);
-    if (files::same_file(path, session.EncodedPath))
-        path = files::join(files::current_directory(), files::numbered_name(name, 2));
-    return path;
-}
-
-/// Shows how far a long run has come, in the bar of the start panel.
-void show_progress(shell::Context& context, std::uint64_t done, std::uint64_t total) {
-    auto& w = context.windows.load<shell::swit>();
-    if (total < shortest_with_progress) return;
-    w.Picture5.visible = true;
-    w.Picture6.left = static_cast<int>(static_cast<double>(w.Picture5.width) * static_cast<double>(done) /
-                                       static_cast<double>(total));
-    context.platform.repaint(w);
-}
+/// What a run of the library came to.
+struct LibraryRun {
+    std::vector<codec::Recovered> files;  ///< written, or not
+    bool stopped = false;
+};
 
 /// The names that the library gives to what it has found, each made unique.
 std::string unique_names(shell::swit& w, codec::DecodingLibrary& library, std::int32_t count) {
@@ -58,38 +44,59 @@ std::string unique_names(shell::swit& w, codec::DecodingLibrary& library, std::i
     return names;
 }
 
-/// Has the library decode all that `path` holds. Returns what it wrote and what it could not write.
-std::vector<codec::Recovered> run_library(shell::Context& context, const std::string& path) {
+/// Says of a file what the removal of `<BR>` means for it: where lines are text, it may have cost some of that.
+void note_removed_tags(codec::Recovered& file) {
+    const bool text = file.format == codec::Format::identity || file.format == codec::Format::quoted_printable;
+    file.outcome.problems.push_back({text ? codec::Grade::damaged : codec::Grade::repaired,
+                                     "tags-removed",
+                                     0,
+                                     {},
+                                     "<BR> at the ends of lines was removed"});
+    if (text) file.outcome.verdict = std::max(file.outcome.verdict, codec::Verdict::damaged);
+}
+
+/// Has the library decode all that `path` holds.
+LibraryRun run_library(shell::Context& context, const std::string& path, Reading reading) {
     auto& w = context.windows.load<shell::swit>();
-    w.pointer = controls::MousePointer::busy;
-    context.platform.repaint(w);
+    const std::string name = files::name_of(context.session.EncodedPath);
+    shell::LongRun run(context.platform, run_panel(w), "Reading " + name);
     codec::DecodingLibrary library;
-    library.on_progress = [&](std::uint64_t done, std::uint64_t total) {
-        show_progress(context, done, total);
-        return true;
-    };
+    library.dots_doubled = reading.dots_doubled;
+    library.on_progress = [&](std::uint64_t done, std::uint64_t total) { return run.goes_on(done, total); };
+    run.goes_on(0, 1);
     const std::string names = unique_names(w, library, library.GetNumFilesToDecode(path));
-    library.DecodeFile(path, names, 1);
-    for (const codec::Recovered& file : library.results()) {
-        if (!file.path.empty()) w.Outcomes.insert_or_assign(file.name, file.outcome);
-    }
-    w.Picture5.visible = false;
-    w.pointer = controls::MousePointer::normal;
-    return library.results();
+    run.now("Decoding " + name);
+    if (!run.stopped()) library.DecodeFile(path, names, 1);
+    LibraryRun out{library.results(), run.stopped()};
+    if (reading.tags_removed) std::for_each(out.files.begin(), out.files.end(), note_removed_tags);
+    return out;
 }
 
 bool was_written(const codec::Recovered& file) {
     return !file.path.empty();
 }
 
-/// Says which files could not be written, and why. Of what could not even be decoded the repair guide speaks.
+/// Returns true if the file was decoded but the system did not take it.
+bool is_unwritable(const codec::Recovered& file) {
+    return !was_written(file) && !file.outcome.problems.empty() && file.outcome.problems.front().kind == "not-written";
+}
+
+/// Says which files could not be written, and why. What could not even be decoded is the repair guide's matter.
 void say_unwritten(shell::Context& context, const std::vector<codec::Recovered>& files) {
-    for (const codec::Recovered& file : files) {
-        if (was_written(file) || file.outcome.problems.empty()) continue;
-        const codec::Problem& problem = file.outcome.problems.front();
-        if (problem.kind != "not-written") continue;
-        context.platform.message("The file " + file.name + " could not be written: " + problem.text + ".");
-    }
+    const auto first = std::find_if(files.begin(), files.end(), is_unwritable);
+    if (first == files.end()) return;
+    const auto count = static_cast<std::uint64_t>(std::count_if(first, files.end(), is_unwritable));
+    std::string text = "The file " + first->name + " could not be written: " + first->outcome.problems.front().text;
+    if (count > 1) text += ". The same holds for " + text::counted(count - 1, "more file");
+    context.platform.message(text + ".");
+}
+
+/// Says that a run ended early, where the list of its files would not show it.
+void say_stopped(shell::Context& context, const LibraryRun& run) {
+    const auto written = std::count_if(run.files.begin(), run.files.end(), was_written);
+    if (!run.stopped || written == 0) return;
+    context.platform.message("Decoding was stopped. " + text::counted(static_cast<std::uint64_t>(written), "file") +
+                             " had been written by then.");
 }
 
 void give_up(shell::Context& context) {
@@ -100,39 +107,43 @@ void give_up(shell::Context& context) {
     show_repair_guide(context);
 }
 
-/// The results of a run but the work file that is none.
-std::vector<std::string> without(std::vector<std::string> names, const std::string& lower_case_name) {
-    std::erase_if(names, [&](const std::string& name) { return text::to_lower(name) == lower_case_name; });
+/// The new files of a run, without the work file that is no result.
+std::vector<std::string> results_of(shell::Context& context, const LibraryRun& run) {
+    std::vector<std::string> names = find_new_files(context.windows.load<shell::swit>(), run.files);
+    std::erase_if(names, [&](const std::string& name) { return text::to_lower(name) == context.session.SkipName; });
     return names;
 }
 
-/// Writes the even copy of `path` and makes `path` name it. A text with a head is not copied to its end; where the
-/// head ends is returned.
-std::optional<HeadEnd> write_even_copy(const shell::Session& session, std::string& path) {
-    const Result<TextFile> file = TextFile::open(path);
-    if (!file) return std::nullopt;
-    std::optional<HeadEnd> head;
+/// The copy that the second try reads.
+struct EvenCopy {
+    std::optional<files::TemporaryFile> file;  ///< absent where none could be made
+    std::optional<HeadEnd> head;               ///< the text has a head, which ends here: there is no copy of it
+    bool stopped = false;
+};
+
+EvenCopy make_even_copy(shell::Context& context, const std::string& path) {
+    EvenCopy copy;
+    const Result<TextFile> text = TextFile::open(path);
+    if (!text) return copy;
     Rewriting rewriting = rewrap_body;
-    if (!is_odd_line_length(sample_line_length(file->source()))) {
-        rewriting = [&](const text::Source& text, const Sink& out) { head = copy_lines(text, out); };
+    if (!is_odd_line_length(sample_line_length(text->source()))) {
+        rewriting = [&](const text::Source& source, const Sink& out) { copy.head = copy_lines(source, out); };
     }
-    const Result<std::string> copy =
-        write_rewritten(path, work_file(session, even_copy), rewriting, files::OnCollision::replace);
-    if (copy && !head) path = *copy;
-    return head;
+    shell::LongRun run(context.platform, run_panel(context.windows.load<shell::swit>()), "Trying it another way");
+    Result<files::TemporaryFile> file =
+        rewritten_copy(*text, rewriting, [&](std::uint64_t done) { return run.goes_on(done, text->bytes().size()); });
+    if (file && !copy.head) copy.file.emplace(std::move(*file));
+    copy.stopped = run.stopped();
+    return copy;
 }
 
-void remove_work_files(const shell::Session& session) {
-    files::remove_file(work_file(session, even_copy));
-    files::remove_file(work_file(session, tail_copy));
-}
-
-void report_second_try(shell::Context& context) {
-    const NewFiles found = find_new_files(context.windows.load<shell::swit>());
-    const std::vector<std::string> results = without(found.names, context.session.SkipName);
-    const bool only_work_file = found.change == Change::more_files && results.empty();
-    if (found.change == Change::none || only_work_file) give_up(context);
+void report_second_try(shell::Context& context, const LibraryRun& run) {
+    say_unwritten(context, run.files);
+    say_stopped(context, run);
+    const std::vector<std::string> results = results_of(context, run);
     for (const std::string& name : results) context.platform.message(name);
+    const bool explained = run.stopped || std::any_of(run.files.begin(), run.files.end(), is_unwritable);
+    if (results.empty() && !explained) give_up(context);
 }
 
 void warn_of_long_dispositions(shell::Context& context, const std::string& path) {
@@ -148,24 +159,22 @@ void warn_of_long_dispositions(shell::Context& context, const std::string& path)
 
 }  // namespace
 
-void decode_with_library(shell::Context& context, const std::string& path) {
+void decode_with_library(shell::Context& context, const std::string& path, Reading reading) {
     auto& w = context.windows.load<shell::swit>();
-    const std::vector<codec::Recovered> files = run_library(context, path);
-    say_unwritten(context, files);
-    if (std::none_of(files.begin(), files.end(), was_written)) {
-        std::string tried = path;
-        undectwo(context, tried);
-        return;
-    }
-    const NewFiles found = find_new_files(w);
-    if (found.change != Change::more_files) return;
-    const std::vector<std::string> results = without(found.names, context.session.SkipName);
+    const LibraryRun run = run_library(context, path, reading);
+    const std::vector<std::string> results = results_of(context, run);
     if (!results.empty()) w.Label3.text.clear();
-    show_results(w, results);
-    rename_snapshots(w);
+    show_results(w, results, run.files);
+    say_unwritten(context, run.files);
+    say_stopped(context, run);
+    const auto needs_no_other_try = [](const codec::Recovered& file) {
+        return was_written(file) || is_unwritable(file);
+    };
+    if (run.stopped || std::any_of(run.files.begin(), run.files.end(), needs_no_other_try)) return;
+    undectwo(context, path);
 }
 
-void undectwo(shell::Context& context, std::string& path) {
+void undectwo(shell::Context& context, const std::string& path) {
     shell::Session& session = context.session;
     auto& w = context.windows.load<shell::swit>();
     w.Label3.text.clear();
@@ -174,29 +183,26 @@ void undectwo(shell::Context& context, std::string& path) {
         give_up(context);
         return;
     }
-    if (std::optional<HeadEnd> head = write_even_copy(session, path)) {
-        skiptotail(context, path, head->offset);
+    EvenCopy even = make_even_copy(context, path);
+    if (even.stopped) return;
+    if (even.head) {
+        skiptotail(context, path, even.head->offset);
         return;
     }
-    files::change_directory(files::dir_of(path));
     w.visible = true;
     context.platform.repaint(w);
-    const std::vector<codec::Recovered> files = run_library(context, path);
-    if (std::any_of(files.begin(), files.end(), was_written)) say_unwritten(context, files);
-    remove_work_files(session);
-    report_second_try(context);
+    report_second_try(context, run_library(context, even.file ? even.file->path() : path, {}));
 }
 
 void skiptotail(shell::Context& context, const std::string& path, std::uint64_t& offset) {
     offset += 2;
-    std::string tail = work_file(context.session, tail_copy);
-    if (path != tail) {  // the tail of a tail is not taken
-        static_cast<void>(write_rewritten(
-            path, tail, [&](const text::Source& text, const Sink& out) { out(tail_from(text.bytes, offset)); },
-            files::OnCollision::replace));
-    }
-    warn_of_long_dispositions(context, tail);
-    undectwo(context, tail);
+    const Result<TextFile> text = TextFile::open(path);
+    if (!text) return undectwo(context, path);
+    const Result<files::TemporaryFile> tail = rewritten_copy(
+        *text, [&](const text::Source& source, const Sink& out) { out(tail_from(source.bytes, offset)); });
+    if (!tail) return undectwo(context, path);
+    warn_of_long_dispositions(context, tail->path());
+    undectwo(context, tail->path());
 }
 
 }  // namespace quill::decoder

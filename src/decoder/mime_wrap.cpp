@@ -1,7 +1,7 @@
 #include "decoder/mime_wrap.h"
 
 #include "decoder/joined_fields.h"
-#include "decoder/text_file.h"
+#include "files/atomic_file.h"
 #include "files/mapped_file.h"
 
 #include <algorithm>
@@ -41,47 +41,44 @@ void release_before(const files::MappedFile& file, const char* end) {
     }
 }
 
-/// Collects pieces of the mapped `input`, and others, into writes of a good size, and lets go of what is written.
+/// Collects pieces of the mapped `input`, and others, into writes of a good size, and lets go of what is written. A
+/// write that returns false is the last one.
 class Collector {
   public:
-    Collector(files::AtomicFile& file, const files::MappedFile& input) : file_(file), input_(input) {
+    Collector(const Sink& write, const files::MappedFile& input) : write_(write), input_(input) {
         buffer_.reserve(step);
     }
 
     bool append(std::string_view piece) {
-        while (!piece.empty() && !file_.failed()) {
+        while (!piece.empty() && !ended_) {
             const std::size_t n = std::min(piece.size(), step - buffer_.size());
             buffer_.append(piece.substr(0, n));
             release_before(input_, piece.data() + n);
             piece.remove_prefix(n);
             if (buffer_.size() == step) flush();
         }
-        return !file_.failed();
+        return !ended_;
     }
 
     void flush() {
-        file_.write(buffer_);
+        ended_ = ended_ || !write_(buffer_);
         buffer_.clear();
     }
 
   private:
-    files::AtomicFile& file_;
+    const Sink& write_;
     const files::MappedFile& input_;
     std::string buffer_;
+    bool ended_ = false;
 };
 
-Result<files::AtomicFile> make(const std::string& input, const std::string& output, const Rewriting& rewriting,
-                               files::Access access = files::Access::usual) {
-    const Result<TextFile> text = TextFile::open(input);
-    if (!text) return text.error();
-    Result<files::AtomicFile> file = files::AtomicFile::create(output, access);
-    if (!file) return file;
-    Collector collector(*file, text->file());
-    rewriting(text->source(), [&](std::string_view piece) { return collector.append(piece); });
+/// Gives the rewriting of `text` to `write`, in pieces of a good size.
+Status rewrite(const TextFile& text, const Rewriting& rewriting, const Sink& write) {
+    Collector collector(write, text.file());
+    rewriting(text.source(), [&](std::string_view piece) { return collector.append(piece); });
     collector.flush();
-    if (file->failed()) return file->error();
-    if (text->file().cut_short()) return Error{ErrorCode::io, 0, "The file became shorter while it was read"};
-    return file;
+    if (text.file().cut_short()) return Error{ErrorCode::io, 0, "The file became shorter while it was read"};
+    return Done{};
 }
 
 }  // namespace
@@ -129,15 +126,37 @@ void break_lines_at_tags(const text::Source& text, const Sink& out) {
     }
 }
 
-Status rewrite_in_place(const std::string& path, const Rewriting& rewriting) {
-    Result<files::AtomicFile> file = make(path, path, rewriting, files::Access::of_old);
-    return file ? file->publish_as_rewrite() : file.error();
+void drop_tags_at_line_ends(const text::Source& text, const Sink& out) {
+    text::Reader reader(text);
+    while (std::optional<std::string_view> line = reader.line()) {
+        if (line->ends_with(line_break_tag)) line->remove_suffix(line_break_tag.size());
+        if (!put_line(*line, out)) return;
+    }
 }
 
-Result<std::string> write_rewritten(const std::string& input, const std::string& output, const Rewriting& rewriting,
-                                    files::OnCollision on_collision) {
-    Result<files::AtomicFile> file = make(input, output, rewriting);
-    return file ? file->publish(on_collision) : file.error();
+Result<std::string> write_rewritten(const std::string& input, const std::string& output, const Rewriting& rewriting) {
+    const Result<TextFile> text = TextFile::open(input);
+    if (!text) return text.error();
+    Result<files::AtomicFile> file = files::AtomicFile::create(output);
+    if (!file) return file.error();
+    const Status written = rewrite(*text, rewriting, [&](std::string_view piece) { return file->write(piece); });
+    if (!written) return written.error();
+    return file->publish(files::OnCollision::choose_name);
+}
+
+Result<files::TemporaryFile> rewritten_copy(const TextFile& text, const Rewriting& rewriting,
+                                            const std::function<bool(std::uint64_t written)>& on_progress) {
+    Result<files::TemporaryFile> file = files::TemporaryFile::create();
+    if (!file) return file;
+    Status failure = Done{};
+    const Status written = rewrite(text, rewriting, [&](std::string_view piece) {
+        failure = file->write(piece);
+        if (failure && on_progress && !on_progress(file->size())) failure = Error{ErrorCode::cancelled, 0, "Stopped"};
+        return failure.ok();
+    });
+    if (!failure) return failure.error();
+    if (!written) return written.error();
+    return file;
 }
 
 bool holds_rewriting(const std::string& path, const std::string& input, const Rewriting& rewriting) {

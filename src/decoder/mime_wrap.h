@@ -1,10 +1,12 @@
 #pragma once
 
-#include "files/atomic_file.h"
+#include "decoder/text_file.h"
+#include "files/temporary_file.h"
 #include "text/reader.h"
 #include "text/result.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -36,13 +38,17 @@ void copy_from_first_long_line(const text::Source& text, const Sink& out);
 /// The lines of `text`, each broken at every `<BR>` (in capitals), which is dropped; each ended by CR LF.
 void break_lines_at_tags(const text::Source& text, const Sink& out);
 
-/// Replaces the file at `path` by its rewriting, in one step; on failure it stays as it was.
-Status rewrite_in_place(const std::string& path, const Rewriting& rewriting);
+/// The lines of `text`, each that ends in `<BR>` (in capitals) without it.
+void drop_tags_at_line_ends(const text::Source& text, const Sink& out);
 
-/// Writes the rewriting of the file `input` as `output` and returns the path that it got. On failure nothing new is
-/// there.
-Result<std::string> write_rewritten(const std::string& input, const std::string& output, const Rewriting& rewriting,
-                                    files::OnCollision on_collision);
+/// Writes the rewriting of the file `input` as `output`, or under the next free name of its row, and returns the path
+/// that it got. On failure nothing new is there.
+Result<std::string> write_rewritten(const std::string& input, const std::string& output, const Rewriting& rewriting);
+
+/// Makes a nameless temporary file of the rewriting of `text`. Fails with the system's reason, or with `cancelled`
+/// where `on_progress`, which is called with the bytes written so far, returns false.
+Result<files::TemporaryFile> rewritten_copy(const TextFile& text, const Rewriting& rewriting,
+                                            const std::function<bool(std::uint64_t written)>& on_progress = {});
 
 /// Whether the file at `path` holds exactly the rewriting of the file `input`.
 bool holds_rewriting(const std::string& path, const std::string& input, const Rewriting& rewriting);

@@ -23,7 +23,7 @@ std::string wanted_extension(Form4& window) {
     return chosen;
 }
 
-void give_header(shell::Context& context) {
+void give_header(shell::Context& context, std::size_t line_length) {
     Form4& window = context.windows.load<Form4>();
     platform::Platform& platform = context.platform;
     const std::string extension = wanted_extension(window);
@@ -43,7 +43,7 @@ void give_header(shell::Context& context) {
     ask_for_headered_copy(context);
 
     const std::string original = files::name_of(context.session.EncodedPath);
-    const Result<std::string> copy = write_headered_copy(context.session, answer + extension);
+    const Result<std::string> copy = write_headered_copy(context.session, answer + extension, line_length);
     if (!copy) {
         platform.message("   The new file could not be written: " + copy.error().text + ".");
         return;
@@ -71,13 +71,13 @@ Form4::Form4() {
     Command2.caption = "Cancel";
 }
 
-void show_naming_window(shell::Context& context, const std::string& hint) {
+void show_naming_window(shell::Context& context, const std::string& hint, std::size_t line_length) {
     Form4& window = context.windows.load<Form4>();
     window.caption = "File name not found";
     window.Label3.text = hint;
     window.Frame1.visible = true;
     window.Frame2.visible = false;
-    window.Command3.click = [context]() mutable { give_header(context); };
+    window.Command3.click = [context, line_length]() mutable { give_header(context, line_length); };
     window.Command4.click = [context] { context.platform.end_process(); };
     window.close = window.Command4.click;
     window.visible = true;

@@ -3,6 +3,9 @@
 #include "controls/control.h"
 #include "shell/session.h"
 
+#include <cstddef>
+#include <string>
+
 namespace quill::decoder {
 
 /// A small window that serves jobs of several areas. Each job has a function that loads the window, sets its caption,
@@ -47,9 +50,9 @@ void visit_controls(Form4& w, F&& f) {
     f("Command2", "Leave without a favorite", w.Command2);
 }
 
-/// Shows the window for naming the headerless file `EncodedPath`, with `hint` on what it looks like (may be empty). OK
-/// asks for a name, writes the copy with a header, says how to go on and ends the process; so do Cancel and every
-/// refusal.
-void show_naming_window(shell::Context& context, const std::string& hint);
+/// Shows the window for naming the headerless file `EncodedPath`, whose first line has `line_length` characters, with
+/// `hint` on what it looks like (may be empty). OK asks for a name, writes the copy with a header, says how to go on
+/// and ends the process; so do Cancel and every refusal.
+void show_naming_window(shell::Context& context, const std::string& hint, std::size_t line_length);
 
 }  // namespace quill::decoder

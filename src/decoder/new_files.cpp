@@ -2,9 +2,11 @@
 
 #include "decoder/results.h"
 #include "files/directory.h"
+#include "files/path.h"
 #include "text/ascii.h"
 
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -18,47 +20,48 @@ bool is_misnamed_snapshot(std::string_view name) {
            !text::ends_with_ignoring_case(name, "jpg");
 }
 
-/// The first name of the row `name` + 1 + ".jpg", `name` + 2 + ".jpg" ... that no file with any content has.
-std::string picture_name(const std::string& name) {
+/// Renames a file of `directory` to the first free name of the row `name` + 1 + ".jpg", `name` + 2 + ".jpg" ... Returns
+/// the name that it has then.
+std::string rename_to_picture(const std::string& directory, const std::string& name) {
     for (unsigned n = 1;; ++n) {
-        std::string candidate = name + std::to_string(n) + ".jpg";
-        if (files::file_size(candidate).value_or(0) == 0) return candidate;
+        std::string picture = name + std::to_string(n) + ".jpg";
+        const Status renamed = files::rename_new(files::join(directory, name), files::join(directory, picture));
+        if (renamed) return picture;
+        if (renamed.error().code != ErrorCode::exists) return name;
     }
 }
 
 }  // namespace
 
-NewFiles find_new_files(shell::swit& w) {
+std::vector<std::string> find_new_files(shell::swit& w, std::span<const codec::Recovered> written) {
     w.File3.refresh();
-    if (w.File3.count() < w.File2.count()) {
-        w.File3.refresh();
-        return {Change::fewer_files, {}};
+    std::unordered_set<std::string_view> before(w.File2.items().begin(), w.File2.items().end());
+    for (const codec::Recovered& file : written) {
+        if (!file.path.empty()) before.erase(file.name);
     }
-    if (w.File3.count() == w.File2.count()) return {Change::none, {}};
-    const std::unordered_set<std::string_view> before(w.File2.items().begin(), w.File2.items().end());
-    NewFiles found{Change::more_files, {}};
+    std::vector<std::string> found;
     for (const std::string& name : w.File3.items()) {
-        if (!before.contains(name)) found.names.push_back(name);
+        if (!before.contains(name)) found.push_back(name);
     }
     return found;
 }
 
-void show_results(shell::swit& w, const std::vector<std::string>& names) {
-    for (const std::string& name : names) add_result(w, w.File3.directory(), name);
+void show_results(shell::swit& w, const std::vector<std::string>& names, std::span<const codec::Recovered> written) {
     if (names.empty()) return;
-    w.Picture5.visible = false;
-    w.Picture2.visible = true;
-    w.Picture1.visible = true;
-}
-
-void rename_snapshots(shell::swit& w) {
-    for (std::size_t row = 0; row < w.List3.count(); ++row) {
-        const std::string name = w.List3.items()[row];
-        if (!is_misnamed_snapshot(name)) continue;
-        const std::string picture = picture_name(name);
-        (void)files::rename_new(name, picture);  // the row follows in any case
-        replace_result(w, row, picture);
+    const std::string& directory = w.File3.directory();
+    std::unordered_map<std::string_view, const codec::Outcome*> outcomes;
+    for (const codec::Recovered& file : written) {
+        if (!file.path.empty()) outcomes[file.name] = &file.outcome;
     }
+    std::vector<NewResult> results;
+    for (const std::string& name : names) {
+        const auto known = outcomes.find(name);
+        NewResult result{is_misnamed_snapshot(name) ? rename_to_picture(directory, name) : name};
+        if (known != outcomes.end()) result.outcome = *known->second;
+        results.push_back(std::move(result));
+    }
+    add_results(w, directory, std::move(results));
+    w.Picture2.visible = w.Picture1.visible = true;
 }
 
 }  // namespace quill::decoder

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "codec/attachment.h"
+#include "codec/recover.h"
 #include "shell/main_window.h"
 
-#include <cstddef>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -11,27 +11,11 @@
 /// `File3` after it.
 namespace quill::decoder {
 
-enum class Change : std::uint8_t {
-    fewer_files,  ///< more files vanished than appeared
-    none,         ///< as many as before, whatever their names
-    more_files
-};
+/// Refreshes `File3` and returns its names that `File2` lacks or that were `written`, in list order.
+std::vector<std::string> find_new_files(shell::swit& w, std::span<const codec::Recovered> written);
 
-struct NewFiles {
-    Change change = Change::none;
-    std::vector<std::string> names;  ///< those of `File3` that `File2` lacks, in list order; only with more_files
-};
-
-/// Refreshes `File3` (twice where it has become shorter) and compares it with `File2`, which stays as it is.
-NewFiles find_new_files(shell::swit& w);
-
-/// Adds the files `names` of the input's directory to the results in `List3` and opens the results panel; the progress
-/// bar goes. Does nothing for none.
-void show_results(shell::swit& w, const std::vector<std::string>& names);
-
-/// Renames each result whose name begins "snapshot-f" (in any case, and goes on) and does not end in "jpg": a number
-/// from 1 and ".jpg" are appended, the first for which no file with any content exists. The row follows even where the
-/// renaming fails. Names are relative to the current directory.
-void rename_snapshots(shell::swit& w);
+/// Adds the files `names` of the input's directory to the results in `List3`, each with its outcome in `written`, and
+/// opens the results panel. A misnamed snapshot is renamed first. Does nothing for none.
+void show_results(shell::swit& w, const std::vector<std::string>& names, std::span<const codec::Recovered> written);
 
 }  // namespace quill::decoder

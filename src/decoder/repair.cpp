@@ -3,6 +3,7 @@
 #include "decoder/mime_wrap.h"
 #include "files/directory.h"
 #include "files/mapped_file.h"
+#include "files/names.h"
 #include "files/path.h"
 #include "text/ascii.h"
 
@@ -47,16 +48,23 @@ std::string directory_with_slash(const std::string& path) {
     return dir.empty() || files::is_root(dir) ? dir : dir + "/";
 }
 
+/// The name of the repaired copy as the messages write it.
+std::string shown_name(const std::string& path) {
+    const std::string name = files::name_of(path);
+    return name == repaired_name ? "NEW.MIM" : name;
+}
+
 void perform(shell::Context& context, const Repair& repair) {
     platform::Platform& platform = context.platform;
     const std::string input = context.session.EncodedPath;
     const std::string dir = directory_with_slash(input);
-    const std::string output = dir + std::string(repaired_name);
+    const std::string named = dir + std::string(repaired_name);
+    const std::string output = dir + files::unique_name(dir.empty() ? "." : dir, std::string(repaired_name));
     platform.message("    This program will now attempt to reformat " + input + std::string(repair.purpose) + output +
                      ". You can try decoding this file after the program finishes. This may take a few minutes or more "
                      "if the file is very large. Usually it only takes less than a minute if the file is less than one "
                      "megabyte.");
-    if (text::equal_ignoring_case(input, output) || files::same_file(input, output)) {
+    if (text::equal_ignoring_case(input, named) || files::same_file(input, named)) {
         platform.message(
             "File name is already new.mim. File must be renamed in order to proceed. If you have done this action once "
             "before on this file, doing so again will not help.");
@@ -67,16 +75,16 @@ void perform(shell::Context& context, const Repair& repair) {
                          ". Nothing has been changed.");
         return;
     }
-    const Result<std::string> written = write_rewritten(input, output, repair.rewriting, files::OnCollision::replace);
+    const Result<std::string> written = write_rewritten(input, output, repair.rewriting);
     if (!written) {
         platform.message("    The file " + output + " could not be written: " + written.error().text +
                          ". Nothing has been changed.");
         return;
     }
-    platform.message(
-        "    This program has now finished its reformatting of the file. It would be called NEW.MIM and would be in "
-        "the same directory as the file you were trying to decode, that directory is " +
-        dir + ".  You can now rerun the program and try decoding this file after the program ends.");
+    platform.message("    This program has now finished its reformatting of the file. It would be called " +
+                     shown_name(*written) +
+                     " and would be in the same directory as the file you were trying to decode, that directory is " +
+                     dir + ".  You can now rerun the program and try decoding this file after the program ends.");
     if (!repair.advice.empty()) platform.message(std::string(repair.advice));
     platform.end_process();
 }

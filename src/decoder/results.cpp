@@ -5,35 +5,37 @@
 #include "files/path.h"
 
 #include <algorithm>
+#include <unordered_map>
 #include <utility>
 
 namespace quill::decoder {
 namespace {
 
 std::string directory_of(const shell::swit& w, std::size_t row) {
-    return row < w.ResultDirs.size() ? w.ResultDirs[row] : files::current_directory();
+    return row < w.Results.size() ? w.Results[row].directory : files::current_directory();
 }
 
-/// The row, other than `except`, that is called `name` and lies in `directory`.
+/// Gives every row its record, so that those of new rows can follow.
+void complete_records(shell::swit& w) {
+    while (w.Results.size() < w.List3.count()) w.Results.push_back({files::current_directory(), {}});
+}
+
+/// The rows of the files in `directory`, by their names.
+std::unordered_map<std::string, std::size_t> rows_in(const shell::swit& w, const std::string& directory) {
+    std::unordered_map<std::string, std::size_t> rows;
+    for (std::size_t row = 0; row < w.List3.count(); ++row) {
+        if (directory_of(w, row) == directory) rows.emplace(w.List3.items()[row], row);
+    }
+    return rows;
+}
+
+/// The row, other than `except`, of the file `name` in `directory`.
 std::optional<std::size_t> find_row(const shell::swit& w, const std::string& directory, const std::string& name,
-                                    std::optional<std::size_t> except = {}) {
+                                    std::size_t except) {
     for (std::size_t row = 0; row < w.List3.count(); ++row) {
         if (row != except && w.List3.items()[row] == name && directory_of(w, row) == directory) return row;
     }
     return std::nullopt;
-}
-
-void remove_row(shell::swit& w, std::size_t row) {
-    if (row < w.ResultDirs.size()) w.ResultDirs.erase(w.ResultDirs.begin() + static_cast<std::ptrdiff_t>(row));
-    w.List3.remove(row);
-}
-
-/// Whether what is known of a file called like the row's is of that file: of several in different directories it is of
-/// the last one found.
-bool is_last_of_its_name(const shell::swit& w, std::size_t row) {
-    const auto& names = w.List3.items();
-    const auto behind = names.begin() + static_cast<std::ptrdiff_t>(row) + 1;
-    return std::find(behind, names.end(), names[row]) == names.end();
 }
 
 }  // namespace
@@ -47,43 +49,47 @@ std::string result_path(const shell::swit& w, std::size_t row) {
 ResultRow result_row(const shell::swit& w, std::size_t row) {
     ResultRow result{w.List3.items().at(row), result_path(w, row)};
     result.size = files::file_size(result.path);
-    const auto known = w.Outcomes.find(result.name);
-    if (known != w.Outcomes.end() && is_last_of_its_name(w, row)) {
-        result.verdict = known->second.verdict;
-        result.problems = known->second.problems;
+    if (row < w.Results.size() && w.Results[row].outcome) {
+        result.verdict = w.Results[row].outcome->verdict;
+        result.problems = w.Results[row].outcome->problems;
     }
     return result;
 }
 
-void add_result(shell::swit& w, const std::string& directory, const std::string& name) {
-    if (const std::optional<std::size_t> row = find_row(w, directory, name)) {
-        w.List3.replace(*row, name);  // the same name, of a file made anew
-        return;
+void add_results(shell::swit& w, const std::string& directory, std::vector<NewResult> found) {
+    if (found.empty()) return;
+    complete_records(w);
+    std::unordered_map<std::string, std::size_t> rows = rows_in(w, directory);
+    std::optional<std::size_t> first;
+    for (NewResult& result : found) {
+        const auto [place, is_new] = rows.emplace(result.name, w.List3.count());
+        if (is_new) {
+            w.List3.add(result.name);
+            w.Results.push_back({directory, std::move(result.outcome)});
+        } else {
+            w.List3.replace(place->second, result.name);  // the same name, of another file
+            w.Results[place->second].outcome = std::move(result.outcome);
+        }
+        if (!first) first = place->second;
     }
-    while (w.ResultDirs.size() < w.List3.count()) w.ResultDirs.push_back(directory_of(w, w.ResultDirs.size()));
-    w.List3.add(name);
-    w.ResultDirs.push_back(directory);
+    w.List3.selected = first;
+    w.Command5.enabled = w.Command7.enabled = w.Command8.enabled = true;
 }
 
 void replace_result(shell::swit& w, std::size_t row, const std::string& name) {
-    auto known = w.Outcomes.extract(w.List3.items().at(row));
-    w.Outcomes.erase(name);
-    if (known) {
-        known.key() = name;
-        w.Outcomes.insert(std::move(known));
-    }
     w.List3.replace(row, name);
     const std::optional<std::size_t> former = find_row(w, directory_of(w, row), name, row);
     if (!former) return;
-    const std::optional<std::size_t> selected = w.List3.selected;
-    remove_row(w, *former);
-    if (selected) w.List3.selected = *selected == *former ? row : *selected;
-    if (w.List3.selected && *w.List3.selected > *former) --*w.List3.selected;
+    std::optional<std::size_t> selected = w.List3.selected;
+    remove_result(w, *former);
+    if (selected == former) selected = row;
+    if (selected && *selected > *former) --*selected;
+    w.List3.selected = selected;
 }
 
 void remove_result(shell::swit& w, std::size_t row) {
-    w.Outcomes.erase(w.List3.items().at(row));
-    remove_row(w, row);
+    if (row < w.Results.size()) w.Results.erase(w.Results.begin() + static_cast<std::ptrdiff_t>(row));
+    w.List3.remove(row);
 }
 
 }  // namespace quill::decoder

@@ -16,7 +16,7 @@ struct ResultRow {
     std::string name;
     std::string path = {};                       ///< where its file is, or was
     std::optional<std::uint64_t> size = {};      ///< bytes it has on the disk now; absent where it is gone
-    std::optional<codec::Verdict> verdict = {};  ///< absent where no decoder spoke for the file
+    std::optional<codec::Verdict> verdict = {};  ///< absent where no decoder checked the file
     std::vector<codec::Problem> problems = {};
 
     bool operator==(const ResultRow&) const = default;
@@ -29,14 +29,21 @@ ResultRow result_row(const shell::swit& w, std::size_t row);
 /// written in other capitals. REQUIRES: row < List3.count().
 std::string result_path(const shell::swit& w, std::size_t row);
 
-/// Adds the file `name` in `directory` to the results; where a row is of that very file, that one serves.
-void add_result(shell::swit& w, const std::string& directory, const std::string& name);
+/// A file that a run has made.
+struct NewResult {
+    std::string name;
+    std::optional<codec::Outcome> outcome = {};
+};
 
-/// Gives row `row`, and what is known of its file, the name `name`. Renames no file. Another row that was of a file of
-/// that name, which cannot be there any more, goes.
+/// Adds the files `found` in `directory` to the results, selects the first of them, and wakes up the buttons that need
+/// a row. A row that names the same file is used again: what was known of the file is forgotten. Does nothing for none.
+void add_results(shell::swit& w, const std::string& directory, std::vector<NewResult> found);
+
+/// Gives row `row`, and what is known of its file, the name `name`. Renames no file. Removes another row that names the
+/// same file: that file cannot be there any more.
 void replace_result(shell::swit& w, std::size_t row, const std::string& name);
 
-/// Takes row `row` and what is known of its file away. Deletes no file.
+/// Removes row `row` and what is known of its file. Deletes no file.
 void remove_result(shell::swit& w, std::size_t row);
 
 }  // namespace quill::decoder

@@ -8,6 +8,7 @@
 #include "decoder/virus_guard.h"
 #include "files/directory.h"
 #include "files/mapped_file.h"
+#include "files/names.h"
 #include "files/path.h"
 #include "text/ascii.h"
 #include "text/count.h"
@@ -98,9 +99,10 @@ void open_result(shell::Context& context) {
         "may need to rename the file to view it correctly.");
     const std::string_view ending = missing_ending(path);
     if (!ending.empty()) {
-        const std::string right_name = text::to_lower(name).append(ending);
-        const std::string right_path = files::join(files::dir_of(path), right_name);
-        if (files::rename_over(path, right_path)) {
+        const std::string directory = files::dir_of(path);
+        const std::string right_name = files::unique_name(directory, text::to_lower(name).append(ending));
+        const std::string right_path = files::join(directory, right_name);
+        if (files::rename_new(path, right_path)) {
             replace_result(w, row, right_name);
             path = right_path;
         }

@@ -16,8 +16,8 @@ namespace quill::decoder {
 void connect_results_panel(shell::Context& context);
 
 /// Opens the selected file with the desktop's default program for its type; never runs it. A GIF or JPEG picture whose
-/// name does not say so gets its ending first, in place of a file of that name. A file that is empty or gone leads to
-/// the repair guide.
+/// name does not say so gets its ending first, under a name that no other file has. A file that is empty or gone leads
+/// to the repair guide.
 void open_result(shell::Context& context);
 
 /// Asks for a new name and renames the selected file. A name that is taken, or holds a slash, is refused with a

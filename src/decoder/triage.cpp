@@ -3,14 +3,15 @@
 #include "codec/file_signature.h"
 #include "decoder/headerless.h"
 #include "decoder/library_run.h"
+#include "decoder/mime_wrap.h"
 #include "decoder/naming_window.h"
 #include "decoder/repair_guide.h"
 #include "decoder/text_file.h"
-#include "decoder/triage_rewrites.h"
 #include "decoder/yenc_run.h"
 #include "files/directory.h"
 #include "files/names.h"
 #include "files/path.h"
+#include "shell/long_run.h"
 #include "shell/main_window.h"
 #include "text/ascii.h"
 
@@ -27,7 +28,7 @@ namespace {
 constexpr int fields_searched_for_yenc = 50;
 constexpr std::size_t longest_line_with_header = 55;  // longer first lines may be encoded text without a header
 constexpr std::size_t longest_plain_header = 70;
-constexpr std::size_t counted_field_length = 60;
+constexpr std::size_t search_step = std::size_t{1} << 20;  // bytes between two looks at the clock
 
 constexpr auto long_name_question =
     "   This file has an suspiciously long file name and could contain virus-like code. It is recommended that you "
@@ -83,35 +84,33 @@ bool are_headerless(const FirstLines& lines) {
            (first == rest || first == rest + 1);
 }
 
-bool all_end_in_two_blanks(const FirstLines& lines) {
-    return std::all_of(lines.begin(), lines.begin() + 3, [](std::string_view line) { return line.ends_with("  "); });
-}
-
 bool any_ends_in_tag(const FirstLines& lines) {
     return std::any_of(lines.begin(), lines.begin() + 3, [](std::string_view line) { return line.ends_with("<BR>"); });
 }
 
-/// Goes through the MIME parts: asks about each long header, and counts the parts whose fourth field behind it has 60
-/// characters. Returns how many.
-int count_parts(shell::Context& context, const TextFile& file) {
-    int parts = 0;
-    std::string_view fourth;
+/// Asks about each long header of a MIME part. Returns false where the user stops the search.
+bool ask_about_long_headers(shell::Context& context, const TextFile& file) {
+    shell::LongRun run(context.platform, run_panel(context.windows.load<shell::swit>()),
+                       "Looking at " + files::name_of(context.session.EncodedPath));
     text::Reader reader = file.reader();
+    std::size_t shown = 0;
     while (const std::optional<std::string_view> line = reader.line()) {
-        file.release_behind(reader);
-        if (!text::starts_with_ignoring_case(*line, "content-transf")) continue;
-        for (int i = 0; i < 4; ++i) fourth = reader.field().value_or(fourth);
-        if (line->size() > longest_plain_header) warn_of_long_name(context);
-        if (fourth.size() == counted_field_length) ++parts;
+        if (reader.offset() - shown >= search_step) {
+            file.release_behind(reader);
+            shown = reader.offset();
+            if (!run.goes_on(shown, file.bytes().size())) return false;
+        }
+        const bool is_long = line->size() > longest_plain_header;
+        if (is_long && text::starts_with_ignoring_case(*line, "content-transf")) warn_of_long_name(context);
     }
-    return parts;
+    return true;
 }
 
-/// The tests of a text in their order, each mending what it finds. Returns whether the text is still to be decoded by
-/// the library. A text that cannot be read passes them all.
+/// The tests of a text in their order. Returns whether the text is still to be decoded by the library, from `path`. A
+/// text that cannot be read passes them all.
 bool pass_triage(shell::Context& context, std::string& path) {
     shell::Session& session = context.session;
-    Result<TextFile> file = TextFile::open(path);
+    const Result<TextFile> file = TextFile::open(path);
     if (!file) return true;
     if (begins_yenc(*file)) {
         findfirst(context, path);
@@ -124,19 +123,17 @@ bool pass_triage(shell::Context& context, std::string& path) {
         if (session.NamingTaken) return false;
     }
     path = session.EncodedPath;
-    if (all_end_in_two_blanks(lines)) static_cast<void>(rewrite_in_place(path, drop_two_characters_a_line));
+    return ask_about_long_headers(context, *file);
+}
 
-    file = TextFile::open(path);
-    if (!file) return true;
-    if (any_ends_in_tag(first_lines(*file))) {
-        static_cast<void>(rewrite_in_place(path, drop_tags_at_line_ends));
-        file = TextFile::open(path);
-        if (!file) return true;
+/// Decodes `path`, or a copy of it without `<BR>` at the ends of its lines where its first lines end so.
+void decode_readable(shell::Context& context, const std::string& path) {
+    const Result<TextFile> file = TextFile::open(path);
+    if (file && any_ends_in_tag(first_lines(*file))) {
+        const Result<files::TemporaryFile> copy = rewritten_copy(*file, drop_tags_at_line_ends);
+        if (copy) return decode_with_library(context, copy->path(), {.tags_removed = true});
     }
-    const int parts = count_parts(context, *file);
-    session.PartCount += parts;
-    if (parts > 0 && session.PartCount > 1) static_cast<void>(rewrite_in_place(path, fields_without_dispositions));
-    return true;
+    decode_with_library(context, path);
 }
 
 /// Windows that ask about an earlier run's file would work on this one's.
@@ -153,6 +150,7 @@ void undec(shell::Context& context, std::string& path) {
     path = files::absolute(path);
     const std::string directory = files::dir_of(path);
     context.session.EncodedPath = path;
+    context.session.NamingTaken = false;
     close_questions_of_earlier_run(context.windows);
     w.File2.set_directory(directory);
     w.File3.set_directory(directory);
@@ -164,7 +162,7 @@ void undec(shell::Context& context, std::string& path) {
         context.platform.opener().open_with_default(path);
         context.platform.end_process();
     }
-    if (pass_triage(context, path)) decode_with_library(context, path);
+    if (pass_triage(context, path)) decode_readable(context, path);
 }
 
 void warn_of_long_name(shell::Context& context) {

@@ -49,10 +49,9 @@ QString verdict_reasons(const ResultsModel::Row& row) {
 }
 
 bool ResultsModel::refresh(bool always) {
-    if (!always && revision_ == window_.List3.revision() && outcomes_ == window_.Outcomes.size()) return false;
+    if (!always && revision_ == window_.List3.revision()) return false;
     beginResetModel();
     revision_ = window_.List3.revision();
-    outcomes_ = window_.Outcomes.size();
     rows_.clear();
     for (std::size_t row = 0; row < window_.List3.count(); ++row) {
         Row next{decoder::result_row(window_, row), decoder::row_details(window_, row), {}};

@@ -36,7 +36,6 @@ class ResultsModel final : public QAbstractTableModel {
   private:
     const shell::swit& window_;
     std::uint64_t revision_ = 0;
-    std::size_t outcomes_ = 0;
     std::vector<Row> rows_;
 };
 

@@ -9,6 +9,7 @@ constexpr controls::Colour option_colour = {198, 208, 236};
 
 void set_option_captions(swit& w) {
     w.Label1.text = "Options:";
+    w.stop.caption = "Stop";
     w.Label8.text = "Quillbright Pro";
     w.Label15(0).text = "Gets the attachments out of saved mails and newsgroup posts";
     w.Label15(1).text = "Opens and makes ZIP files, HTX books and PICS picture files";
@@ -59,7 +60,7 @@ swit::swit() {
     Picture2.visible = false;
     Picture4.visible = false;
     Frame2.visible = false;
-    Picture5.visible = false;
+    Picture5.visible = doing.visible = stop.visible = false;
     Option1.visible = false;
     File2.visible = File3.visible = List1.visible = List2.visible = List4.visible = Text1.visible = false;
 

@@ -4,13 +4,19 @@
 #include "controls/control.h"
 #include "shell/star_field.h"
 
-#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace quill::shell {
 
 using controls::Action;
+
+/// What is known of the file in a row of the results.
+struct ResultRecord {
+    std::string directory;                  ///< where it is
+    std::optional<codec::Outcome> outcome;  ///< what decoding it came to; absent where no decoder checked it
+};
 
 /// The main window, a single window in which panels take turns. State that many operations read and set; the workflow
 /// that fills its actions stands in main_workflow.h.
@@ -23,24 +29,26 @@ struct swit : controls::Window {
     controls::Label Label3;                                         // names the file in hand
     controls::Label Label8;                                         // the program's name on the star field
     controls::ControlArray<controls::Label> Label15{0, 1};          // the two lines under the program's name
-    controls::Picture Picture5;                                     // progress bar of a decoding run
+    controls::Picture Picture5;                                     // progress bar of a long run
     controls::Picture Picture6;                                     // its filled part: `left` is how far it is
+    controls::Label doing;                                          // what the run is doing
+    controls::Button stop;                                          // stop it
+    bool stop_wanted = false;                                       // it was pressed
     controls::Choice Option1;                                       // takes the focus; never seen
     controls::Timer Timer2;                                         // moves the stars
     StarField stars;                                                // what it moves
     controls::Timer Timer22;                                        // does nothing
 
     // The results panel.
-    controls::Picture Picture2;           // results panel
-    controls::ListBox List3;              // files found so far
-    std::vector<std::string> ResultDirs;  // where they lie, row by row; rows without an entry: the current directory
-    std::map<std::string, codec::Outcome> Outcomes;  // what is known of them, by their names in List3
-    controls::Label Label7;                          // what a double click does
-    controls::Button Command5;                       // rename the selected file
-    controls::Button Command7;                       // erase the selected file
-    controls::Button Command8;                       // check the selected file for viruses
-    controls::Button Command6;                       // help on misnamed files
-    controls::Button Command4;                       // end the program
+    controls::Picture Picture2;         // results panel
+    controls::ListBox List3;            // files found so far
+    std::vector<ResultRecord> Results;  // of the rows of List3; rows without one: the current directory, nothing known
+    controls::Label Label7;             // what a double click does
+    controls::Button Command5;          // rename the selected file
+    controls::Button Command7;          // erase the selected file
+    controls::Button Command8;          // check the selected file for viruses
+    controls::Button Command6;          // help on misnamed files
+    controls::Button Command4;          // end the program
 
     // The create wizard.
     controls::Picture Picture4;                                    // wizard panel
@@ -119,6 +127,8 @@ void visit_controls(swit& w, F&& f) {
     });
     f("Picture5", "Progress", w.Picture5);
     f("Picture6", "Progress made", w.Picture6);
+    f("doing", "What is being done", w.doing);
+    f("stop", "Stop what is being done", w.stop);
     f("Option1", "Takes the focus from the options", w.Option1);
     f("Timer2", "Moves the stars", w.Timer2);
     f("Timer22", "Idle timer", w.Timer22);

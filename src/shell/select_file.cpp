@@ -19,11 +19,12 @@ void offer_file(Context& context, const std::string& path) {
     Session& session = context.session;
     auto& w = context.windows.load<swit>();
     w.Picture2.visible = false;  // the results of the file before stay in their list
-    if (!is_archive_name(path)) w.apt(3).visible = w.opt(3).visible = false;
+    hide_create_panels(w);
     const std::string directory = files::dir_of(path);
     if (!directory.empty()) session.SelectedDir = directory;
     session.SelectedFile = files::name_of(path);
     const bool empty = files::file_size(path) == 0;
+    w.apt(3).visible = w.opt(3).visible = is_archive_name(path) && !empty;
     if (empty) {
         show_idle_captions(w);
     } else {
@@ -40,7 +41,6 @@ void choose_and_offer_file(Context& context) {
     if (path.empty()) return;
     offer_file(context, path);
     w.Label3.text = path;
-    w.apt(3).visible = w.opt(3).visible = is_archive_name(path);
     if (files::file_size(path) != 0) return;
     context.platform.message("This file has no contents");
     w.Label3.text.clear();

@@ -28,13 +28,9 @@ struct Session {
     bool ViewOnlyRun = false;  ///< closing the contents window ends the process
 
     std::string EncodedPath;   ///< the input file of the decoder's run
-    bool NamingTaken = false;  ///< the naming window has taken over from the run; never cleared
+    bool NamingTaken = false;  ///< the naming window has taken over from this run of the decoder
     std::string SkipName;      ///< lower-case name of a work file that is no result
     int DecodePass = 0;        ///< passes of `undectwo` since the last reset
-    int PartCount = 0;         ///< MIME blocks with a 60-character field, counted over all runs of the process
-
-    std::string YencName;     ///< name of the yEnc output
-    long long DataStart = 0;  ///< bytes ahead of the yEnc data
 
     std::string ZipPassword;    ///< password of the archive at hand; empty for none
     bool ZipEncrypted = false;  ///< a password is needed

@@ -91,7 +91,6 @@ void start(Context& context) {
     adapt_to_system(w, machine);
     files::change_directory(session.AppDir);
     w.Text1.text = files::join(session.AppDir, "temp");
-    w.opt(3).visible = false;
 }
 
 std::string in_parent_directory(const Session& session, const std::string& name) {

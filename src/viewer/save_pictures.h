@@ -14,6 +14,9 @@ struct SavPic : controls::Window {
     controls::Picture Picture3;  // bar of the file at hand
     controls::Picture Picture2;  // its filled part
     controls::Label Label5;      // percent of the file at hand
+    controls::Label doing;       // what is being done
+    controls::Button stop;       // stop it
+    bool stop_wanted = false;    // it was pressed
 };
 
 /// The length of a full bar, in twips.
@@ -24,6 +27,8 @@ inline SavPic& show_progress_panel(controls::Windows& windows) {
     SavPic& w = windows.load<SavPic>();
     w.Picture5.width = w.Picture3.width = full_bar;
     w.Picture1.visible = false;
+    w.doing.visible = w.stop.visible = false;
+    w.stop.caption = "Stop";
     w.Frame1.visible = true;
     w.visible = true;
     return w;
@@ -39,6 +44,8 @@ void visit_controls(SavPic& w, F&& f) {
     f("Picture3", "Progress of the file at hand", w.Picture3);
     f("Picture2", "Progress made of the file at hand", w.Picture2);
     f("Label5", "Percent of the file at hand", w.Label5);
+    f("doing", "What is being done", w.doing);
+    f("stop", "Stop what is being done", w.stop);
 }
 
 }  // namespace quill::viewer

@@ -16,7 +16,6 @@ namespace quill::decoder {
 namespace {
 
 using testing::ElementsAre;
-using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -125,13 +124,28 @@ TEST_F(Headerless, ANameWithAnExtensionGetsAHeaderAtOnceAndTheRunGoesOnWithTheCo
     EXPECT_THAT(directory_.names(), ElementsAre("1Photo.JPG", "Photo.JPG"));
 }
 
-TEST_F(Headerless, OtherLengthsAreReWrappedInPlace) {
+TEST_F(Headerless, OtherLengthsAreReWrappedInTheCopyAlone) {
     begin_with("x.jpg", lines(4, 60));
-    program_.platform.expect_question(consent, true);
+    program_.platform.expect_question(consent, true, [&] { EXPECT_EQ(directory_.read("x.jpg"), lines(4, 60)); });
     run(60);
-    EXPECT_THAT(directory_.read("x.jpg"), StartsWith(times(60, 'A') + times(16, 'B') + "\r\n" + times(44, 'B')));
-    EXPECT_THAT(directory_.read("1x.jpg"), EndsWith(directory_.read("x.jpg")));
+    EXPECT_EQ(directory_.read("x.jpg"), lines(4, 60));
+    EXPECT_EQ(directory_.read("1x.jpg"), header_for("x.jpg") + rewritten(rewrap, lines(4, 60)));
     EXPECT_THAT(directory_.names(), ElementsAre("1x.jpg", "x.jpg"));
+}
+
+TEST_F(Headerless, ATableThatTheUserDoesNotWantDecodedStaysAsItIs) {
+    for (const char* name : {"table.txt", "table"}) {
+        begin_with(name, lines(4, 60));
+        if (std::string_view(name) == "table.txt") {
+            program_.platform.expect_question(consent, false);
+            EXPECT_TRUE(tests::ends_process([&] { run(60); }));
+        } else {
+            run(60);
+            EXPECT_TRUE(tests::ends_process([&] { controls::run(naming_window().Command4.click); }));
+        }
+        EXPECT_EQ(directory_.read(name), lines(4, 60));
+    }
+    EXPECT_THAT(directory_.names(), ElementsAre("table", "table.txt"));
 }
 
 TEST_F(Headerless, ShortLinesAheadOfTheFirstLongOneAreLeftOutAndThoseBehindItKept) {
@@ -166,7 +180,7 @@ TEST_F(Headerless, AnEarlierCopyIsNeverLostAndServesAgainWhereItIsTheSame) {
 TEST_F(Headerless, AFileThatIsGoneLeavesEverythingAsItWas) {
     for (const int length : {60, 76}) {
         program_.session.EncodedPath = directory_.path("gone.jpg");
-        if (length == 76) program_.platform.expect_question(consent, true);
+        program_.platform.expect_question(consent, true);
         run(length);
         EXPECT_EQ(program_.session.EncodedPath, directory_.path("gone.jpg"));
         EXPECT_EQ(program_.session.SkipName, "");
@@ -228,6 +242,18 @@ TEST_F(Naming, OkWritesTheCopyUnderTheNameGivenAndEnds) {
     EXPECT_EQ(program_.platform.prompts.at(0).default_answer, "Temporary");
     EXPECT_EQ(directory_.read("1mystery"), header_for("cat.gif") + lines(4, 76));
     EXPECT_EQ(program_.session.SkipName, "1mystery");
+}
+
+TEST_F(Naming, OtherLengthsAreReWrappedInTheCopyAlone) {
+    begin_with("mystery", lines(4, 60));
+    run(60);
+    naming_window().Option1(0).chosen = true;
+    program_.platform.expect_input("add the .jpg to", "cat");
+    program_.platform.expect_question(consent, true);
+    program_.platform.expect_message("1mystery");
+    EXPECT_TRUE(ok());
+    EXPECT_EQ(directory_.read("1mystery"), header_for("cat.jpg") + rewritten(rewrap, lines(4, 60)));
+    EXPECT_EQ(directory_.read("mystery"), lines(4, 60));
 }
 
 TEST_F(Naming, ATypedExtensionWinsAndNeedsNoDot) {

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -49,7 +50,6 @@ class LibraryRun : public testing::Test {
 TEST_F(LibraryRun, NewFilesAreListedWithWhatIsKnownOfThem) {
     dir.write("a.mim", message({"b.bin", "a.bin"}));
     w.Label3.text = "a.mim";
-    w.Picture5.visible = true;
     decode("a.mim");
     EXPECT_EQ(w.List3.items(), (Names{"a.bin", "b.bin"}));
     EXPECT_EQ(w.Label3.text, "");
@@ -82,6 +82,43 @@ TEST_F(LibraryRun, ResultsGatherOverTheRunsOfAProcess) {
     decode("a.mim");
     decode("a.mim");
     EXPECT_EQ(w.List3.items(), (Names{"a.bin", "a (2).bin"}));
+    EXPECT_EQ(w.List3.selected_item(), "a (2).bin");
+}
+
+TEST_F(LibraryRun, TheFirstNewRowIsSelectedAndItsButtonsWakeUp) {
+    w.Command5.enabled = w.Command7.enabled = w.Command8.enabled = false;
+    dir.write("a.mim", message({"c.bin", "b.bin"}));
+    decode("a.mim");
+    EXPECT_EQ(w.List3.selected_item(), "b.bin");
+    EXPECT_TRUE(w.Command5.enabled && w.Command7.enabled && w.Command8.enabled);
+    dir.write("b.mim", message({"d.bin", "a.bin"}));
+    decode("b.mim");
+    EXPECT_EQ(w.List3.selected, 2U);
+    EXPECT_EQ(w.List3.selected_item(), "a.bin");
+}
+
+TEST_F(LibraryRun, FilesThatOtherProgramsRemoveMeanwhileHideNoResult) {
+    for (const char* name : {"x", "y"}) dir.write(name, "another program's");
+    dir.write("a.mim", message({"a.bin", "b.bin"}));
+    program.platform.on_repaint = [&](controls::Window&) {
+        for (const char* name : {"x", "y"}) files::remove_file(dir.path(name));
+    };
+    decode("a.mim");
+    EXPECT_EQ(w.List3.items(), (Names{"a.bin", "b.bin"}));
+}
+
+TEST_F(LibraryRun, AVerdictStaysWithItsFileWhateverElseHasItsName) {
+    dir.write("one/a.uue", "begin 644 a.bin\n#86)C\n");
+    dir.write("two/a.mim", message({"a.bin"}));
+    for (const char* name : {"one/a.uue", "two/a.mim"}) decode(name);
+    ASSERT_EQ(w.List3.items(), (Names{"a.bin", "a.bin"}));
+    EXPECT_EQ(result_row(w, 0).verdict, codec::Verdict::incomplete);
+    EXPECT_EQ(result_row(w, 1).verdict, codec::Verdict::whole);
+    replace_result(w, 1, "b.bin");
+    EXPECT_EQ(result_row(w, 0).verdict, codec::Verdict::incomplete);
+    EXPECT_EQ(result_row(w, 1).verdict, codec::Verdict::whole);
+    remove_result(w, 1);
+    EXPECT_EQ(result_row(w, 0).verdict, codec::Verdict::incomplete);
 }
 
 TEST_F(LibraryRun, TheWorkFileIsNoResultWhateverItsCase) {
@@ -135,23 +172,36 @@ TEST_F(LibraryRun, ATextWithAHeadIsTriedByItsTailAndThenGivenUp) {
     EXPECT_EQ(dir.names(), Names{"a.txt"});
 }
 
-TEST_F(LibraryRun, AThirdPassReachedThroughTailsLeavesTheWorkFiles) {
+TEST_F(LibraryRun, NoWorkFileIsEverSeenAndFilesCalledLikeOneAreNotTouched) {
+    const Names others = {"temp1.ntp", "temp2.ntp", "tempz.txt", "zyxtemp.xyz"};
+    for (const std::string& name : others) dir.write(name, "mine");
+    Names expected = others;
+    expected.insert(expected.begin(), "a.txt");
+    const Names texts = {"one\r\ntwo\r\n\r\nfour\r\nfive\r\n",       // decoded by its tail
+                         "one\r\n\r\nthree\r\n\r\nfive\r\n",         // by the tail of its tail
+                         "one<BR>\r\ntwo<BR>\r\n\r\nfour<BR>\r\n"};  // by a copy without tags
+    program.platform.on_repaint = [&](controls::Window&) { EXPECT_EQ(dir.names(), expected); };
+    for (const std::string& text : texts) {
+        dir.write("a.txt", text);
+        decode("a.txt");
+        EXPECT_TRUE(gave_up());
+        EXPECT_EQ(dir.names(), expected);
+        EXPECT_EQ(dir.read("a.txt"), text);
+    }
+    for (const std::string& name : others) {
+        EXPECT_EQ(dir.read(name), "mine");
+        dir.write(name, texts[1]);
+        decode(name);
+        EXPECT_EQ(dir.read(name), texts[1]);
+        dir.write(name, "mine");
+    }
+}
+
+TEST_F(LibraryRun, AThirdPassReachedThroughTailsGivesUp) {
     dir.write("a.txt", "one\r\n\r\nthree\r\n\r\nfive\r\n");
     decode("a.txt");
     EXPECT_TRUE(gave_up());
     EXPECT_EQ(program.session.DecodePass, 0);
-    EXPECT_EQ(dir.names(), (Names{"a.txt", "temp1.ntp", "temp2.ntp"}));
-    EXPECT_EQ(dir.read("temp2.ntp"), "ree\r\n\r\nfive\r\n");
-}
-
-TEST_F(LibraryRun, AnInputThatIsCalledLikeAWorkFileIsNotTouched) {
-    for (const char* name : {"temp1.ntp", "temp2.ntp"}) {
-        tests::Program fresh;
-        const std::string text = "one\r\n\r\nthree\r\n";
-        std::string path = dir.write(name, text);
-        undec(fresh.context, path);
-        EXPECT_EQ(dir.read(name), text);
-    }
 }
 
 TEST_F(LibraryRun, FilesOfASecondTryAreNamedInMessages) {
@@ -178,14 +228,69 @@ TEST_F(LibraryRun, ALongDispositionInTheTailRaisesTheQuestion) {
     EXPECT_TRUE(tests::ends_process([&] { decode("a.txt"); }));
 }
 
-TEST_F(LibraryRun, WhatCannotBeWrittenIsSaidAndEndsInTheGuide) {
-    dir.write("a.mim", message({"a.bin"}));
+constexpr auto yenc_post = "=ybegin line=128 size=3 name=a.bin\r\nklm\r\n=yend size=3\r\n";
+
+TEST_F(LibraryRun, WhatCannotBeWrittenIsSaidOnceAndNothingElseIsTried) {
     program.platform.on_repaint = [](controls::Window&) { files::change_directory("/proc"); };
-    program.platform.expect_message("The file a.bin could not be written: ");
-    decode("a.mim");
-    EXPECT_TRUE(gave_up());
-    EXPECT_EQ(dir.read("a.mim"), message({"a.bin"}));
-    EXPECT_EQ(dir.names(), Names{"a.mim"});
+    for (const std::string& text : {message({"a.bin"}), message({"a.bin", "b.bin", "c.bin"}), std::string(yenc_post)}) {
+        dir.write("a.mim", text);
+        program.platform.expect_message("The file a.bin could not be written: ");
+        decode("a.mim");
+        EXPECT_FALSE(gave_up());
+        EXPECT_EQ(program.session.DecodePass, 0);
+        EXPECT_FALSE(w.Picture5.visible || w.stop.visible);
+        EXPECT_EQ(w.pointer, controls::MousePointer::normal);
+        EXPECT_EQ(dir.read("a.mim"), text);
+        EXPECT_EQ(dir.names(), Names{"a.mim"});
+    }
+}
+
+/// Several attachments, one of them large.
+std::string long_message() {
+    std::string text = message({"a.bin", "b.bin"});
+    const std::string row = std::string(76, 'A') + "\r\n";
+    std::string rows;
+    for (int i = 0; i < 40'000; ++i) rows += row;
+    text.insert(text.rfind("aGVs"), rows);
+    return text;
+}
+
+TEST_F(LibraryRun, AStopLeavesWhatIsWholeByThenAndNothingElse) {
+    dir.write("a.mim", long_message());
+    std::set<Names> left;
+    bool pressed = true;
+    for (int at = 1; pressed; ++at) {  // a Stop at each chance that the run gives
+        ASSERT_LT(at, 1000);
+        tests::Program fresh;
+        shell::swit& main = fresh.main_window;
+        pressed = false;
+        int chances = 0;
+        fresh.platform.on_repaint = [&](controls::Window&) {
+            EXPECT_EQ(main.stop.visible, main.Picture5.visible);
+            if (!main.stop.visible || ++chances != at) return;
+            pressed = true;
+            if (dir.has("a.bin")) fresh.platform.expect_message("Decoding was stopped");
+            controls::run(main.stop.click);
+        };
+        std::string path = dir.path("a.mim");
+        undec(fresh.context, path);
+        EXPECT_FALSE(main.stop.visible || main.Picture5.visible || main.doing.visible);
+        EXPECT_EQ(fresh.windows.loaded<Form3>(), nullptr);
+        EXPECT_EQ(main.List3.count(), dir.names().size() - 1);
+        left.insert(dir.names());
+        for (const char* name : {"a.bin", "b.bin"}) files::remove_file(dir.path(name));
+    }
+    EXPECT_EQ(left, (std::set<Names>{{"a.mim"}, {"a.bin", "a.mim"}, {"a.bin", "a.mim", "b.bin"}}));
+}
+
+TEST_F(LibraryRun, ASecondTryStopsToo) {
+    dir.write("a.txt", undecodable);
+    program.platform.on_repaint = [&](controls::Window&) {
+        if (w.doing.text == "Trying it another way") controls::run(w.stop.click);
+    };
+    decode("a.txt");
+    EXPECT_FALSE(gave_up());
+    EXPECT_EQ(dir.names(), Names{"a.txt"});
 }
 
 /// What a rewriting makes of a text.

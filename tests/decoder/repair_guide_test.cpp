@@ -159,7 +159,6 @@ TEST_F(RepairGuide, ABinaryFileAndAStrangeOneGetAdviceAndEnd) {
 TEST_F(RepairGuide, PutsAHeaderAboveTheFirstLongLine) {
     const std::string row(60, 'A');
     Form3& w = open_on("post.txt", "hello\r\n" + row + "\r\n\r\nend\r\n");
-    directory_.write("new.mim", "an earlier repair");
     expect_repair(even_rows);
     expect_finish();
     program_.platform.expect_message("rename it TEMP.DOC or ANYTHING.DOC");
@@ -173,6 +172,17 @@ TEST_F(RepairGuide, PutsAHeaderAboveTheFirstLongLine) {
                       HasSubstr("save the file as " + directory_.path("new.mim") + ". You can try")));
     EXPECT_EQ(program_.platform.questions.at(0).title, "Was this what you saw?");
     EXPECT_TRUE(program_.platform.questions.at(0).no_is_default);
+}
+
+TEST_F(RepairGuide, ARepairReplacesNoEarlierOne) {
+    directory_.write("new.mim", "an earlier repair");
+    Form3& w = open_on("post.txt", "a<BR>b\r\n");
+    expect_repair(long_line);
+    program_.platform.expect_message(directory_.path("new (2).mim"));
+    program_.platform.expect_message("would be called new (2).mim");
+    EXPECT_TRUE(choose(w.Option8));
+    EXPECT_EQ(directory_.read("new.mim"), "an earlier repair");
+    EXPECT_EQ(directory_.read("new (2).mim"), "a\r\nb\r\n");
 }
 
 TEST_F(RepairGuide, AFileWithoutALongLineGetsTheHeaderAlone) {
@@ -198,6 +208,7 @@ TEST_F(RepairGuide, BreaksLinesAtTagsInCapitals) {
         expect_finish();
         EXPECT_TRUE(choose(w.Option8));
         EXPECT_EQ(directory_.read("new.mim"), c.broken);
+        files::remove_file(directory_.path("new.mim"));
     }
 }
 
@@ -233,12 +244,10 @@ TEST_F(RepairGuide, SaysWhyARepairCannotBeMadeAndStays) {
     EXPECT_FALSE(choose(w.Option8));
     EXPECT_EQ(directory_.read("new.mim"), "an earlier repair");
 
-    directory_.write("post.txt", "x");
-    EXPECT_TRUE(files::remove_file(directory_.path("new.mim")));
-    directory_.make_directory("new.mim");
+    program_.session.EncodedPath = "/proc/self/status";
     expect_repair(long_line);
     program_.platform.expect_message("will now attempt");
-    program_.platform.expect_message("The file " + directory_.path("new.mim") + " could not be written: ");
+    program_.platform.expect_message("The file /proc/self/new.mim could not be written: ");
     EXPECT_FALSE(choose(w.Option8));
 }
 

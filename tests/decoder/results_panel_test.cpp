@@ -26,10 +26,9 @@ class ResultsPanel : public testing::Test {
     void SetUp() override { connect_results_panel(program_.context); }
 
     /// A file among the results, and selected.
-    void found(const std::string& name, const std::string& bytes) {
+    void found(const std::string& name, const std::string& bytes, std::optional<codec::Outcome> outcome = {}) {
         directory_.write(name, bytes);
-        list().add(name);
-        list().selected = list().count() - 1;
+        add_results(program_.main_window, directory_.path(), {{name, std::move(outcome)}});
     }
     controls::ListBox& list() { return program_.main_window.List3; }
     void double_click() { controls::run(list().double_click); }
@@ -63,28 +62,20 @@ TEST_F(ResultsPanel, PicturesGetTheEndingThatTheyLackAndAllElseOpensUnderItsName
     EXPECT_THAT(program_.platform.started, IsEmpty());
 }
 
-TEST_F(ResultsPanel, APictureTakesThePlaceOfAFileThatHasItsRightName) {
+TEST_F(ResultsPanel, APictureGetsItsEndingUnderANameThatNobodyHas) {
     directory_.write("x.gif", "older");
-    found("x", "GIF89a");
-    program_.main_window.Outcomes["x"] = {codec::Verdict::damaged, 6, {}};
+    found("x", "GIF89a", codec::Outcome{codec::Verdict::damaged, 6, {}});
     program_.platform.expect_message(will_load);
     double_click();
-    EXPECT_EQ(directory_.read("x.gif"), "GIF89a");
-    EXPECT_THAT(directory_.names(), ElementsAre("x.gif"));
+    EXPECT_EQ(directory_.read("x.gif"), "older");
+    EXPECT_EQ(directory_.read("x (2).gif"), "GIF89a");
+    EXPECT_THAT(list().items(), ElementsAre("x (2).gif"));
     EXPECT_EQ(result_row(program_.main_window, 0).verdict, codec::Verdict::damaged);
 }
 
 TEST_F(ResultsPanel, ARowGoesWhoseFileAnotherTookThePlaceOf) {
-    found("x.gif", "GIF older");
-    found("x", "GIF89a");
+    found("x.gif", "GIF89a");
     found("y", "text");
-    list().selected = 1;
-    program_.platform.expect_message(will_load);
-    double_click();
-    EXPECT_THAT(list().items(), ElementsAre("x.gif", "y"));
-    EXPECT_EQ(list().selected_item(), "x.gif");
-
-    list().selected = 1;
     EXPECT_TRUE(files::remove_file(directory_.path("x.gif")));
     program_.platform.expect_input("Enter a new name for the file called y", "x.gif");
     click(program_.main_window.Command5);
@@ -96,11 +87,11 @@ TEST_F(ResultsPanel, EachRowIsOfTheFileInTheDirectoryOfItsRun) {
     shell::swit& w = program_.main_window;
     for (const char* run : {"first", "second", "second"}) {
         directory_.write(std::string(run) + "/x.txt", run);
-        add_result(w, directory_.path(run), "x.txt");
+        const auto verdict = run == std::string("first") ? codec::Verdict::damaged : codec::Verdict::verified;
+        add_results(w, directory_.path(run), {{"x.txt", codec::Outcome{verdict, 6, {}}}});
     }
-    w.Outcomes["x.txt"] = {codec::Verdict::verified, 6, {}};
     EXPECT_THAT(list().items(), ElementsAre("x.txt", "x.txt"));
-    EXPECT_EQ(result_row(w, 0).verdict, std::nullopt);
+    EXPECT_EQ(result_row(w, 0).verdict, codec::Verdict::damaged);
     EXPECT_EQ(result_row(w, 1).verdict, codec::Verdict::verified);
 
     list().selected = 0;
@@ -133,13 +124,13 @@ TEST_F(ResultsPanel, ARowInOtherCapitalsIsOfTheSameFile) {
     EXPECT_THAT(directory_.names(), ElementsAre("a.txt"));
 }
 
-TEST_F(ResultsPanel, APictureWhoseRightNameIsADirectoryOpensAsItIs) {
+TEST_F(ResultsPanel, APictureWhoseRightNameIsADirectoryGetsTheNextOne) {
     directory_.make_directory("x.gif");
     found("x", "GIF89a");
     program_.platform.expect_message(will_load);
     double_click();
-    EXPECT_THAT(program_.platform.opened, ElementsAre(directory_.path("x")));
-    EXPECT_THAT(list().items(), ElementsAre("x"));
+    EXPECT_THAT(program_.platform.opened, ElementsAre(directory_.path("x (2).gif")));
+    EXPECT_THAT(list().items(), ElementsAre("x (2).gif"));
 }
 
 TEST_F(ResultsPanel, AnEmptyFileAndOneThatIsGoneLeadToTheRepairGuide) {
@@ -157,8 +148,7 @@ TEST_F(ResultsPanel, AnEmptyFileAndOneThatIsGoneLeadToTheRepairGuide) {
 }
 
 TEST_F(ResultsPanel, RenameMovesTheFileAndItsRecord) {
-    found("3dgenerator", "text");
-    program_.main_window.Outcomes["3dgenerator"] = {codec::Verdict::verified, 4, {}};
+    found("3dgenerator", "text", codec::Outcome{codec::Verdict::verified, 4, {}});
     program_.platform.expect_input("   Enter a new name for the file called 3dgenerator", "letter.doc");
     click(program_.main_window.Command5);
     EXPECT_EQ(program_.platform.prompts.at(0).title, "Rename 3dgenerator");
@@ -255,8 +245,7 @@ TEST_F(ResultsPanel, HelpIsFourMessagesAndExitEndsTheProcess) {
 
 TEST_F(ResultsPanel, ADisguisedProgramIsDoubtfulThoughWhole) {
     shell::swit& w = program_.main_window;
-    found("photo.jpg.exe", "x");
-    w.Outcomes["photo.jpg.exe"] = {codec::Verdict::whole, 1, {*codec::disguise_of("photo.jpg.exe", 0)}};
+    found("photo.jpg.exe", "x", codec::Outcome{codec::Verdict::whole, 1, {*codec::disguise_of("photo.jpg.exe", 0)}});
     const RowDetails row = row_details(w, 0);
     EXPECT_TRUE(row.doubtful && row.disguised);
     EXPECT_THAT(row.problems, ElementsAre(testing::HasSubstr("it is a program (.exe)")));
@@ -264,16 +253,15 @@ TEST_F(ResultsPanel, ADisguisedProgramIsDoubtfulThoughWhole) {
 
 TEST_F(ResultsPanel, ARowSaysSizeTypeVerdictAndWhatIsWrong) {
     shell::swit& w = program_.main_window;
-    found("photo", jpeg + std::string(1234567 - jpeg.size(), '.'));
-    found("letter.doc", "x");
+    found("photo", jpeg + std::string(1234567 - jpeg.size(), '.'),
+          codec::Outcome{codec::Verdict::damaged,
+                         0,
+                         {{codec::Grade::repaired, "quoted", 0, {}, "The lines are quoted"},
+                          {codec::Grade::repaired, "text-after-data", 8, {}, "Text follows the data"},
+                          {codec::Grade::lost, "missing-end", 9, {}, "The end is missing"}}});
+    found("letter.doc", "x", codec::Outcome{codec::Verdict::verified, 1, {}});
     found("gone.zip", "");
     EXPECT_TRUE(files::remove_file(directory_.path("gone.zip")));
-    w.Outcomes["photo"] = {codec::Verdict::damaged,
-                           0,
-                           {{codec::Grade::repaired, "quoted", 0, {}, "The lines are quoted"},
-                            {codec::Grade::repaired, "text-after-data", 8, {}, "Text follows the data"},
-                            {codec::Grade::lost, "missing-end", 9, {}, "The end is missing"}}};
-    w.Outcomes["letter.doc"] = {codec::Verdict::verified, 1, {}};
 
     const RowDetails photo = row_details(w, 0);
     EXPECT_EQ(photo.size, "1,234,567 bytes");

@@ -2,7 +2,7 @@
 
 #include "decoder/naming_window.h"
 #include "decoder/repair_guide.h"
-#include "decoder/triage_rewrites.h"
+#include "decoder/results.h"
 #include "files/directory.h"
 #include "files/path.h"
 #include "support/program.h"
@@ -127,18 +127,13 @@ std::string yenc_behind(const std::string& ahead) {
     return ahead + "=ybegin line=128 size=2 name=hi.txt\r\n\x92\x93\r\n=yend size=2\r\n";
 }
 
-TEST_F(Triage, YencIsSeenWithinFiftyFields) {
-    dir.write("a.ync", yenc_behind(repeated("a line\r\n", 49)));
-    decode("a.ync");
-    EXPECT_EQ(dir.read("hi.txt"), "hi");
-    EXPECT_EQ(w.List3.items(), Names{"hi.txt"});
-    EXPECT_EQ(program.session.YencName, "hi.txt");
-}
-
-TEST_F(Triage, FieldsAreCountedNotLines) {
-    dir.write("a.ync", yenc_behind(repeated("a, b\r\n", 25)));
-    decode("a.ync");
-    EXPECT_EQ(program.session.YencName, "");
+TEST_F(Triage, YencBehindManyFieldsComesOutLikeAnyOther) {
+    for (const std::string& ahead : {repeated("a line\r\n", 49), repeated("a, b\r\n", 40)}) {
+        dir.write("a.ync", yenc_behind(ahead));
+        decode("a.ync");
+    }
+    EXPECT_EQ(dir.read("hi (2).txt"), "hi");
+    EXPECT_EQ(w.List3.items(), (Names{"hi.txt", "hi (2).txt"}));
 }
 
 struct Lengths {
@@ -169,45 +164,51 @@ TEST_F(Triage, AHeaderlessFileWithATellingNameGoesOnAsItsHeaderedCopy) {
     EXPECT_EQ(w.List3.items(), Names{"hello (2).txt"}) << "the copy itself is no result";
 }
 
-TEST_F(Triage, ARunEndsWhereTheNamingWindowHasOnceTakenOver) {
-    program.session.NamingTaken = true;
+TEST_F(Triage, TheNamingWindowOfAnEarlierRunEndsNoLaterOne) {
+    dir.write("mystery", lines_of({76, 76, 76, 76}));
+    decode("mystery");
+    EXPECT_TRUE(asks_for_name() && program.session.NamingTaken);
     dir.write("hello.txt", lines_of({76, 76, 76, 76}));
     program.platform.expect_question("1hello.txt", true);
     decode("hello.txt");
-    EXPECT_TRUE(w.List3.items().empty());
+    EXPECT_FALSE(asks_for_name() || program.session.NamingTaken);
+    EXPECT_EQ(w.List3.items(), Names{"hello (2).txt"});
 }
 
-TEST_F(Triage, TrailingBlanksOnTheFirstThreeLinesCostEveryLineItsLastTwoCharacters) {
-    dir.write("a.mim", "From: a  \r\nTo: b  \r\nSubject: c  \r\n\r\nx\r\nonly \r\nkeep me  \r\n");
-    decode("a.mim");
-    EXPECT_EQ(dir.read("a.mim"), "From: a\r\nTo: b\r\nSubject: c\r\nonl\r\nkeep me\r\n");
-    EXPECT_FALSE(dir.has("zyxtemp.xyz"));
+/// A message with one attachment of 45 bytes in UUE, its lines ended by `ending`.
+std::string uue_lines(const std::string& ending) {
+    std::string text;
+    for (const char* line : {"From: a", "To: b", "Subject: c", "", "begin 644 a.bin",
+                             "M86)C86)C86)C86)C86)C86)C86)C86)C86)C86)C86)C86)C86)C86)C86)C", "`", "end"}) {
+        text += line + ending;
+    }
+    return text;
 }
 
-TEST_F(Triage, TrailingBlanksOnTwoLinesChangeNothing) {
-    const std::string text = "From: a  \r\nTo: b  \r\nSubject: c\r\n\r\nx\r\n";
+TEST_F(Triage, BlanksAndTagsAtLineEndsAreReadOverAndTheInputStaysAsItWas) {
+    for (const char* ending : {"\r\n", "  \r\n", " \r\n", "<BR>\r\n", "<BR>\n", "\n"}) {
+        SCOPED_TRACE(ending);
+        tests::TemporaryDirectory here;
+        tests::Program fresh;
+        std::string file = here.write("a.mim", uue_lines(ending));
+        undec(fresh.context, file);
+        EXPECT_EQ(here.read("a.bin"), repeated("abc", 15));
+        EXPECT_EQ(here.read("a.mim"), uue_lines(ending));
+        EXPECT_EQ(here.names(), (Names{"a.bin", "a.mim"}));
+        EXPECT_EQ(file, here.path("a.mim"));
+    }
+}
+
+TEST_F(Triage, TextThatLostItsTagsIsNotCalledWhole) {
+    const std::string text =
+        "Subject: a<BR>\r\nMIME-Version: 1.0<BR>\r\nContent-Disposition: attachment; filename=a.htm<BR>\r\n<BR>\r\n"
+        "one<BR>\r\ntwo<BR>\r\n";
     dir.write("a.mim", text);
     decode("a.mim");
+    ASSERT_EQ(w.List3.items(), Names{"a.htm"});
+    EXPECT_EQ(result_row(w, 0).verdict, codec::Verdict::damaged);
+    EXPECT_EQ(result_row(w, 0).problems.back().kind, "tags-removed");
     EXPECT_EQ(dir.read("a.mim"), text);
-}
-
-TEST_F(Triage, OneTagAtALineEndTakesAllOfThemAway) {
-    dir.write("a.mim", "one\r\ntwo\r\nthree<BR>\r\n<BR>\r\nfour<br>\r\n<BR>five\r\nsix<BR>\r\n");
-    decode("a.mim");
-    EXPECT_EQ(dir.read("a.mim"), "one\r\ntwo\r\nthree\r\n\r\nfour<br>\r\n<BR>five\r\nsix\r\n");
-}
-
-TEST_F(Triage, ATagOnTheFourthLineChangesNothing) {
-    const std::string text = "one\r\ntwo\r\nthree\r\nfour<BR>\r\n";
-    dir.write("a.mim", text);
-    decode("a.mim");
-    EXPECT_EQ(dir.read("a.mim"), text);
-}
-
-TEST_F(Triage, UnixTextIsReadAsThoughItHadBothLineEnds) {
-    dir.write("a.mim", "one<BR>\ntwo\n");
-    decode("a.mim");
-    EXPECT_EQ(dir.read("a.mim"), "one\r\ntwo\r\n");
 }
 
 /// A header line of `length` characters.
@@ -229,41 +230,19 @@ TEST_F(Triage, NoGoesOnWithTheNextLongHeader) {
     EXPECT_FALSE(decode("a.mim"));
 }
 
-/// A MIME part whose fourth field behind the encoding has `length` characters.
-std::string part_with_field(std::size_t length) {
-    return "Content-Transfer-Encoding: x\r\nContent-Disposition: inline\r\nsecond\r\nthird\r\n" +
-           std::string(length, 'f') + "\r\n";
-}
-
-constexpr auto part_rewritten = "Content-Transfer-Encoding: x\r\nsecond\r\nthird\r\n";
-
-TEST_F(Triage, TwoPartsWithSixtyCharactersTurnFieldsIntoLines) {
-    const std::string body(60, 'f');
-    dir.write("a.mim", part_with_field(60) + "one, \"two, three\" x\r\n" + part_with_field(60));
-    decode("a.mim");
-    EXPECT_EQ(dir.read("a.mim"), part_rewritten + body + "\r\none\r\ntwo, three\r\n" + part_rewritten + body + "\r\n");
-    EXPECT_FALSE(dir.has("tempz.txt"));
-}
-
-TEST_F(Triage, OnePartOrPartsOfAnotherLengthLeaveTheFileAlone) {
-    for (const std::string& text : {part_with_field(60), part_with_field(59) + part_with_field(61)}) {
-        tests::Program fresh;
-        std::string file = dir.write("a.mim", text);
-        undec(fresh.context, file);
-        EXPECT_EQ(dir.read("a.mim"), text);
+TEST_F(Triage, PartsOfShortRowsAreDecodedUnderTheirNamesInEveryRun) {
+    const std::string rows = repeated(repeated("QUJD", 15) + "\r\n", 4);
+    std::string text = "MIME-Version: 1.0\r\nContent-Type: multipart/mixed; boundary=x\r\n\r\n";
+    for (const char* name : {"a.bin", "b.bin"}) {
+        text += "--x\r\nContent-Transfer-Encoding: base64\r\nContent-Disposition: attachment; filename=" +
+                std::string(name) + "\r\n\r\n" + rows;
     }
-}
-
-TEST_F(Triage, PartsAreCountedOverTheRunsOfAProcess) {
-    dir.write("a.mim", part_with_field(60));
-    dir.write("b.mim", part_with_field(60));
-    const std::string without_parts = dir.read(dir.write("c.uue", "x, y\r\n").substr(dir.path().size() + 1));
+    dir.write("a.mim", text + "--x--\r\n");
     decode("a.mim");
-    decode("b.mim");
-    decode("c.uue");
-    EXPECT_EQ(dir.read("a.mim"), part_with_field(60));
-    EXPECT_EQ(dir.read("b.mim"), part_rewritten + std::string(60, 'f') + "\r\n");
-    EXPECT_EQ(dir.read("c.uue"), without_parts) << "what has no such part gains nothing by being rewritten";
+    decode("a.mim");
+    EXPECT_EQ(w.List3.items(), (Names{"a.bin", "b.bin", "a (2).bin", "b (2).bin"}));
+    EXPECT_EQ(dir.read("b (2).bin"), repeated("ABC", 60));
+    EXPECT_EQ(dir.read("a.mim"), text + "--x--\r\n");
 }
 
 TEST_F(Triage, WhatCannotBeReadOrIsEmptyEndsInTheGuide) {
@@ -277,14 +256,6 @@ TEST_F(Triage, WhatCannotBeReadOrIsEmptyEndsInTheGuide) {
     undec(fresh.context, gone);
     EXPECT_NE(fresh.windows.loaded<Form3>(), nullptr);
     EXPECT_EQ(dir.names(), Names{"empty.mim"});
-}
-
-TEST(TriageRewrites, StopWhereNoMoreIsWanted) {
-    for (const auto& rewrite : {drop_two_characters_a_line, drop_tags_at_line_ends, fields_without_dispositions}) {
-        int pieces = 0;
-        rewrite("line one\r\nline two\r\nline three\r\n", [&](std::string_view) { return ++pieces < 3; });
-        EXPECT_EQ(pieces, 3);
-    }
 }
 
 }  // namespace

@@ -1,13 +1,14 @@
 #include "decoder/yenc_run.h"
 
 #include "codec/disguise.h"
+#include "decoder/repair_guide.h"
+#include "decoder/results.h"
 #include "files/directory.h"
 #include "support/program.h"
 #include "support/temporary_directory.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <gmock/gmock.h>
 #include <string>
 #include <vector>
@@ -24,18 +25,20 @@ class YencRun : public testing::Test {
     /// Runs `findfirst` on `text`, as the triage would with a snapshot of the directory taken.
     void decode(const std::string& text, const std::string& file = "input") {
         std::string path = dir.write(file, text);
-        program.session.SelectedDir = dir.path();
-        program.session.SelectedFile = file;
+        program.session.EncodedPath = path;
         w.File2.set_directory(dir.path());
         w.File3.set_directory(dir.path());
         findfirst(program.context, path);
     }
 
-    codec::Verdict verdict(const std::string& name) const {
-        const auto known = w.Outcomes.find(name);
-        EXPECT_NE(known, w.Outcomes.end()) << name;
-        return known == w.Outcomes.end() ? codec::Verdict::incomplete : known->second.verdict;
+    /// What is known of the first row that is called `name`.
+    ResultRow row(const std::string& name) const {
+        const auto& items = w.List3.items();
+        const auto found = std::find(items.begin(), items.end(), name);
+        EXPECT_NE(found, items.end()) << name;
+        return found == items.end() ? ResultRow{} : result_row(w, static_cast<std::size_t>(found - items.begin()));
     }
+    std::optional<codec::Verdict> verdict(const std::string& name) const { return row(name).verdict; }
 
     tests::TemporaryDirectory dir;
     tests::Program program;
@@ -46,213 +49,148 @@ std::string post(const std::string& name, const std::string& data, const std::st
     return ahead + "=ybegin line=128 size=3 name=" + name + "\r\n" + data + "\r\n=yend size=3\r\n";
 }
 
-TEST_F(YencRun, AnOutputIsListedAndThePanelOpens) {
+/// Part `number` of three, each of three bytes, of a file of nine.
+std::string part(int number, const std::string& data) {
+    const std::string n = std::to_string(number);
+    return "=ybegin part=" + n +
+           " total=3 line=128 size=9 name=a.bin\r\n=ypart begin=" + std::to_string(number * 3 - 2) +
+           " end=" + std::to_string(number * 3) + "\r\n" + data + "\r\n=yend size=3 part=" + n + "\r\n";
+}
+
+TEST_F(YencRun, AnOutputIsListedAndThePanelOpensAndTheLineNamesTheInput) {
     decode(post("a.bin", "klm", "Some words, and more\r\n"));
     EXPECT_EQ(dir.read("a.bin"), "ABC");
-    EXPECT_EQ(program.session.YencName, "a.bin");
-    EXPECT_EQ(program.session.DataStart, 22 + 36);
     EXPECT_THAT(w.List3.items(), ElementsAre("a.bin"));
+    EXPECT_EQ(w.List3.selected_item(), "a.bin");
     EXPECT_TRUE(w.Picture2.visible);
     EXPECT_FALSE(w.Picture5.visible);
-    EXPECT_EQ(w.Label3.text, "77");
+    EXPECT_EQ(w.Label3.text, dir.path("input"));
     EXPECT_EQ(verdict("a.bin"), codec::Verdict::verified);
 }
 
-TEST_F(YencRun, TheBytesFollowTheRulesWhateverIsOdd) {
-    struct Case {
-        std::string data, plain, dotted;
-    };
-    const std::vector<Case> cases = {
-        {"=@=J=M=}", "\xd6\xe0\xe3\x13", ""},
-        {"*)", std::string("\0\xff", 2), ""},
-        {"k  \r\nl \r\nm",
-         "AB\xf6"
-         "C",
-         ""},  // two blanks before a line end are none, one is data
-        {"k\rl\nm",
-         "A\xe3"
-         "B\xe0"
-         "C",
-         ""},                                                       // lone CR, lone LF
-        {"=yfoo=yex", "\x4f\x4f\x3c\x45\x45\x4f\x4f\x3b\x4e", ""},  // "=y" that ends nothing
-        {"..k\r\n..l\r\n.m",
-         "\x04\x04"
-         "A\x04\x04"
-         "B\x04"
-         "C",
-         "\x04"
-         "A\x04"
-         "B\x04"
-         "C"},
-    };
-    for (const Case& c : cases) {
-        program.session.CommandLine = "";
-        decode(post("plain", c.data));
-        EXPECT_EQ(dir.read("plain"), c.plain) << c.data;
-        program.session.CommandLine = "&";
-        decode(post("dotted", c.data));
-        EXPECT_EQ(dir.read(program.session.YencName), c.dotted.empty() ? c.plain : c.dotted) << c.data;
-        files::remove_file(program.session.YencName);
-        dir.write(program.session.YencName, "");
-    }
+TEST_F(YencRun, EveryPostOfATextComesOutAndItsPartsAreJoined) {
+    decode(post("x.bin", "klm") + part(2, "nop") + "words between them\r\n" + part(1, "klm") + post("y.bin", "qrs") +
+           part(3, "qrs") + "begin 644 u.bin\r\n#86)C\r\n`\r\nend\r\n");
+    EXPECT_THAT(w.List3.items(), ElementsAre("a.bin", "u.bin", "x.bin", "y.bin"));
+    EXPECT_EQ(dir.read("a.bin"), "ABCDEFGHI");
+    EXPECT_EQ(verdict("a.bin"), codec::Verdict::verified);
+    EXPECT_EQ(dir.read("u.bin"), "abc");
+    EXPECT_EQ(dir.read("y.bin"), "GHI");
 }
 
-TEST_F(YencRun, UnixTextIsReadAsThoughItsLinesEndedInCrLf) {
-    decode("words\n=ybegin line=128 size=3 name=a\n=ypart begin=1 end=3\nkl  \n..m\n=yend size=3\n");
-    EXPECT_EQ(dir.read("a"),
-              "AB\x04\x04"
-              "C");
-    EXPECT_EQ(program.session.DataStart, 7 + 32 + 22);
-    EXPECT_EQ(verdict("a"), codec::Verdict::damaged) << "its trailer was read: three bytes are stated";
-}
-
-TEST_F(YencRun, LongTextsComeOutTheSameWithAnyLineEnds) {
-    std::string lines;
-    std::string expected;
-    for (int i = 0; i < 40'000; ++i) {
-        lines += i % 7 == 0 ? "==" : "k";
-        expected += i % 7 == 0 ? "\xd3" : "A";
-        if (i % 5 == 0) lines += "\n";
-    }
-    for (const bool unix_text : {true, false}) {
-        std::string text = "=ybegin line=128 size=40000 name=a\n" + lines + "\n=yend size=40000\n";
-        if (!unix_text) {
-            for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos; at += 2) text.insert(at, "\r");
+TEST_F(YencRun, NoFileIsReplacedByEitherDecoder) {
+    for (const char* command_line : {"", "&"}) {
+        SCOPED_TRACE(command_line);
+        tests::TemporaryDirectory here;
+        tests::Program fresh;
+        fresh.session.CommandLine = command_line;
+        here.write("a.bin", "mine");
+        for (const auto& [file, text] : {std::pair{"1.ync", part(1, "klm")}, {"2.ync", part(2, "nop")}}) {
+            std::string path = here.write(file, text);
+            fresh.main_window.File2.set_directory(here.path());
+            fresh.main_window.File3.set_directory(here.path());
+            findfirst(fresh.context, path);
         }
-        decode(text);
-        EXPECT_TRUE(dir.read("a") == expected);
-        EXPECT_EQ(verdict("a"), codec::Verdict::verified);
+        EXPECT_EQ(here.read("a.bin"), "mine");
+        EXPECT_EQ(here.read("a (2).bin"), "ABC");
+        EXPECT_EQ(here.read("a (3).bin"), "DEF");
+        EXPECT_THAT(fresh.main_window.List3.items(), ElementsAre("a (2).bin", "a (3).bin"));
+        EXPECT_EQ(result_row(fresh.main_window, 0).verdict, codec::Verdict::incomplete);
     }
-}
-
-TEST_F(YencRun, ANewsreaderThatDoublesDotsIsKnownByItsLine) {
-    const std::vector<std::pair<std::string, bool>> lines = {
-        {"X-Newsreader: Forte Agent 1.9", true},
-        {"x-newsposter: YENC-POWER-Post", true},
-        {"X-Newsposter: yEnc-PowerPost 11", true},
-        {"User-Agent: Thoth/1.5", true},
-        {"X-Newsreader: thoth", false},
-        {"User-Agent: forte agent", false},
-        {"X-NewsReader:  forte agent", false},
-    };
-    for (const auto& [line, dotted] : lines) {
-        decode(post("a", "..k", line + "\r\n"));
-        const std::string bytes = dir.read(program.session.YencName);
-        EXPECT_EQ(bytes, dotted ? "\x04"
-                                  "A"
-                                : "\x04\x04"
-                                  "A")
-            << line;
-        files::remove_file(program.session.YencName);
-    }
-}
-
-TEST_F(YencRun, OnlyLinesAheadOfTheHeaderTell) {
-    decode("=ybegin line=128 size=3 name=a\r\n=ypart begin=1 end=3\r\n..k\r\nUser-Agent: Thoth\r\n");
-    EXPECT_EQ(dir.read("a").substr(0, 3),
-              "\x04\x04"
-              "A");
-}
-
-TEST_F(YencRun, TheNameIsWhatStandsBehindTheLastEqualsSign) {
-    decode(post("a=b c.bin  ", "klm"));
-    EXPECT_EQ(dir.read("b c.bin"), "ABC");
-    decode(post("../../etc/x=..\\y.bin", "klm"));
-    EXPECT_EQ(dir.read("y.bin"), "ABC");
-}
-
-TEST_F(YencRun, AProgramInDisguiseIsToldOfUnderANameThatShowsIt) {
-    decode(post("cat.jpg      .exe", "klm"));
-    EXPECT_EQ(dir.read("cat.jpg .exe"), "ABC");
-    EXPECT_EQ(verdict("cat.jpg .exe"), codec::Verdict::verified);
-    ASSERT_EQ(w.Outcomes.at("cat.jpg .exe").problems.size(), 1U);
-    EXPECT_EQ(w.Outcomes.at("cat.jpg .exe").problems[0].kind, codec::disguised_name);
-}
-
-TEST_F(YencRun, AnOlderOutputIsReplacedAndCountsAsNew) {
-    dir.write("a.bin", "something older");
-    decode(post("a.bin", "klm"));
-    EXPECT_EQ(dir.read("a.bin"), "ABC");
-    EXPECT_THAT(w.List3.items(), ElementsAre("a.bin"));
 }
 
 TEST_F(YencRun, TheInputIsNotReplacedByItsOwnOutput) {
     const std::string text = post("input", "klm");
-    decode(text, "input");
+    decode(text);
     EXPECT_EQ(dir.read("input"), text);
     EXPECT_EQ(dir.read("input (2)"), "ABC");
-    std::filesystem::create_symlink("input", "link");
-    decode(post("link", "klm"), "input");
-    EXPECT_EQ(dir.read("input"), post("link", "klm"));
 }
 
-TEST_F(YencRun, WithDotsUndoneWhatHasContentKeepsItsName) {
-    program.session.CommandLine = "&";
-    dir.write("photo.jpg", "mine");
-    decode(post("photo.jpg", "klm"));
-    EXPECT_EQ(dir.read("photo.jpg"), "mine");
-    EXPECT_EQ(dir.read("photo-a.jpg"), "ABC");
-    decode(post("photo.jpg", "klm"));
-    EXPECT_TRUE(dir.has("photo-a-a.jpg"));
-    dir.write("a.jpeg", "mine");
-    decode(post("a.jpeg", "klm"));
-    EXPECT_TRUE(dir.has("a-ajpeg"));
-    dir.write("readme", "mine");
-    decode(post("readme", "klm"));
-    EXPECT_TRUE(dir.has("readme-a"));
-    EXPECT_THAT(w.List3.items(), ElementsAre("photo-a.jpg", "photo-a-a.jpg", "a-ajpeg", "readme-a"));
+struct Dots {
+    std::string ahead;
+    const char* command_line;
+    bool undone;
+};
+
+TEST_F(YencRun, DoubledDotsCountOnceAfterCertainNewsreadersOrOnDemand) {
+    const std::vector<Dots> cases = {{"X-Newsreader: Forte Agent 1.9", "", true},
+                                     {"x-newsposter: YENC-POWER-Post", "", true},
+                                     {"User-Agent: Thoth/1.5", "", true},
+                                     {"X-Newsreader: thoth", "", false},
+                                     {"User-Agent: forte agent", "", false},
+                                     {"X-NewsReader:  forte agent", "", false},
+                                     {"words", "&", true}};
+    for (const Dots& c : cases) {
+        program.session.CommandLine = c.command_line;
+        decode(c.ahead + "\r\n=ybegin line=128 name=a.bin\r\n..k\r\n=yend\r\nUser-Agent: Thoth\r\n");
+        EXPECT_EQ(dir.read("a.bin"), c.undone ? "\x04"
+                                                "A"
+                                              : "\x04\x04"
+                                                "A")
+            << c.ahead;
+        files::remove_file(dir.path("a.bin"));
+    }
 }
 
-TEST_F(YencRun, AnEmptyFileOfTheNameIsFilledAndIsNotNew) {
-    program.session.CommandLine = "&";
-    dir.write("a.bin", "");
-    decode(post("a.bin", "klm"));
-    EXPECT_EQ(dir.read("a.bin"), "ABC");
-    EXPECT_THAT(w.List3.items(), IsEmpty());
-    EXPECT_TRUE(w.Picture5.visible) << "the bar stays where nothing is new";
+TEST_F(YencRun, ASizeThatAgreesSaysMoreThanTheNewsreader) {
+    decode(post("a.bin", "..k", "User-Agent: Thoth/1.5\r\n"));
+    EXPECT_EQ(dir.read("a.bin"),
+              "\x04\x04"
+              "A");
+    EXPECT_EQ(verdict("a.bin"), codec::Verdict::verified);
 }
 
-TEST_F(YencRun, AnOutputThatCannotBeWrittenYieldsNothing) {
-    dir.make_directory("a.bin");
-    decode(post("a.bin", "klm"));
-    EXPECT_THAT(w.List3.items(), IsEmpty());
-    EXPECT_THAT(dir.names(), ElementsAre("a.bin", "input"));
+TEST_F(YencRun, AProgramInDisguiseIsListedUnderANameThatShowsIt) {
+    decode(post("cat.jpg      .exe", "klm"));
+    EXPECT_EQ(dir.read("cat.jpg .exe"), "ABC");
+    ASSERT_EQ(row("cat.jpg .exe").problems.size(), 1U);
+    EXPECT_EQ(row("cat.jpg .exe").problems[0].kind, codec::disguised_name);
 }
 
-TEST_F(YencRun, WithoutAHeaderLineNothingIsDecoded) {
-    decode("a, =ybegin line=128 size=3 name=a\r\nklm\r\n");
+TEST_F(YencRun, WhatAPostStatesIsCheckedAgainstTheResult) {
+    decode(
+        "=ybegin line=128 size=3 name=a\r\nklm\r\n=yend size=3 crc32=00000000\r\n"
+        "=ybegin line=128 size=3 name=b\r\nklm\r\n");
+    EXPECT_EQ(verdict("a"), codec::Verdict::damaged);
+    EXPECT_EQ(verdict("b"), codec::Verdict::incomplete);
+    decode(part(2, "klm"));
+    EXPECT_EQ(verdict("a.bin"), codec::Verdict::incomplete);
+}
+
+TEST_F(YencRun, TheBarGoesByTheInputAndAStopLeavesNothing) {
+    std::vector<int> lefts;
+    const std::string text =
+        "=ybegin line=128 size=9000000 name=a\r\n" + std::string(9'000'000, 'k') + "\r\n=yend size=9000000\r\n";
+    program.platform.on_repaint = [&](controls::Window&) {
+        if (w.doing.text.starts_with("Decoding")) lefts.push_back(w.Picture6.left);
+    };
+    decode(text);
+    ASSERT_GT(lefts.size(), 2U);
+    EXPECT_TRUE(std::is_sorted(lefts.begin(), lefts.end()));
+    EXPECT_GT(lefts.back(), w.Picture5.width / 2);
+    EXPECT_LE(lefts.back(), w.Picture5.width);
+    files::remove_file(dir.path("a"));
+
+    program.platform.on_repaint = [&](controls::Window&) {
+        if (w.Picture6.left > w.Picture5.width / 2 && w.doing.text.starts_with("Decoding")) controls::run(w.stop.click);
+    };
+    decode(text);
+    EXPECT_THAT(dir.names(), ElementsAre("input"));
+    EXPECT_FALSE(w.stop.visible || w.Picture5.visible);
+}
+
+TEST_F(YencRun, AHeaderWithoutDataEndsInTheGuide) {
+    decode("a, =ybegin line=128 size=3 name=a\r\nwords\r\n");
+    EXPECT_NE(program.windows.loaded<Form3>(), nullptr);
     EXPECT_THAT(dir.names(), ElementsAre("input"));
 }
 
-TEST_F(YencRun, TheBarGoesByTheInputsLength) {
-    std::vector<int> lefts;
-    program.platform.on_repaint = [&](controls::Window&) {
-        if (w.Picture5.visible) lefts.push_back(w.Picture6.left);
-    };
-    const std::string head = "=ybegin line=128 size=600000 name=a\r\n";
-    decode(head + std::string(600'000, 'k') + "\r\n=yend size=600000\r\n");
-    ASSERT_GT(lefts.size(), 2U);
-    EXPECT_EQ(lefts.front(), 0);
-    EXPECT_TRUE(std::is_sorted(lefts.begin(), lefts.end()));
-    EXPECT_GT(lefts.back(), 5055 / 2);
-    EXPECT_LE(lefts.back(), 5055);
-}
-
-TEST_F(YencRun, WhatAPostStatesIsHeldAgainstTheResult) {
-    decode("=ybegin line=128 size=3 name=a\r\nklm\r\n=yend size=3 crc32=00000000\r\n");
-    EXPECT_EQ(verdict("a"), codec::Verdict::damaged);
-    decode("=ybegin line=128 size=3 name=b\r\nklm\r\n");
-    EXPECT_EQ(verdict("b"), codec::Verdict::incomplete);
-    decode("=ybegin part=2 total=3 line=128 size=9 name=c\r\n=ypart begin=4 end=6\r\nklm\r\n=yend size=3 part=2\r\n");
-    EXPECT_EQ(verdict("c"), codec::Verdict::incomplete);
-    EXPECT_EQ(dir.read("c"), "ABC") << "whatever the verdict";
-}
-
 TEST_F(YencRun, AMisnamedSnapshotBecomesAPictureAndKeepsItsVerdict) {
-    dir.write("snapshot-fa1.jpg", "taken");
+    dir.write("snapshot-fa1.jpg", "");
     decode(post("snapshot-fa", "klm"));
     EXPECT_THAT(w.List3.items(), ElementsAre("snapshot-fa2.jpg"));
     EXPECT_EQ(dir.read("snapshot-fa2.jpg"), "ABC");
+    EXPECT_EQ(dir.read("snapshot-fa1.jpg"), "");
     EXPECT_EQ(verdict("snapshot-fa2.jpg"), codec::Verdict::verified);
 }
 

@@ -85,8 +85,9 @@ TEST_F(MainWindow, ResultsTellNameSizeAndCondition) {
     const TemporaryDirectory here;
     here.write("good.txt", "hello");
     here.write("poor.bin", "hel");
-    w.Outcomes["good.txt"] = {codec::Verdict::verified, 5, {}};
-    w.Outcomes["poor.bin"] = {codec::Verdict::damaged, 3, {{.kind = "bad-crc", .text = "the checksum differs"}}};
+    w.Results = {{here.path(), codec::Outcome{codec::Verdict::verified, 5, {}}},
+                 {here.path(),
+                  codec::Outcome{codec::Verdict::damaged, 3, {{.kind = "bad-crc", .text = "the checksum differs"}}}}};
     show_results({"good.txt", "poor.bin", "gone.txt"});
 
     EXPECT_EQ(cell(0, 0).toString(), QStringLiteral("good.txt"));

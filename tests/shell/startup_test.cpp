@@ -135,7 +135,8 @@ TEST_P(KindOfStart, LeavesTheWindowAsTold) {
     EXPECT_EQ(done, kind.windows);
     EXPECT_EQ(session.SelectedFile, kind.selected);
     EXPECT_EQ(session.WorkDir, in_directory(kind.work_dir, dir.path()));
-    EXPECT_FALSE(w.apt(3).visible);
+    EXPECT_EQ(w.apt(3).visible, session.SelectedFile == "x.zip");
+    EXPECT_EQ(w.opt(3).visible, w.apt(3).visible);
     EXPECT_EQ(w.Label3.text, "");
     EXPECT_TRUE(files::is_directory(w.Text1.text) || kind.wizard);
 }
