@@ -1,8 +1,10 @@
 #include "desktop/application.h"
 
 #include "desktop/clear_style.h"
+#include "desktop/stop_button.h"
 
-#include <QEvent>
+#include <QKeyEvent>
+#include <QShortcutEvent>
 #include <QStyle>
 
 namespace quill::desktop {
@@ -19,14 +21,35 @@ bool is_user_input(const QEvent& event) {
         case QEvent::TouchBegin:
         case QEvent::TouchUpdate:
         case QEvent::TouchEnd:
+        case QEvent::TabletPress:
+        case QEvent::TabletRelease:
         case QEvent::Wheel:
+        case QEvent::Shortcut:
+        case QEvent::ContextMenu:
+        case QEvent::DragEnter:
+        case QEvent::DragMove:
+        case QEvent::Drop:
             return true;
         default:
             return false;
     }
 }
 
+bool is_escape(const QEvent& event) {
+    if (event.type() == QEvent::KeyPress) return static_cast<const QKeyEvent&>(event).key() == Qt::Key_Escape;
+    return event.type() == QEvent::Shortcut &&
+           static_cast<const QShortcutEvent&>(event).key() == QKeySequence(Qt::Key_Escape);
+}
+
 }  // namespace
+
+bool is_dropped(const EventLoop& events, QObject* receiver, const QEvent& event) {
+    if (!events.drops_input() || !is_user_input(event)) return false;
+    if (!events.breathing()) return true;
+    if (receiver->isWindowType() || is_stop_button(receiver)) return false;
+    if (is_escape(event)) press_stop_button();
+    return true;
+}
 
 Application::Application(int& argc, char** argv, EventLoop& events) : QApplication(argc, argv), events_(events) {
     setApplicationName(QStringLiteral("quillbright"));
@@ -36,7 +59,7 @@ Application::Application(int& argc, char** argv, EventLoop& events) : QApplicati
 }
 
 bool Application::notify(QObject* receiver, QEvent* event) {
-    if (events_.drops_input() && is_user_input(*event)) {
+    if (is_dropped(events_, receiver, *event)) {
         event->accept();
         return true;
     }
@@ -44,7 +67,8 @@ bool Application::notify(QObject* receiver, QEvent* event) {
     try {
         handled = QApplication::notify(receiver, event);
     } catch (...) {
-        events_.hand_in([failure = std::current_exception()] { std::rethrow_exception(failure); });
+        const controls::Action report = [failure = std::current_exception()] { std::rethrow_exception(failure); };
+        events_.breathing() ? events_.hand_in_later(report) : events_.hand_in(report);
     }
     return handled;
 }

@@ -1,6 +1,7 @@
 #include "desktop/directory_list.h"
 #include "desktop/option_button.h"
 #include "desktop/shown_text.h"
+#include "desktop/stop_button.h"
 #include "desktop/view.h"
 
 #include <QAbstractButton>
@@ -64,9 +65,19 @@ QWidget* View::bind(controls::Label& label, QWidget* widget) {
 }
 
 QAbstractButton* View::bind(controls::Button& button, QAbstractButton* widget) {
+    QObject::connect(widget, &QAbstractButton::clicked, widget, [this, &button] { hand_in(button.click); });
+    return bind_look(button, widget);
+}
+
+QAbstractButton* View::bind_stop(controls::Button& button, QAbstractButton* widget) {
+    mark_stop_button(widget);
+    QObject::connect(widget, &QAbstractButton::clicked, widget, [this, &button] { events_.interrupt(button.click); });
+    return bind_look(button, widget);
+}
+
+QAbstractButton* View::bind_look(controls::Button& button, QAbstractButton* widget) {
     adopt(button, widget);
     bind_state(button, widget);
-    QObject::connect(widget, &QAbstractButton::clicked, widget, [this, &button] { hand_in(button.click); });
     on_sync([&button, widget, caption = Drawn<std::string>()]() mutable {
         caption.update(button.caption, [&](const std::string& now) { widget->setText(desktop::shown(now)); });
     });

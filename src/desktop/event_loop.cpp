@@ -10,7 +10,8 @@
 namespace quill::desktop {
 
 void EventLoop::hand_in(const controls::Action& event) {
-    if (!event || ended_) return;
+    if (!event || ended_ || breathing_) return;
+    if (depth_ == 0) since_begin_.start();
     const controls::Action action = event;  // it may be replaced while it runs
     std::string reason;
     ++depth_;
@@ -28,6 +29,21 @@ void EventLoop::hand_in(const controls::Action& event) {
     if (ended_) return;
     if (after_event) after_event(depth_ == 0);
     if (!reason.empty() && failed) failed(reason);
+    if (depth_ == 0) hand_in_what_waits();
+}
+
+void EventLoop::hand_in_later(controls::Action event) {
+    waiting_.push_back(std::move(event));
+    if (depth_ == 0) hand_in_what_waits();
+}
+
+void EventLoop::hand_in_what_waits() {
+    for (const controls::Action& event : std::exchange(waiting_, {})) hand_in(event);
+}
+
+void EventLoop::interrupt(const controls::Action& stop) {
+    const controls::Action action = stop;
+    controls::run(action);
 }
 
 int EventLoop::run() {
@@ -44,8 +60,10 @@ void EventLoop::check_ended() const {
 }
 
 void EventLoop::breathe() {
-    breathed_ = true;
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    if (breathing_) return;
+    breathed_ = breathing_ = true;
+    QCoreApplication::processEvents();
+    breathing_ = false;
     check_ended();
 }
 

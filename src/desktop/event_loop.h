@@ -2,8 +2,13 @@
 
 #include "controls/control.h"
 
+#include <QElapsedTimer>
+
+#include <cstdint>
 #include <functional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace quill::desktop {
 
@@ -30,21 +35,48 @@ class EventLoop {
     /// Throws ProcessEnd where the process ended while the caller waited for the user.
     void check_ended() const;
 
-    /// Lets the desktop draw, move and uncover windows during a long run. Keys and clicks wait; those that came in
-    /// meanwhile are dropped when the run is over.
+    /// Lets the desktop draw, move and uncover windows during a long run. Nothing else happens meanwhile: keys, clicks
+    /// and other events are dropped, but for what stops the run.
     void breathe();
+    bool breathing() const { return breathing_; }
 
-    /// Whether a key or a click that comes now was meant for what was there before a long run.
-    bool drops_input() const { return drops_input_; }
+    /// Does what a Stop button asks for, at once, in the middle of a run.
+    void interrupt(const controls::Action& stop);
+
+    /// Hands `event` in when the action that runs now is over.
+    void hand_in_later(controls::Action event);
+
+    /// Milliseconds since the outermost action began.
+    std::int64_t running_for() const { return since_begin_.elapsed(); }
+
+    /// Returns true for keys and clicks that were meant for what was there before or during a long run.
+    bool drops_input() const { return drops_input_ || breathing_; }
+
+    /// Ends the breathing for the time of a box that waits for the user.
+    class WaitsForUser {
+      public:
+        explicit WaitsForUser(EventLoop& events) : events_(events), was_(std::exchange(events.breathing_, false)) {}
+        ~WaitsForUser() { events_.breathing_ = was_; }
+        WaitsForUser(const WaitsForUser&) = delete;
+        WaitsForUser& operator=(const WaitsForUser&) = delete;
+
+      private:
+        EventLoop& events_;
+        bool was_;
+    };
 
     std::function<void(bool outermost)> after_event;
     std::function<void(const std::string& reason)> failed;
 
   private:
     void drop_waiting_input();
+    void hand_in_what_waits();
 
     int depth_ = 0;
+    QElapsedTimer since_begin_;
+    std::vector<controls::Action> waiting_;
     bool ended_ = false;
+    bool breathing_ = false;
     bool breathed_ = false;
     bool drops_input_ = false;
 };

@@ -121,7 +121,8 @@ QWidget* MainWindowView::make_file_line() {
 
 void MainWindowView::show_uppermost_panel() {
     enum Panel { start_panel, results_panel, create_panel };
-    const Panel uppermost = w_.Picture4.visible ? create_panel : w_.Picture2.visible ? results_panel : start_panel;
+    const Panel at_rest = w_.Picture4.visible ? create_panel : w_.Picture2.visible ? results_panel : start_panel;
+    const Panel uppermost = w_.stop.visible ? start_panel : at_rest;
     if (panels_->currentIndex() == uppermost) return;
     panels_->setCurrentIndex(uppermost);
     if (uppermost == results_panel && !w_.List3.selected && w_.List3.count() > 0) {

@@ -15,6 +15,7 @@ namespace {
 
 constexpr int twips_per_pixel = 15;
 constexpr qint64 frame_time = 40;  // milliseconds between two repaints of a long run
+constexpr qint64 patience = 150;   // milliseconds that a run may take without being shown
 
 }  // namespace
 
@@ -53,6 +54,7 @@ int DesktopMachine::random(int bound) {
 ViewDisplay::ViewDisplay(EventLoop& events, Views& views) : events_(events), views_(views) {}
 
 void ViewDisplay::repaint(controls::Window& window) {
+    if (events_.running_for() < patience) return;
     if (since_last_.isValid() && since_last_.elapsed() < frame_time) return;
     views_.sync(window);
     events_.breathe();

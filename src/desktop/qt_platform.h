@@ -28,7 +28,8 @@ class DesktopMachine final : public platform::Machine {
     std::minstd_rand generator_{std::random_device{}()};
 };
 
-/// Draws windows while an action runs, some twenty-five times a second at most.
+/// Draws windows while an action runs, some twenty-five times a second at most. An action that is soon over is not
+/// shown, so that nothing flickers.
 class ViewDisplay final : public platform::Display {
   public:
     ViewDisplay(EventLoop& events, Views& views);

@@ -2,6 +2,7 @@
 #include "desktop/pieces.h"
 #include "desktop/star_panel.h"
 
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QProgressBar>
@@ -91,14 +92,19 @@ QWidget* MainWindowView::make_option(int index) {
 
 QWidget* MainWindowView::make_progress() {
     auto* area = new QWidget;
+    area->setProperty("empty", true);
     bind(w_.Picture5, area);
-    auto* layout = new QHBoxLayout(area);
+    auto* layout = new QGridLayout(area);
     layout->setContentsMargins(0, 0, 0, 0);
+    layout->setHorizontalSpacing(line_height());
     auto* bar = new QProgressBar;
     bar->setTextVisible(false);
     bar->setMinimumHeight(bar->fontMetrics().height());
     bind(w_.Picture5, w_.Picture6, bar);
-    layout->addWidget(bar);
+    layout->addWidget(bind(w_.doing, light_label(title_colour, 1.0)), 0, 0, 1, 2);
+    layout->addWidget(bar, 1, 0);
+    layout->addWidget(bind_stop(w_.stop, push_button()), 1, 1);
+    layout->setColumnStretch(0, 1);
     return area;
 }
 

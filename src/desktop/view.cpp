@@ -1,6 +1,7 @@
 #include "desktop/view.h"
 
 #include "desktop/shown_text.h"
+#include "desktop/stop_button.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -28,7 +29,14 @@ class View::CloseFilter final : public QObject {
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() != QEvent::Close) return QObject::eventFilter(watched, event);
         event->ignore();
-        view_.hand_in(view_.window_.close);
+        if (view_.events_.breathing()) {
+            press_stop_button();
+            view_.events_.hand_in_later([&view = view_, frame = view_.frame_] {
+                if (frame) view.hand_in(view.window_.close);
+            });
+        } else {
+            view_.hand_in(view_.window_.close);
+        }
         return true;
     }
 

@@ -86,6 +86,8 @@ class View {
     OptionButton* bind(controls::Label& label, OptionButton* widget);
     QWidget* bind(controls::Label& label, QWidget* widget);
     QAbstractButton* bind(controls::Button& button, QAbstractButton* widget);
+    /// A button that stops a long run: pressed, it acts in the middle of that.
+    QAbstractButton* bind_stop(controls::Button& button, QAbstractButton* widget);
     QAction* bind(controls::MenuItem& item, QAction* action);
     QMenu* bind(controls::MenuItem& item, QMenu* menu);
     QLineEdit* bind(controls::TextBox& box, QLineEdit* widget);
@@ -134,6 +136,8 @@ class View {
     void place();
     /// Makes the window as tall as its texts need when wrapped to its width, where the screen has room for it.
     void grow_to_content();
+    /// Gives a button its name, caption and state.
+    QAbstractButton* bind_look(controls::Button& button, QAbstractButton* widget);
     /// Shows and enables `widget` as `control` says.
     void bind_state(const controls::Control& control, QWidget* widget);
 

@@ -36,6 +36,7 @@ void Views::make_missing() {
 }
 
 void Views::sync(controls::Window& window) {
+    make_missing();
     if (View* view = view_of(window)) view->sync();
 }
 

@@ -31,7 +31,7 @@ class Views {
     /// Makes the views of new windows, takes those of unloaded ones off the screen, draws what has changed in all.
     void sync_all();
 
-    /// Draws what has changed in `window`; nothing where it has no view yet.
+    /// Draws what has changed in `window`.
     void sync(controls::Window& window);
 
     /// The view of `window`, or nullptr.

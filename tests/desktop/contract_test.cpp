@@ -105,9 +105,14 @@ TEST_F(ViewContract, MainWindowDrawsItsControlsInEachState) {
              w.apt(3).visible = w.opt(3).visible = true;
              w.Label3.text = "/home/ada/notes.zip";
          }},
-        {"decoding", [&] { w.Picture5.visible = true; }},
+        {"decoding",
+         [&] {
+             w.Picture5.visible = w.doing.visible = w.stop.visible = true;
+             w.doing.text = "Decoding notes.mim";
+         }},
         {"results",
          [&] {
+             w.Picture5.visible = w.doing.visible = w.stop.visible = false;
              w.List3.add("photo.jpg");
              w.Picture2.visible = true;
          }},

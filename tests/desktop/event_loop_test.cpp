@@ -95,7 +95,8 @@ TEST_F(DesktopEvents, MessagesAreShownWhole) {
           std::string("No file was selected, if you do not wish to select a file, click on the "
                       "Cancel button."),
           std::string("One\nTwo words ") + std::string(70, 'w') + "\nThree"}) {
-        QTimer::singleShot(0, [&] {
+        QObject while_shown;
+        QTimer::singleShot(0, &while_shown, [&] {
             QWidget* box = QApplication::activeModalWidget();
             ASSERT_NE(box, nullptr);
             const auto* label = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
