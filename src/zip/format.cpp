@@ -1,36 +1,9 @@
 #include "zip/format.h"
 
-#include <algorithm>
-#include <array>
-#include <utility>
+#include "archive/methods/methods.h"
 
 namespace quill::zip {
 namespace {
-
-constexpr std::array<std::pair<std::uint16_t, std::string_view>, 22> method_names{{
-    {0, "stored"},
-    {1, "shrunk"},
-    {2, "reduced"},
-    {3, "reduced"},
-    {4, "reduced"},
-    {5, "reduced"},
-    {6, "imploded"},
-    {7, "tokenized"},
-    {8, "deflated"},
-    {9, "deflate64"},
-    {10, "imploded (DCL)"},
-    {12, "bzip2"},
-    {14, "LZMA"},
-    {16, "CMPSC"},
-    {18, "TERSE"},
-    {19, "LZ77"},
-    {20, "Zstandard (old number)"},
-    {93, "Zstandard"},
-    {95, "xz"},
-    {97, "WavPack"},
-    {98, "PPMd"},
-    {99, "AES"},
-}};
 
 std::uint64_t get(std::string_view bytes, std::uint64_t at, unsigned width) {
     if (at > bytes.size() || bytes.size() - at < width) return 0;
@@ -89,9 +62,8 @@ std::optional<Header> parse_shared(std::string_view bytes, std::uint64_t at, std
 }  // namespace
 
 std::string method_name(std::uint16_t method) {
-    const auto found =
-        std::find_if(method_names.begin(), method_names.end(), [&](const auto& m) { return m.first == method; });
-    return found == method_names.end() ? "method " + std::to_string(method) : std::string(found->second);
+    const archive::Method* const found = archive::find_method(method);
+    return found == nullptr ? "method " + std::to_string(method) : std::string(found->name);
 }
 
 std::uint16_t get16(std::string_view bytes, std::uint64_t at) {

@@ -1,34 +1,46 @@
 #include "zip/member_reader.h"
 
+#include "archive/ciphers/aes_cipher.h"
 #include "archive/ciphers/traditional_cipher.h"
 #include "codec/checksum.h"
 #include "text/utf8.h"
-#include "zip/libzip_member.h"
-
-#include <libdeflate.h>
 
 #include <algorithm>
 #include <array>
+#include <limits>
+#include <memory>
 #include <optional>
 #include <utility>
-#include <zlib.h>
 
 namespace quill::zip {
 namespace {
 
-constexpr std::uint64_t largest_in_one = 64U << 20U;
-constexpr std::uint64_t deflate_most_ratio = 1032;
-constexpr std::size_t piece = 256U << 10U;
+using archive::AesField;
+using archive::Passed;
+using archive::StreamState;
 
 constexpr std::array<std::string_view, 4> fate_names{"verified", "whole", "damaged", "refused"};
 
-/// Whether the authentication code of AES stands in for the CRC (AE-2).
-bool has_no_crc(const Member& member) {
-    return member.is_aes() && get16(*extra_field(member.extra, extra_aes), 0) == 2;
-}
-
 void tell(Content& content, Grade grade, std::string kind, std::uint64_t at, std::string text) {
     content.problems.push_back({grade, std::move(kind), at, {}, std::move(text)});
+}
+
+/// Returns the field 9901 of `extra`; nullopt where it is missing or too short.
+std::optional<AesField> aes_field(std::string_view extra) {
+    constexpr std::size_t field_size = 7;
+    const std::optional<std::string_view> field = extra_field(extra, extra_aes);
+    if (!field || field->size() < field_size) return std::nullopt;
+    return AesField{get16(*field, 0), static_cast<std::uint8_t>((*field)[4]), get16(*field, 5)};
+}
+
+bool has_ended(StreamState state) {
+    return state == StreamState::ended || state == StreamState::complete;
+}
+
+bool refuse_password(Content& content, std::uint64_t at, std::string text) {
+    tell(content, Grade::lost, "password", at, std::move(text));
+    content.needs_password = true;
+    return false;
 }
 
 }  // namespace
@@ -37,26 +49,15 @@ std::string_view name_of(Fate fate) {
     return fate_names.at(static_cast<std::size_t>(fate));
 }
 
-/// A member's compressed bytes, decrypted on the way where need be.
+/// A member's compressed bytes, and what decrypts them.
 struct MemberReader::Source {
     Header local;
-    std::uint64_t at = 0;   // of `data` in the file
-    std::string_view data;  // what is left of them
-    bool ended = false;     // a compressed stream came to its proper end
-    bool broken = false;    // a compressed stream did not
-    bool vouched = false;   // something else than the CRC has verified the bytes
-    std::optional<archive::TraditionalCipher> cipher;
-    std::string plain;
-
-    /// The next bytes, at least one while there are any.
-    std::string_view next() {
-        std::string_view bytes = data.substr(0, piece);
-        data.remove_prefix(bytes.size());
-        if (!cipher) return bytes;
-        plain = bytes;
-        cipher->decrypt(plain);
-        return plain;
-    }
+    std::uint64_t begin = 0;  // of all that follows the header in the file
+    std::uint64_t at = 0;     // of `data` in the file
+    std::string_view data;
+    bool cut = false;  // there are fewer bytes than are stated
+    std::optional<AesField> aes;
+    std::unique_ptr<archive::Cipher> cipher;
 };
 
 /// Counts and checks what goes to the sink.
@@ -82,14 +83,8 @@ class MemberReader::Meter {
     bool stopped_ = false;
 };
 
-void MemberReader::FreeDecompressor::operator()(libdeflate_decompressor* decompressor) const {
-    libdeflate_free_decompressor(decompressor);
-}
-
 MemberReader::MemberReader(const Archive& archive, std::string password)
     : archive_(archive), password_(std::move(password)) {}
-
-MemberReader::~MemberReader() = default;
 
 Content MemberReader::read(const Member& member, const Sink& sink) {
     const std::optional<Member> own = as_in_own_header(member);
@@ -127,22 +122,22 @@ bool MemberReader::checks_out(const Member& member, const Sink& sink) {
 Content MemberReader::read_as(const Member& member, const Sink& sink) {
     Content content;
     Source source;
-    if (!locate(member, source, content) || !prepare_decryption(member, source, content)) return content;
-    Meter meter(sink);
-    const std::uint16_t method = member.content_method();
-    if (member.is_aes() || (method != method_stored && method != method_deflated)) {
-        read_through_libzip(member, source, meter, content);
-    } else if (method == method_stored) {
-        copy_stored(source, meter);
-    } else {
-        inflate(member, source, meter, content);
+    if (!locate(member, source, content) || !open_cipher(member, source, content)) return content;
+    // A member without a byte is stored, whatever its method.
+    const bool empty = member.sizes_known && member.uncompressed_size == 0 && source.data.empty();
+    const std::uint16_t number = empty ? method_stored : member.content_method();
+    const archive::Method* const method = archive::find_method(number);
+    if (method == nullptr || method->make == nullptr) {
+        tell(content, Grade::lost, "unsupported", source.at, "its method, " + method_name(number) + ", can't be read");
+        return content;
     }
-    if (content.needs_password) return content;
-    judge(member, source, meter, content);
+    Meter meter(sink);
+    const Passed passed = decode(member, source, *method, meter);
+    judge(member, source, passed, meter, content);
     return content;
 }
 
-/// Finds the member's data by its local header, and tells where the two headers differ.
+/// Finds the member's data by its local header, and reports where the two headers differ.
 bool MemberReader::locate(const Member& member, Source& source, Content& content) const {
     const std::string_view bytes = archive_.bytes();
     if (member.elsewhere) {
@@ -164,8 +159,11 @@ bool MemberReader::locate(const Member& member, Source& source, Content& content
         return false;
     }
     source.local = *local;
-    source.at = at + local->size;
+    source.begin = source.at = at + local->size;
     source.data = slice(bytes, source.at, member.compressed_size);
+    // A size that leads into nothing has been replaced in a member that was recovered.
+    const std::uint64_t stated = member.recovered ? local->compressed_size : member.compressed_size;
+    source.cut = member.sizes_known && source.data.size() < stated;
     if (local->name != member.raw_name) {
         tell(content, Grade::damaged, "names-differ", at,
              "its own header calls it \"" + text::to_utf8(local->name) + "\", the directory calls it \"" +
@@ -180,172 +178,143 @@ bool MemberReader::locate(const Member& member, Source& source, Content& content
     return true;
 }
 
-/// Reads the encryption header of a member with a traditional password.
-bool MemberReader::prepare_decryption(const Member& member, Source& source, Content& content) const {
-    if (!member.is_encrypted()) return true;
-    if (password_.empty()) {
-        tell(content, Grade::lost, "password", source.at, "it needs a password");
-        content.needs_password = true;
-        return false;
-    }
-    if (member.is_aes()) return true;
-    if (member.method == method_aes) {
-        tell(content, Grade::lost, "unsupported", source.at, "it is encrypted in an unknown way");
-        return false;
-    }
-    archive::TraditionalCipher cipher(password_);
-    const std::uint8_t check = cipher.read_header(source.data.substr(0, archive::TraditionalCipher::header_size));
+/// Reads what comes before the encrypted bytes of a member.
+bool MemberReader::open_cipher(const Member& member, Source& source, Content& content) const {
+    if (!member.is_encrypted() && !member.is_aes()) return true;
+    if (password_.empty()) return refuse_password(content, source.at, "it needs a password");
+    if (member.is_aes()) return open_aes(member, source, content);
+    if (member.method != method_aes) return open_traditional(member, source, content);
+    tell(content, Grade::lost, "unsupported", source.at, "it is encrypted in an unknown way");
+    return false;
+}
+
+bool MemberReader::open_traditional(const Member& member, Source& source, Content& content) const {
+    constexpr std::size_t header_size = archive::TraditionalCipher::header_size;
+    auto cipher = std::make_unique<archive::TraditionalCipher>(password_);
+    const std::uint8_t check = cipher->read_header(source.data.substr(0, header_size));
     const bool by_crc = check == member.crc >> 24U;
     const bool crc_came_later = ((source.local.flags | member.flags) & descriptor_flag) != 0;
     const bool by_time = crc_came_later && check == (source.local.dos_time >> 8U & 0xFFU);
-    if (source.data.size() < archive::TraditionalCipher::header_size || (!by_crc && !by_time)) {
-        tell(content, Grade::lost, "password", source.at, "the password is wrong");
-        content.needs_password = true;
+    if (source.data.size() < header_size || (!by_crc && !by_time)) {
+        return refuse_password(content, source.at, "the password is wrong");
+    }
+    source.data.remove_prefix(header_size);
+    source.at += header_size;
+    source.cipher = std::move(cipher);
+    return true;
+}
+
+/// Takes salt, check of the password and authentication code off the data. Data that are cut have no code.
+bool MemberReader::open_aes(const Member& member, Source& source, Content& content) const {
+    source.aes = aes_field(member.extra);
+    const std::size_t head_size = source.aes ? source.aes->head_size() : 0;
+    if (head_size == 0) {
+        tell(content, Grade::lost, "unsupported", source.at, "it is encrypted in an unknown way");
         return false;
     }
-    const std::uint16_t method = member.content_method();
-    if (method != method_stored && method != method_deflated) return true;  // libzip does it all
-    source.data.remove_prefix(archive::TraditionalCipher::header_size);
-    source.cipher = cipher;
+    const bool has_code = member.sizes_known && !source.cut && source.data.size() >= head_size + archive::aes_code_size;
+    if (source.data.size() < head_size) {
+        tell(content, Grade::lost, "cut", source.at, "its encrypted data are too short");
+        return false;
+    }
+    const std::string_view head = source.data.substr(0, head_size);
+    const std::size_t size = source.data.size() - head_size - (has_code ? archive::aes_code_size : 0);
+    const std::string_view code = source.data.substr(head_size + size);
+    source.cipher = archive::make_aes_cipher(*source.aes, password_, head, code);
+    if (!source.cipher) return refuse_password(content, source.at, "the password is wrong");
+    source.data = source.data.substr(head_size, size);
+    source.at += head_size;
     return true;
 }
 
-void MemberReader::copy_stored(Source& source, Meter& meter) {
-    while (!source.data.empty() && meter.take(source.next())) {
+Passed MemberReader::decode(const Member& member, const Source& source, const archive::Method& method, Meter& meter) {
+    if (method.number == method_deflated && member.sizes_known && !source.cipher) {
+        if (const auto whole = inflater_.inflate(source.data, member.uncompressed_size)) {
+            Passed passed{.state = StreamState::ended, .read = whole->read};
+            passed.stopped = !meter.take(whole->content);
+            return passed;
+        }
     }
-}
-
-void MemberReader::inflate(const Member& member, Source& source, Meter& meter, Content& content) {
-    const std::uint64_t size = member.uncompressed_size;
-    const bool believable = member.sizes_known && size <= largest_in_one && source.data.size() <= largest_in_one &&
-                            size <= source.data.size() * deflate_most_ratio + piece;
-    if (believable && !source.cipher && inflate_whole(member, source, meter, content)) {
-        source.ended = true;
-        return;
-    }
-    inflate_in_pieces(source, meter, content);
-}
-
-/// One call of libdeflate. False, with nothing given out, where the data are not as stated.
-bool MemberReader::inflate_whole(const Member& member, const Source& source, Meter& meter, Content& content) {
-    if (!decompressor_) decompressor_.reset(libdeflate_alloc_decompressor());
-    const auto size = static_cast<std::size_t>(member.uncompressed_size);
-    if (size > buffer_size_) {
-        buffer_.reset();
-        buffer_ = std::make_unique_for_overwrite<char[]>(size);
-        buffer_size_ = size;
-    }
-    std::size_t used = 0, made = 0;
-    char nothing = 0;  // for a member of size 0: libdeflate wants a place all the same
-    char* out = size == 0 ? &nothing : buffer_.get();
-    const libdeflate_result result = libdeflate_deflate_decompress_ex(decompressor_.get(), source.data.data(),
-                                                                      source.data.size(), out, size, &used, &made);
-    if (result != LIBDEFLATE_SUCCESS) return false;
-    if (used < source.data.size()) {
-        tell(content, Grade::repaired, "extra-data", source.at + used, "bytes follow its compressed data");
-    }
-    meter.take({out, made});
-    return true;
-}
-
-void MemberReader::inflate_in_pieces(Source& source, Meter& meter, Content& content) {
-    z_stream stream = {};
-    constexpr int raw_deflate = -MAX_WBITS;
-    if (inflateInit2(&stream, raw_deflate) != Z_OK) {
-        source.broken = true;
-        return;
-    }
-    std::string out(piece, '\0');
-    const std::size_t total = source.data.size();
-    int result = Z_OK;
-    while (result == Z_OK && !meter.stopped() && !source.data.empty()) {
-        const std::string_view in = source.next();
-        stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(in.data()));  // zlib does not write to it
-        stream.avail_in = static_cast<uInt>(in.size());
-        do {
-            stream.next_out = reinterpret_cast<Bytef*>(out.data());
-            stream.avail_out = static_cast<uInt>(out.size());
-            result = ::inflate(&stream, Z_NO_FLUSH);
-            if (result == Z_BUF_ERROR) result = Z_OK;  // only that this piece is used up
-            if (!meter.take(std::string_view(out).substr(0, out.size() - stream.avail_out))) break;
-        } while (result == Z_OK && stream.avail_out == 0);
-    }
-    source.ended = result == Z_STREAM_END;
-    const std::size_t used = total - source.data.size() - stream.avail_in;
-    inflateEnd(&stream);
-    if (source.ended) {
-        source.data = slice(archive_.bytes(), source.at + used, std::string_view::npos);
-    } else if (!meter.stopped()) {
-        source.broken = true;
-        tell(content, Grade::damaged, result == Z_OK ? "cut" : "bad-data", source.at + used,
-             result == Z_OK ? "its compressed data end too early" : "its compressed data are broken");
-    }
-}
-
-void MemberReader::read_through_libzip(const Member& member, Source& source, Meter& meter, Content& content) {
-    const std::uint16_t method = member.content_method();
-    if (!libzip_reads(method)) {
-        tell(content, Grade::lost, "unsupported", source.at, "its method, " + method_name(method) + ", can't be read");
-        source.broken = true;
-        return;
-    }
-    Header header = source.local;
-    header.flags = member.flags;
-    header.method = member.method;
-    header.extra = member.extra;
-    header.dos_time = member.dos_time;
-    header.crc = member.crc;
-    header.compressed_size = source.data.size();
-    header.uncompressed_size = member.uncompressed_size;
-    LibzipResult result = read_member_by_libzip(header, source.data, password_,
-                                                [&](std::string_view bytes) { return meter.take(bytes); });
-    if (!result.whole && has_no_crc(member) && meter.size() == member.uncompressed_size && !meter.stopped()) {
-        // libzip holds even a CRC that is left out against the content. With the one that came out, its answer is that
-        // of the authentication code.
-        header.crc = meter.crc();
-        result = read_member_by_libzip(header, source.data, password_, [](std::string_view) { return true; });
-    }
-    if (result.wrong_password) {
-        tell(content, Grade::lost, "password", source.at, "the password is wrong");
-        content.needs_password = true;
-        return;
-    }
-    source.ended = source.vouched = result.whole;
-    source.broken = !result.whole;
-    if (!result.whole && !meter.stopped()) {
-        tell(content, Grade::damaged, "bad-data", source.at, "its data are broken (" + result.error + ")");
-    }
+    archive::StreamInfo info{method.number, member.flags};
+    if (member.sizes_known) info.size = member.uncompressed_size;
+    const archive::DecompressorPtr decompressor = method.make(info);
+    return chain_.run(source.data, source.cipher.get(), *decompressor,
+                      info.size.value_or(std::numeric_limits<std::uint64_t>::max()),
+                      [&](std::string_view bytes) { return meter.take(bytes); });
 }
 
 /// Compares what came out with what was promised.
-void MemberReader::judge(const Member& member, const Source& source, const Meter& meter, Content& content) const {
+void MemberReader::judge(const Member& member, const Source& source, const Passed& passed, const Meter& meter,
+                         Content& content) const {
     content.size = meter.size();
-    content.sink_failed = meter.stopped();
-    if (source.broken && meter.size() == 0) return;
+    content.sink_failed = passed.stopped;
     content.fate = Fate::damaged;
-    if (content.sink_failed || source.broken) return;
-    if (!member.sizes_known) {
-        // The numbers behind a stream that ended by itself, if they are there.
-        const bool marked = get32(source.data, 0) == descriptor_signature;
-        const bool agrees = source.ended && get32(source.data, marked ? 4 : 0) == meter.crc() && meter.size() != 0;
-        if (source.ended) {
-            content.fate = agrees ? Fate::verified : Fate::whole;
-        } else {
-            tell(content, Grade::damaged, "cut", source.at, "nothing tells where it ends");
-        }
+    if (passed.stopped) return;
+    check_ends(member, source, passed, content);
+    if (passed.state == StreamState::broken || passed.state == StreamState::too_large ||
+        (passed.state == StreamState::running && !passed.too_long)) {
+        if (meter.size() == 0) content.fate = Fate::refused;
         return;
     }
-    if (member.compressed_size >
-        archive_.bytes().size() - std::min<std::uint64_t>(source.at, archive_.bytes().size())) {
-        tell(content, Grade::damaged, "cut", archive_.bytes().size(), "the file ends inside it");
+    if (!member.sizes_known) {
+        content.fate = judge_by_descriptor(source, passed, meter, content);
+        return;
     }
-    if (meter.size() != member.uncompressed_size) {
+    const std::string stated = std::to_string(member.uncompressed_size);
+    const bool right_size = !passed.too_long && meter.size() == member.uncompressed_size;
+    if (passed.too_long) {
         tell(content, Grade::damaged, "wrong-size", source.at,
-             "it has " + std::to_string(meter.size()) + " bytes and says " + std::to_string(member.uncompressed_size));
+             "it has more than the " + stated + " bytes that it states");
+    } else if (!right_size) {
+        tell(content, Grade::damaged, "wrong-size", source.at,
+             "it has " + std::to_string(meter.size()) + " bytes and states " + stated);
     }
-    const bool right_crc = source.vouched || meter.crc() == member.crc;
-    if (!right_crc) tell(content, Grade::damaged, "bad-crc", source.at, "its CRC is wrong");
-    if (right_crc && meter.size() == member.uncompressed_size) content.fate = Fate::verified;
+    // AE-2 leaves the CRC out; one that is there all the same counts.
+    const bool crc_left_out = source.aes && source.aes->version == 2 && member.crc == 0;
+    const bool right_crc = crc_left_out || meter.crc() == member.crc;
+    if (!right_crc && right_size) tell(content, Grade::damaged, "bad-crc", source.at, "its CRC is wrong");
+    const std::optional<AesField> own = aes_field(source.local.extra);
+    const bool same_field = !source.aes || !crc_left_out || !own || *own == *source.aes;
+    if (!same_field) {
+        tell(content, Grade::damaged, "header-differs", source.at,
+             "its own header and the directory disagree on what the encrypted data are");
+    }
+    if (right_size && right_crc && same_field && passed.authentic != false) content.fate = Fate::verified;
+}
+
+/// Reports what is wrong with the end of the compressed data, or with their authentication code.
+void MemberReader::check_ends(const Member& member, const Source& source, const Passed& passed,
+                              Content& content) const {
+    if (source.cut) tell(content, Grade::damaged, "cut", source.at + source.data.size(), "it is cut off");
+    const std::uint64_t at = source.at + passed.read;
+    if (passed.state == StreamState::broken) {
+        tell(content, Grade::damaged, "bad-data", at, "its compressed data are broken");
+    } else if (passed.state == StreamState::too_large) {
+        tell(content, Grade::lost, "unsupported", at, "it needs more than 1 GiB of memory");
+    } else if (passed.state == StreamState::running && !passed.too_long && !source.cut) {
+        tell(content, Grade::damaged, "cut", at, "its compressed data end too early");
+    } else if (has_ended(passed.state) && !passed.too_long && member.sizes_known && passed.read < source.data.size()) {
+        tell(content, Grade::repaired, "extra-data", at, "bytes follow its compressed data");
+    }
+    if (passed.authentic == false && member.sizes_known && !source.cut) {
+        tell(content, Grade::damaged, "bad-code", source.at + source.data.size(), "its authentication code is wrong");
+    }
+}
+
+/// Compares what came out with the data descriptor behind a stream that ended by itself, where there is one. (Its sizes
+/// have 4 bytes or 8, and its signature may be left out: APPNOTE 4.3.9.)
+Fate MemberReader::judge_by_descriptor(const Source& source, const Passed& passed, const Meter& meter,
+                                       Content& content) const {
+    if (passed.state != StreamState::ended || source.aes) {
+        tell(content, Grade::damaged, "cut", source.at, "nothing shows where it ends");
+        return Fate::damaged;
+    }
+    const std::uint64_t end = source.at + passed.read, packed = end - source.begin;
+    const std::string_view bytes = archive_.bytes();
+    const std::uint64_t crc_at = end + (get32(bytes, end) == descriptor_signature ? 4 : 0), sizes_at = crc_at + 4;
+    const bool narrow = get32(bytes, sizes_at) == packed && get32(bytes, sizes_at + 4) == meter.size();
+    const bool wide = get64(bytes, sizes_at) == packed && get64(bytes, sizes_at + 8) == meter.size();
+    return get32(bytes, crc_at) == meter.crc() && (narrow || wide) ? Fate::verified : Fate::whole;
 }
 
 }  // namespace quill::zip

@@ -22,8 +22,9 @@ struct Odd {
     std::optional<std::string> local_name = {};
     std::optional<std::uint64_t> local_size = {};  ///< stated by the local header, where the other header is wrong
     std::optional<std::uint64_t> local_packed_size = {};
-    std::string extra = {};      ///< of the central header
-    std::uint16_t made_by = 20;  ///< upper byte: 0 for DOS, 3 for Unix
+    std::string extra = {};        ///< of the central header
+    std::string local_extra = {};  ///< of the local header
+    std::uint16_t made_by = 20;    ///< upper byte: 0 for DOS, 3 for Unix
     std::uint32_t attributes = 0;
     std::optional<std::uint64_t> offset = {};
     bool silent_local = false;  ///< CRC and sizes in a descriptor behind the data
@@ -48,8 +49,8 @@ class ArchiveBuilder {
                    odd.silent_local ? 0 : odd.local_packed_size.value_or(packed_size),
                    odd.silent_local ? 0 : odd.local_size.value_or(size));
         zip::put16(bytes_, local_name.size());
-        zip::put16(bytes_, 0);
-        bytes_ += local_name + packed;
+        zip::put16(bytes_, odd.local_extra.size());
+        bytes_ += local_name + odd.local_extra + packed;
         if (odd.silent_local) {
             zip::put32(bytes_, zip::descriptor_signature);
             zip::put32(bytes_, crc);

@@ -202,57 +202,6 @@ TEST(Archive, NamesAreUnicodeWhereverTheyComeFrom) {
     }
 }
 
-TEST(MemberReader, SaysWhatIsWrongAndGivesWhatThereIs) {
-    const std::string deflated("\xCB\x48\xCD\xC9\xC9\x07\x00", 7);  // "hello"
-    const struct {
-        const char* what;
-        Odd odd;
-        Fate fate;
-        const char* bytes;
-        const char* problems;
-    } cases[] = {
-        {"deflated", {.method = 8, .packed = deflated}, Fate::verified, "hello", ""},
-        {"bad CRC", {.crc = 1}, Fate::damaged, "hello", "bad-crc"},
-        {"stated too long", {.stated_size = 9}, Fate::damaged, "hello", "wrong-size"},
-        {"deflated, stated too short",
-         {.method = 8, .packed = deflated, .stated_size = 2},
-         Fate::damaged,
-         "hello",
-         "wrong-size"},
-        {"deflated, stated enormous",
-         {.method = 8, .packed = deflated, .stated_size = 0xF0000000},
-         Fate::damaged,
-         "hello",
-         "wrong-size"},
-        {"deflated and cut", {.method = 8, .packed = deflated.substr(0, 4)}, Fate::damaged, nullptr, "cut"},
-        {"deflated and broken", {.method = 8, .packed = "\xFF\xFF\xFF\xFF"}, Fate::refused, "", "bad-data"},
-        {"another name inside", {.local_name = "evil"}, Fate::verified, "hello", "names-differ"},
-        {"an unknown method", {.method = 77}, Fate::refused, "", "unsupported"},
-        {"a method with a name", {.method = 98}, Fate::refused, "", "unsupported"},
-        {"strong encryption", {.flags = encrypted_flag | strong_encryption_flag}, Fate::refused, "", "unsupported"},
-        {"no password", {.flags = encrypted_flag}, Fate::refused, "", "password"},
-        {"a member where none begins", {.offset = 3}, Fate::refused, "", "no-local-header"},
-        {"a member far outside", {.offset = 0xFFFFFFF0}, Fate::refused, "", "no-local-header"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        const std::string bytes = ArchiveBuilder().add("a", "hello", c.odd).finish();
-        const Result<Archive> archive = Archive::parse(bytes);
-        ASSERT_TRUE(archive.ok());
-        std::string out;
-        MemberReader reader(*archive, {});
-        const Content result = reader.read(archive->members()[0], [&](std::string_view piece) {
-            out += piece;
-            return true;
-        });
-        EXPECT_EQ(name_of(result.fate), name_of(c.fate));
-        EXPECT_EQ(kinds(result.problems), c.problems);
-        if (c.bytes != nullptr) {
-            EXPECT_EQ(out, c.bytes);
-        }
-    }
-}
-
 TEST(Archive, OnlyMembersThatShareBytesAreMarked) {
     const std::string bytes = ArchiveBuilder()
                                   .add("a", "first")
