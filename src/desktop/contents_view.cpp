@@ -71,7 +71,7 @@ void ContentsView::fill(QTreeWidget* table) const {
             row->setText(column, field < fields.size() ? fields[field] : QString());
             if (is_number(field)) row->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
         }
-        row->setToolTip(0, row->text(0));
+        row->setToolTip(0, tool_tip(row->text(0)));
         rows.append(row);
     }
     table->addTopLevelItems(rows);

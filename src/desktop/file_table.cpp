@@ -1,9 +1,9 @@
 #include "desktop/file_table.h"
 
 #include "desktop/shown_text.h"
-#include "desktop/signs.h"
 #include "files/path.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <QHeaderView>
@@ -18,9 +18,9 @@
 namespace quill::desktop {
 namespace {
 
-/// By the name alone: a long list must not open every file.
-QIcon icon_of(const QString& name) {
-    return type_icon(QMimeDatabase().mimeTypeForFile(name, QMimeDatabase::MatchExtension).iconName(), name);
+/// Returns the name of the icon of a file's type, by its name alone: a long list must not open every file.
+QString icon_name(const QString& name) {
+    return QMimeDatabase().mimeTypeForFile(name, QMimeDatabase::MatchExtension).iconName();
 }
 
 }  // namespace
@@ -48,7 +48,7 @@ const FileTableModel::Details& FileTableModel::details(std::size_t row) const {
         const std::string& name = list_.items().at(row);
         const QFileInfo file(QFile::decodeName(QByteArray::fromStdString(files::join(list_.directory(), name))));
         const QString date = file.lastModified().toString(QStringLiteral("yyyy-MM-dd HH:mm"));
-        known = Details{shown_size(static_cast<std::uint64_t>(file.size())), date, icon_of(shown(name))};
+        known = Details{shown_size(static_cast<std::uint64_t>(file.size())), date, icon_name(shown_name(name))};
     }
     return *known;
 }
@@ -57,11 +57,13 @@ QVariant FileTableModel::data(const QModelIndex& index, int role) const {
     const auto row = static_cast<std::size_t>(index.row());
     if (!index.isValid() || row >= list_.count() || row >= details_.size()) return {};
     if (role == Qt::DisplayRole) {
-        if (index.column() == name_column) return shown(list_.items()[row]);
+        if (index.column() == name_column) return shown_name(list_.items()[row]);
         return index.column() == size_column ? details(row).size : details(row).date;
     }
-    if (role == Qt::DecorationRole && index.column() == name_column) return details(row).icon;
-    if (role == Qt::ToolTipRole && index.column() == name_column) return shown(list_.items()[row]);
+    if (role == Qt::DecorationRole && index.column() == name_column) {
+        return signs_.of_type(details(row).icon, shown_name(list_.items()[row]));
+    }
+    if (role == Qt::ToolTipRole && index.column() == name_column) return tool_tip(shown_name(list_.items()[row]));
     if (role == Qt::TextAlignmentRole && index.column() == size_column)
         return QVariant(Qt::AlignRight | Qt::AlignVCenter);
     return {};

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "controls/control.h"
+#include "desktop/signs.h"
 
 #include <QAbstractTableModel>
-#include <QDateTime>
-#include <QIcon>
 #include <QTreeView>
 
 #include <functional>
@@ -30,14 +29,14 @@ class FileTableModel final : public QAbstractTableModel {
 
   private:
     struct Details {
-        QString size, date;
-        QIcon icon;
+        QString size, date, icon;
     };
     const Details& details(std::size_t row) const;
 
     const controls::FileListBox& list_;
     std::uint64_t revision_ = ~std::uint64_t{0};
     mutable std::vector<std::optional<Details>> details_;
+    mutable Signs signs_;
 };
 
 /// A table of files. Typing goes to the first name that begins so; Enter or a double click acts on the selection.

@@ -1,7 +1,6 @@
 #include "desktop/results_model.h"
 
 #include "desktop/shown_text.h"
-#include "desktop/signs.h"
 
 #include <algorithm>
 #include <array>
@@ -53,38 +52,52 @@ bool ResultsModel::refresh(bool always) {
     beginResetModel();
     revision_ = window_.List3.revision();
     rows_.clear();
-    for (std::size_t row = 0; row < window_.List3.count(); ++row) {
-        Row next{decoder::result_row(window_, row), decoder::row_details(window_, row), {}};
-        next.icon = type_icon(shown(next.details.icon), shown(next.result.name));
-        rows_.push_back(std::move(next));
-    }
+    count_ = static_cast<int>(window_.List3.count());
     endResetModel();
     return true;
 }
 
+const ResultsModel::Row& ResultsModel::at(std::size_t row) const {
+    if (const Row* known = rows_.object(row)) return *known;
+    auto* read = new Row{decoder::result_row(window_, row), decoder::row_details(window_, row)};
+    rows_.insert(row, read);
+    return *read;
+}
+
 int ResultsModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+    return parent.isValid() ? 0 : count_;
 }
 
 int ResultsModel::columnCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : column_count;
 }
 
+QVariant ResultsModel::text(std::size_t row, int column) const {
+    if (column == name_column) return shown_name(window_.List3.items()[row]);
+    return column == size_column ? shown(at(row).details.size) + QChar(0x2003) : verdict_text(at(row));
+}
+
+QVariant ResultsModel::decoration(std::size_t row, int column) const {
+    if (column == size_column) return {};
+    const Row& known = at(row);
+    if (column == name_column) return signs_.of_type(shown(known.details.icon), shown_name(known.result.name));
+    if (known.details.doubtful) return signs_.of_verdict(codec::Verdict::damaged);
+    return known.result.verdict ? signs_.of_verdict(*known.result.verdict) : QVariant();
+}
+
 QVariant ResultsModel::data(const QModelIndex& index, int role) const {
-    const Row& row = rows_.at(static_cast<std::size_t>(index.row()));
+    const auto row = static_cast<std::size_t>(index.row());
+    if (!index.isValid() || row >= window_.List3.count()) return {};  // the list may be ahead of the view
     switch (role) {
         case Qt::DisplayRole:
-            if (index.column() == name_column) return shown(row.result.name);
-            return index.column() == size_column ? shown(row.details.size) + QChar(0x2003) : verdict_text(row);
+            return text(row, index.column());
         case Qt::DecorationRole:
-            if (index.column() == name_column) return row.icon;
-            if (index.column() == verdict_column && row.details.doubtful) return verdict_sign(codec::Verdict::damaged);
-            if (index.column() == verdict_column && row.result.verdict) return verdict_sign(*row.result.verdict);
-            return {};
+            return decoration(row, index.column());
         case Qt::ToolTipRole:
-            return index.column() == name_column ? shown(row.result.name) : verdict_reasons(row);
+            return tool_tip(index.column() == name_column ? shown_name(window_.List3.items()[row])
+                                                          : verdict_reasons(at(row)));
         case Qt::AccessibleDescriptionRole:
-            return verdict_reasons(row);
+            return verdict_reasons(at(row));
         case Qt::TextAlignmentRole:
             return QVariant::fromValue(Qt::AlignVCenter |
                                        (index.column() == size_column ? Qt::AlignRight : Qt::AlignLeft));

@@ -1,32 +1,33 @@
 #pragma once
 
 #include "decoder/results_panel.h"
+#include "desktop/signs.h"
 #include "shell/main_window.h"
 
 #include <QAbstractTableModel>
-#include <QIcon>
-
-#include <vector>
+#include <QCache>
 
 namespace quill::desktop {
 
-/// The rows of the results list with what is known of their files.
+/// The rows of the results list with what is known of their files, which are read when a row is first shown.
 class ResultsModel final : public QAbstractTableModel {
   public:
     enum Column { name_column, size_column, verdict_column, column_count };
 
     explicit ResultsModel(const shell::swit& window) : window_(window) {}
 
-    /// Takes the rows anew where they have changed, or where `always`. Returns whether it did.
+    /// Forgets what it knows of the rows where they have changed, or where `always`. Returns whether it did.
     bool refresh(bool always = false);
 
     struct Row {
         decoder::ResultRow result;
         decoder::RowDetails details;
-        QIcon icon;
     };
 
-    const Row& at(std::size_t row) const { return rows_.at(row); }
+    /// Returns row `row`, valid until the next call. REQUIRES: row < List3.count().
+    const Row& at(std::size_t row) const;
+
+    const Signs& signs() const { return signs_; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
@@ -34,9 +35,16 @@ class ResultsModel final : public QAbstractTableModel {
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
   private:
+    static constexpr int most_known = 512;  ///< more than a screen shows
+
+    QVariant text(std::size_t row, int column) const;
+    QVariant decoration(std::size_t row, int column) const;
+
     const shell::swit& window_;
     std::uint64_t revision_ = 0;
-    std::vector<Row> rows_;
+    int count_ = 0;
+    mutable QCache<std::size_t, Row> rows_{most_known};
+    mutable Signs signs_;
 };
 
 /// What is known of the file, in a few words: "Damaged".

@@ -19,10 +19,16 @@
 namespace quill::desktop {
 namespace {
 
-/// A list whose Enter opens, as a double click does.
+/// A list whose Enter opens, as a double click does. Its columns are as wide as the rows need that have been in sight:
+/// each row costs a look at its file.
 class ResultsList final : public QTreeView {
   public:
     std::function<void()> opened;
+
+    void doItemsLayout() override {
+        QTreeView::doItemsLayout();
+        fit_columns();
+    }
 
   protected:
     void keyPressEvent(QKeyEvent* event) override {
@@ -34,6 +40,22 @@ class ResultsList final : public QTreeView {
     }
     void mouseDoubleClickEvent(QMouseEvent* event) override {
         if (event->button() == Qt::LeftButton && indexAt(event->position().toPoint()).isValid() && opened) opened();
+    }
+    void scrollContentsBy(int across, int down) override {
+        QTreeView::scrollContentsBy(across, down);
+        if (down != 0) fit_columns();
+    }
+    void resizeEvent(QResizeEvent* event) override {
+        QTreeView::resizeEvent(event);
+        fit_columns();
+    }
+
+  private:
+    void fit_columns() {
+        for (const int column : {ResultsModel::size_column, ResultsModel::verdict_column}) {
+            const int needed = std::max(sizeHintForColumn(column), header()->sectionSizeHint(column));
+            if (needed > columnWidth(column)) setColumnWidth(column, needed);
+        }
     }
 };
 
@@ -47,9 +69,10 @@ void style_list(QTreeView* list) {
     const int line = list->fontMetrics().height();
     list->setIconSize(QSize(line, line) * 3 / 2);
     list->header()->setStretchLastSection(false);
+    list->header()->setResizeContentsPrecision(0);  // only the rows in sight
+    list->header()->setMinimumSectionSize(list->fontMetrics().averageCharWidth() * 4);
+    list->header()->setDefaultSectionSize(list->header()->minimumSectionSize());
     list->header()->setSectionResizeMode(ResultsModel::name_column, QHeaderView::Stretch);
-    list->header()->setSectionResizeMode(ResultsModel::size_column, QHeaderView::ResizeToContents);
-    list->header()->setSectionResizeMode(ResultsModel::verdict_column, QHeaderView::ResizeToContents);
     list->header()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 }
 

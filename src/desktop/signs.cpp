@@ -85,9 +85,7 @@ QIcon sheet(const QString& extension, const QColor& band) {
     return icon_of(picture);
 }
 
-}  // namespace
-
-QIcon verdict_sign(codec::Verdict verdict) {
+QIcon drawn_verdict(codec::Verdict verdict) {
     QPixmap picture(drawn_size, drawn_size);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
@@ -107,11 +105,29 @@ QIcon verdict_sign(codec::Verdict verdict) {
     return icon_of(picture);
 }
 
-QIcon type_icon(const QString& theme_name, const QString& name) {
-    const QIcon themed = QIcon::fromTheme(theme_name);
-    if (!themed.isNull()) return themed;
-    const QMimeType type = QMimeDatabase().mimeTypeForFile(name, QMimeDatabase::MatchExtension);
-    return sheet(QFileInfo(name).suffix(), band_colour(type));
+}  // namespace
+
+template <class Make>
+const QIcon& Signs::find(const QString& key, const Make& make) {
+    if (const QIcon* known = icons_.object(key)) return *known;
+    ++made_;
+    auto* icon = new QIcon(make());
+    icons_.insert(key, icon);
+    return *icon;
+}
+
+const QIcon& Signs::of_verdict(codec::Verdict verdict) {
+    return find(QString::number(static_cast<int>(verdict)), [verdict] { return drawn_verdict(verdict); });
+}
+
+const QIcon& Signs::of_type(const QString& theme_name, const QString& name) {
+    const QString extension = QFileInfo(name).suffix();
+    return find(theme_name + QLatin1Char('/') + extension.toLower(), [&] {
+        const QIcon themed = QIcon::fromTheme(theme_name);
+        if (!themed.isNull()) return themed;
+        const QMimeType type = QMimeDatabase().mimeTypeForFile(name, QMimeDatabase::MatchExtension);
+        return sheet(extension, band_colour(type));
+    });
 }
 
 QIcon program_icon() {

@@ -2,19 +2,39 @@
 
 #include "codec/attachment.h"
 
+#include <QCache>
 #include <QIcon>
 #include <QString>
 
+#include <cstddef>
+
 namespace quill::desktop {
 
-/// A small sign of a verdict: a tick, or a warning.
-QIcon verdict_sign(codec::Verdict verdict);
+/// The small signs of a list. Each is looked up or drawn when it is first asked for, and kept: a list of many files has
+/// few types.
+class Signs {
+  public:
+    /// Returns the sign of a verdict: a tick, or a warning.
+    const QIcon& of_verdict(codec::Verdict verdict);
 
-/// The icon of the type of the file called `name`: the desktop's of that name, else a sheet of our own that bears its
-/// extension.
-QIcon type_icon(const QString& theme_name, const QString& name);
+    /// Returns the icon of the type of the file called `name`: the desktop's icon `theme_name`, else a sheet of our own
+    /// that shows the name's extension.
+    const QIcon& of_type(const QString& theme_name, const QString& name);
 
-/// The program's own icon.
+    /// Counts the icons that were looked up or drawn.
+    std::size_t made() const { return made_; }
+
+  private:
+    static constexpr int most = 128;  ///< kept at once: a drawn one takes 64 kB
+
+    template <class Make>
+    const QIcon& find(const QString& key, const Make& make);
+
+    QCache<QString, QIcon> icons_{most};
+    std::size_t made_ = 0;
+};
+
+/// Returns the program's own icon.
 QIcon program_icon();
 
 }  // namespace quill::desktop

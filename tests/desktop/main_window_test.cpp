@@ -99,6 +99,21 @@ TEST_F(MainWindow, ResultsTellNameSizeAndCondition) {
     EXPECT_EQ(cell(2, 2).toString(), QStringLiteral("Gone"));
 }
 
+TEST_F(MainWindow, LongListOfResultsReadsOnlyRowsInSightAndSharesTheirIcons) {
+    std::vector<std::string> names;
+    for (int i = 0; i < 3000; ++i) names.push_back(std::to_string(i) + ".kind" + std::to_string(i));
+    show_results(names);
+    const auto* model = static_cast<const desktop::ResultsModel*>(list->model());
+    list->grab();
+    const std::size_t in_sight = model->signs().made();
+    EXPECT_GT(in_sight, 2U);
+    EXPECT_LT(in_sight, 100U);
+    for (std::size_t i = 0; i < names.size(); ++i) w.List3.replace(i, std::to_string(i) + ".kind");
+    views.sync_all();
+    for (int i = 0; i < 3000; ++i) EXPECT_FALSE(cell(i, 0, Qt::DecorationRole).value<QIcon>().isNull());
+    EXPECT_LE(model->signs().made(), in_sight + 2);
+}
+
 TEST_F(MainWindow, KeysInTheResultsOpenRenameAndErase) {
     std::vector<std::string> done;
     w.List3.double_click = [&] { done.push_back("open " + w.List3.selected_item()); };
