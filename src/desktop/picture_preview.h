@@ -1,22 +1,27 @@
 #pragma once
 
 #include <QImage>
+#include <QThreadPool>
 #include <QWidget>
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <string>
 
 namespace quill::desktop {
 
-/// Shows a picture file, scaled down to its own size. Reading and decoding happen beside the interface; files and
-/// pictures beyond a sensible size, and kinds that are not plain pictures, are not tried.
+/// Shows a picture file, scaled down to its own size. Pictures are read beside the interface, one at a time; of those
+/// asked for meanwhile, only the last one is read.
 class PicturePreview final : public QWidget {
   public:
-    explicit PicturePreview(QWidget* parent = nullptr);
+    /// Reads the picture at a path, no larger than the bounds; null where there is none to show.
+    using Reader = std::function<QImage(const std::string& path, QSize bounds)>;
+
+    explicit PicturePreview(Reader reader);
     ~PicturePreview() override;
 
-    /// Shows the file at `path`; empties itself for an empty path or what is no picture.
+    /// Shows the file at `path` as soon as it is read. Empties itself for an empty path, and where there is no picture.
     void show_file(const std::string& path);
 
     bool has_picture() const { return !picture_.isNull(); }
@@ -28,11 +33,10 @@ class PicturePreview final : public QWidget {
   private:
     void take(const QImage& picture);
 
+    Reader reader_;
     std::shared_ptr<std::atomic<unsigned>> latest_;  ///< number of the request that still counts
     QImage picture_;
+    QThreadPool thread_;
 };
-
-/// The picture in the file at `path`, no larger than `bounds`; null where it is none, or too large to try.
-QImage read_picture(const std::string& path, QSize bounds);
 
 }  // namespace quill::desktop

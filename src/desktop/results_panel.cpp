@@ -1,5 +1,6 @@
 #include "desktop/main_window_view.h"
 #include "desktop/picture_preview.h"
+#include "desktop/picture_reading.h"
 #include "desktop/pieces.h"
 #include "desktop/shown_text.h"
 #include "files/directory.h"
@@ -91,7 +92,7 @@ QWidget* MainWindowView::make_results_panel() {
     results_list_ = make_results_list();
     middle->addWidget(results_list_, 3);
     auto* beside = new QVBoxLayout;
-    preview_ = new PicturePreview;
+    preview_ = new PicturePreview(read_picture);
     preview_->setObjectName(QStringLiteral("preview"));
     preview_->setAccessibleName(QStringLiteral("Preview of the selected picture"));
     preview_->hide();

@@ -1,12 +1,9 @@
 #include "desktop/display.h"
-#include "desktop/picture_preview.h"
 #include "desktop/process.h"
 #include "desktop/shown_text.h"
 #include "desktop/text_editors.h"
 #include "support/temporary_directory.h"
 
-#include <QBuffer>
-#include <QImage>
 #include <gtest/gtest.h>
 
 namespace quill::tests {
@@ -100,24 +97,6 @@ TEST(StartDetached, PassesArgumentsByteForByteAndTellsWhatCannotStart) {
     EXPECT_FALSE(desktop::start_detached(here.path("plain.txt"), {}, ""));
     EXPECT_FALSE(desktop::start_detached(shell, {}, here.path("nowhere")));
     EXPECT_TRUE(desktop::find_program(here.path("plain.txt")).empty());
-}
-
-TEST(PicturePreview, ReadsPlainPicturesScaledDownAndNothingElse) {
-    const TemporaryDirectory here;
-    QImage large(900, 300, QImage::Format_RGB32);
-    large.fill(Qt::green);
-    QBuffer png;
-    large.save(&png, "PNG");
-    const std::string path = here.write("large.dat", png.data().toStdString());
-    EXPECT_EQ(desktop::read_picture(path, {300, 300}).size(), QSize(300, 100)) << "whatever its name says";
-    EXPECT_EQ(desktop::read_picture(path, {2000, 2000}).size(), QSize(900, 300));
-
-    std::string vast = png.data().toStdString();
-    vast.replace(16, 8, std::string("\x7f\xff\xff\xff\x7f\xff\xff\xff", 8));  // width and height in IHDR
-    EXPECT_TRUE(desktop::read_picture(here.write("vast.png", vast), {300, 300}).isNull());
-    here.write("drawing.svg", R"(<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9"/>)");
-    EXPECT_TRUE(desktop::read_picture(here.path("drawing.svg"), {300, 300}).isNull());
-    EXPECT_TRUE(desktop::read_picture(here.write("empty.png", ""), {300, 300}).isNull());
 }
 
 }  // namespace
