@@ -1,5 +1,6 @@
 #include "desktop/directory_list.h"
 #include "desktop/option_button.h"
+#include "desktop/pieces.h"
 #include "desktop/shown_text.h"
 #include "desktop/stop_button.h"
 #include "desktop/view.h"
@@ -117,7 +118,7 @@ QAction* View::bind(controls::MenuItem& item, QAction* action) {
     adopt(item, action);
     QObject::connect(action, &QAction::triggered, action, [this, &item] { hand_in(item.click); });
     on_sync([&item, action, caption = Drawn<std::string>(), checked = Drawn<bool>()]() mutable {
-        caption.update(item.caption, [&](const std::string& now) { action->setText(desktop::shown(now)); });
+        caption.update(item.caption, [&](const std::string& now) { set_text(*action, desktop::shown(now)); });
         if (item.checked) action->setCheckable(true);
         checked.update(item.checked, [&](bool now) { action->setChecked(now); });
         action->setVisible(item.visible);
@@ -131,7 +132,7 @@ QMenu* View::bind(controls::MenuItem& item, QMenu* menu) {
     on_sync([&item, menu, caption = Drawn<std::string>()]() mutable {
         caption.update(item.caption, [&](const std::string& now) {
             const QString title = desktop::shown(now);
-            menu->setTitle(title.contains(QLatin1Char('&')) ? title : QLatin1Char('&') + title);
+            set_text(*menu->menuAction(), title.contains(QLatin1Char('&')) ? title : QLatin1Char('&') + title);
         });
         menu->menuAction()->setVisible(item.visible);
         menu->menuAction()->setEnabled(item.enabled);

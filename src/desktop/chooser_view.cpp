@@ -293,7 +293,7 @@ QListWidget* ChooserView::bind_list(controls::ListBox& list, QListWidget* widget
     on_sync([&list, widget, revision = Drawn<std::uint64_t>()]() mutable {
         revision.update(list.revision(), [&](std::uint64_t) {
             widget->clear();
-            for (const std::string& item : list.items()) widget->addItem(shown(item));
+            for (const std::string& item : list.items()) widget->addItem(shown_name(item));
         });
         widget->setEnabled(list.enabled);
     });

@@ -21,6 +21,17 @@ enum Field { date_field, packed_field, size_field, percent_field, name_field, fi
 // The name stands first on the screen: it is what people look for.
 constexpr Field columns[] = {name_field, date_field, packed_field, size_field, percent_field};
 
+/// Returns the fields of a row. The name is the last one, and may contain tabs.
+QStringList fields_of(std::string_view row) {
+    QStringList fields;
+    for (int field = 0; field < name_field; ++field) {
+        const std::size_t end = row.find('\t');
+        fields += shown_name(row.substr(0, end));
+        row.remove_prefix(end == std::string_view::npos ? row.size() : end + 1);
+    }
+    return fields << shown_name(row);
+}
+
 bool is_number(Field field) {
     return field == packed_field || field == size_field || field == percent_field;
 }
@@ -64,11 +75,11 @@ void ContentsView::fill(QTreeWidget* table) const {
     table->clear();
     QList<QTreeWidgetItem*> rows;
     for (const std::string& item : w_.List1.items()) {
-        const QStringList fields = shown(item).split(QLatin1Char('\t'));
+        const QStringList fields = fields_of(item);
         auto* row = new QTreeWidgetItem;
         for (int column = 0; column < field_count; ++column) {
             const Field field = columns[column];
-            row->setText(column, field < fields.size() ? fields[field] : QString());
+            row->setText(column, fields[field]);
             if (is_number(field)) row->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
         }
         row->setToolTip(0, tool_tip(row->text(0)));

@@ -25,7 +25,7 @@ constexpr int characters_a_line = 64;  // a width that reads well
 constexpr int least_characters = 24;
 
 QString title_of(const std::string& title) {
-    return title.empty() ? QString::fromLatin1(program_name) : shown(title);
+    return title.empty() ? QString::fromLatin1(program_name) : window_title(shown_name(title));
 }
 
 /// As wide as the text needs, up to a line that still reads well.
@@ -110,7 +110,8 @@ std::string BoxDialogs::input(const platform::Prompt& prompt) {
     QLabel* label = plain_label(words);
     label->setWordWrap(true);
     label->setMinimumWidth(text_width(box, words));
-    auto* line = new QLineEdit(shown(prompt.default_answer));
+    const QString offered = shown_name(prompt.default_answer);
+    auto* line = new QLineEdit(offered);
     line->setAccessibleName(words);
     if (prompt.secret) line->setEchoMode(QLineEdit::Password);
     line->selectAll();
@@ -120,7 +121,8 @@ std::string BoxDialogs::input(const platform::Prompt& prompt) {
     for (QWidget* part : std::initializer_list<QWidget*>{label, line, buttons}) layout->addWidget(part);
     layout->setSpacing(box.fontMetrics().height() / 2);
     line->setFocus();
-    return run(box) == QDialog::Accepted ? typed(line->text()) : std::string();
+    if (run(box) != QDialog::Accepted) return {};
+    return line->text() == offered ? prompt.default_answer : typed(line->text());  // its bytes need not be UTF-8
 }
 
 std::string BoxDialogs::choose_file(const platform::FileRequest& request) {

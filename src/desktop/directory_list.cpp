@@ -50,13 +50,13 @@ void DirectoryList::set_path(const std::string& path, bool with_hidden) {
     clear();
     int depth = 0;
     for (const std::string& above : chain_to(path)) {
-        add(above, shown(files::is_root(above) ? above : files::name_of(above)), depth++);
+        add(above, shown_name(files::is_root(above) ? above : files::name_of(above)), depth++);
     }
     setCurrentRow(count() - 1);
     const auto below = files::list_directories(path);
     if (!below) return;
     for (const std::string& name : *below) {
-        if (with_hidden || !name.starts_with('.')) add(files::join(path, name), shown(name), depth);
+        if (with_hidden || !name.starts_with('.')) add(files::join(path, name), shown_name(name), depth);
     }
 }
 
@@ -71,7 +71,7 @@ void DriveBox::set_drive(const std::string& drive) {
     clear();
     std::vector<std::string> drives = files::drives();
     if (!drive.empty() && std::find(drives.begin(), drives.end(), drive) == drives.end()) drives.push_back(drive);
-    for (const std::string& each : drives) addItem(shown(each), as_bytes(each));
+    for (const std::string& each : drives) addItem(shown_name(each), as_bytes(each));
     setCurrentIndex(findData(as_bytes(drive)));
 }
 

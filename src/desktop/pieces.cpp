@@ -1,5 +1,7 @@
 #include "desktop/pieces.h"
 
+#include "desktop/shown_text.h"
+
 #include <QApplication>
 #include <QFontDatabase>
 #include <QFontMetrics>
@@ -38,6 +40,11 @@ void place_centred(QWidget& window, QSize wanted) {
     QRect area(QPoint(), wanted.boundedTo(screen.size() * 0.9));
     area.moveCenter(screen.center());
     window.setGeometry(area);
+}
+
+void set_text(QAction& action, const QString& text) {
+    action.setText(text);
+    action.setToolTip(tool_tip(text));
 }
 
 QPushButton* push_button() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAction>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
@@ -15,6 +16,9 @@ QLabel* text_label(double growth = 1.0, bool bold = false);
 
 /// A button that Enter presses as well as the space bar.
 QPushButton* push_button();
+
+/// Gives an action its text, and a tool tip of its own: Qt makes one of the text that it may read as markup.
+void set_text(QAction& action, const QString& text);
 
 /// `content` with a vertical scroll bar where the window is too small for it.
 QScrollArea* scrolling(QWidget* content);

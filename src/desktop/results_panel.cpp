@@ -137,7 +137,7 @@ void MainWindowView::add_row_action(QTreeView* list, controls::Button& button, c
     action->setShortcutContext(Qt::WidgetShortcut);
     QObject::connect(action, &QAction::triggered, list, [this, &button] { hand_in(button.click); });
     on_sync([&button, action] {
-        action->setText(shown(button.caption));
+        set_text(*action, shown(button.caption));
         action->setEnabled(button.enabled);
     });
     list->addAction(action);

@@ -53,6 +53,10 @@ QString shown_name(std::string_view bytes) {
     return shown_but_for(bytes, QLatin1String());
 }
 
+QString window_title(const QString& text) {
+    return QString(text).replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
+}
+
 QString tool_tip(const QString& text) {
     return QLatin1String("<p style=\"white-space: pre-wrap\">") + text.toHtmlEscaped() + QLatin1String("</p>");
 }

@@ -21,6 +21,9 @@ QString shown(std::string_view bytes);
 /// Returns a name as shown: as `shown`, and line ends and tabs become U+FFFD too.
 QString shown_name(std::string_view bytes);
 
+/// Returns `text` as a window's title, in which Qt takes "[*]" for the place of its mark of changes.
+QString window_title(const QString& text);
+
 /// Returns `text` as a tool tip that shows it as it is, whatever markup it contains, in lines that wrap.
 QString tool_tip(const QString& text);
 

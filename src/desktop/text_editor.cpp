@@ -192,8 +192,7 @@ void TextEditor::show_position() {
 }
 
 void TextEditor::show_title() {
-    const QString name = shown_name(files::name_of(path_)).replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
-    setWindowTitle(name + QStringLiteral("[*]"));
+    setWindowTitle(window_title(shown_name(files::name_of(path_))) + QStringLiteral("[*]"));
     setWindowModified(text_->document()->isModified());
 }
 

@@ -78,7 +78,7 @@ void View::sync() {
 
 void View::sync_frame() {
     drawn_caption_.update(window_.caption, [&](const std::string& caption) {
-        frame_->setWindowTitle(caption.empty() ? QStringLiteral("Quillbright Pro") : shown(caption));
+        frame_->setWindowTitle(caption.empty() ? QStringLiteral("Quillbright Pro") : window_title(shown_name(caption)));
     });
     drawn_pointer_.update(window_.pointer, [&](controls::MousePointer pointer) {
         if (pointer == controls::MousePointer::busy) {

@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QTimer>
 #include <QWidget>
 #include <gtest/gtest.h>
 
@@ -20,6 +21,13 @@ class ViewTest : public ::testing::Test {
     ViewTest() {
         events.after_event = [this](bool) { views.sync_all(); };
         events.failed = [this](const std::string& reason) { failures.push_back(reason); };
+    }
+
+    /// Lets the boxes of later tests run where this one has ended the program.
+    ~ViewTest() override {
+        if (!events.ended()) return;
+        QTimer::singleShot(0, [] { QCoreApplication::quit(); });
+        QCoreApplication::exec();
     }
 
     QWidget& frame_of(const controls::Window& window) { return views.view_of(window)->frame(); }
