@@ -1,12 +1,15 @@
 #include "encoder/merge_page.h"
 
+#include "encoder/file_run.h"
 #include "encoder/merge.h"
+#include "encoder/output_choice.h"
 #include "files/directory.h"
 #include "files/path.h"
 #include "shell/main_window.h"
-#include "viewer/save_pictures.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <optional>
 
 namespace quill::encoder {
 namespace {
@@ -29,7 +32,8 @@ constexpr std::string_view help_texts[] = {
     "   UUE and MIME parts are joined in the order of the list, so add part 1 first, then part 2, and so on. yEnc "
     "parts carry "
     "their numbers, so they may be added in any order.",
-    "   The joined file is called merged.txt and lies in the directory of the parts. None of the parts is changed. The "
+    "   The joined file is called merged.txt and lies in the directory of the parts. If there is a merged.txt already, "
+    "you are asked whether to replace it. None of the parts is changed. The "
     "main "
     "window then offers merged.txt for decoding. Clearing the list deletes no file.",
 };
@@ -43,19 +47,6 @@ void add_selected(shell::Context& context, cmdg& w) {
         return;
     }
     for (const std::size_t row : rows) w.List7.add(w.File2.items()[row]);
-}
-
-std::string percent(double fraction) {
-    return std::to_string(static_cast<int>(fraction * 100)) + "%";
-}
-
-void show_progress(shell::Context& context, viewer::SavPic& panel, const MergeProgress& at) {
-    const double of_all = at.count > 1 ? static_cast<double>(at.index) / static_cast<double>(at.count - 1) : 1;
-    panel.Picture6.left = static_cast<int>(of_all * viewer::full_bar);
-    panel.Label2.text = percent(of_all);
-    panel.Picture2.left = static_cast<int>(at.of_piece * viewer::full_bar);
-    panel.Label5.text = percent(at.of_piece);
-    context.platform.repaint(panel);
 }
 
 /// Says what did not go into the merge, so that nothing is missing in silence.
@@ -75,7 +66,7 @@ void tell_left_out(shell::Context& context, const Merged& merged) {
 void offer_merged_file(shell::Context& context, cmdg& w, const std::string& output) {
     shell::Session& session = context.session;
     session.SelectedDir = session.WorkDir = w.Dir2.path;
-    session.SelectedFile = output_name;
+    session.SelectedFile = files::name_of(output);
     shell::swit& main = context.windows.load<shell::swit>();
     main.Label3.text = output;
     if (files::file_size(output) == 0) {
@@ -90,10 +81,12 @@ void offer_merged_file(shell::Context& context, cmdg& w, const std::string& outp
     main.visible = true;
 }
 
-/// What a failed merge does: a file that is no yEnc part ends the program; all else leaves the page as it was.
+/// What a failed merge does: a file that is no yEnc part ends the program; all else leaves the page as it was, a Stop
+/// without a word.
 void tell_failure(shell::Context& context, cmdg& w, const Error& error) {
     w.visible = true;
     w.pointer = controls::MousePointer::normal;
+    if (error.code == ErrorCode::cancelled) return;
     if (error.code == ErrorCode::bad_input) {
         context.platform.message(error.text);
         context.platform.end_process();
@@ -101,29 +94,37 @@ void tell_failure(shell::Context& context, cmdg& w, const Error& error) {
     context.platform.message("The files could not be merged: " + error.text + ".");
 }
 
+/// The merge itself, shown in the progress panel.
+Result<Merged> run_merge(shell::Context& context, const cmdg& w, MergeFunction function, const std::string& output) {
+    std::vector<std::string> paths;
+    for (const std::string& name : w.List7.items()) paths.push_back(files::join(w.Dir2.path, name));
+    FileRun run(context, "Joining " + std::to_string(paths.size()) + " files into " + files::name_of(output));
+    return function(paths, output, [&](const MergeProgress& at) {
+        constexpr double steps = 1000;
+        return run.goes_on(static_cast<std::uint64_t>(at.of_piece * steps), static_cast<std::uint64_t>(steps), at.index,
+                           at.count);
+    });
+}
+
 void merge(shell::Context& context, cmdg& w, MergeFunction function) {
     if (w.List7.count() < 2) {
         context.platform.message(std::string(too_few_files));
         return;
     }
+    const std::optional<OutputChoice> output =
+        choose_output(context.platform, files::join(w.Dir2.path, std::string(output_name)));
+    if (!output) return;
     w.pointer = controls::MousePointer::busy;
+    w.visible = function != merge_yenc;
     context.platform.repaint(w);
-    std::vector<std::string> paths;
-    for (const std::string& name : w.List7.items()) paths.push_back(files::join(w.Dir2.path, name));
-    const std::string output = files::join(w.Dir2.path, output_name);
-    viewer::SavPic& panel = viewer::show_progress_panel(context.windows);
-    const Result<Merged> merged = function(paths, output, [&](const MergeProgress& at) {
-        show_progress(context, panel, at);
-        return true;
-    });
-    context.windows.unload<viewer::SavPic>();
+    const Result<Merged> merged = run_merge(context, w, function, output->path);
     if (!merged) {
         tell_failure(context, w, merged.error());
         return;
     }
     w.pointer = controls::MousePointer::normal;
     tell_left_out(context, *merged);
-    offer_merged_file(context, w, output);
+    offer_merged_file(context, w, output->path);
 }
 
 /// Back to the main window, and on to the create wizard's next step where the wizard is what shows there.
@@ -140,10 +141,7 @@ void back_to_main_window(shell::Context& context) {
 void wire_merge_page(shell::Context& context, cmdg& w) {
     w.Command7.click = w.File2.double_click = [&context, &w] { add_selected(context, w); };
     w.Command9.click = [&context, &w] { merge(context, w, merge_text); };
-    w.Command10.click = [&context, &w] {
-        w.visible = w.List7.count() < 2;
-        merge(context, w, merge_yenc);
-    };
+    w.Command10.click = [&context, &w] { merge(context, w, merge_yenc); };
     w.Command8.click = [&w] { w.List7.clear(); };
     w.Command12.click = [&context] {
         for (const std::string_view text : help_texts) context.platform.message(std::string(text));

@@ -14,9 +14,9 @@ void yencod(shell::Context& context, const std::string& path) {
         context.platform.repaint(*chooser);
     };
     point(controls::MousePointer::busy);
-    const bool done = encode_or_say(context, *codec::output_format("yenc"), path);
+    const Encoding encoding = encode_or_say(context, *codec::output_format("yenc"), path);
     point(controls::MousePointer::normal);
-    leave_chooser_after_encoding(context, done);
+    leave_chooser_after_encoding(context, encoding);
 }
 
 }  // namespace quill::encoder

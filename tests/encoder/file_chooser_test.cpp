@@ -5,6 +5,7 @@
 #include "shell/main_window.h"
 #include "support/program.h"
 #include "support/temporary_directory.h"
+#include "viewer/save_pictures.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -430,6 +431,48 @@ TEST_F(FileChooser, AMergeThatFailsSaysWhyAndThePageStays) {
     });
     controls::run(w.Command10.click);
     EXPECT_TRUE(is_loaded());
+    EXPECT_THAT(w.List7.items(), ElementsAre("a", "b"));
+}
+
+TEST_F(FileChooser, AnEarlierMergeIsReplacedOnlyWhereTheUserSaysSo) {
+    dir_.write("mail/a", "one\r\n");
+    dir_.write("mail/b", "two\r\n");
+    const auto merge = [&](platform::Collision answer) {
+        dir_.write("mail/merged.txt", "older");
+        cmdg& w = show(ChooserMode::open);
+        w.File2.selected_rows = {0, 1};
+        controls::run(w.Command7.click);
+        program_.platform.expect_collision("mail/merged.txt", answer);
+        controls::run(w.Command9.click);
+        program_.windows.unload<cmdg>();
+    };
+    merge(platform::Collision::cancel);
+    EXPECT_EQ(dir_.read("mail/merged.txt"), "older");
+    EXPECT_EQ(program_.session.SelectedFile, "");
+    merge(platform::Collision::keep_both);
+    EXPECT_EQ(dir_.read("mail/merged.txt"), "older");
+    EXPECT_EQ(dir_.read("mail/merged (2).txt"), "one\r\ntwo\r\n");
+    EXPECT_EQ(program_.session.SelectedFile, "merged (2).txt");
+    merge(platform::Collision::replace);
+    EXPECT_EQ(dir_.read("mail/merged.txt"), "one\r\ntwo\r\n");
+}
+
+TEST_F(FileChooser, AMergeThatIsStoppedLeavesNothingAndThePageStays) {
+    dir_.write("mail/a", "one\r\n");
+    dir_.write("mail/b", "two\r\n");
+    cmdg& w = show(ChooserMode::open);
+    w.File2.selected_rows = {0, 1};
+    controls::run(w.Command7.click);
+    program_.platform.on_repaint = [&](controls::Window&) {
+        if (auto* panel = program_.windows.loaded<viewer::SavPic>()) {
+            EXPECT_EQ(panel->doing.text, "Joining 2 files into merged.txt");
+            if (panel->Label2.text == "100%") controls::run(panel->stop.click);
+        }
+    };
+    controls::run(w.Command9.click);
+    EXPECT_FALSE(files::exists(dir_.path("mail/merged.txt")));
+    EXPECT_TRUE(is_loaded() && w.visible);
+    EXPECT_EQ(program_.windows.loaded<viewer::SavPic>(), nullptr);
     EXPECT_THAT(w.List7.items(), ElementsAre("a", "b"));
 }
 

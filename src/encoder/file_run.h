@@ -1,0 +1,32 @@
+#pragma once
+
+#include "shell/long_run.h"
+#include "shell/session.h"
+#include "viewer/save_pictures.h"
+
+#include <cstdint>
+#include <string>
+
+namespace quill::encoder {
+
+/// A long run that is shown in the progress panel, a window of its own.
+class FileRun {
+  public:
+    FileRun(shell::Context& context, const std::string& doing);
+    ~FileRun();
+    FileRun(const FileRun&) = delete;
+    FileRun& operator=(const FileRun&) = delete;
+
+    /// Shows how much of the file is done. Returns false where the user wants no more of it.
+    bool goes_on(std::uint64_t done, std::uint64_t total);
+
+    /// The same where the file is number `index`, from 0, of `count`.
+    bool goes_on(std::uint64_t done, std::uint64_t total, std::size_t index, std::size_t count);
+
+  private:
+    shell::Context& context_;
+    viewer::SavPic& panel_;
+    shell::LongRun run_;
+};
+
+}  // namespace quill::encoder
