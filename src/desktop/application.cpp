@@ -35,6 +35,12 @@ bool is_user_input(const QEvent& event) {
     }
 }
 
+/// Returns true for what comes from a key that is held down since before the run.
+bool is_repeated_key(const QEvent& event) {
+    const bool key = event.type() == QEvent::KeyPress || event.type() == QEvent::KeyRelease;
+    return key && static_cast<const QKeyEvent&>(event).isAutoRepeat();
+}
+
 bool is_escape(const QEvent& event) {
     if (event.type() == QEvent::KeyPress) return static_cast<const QKeyEvent&>(event).key() == Qt::Key_Escape;
     return event.type() == QEvent::Shortcut &&
@@ -46,8 +52,9 @@ bool is_escape(const QEvent& event) {
 bool is_dropped(const EventLoop& events, QObject* receiver, const QEvent& event) {
     if (!events.drops_input() || !is_user_input(event)) return false;
     if (!events.breathing()) return true;
-    if (receiver->isWindowType() || is_stop_button(receiver)) return false;
-    if (is_escape(event)) press_stop_button();
+    if (receiver->isWindowType()) return false;
+    if (!is_escape(event)) return !is_stop_button(receiver) || is_repeated_key(event);
+    press_stop_button();
     return true;
 }
 

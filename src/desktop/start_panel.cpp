@@ -91,8 +91,10 @@ QWidget* MainWindowView::make_option(int index) {
 }
 
 QWidget* MainWindowView::make_progress() {
-    auto* area = new QWidget;
-    area->setProperty("empty", true);
+    QWidget* area = empty_area();
+    QSizePolicy policy = area->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);  // the options stay where they are when it comes and goes
+    area->setSizePolicy(policy);
     bind(w_.Picture5, area);
     auto* layout = new QGridLayout(area);
     layout->setContentsMargins(0, 0, 0, 0);
