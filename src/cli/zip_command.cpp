@@ -16,6 +16,9 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace quill::cli {
@@ -114,18 +117,66 @@ ExitStatus read(const ZipRequest& request, const Console& console, bool write) {
 }
 
 /// What `add` is to put into the archive: each name with all that is in it, but the archive itself only where it is
-/// named. Looked up before anything is written, as the archive's own unfinished files may lie there.
+/// named.
 std::vector<zip::TreeEntry> entries_to_add(const ZipRequest& request) {
     std::vector<zip::TreeEntry> entries;
     for (const std::string& name : request.names) {
         for (zip::TreeEntry& entry : zip::walk_tree(name)) {
-            if (entry.is_directory && request.bare_names) continue;
+            if (entry.kind == zip::EntryKind::directory && request.bare_names) continue;
             if (entry.path != name && files::same_file(entry.path, request.archive)) continue;
             if (request.bare_names) entry.member_name = files::name_of(entry.member_name);
             entries.push_back(std::move(entry));
         }
     }
     return entries;
+}
+
+/// Fails where two files would become one member, so that one of them would be lost.
+Status check_names(const std::vector<zip::TreeEntry>& entries) {
+    std::unordered_map<std::string_view, const zip::TreeEntry*> known;
+    for (const zip::TreeEntry& entry : entries) {
+        if (entry.kind == zip::EntryKind::directory) continue;
+        const auto [other, is_new] = known.try_emplace(entry.member_name, &entry);
+        if (is_new || files::same_file(other->second->path, entry.path)) continue;
+        return Error{ErrorCode::bad_argument, 0,
+                     other->second->path + " would be a member of the same name, " + entry.member_name};
+    }
+    return Done{};
+}
+
+Status add_entry(zip::ArchiveChange& change, const zip::TreeEntry& entry, const zip::PackOptions& options) {
+    switch (entry.kind) {
+        case zip::EntryKind::directory:
+            return change.add_directory(entry.member_name, entry.modified);
+        case zip::EntryKind::link:
+            return change.add_link(entry.path, entry.member_name, options);
+        case zip::EntryKind::file:
+            break;
+    }
+    return change.add_file(entry.path, entry.member_name, options);
+}
+
+/// What failed, and why.
+using Failure = std::pair<std::string, Error>;
+
+/// There is nothing to be changed.
+Error nothing_to_do() {
+    return {ErrorCode::cancelled, 0, "there is nothing to do"};
+}
+
+/// Reports a change that was made, or the failure that prevented it. A change that was interrupted ends silently: the
+/// process is about to end by the signal.
+ExitStatus finish_change(ZipReport& report, const ZipRequest& request, const Status& changed,
+                         const std::vector<Failure>& failures) {
+    for (const auto& [what, error] : failures) report.fail(what, error);
+    if (!changed && changed.error().code != ErrorCode::cancelled) report.fail(request.archive, changed.error());
+    if (Interruption::caught()) return ExitStatus::failed;
+    const ExitStatus status = report.finish();
+    return changed && status == ExitStatus::nothing ? ExitStatus::good : status;
+}
+
+bool is_not_interrupted(const zip::Progress&) {
+    return !Interruption::caught();
 }
 
 ExitStatus add(const ZipRequest& request, const Console& console) {
@@ -135,26 +186,26 @@ ExitStatus add(const ZipRequest& request, const Console& console) {
         report.fail(request.password_file, password.error());
         return report.finish();
     }
-    Result<zip::ArchiveChange> change = zip::ArchiveChange::begin(request.archive);
-    if (!change) {
-        report.fail(request.archive, change.error());
+    const std::vector<zip::TreeEntry> entries = entries_to_add(request);
+    if (const Status distinct = check_names(entries); !distinct) {
+        report.fail(request.archive, distinct.error());
         return report.finish();
     }
     const Interruption interruption;
-    const zip::PackOptions options{.password = *password};
+    std::vector<Failure> failures;
     std::size_t added = 0;
-    for (const zip::TreeEntry& entry : entries_to_add(request)) {
-        if (Interruption::caught()) return ExitStatus::failed;
-        const Status status = entry.is_directory ? change->add_directory(entry.member_name, entry.modified)
-                                                 : change->add_file(entry.path, entry.member_name, options);
-        if (status) ++added;
-        if (!status) report.fail(entry.path, status.error());
-    }
-    if (added != 0) {
-        if (const Status finished = change->finish(); !finished) report.fail(request.archive, finished.error());
-    }
-    const ExitStatus status = report.finish();
-    return status == ExitStatus::nothing && added != 0 ? ExitStatus::good : status;
+    const Status changed = zip::change_archive(request.archive, is_not_interrupted, [&](zip::ArchiveChange& change) {
+        failures.clear();
+        added = 0;
+        for (const zip::TreeEntry& entry : entries) {
+            Status status = add_entry(change, entry, {.password = *password});
+            if (!status && status.error().code == ErrorCode::cancelled) return status;
+            if (status) ++added;
+            if (!status) failures.emplace_back(entry.path, status.error());
+        }
+        return added != 0 ? Status(Done{}) : Status(nothing_to_do());
+    });
+    return finish_change(report, request, changed, failures);
 }
 
 ExitStatus remove(const ZipRequest& request, const Console& console) {
@@ -163,23 +214,19 @@ ExitStatus remove(const ZipRequest& request, const Console& console) {
         report.fail(request.archive, {ErrorCode::not_found, 0, "No such file or directory"});
         return report.finish();
     }
-    Result<zip::ArchiveChange> change = zip::ArchiveChange::begin(request.archive);
-    if (!change) {
-        report.fail(request.archive, change.error());
-        return report.finish();
-    }
-    std::vector<std::size_t> members;
-    for (const std::string& name : request.names) {
-        const std::vector<std::size_t> found = change->find(name);
-        if (found.empty()) report.missing(name);
-        members.insert(members.end(), found.begin(), found.end());
-    }
-    if (members.empty()) return report.finish();
-    Status status = change->remove(members);
-    if (status) status = change->finish();
-    if (!status) report.fail(request.archive, status.error());
-    const ExitStatus result = report.finish();
-    return result == ExitStatus::nothing ? ExitStatus::good : result;
+    const Interruption interruption;
+    std::vector<Failure> failures;
+    const Status changed = zip::change_archive(request.archive, is_not_interrupted, [&](zip::ArchiveChange& change) {
+        failures.clear();
+        zip::MemberChoice choice(request.names);
+        std::vector<std::size_t> members;
+        for (std::size_t i = 0; i < change.old_members().size(); ++i) {
+            if (choice.has(change.old_members()[i].name)) members.push_back(i);
+        }
+        for (const std::string& name : choice.unmatched()) failures.emplace_back(name, zip_member_missing());
+        return members.empty() ? Status(nothing_to_do()) : change.remove(members);
+    });
+    return finish_change(report, request, changed, failures);
 }
 
 using Command = ExitStatus (*)(const ZipRequest&, const Console&);
@@ -200,8 +247,9 @@ constexpr CommandRow commands[] = {
      [](const ZipRequest& r, const Console& c) { return read(r, c, true); }, true, false, false,
      "Members or directories in it; all, if none"},
     {"add", "Put files into an archive, which is made if need be", add, false, false, true,
-     "Files, and directories with all that is in them"},
-    {"remove", "Take members out of an archive", remove, false, false, true, "Members"},
+     "Files, and directories with all that is in them; links in these are stored as links"},
+    {"remove", "Take members out of an archive", remove, false, false, true,
+     "Members, or directories with all that is in them"},
     {"test", "Read members of an archive and write nothing",
      [](const ZipRequest& r, const Console& c) { return read(r, c, false); }, true, true, false,
      "Members or directories in it; all, if none"},

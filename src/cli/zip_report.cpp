@@ -28,6 +28,10 @@ std::string json_of(const std::vector<zip::Problem>& problems) {
 
 }  // namespace
 
+Error zip_member_missing() {
+    return {ErrorCode::not_found, 0, "the archive has no such member"};
+}
+
 void ZipReport::put(std::string line, std::string json) {
     found_ = true;
     if (json_) {
@@ -92,7 +96,7 @@ void ZipReport::refuse(std::string_view archive, std::string_view reason) {
 }
 
 void ZipReport::missing(std::string_view name) {
-    fail(name, {ErrorCode::not_found, 0, "the archive has no such member"});
+    fail(name, zip_member_missing());
 }
 
 ExitStatus ZipReport::finish() {

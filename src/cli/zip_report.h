@@ -9,6 +9,9 @@
 
 namespace quill::cli {
 
+/// The failure for a name that was asked for and is not in the archive.
+Error zip_member_missing();
+
 /// Tells what an archive holds, or what became of its members, and sums it up.
 class ZipReport {
   public:

@@ -1,6 +1,7 @@
 #include "files/atomic_file.h"
 
 #include "files/directory.h"
+#include "files/extended_attributes.h"
 #include "files/names.h"
 #include "files/path.h"
 
@@ -71,12 +72,14 @@ bool may_be_named_later() {
     return may;
 }
 
-/// Gives the new file `fd` the owner, the group and the permission bits of `old`, never more.
-bool take_access(int fd, const struct stat& old) {
+/// Gives the new file `fd` the owner, the group and the permission bits of `old`, the file at `path`, never more; its
+/// extended attributes too.
+bool take_access(int fd, const std::string& path, const struct stat& old) {
     mode_t mode = old.st_mode & all_permissions;
     const bool same_owner = fchown(fd, old.st_uid, old.st_gid) == 0;
     const bool same_group = same_owner || fchown(fd, static_cast<uid_t>(-1), old.st_gid) == 0;
     if (!same_group) mode &= ~group_permissions | (mode << 3U);
+    copy_extended_attributes(path, fd, same_group);
     return fchmod(fd, mode) == 0;
 }
 
@@ -116,7 +119,7 @@ Status AtomicFile::open_new(Access access) {
     if (!fd_.is_open()) {
         if (const Status named = open_named(mode); !named) return named;
     }
-    if (like_old && !take_access(fd_.get(), old)) return system_error(errno);
+    if (like_old && !take_access(fd_.get(), path_, old)) return system_error(errno);
     return Done{};
 }
 

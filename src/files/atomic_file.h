@@ -28,8 +28,8 @@ enum class Durability {
 /// Who may read and write a new file, from before its first byte is written.
 enum class Access {
     usual,    ///< All that the umask lets read (0644 less the umask). Never executable.
-    of_old,   ///< Who may use the file that is at the path: its permission bits, and its owner and group as far as the
-              ///< system allows; where the group stays another, it may not do more than everyone. Else as usual.
+    of_old,   ///< Who may use the file that is at the path: its permission bits, and its owner, group and extended
+              ///< attributes as far as the system allows; where the group stays another, it may not do more than everyone. Else as usual.
     of_owner  ///< The user alone (0600).
 };
 

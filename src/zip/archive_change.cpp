@@ -1,60 +1,24 @@
 #include "zip/archive_change.h"
 
 #include "files/directory.h"
-#include "text/ascii.h"
 #include "zip/archive_layout.h"
+#include "zip/archive_lock.h"
 #include "zip/format.h"
 #include "zip/member_reader.h"
 
-#include <climits>
-
 #include <algorithm>
-#include <cerrno>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <unordered_map>
 #include <utility>
 
 namespace quill::zip {
 namespace {
 
-/// The output that the program uses.
-class FileOutput final : public ArchiveOutput {
-  public:
-    explicit FileOutput(files::AtomicFile file) : file_(std::move(file)) {}
+Error not_as_written() {
+    return {ErrorCode::io, 0, "the new archive did not read back as it was written"};
+}
 
-    Status write(std::string_view bytes) override {
-        if (!file_.write(bytes)) return file_.error();
-        return Done{};
-    }
-    Result<files::MappedFile> read_back() override { return file_.read_back(); }
-    Status publish(bool is_new) override {
-        if (!is_new) return file_.publish_as_rewrite();
-        const Result<std::string> published = file_.publish(files::OnCollision::fail, files::Durability::flushed);
-        if (!published) return published.error();
-        return Done{};
-    }
-
-  private:
-    files::AtomicFile file_;
-};
-
-/// What tells whether a file is still the one that was opened.
-struct Identity {
-    dev_t device = 0;
-    ino_t inode = 0;
-    off_t size = 0;
-    std::time_t seconds = 0;
-    long nanoseconds = 0;
-
-    bool operator==(const Identity&) const = default;
-};
-
-std::optional<Identity> identity_of(const std::string& path) {
-    struct stat status = {};
-    if (stat(path.c_str(), &status) != 0) return std::nullopt;
-    return Identity{status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+Error stopped() {
+    return {ErrorCode::cancelled, 0, "stopped"};
 }
 
 /// A row of the new directory: an old member, or one that was added.
@@ -72,11 +36,17 @@ struct Row {
 }  // namespace
 
 struct ArchiveChange::State {
-    explicit State(std::string archive_path) : path(std::move(archive_path)), staging(path) {}
+    State(std::string archive_path, ArchiveLock archive_lock, MakeOutput make, Watch watch)
+        : path(std::move(archive_path)),
+          lock(std::move(archive_lock)),
+          make_output(std::move(make)),
+          keeper(std::move(watch)),
+          staging(path) {}
 
     std::string path;
+    ArchiveLock lock;
     MakeOutput make_output;
-    std::optional<Identity> identity;  // of the file that is there
+    mutable WatchKeeper keeper;
     std::optional<Archive> old;
     Staging staging;
     std::vector<Row> rows;
@@ -86,18 +56,20 @@ struct ArchiveChange::State {
     bool changed = false;
 
     void open_rows();
-    Result<PackedMember> pack(const std::string& file, const std::string& name, const PackOptions& options);
+    bool has_bytes() const { return lock.stamp() && lock.stamp()->size > 0; }
     void add_row(PackedMember member, const std::string& password);
     void put_row(std::size_t row, PackedMember member, const std::string& password);
     void drop_old(std::size_t member);
     std::int64_t shift() const { return old ? old->directory()->shift : 0; }
     std::uint64_t old_end() const { return old ? old->directory()->begin : 0; }
 
+    Status write_watched(ArchiveOutput& output, std::string_view bytes);
     Status write_kept(ArchiveOutput& output, std::uint64_t& at);
     Status write_added(ArchiveOutput& output, std::uint64_t& at);
     Status write_directory(ArchiveOutput& output, std::uint64_t at) const;
     Status check(ArchiveOutput& output) const;
-    bool same_bytes(const Archive& made, std::size_t row) const;
+    Status check_added(const Archive& made, std::size_t row) const;
+    Status check_kept(const Archive& made, std::size_t row) const;
 };
 
 ArchiveChange::ArchiveChange(std::unique_ptr<State> state) : state_(std::move(state)) {}
@@ -105,19 +77,12 @@ ArchiveChange::ArchiveChange(ArchiveChange&&) noexcept = default;
 ArchiveChange& ArchiveChange::operator=(ArchiveChange&&) noexcept = default;
 ArchiveChange::~ArchiveChange() = default;
 
-Result<std::unique_ptr<ArchiveOutput>> output_beside(const std::string& path) {
-    Result<files::AtomicFile> file = files::AtomicFile::create(path, files::Access::of_old);
-    if (!file) return file.error();
-    return std::unique_ptr<ArchiveOutput>(std::make_unique<FileOutput>(std::move(*file)));
-}
-
-Result<ArchiveChange> ArchiveChange::begin(const std::string& path, MakeOutput make_output) {
-    auto state = std::make_unique<State>(files::resolved(path));
-    state->make_output = std::move(make_output);
-    state->identity = identity_of(state->path);
-    // A rename would replace an archive that is write-protected too.
-    if (state->identity && faccessat(AT_FDCWD, state->path.c_str(), W_OK, AT_EACCESS) != 0) return system_error(errno);
-    if (state->identity && state->identity->size > 0) {
+Result<ArchiveChange> ArchiveChange::begin(const std::string& path, MakeOutput make_output, Watch watch) {
+    const std::string real = files::resolved(path);
+    Result<ArchiveLock> lock = ArchiveLock::take(real, watch);
+    if (!lock) return lock.error();
+    auto state = std::make_unique<State>(real, std::move(*lock), std::move(make_output), std::move(watch));
+    if (state->has_bytes()) {
         Result<Archive> old = Archive::open(state->path);
         if (!old) return old.error();
         if (!old->is_sound() || old->directory()->shift < 0) {
@@ -160,30 +125,42 @@ void ArchiveChange::State::put_row(std::size_t row, PackedMember member, const s
     rows[row] = {{}, std::move(member), password, 0};
 }
 
-Result<PackedMember> ArchiveChange::State::pack(const std::string& file, const std::string& name,
-                                                const PackOptions& options) {
-    const std::optional<Identity> other = identity_of(file);
-    if (other && identity && other->device == identity->device && other->inode == identity->inode) {
+Result<PackedMember> ArchiveChange::pack(const std::string& file, const std::string& name, const PackOptions& options) {
+    const std::optional<files::FileStamp> other = files::stamp_through_links(file);
+    if (other && state_->lock.stamp() && other->same_file(*state_->lock.stamp())) {
         return Error{ErrorCode::bad_argument, 0, "an archive can't be put into itself"};
     }
-    return pack_file(file, name, options, staging);
+    return pack_file(file, name, options, state_->staging, state_->keeper);
+}
+
+void ArchiveChange::put(PackedMember member, const PackOptions& options) {
+    state_->add_row(std::move(member), options.password);
 }
 
 Status ArchiveChange::add_file(const std::string& file, const std::string& name, const PackOptions& options) {
-    Result<PackedMember> packed = state_->pack(file, name, options);
+    Result<PackedMember> packed = pack(file, name, options);
     if (!packed) return packed.error();
-    state_->add_row(std::move(*packed), options.password);
+    put(std::move(*packed), options);
     return Done{};
 }
 
-Status ArchiveChange::replace(std::size_t member, const std::string& file, const PackOptions& options) {
-    const std::vector<Row>& rows = state_->rows;
-    const auto row = std::find_if(rows.begin(), rows.end(), [&](const Row& r) { return r.old_member == member; });
-    if (row == rows.end()) return Error{ErrorCode::bad_argument, 0, "the archive has no such member"};
-    Result<PackedMember> packed = state_->pack(file, std::string(row->name(state_->old)), options);
+Status ArchiveChange::add_link(const std::string& path, const std::string& name, const PackOptions& options) {
+    Result<PackedMember> packed = pack_link(path, name, options, state_->staging);
     if (!packed) return packed.error();
-    state_->put_row(static_cast<std::size_t>(row - rows.begin()), std::move(*packed), options.password);
+    put(std::move(*packed), options);
     return Done{};
+}
+
+bool ArchiveChange::has(std::size_t old_member) const {
+    const std::vector<Row>& rows = state_->rows;
+    return std::any_of(rows.begin(), rows.end(), [&](const Row& row) { return row.old_member == old_member; });
+}
+
+void ArchiveChange::replace(std::size_t old_member, PackedMember member, const PackOptions& options) {
+    const std::vector<Row>& rows = state_->rows;
+    const auto row = std::find_if(rows.begin(), rows.end(), [&](const Row& r) { return r.old_member == old_member; });
+    member.rename(row->name(state_->old));
+    state_->put_row(static_cast<std::size_t>(row - rows.begin()), std::move(member), options.password);
 }
 
 Status ArchiveChange::add_directory(const std::string& name, std::time_t modified) {
@@ -218,8 +195,23 @@ std::vector<std::size_t> ArchiveChange::find(std::string_view name) const {
     return found;
 }
 
+const std::vector<Member>& ArchiveChange::old_members() const {
+    static const std::vector<Member> none;
+    return state_->old ? state_->old->members() : none;
+}
+
 const std::string& ArchiveChange::path() const {
     return state_->path;
+}
+
+/// Writes in pieces, and fails with `cancelled` where the watch says no.
+Status ArchiveChange::State::write_watched(ArchiveOutput& output, std::string_view bytes) {
+    Status written = Done{};
+    const bool all = in_pieces(bytes, keeper, [&](std::string_view part) {
+        written = output.write(part);
+        return written.ok();
+    });
+    return all || !written ? written : Status(stopped());
 }
 
 /// Copies what stays, and finds out where its members are now.
@@ -229,11 +221,8 @@ Status ArchiveChange::State::write_kept(ArchiveOutput& output, std::uint64_t& at
     std::vector<std::uint64_t> written_at;
     for (const Extent& extent : kept) {
         written_at.push_back(at);
-        constexpr std::uint64_t piece = 4U << 20U;
-        for (std::uint64_t from = extent.begin; from < extent.end; from += piece) {
-            const std::uint64_t size = std::min(piece, extent.end - from);
-            if (Status written = output.write(slice(old->bytes(), from, size)); !written) return written;
-        }
+        const std::string_view bytes = slice(old->bytes(), extent.begin, extent.end - extent.begin);
+        if (Status written = write_watched(output, bytes); !written) return written;
         at += extent.end - extent.begin;
     }
     for (Row& row : rows) {
@@ -257,7 +246,7 @@ Status ArchiveChange::State::write_added(ArchiveOutput& output, std::uint64_t& a
         if (Status written = output.write(header); !written) return written;
         Status written = Done{};
         const Status read = staging.read(row.added->staged_at, row.added->compressed_size, [&](std::string_view bytes) {
-            written = output.write(bytes);
+            written = write_watched(output, bytes);
             return written.ok();
         });
         if (!written) return written;
@@ -290,40 +279,51 @@ Status ArchiveChange::State::write_directory(ArchiveOutput& output, std::uint64_
     return output.write(directory);
 }
 
-/// Whether a member that stays is in `made` with the same header and the same bytes.
-bool ArchiveChange::State::same_bytes(const Archive& made, std::size_t row) const {
+/// Fails unless a member that stays is in `made` with the same header and the same bytes.
+Status ArchiveChange::State::check_kept(const Archive& made, std::size_t row) const {
     const Member& before = old->members()[*rows[row].old_member];
     const Member& after = made.members()[row];
     const Extent from = extent_of(old->bytes(), before), to = extent_of(made.bytes(), after);
-    return before.raw_name == after.raw_name && before.crc == after.crc &&
-           slice(old->bytes(), from.begin, from.end - from.begin) == slice(made.bytes(), to.begin, to.end - to.begin);
+    std::string_view copy = slice(made.bytes(), to.begin, to.end - to.begin);
+    if (before.raw_name != after.raw_name || before.crc != after.crc || to.end - to.begin != from.end - from.begin) {
+        return not_as_written();
+    }
+    bool same = true;
+    const bool all = in_pieces(slice(old->bytes(), from.begin, from.end - from.begin), keeper, [&](auto part) {
+        same = copy.substr(0, part.size()) == part;
+        copy.remove_prefix(std::min(part.size(), copy.size()));
+        return same;
+    });
+    if (all) return Done{};
+    return same ? stopped() : not_as_written();
+}
+
+Status ArchiveChange::State::check_added(const Archive& made, std::size_t row) const {
+    const Member& member = made.members()[row];
+    if (member.name != rows[row].added->name || member.crc != rows[row].added->crc) return not_as_written();
+    if (member.is_directory()) return Done{};
+    MemberReader reader(made, rows[row].password);
+    const Content content = reader.read(member, [&](std::string_view bytes) { return keeper.count(bytes.size()); });
+    if (content.fate == Fate::verified) return Done{};
+    return keeper.goes_on() ? not_as_written() : stopped();
 }
 
 /// Reads the new archive from the disk as anybody would.
 Status ArchiveChange::State::check(ArchiveOutput& output) const {
     const Result<files::MappedFile> file = output.read_back();
     if (!file) return file.error();
-    const Error wrong{ErrorCode::io, 0, "the new archive did not read back as it was written"};
     const Result<Archive> made = Archive::parse(file->bytes());
-    if (!made || !made->is_sound() || made->members().size() != rows.size()) return wrong;
+    if (!made || !made->is_sound() || made->members().size() != rows.size()) return not_as_written();
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        if (!rows[i].added) {
-            if (!same_bytes(*made, i)) return wrong;
-            continue;
-        }
-        const Member& member = made->members()[i];
-        if (member.name != rows[i].added->name || member.crc != rows[i].added->crc) return wrong;
-        if (member.is_directory()) continue;
-        MemberReader reader(*made, rows[i].password);
-        const Content content = reader.read(member, [](std::string_view) { return true; });
-        if (content.fate != Fate::verified) return wrong;
+        if (Status checked = rows[i].added ? check_added(*made, i) : check_kept(*made, i); !checked) return checked;
     }
     return Done{};
 }
 
 Status ArchiveChange::finish() {
     State& state = *state_;
-    if (!state.changed && state.identity && state.identity->size > 0) return Done{};
+    if (!state.changed && state.has_bytes()) return Done{};
+    state.keeper.expect(state.old_end() * 2);
     Result<std::unique_ptr<ArchiveOutput>> output = state.make_output(state.path);
     if (!output) return output.error();
     std::uint64_t at = 0;
@@ -331,10 +331,24 @@ Status ArchiveChange::finish() {
     if (Status status = state.write_added(**output, at); !status) return status;
     if (Status status = state.write_directory(**output, at); !status) return status;
     if (Status status = state.check(**output); !status) return status;
-    if (identity_of(state.path) != state.identity) {
-        return Error{ErrorCode::io, 0, "the archive was changed by another program meanwhile"};
+    if (!state.keeper.goes_on()) return stopped();
+    if (!state.lock.holds()) {
+        return Error{ErrorCode::exists, 0, "the archive was changed by another program meanwhile"};
     }
-    return (*output)->publish(!state.identity);
+    return (*output)->publish(!state.lock.stamp());
+}
+
+Status change_archive(const std::string& path, const Watch& watch, const std::function<Status(ArchiveChange&)>& edit) {
+    constexpr int most_attempts = 10;
+    Status status = Done{};
+    for (int attempt = 0; attempt < most_attempts; ++attempt) {
+        Result<ArchiveChange> change = ArchiveChange::begin(path, output_beside, watch);
+        if (!change) return change.error();
+        if (status = edit(*change); !status) return status;
+        status = change->finish();
+        if (status || status.error().code != ErrorCode::exists) break;
+    }
+    return status;
 }
 
 }  // namespace quill::zip

@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <set>
 #include <string_view>
-#include <sys/stat.h>
 #include <utility>
 
 namespace quill::zip {
@@ -26,6 +26,7 @@ constexpr std::array<std::string_view, 52> error_texts{
     "the request makes no sense",
     "a member is damaged",
     "a member needs a password, or another one",
+    "the operation was stopped",
 };
 
 LibraryResult result_of(ErrorCode code) {
@@ -44,8 +45,9 @@ LibraryResult result_of(ErrorCode code) {
             return library_unsupported;
         case ErrorCode::bad_argument:
             return library_bad_call;
-        case ErrorCode::io:
         case ErrorCode::cancelled:
+            return library_cancelled;
+        case ErrorCode::io:
             return library_io;
     }
     return library_io;
@@ -66,23 +68,6 @@ std::int64_t stated(std::uint64_t size) {
 }
 
 }  // namespace
-
-/// What tells whether a file has changed.
-struct ZipLibrary::FileState {
-    std::string path;
-    dev_t device = 0;
-    ino_t inode = 0;
-    off_t size = 0;
-    std::time_t seconds = 0;
-    long nanoseconds = 0;
-
-    static FileState of(const std::string& path) {
-        struct stat s = {};
-        if (stat(path.c_str(), &s) != 0) return {path, 0, 0, -1, 0, 0};
-        return {path, s.st_dev, s.st_ino, s.st_size, s.st_mtim.tv_sec, s.st_mtim.tv_nsec};
-    }
-    bool operator==(const FileState&) const = default;
-};
 
 std::string library_error_text(std::int16_t result) {
     const bool known = result >= 0 && static_cast<std::size_t>(result) < error_texts.size();
@@ -107,16 +92,30 @@ std::int16_t ZipLibrary::dzipVB(const ZipCommand& command, const ZipStrings& str
     return fail({ErrorCode::bad_argument, 0, "no such function"});
 }
 
+/// Packs all items first, so that none is added where one fails.
 Status ZipLibrary::add_items(ArchiveChange& change, const ZipCommand& command, const ZipStrings& strings) {
     PackOptions options;
     options.level = command.compressionLevel;
     if (command.usePassword == flag_on) options.password = strings.password;
+    std::vector<PackedMember> packed;
+    std::set<std::size_t> replaced;
     for (const ZipItem& item : strings.itemList) {
-        const std::string name =
-            command.noDirectoryNames == flag_off ? member_name_of(item.name) : files::name_of(item.name);
-        const Status added =
-            item.number ? change.replace(*item.number, item.name, options) : change.add_file(item.name, name, options);
-        if (!added) return added;
+        if (item.number && (!change.has(*item.number) || !replaced.insert(*item.number).second)) {
+            return Error{ErrorCode::bad_argument, 0, "the archive has no such member"};
+        }
+        const bool keeps_path = command.noDirectoryNames == flag_off;
+        Result<PackedMember> member =
+            change.pack(item.name, keeps_path ? member_name_of(item.name) : files::name_of(item.name), options);
+        if (!member) return member.error();
+        packed.push_back(std::move(*member));
+    }
+    for (std::size_t i = 0; i < packed.size(); ++i) {
+        const std::optional<std::size_t>& number = strings.itemList[i].number;
+        if (number) {
+            change.replace(*number, std::move(packed[i]), options);
+        } else {
+            change.put(std::move(packed[i]), options);
+        }
     }
     return Done{};
 }
@@ -128,7 +127,7 @@ std::int16_t ZipLibrary::add(const ZipCommand& command, const ZipStrings& string
         adding_ = true;
     }
     if (!waiting_) {
-        Result<ArchiveChange> change = ArchiveChange::begin(strings.zipFile, make_output_);
+        Result<ArchiveChange> change = ArchiveChange::begin(strings.zipFile, make_output_, progress);
         if (!change) return fail(change.error());
         waiting_ = std::move(*change);
         waiting_for_ = strings.zipFile;
@@ -152,7 +151,7 @@ std::int16_t ZipLibrary::end_adding() {
 
 std::int16_t ZipLibrary::remove(const ZipStrings& strings) {
     if (const std::int16_t result = end_adding(); result != library_success) return result;
-    Result<ArchiveChange> change = ArchiveChange::begin(strings.zipFile, make_output_);
+    Result<ArchiveChange> change = ArchiveChange::begin(strings.zipFile, make_output_, progress);
     if (!change) return fail(change.error());
     std::vector<std::size_t> members;
     for (const ZipItem& item : strings.itemList) {
@@ -168,8 +167,8 @@ std::int16_t ZipLibrary::remove(const ZipStrings& strings) {
 
 std::shared_ptr<const OpenedArchive> ZipLibrary::open(const std::string& path) {
     if (end_adding() != library_success) return nullptr;
-    const FileState state = FileState::of(path);
-    if (opened_ && *opened_state_ == state) return opened_;
+    const std::optional<files::FileStamp> stamp = files::stamp_through_links(path);
+    if (opened_ && stamp && opened_path_ == path && opened_stamp_ == stamp) return opened_;
     opened_.reset();
     Result<Archive> archive = Archive::open(path);
     if (!archive) {
@@ -178,7 +177,8 @@ std::shared_ptr<const OpenedArchive> ZipLibrary::open(const std::string& path) {
     }
     MemberPaths paths(archive->members());
     opened_ = std::make_shared<const OpenedArchive>(OpenedArchive{std::move(*archive), std::move(paths)});
-    opened_state_ = std::make_unique<FileState>(state);
+    opened_path_ = path;
+    opened_stamp_ = stamp;
     return opened_;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "files/file_stamp.h"
 #include "zip/archive_change.h"
 #include "zip/extraction.h"
 #include "zip/library_records.h"
@@ -25,7 +26,8 @@ enum LibraryResult : std::int16_t {
     library_unsupported = 7,  ///< a damaged archive was to be changed, or something that is no file was to be added
     library_bad_call = 8,     ///< a function code or an item that makes no sense
     library_damaged = 9,      ///< a member could be extracted in part or not at all
-    library_password = 10     ///< a member needs a password, or another one
+    library_password = 10,    ///< a member needs a password, or another one
+    library_cancelled = 11    ///< `progress` has said no
 };
 
 /// "ZIP error: " and the text of `result`; the text is empty for a number that is no result.
@@ -70,8 +72,6 @@ class ZipLibrary {
     Limits limits;
 
   private:
-    struct FileState;
-
     std::int16_t add(const ZipCommand& command, const ZipStrings& strings);
     std::int16_t remove(const ZipStrings& strings);
     std::int16_t tell_member(std::size_t number, ZipItemInfo& info);
@@ -81,7 +81,8 @@ class ZipLibrary {
 
     MakeOutput make_output_;
     std::shared_ptr<const OpenedArchive> opened_;
-    std::unique_ptr<FileState> opened_state_;
+    std::string opened_path_;
+    std::optional<files::FileStamp> opened_stamp_;
     std::size_t next_member_ = 0;
     bool adding_ = false;
     std::optional<ArchiveChange> waiting_;

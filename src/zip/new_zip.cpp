@@ -154,6 +154,7 @@ void NewZIP::SaveChangedFile(ArchiveView view, std::optional<std::size_t> row, c
         const std::string copy = extracted_name(*row);
         if (!copy.empty()) result = call_add({{path_in_work_dir(copy), *row}}, false, password);
     }
+    if (result == library_cancelled) return;
     if (result != library_success) {
         context_.platform.message(save_failed);
         return;

@@ -6,6 +6,7 @@
 #include "zip/format.h"
 #include "zip/member_time.h"
 
+#include <climits>
 #include <libdeflate.h>
 
 #include <algorithm>
@@ -13,13 +14,14 @@
 #include <limits>
 #include <memory>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <zlib.h>
 
 namespace quill::zip {
 namespace {
 
 constexpr std::uint64_t most_in_memory = 32U << 20U;
-constexpr std::uint64_t largest_in_one = 64U << 20U;
+constexpr std::uint64_t largest_in_one = 16U << 20U;  // about a tenth of a second, in which nothing can stop it
 constexpr std::size_t piece = 256U << 10U;
 constexpr std::uint64_t needs_zip64 = 0xFFFFFFFF;
 constexpr std::uint16_t made_by_unix = 3U << 8U | 30U;
@@ -27,11 +29,16 @@ constexpr std::uint16_t version_plain = 20;
 constexpr std::uint16_t version_zip64 = 45;
 constexpr std::uint32_t regular_file = 0100000;
 constexpr std::uint32_t directory_file = 0040000;
+constexpr std::uint32_t link_file = 0120000;
+
+Error stopped() {
+    return {ErrorCode::cancelled, 0, "stopped"};
+}
 
 /// Encrypts on the way, where there is a password, and puts everything into the staging place.
 class Stager {
   public:
-    Stager(Staging& staging, const std::string& password) : staging_(staging) {
+    Stager(Staging& staging, const std::string& password, WatchKeeper& keeper) : staging_(staging), keeper_(keeper) {
         if (!password.empty()) cipher_.emplace(password);
     }
 
@@ -41,18 +48,25 @@ class Stager {
     }
 
     Status put(std::string_view bytes) {
-        if (!cipher_) return staging_.append(bytes);
-        while (!bytes.empty()) {
-            std::string part(bytes.substr(0, piece));
-            bytes.remove_prefix(part.size());
-            cipher_->encrypt(part);
-            if (Status status = staging_.append(part); !status) return status;
-        }
-        return Done{};
+        Status status = Done{};
+        const bool all = in_pieces(bytes, keeper_, [&](std::string_view part) {
+            if (!cipher_) {
+                status = staging_.append(part);
+            } else {
+                std::string encrypted(part);
+                cipher_->encrypt(encrypted);
+                status = staging_.append(encrypted);
+            }
+            return status.ok();
+        });
+        return all || !status ? status : Status(stopped());
     }
+
+    bool goes_on() { return keeper_.goes_on(); }
 
   private:
     Staging& staging_;
+    WatchKeeper& keeper_;
     std::optional<archive::TraditionalCipher> cipher_;
 };
 
@@ -90,6 +104,7 @@ Status deflate_in_pieces(std::string_view bytes, int level, Stager& stager) {
         stream.avail_out = static_cast<uInt>(out.size());
         result = deflate(&stream, bytes.empty() ? Z_FINISH : Z_NO_FLUSH);
         if (result == Z_STREAM_ERROR) return Error{ErrorCode::io, 0, "compression failed"};
+        if (!stager.goes_on()) return stopped();
         const Status put = stager.put(std::string_view(out).substr(0, out.size() - stream.avail_out));
         if (!put) return put;
     }
@@ -103,7 +118,6 @@ bool seems_compressible(std::string_view bytes, int level) {
 }
 
 Status pack_bytes(std::string_view bytes, const PackOptions& options, Stager& stager, PackedMember& member) {
-    member.crc = codec::crc32(0, bytes);
     member.uncompressed_size = bytes.size();
     member.method = method_stored;
     if (Status begun = stager.begin(member.crc); !begun) return begun;
@@ -152,6 +166,21 @@ std::uint16_t name_flags(const std::string& name) {
     return ascii ? 0 : utf8_flag;
 }
 
+/// A member with all but its content. Fails with `bad_argument` for a name that no header can hold.
+Result<PackedMember> begin_member(const std::string& name, const struct stat& status, const PackOptions& options,
+                                  const Staging& staging) {
+    PackedMember member;
+    member.name = text::to_utf8(name);
+    if (member.name.empty() || member.name.size() > std::numeric_limits<std::uint16_t>::max()) {
+        return Error{ErrorCode::bad_argument, 0, "a member needs a name of at most 65535 bytes"};
+    }
+    member.flags = name_flags(member.name);
+    if (!options.password.empty()) member.flags |= encrypted_flag;
+    member.modified = status.st_mtime;
+    member.staged_at = staging.size();
+    return member;
+}
+
 }  // namespace
 
 Status Staging::append(std::string_view bytes) {
@@ -167,6 +196,11 @@ Status Staging::append(std::string_view bytes) {
     }
     size_ += bytes.size();
     return Done{};
+}
+
+void PackedMember::rename(std::string_view new_name) {
+    name = new_name;
+    flags = static_cast<std::uint16_t>((flags & ~utf8_flag) | name_flags(name));
 }
 
 std::string PackedMember::local_header() const {
@@ -214,26 +248,43 @@ std::string PackedMember::central_header(std::uint64_t local_offset) const {
 }
 
 Result<PackedMember> pack_file(const std::string& path, const std::string& name, const PackOptions& options,
-                               Staging& staging) {
+                               Staging& staging, WatchKeeper& keeper) {
     constexpr std::uint32_t permissions = 0777;
     struct stat status = {};
     if (stat(path.c_str(), &status) != 0) return system_error(errno);
     const Result<files::MappedFile> file = files::MappedFile::open(path);
     if (!file) return file.error();
-    PackedMember member;
-    member.name = text::to_utf8(name);
-    if (member.name.empty() || member.name.size() > std::numeric_limits<std::uint16_t>::max()) {
-        return Error{ErrorCode::bad_argument, 0, "a member needs a name of at most 65535 bytes"};
-    }
-    member.flags = name_flags(member.name);
-    if (!options.password.empty()) member.flags |= encrypted_flag;
-    member.mode = regular_file | (status.st_mode & permissions);
-    member.modified = status.st_mtime;
-    member.staged_at = staging.size();
-    Stager stager(staging, options.password);
-    if (Status packed = pack_bytes(file->bytes(), options, stager, member); !packed) return packed.error();
-    member.compressed_size = staging.size() - member.staged_at;
+    Result<PackedMember> member = begin_member(name, status, options, staging);
+    if (!member) return member;
+    member->mode = regular_file | (status.st_mode & permissions);
+    keeper.expect(file->bytes().size() * 2);
+    const bool all = in_pieces(file->bytes(), keeper, [&](std::string_view part) {
+        member->crc = codec::crc32(member->crc, part);
+        return true;
+    });
+    if (!all || !keeper.goes_on()) return stopped();
+    Stager stager(staging, options.password, keeper);
+    if (Status packed = pack_bytes(file->bytes(), options, stager, *member); !packed) return packed.error();
+    member->compressed_size = staging.size() - member->staged_at;
     if (file->cut_short()) return Error{ErrorCode::io, 0, "the file was cut while it was read"};
+    return member;
+}
+
+Result<PackedMember> pack_link(const std::string& path, const std::string& name, const PackOptions& options,
+                               Staging& staging) {
+    struct stat status = {};
+    std::string target(PATH_MAX, '\0');
+    const ssize_t size = readlink(path.c_str(), target.data(), target.size());
+    if (size < 0 || lstat(path.c_str(), &status) != 0) return system_error(errno);
+    target.resize(static_cast<std::size_t>(size));
+    Result<PackedMember> member = begin_member(name, status, options, staging);
+    if (!member) return member;
+    member->mode = link_file | 0777U;
+    member->crc = codec::crc32(0, target);
+    WatchKeeper unwatched({});
+    Stager stager(staging, options.password, unwatched);
+    if (Status packed = pack_bytes(target, options, stager, *member); !packed) return packed.error();
+    member->compressed_size = staging.size() - member->staged_at;
     return member;
 }
 

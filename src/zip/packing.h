@@ -2,6 +2,7 @@
 
 #include "files/atomic_file.h"
 #include "text/result.h"
+#include "zip/progress.h"
 
 #include <cstdint>
 #include <ctime>
@@ -20,12 +21,13 @@ class Staging {
 
     std::uint64_t size() const { return size_; }
     Status append(std::string_view bytes);
-    /// Calls f(bytes) for the `size` bytes at `offset` in one or more pieces until it says false.
+    /// Calls f(bytes) for the `size` bytes at `offset` in one or more pieces until it returns false, which is a
+    /// success. Fails where they can't be read back.
     template <class F>
     Status read(std::uint64_t offset, std::uint64_t size, F&& f) const {
         if (offset < memory_.size()) {
             const std::string_view bytes = std::string_view(memory_).substr(offset, size);
-            if (!f(bytes)) return Error{ErrorCode::io, 0, "could not be written"};
+            if (!f(bytes)) return Done{};
             offset += bytes.size();
             size -= bytes.size();
         }
@@ -33,7 +35,8 @@ class Staging {
         const Result<files::MappedFile> mapped = file_->read_back();
         if (!mapped) return mapped.error();
         const std::string_view bytes = mapped->bytes().substr(offset - memory_.size(), size);
-        if (bytes.size() < size || !f(bytes)) return Error{ErrorCode::io, 0, "could not be written"};
+        if (bytes.size() < size) return Error{ErrorCode::io, 0, "the compressed bytes could not be read back"};
+        f(bytes);
         return Done{};
     }
 
@@ -45,7 +48,7 @@ class Staging {
 };
 
 struct PackOptions {
-    int level = 5;         ///< of libdeflate; of zlib for files over 64 MiB
+    int level = 5;         ///< of libdeflate; of zlib for files over 16 MiB
     std::string password;  ///< empty for none; else traditional encryption
 };
 
@@ -61,14 +64,21 @@ struct PackedMember {
     std::uint64_t uncompressed_size = 0;
     std::uint64_t staged_at = 0;
 
+    /// Gives it another name, in UTF-8.
+    void rename(std::string_view new_name);
     /// The headers' bytes (APPNOTE 4.3.7, 4.3.12), with ZIP64 fields where a number needs them.
     std::string local_header() const;
     std::string central_header(std::uint64_t local_offset) const;
 };
 
 /// Reads and compresses the file at `path`; what does not get smaller is stored. Fails with the system's reason where
-/// the file can't be read or the staging place is full, with `unsupported` for what is no regular file.
+/// the file can't be read or the staging place is full, with `unsupported` for what is no regular file, with
+/// `cancelled` where the keeper's watch says no.
 Result<PackedMember> pack_file(const std::string& path, const std::string& name, const PackOptions& options,
+                               Staging& staging, WatchKeeper& keeper);
+
+/// The symbolic link at `path` as a member, whose content is the path that it leads to. Fails with the system's reason.
+Result<PackedMember> pack_link(const std::string& path, const std::string& name, const PackOptions& options,
                                Staging& staging);
 
 /// A directory's own member: `name` and a slash, without content.

@@ -18,6 +18,13 @@ std::time_t time_of(const std::string& path) {
     return stat(path.c_str(), &status) == 0 ? status.st_mtime : 0;
 }
 
+EntryKind kind_of(const std::string& path) {
+    struct stat status = {};
+    if (lstat(path.c_str(), &status) != 0) return EntryKind::file;
+    if (S_ISLNK(status.st_mode)) return EntryKind::link;
+    return S_ISDIR(status.st_mode) ? EntryKind::directory : EntryKind::file;
+}
+
 }  // namespace
 
 std::string member_name_of(std::string_view path) {
@@ -34,7 +41,7 @@ std::string member_name_of(std::string_view path) {
 }
 
 std::vector<TreeEntry> walk_tree(const std::string& path) {
-    if (!files::is_directory(path)) return {{path, member_name_of(path), false, 0}};
+    if (!files::is_directory(path)) return {{path, member_name_of(path), EntryKind::file, 0}};
     std::vector<std::string> paths{path};
     std::error_code failure;
     for (fs::recursive_directory_iterator entry(path, fs::directory_options::skip_permission_denied, failure), end;
@@ -44,10 +51,8 @@ std::vector<TreeEntry> walk_tree(const std::string& path) {
     std::sort(paths.begin(), paths.end());
     std::vector<TreeEntry> entries;
     for (const std::string& found : paths) {
-        struct stat status = {};
-        const bool is_directory = lstat(found.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-        TreeEntry entry{found, member_name_of(found), is_directory || found == path, 0};
-        if (entry.is_directory) entry.modified = time_of(found);
+        TreeEntry entry{found, member_name_of(found), found == path ? EntryKind::directory : kind_of(found), 0};
+        if (entry.kind == EntryKind::directory) entry.modified = time_of(found);
         if (!entry.member_name.empty()) entries.push_back(std::move(entry));
     }
     return entries;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <ctime>
 #include <string>
 #include <string_view>
@@ -7,16 +8,18 @@
 
 namespace quill::zip {
 
-/// A file or a directory that is to go into an archive.
+enum class EntryKind : std::uint8_t { file, directory, link };
+
+/// What is to go into an archive.
 struct TreeEntry {
     std::string path;
     std::string member_name;  ///< relative, parts between slashes, without "." and ".."
-    bool is_directory = false;
+    EntryKind kind = EntryKind::file;
     std::time_t modified = 0;  ///< of a directory
 };
 
-/// `path` itself where it is no directory (there or not); else it and all that is in it, sorted, hidden files too.
-/// Links to directories are not followed.
+/// `path` itself where it is not a directory (there or not); else it and all that is in it, sorted, hidden files too.
+/// `path` may lead to what is meant by a link; links in the tree are entries of their own and are not followed.
 std::vector<TreeEntry> walk_tree(const std::string& path);
 
 /// `path` as a member's name: without what makes it absolute or climb.

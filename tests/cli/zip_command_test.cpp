@@ -88,5 +88,27 @@ TEST_F(ZipCommandTest, NamesAskForDirectoriesWithAndWithoutASlash) {
     }
 }
 
+TEST_F(ZipCommandTest, TwoFilesOfOneMemberNameAreRefused) {
+    directory.write("p1/f", "one");
+    directory.write("p2/f", "two");
+    EXPECT_EQ(call({"zip", "add", "--bare-names", path("a.zip"), "p1/f", "p2/f"}), ExitStatus::failed);
+    EXPECT_THAT(err, HasSubstr("p1/f"));
+    EXPECT_FALSE(directory.has("a.zip"));
+    EXPECT_EQ(call({"zip", "add", path("a.zip"), "p1/f", "p2/f", "./p1/f"}), ExitStatus::good);
+    EXPECT_EQ(call({"zip", "add", path("a.zip"), "p1/f", "p2/../p1/../f", "p2"}), ExitStatus::failed);  // no such file
+}
+
+TEST_F(ZipCommandTest, RemoveTakesDirectoriesByTheirNames) {
+    for (const char* name : {"t/s", "t/s/"}) {
+        directory.write("a.zip", ArchiveBuilder().add("t/s/", "").add("t/s/x", "1").add("t/sx", "2").finish());
+        EXPECT_EQ(call({"zip", "remove", path("a.zip"), name}), ExitStatus::good) << err;
+        call({"zip", "list", path("a.zip")});
+        EXPECT_EQ(out.substr(0, out.find('\t')), "t/sx");
+    }
+    const std::string before = directory.read("a.zip");
+    EXPECT_EQ(call({"zip", "remove", path("a.zip"), "gone"}), ExitStatus::failed);
+    EXPECT_EQ(directory.read("a.zip"), before);
+}
+
 }  // namespace
 }  // namespace quill::cli

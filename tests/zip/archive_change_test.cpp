@@ -3,6 +3,7 @@
 #include "support/temporary_directory.h"
 #include "zip/archive_builder.h"
 #include "zip/member_reader.h"
+#include "zip/tree_walk.h"
 
 #include <csignal>
 #include <filesystem>
@@ -10,6 +11,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace quill::zip {
@@ -238,9 +240,12 @@ TEST(ArchiveChange, OfTwoMembersOfANameTheOneMeantIsReplaced) {
     dir.write("a.zip", ArchiveBuilder().add("same", "first").add("b", "x").add("same", "second").finish());
     dir.write("n", "new");
     Result<ArchiveChange> change = ArchiveChange::begin(dir.path("a.zip"));
-    ASSERT_TRUE(change.ok() && change->replace(0, dir.path("n"), {}).ok());
-    EXPECT_FALSE(change->replace(0, dir.path("n"), {}).ok());  // no longer a member of the old archive
-    EXPECT_FALSE(change->replace(3, dir.path("n"), {}).ok());
+    ASSERT_TRUE(change.ok() && change->has(0));
+    Result<PackedMember> packed = change->pack(dir.path("n"), "n", {});
+    ASSERT_TRUE(packed.ok());
+    change->replace(0, std::move(*packed), {});
+    EXPECT_FALSE(change->has(0));
+    EXPECT_FALSE(change->has(3));
     ASSERT_TRUE(change->finish().ok());
     EXPECT_THAT(contents(dir.path("a.zip")),
                 ElementsAre(member("same", "new"), member("b", "x"), member("same", "second")));
@@ -299,6 +304,107 @@ TEST(ArchiveChange, PasswordsAndLargeFilesComeBackAsTheyWere) {
     MemberReader wrong(*archive, "another");
     const Content refused = wrong.read(archive->members()[0], [](std::string_view) { return true; });
     EXPECT_NE(refused.fate, Fate::verified);
+}
+
+TEST(ArchiveChange, ChangesAtOnceAreAllMade) {
+    for (const bool is_new : {true, false}) {
+        for (int round = 0; round < 20; ++round) {
+            const TemporaryDirectory dir;
+            if (!is_new) dir.write("a.zip", old_archive());
+            std::vector<pid_t> children;
+            for (const std::string name : {"1", "2", "3"}) {
+                dir.write(name, "content " + name);
+                children.push_back(fork());
+                if (children.back() != 0) continue;
+                _exit(change_archive(
+                          dir.path("a.zip"), {},
+                          [&](ArchiveChange& change) {
+                              return change.add_file(dir.path(name), name, {});
+                          }).ok()
+                          ? 0
+                          : 1);
+            }
+            for (const pid_t child : children) {
+                int status = 0;
+                ASSERT_EQ(waitpid(child, &status, 0), child);
+                EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+            }
+            EXPECT_EQ(contents(dir.path("a.zip")).size(), is_new ? 3U : 7U);
+            EXPECT_THAT(dir.names(), ElementsAre("1", "2", "3", "a.zip"));
+        }
+    }
+}
+
+TEST(ArchiveChange, AStopAtAnyMomentLeavesTheOldArchive) {
+    const TemporaryDirectory dir;
+    const std::string old = ArchiveBuilder().add("large", std::string(5'000'000, 'x')).add("b", "x").finish();
+    std::string text(17'000'000, 'y');
+    for (std::size_t i = 0; i < text.size(); i += 5) text[i] = static_cast<char>('a' + i / 7 % 23);
+    dir.write("a.zip", old);
+    dir.write("n", text);
+    bool finished = false;
+    for (int stop_at = 0; !finished && stop_at < 500; stop_at = stop_at * 3 + 1) {
+        int calls = 0;
+        const Watch watch = [&](const Progress& progress) {
+            EXPECT_LE(progress.bytes_done, progress.bytes);
+            return calls++ < stop_at;
+        };
+        const Status changed = change_archive(dir.path("a.zip"), watch, [&](ArchiveChange& change) {
+            const Status removed = change.remove({1});
+            return removed ? change.add_file(dir.path("n"), "n", {}) : removed;
+        });
+        finished = changed.ok();
+        EXPECT_TRUE(finished || changed.error().code == ErrorCode::cancelled);
+        EXPECT_EQ(dir.read("a.zip") == old, !finished);
+        EXPECT_THAT(dir.names(), ElementsAre("a.zip", "n"));
+    }
+    EXPECT_TRUE(finished);
+}
+
+TEST(ArchiveChange, WhatIsNotARegularFileIsNotReplaced) {
+    const TemporaryDirectory dir;
+    dir.write("n", "new");
+    ASSERT_EQ(mkfifo(dir.path("fifo").c_str(), 0600), 0);
+    std::filesystem::create_symlink("/dev/null", dir.path("link to a device"));
+    dir.make_directory("directory");
+    for (const char* name : {"fifo", "link to a device", "directory", "/dev/null"}) {
+        const Result<ArchiveChange> change = ArchiveChange::begin(name[0] == '/' ? name : dir.path(name));
+        ASSERT_FALSE(change.ok()) << name;
+        EXPECT_EQ(change.error().code, ErrorCode::unsupported);
+    }
+    EXPECT_TRUE(std::filesystem::is_fifo(dir.path("fifo")));
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+}
+
+TEST(ArchiveChange, ARewriteKeepsModeAndAttributes) {
+    const TemporaryDirectory dir;
+    prepare(dir);
+    ASSERT_EQ(chmod(dir.path("a.zip").c_str(), 0600), 0);
+    const bool has_attributes = setxattr(dir.path("a.zip").c_str(), "user.origin", "here", 4, 0) == 0;
+    ASSERT_TRUE(change_all(dir, output_beside).ok());
+    struct stat status = {};
+    ASSERT_EQ(stat(dir.path("a.zip").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0600U);
+    if (!has_attributes) return;  // the file system has none
+    std::string value(4, '\0');
+    EXPECT_EQ(getxattr(dir.path("a.zip").c_str(), "user.origin", value.data(), value.size()), 4);
+    EXPECT_EQ(value, "here");
+}
+
+TEST(ArchiveChange, LinksAreStoredAsLinks) {
+    const TemporaryDirectory dir;
+    dir.write("tree/file", "content");
+    dir.write("secret", "outside");
+    std::filesystem::create_symlink("../secret", dir.path("tree/link"));
+    std::filesystem::create_directory_symlink("/etc", dir.path("tree/out"));
+    std::vector<std::pair<std::string, EntryKind>> entries;
+    for (const TreeEntry& entry : walk_tree("tree")) entries.emplace_back(entry.member_name, entry.kind);
+    EXPECT_THAT(entries, ElementsAre(std::pair("tree", EntryKind::directory), std::pair("tree/file", EntryKind::file),
+                                     std::pair("tree/link", EntryKind::link), std::pair("tree/out", EntryKind::link)));
+    Result<ArchiveChange> change = ArchiveChange::begin(dir.path("a.zip"));
+    ASSERT_TRUE(change.ok() && change->add_link(dir.path("tree/link"), "link", {}).ok() && change->finish().ok());
+    EXPECT_THAT(contents(dir.path("a.zip")), ElementsAre(member("link", "../secret")));
+    EXPECT_TRUE(Archive::open(dir.path("a.zip"))->members()[0].is_link());
 }
 
 TEST(ArchiveLayout, OffsetsArePatchedWhereTheyStand) {

@@ -109,7 +109,10 @@ TEST(ZipLibrary, AdditionsInARowAreOneRewrite) {
     caller.library.begin_adding();
     for (int i = 0; i < 50; ++i)
         EXPECT_EQ(caller.add(dir.write("f" + std::to_string(i), std::to_string(i))), library_success);
-    EXPECT_EQ(caller.add(dir.path("missing")), library_not_found);  // told at once, and the others stay
+    EXPECT_EQ(caller.add(dir.path("missing")), library_not_found);  // reported at once, and the others stay
+    caller.zip_strings.itemList = {{dir.write("with a missing one", "x")}, {dir.path("missing")}};
+    EXPECT_EQ(caller.library.dzipVB(caller.zip, caller.zip_strings, caller.status),
+              library_not_found);  // a call adds all of its items or none
     EXPECT_FALSE(dir.has("a.zip"));
     EXPECT_EQ(caller.library.end_adding(), library_success);
     EXPECT_EQ(rewrites, 1);
@@ -117,6 +120,16 @@ TEST(ZipLibrary, AdditionsInARowAreOneRewrite) {
     EXPECT_EQ(caller.unzip.itemCount, 50);
     EXPECT_EQ(caller.add(dir.path("f7")), library_success);  // replaces, at once
     EXPECT_EQ(rewrites, 2);
+}
+
+TEST(ZipLibrary, AStoppedCallSaysSo) {
+    const TemporaryDirectory dir;
+    Caller caller(dir.write("a.zip", ArchiveBuilder().add("a", "1").finish()));
+    const std::string old = dir.read("a.zip");
+    caller.library.progress = [](const Progress&) { return false; };
+    EXPECT_EQ(caller.add(dir.write("f", "x")), library_cancelled);
+    EXPECT_EQ(library_error_text(library_cancelled), "ZIP error: the operation was stopped");
+    EXPECT_EQ(dir.read("a.zip"), old);
 }
 
 TEST(ZipLibrary, OfTwoMembersOfANameTheNumberedOneGoes) {

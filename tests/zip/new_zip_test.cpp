@@ -68,6 +68,24 @@ TEST(NewZip, ALargeExpansionIsAskedAbout) {
     }
 }
 
+TEST(NewZip, AStoppedOperationLeavesTheArchiveAsItWas) {
+    const std::string old = ArchiveBuilder().add("a", "1").add("b", "2").finish();
+    ZipProgram p(old);
+    p.open();
+    std::size_t calls = 0;
+    p.zip.progress = [&](const Progress&) { return ++calls == 0; };
+    p.add_by_chooser("c", "3");
+    EXPECT_EQ(p.dir.read("a.zip"), old);
+    p.List1.selected = 0;
+    p.zip.DeleteSelectedItems(p.view());
+    EXPECT_EQ(p.dir.read("a.zip"), old);
+    p.dir.write("work/a", "changed");
+    p.zip.SaveChangedFile(p.view(), 0, {});
+    EXPECT_EQ(p.dir.read("a.zip"), old);
+    EXPECT_GE(calls, 3U);
+    EXPECT_THAT(p.dir.names(), ElementsAre("a.zip", "from", "work"));
+}
+
 TEST(MemberRow, HasFiveColumns) {
     ZipItemInfo info;
     info.uncompressedSize = 100;
