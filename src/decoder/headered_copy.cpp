@@ -4,6 +4,8 @@
 #include "files/directory.h"
 #include "files/names.h"
 #include "files/path.h"
+#include "shell/long_run.h"
+#include "shell/main_window.h"
 #include "text/ascii.h"
 
 namespace quill::decoder {
@@ -34,7 +36,8 @@ void ask_for_headered_copy(shell::Context& context) {
     if (!yes) context.platform.end_process();
 }
 
-Result<std::string> write_headered_copy(shell::Session& session, const std::string& name, std::size_t line_length) {
+Result<std::string> write_headered_copy(shell::Context& context, const std::string& name, std::size_t line_length) {
+    shell::Session& session = context.session;
     const std::string input = session.EncodedPath;
     const std::string copy = files::join(files::dir_of(input), "1" + files::name_of(input));
     const Rewriting with_header = [&](const text::Source& text, const Sink& out) {
@@ -44,7 +47,10 @@ Result<std::string> write_headered_copy(shell::Session& session, const std::stri
     };
     std::string path = same_copy(input, copy, with_header);
     if (path.empty()) {
-        Result<std::string> written = write_rewritten(input, copy, with_header);
+        shell::LongRun run(context.platform, run_panel(context.windows.load<shell::swit>()),
+                           "Writing " + files::name_of(copy));
+        Result<std::string> written = write_rewritten(
+            input, copy, with_header, [&](std::uint64_t done, std::uint64_t size) { return run.goes_on(done, size); });
         if (!written) return written;
         path = *written;
     }

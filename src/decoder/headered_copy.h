@@ -16,7 +16,7 @@ void ask_for_headered_copy(shell::Context& context);
 /// its lower-case name into `SkipName`, and returns its bare name.
 ///
 /// No file is replaced: one that is just what would be written is used again, else the new one is called
-/// `1<stem> (2)<.ext>` and so on. On failure nothing is changed.
-Result<std::string> write_headered_copy(shell::Session& session, const std::string& name, std::size_t line_length);
+/// `1<stem> (2)<.ext>` and so on. On failure, and where the user stops it (`cancelled`), nothing is changed.
+Result<std::string> write_headered_copy(shell::Context& context, const std::string& name, std::size_t line_length);
 
 }  // namespace quill::decoder

@@ -48,8 +48,7 @@ void nohead(shell::Context& context, int& length) {
     const std::string name = files::name_of(session.EncodedPath);
     if (has_extension(name) && !text::ends_with_ignoring_case(name, ".mim")) {
         ask_for_headered_copy(context);
-        static_cast<void>(
-            write_headered_copy(session, name, line_length));  // on failure the run goes on with the file as it is
+        static_cast<void>(write_headered_copy(context, name, line_length));  // on failure the file as it is goes on
         return;
     }
     session.NamingTaken = true;

@@ -9,7 +9,7 @@ namespace quill::decoder {
 ///
 /// For a name with a telling extension it asks for the user's consent, and `EncodedPath` then names the copy `1<name>`,
 /// ready to be decoded. Any other name goes to the naming window, which sets `NamingTaken`: the run ends there. Where
-/// the copy cannot be written `EncodedPath` stays as it was.
+/// the copy cannot be written, or the user stops that, `EncodedPath` stays as it was.
 ///
 /// `length` is the length of the file's first line in characters.
 void nohead(shell::Context& context, int& length);

@@ -130,8 +130,8 @@ EvenCopy make_even_copy(shell::Context& context, const std::string& path) {
         rewriting = [&](const text::Source& source, const Sink& out) { copy.head = copy_lines(source, out); };
     }
     shell::LongRun run(context.platform, run_panel(context.windows.load<shell::swit>()), "Trying it another way");
-    Result<files::TemporaryFile> file =
-        rewritten_copy(*text, rewriting, [&](std::uint64_t done) { return run.goes_on(done, text->bytes().size()); });
+    Result<files::TemporaryFile> file = rewritten_copy(
+        *text, rewriting, [&](std::uint64_t done, std::uint64_t size) { return run.goes_on(done, size); });
     if (file && !copy.head) copy.file.emplace(std::move(*file));
     copy.stopped = run.stopped();
     return copy;

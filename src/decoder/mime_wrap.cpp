@@ -73,10 +73,21 @@ class Collector {
 };
 
 /// Gives the rewriting of `text` to `write`, in pieces of a good size.
-Status rewrite(const TextFile& text, const Rewriting& rewriting, const Sink& write) {
-    Collector collector(write, text.file());
+Status rewrite(const TextFile& text, const Rewriting& rewriting, const std::function<Status(std::string_view)>& write,
+               const OnRewritten& on_progress) {
+    Status failure = Done{};
+    std::uint64_t written = 0;
+    const Sink put = [&](std::string_view piece) {
+        failure = write(piece);
+        written += piece.size();
+        const bool stopped = on_progress && !on_progress(written, text.bytes().size());
+        if (failure && stopped) failure = Error{ErrorCode::cancelled, 0, "Stopped"};
+        return failure.ok();
+    };
+    Collector collector(put, text.file());
     rewriting(text.source(), [&](std::string_view piece) { return collector.append(piece); });
     collector.flush();
+    if (!failure) return failure;
     if (text.file().cut_short()) return Error{ErrorCode::io, 0, "The file became shorter while it was read"};
     return Done{};
 }
@@ -134,27 +145,26 @@ void drop_tags_at_line_ends(const text::Source& text, const Sink& out) {
     }
 }
 
-Result<std::string> write_rewritten(const std::string& input, const std::string& output, const Rewriting& rewriting) {
+Result<std::string> write_rewritten(const std::string& input, const std::string& output, const Rewriting& rewriting,
+                                    const OnRewritten& on_progress) {
     const Result<TextFile> text = TextFile::open(input);
     if (!text) return text.error();
     Result<files::AtomicFile> file = files::AtomicFile::create(output);
     if (!file) return file.error();
-    const Status written = rewrite(*text, rewriting, [&](std::string_view piece) { return file->write(piece); });
+    const auto write = [&](std::string_view piece) -> Status {
+        return file->write(piece) ? Status(Done{}) : Status(file->error());
+    };
+    const Status written = rewrite(*text, rewriting, write, on_progress);
     if (!written) return written.error();
     return file->publish(files::OnCollision::choose_name);
 }
 
 Result<files::TemporaryFile> rewritten_copy(const TextFile& text, const Rewriting& rewriting,
-                                            const std::function<bool(std::uint64_t written)>& on_progress) {
+                                            const OnRewritten& on_progress) {
     Result<files::TemporaryFile> file = files::TemporaryFile::create();
     if (!file) return file;
-    Status failure = Done{};
-    const Status written = rewrite(text, rewriting, [&](std::string_view piece) {
-        failure = file->write(piece);
-        if (failure && on_progress && !on_progress(file->size())) failure = Error{ErrorCode::cancelled, 0, "Stopped"};
-        return failure.ok();
-    });
-    if (!failure) return failure.error();
+    const auto write = [&](std::string_view piece) { return file->write(piece); };
+    const Status written = rewrite(text, rewriting, write, on_progress);
     if (!written) return written.error();
     return file;
 }

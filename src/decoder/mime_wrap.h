@@ -41,14 +41,18 @@ void break_lines_at_tags(const text::Source& text, const Sink& out);
 /// The lines of `text`, each that ends in `<BR>` (in capitals) without it.
 void drop_tags_at_line_ends(const text::Source& text, const Sink& out);
 
-/// Writes the rewriting of the file `input` as `output`, or under the next free name of its row, and returns the path
-/// that it got. On failure nothing new is there.
-Result<std::string> write_rewritten(const std::string& input, const std::string& output, const Rewriting& rewriting);
+/// Called with the bytes written so far, and those of the text that is read; returns false to stop.
+using OnRewritten = std::function<bool(std::uint64_t written, std::uint64_t size)>;
 
-/// Makes a nameless temporary file of the rewriting of `text`. Fails with the system's reason, or with `cancelled`
-/// where `on_progress`, which is called with the bytes written so far, returns false.
+/// Writes the rewriting of the file `input` as `output`, or under the next free name of its row, and returns the path
+/// that it got. Fails with the system's reason, or with `cancelled` where `on_progress` stops it; nothing new is there
+/// then.
+Result<std::string> write_rewritten(const std::string& input, const std::string& output, const Rewriting& rewriting,
+                                    const OnRewritten& on_progress = {});
+
+/// Makes a nameless temporary file of the rewriting of `text`. Fails likewise.
 Result<files::TemporaryFile> rewritten_copy(const TextFile& text, const Rewriting& rewriting,
-                                            const std::function<bool(std::uint64_t written)>& on_progress = {});
+                                            const OnRewritten& on_progress = {});
 
 /// Whether the file at `path` holds exactly the rewriting of the file `input`.
 bool holds_rewriting(const std::string& path, const std::string& input, const Rewriting& rewriting);

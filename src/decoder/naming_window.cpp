@@ -43,7 +43,8 @@ void give_header(shell::Context& context, std::size_t line_length) {
     ask_for_headered_copy(context);
 
     const std::string original = files::name_of(context.session.EncodedPath);
-    const Result<std::string> copy = write_headered_copy(context.session, answer + extension, line_length);
+    const Result<std::string> copy = write_headered_copy(context, answer + extension, line_length);
+    if (!copy && copy.error().code == ErrorCode::cancelled) return;
     if (!copy) {
         platform.message("   The new file could not be written: " + copy.error().text + ".");
         return;

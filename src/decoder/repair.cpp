@@ -6,6 +6,7 @@
 #include "files/names.h"
 #include "files/path.h"
 #include "text/ascii.h"
+#include "viewer/file_run.h"
 
 #include <string>
 #include <string_view>
@@ -75,7 +76,12 @@ void perform(shell::Context& context, const Repair& repair) {
                          ". Nothing has been changed.");
         return;
     }
-    const Result<std::string> written = write_rewritten(input, output, repair.rewriting);
+    const Result<std::string> written = [&] {
+        viewer::FileRun run(context, "Reformatting " + files::name_of(input));
+        return write_rewritten(input, output, repair.rewriting,
+                               [&](std::uint64_t done, std::uint64_t size) { return run.goes_on(done, size); });
+    }();
+    if (!written && written.error().code == ErrorCode::cancelled) return;
     if (!written) {
         platform.message("    The file " + output + " could not be written: " + written.error().text +
                          ". Nothing has been changed.");

@@ -120,7 +120,7 @@ bool pass_triage(shell::Context& context, std::string& path) {
     if (are_headerless(lines)) {
         int length = static_cast<int>(std::min<std::size_t>(lines[0].size(), INT_MAX));
         nohead(context, length);
-        if (session.NamingTaken) return false;
+        if (session.NamingTaken || context.windows.load<shell::swit>().stop_wanted) return false;
     }
     path = session.EncodedPath;
     return ask_about_long_headers(context, *file);
@@ -130,7 +130,13 @@ bool pass_triage(shell::Context& context, std::string& path) {
 void decode_readable(shell::Context& context, const std::string& path) {
     const Result<TextFile> file = TextFile::open(path);
     if (file && any_ends_in_tag(first_lines(*file))) {
-        const Result<files::TemporaryFile> copy = rewritten_copy(*file, drop_tags_at_line_ends);
+        const Result<files::TemporaryFile> copy = [&] {
+            shell::LongRun run(context.platform, run_panel(context.windows.load<shell::swit>()),
+                               "Reading " + files::name_of(path));
+            return rewritten_copy(*file, drop_tags_at_line_ends,
+                                  [&](std::uint64_t done, std::uint64_t size) { return run.goes_on(done, size); });
+        }();
+        if (!copy && copy.error().code == ErrorCode::cancelled) return;
         if (copy) return decode_with_library(context, copy->path(), {.tags_removed = true});
     }
     decode_with_library(context, path);
@@ -151,6 +157,7 @@ void undec(shell::Context& context, std::string& path) {
     const std::string directory = files::dir_of(path);
     context.session.EncodedPath = path;
     context.session.NamingTaken = false;
+    w.stop_wanted = false;
     close_questions_of_earlier_run(context.windows);
     w.File2.set_directory(directory);
     w.File3.set_directory(directory);

@@ -2,11 +2,11 @@
 
 #include "codec/encode.h"
 #include "encoder/file_chooser.h"
-#include "encoder/file_run.h"
 #include "encoder/output_choice.h"
 #include "files/directory.h"
 #include "files/path.h"
 #include "shell/main_window.h"
+#include "viewer/file_run.h"
 
 namespace quill::encoder {
 namespace {
@@ -24,7 +24,7 @@ Encoding encode_or_say(shell::Context& context, const codec::OutputFormat& forma
     if (!output) return Encoding::withdrawn;
     const std::string names = files::name_of(path) + " as " + files::name_of(output->path);
     const auto written = [&] {
-        FileRun run(context, "Encoding " + names);
+        viewer::FileRun run(context, "Encoding " + names);
         const auto progress = [&](std::uint64_t done, std::uint64_t total) { return run.goes_on(done, total); };
         return codec::encode_file(path, output->path, format, {}, progress);
     }();

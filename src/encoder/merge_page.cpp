@@ -1,11 +1,11 @@
 #include "encoder/merge_page.h"
 
-#include "encoder/file_run.h"
 #include "encoder/merge.h"
 #include "encoder/output_choice.h"
 #include "files/directory.h"
 #include "files/path.h"
 #include "shell/main_window.h"
+#include "viewer/file_run.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -98,7 +98,7 @@ void tell_failure(shell::Context& context, cmdg& w, const Error& error) {
 Result<Merged> run_merge(shell::Context& context, const cmdg& w, MergeFunction function, const std::string& output) {
     std::vector<std::string> paths;
     for (const std::string& name : w.List7.items()) paths.push_back(files::join(w.Dir2.path, name));
-    FileRun run(context, "Joining " + std::to_string(paths.size()) + " files into " + files::name_of(output));
+    viewer::FileRun run(context, "Joining " + std::to_string(paths.size()) + " files into " + files::name_of(output));
     return function(paths, output, [&](const MergeProgress& at) {
         constexpr double steps = 1000;
         return run.goes_on(static_cast<std::uint64_t>(at.of_piece * steps), static_cast<std::uint64_t>(steps), at.index,

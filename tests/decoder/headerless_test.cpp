@@ -2,6 +2,7 @@
 
 #include "decoder/mime_wrap.h"
 #include "decoder/naming_window.h"
+#include "decoder/triage.h"
 #include "support/program.h"
 #include "support/temporary_directory.h"
 
@@ -146,6 +147,18 @@ TEST_F(Headerless, ATableThatTheUserDoesNotWantDecodedStaysAsItIs) {
         EXPECT_EQ(directory_.read(name), lines(4, 60));
     }
     EXPECT_THAT(directory_.names(), ElementsAre("table", "table.txt"));
+}
+
+TEST_F(Headerless, AStopLeavesNoCopyAndDecodesNothing) {
+    std::string path = directory_.write("x.jpg", lines(4, 60));
+    shell::swit& w = program_.main_window;
+    program_.platform.expect_question(consent, true);
+    program_.platform.on_repaint = [&](controls::Window&) {
+        if (w.doing.text == "Writing 1x.jpg") controls::run(w.stop.click);
+    };
+    undec(program_.context, path);
+    EXPECT_THAT(directory_.names(), ElementsAre("x.jpg"));
+    EXPECT_FALSE(w.stop.visible);
 }
 
 TEST_F(Headerless, ShortLinesAheadOfTheFirstLongOneAreLeftOutAndThoseBehindItKept) {

@@ -3,6 +3,7 @@
 #include "files/directory.h"
 #include "support/program.h"
 #include "support/temporary_directory.h"
+#include "viewer/save_pictures.h"
 
 #include <gtest/gtest.h>
 
@@ -249,6 +250,17 @@ TEST_F(RepairGuide, SaysWhyARepairCannotBeMadeAndStays) {
     program_.platform.expect_message("will now attempt");
     program_.platform.expect_message("The file /proc/self/new.mim could not be written: ");
     EXPECT_FALSE(choose(w.Option8));
+}
+
+TEST_F(RepairGuide, AStoppedRepairLeavesNothing) {
+    Form3& w = open_on("post.txt", "a<BR>b\r\n");
+    expect_repair(long_line);
+    program_.platform.expect_message("will now attempt");
+    program_.platform.on_repaint = [&](controls::Window&) {
+        if (auto* panel = program_.windows.loaded<viewer::SavPic>()) controls::run(panel->stop.click);
+    };
+    EXPECT_FALSE(choose(w.Option8));
+    EXPECT_THAT(directory_.names(), ElementsAre("post.txt"));
 }
 
 TEST_F(RepairGuide, EveryControlIsNamedOnceAndHasARole) {

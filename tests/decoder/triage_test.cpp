@@ -199,6 +199,15 @@ TEST_F(Triage, BlanksAndTagsAtLineEndsAreReadOverAndTheInputStaysAsItWas) {
     }
 }
 
+TEST_F(Triage, TheSearchForTagsStopsToo) {
+    dir.write("a.mim", uue_lines("<BR>\r\n"));
+    program.platform.on_repaint = [&](controls::Window&) {
+        if (w.doing.text == "Reading a.mim") controls::run(w.stop.click);
+    };
+    EXPECT_FALSE(decode("a.mim") || gave_up());
+    EXPECT_EQ(dir.names(), Names{"a.mim"});
+}
+
 TEST_F(Triage, TextThatLostItsTagsIsNotCalledWhole) {
     const std::string text =
         "Subject: a<BR>\r\nMIME-Version: 1.0<BR>\r\nContent-Disposition: attachment; filename=a.htm<BR>\r\n<BR>\r\n"

@@ -26,6 +26,13 @@ class FileChooser : public ::testing::Test {
 
     cmdg& show(ChooserMode mode) { return show_chooser(program_.context, mode, dir_.path("mail")); }
     bool is_loaded() { return program_.windows.loaded<cmdg>() != nullptr; }
+    /// Shows the merge page with the first two files of the directory on its list.
+    cmdg& show_two_parts() {
+        cmdg& w = show(ChooserMode::open);
+        w.File2.selected_rows = {0, 1};
+        controls::run(w.Command7.click);
+        return w;
+    }
     static void select(controls::ListBox& list, const std::string& name) {
         const auto& items = list.items();
         list.selected = static_cast<std::size_t>(std::find(items.begin(), items.end(), name) - items.begin());
@@ -422,9 +429,7 @@ TEST_F(FileChooser, TheFilesToMergeLieInOneDirectory) {
 TEST_F(FileChooser, AMergeThatFailsSaysWhyAndThePageStays) {
     dir_.write("mail/a", "=ybegin part=7 line=128 size=3 name=x\r\n=ypart begin=1 end=1\r\n=yend\r\n");
     dir_.write("mail/b", "=ybegin part=8 line=128 size=3 name=x\r\n=ypart begin=1 end=1\r\n=yend\r\n");
-    cmdg& w = show(ChooserMode::open);
-    w.File2.selected_rows = {0, 1};
-    controls::run(w.Command7.click);
+    cmdg& w = show_two_parts();
     program_.platform.expect_message("The files could not be merged: Fewer than two of the files", [&] {
         EXPECT_TRUE(w.visible);
         EXPECT_EQ(w.pointer, controls::MousePointer::normal);
@@ -439,9 +444,7 @@ TEST_F(FileChooser, AnEarlierMergeIsReplacedOnlyWhereTheUserSaysSo) {
     dir_.write("mail/b", "two\r\n");
     const auto merge = [&](platform::Collision answer) {
         dir_.write("mail/merged.txt", "older");
-        cmdg& w = show(ChooserMode::open);
-        w.File2.selected_rows = {0, 1};
-        controls::run(w.Command7.click);
+        cmdg& w = show_two_parts();
         program_.platform.expect_collision("mail/merged.txt", answer);
         controls::run(w.Command9.click);
         program_.windows.unload<cmdg>();
@@ -460,9 +463,7 @@ TEST_F(FileChooser, AnEarlierMergeIsReplacedOnlyWhereTheUserSaysSo) {
 TEST_F(FileChooser, AMergeThatIsStoppedLeavesNothingAndThePageStays) {
     dir_.write("mail/a", "one\r\n");
     dir_.write("mail/b", "two\r\n");
-    cmdg& w = show(ChooserMode::open);
-    w.File2.selected_rows = {0, 1};
-    controls::run(w.Command7.click);
+    cmdg& w = show_two_parts();
     program_.platform.on_repaint = [&](controls::Window&) {
         if (auto* panel = program_.windows.loaded<viewer::SavPic>()) {
             EXPECT_EQ(panel->doing.text, "Joining 2 files into merged.txt");
@@ -491,9 +492,7 @@ TEST_F(FileChooser, AMergeOfWhatIsNoPartEndsTheProgramAndOfEmptyFilesToo) {
     dir_.write("mail/a", "no part");
     dir_.write("mail/b", "");
     dir_.write("mail/c", "");
-    cmdg& w = show(ChooserMode::open);
-    w.File2.selected_rows = {0, 1};
-    controls::run(w.Command7.click);
+    cmdg& w = show_two_parts();
     program_.platform.expect_message("a is not a multipart yEnc encoded file.");
     EXPECT_TRUE(tests::ends_process([&] { w.Command10.click(); }));
     EXPECT_FALSE(files::exists(dir_.path("mail/merged.txt")));

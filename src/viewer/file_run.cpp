@@ -1,8 +1,8 @@
-#include "encoder/file_run.h"
+#include "viewer/file_run.h"
 
 #include <algorithm>
 
-namespace quill::encoder {
+namespace quill::viewer {
 namespace {
 
 std::string percent(double fraction) {
@@ -13,14 +13,14 @@ std::string percent(double fraction) {
 
 FileRun::FileRun(shell::Context& context, const std::string& doing)
     : context_(context),
-      panel_(viewer::show_progress_panel(context.windows)),
+      panel_(show_progress_panel(context.windows)),
       run_(context.platform, {panel_, panel_.doing, panel_.Picture3, panel_.Picture2, panel_.stop, panel_.stop_wanted},
            doing) {
     panel_.Picture5.visible = false;
 }
 
 FileRun::~FileRun() {
-    context_.windows.unload<viewer::SavPic>();
+    context_.windows.unload<SavPic>();
 }
 
 bool FileRun::goes_on(std::uint64_t done, std::uint64_t total) {
@@ -31,9 +31,9 @@ bool FileRun::goes_on(std::uint64_t done, std::uint64_t total) {
 bool FileRun::goes_on(std::uint64_t done, std::uint64_t total, std::size_t index, std::size_t count) {
     const double of_all = count > 1 ? static_cast<double>(index) / static_cast<double>(count - 1) : 1;
     panel_.Picture5.visible = true;
-    panel_.Picture6.left = static_cast<int>(of_all * viewer::full_bar);
+    panel_.Picture6.left = static_cast<int>(of_all * full_bar);
     panel_.Label2.text = percent(of_all);
     return goes_on(done, total);
 }
 
-}  // namespace quill::encoder
+}  // namespace quill::viewer

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string>
 
-namespace quill::encoder {
+namespace quill::viewer {
 
 /// A long run that is shown in the progress panel, a window of its own.
 class FileRun {
@@ -25,8 +25,8 @@ class FileRun {
 
   private:
     shell::Context& context_;
-    viewer::SavPic& panel_;
+    SavPic& panel_;
     shell::LongRun run_;
 };
 
-}  // namespace quill::encoder
+}  // namespace quill::viewer
