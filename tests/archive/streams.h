@@ -95,6 +95,13 @@ inline std::string zstandard_compressed(std::string_view content) {
     return out;
 }
 
+constexpr std::string_view ppmd_content = "a text, and a text, and a text";
+
+/// Method 98, by 7z: `7z a -tzip -mm=PPMd:mem=1m:o=6` of a file with `ppmd_content`.
+inline std::string ppmd_stream() {
+    return {"\x05\x00\x60\xbf\x19\xca\x5e\x8d\xa7\x3f\xa2\x95\x46\x1b\xb3\x7d\xfd\xec\x00", 19};
+}
+
 /// One block of Deflate64 with fixed codes: literals, then one match over `distance` (code `distance_code`, whose extra
 /// bits have the value 0) of the changed length code, for 3 + `more` bytes.
 inline std::string deflate64_match(std::string_view content, std::uint32_t distance_code, std::uint32_t more) {

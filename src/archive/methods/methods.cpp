@@ -27,7 +27,7 @@ constexpr auto table = std::to_array<Method>({
     {93, "Zstandard", make_zstandard},
     {95, "xz", make_xz},
     {97, "WavPack"},
-    {98, "PPMd"},
+    {98, "PPMd", make_ppmd},
     {99, "AES"},
 });
 

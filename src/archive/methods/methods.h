@@ -32,5 +32,6 @@ DecompressorPtr make_bzip2(const StreamInfo& info);
 DecompressorPtr make_lzma(const StreamInfo& info);
 DecompressorPtr make_zstandard(const StreamInfo& info);
 DecompressorPtr make_xz(const StreamInfo& info);
+DecompressorPtr make_ppmd(const StreamInfo& info);
 
 }  // namespace quill::archive
