@@ -3,7 +3,7 @@
 #include "desktop/picture_reading.h"
 #include "desktop/pieces.h"
 #include "desktop/shown_text.h"
-#include "files/directory.h"
+#include "files/path.h"
 
 #include <QAction>
 #include <QHBoxLayout>
@@ -59,6 +59,12 @@ class ResultsList final : public QTreeView {
         }
     }
 };
+
+/// Returns what is known of a file and, since people look for it next, where it is.
+QString details_of(const ResultsModel::Row& row) {
+    const QString directory = shown_name(files::dir_of(row.result.path));
+    return verdict_reasons(row) + QStringLiteral("\n\nIn the directory %1").arg(directory);
+}
 
 void style_list(QTreeView* list) {
     list->setRootIsDecorated(false);
@@ -176,7 +182,7 @@ void MainWindowView::bind_results(QTreeView* list) {
 void MainWindowView::show_details(std::optional<std::size_t> row) {
     auto* details = frame().findChild<QLabel*>(QStringLiteral("details"));
     const bool known = row && *row < w_.List3.count();
-    if (details != nullptr) details->setText(known ? breakable(verdict_reasons(results_.at(*row))) : QString());
+    if (details != nullptr) details->setText(known ? breakable(details_of(results_.at(*row))) : QString());
     const bool picture = known && results_.at(*row).details.picture;
     preview_->show_file(picture ? results_.at(*row).result.path : std::string());
 }

@@ -199,6 +199,30 @@ def encode_and_decode_again(program, screen, folder):
         wait_for("the end of the program", lambda: running.poll() is not None)
 
 
+def erase_the_first_result_of_a_second_run(program, screen, folder):
+    for mail, names in (("one.eml", ["old 1.txt", "old 2.txt"]), ("two.eml", ["new 1.txt", "new 2.txt"])):
+        text = "From: Ann <ann@example.org>\r\nMIME-Version: 1.0\r\nContent-Type: multipart/mixed; boundary=next\r\n\r\n"
+        for name in names:
+            text += f'--next\r\nContent-Disposition: attachment; filename="{name}"\r\n\r\nIn {name}.\r\n'
+        (folder / mail).write_text(text + "--next--\r\n", newline="")
+    with started(program, str(folder / "one.eml"), env=screen.environment):
+        screen.window(MAIN_WINDOW)
+        screen.key("1")
+        wait_for("the first attachments", (folder / "old 2.txt").exists)
+        screen.key("ctrl+o")
+        choose_in_chooser(screen, "^Select a file to open, view or decode", folder / "two.eml")
+        screen.key("Return")
+        screen.window(MAIN_WINDOW)
+        screen.key("1")
+        wait_for("the attachments of the second mail", (folder / "new 2.txt").exists)
+        screen.key("Delete")
+        screen.window("^Quillbright Pro$")
+        screen.key("alt+y")
+        wait_for("the end of the first new file", lambda: not (folder / "new 1.txt").exists())
+        for name in ("old 1.txt", "old 2.txt", "new 2.txt"):
+            assert (folder / name).exists(), f"{name} was erased"
+
+
 def view_the_contents_of_an_archive(program, screen, folder):
     archive = folder / "letters.zip"
     with zipfile.ZipFile(archive, "w", zipfile.ZIP_DEFLATED) as file:
@@ -229,6 +253,7 @@ def main():
         for run, told in (
             (merge_parts_and_decode, "parts were merged and decoded"),
             (encode_and_decode_again, "a file was encoded and decoded again"),
+            (erase_the_first_result_of_a_second_run, "the first result of a second run was erased"),
             (view_the_contents_of_an_archive, "an archive's contents were viewed"),
         ):
             place = pathlib.Path(root, run.__name__)
