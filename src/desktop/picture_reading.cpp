@@ -70,7 +70,7 @@ QByteArray drawn_chunks(std::string_view png) {
     return out;
 }
 
-/// Returns an icon file from its first picture on; empty where `bytes` are no icon file.
+/// Returns an icon file from its first picture on; empty where `bytes` are not an icon file.
 std::string_view first_of_icon(std::string_view bytes) {
     constexpr std::string_view icon_signature("\0\0\1\0", 4);
     constexpr std::size_t offset_of_first = 18;

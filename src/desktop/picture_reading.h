@@ -13,7 +13,7 @@ class QImageReader;
 namespace quill::desktop {
 
 /// Returns the picture in the file at `path`, scaled down to fit `bounds`; of an animation, the first. Null where the
-/// file is none of the plain picture kinds, or where reading it could take more than `most_picture_memory`.
+/// file is not one of the plain picture kinds, or where reading it could take more than `most_picture_memory`.
 QImage read_picture(const std::string& path, QSize bounds);
 
 /// Bytes that one picture may take while it is read and scaled down.

@@ -4,11 +4,33 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
+#include <vector>
 
 namespace quill::desktop {
 namespace {
 
-constexpr std::size_t problems_told = 8;
+constexpr std::size_t most_sentences = 8;
+
+struct Sentence {
+    std::string_view text;
+    std::size_t times = 1;
+};
+
+/// Returns the different sentences of `problems`, in order.
+std::vector<Sentence> sentences_of(const std::vector<std::string>& problems) {
+    std::vector<Sentence> sentences;
+    for (const std::string& problem : problems) {
+        const auto known = std::find_if(sentences.begin(), sentences.end(),
+                                        [&](const Sentence& each) { return each.text == problem; });
+        if (known != sentences.end()) {
+            ++known->times;
+        } else if (sentences.size() <= most_sentences) {
+            sentences.push_back({problem});
+        }
+    }
+    return sentences;
+}
 
 struct Words {
     const char* brief;
@@ -40,10 +62,14 @@ QString verdict_reasons(const ResultsModel::Row& row) {
     if (!row.result.size) return QStringLiteral("This file is no longer where it was written.");
     QString text = row.result.verdict ? QString::fromLatin1(words_of(*row.result.verdict).length)
                                       : QStringLiteral("Nothing is known about how complete this file is.");
-    const auto& problems = row.details.problems;
-    const std::size_t told = std::min(problems.size(), problems_told);
-    for (std::size_t i = 0; i < told; ++i) text += QStringLiteral("\n• ") + shown(problems[i]);
-    if (told < problems.size()) text += QStringLiteral("\n• and %1 more").arg(problems.size() - told);
+    std::vector<Sentence> sentences = sentences_of(row.details.problems);
+    const bool more = sentences.size() > most_sentences;
+    if (more) sentences.pop_back();
+    for (const Sentence& each : sentences) {
+        text += QStringLiteral("\n• ") + shown(each.text);
+        if (each.times > 1) text += QStringLiteral(" (%L1 times)").arg(each.times);
+    }
+    if (more) text += QStringLiteral("\n• and other problems");
     return text;
 }
 

@@ -10,8 +10,8 @@
 /// Where the program's 8-bit text becomes Unicode, and back.
 namespace quill::desktop {
 
-/// Returns whether `character` is drawn as itself. Control, formatting and text-direction characters are not, nor are
-/// line and paragraph separators, noncharacters and halves of surrogate pairs.
+/// Returns whether `character` is drawn as itself. Control, formatting and text-direction characters are
+/// not; line and paragraph separators, noncharacters and halves of surrogate pairs are not either.
 bool is_visible(char32_t character);
 
 /// Returns `bytes` as shown: read as UTF-8 where valid, else as Windows-1252. What is not visible, but for line ends

@@ -200,7 +200,7 @@ void TextEditor::show_note(const FileText& file) {
     QStringList notes;
     if (!can_be_saved_) notes += QStringLiteral("Read only: the editor would change bytes of this file.");
     if (file.held > 0) {
-        notes += QStringLiteral("%L1 %2 no text, shown as \uFFFD.")
+        notes += QStringLiteral("%L1 %2 not text, shown as \uFFFD.")
                      .arg(file.held)
                      .arg(file.held == 1 ? QStringLiteral("byte is") : QStringLiteral("bytes are"));
     }
