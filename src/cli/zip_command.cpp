@@ -1,5 +1,6 @@
 #include "cli/zip_command.h"
 
+#include "archive/methods/compressors.h"
 #include "cli/interruption.h"
 #include "cli/progress.h"
 #include "cli/zip_report.h"
@@ -29,6 +30,7 @@ struct ZipRequest {
     std::vector<std::string> names;
     std::string password_file;
     std::string into = ".";
+    std::string method = "deflate";
     bool json = false;
     bool quiet = false;
     bool bare_names = false;
@@ -179,6 +181,18 @@ bool is_not_interrupted(const zip::Progress&) {
     return !Interruption::caught();
 }
 
+std::vector<std::string> method_names() {
+    std::vector<std::string> names;
+    for (const archive::CompressionMethod& method : archive::compression_methods()) names.emplace_back(method.name);
+    return names;
+}
+
+std::uint16_t method_of(const ZipRequest& request) {
+    const auto methods = archive::compression_methods();
+    return std::find_if(methods.begin(), methods.end(), [&](const auto& row) { return row.name == request.method; })
+        ->number;
+}
+
 ExitStatus add(const ZipRequest& request, const Console& console) {
     ZipReport report(console, false, true);
     const Result<std::string> password = read_password(request);
@@ -191,6 +205,7 @@ ExitStatus add(const ZipRequest& request, const Console& console) {
         report.fail(request.archive, distinct.error());
         return report.finish();
     }
+    const zip::PackOptions options{.password = *password, .method = method_of(request)};
     const Interruption interruption;
     std::vector<Failure> failures;
     std::size_t added = 0;
@@ -198,7 +213,7 @@ ExitStatus add(const ZipRequest& request, const Console& console) {
         failures.clear();
         added = 0;
         for (const zip::TreeEntry& entry : entries) {
-            Status status = add_entry(change, entry, {.password = *password});
+            Status status = add_entry(change, entry, options);
             if (!status && status.error().code == ErrorCode::cancelled) return status;
             if (status) ++added;
             if (!status) failures.emplace_back(entry.path, status.error());
@@ -289,6 +304,11 @@ void add_zip_command(CLI::App& app, Work& work) {
         if (row.reads_members && !row.has_json) {
             command->add_option("--into", request->into, "Write below this directory, instead of the current one")
                 ->type_name("DIR");
+        }
+        if (row.run == add) {
+            command->add_option("--method", request->method, "Compress by this method; what gets no smaller is stored")
+                ->check(CLI::IsMember(method_names()))
+                ->capture_default_str();
         }
         if (row.run == add) command->add_flag("--bare-names", request->bare_names, "Store names without directories");
         if (row.has_json) command->add_flag("--json", request->json, "Print one JSON array");

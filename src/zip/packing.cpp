@@ -1,6 +1,7 @@
 #include "zip/packing.h"
 
 #include "archive/ciphers/traditional_cipher.h"
+#include "archive/methods/compressors.h"
 #include "codec/checksum.h"
 #include "text/utf8.h"
 #include "zip/format.h"
@@ -15,7 +16,6 @@
 #include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <zlib.h>
 
 namespace quill::zip {
 namespace {
@@ -83,58 +83,62 @@ std::string deflate_whole(std::string_view bytes, int level) {
     return out;
 }
 
-Status deflate_in_pieces(std::string_view bytes, int level, Stager& stager) {
-    z_stream stream = {};
-    constexpr int raw_deflate = -MAX_WBITS;
-    constexpr int memory_level = 8;
-    if (deflateInit2(&stream, level, Z_DEFLATED, raw_deflate, memory_level, Z_DEFAULT_STRATEGY) != Z_OK) {
-        return Error{ErrorCode::io, 0, "compression could not begin"};
-    }
-    const std::unique_ptr<z_stream, int (*)(z_stream*)> ender(&stream, deflateEnd);
+/// Compresses `bytes` and gives the parts to put(part), whose failure ends it.
+template <class Put>
+Status compress(std::string_view bytes, archive::Compressor& compressor, Stager& stager, Put&& put) {
     std::string out(piece, '\0');
-    int result = Z_OK;
-    while (result != Z_STREAM_END) {
-        if (stream.avail_in == 0) {
-            const std::string_view in = bytes.substr(0, piece);
-            bytes.remove_prefix(in.size());
-            stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(in.data()));  // zlib does not write to it
-            stream.avail_in = static_cast<uInt>(in.size());
+    archive::Step step;
+    while (step.state != archive::StreamState::ended) {
+        const std::string_view in = bytes.substr(0, piece);
+        step = compressor.step(in, out, in.size() == bytes.size());
+        if (step.state == archive::StreamState::broken || step.state == archive::StreamState::too_large) {
+            return Error{ErrorCode::io, 0, "compression failed"};
         }
-        stream.next_out = reinterpret_cast<Bytef*>(out.data());
-        stream.avail_out = static_cast<uInt>(out.size());
-        result = deflate(&stream, bytes.empty() ? Z_FINISH : Z_NO_FLUSH);
-        if (result == Z_STREAM_ERROR) return Error{ErrorCode::io, 0, "compression failed"};
+        bytes.remove_prefix(step.read);
         if (!stager.goes_on()) return stopped();
-        const Status put = stager.put(std::string_view(out).substr(0, out.size() - stream.avail_out));
-        if (!put) return put;
+        if (Status status = put(std::string_view(out).substr(0, step.written)); !status) return status;
     }
     return Done{};
 }
 
-/// Whether deflating the beginning of a large file makes it smaller.
-bool seems_compressible(std::string_view bytes, int level) {
-    constexpr std::size_t sample = 1U << 20U;
-    return !deflate_whole(bytes.substr(0, sample), level).empty();
+/// Returns the compressed bytes, or nothing where they would not be fewer.
+Result<std::string> compress_whole(std::string_view bytes, const PackOptions& options, Stager& stager) {
+    if (options.method == method_deflated) return deflate_whole(bytes, options.level);
+    const std::unique_ptr<archive::Compressor> compressor =
+        archive::find_compression(options.method)->make(options.level);
+    std::string out;
+    const Status status = compress(bytes, *compressor, stager, [&](std::string_view part) {
+        out.append(part);
+        return Status(Done{});
+    });
+    if (!status) return status.error();
+    return out.size() < bytes.size() ? std::move(out) : std::string();
 }
 
 Status pack_bytes(std::string_view bytes, const PackOptions& options, Stager& stager, PackedMember& member) {
+    constexpr std::size_t sample = 1U << 20U;
     member.uncompressed_size = bytes.size();
     member.method = method_stored;
     if (Status begun = stager.begin(member.crc); !begun) return begun;
-    if (bytes.size() > largest_in_one && seems_compressible(bytes, options.level)) {
-        member.method = method_deflated;
-        return deflate_in_pieces(bytes, options.level, stager);
-    }
-    const std::string deflated = bytes.size() > largest_in_one ? std::string() : deflate_whole(bytes, options.level);
-    if (deflated.empty()) return stager.put(bytes);
-    member.method = method_deflated;
-    return stager.put(deflated);
+    if (options.method == method_stored) return stager.put(bytes);
+    // Whether a large file gets smaller is judged by its beginning.
+    const bool large = bytes.size() > largest_in_one;
+    const Result<std::string> packed = compress_whole(large ? bytes.substr(0, sample) : bytes, options, stager);
+    if (!packed) return packed.error();
+    if (packed->empty()) return stager.put(bytes);
+    member.method = options.method;
+    if (!large) return stager.put(*packed);
+    const std::unique_ptr<archive::Compressor> compressor =
+        archive::find_compression(options.method)->make(options.level);
+    return compress(bytes, *compressor, stager, [&](std::string_view part) { return stager.put(part); });
 }
 
 /// The fields that both headers share, from `version needed` to the uncompressed size.
 std::string shared_fields(const PackedMember& member, bool wide_sizes, bool zip64) {
     std::string out;
-    put16(out, zip64 ? version_zip64 : version_plain);
+    const archive::CompressionMethod* const method = archive::find_compression(member.method);
+    const std::uint16_t of_method = method == nullptr ? version_plain : method->version;
+    put16(out, std::max(of_method, zip64 ? version_zip64 : version_plain));
     put16(out, member.flags);
     put16(out, member.method);
     put32(out, to_dos_time(member.modified));

@@ -2,6 +2,7 @@
 
 #include "files/atomic_file.h"
 #include "text/result.h"
+#include "zip/format.h"
 #include "zip/progress.h"
 
 #include <cstdint>
@@ -48,8 +49,9 @@ class Staging {
 };
 
 struct PackOptions {
-    int level = 5;         ///< of libdeflate; of zlib for files over 16 MiB
+    int level = 5;         ///< of libdeflate; of the method's library for files over 16 MiB and for other methods
     std::string password;  ///< empty for none; else traditional encryption
+    std::uint16_t method = method_deflated;  ///< one of `archive::compression_methods`
 };
 
 /// A member that is ready to be written: its headers' fields, and where its bytes wait.

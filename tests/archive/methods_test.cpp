@@ -1,5 +1,6 @@
 #include "archive/methods/methods.h"
 
+#include "archive/methods/compressors.h"
 #include "archive/methods/prefix_code.h"
 #include "archive/streams.h"
 
@@ -131,6 +132,27 @@ TEST(Methods, AChangedStreamComesToAnEndOfSomeKind) {
             std::string changed = stream.packed;
             changed[at] = static_cast<char>(changed[at] ^ 0x55);
             decode(stream.info, changed, 1U << 20U, 1U << 16U);
+        }
+    }
+}
+
+TEST(Compressors, WriteInStepsOfAnySizeWhatTheirMethodReads) {
+    const std::string content = tests::sample_content();
+    for (const CompressionMethod& row : compression_methods()) {
+        if (row.make == nullptr) continue;
+        SCOPED_TRACE(row.name);
+        for (const auto& [in, out] : {std::pair{1U << 20U, 1U << 20U}, {7U, 11U}}) {
+            const auto compressor = row.make(5);
+            std::string packed, room(out, '\0');
+            Step step;
+            for (std::size_t at = 0; step.state == StreamState::running; at += step.read) {
+                const std::string_view part = std::string_view(content).substr(at, in);
+                step = compressor->step(part, room, at + part.size() == content.size());
+                packed.append(room, 0, step.written);
+            }
+            EXPECT_EQ(step.state, StreamState::ended);
+            EXPECT_LT(packed.size(), content.size());
+            EXPECT_EQ(decode({row.number}, packed, packed.size(), content.size()).content, content);
         }
     }
 }

@@ -1,6 +1,7 @@
 #include "cli/command_fixture.h"
 #include "zip/archive_builder.h"
 
+#include <filesystem>
 #include <gmock/gmock.h>
 
 namespace quill::cli {
@@ -86,6 +87,36 @@ TEST_F(ZipCommandTest, NamesAskForDirectoriesWithAndWithoutASlash) {
         for (std::string line; std::getline(lines, line);) found += line.substr(0, line.find('\t')) + " ";
         EXPECT_EQ(found, c.found);
     }
+}
+
+TEST_F(ZipCommandTest, AddsByTheMethodThatIsAskedFor) {
+    directory.write("text", std::string(5000, 'x'));
+    directory.write("large", std::string(17U << 20U, 'y'));  // more than is compressed in one
+    directory.write("password", "sesame");
+    const struct {
+        std::vector<std::string> options;
+        const char* method;
+    } cases[] = {{{}, "\tdeflated"},
+                 {{"--method", "store"}, "\tstored"},
+                 {{"--method", "zstd"}, "\tZstandard"},
+                 {{"--method", "xz"}, "\txz"}};
+    for (const auto& c : cases) {
+        for (const bool encrypted : {false, true}) {
+            std::vector<std::string> command{"zip", "add", path("a.zip"), path("text"), path("large"), "--bare-names"};
+            command.insert(command.end(), c.options.begin(), c.options.end());
+            std::vector<std::string> test{"zip", "test", path("a.zip")};
+            for (auto* arguments : {&command, &test}) {
+                if (encrypted) arguments->insert(arguments->end(), {"--password-file", path("password")});
+            }
+            EXPECT_EQ(call(command), ExitStatus::good) << err;
+            EXPECT_EQ(call(test), ExitStatus::good) << err;
+            EXPECT_THAT(out, HasSubstr(std::string("text\t5000\tverified") + c.method));
+            EXPECT_THAT(out, HasSubstr(std::string("large\t17825792\tverified") + c.method));
+            std::filesystem::remove(path("a.zip"));
+        }
+    }
+    EXPECT_NE(call({"zip", "add", "--method", "rar", path("a.zip"), path("text")}), ExitStatus::good);
+    EXPECT_FALSE(directory.has("a.zip"));
 }
 
 TEST_F(ZipCommandTest, TwoFilesOfOneMemberNameAreRefused) {

@@ -17,9 +17,9 @@ struct LzmaStream {
     LzmaStream& operator=(const LzmaStream&) = delete;
     ~LzmaStream() { lzma_end(&stream); }
 
-    Step step(std::string_view in, std::span<char> out) {
+    Step step(std::string_view in, std::span<char> out, lzma_action action = LZMA_RUN) {
         const LibraryStep<lzma_stream> step(stream, in, out);
-        const lzma_ret result = lzma_code(&stream, LZMA_RUN);
+        const lzma_ret result = lzma_code(&stream, action);
         return step.result(state_of(result));
     }
 
