@@ -32,7 +32,7 @@ std::string quoted_content(std::string_view name) {
 
 constexpr std::size_t step = std::size_t{1} << 18;  ///< bytes of a piece that are worked on at a time
 
-/// Lets go of what stands before `end` in `file`, where it points into it.
+/// Releases the bytes of `file` before `end`, where it points into them.
 void release_before(const files::MappedFile& file, const char* end) {
     const std::string_view bytes = file.bytes();
     const std::less_equal<> not_behind;

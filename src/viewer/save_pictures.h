@@ -11,9 +11,9 @@ struct SavPic : controls::Window {
     controls::Picture Picture5;  // bar of all files
     controls::Picture Picture6;  // its filled part
     controls::Label Label2;      // percent of all files
-    controls::Picture Picture3;  // bar of the file at hand
+    controls::Picture Picture3;  // bar of the current file
     controls::Picture Picture2;  // its filled part
-    controls::Label Label5;      // percent of the file at hand
+    controls::Label Label5;      // percent of the current file
     controls::Label doing;       // what is being done
     controls::Button stop;       // stop it
     bool stop_wanted = false;    // it was pressed
@@ -41,9 +41,9 @@ void visit_controls(SavPic& w, F&& f) {
     f("Picture5", "Progress of all files", w.Picture5);
     f("Picture6", "Progress made of all files", w.Picture6);
     f("Label2", "Percent of all files", w.Label2);
-    f("Picture3", "Progress of the file at hand", w.Picture3);
-    f("Picture2", "Progress made of the file at hand", w.Picture2);
-    f("Label5", "Percent of the file at hand", w.Label5);
+    f("Picture3", "Progress of the current file", w.Picture3);
+    f("Picture2", "Progress made of the current file", w.Picture2);
+    f("Label5", "Percent of the current file", w.Label5);
     f("doing", "What is being done", w.doing);
     f("stop", "Stop what is being done", w.stop);
 }

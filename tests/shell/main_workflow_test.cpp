@@ -141,6 +141,19 @@ TEST_F(MainWindow, AnotherFileIsChosenBesideTheOneInHandAndHidesItsResults) {
     EXPECT_FALSE(w.Picture2.visible);
 }
 
+TEST_F(MainWindow, AFileOfferedWhileTheWizardShowsIsSeenAndAnArchiveCanBeListed) {
+    controls::run(w.apt(2).click);
+    controls::run(w.Opti(5).click);
+    EXPECT_TRUE(w.Picture4.visible && w.Frame2.visible);
+    offer_file(program.context, dir.write("a.ZIP", "PK"));
+    EXPECT_FALSE(w.Picture4.visible || w.Frame1.visible || w.Frame2.visible);
+    EXPECT_TRUE(w.Timer2.enabled);
+    EXPECT_EQ(w.apt(1).text, "Decode/open a.ZIP");
+    EXPECT_TRUE(w.apt(3).visible && w.opt(3).visible);
+    offer_file(program.context, dir.write("empty.zip", ""));
+    EXPECT_FALSE(w.apt(3).visible || w.opt(3).visible);
+}
+
 TEST_F(MainWindow, WithoutAChooserTheDesktopAsksForTheFile) {
     const std::string zip = dir.write("a.zip", "PK");
     program.platform.expect_file_request("Select a file to open, view or decode", zip);
