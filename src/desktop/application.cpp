@@ -26,6 +26,7 @@ bool is_user_input(const QEvent& event) {
         case QEvent::Wheel:
         case QEvent::Shortcut:
         case QEvent::ContextMenu:
+        case QEvent::InputMethod:
         case QEvent::DragEnter:
         case QEvent::DragMove:
         case QEvent::Drop:
