@@ -230,6 +230,26 @@ def erase_the_first_result_of_a_second_run(program, screen, folder):
             assert (folder / name).exists(), f"{name} was erased"
 
 
+def stop_a_long_encoding(program, screen, folder):
+    original = folder / "tape.img"
+    with original.open("wb") as file:
+        file.truncate(64 << 30)  # a hole: it takes long to encode, and no room on the disk
+    with started(program, env=screen.environment) as running:
+        main_window = screen.window(MAIN_WINDOW)
+        screen.key("2", "Tab", "Tab", "Return", "Return")
+        chooser = choose_in_chooser(screen, "^Create a UUE encoded file", original)
+        for stop in ("Escape", "alt+F4"):
+            screen.key("Return")
+            screen.window("^Quillbright Pro$")  # the progress panel
+            screen.key("ctrl+q", stop)  # the first one does nothing now
+            assert screen.window("^Create a UUE encoded file") == chooser
+            assert os.listdir(folder) == [original.name], "a stopped encoding left something"
+        screen.key("Escape")
+        assert screen.window(MAIN_WINDOW) == main_window
+        screen.key("ctrl+q")
+        wait_for("the end of the program", lambda: running.poll() is not None)
+
+
 def view_the_contents_of_an_archive(program, screen, folder):
     archive = folder / "letters.zip"
     with zipfile.ZipFile(archive, "w", zipfile.ZIP_DEFLATED) as file:
@@ -261,6 +281,7 @@ def main():
             (merge_parts_and_decode, "parts were merged and decoded"),
             (encode_and_decode_again, "a file was encoded and decoded again"),
             (erase_the_first_result_of_a_second_run, "the first result of a second run was erased"),
+            (stop_a_long_encoding, "a long encoding was stopped"),
             (view_the_contents_of_an_archive, "an archive's contents were viewed"),
         ):
             place = pathlib.Path(root, run.__name__)
