@@ -116,10 +116,9 @@ void Sink::flush() {
 }
 
 void Sink::report(Grade grade, std::string_view kind, std::uint64_t at_input, std::string_view text) {
-    if (grade == Grade::damaged) damaged_ = true;
-    if (grade == Grade::lost) lost_ = true;
     if (outcome_.problems.size() >= most_problems) {
         ++unkept_;
+        worst_unkept_ = std::max(worst_unkept_, grade);
         return;
     }
     outcome_.problems.push_back({grade, std::string(kind), at_input, outcome_.size, std::string(text)});
@@ -130,6 +129,7 @@ void Sink::compare_size(std::uint64_t at_input) {
     const std::uint64_t stated = *attachment_.stated_size;
     if (stated == size()) {
         vouch();
+        proof_ = std::max(proof_, Proof::size);
         return;
     }
     const bool is_text = attachment_.format == Format::identity || attachment_.format == Format::quoted_printable;
@@ -144,7 +144,7 @@ void Sink::compare_size(std::uint64_t at_input) {
 void Sink::compare_checksums(std::uint64_t at_input) {
     if (attachment_.stated_md5) {
         if (md5_.finish() == *attachment_.stated_md5) {
-            vouch();
+            prove();
         } else if (attachment_.content_type.starts_with("text/")) {
             report(Grade::repaired, "md5-differs", at_input,
                    "The stated MD5 is not that of the text with these line ends");
@@ -154,7 +154,7 @@ void Sink::compare_checksums(std::uint64_t at_input) {
     }
     if (!attachment_.stated_sum) return;
     if (sum_ == *attachment_.stated_sum) {
-        vouch();
+        prove();
     } else {
         report(Grade::damaged, "bad-sum", at_input, "The stated checksum is not that of the bytes that came out");
     }
@@ -168,14 +168,19 @@ void Sink::compare_length() {
     if (*attachment_.stated_length >= length && *attachment_.stated_length - length <= 2) vouch();
 }
 
-/// What the problems that the scan saw, the first of all, take away.
-void Sink::judge_scan() {
-    for (std::size_t i = 0; i < attachment_.problems.size(); ++i) {
-        Problem& problem = outcome_.problems[i];
-        if (proven_ && problem.kind == "missing-part") problem.grade = Grade::repaired;
-        damaged_ = damaged_ || problem.grade == Grade::damaged;
-        lost_ = lost_ || problem.grade == Grade::lost;
+/// Makes the problems repaired that what was checked settles.
+void Sink::settle_problems() {
+    for (Problem& problem : outcome_.problems) {
+        if (is_settled(problem, proof_)) problem.grade = Grade::repaired;
     }
+}
+
+Verdict Sink::verdict() const {
+    Grade worst = worst_unkept_;
+    for (const Problem& problem : outcome_.problems) worst = std::max(worst, problem.grade);
+    if (worst == Grade::lost) return Verdict::incomplete;
+    if (worst == Grade::damaged) return Verdict::damaged;
+    return vouched_ || proof_ != Proof::none ? Verdict::verified : Verdict::whole;
 }
 
 /// Into the order of their places in the input. Offsets in several inputs have none: there the parts' order stays.
@@ -191,16 +196,14 @@ Outcome Sink::finish(std::uint64_t at_input) {
     compare_length();
     compare_size(at_input);
     compare_checksums(at_input);
-    judge_scan();
+    settle_problems();
     sort_problems();
+    outcome_.verdict = verdict();
     if (unkept_ > 0) {
-        outcome_.problems.push_back({lost_ ? Grade::lost : Grade::damaged, "more-problems", at_input, size(),
-                                     "There are " + count_of(unkept_, "further problems")});
+        const Grade grade = outcome_.verdict == Verdict::incomplete ? Grade::lost : Grade::damaged;
+        outcome_.problems.push_back(
+            {grade, "more-problems", at_input, size(), "There are " + count_of(unkept_, "further problems")});
     }
-    outcome_.verdict = lost_      ? Verdict::incomplete
-                       : damaged_ ? Verdict::damaged
-                       : vouched_ ? Verdict::verified
-                                  : Verdict::whole;
     return std::move(outcome_);
 }
 

@@ -92,7 +92,7 @@ void ForkSplitter::take_crc(std::string_view& stream, std::uint64_t at_input) {
         if (stated != crc_)
             sink_.report(Grade::damaged, "bad-crc", at_input, "The checksum of the fork is wrong");
         else if (header_agrees_)
-            sink_.prove_whole();
+            sink_.prove();
         stage_ = Stage::done;
         return;
     }

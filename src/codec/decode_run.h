@@ -2,6 +2,7 @@
 
 #include "codec/decode.h"
 #include "codec/md5.h"
+#include "codec/problem_kinds.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -52,6 +53,9 @@ class Body {
     /// Characters before each line of the current range that are no part of it.
     std::size_t quote() const { return at_end() ? 0 : ranges_[index_].quote; }
 
+    /// Which of the ranges it is in, from 0.
+    std::size_t part() const { return index_; }
+
     bool at_end() const { return index_ >= ranges_.size(); }
     bool stopped() const { return stopped_; }
 
@@ -93,8 +97,8 @@ class Sink {
     /// Something vouches for the bytes.
     void vouch() { vouched_ = true; }
 
-    /// A checksum shows that none of the bytes are missing: parts that are held nothing of them.
-    void prove_whole() { vouched_ = proven_ = true; }
+    /// A checksum of all the bytes agrees.
+    void prove() { proof_ = Proof::checksum; }
 
     /// The outcome, with sizes and checksums that the text states compared. `at_input` is where the body ends.
     Outcome finish(std::uint64_t at_input);
@@ -104,8 +108,9 @@ class Sink {
     void compare_size(std::uint64_t at_input);
     void compare_checksums(std::uint64_t at_input);
     void compare_length();
-    void judge_scan();
+    void settle_problems();
     void sort_problems();
+    Verdict verdict() const;
 
     const Attachment& attachment_;
     const Write& write_;
@@ -114,10 +119,9 @@ class Sink {
     std::string held_;
     std::uint16_t sum_ = 0;
     std::size_t unkept_ = 0;
-    bool damaged_ = false;
-    bool lost_ = false;
+    Grade worst_unkept_ = Grade::repaired;
+    Proof proof_ = Proof::none;
     bool vouched_ = false;
-    bool proven_ = false;
     bool stopped_ = false;
 };
 

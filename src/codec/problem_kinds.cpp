@@ -9,41 +9,52 @@
 namespace quill::codec {
 namespace {
 
+/// Who hears of a problem once it is repaired.
 enum class Audience : std::uint8_t { programs, people };
 
-struct RepairedKind {
+struct Kind {
     std::string_view word;
-    Audience audience;
+    Audience audience = Audience::programs;
+    Proof settled_by = Proof::none;  ///< the least proof that makes it repaired; none where nothing does
 };
 
-/// Who hears of a repaired problem. Kinds that are not listed are for programs.
-constexpr std::array repaired_kinds = {
-    RepairedKind{"bad-field", Audience::people},           // a checksum that nobody can read checked nothing
-    RepairedKind{disguised_name, Audience::people},        // a program that looks like a picture
-    RepairedKind{"dots-added", Audience::programs},        // taken off again
-    RepairedKind{"duplicate-part", Audience::programs},    // the same bytes twice
-    RepairedKind{"inner-padding", Audience::programs},     // read on
-    RepairedKind{"long-line", Audience::programs},         // the length character decides
-    RepairedKind{"lost-blanks", Audience::programs},       // put back
-    RepairedKind{"md5-differs", Audience::people},         // the text differs from what its sender saw
-    RepairedKind{"missing-boundary", Audience::programs},  // the data show their own end
-    RepairedKind{"missing-end", Audience::programs},       // the same
-    RepairedKind{"missing-padding", Audience::programs},   // the bytes are all there
-    RepairedKind{"missing-part", Audience::programs},      // it held nothing of the file
-    RepairedKind{"quoted", Audience::programs},            // the marks are taken off
-    RepairedKind{"size-differs", Audience::programs},      // line ends, or a checksum outweighs it
-    RepairedKind{"tagged-lines", Audience::programs},      // the tags are taken off
-    RepairedKind{"text-after-data", Audience::people},     // may be the rest of the file
-    RepairedKind{"wrong-boundary", Audience::programs},    // the parts are there
+/// The kinds that need more than their grade says. All others are for people unless they are repaired, and no proof
+/// settles them.
+constexpr std::array kinds = {
+    Kind{"bad-field", Audience::people},        // a checksum that nobody can read checked nothing
+    Kind{disguised_name, Audience::people},     // a program that looks like a picture
+    Kind{"damaged-copy", Audience::people},     // a copy of a part is left out
+    Kind{"md5-differs", Audience::people},      // the text differs from what its sender saw
+    Kind{"text-after-data", Audience::people},  // may be the rest of the file
+    Kind{"doubtful-end", Audience::programs, Proof::size},
+    Kind{"doubtful-row", Audience::programs, Proof::size},
+    Kind{"inner-padding", Audience::programs, Proof::size},
+    Kind{"missing-padding", Audience::programs, Proof::size},
+    Kind{"missing-part", Audience::programs, Proof::checksum},
+    Kind{"parts-differ", Audience::people, Proof::checksum},
+    Kind{"short-line", Audience::programs, Proof::checksum},
+    Kind{"text-between", Audience::programs, Proof::size},
+    Kind{"uneven-lines", Audience::programs, Proof::checksum},
+    Kind{"unnumbered-parts", Audience::programs, Proof::size},
 };
+
+const Kind* find_kind(std::string_view word) {
+    const auto* const kind =
+        std::find_if(kinds.begin(), kinds.end(), [word](const Kind& row) { return row.word == word; });
+    return kind == kinds.end() ? nullptr : kind;
+}
 
 }  // namespace
 
 bool is_for_people(const Problem& problem) {
     if (problem.grade != Grade::repaired) return true;
-    const auto kind = std::find_if(repaired_kinds.begin(), repaired_kinds.end(),
-                                   [&](const RepairedKind& row) { return row.word == problem.kind; });
-    return kind != repaired_kinds.end() && kind->audience == Audience::people;
+    const Kind* const kind = find_kind(problem.kind);
+    return kind != nullptr && kind->audience == Audience::people;
+}
+
+bool is_settled(const Problem& problem, Proof proof) {
+    const Kind* const kind = find_kind(problem.kind);
+    return kind != nullptr && kind->settled_by != Proof::none && kind->settled_by <= proof;
 }
 
 }  // namespace quill::codec
