@@ -118,16 +118,18 @@ bool data_resumes(const TextScan& scan, Position at, uu::Alphabet alphabet) {
     Line line;
     for (unsigned i = 0; i < lines_to_resume && peek_text(scan, at, 3, line); ++i, at = line.next) {
         const uu::DataLine data = uu::judge(alphabet, line.text);
-        if (line.text == "end" || (data.clean && data.fit == uu::Fit::exact)) return true;
+        const bool fits = data.fit == uu::Fit::exact || (data.fit == uu::Fit::extra && data.bytes == uu::full_line);
+        if (line.text == "end" || (data.clean && fits)) return true;
     }
     return false;
 }
 
 /// Reads the lines of data from the cursor's position on.
 struct BodyEnd {
-    Position end;           ///< behind the last line of data
-    bool ended = false;     ///< the line of length 0 or "end" was there
-    bool end_line = false;  ///< "end" was there
+    Position end;               ///< behind the last line of data
+    bool ended = false;         ///< the line of length 0 or "end" was there
+    bool end_line = false;      ///< "end" was there
+    bool keeps_blanks = false;  ///< the line of length 0 shows that no blanks at the ends of lines were lost
 };
 
 /// How many bytes at the beginning of `window` are lines, ended by LF, whose length is what their length character
@@ -161,7 +163,9 @@ BodyEnd read_body(TextScan& scan, uu::Alphabet alphabet) {
     Line line;
     while (true) {
         if (!out.ended && !scan.cursor.is_quoted()) {
+            const Position before = scan.cursor.position();
             pass_exact_lines(scan.cursor, alphabet);
+            if (before < scan.cursor.position()) out.keeps_blanks = false;
             out.end = std::max(out.end, scan.cursor.position());
         }
         const Position before = scan.cursor.position();
@@ -172,6 +176,7 @@ BodyEnd read_body(TextScan& scan, uu::Alphabet alphabet) {
             out.ended = out.end_line = true;
             return out;
         }
+        if (!out.ended) out.keeps_blanks = text.empty() || text == "`";
         if (text.empty()) continue;
         const uu::DataLine data = uu::judge(alphabet, line.text);
         const bool stops = scan.is_stop(line) || is_sure_begin(line.text);
@@ -215,6 +220,7 @@ void finish_uu(TextScan& scan, FoundFile& file, uu::Alphabet alphabet, Position 
     const BodyEnd body = read_body(scan, alphabet);
     file.attachment.format = alphabet == uu::Alphabet::uu ? Format::uu : Format::xx;
     file.attachment.body = scan.cursor.ranges(begin, body.end);
+    file.attachment.keeps_blanks = body.keeps_blanks;
     file.has_end = body.ended;
     if (body.end_line) {
         read_trailer(scan, scan.cursor.position(), file.attachment);
@@ -294,11 +300,13 @@ bool sniff_bare_uu(std::string_view line) {
 
 namespace {
 
-/// Whether full lines of data begin at `line`: it is one, and another line of data follows.
+/// Whether full lines of data begin at `line`: it is one, and another line of data follows. In a later part that the
+/// text announces full lines may have any length.
 bool is_run_of_lines(const TextScan& scan, const Line& line, uu::Alphabet alphabet) {
     const uu::DataLine first = uu::judge(alphabet, line.text);
     Line second;
-    if (!first.clean || first.bytes != uu::full_line || !peek_text(scan, line.next, 3, second)) return false;
+    const bool full = first.bytes == uu::full_line || (scan.label.number > 1 && first.fit == uu::Fit::exact);
+    if (!first.clean || first.bytes == 0 || !full || !peek_text(scan, line.next, 3, second)) return false;
     const uu::DataLine data = uu::judge(alphabet, second.text);
     return data.clean && (data.fit == uu::Fit::exact || data.fit == uu::Fit::extra) && data.bytes > 0;
 }
