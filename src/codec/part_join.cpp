@@ -1,5 +1,6 @@
 #include "codec/part_join.h"
 
+#include "codec/part_copies.h"
 #include "codec/scanner.h"
 #include "codec/text_scan.h"
 #include "codec/yenc_join.h"
@@ -37,12 +38,24 @@ void add_missing(Attachment& attachment, std::uint32_t number, std::uint32_t tot
 // Split messages ----------------------------------------------------------------------------------------------------
 
 /// The pieces of one message in order, each number once.
-std::vector<const FoundFile*> in_order(std::vector<const FoundFile*> pieces) {
-    std::stable_sort(pieces.begin(), pieces.end(),
-                     [](const FoundFile* a, const FoundFile* b) { return a->label.number < b->label.number; });
-    const auto same = [](const FoundFile* a, const FoundFile* b) { return a->label.number == b->label.number; };
-    pieces.erase(std::unique(pieces.begin(), pieces.end(), same), pieces.end());
-    return pieces;
+struct MessagePieces {
+    std::vector<const FoundFile*> pieces;
+    std::vector<std::pair<std::uint32_t, PartCopies>> copies;  ///< of the numbers that are there more than once
+};
+
+MessagePieces in_order(std::span<const FoundFile> files, std::vector<std::size_t> pieces,
+                       std::span<const std::string_view> inputs) {
+    const auto number = [&](std::size_t piece) { return files[piece].label.number; };
+    std::stable_sort(pieces.begin(), pieces.end(), [&](std::size_t a, std::size_t b) { return number(a) < number(b); });
+    MessagePieces out;
+    for (auto first = pieces.begin(); first != pieces.end();) {
+        const auto last = std::find_if(first, pieces.end(), [&](std::size_t p) { return number(p) != number(*first); });
+        PartCopies copies = choose_copies(files, {first, last}, inputs);
+        out.pieces.push_back(&files[copies.kept.front()]);
+        if (last - first > 1) out.copies.emplace_back(number(*first), std::move(copies));
+        first = last;
+    }
+    return out;
 }
 
 /// The numbers that are missing, as the first of each gap, with the index of the piece that should follow it.
@@ -108,23 +121,40 @@ void tell_gaps(FoundFile& file, const JoinedMessage& message, const std::vector<
     }
 }
 
-std::vector<FoundFile> scan_message(const std::vector<const FoundFile*>& pieces,
-                                    std::span<const std::string_view> inputs) {
+/// Says of a file that reaches the end of a message that no piece says how many there are.
+void report_unknown_total(FoundFile& file, const JoinedMessage& message) {
+    Attachment& attachment = file.attachment;
+    if (attachment.body.empty() || attachment.body.back().end != message.segments.back().range.end) return;
+    attachment.problems.push_back({Grade::damaged,
+                                   "unnumbered-parts",
+                                   attachment.body.back().end,
+                                   {},
+                                   "Nothing says how many parts there are; the last may be missing"});
+}
+
+std::vector<FoundFile> scan_message(const MessagePieces& parts, std::span<const std::string_view> inputs) {
+    const std::vector<const FoundFile*>& pieces = parts.pieces;
     std::uint32_t total = 0;
     for (const FoundFile* piece : pieces) total = std::max(total, piece->label.total);
     const std::vector<Gap> gaps = gaps_in(pieces, total);
     const JoinedMessage message = join(pieces, inputs);
     LineCursor cursor(message.segments);
     Found found = scan(cursor);
-    for (FoundFile& file : found.files) tell_gaps(file, message, gaps, pieces.size(), total);
+    for (FoundFile& file : found.files) {
+        tell_gaps(file, message, gaps, pieces.size(), total);
+        if (total == 0) report_unknown_total(file, message);
+        for (const auto& [number, copies] : parts.copies) {
+            report_copies(file.attachment, copies, number, begin_of(file));
+        }
+    }
     return std::move(found.files);
 }
 
 /// Replaces the pieces of split messages by what the messages hold.
 std::vector<FoundFile> join_messages(std::vector<FoundFile> files, std::span<const std::string_view> inputs) {
-    std::map<std::string_view, std::vector<const FoundFile*>> messages;
-    for (const FoundFile& file : files) {
-        if (!file.partial_id.empty()) messages[file.partial_id].push_back(&file);
+    std::map<std::string_view, std::vector<std::size_t>> messages;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        if (!files[i].partial_id.empty()) messages[files[i].partial_id].push_back(i);
     }
     if (messages.empty()) return files;
     std::vector<FoundFile> out;
@@ -135,7 +165,7 @@ std::vector<FoundFile> join_messages(std::vector<FoundFile> files, std::span<con
         }
         const auto message = messages.find(file.partial_id);
         if (message == messages.end() || message->second.empty()) continue;
-        std::vector<FoundFile> held = scan_message(in_order(std::move(message->second)), inputs);
+        std::vector<FoundFile> held = scan_message(in_order(files, std::move(message->second), inputs), inputs);
         message->second.clear();
         for (FoundFile& inner : held) inner.partial_id.clear();
         std::move(held.begin(), held.end(), std::back_inserter(out));
@@ -189,31 +219,37 @@ struct Piece {
     std::size_t index = 0;  ///< among all files
 };
 
-std::uint64_t body_size(const FoundFile& file) {
-    std::uint64_t size = 0;
-    for (const Range& range : file.attachment.body) size += range.end - range.begin;
-    return size;
+void report_guess(Attachment& attachment, std::uint64_t at) {
+    const auto said = [](const Problem& problem) { return problem.kind == "unnumbered-parts"; };
+    if (std::any_of(attachment.problems.begin(), attachment.problems.end(), said)) return;
+    attachment.problems.push_back({Grade::damaged,
+                                   "unnumbered-parts",
+                                   at,
+                                   {},
+                                   "Nothing says that this part follows the one before it; others may be missing"});
 }
 
 /// Appends `piece`, whose number is `number`, to `whole`, of which `last` was the last so far.
 void append_piece(FoundFile& whole, FoundFile& piece, std::uint32_t last, std::uint32_t number, std::uint32_t total) {
     if (number > last + 1 && last > 0) add_missing(whole.attachment, last + 1, total, begin_of(piece));
+    if (number == 0) report_guess(whole.attachment, begin_of(piece));
     std::vector<Range>& body = whole.attachment.body;
     body.insert(body.end(), piece.attachment.body.begin(), piece.attachment.body.end());
     std::move(piece.attachment.problems.begin(), piece.attachment.problems.end(),
               std::back_inserter(whole.attachment.problems));
+    whole.attachment.keeps_blanks = whole.attachment.keeps_blanks || piece.attachment.keeps_blanks;
     if (piece.attachment.stated_size) whole.attachment.stated_size = piece.attachment.stated_size;
     if (piece.attachment.stated_sum) whole.attachment.stated_sum = piece.attachment.stated_sum;
     whole.has_end = piece.has_end;
     whole.label.number = number;
 }
 
-/// Joins the pieces of one key; those that were taken up are marked in `taken`.
-void join_group(std::vector<FoundFile>& files, std::vector<Piece>& pieces, std::uint32_t total,
-                std::set<std::size_t>& taken) {
-    std::stable_sort(pieces.begin(), pieces.end(), [](const Piece& a, const Piece& b) { return a.number < b.number; });
+/// Joins the pieces, each of another number or of none, in this order; those that were taken up are marked in `taken`.
+void join_row(std::vector<FoundFile>& files, const std::vector<Piece>& pieces, std::uint32_t total,
+              std::set<std::size_t>& taken) {
     FoundFile* whole = nullptr;
     const Piece* last = nullptr;
+    bool guess = false;  // two files were open at once, and no total keeps them apart
     const auto close = [&] {
         if (whole == nullptr) return;
         if (!whole->has_end && last->number > 0 && last->number < total) {
@@ -222,23 +258,47 @@ void join_group(std::vector<FoundFile>& files, std::vector<Piece>& pieces, std::
     };
     for (const Piece& piece : pieces) {
         FoundFile& file = files[piece.index];
-        const bool again = last != nullptr && piece.number > 0 && piece.number == last->number &&
-                           body_size(file) == body_size(files[last->index]);
-        if (again) {
-            taken.insert(piece.index);
-            continue;
-        }
         if (whole != nullptr && !whole->has_end && !file.has_begin) {
             append_piece(*whole, file, last->number, piece.number, total);
+            if (guess) report_guess(whole->attachment, begin_of(file));
             taken.insert(piece.index);
         } else {
             close();
+            guess = total == 0 && whole != nullptr && !whole->has_end;
             whole = &file;
             if (!file.has_begin && piece.number > 1) add_missing(file.attachment, 1, total, begin_of(file));
         }
         last = &piece;
     }
     close();
+}
+
+/// Joins the pieces of one key. Where there are different copies of a part, further files are made of them.
+void join_group(std::vector<FoundFile>& files, std::vector<Piece>& pieces, std::uint32_t total,
+                std::span<const std::string_view> inputs, std::set<std::size_t>& taken) {
+    std::stable_sort(pieces.begin(), pieces.end(), [](const Piece& a, const Piece& b) { return a.number < b.number; });
+    std::vector<std::vector<Piece>> rows(1);
+    for (auto first = pieces.begin(); first != pieces.end();) {
+        const auto last =
+            std::find_if(first, pieces.end(), [&](const Piece& piece) { return piece.number != first->number; });
+        if (first->number == 0) {
+            rows.front().insert(rows.front().end(), first, last);
+            first = last;
+            continue;
+        }
+        std::vector<std::size_t> indices;
+        std::transform(first, last, std::back_inserter(indices), [](const Piece& piece) { return piece.index; });
+        const PartCopies copies = choose_copies(files, indices, inputs);
+        taken.insert(copies.left_out.begin(), copies.left_out.end());
+        rows.resize(std::max(rows.size(), copies.kept.size()));
+        for (std::size_t row = 0; row < copies.kept.size(); ++row) {
+            rows[row].push_back({first->number, copies.kept[row]});
+            FoundFile& file = files[copies.kept[row]];
+            report_copies(file.attachment, copies, first->number, begin_of(file));
+        }
+        first = last;
+    }
+    for (const std::vector<Piece>& row : rows) join_row(files, row, total, taken);
 }
 
 // Later parts of BinHex files -----------------------------------------------------------------------------------------
@@ -350,13 +410,13 @@ Found join_parts(std::vector<FoundFile> files, std::span<const std::string_view>
         return std::get<Format>(key) == Format::binhex && !has_begun(files, pieces);
     };
     for (auto& [key, pieces] : groups) {
-        if (!waits(key, pieces)) join_group(files, pieces, std::get<std::uint32_t>(key), taken);
+        if (!waits(key, pieces)) join_group(files, pieces, std::get<std::uint32_t>(key), inputs, taken);
     }
     join_loose_binhex(files, taken);
     for (auto& [key, pieces] : groups) {
         if (!waits(key, pieces)) continue;
         std::erase_if(pieces, [&](const Piece& piece) { return taken.contains(piece.index); });
-        join_group(files, pieces, std::get<std::uint32_t>(key), taken);
+        join_group(files, pieces, std::get<std::uint32_t>(key), inputs, taken);
     }
     complete_resource_forks(files, taken);
     std::size_t kept = 0;

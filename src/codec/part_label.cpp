@@ -56,6 +56,25 @@ std::string file_behind(std::string_view s) {
 
 constexpr std::array<std::string_view, 2> words = {"part", "section"};
 
+/// What follows the numbers of a subject that begins with them: "(2/3) x.zip".
+std::string name_after(std::string_view rest) {
+    const std::string_view name = skip(rest, " \t)]-:");
+    return std::string(text::trim(name));
+}
+
+/// The label of a subject that ends in "part 3" and says no total.
+std::optional<PartLabel> label_of_word(std::string_view before, std::uint32_t number) {
+    before = text::trim(before);
+    for (const std::string_view word : words) {
+        if (!text::ends_with_ignoring_case(before, word)) continue;
+        before.remove_suffix(word.size());
+        const std::size_t end = before.find_last_not_of(" \t([-,:");
+        if (end == std::string_view::npos) return std::nullopt;
+        return PartLabel{std::string(before.substr(0, end + 1)), number, 0};
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 std::optional<PartLabel> read_part_label(std::string_view line) {
@@ -90,7 +109,10 @@ std::optional<PartLabel> label_of_subject(std::string_view subject) {
                 if (text::ends_with_ignoring_case(label.file, word)) label.file.resize(label.file.size() - word.size());
             }
             label.file = text::trim(label.file);
+            if (label.file.empty()) label.file = name_after(rest);
             found = std::move(label);
+        } else if (label.number > 0 && !found) {
+            found = label_of_word(subject.substr(0, at), label.number);
         }
         while (at + 1 < subject.size() && subject[at + 1] >= '0' && subject[at + 1] <= '9') ++at;
     }

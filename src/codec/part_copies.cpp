@@ -1,0 +1,146 @@
+#include "codec/part_copies.h"
+
+#include "codec/base64_lines.h"
+#include "codec/checksum.h"
+#include "codec/line_cursor.h"
+#include "codec/uu_line.h"
+
+#include <algorithm>
+#include <iterator>
+#include <set>
+#include <string>
+#include <utility>
+
+namespace quill::codec {
+namespace {
+
+constexpr std::size_t most_compared = 8;  // copies that differ, which a further one is held against
+
+/// The lines of a copy that are not blank, without blanks at their ends.
+class CopyLines {
+  public:
+    CopyLines(const FoundFile& file, std::span<const std::string_view> inputs) : cursor_(segments(file, inputs)) {}
+
+    bool next() {
+        while (cursor_.next(line_)) {
+            text = line_.text.substr(0, line_.text.find_last_not_of(" \t") + 1);
+            if (!text.empty()) return true;
+        }
+        text = {};
+        return false;
+    }
+
+    std::string_view text;
+
+  private:
+    static std::vector<Segment> segments(const FoundFile& file, std::span<const std::string_view> inputs) {
+        std::vector<Segment> out;
+        for (const Range& range : file.attachment.body) out.push_back({inputs[range.source], range});
+        return out;
+    }
+
+    LineCursor cursor_;
+    Line line_;
+};
+
+/// Two copies with the same digest hold the same lines.
+std::pair<std::uint64_t, std::uint32_t> digest_of(const FoundFile& file, std::span<const std::string_view> inputs) {
+    std::uint64_t size = 0;
+    std::uint32_t crc = 0;
+    for (CopyLines lines(file, inputs); lines.next();) {
+        size += lines.text.size() + 1;
+        crc = crc32(crc32(crc, lines.text), "\n");
+    }
+    return {size, crc};
+}
+
+/// Whether the copy `shorter` holds the beginning of `longer` and nothing else.
+bool is_beginning(const FoundFile& shorter, const FoundFile& longer, std::span<const std::string_view> inputs) {
+    CopyLines a(shorter, inputs);
+    CopyLines b(longer, inputs);
+    while (a.next()) {
+        if (!b.next()) return false;
+        if (a.text == b.text) continue;
+        return b.text.starts_with(a.text) && !a.next();
+    }
+    return true;
+}
+
+bool is_clean(Format format, std::string_view line) {
+    if (format == Format::base64) return is_base64_line(line);
+    if (format != Format::uu && format != Format::xx) return true;
+    const auto alphabet = format == Format::uu ? uu::Alphabet::uu : uu::Alphabet::xx;
+    const uu::DataLine data = uu::judge(alphabet, line);
+    return data.clean && (data.fit == uu::Fit::exact || data.fit == uu::Fit::extra || data.bytes == 0);
+}
+
+bool has_foreign_lines(const FoundFile& file, std::span<const std::string_view> inputs) {
+    for (CopyLines lines(file, inputs); lines.next();) {
+        if (!is_clean(file.attachment.format, lines.text)) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+PartCopies choose_copies(std::span<const FoundFile> files, std::span<const std::size_t> copies,
+                         std::span<const std::string_view> inputs) {
+    PartCopies out;
+    if (copies.size() == 1) {
+        out.kept.push_back(copies.front());
+        return out;
+    }
+    std::set<std::pair<std::uint64_t, std::uint32_t>> seen;
+    for (const std::size_t copy : copies) {
+        if (!seen.insert(digest_of(files[copy], inputs)).second) {
+            out.left_out.push_back(copy);
+            continue;
+        }
+        const auto first = out.kept.begin();
+        const auto last = first + static_cast<std::ptrdiff_t>(std::min(out.kept.size(), most_compared));
+        const bool cut =
+            std::any_of(first, last, [&](std::size_t kept) { return is_beginning(files[copy], files[kept], inputs); });
+        const auto shorter =
+            std::find_if(first, last, [&](std::size_t kept) { return is_beginning(files[kept], files[copy], inputs); });
+        out.doubtful = out.doubtful || cut || shorter != last;
+        if (cut) {
+            out.left_out.push_back(copy);
+        } else if (shorter != last) {
+            out.left_out.push_back(std::exchange(*shorter, copy));
+        } else {
+            out.kept.push_back(copy);
+        }
+    }
+    if (out.kept.size() < 2) return out;
+    const auto foreign = std::stable_partition(
+        out.kept.begin(), out.kept.end(), [&](std::size_t copy) { return !has_foreign_lines(files[copy], inputs); });
+    if (foreign == out.kept.begin() || foreign == out.kept.end()) return out;
+    out.doubtful = true;
+    std::copy(foreign, out.kept.end(), std::back_inserter(out.left_out));
+    out.kept.erase(foreign, out.kept.end());
+    return out;
+}
+
+void report_copies(Attachment& attachment, const PartCopies& copies, std::uint32_t number, std::uint64_t at_input) {
+    const std::string part = "Part " + std::to_string(number);
+    if (copies.kept.size() > 1) {
+        attachment.problems.push_back({Grade::damaged,
+                                       "parts-differ",
+                                       at_input,
+                                       {},
+                                       part + " is there in " + std::to_string(copies.kept.size()) +
+                                           " forms that differ, and nothing says which belongs to this file"});
+    } else if (copies.doubtful) {
+        attachment.problems.push_back(
+            {Grade::repaired,
+             "damaged-copy",
+             at_input,
+             {},
+             part + " is there more than once; a copy that is damaged or cut off is left out"});
+    } else if (!copies.left_out.empty()) {
+        attachment.problems.push_back(
+            {Grade::repaired, "duplicate-part", at_input, {}, part + " is there more than once, with the same lines"});
+    }
+}
+
+}  // namespace quill::codec
