@@ -2,6 +2,7 @@
 
 #include "codec/checksum.h"
 #include "codec/yenc_post.h"
+#include "codec/yenc_rows.h"
 
 #include <algorithm>
 #include <iterator>
@@ -13,6 +14,8 @@
 
 namespace quill::codec::yenc {
 namespace {
+
+constexpr unsigned most_missing_reported = 20;
 
 /// A post among the inputs.
 struct Part {
@@ -59,14 +62,26 @@ struct SamePart {
 };
 
 /// Files of one name and size that parts are gathered in.
-struct Gathering {
+class Gathering {
+  public:
     std::vector<std::size_t> files;
-    std::map<PartKey, SamePart> parts;
 
-    /// Which of the files `post` goes to: the first that lacks its part, or has it with no other CRC. May be one more
-    /// than there are.
+    /// Which of the files `post` goes to: the one with the CRC of the whole file that it states, else the first that
+    /// lacks its part, or has it with no other CRC. May be one more than there are.
     std::size_t place_of(const Post& post) {
-        SamePart& part = parts[key_of(post)];
+        const std::optional<std::uint32_t> whole = post.file_crc();
+        if (!whole) return free_place(post);
+        const auto known = by_crc_.find(*whole);
+        if (known != by_crc_.end()) return known->second;
+        const std::size_t place = std::max(free_place(post), claimed_);
+        claimed_ = place + 1;
+        by_crc_.emplace(*whole, place);
+        return std::min(place, files.size());
+    }
+
+  private:
+    std::size_t free_place(const Post& post) {
+        SamePart& part = parts_[key_of(post)];
         const std::optional<std::uint32_t> crc = post.stated_crc();
         if (part.count == 0) {
             part = {1, crc, {}};
@@ -77,12 +92,30 @@ struct Gathering {
         if (is_new) ++part.count;
         return other->second;
     }
+
+    std::map<PartKey, SamePart> parts_;
+    std::map<std::uint32_t, std::size_t> by_crc_;  ///< files by the CRC of the whole that a part states
+    std::size_t claimed_ = 0;                      ///< files before this one have such a CRC, or are passed over
 };
 
 void append(FoundFile& whole, FoundFile&& piece) {
     whole.attachment.body.push_back(piece.attachment.body[0]);
     std::move(piece.attachment.problems.begin(), piece.attachment.problems.end(),
               std::back_inserter(whole.attachment.problems));
+}
+
+/// Says of files of one name and size that only the CRC of the whole tells which parts belong together.
+void report_several(std::vector<FoundFile>& files, const Gathering& gathering) {
+    if (gathering.files.size() < 2) return;
+    for (const std::size_t file : gathering.files) {
+        Attachment& attachment = files[file].attachment;
+        if (attachment.body.size() < 2) continue;
+        attachment.problems.push_back({Grade::damaged,
+                                       "parts-differ",
+                                       attachment.body.front().begin,
+                                       {},
+                                       "Several files have this name and size, and parts may be exchanged"});
+    }
 }
 
 }  // namespace
@@ -98,7 +131,7 @@ void join_posts(std::vector<FoundFile>& files, std::span<const std::string_view>
         }
         if (part && part->post.is_part()) {
             const Post& post = part->post;
-            Gathering& gathering = gatherings[{post.begin.name, post.begin.size}];
+            Gathering& gathering = gatherings[{post.begin.name, post.file_size()}];
             const std::size_t place = gathering.place_of(post);
             if (place < gathering.files.size()) {
                 append(files[gathering.files[place]], std::move(file));
@@ -110,20 +143,25 @@ void join_posts(std::vector<FoundFile>& files, std::span<const std::string_view>
         ++kept;
     }
     files.resize(kept);
+    for (const auto& [key, gathering] : gatherings) report_several(files, gathering);
 }
 
 namespace {
 
-/// Whether the post states what comes out once dots are taken off its lines, and not what comes out with them.
+/// Whether the post states what comes out once dots are taken off its lines, and not what comes out with them. Where
+/// its CRC agrees with neither, its size decides.
 bool dots_were_added(const Part& part, const ReadText& read) {
-    return dots_look_added(part.text, part.post, read) &&
-           !agrees(part.post, *decode_data(part.text, part.post, false, {}, read)) &&
-           agrees(part.post, *decode_data(part.text, part.post, true, {}, read));
+    if (!dots_look_added(part.text, part.post, read)) return false;
+    const Data kept = *decode_data(part.text, part.post, false, {}, read);
+    if (agrees(part.post, kept)) return false;
+    const Data taken_off = *decode_data(part.text, part.post, true, {}, read);
+    const std::optional<std::uint64_t> size = part.post.stated_size();
+    return agrees(part.post, taken_off) || (size && kept.size != *size && taken_off.size == *size);
 }
 
-bool is_good(const Part& part, const ReadText& read) {
+Data data_of(const Part& part, const ReadText& read) {
     const AskDotted dotted = [&] { return dots_were_added(part, read); };
-    return agrees(part.post, *decode_data(part.text, part.post, dotted, {}, read));
+    return *decode_data(part.text, part.post, dotted, {}, read);
 }
 
 /// The parts of one file on their way to the sink.
@@ -142,6 +180,7 @@ class Assembly {
     void run() {
         sort();
         drop_duplicates();
+        check_numbers();
         find_whole_crc();
         for (const Part& part : parts_) {
             if (!decode(part)) return;
@@ -153,6 +192,8 @@ class Assembly {
   private:
     void sort();
     void drop_duplicates();
+    void choose_copy(Part& before, const Part& copy);
+    void check_numbers();
     void find_whole_crc();
     ReadText reader(const Part& part) const;
     bool decode(const Part& part);
@@ -162,6 +203,7 @@ class Assembly {
     void verify_part(const Part& part, const Data& data);
     void check_whole();
     std::optional<std::string> what_is_missing() const;
+    bool end_is_unknown() const;
 
     std::vector<Part> parts_;
     bool dots_doubled_;
@@ -201,23 +243,59 @@ void Assembly::drop_duplicates() {
         const PartKey key = key_of(part.post);
         if (kept == 0 || key == PartKey{} || key_of(parts_[kept - 1].post) != key) {
             parts_[kept++] = part;
-            continue;
+        } else {
+            choose_copy(parts_[kept - 1], part);
         }
-        Part& before = parts_[kept - 1];
-        sink_.report(Grade::repaired, "duplicate-part", part.range.begin, "This part is there more than once");
-        if (!is_good(before, reader(before)) && is_good(part, reader(part))) before = part;
     }
     parts_.erase(parts_.begin() + static_cast<std::ptrdiff_t>(kept), parts_.end());
     alone_ = parts_.size() == 1;
 }
 
+/// Puts `copy` in place of `before` where that is not good; says so where both are, and differ.
+void Assembly::choose_copy(Part& before, const Part& copy) {
+    const Data first = data_of(before, reader(before));
+    const Data second = data_of(copy, reader(copy));
+    const bool first_good = agrees(before.post, first);
+    const bool second_good = agrees(copy.post, second);
+    if (first == second) {
+        sink_.report(Grade::repaired, "duplicate-part", copy.range.begin, "This part is there more than once");
+    } else if (first_good == second_good) {
+        sink_.report(Grade::damaged, "parts-differ", copy.range.begin,
+                     "This part is there in two forms that differ, and the first is taken");
+    } else {
+        sink_.report(Grade::repaired, "damaged-copy", copy.range.begin,
+                     "This part is there more than once; a copy that is damaged is left out");
+    }
+    if (!first_good && second_good) before = copy;
+}
+
+/// Reports the numbers that are missing between the parts, where only these say what follows what.
+void Assembly::check_numbers() {
+    if (placed_ || alone_) return;
+    std::uint64_t wanted = 1;
+    unsigned reported = 0;
+    for (const Part& part : parts_) {
+        const std::uint64_t number = part.post.begin.part.value_or(wanted);
+        if (number > wanted && reported++ < most_missing_reported) {
+            sink_.report(Grade::lost, "missing-part", part.range.begin,
+                         "Part " + std::to_string(wanted) + " is missing");
+        }
+        wanted = number + 1;
+    }
+}
+
 /// The CRC of the whole file, where the parts that state one agree on it.
 void Assembly::find_whole_crc() {
     std::set<std::uint32_t> stated;
+    std::set<std::uint32_t> beside_own;
     for (const Part& part : parts_) {
         if (part.post.is_part() && part.post.end && part.post.end->crc32) stated.insert(*part.post.end->crc32);
+        if (const auto crc = part.post.file_crc()) beside_own.insert(*crc);
     }
     if (stated.size() == 1) whole_crc_ = *stated.begin();
+    if (beside_own.size() < 2) return;
+    sink_.report(Grade::damaged, "parts-differ", parts_.front().range.begin,
+                 "The parts state different CRCs of the whole file; they are of different files");
 }
 
 bool Assembly::put(std::string_view bytes) {
@@ -294,17 +372,29 @@ void Assembly::verify_part(const Part& part, const Data& data) {
         sink_.report(problem.grade, problem.kind, part.range.begin + problem.at_input, problem.text);
     }
     all_vouched_for_ = all_vouched_for_ && verification.vouched_for;
+    if (part.post.stated_crc() || !part.post.end || !has_uneven_rows(part.text, part.post)) return;
+    sink_.report(Grade::damaged, "uneven-lines", part.range.begin, "A line is not as long as the others");
 }
 
 std::optional<std::string> Assembly::what_is_missing() const {
     const Post& last = parts_.back().post;
     if (!last.is_part()) return std::nullopt;
     const std::uint64_t begin = alone_ && placed_ ? *parts_.back().first_byte() - 1 : 0;
-    const bool behind =
-        placed_ ? last.begin.size.value_or(0) > begin + sink_.size() : last.begin.total.value_or(0) > parts_.size();
+    const std::optional<std::uint64_t> size = last.file_size();
+    std::uint64_t total = 0;
+    for (const Part& part : parts_) total = std::max(total, part.post.begin.total.value_or(0));
+    const bool by_size = size && *size > begin + sink_.size();
+    const bool by_total = total > (placed_ ? last.begin.part.value_or(total) : parts_.size());
+    const bool behind = by_size || (by_total && !(placed_ && size));
     if (begin > 0 || (alone_ && behind)) return "This part is all there is of the file";
     if (behind) return "Parts at the end of the file are missing";
     return std::nullopt;
+}
+
+/// Whether nothing says where the file ends.
+bool Assembly::end_is_unknown() const {
+    const auto says = [](const Part& part) { return part.post.file_size() || part.post.begin.total; };
+    return parts_.back().post.is_part() && std::none_of(parts_.begin(), parts_.end(), says);
 }
 
 /// What can be said only of the file: parts missing at its end, its own CRC.
@@ -314,9 +404,14 @@ void Assembly::check_whole() {
         sink_.report(Grade::lost, "missing-part", last.range.end, *missing);
         return;
     }
+    if (end_is_unknown()) {
+        sink_.report(Grade::damaged, "unnumbered-parts", last.range.end,
+                     "Nothing says how long the file is; parts at its end may be missing");
+    }
     if (!whole_crc_ || !in_one_row_) return;
     if (crc_ == *whole_crc_) {
         all_vouched_for_ = true;
+        if (parts_.size() > 1) sink_.prove();
     } else {
         sink_.report(Grade::damaged, "bad-crc", last.range.end,
                      "The text states the CRC " + hexadecimal(*whole_crc_) + " of the whole file, and it is " +

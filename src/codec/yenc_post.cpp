@@ -135,8 +135,9 @@ std::optional<EndLine> parse_end(std::string_view line) {
     end.size = number(*fields, "size");
     end.part = number(*fields, "part");
     const auto crc = [&](std::string_view key) -> std::optional<std::uint32_t> {
-        const std::optional<std::string_view> digits = field(*fields, key);
+        std::optional<std::string_view> digits = field(*fields, key);
         if (!digits) return std::nullopt;
+        if (digits->starts_with("0x") || digits->starts_with("0X")) digits->remove_prefix(2);
         const std::optional<std::uint32_t> value = parse_crc(*digits);
         if (!value) end.unreadable_crc = true;
         return value;
@@ -161,6 +162,17 @@ std::optional<std::uint64_t> Post::stated_size() const {
     }
     if (end && end->size) return end->size;
     return is_part() ? std::nullopt : begin.size;
+}
+
+std::optional<std::uint64_t> Post::file_size() const {
+    if (!is_part() || !begin.size || !part || begin.total.value_or(1) < 2) return begin.size;
+    const bool of_part = part->begin && part->end && *part->end - *part->begin + 1 == *begin.size;
+    return of_part ? std::nullopt : begin.size;
+}
+
+std::optional<std::uint32_t> Post::file_crc() const {
+    if (!is_part() || !end || !end->pcrc32 || end->pcrc32 == end->crc32) return std::nullopt;
+    return end->crc32;
 }
 
 std::optional<std::uint32_t> Post::stated_crc() const {

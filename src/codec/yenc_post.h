@@ -12,7 +12,7 @@
 #include <vector>
 
 /// A yEnc post as it stands in a text: the lines `=ybegin`, `=ypart`, `=yend` (yEnc draft 1.3) and the data between
-/// them. Numbers that are missing, negative, too large or no numbers at all are absent here.
+/// them. Numbers that are missing, negative, too large or no numbers at all are absent here. A CRC may begin with 0x.
 namespace quill::codec::yenc {
 
 struct BeginLine {
@@ -61,6 +61,12 @@ struct Post {
 
     /// Bytes that the data should give: as `=ypart` says, else `=yend`, else, for a whole file, `=ybegin`.
     std::optional<std::uint64_t> stated_size() const;
+
+    /// Bytes of the whole file, as `=ybegin` says; nullopt where that is the size of the part alone.
+    std::optional<std::uint64_t> file_size() const;
+
+    /// The CRC-32 of the whole file that a part states beside its own.
+    std::optional<std::uint32_t> file_crc() const;
 
     /// The CRC-32 that the data should have.
     std::optional<std::uint32_t> stated_crc() const;

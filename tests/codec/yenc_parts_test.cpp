@@ -137,7 +137,7 @@ TEST_F(YencParts, OfAPartThatIsThereTwiceTheGoodOneIsTaken) {
         const Decoded good = decoded(order);
         EXPECT_EQ(good.bytes, "0123456789");
         EXPECT_EQ(good.verdict, Verdict::verified);
-        EXPECT_THAT(good.problems, ElementsAre("duplicate-part"));
+        EXPECT_THAT(good.problems, ElementsAre("damaged-copy"));
     }
 }
 
@@ -183,6 +183,81 @@ TEST_F(YencParts, APartsOwnCrcMayStandWhereTheFilesBelongs) {
     for (std::size_t number = 1; number <= 4; ++number) change(number, " pcrc32=", " crc32=");
     change(5, " crc32=", " xcrc32=");
     EXPECT_EQ(decoded({1, 2, 3, 4, 5}).verdict, Verdict::verified);
+}
+
+/// What posts of `part`s of one byte state wrongly, or do not state.
+TEST(YencScan, PartsThatMayBeOfOtherFilesOrLackTheLastAreNotVouchedFor) {
+    const auto named = [](const std::string& begin, const std::string& place, const std::string& byte,
+                          const std::string& end) {
+        return "=ybegin " + begin + " line=128 name=a\r\n" + place + byte + "\r\n=yend size=1 " + end + "\r\n";
+    };
+    const std::string first = "=ypart begin=1 end=1\r\n", second = "=ypart begin=2 end=2\r\n";
+    const struct {
+        std::string what;
+        std::string text;
+        std::string bytes;
+        Verdict verdict;
+        std::string kind;
+    } table[] = {
+        {"the total says that one is missing, and no size",
+         named("part=1 total=3", first, "k", "") + named("part=2 total=3", second, "l", ""), "AB", Verdict::incomplete,
+         "missing-part"},
+        {"nothing says how many there are", named("part=1", first, "k", "") + named("part=2", second, "l", ""), "AB",
+         Verdict::damaged, "unnumbered-parts"},
+        {"a gap between numbers", named("part=1 size=2", "", "k", "") + named("part=3 size=2", "", "l", ""), "AB",
+         Verdict::incomplete, "missing-part"},
+        {"two that differ and state no checksum",
+         named("part=1 total=2 size=2", first, "k", "") + named("part=1 total=2 size=2", first, "l", "") +
+             named("part=2 total=2 size=2", second, "m", ""),
+         "AC", Verdict::damaged, "parts-differ"},
+        {"a size that is the part's own",
+         named("part=1 total=2 size=1", first, "k", "") + named("part=2 total=2 size=1", second, "l", ""), "AB",
+         Verdict::verified, ""},
+        {"a checksum with 0x that disagrees", named("size=1", "", "k", "crc32=0x11111111"), "A", Verdict::damaged,
+         "bad-crc"},
+        {"a checksum with 0x that agrees", named("size=1", "", "k", "crc32=0xd3d99e8b"), "A", Verdict::verified, ""},
+        {"lines of other lengths, and the size agrees",
+         "=ybegin line=2 size=6 name=a\r\nkl\r\nklm\r\nk\r\n=yend size=6\r\n", "ABABCA", Verdict::damaged,
+         "uneven-lines"},
+        {"a pair at the end of a line", "=ybegin line=2 size=4 name=a\r\nk=}\r\nkl\r\n=yend size=4\r\n",
+         std::string("A\x13"
+                     "AB"),
+         Verdict::verified, ""},
+        {"lines by their bytes", "=ybegin line=2 size=5 name=a\r\n=}=}\r\nkl\r\nk\r\n=yend size=5\r\n",
+         std::string("\x13\x13"
+                     "ABA"),
+         Verdict::verified, ""},
+    };
+    for (const auto& row : table) {
+        SCOPED_TRACE(row.what);
+        const Decoded file = decode_one(row.text);
+        EXPECT_EQ(file.bytes, row.bytes);
+        EXPECT_EQ(name_of(file.verdict), name_of(row.verdict));
+        if (!row.kind.empty()) {
+            EXPECT_THAT(file.problems, testing::Contains(row.kind));
+        }
+    }
+}
+
+TEST(YencScan, PartsGoToTheFileWhoseChecksumTheyState) {
+    const auto part = [](int number, const std::string& byte, const std::string& crcs) {
+        const std::string n = std::to_string(number);
+        return "=ybegin part=" + n + " total=2 size=2 line=128 name=a\r\n=ypart begin=" + n + " end=" + n + "\r\n" +
+               byte + "\r\n=yend size=1 " + crcs + "\r\n";
+    };
+    const TemporaryDirectory dir;
+    const auto with_crc = [&](const std::string& a, const std::string& b) {
+        return decode_all(
+            {dir.write("in", part(1, "k", "pcrc32=d3d99e8b" + a) + part(1, "m", "pcrc32=3dd7ffa7" + b) +
+                                 part(2, "n", "pcrc32=a3b36a04" + b) + part(2, "l", "pcrc32=4ad0cf31" + a))});
+    };
+    const auto told_apart = with_crc(" crc32=30694c07", " crc32=eb3c8bb0");
+    ASSERT_EQ(told_apart.size(), 2U);
+    EXPECT_EQ(told_apart[0].bytes, "AB");
+    EXPECT_EQ(told_apart[1].bytes, "CD");
+    const auto mixed = with_crc("", "");
+    ASSERT_EQ(mixed.size(), 2U);
+    for (const Decoded& file : mixed) EXPECT_EQ(file.verdict, Verdict::damaged) << file.bytes;
 }
 
 TEST(YencScan, SeveralFilesInOneTextAreAllFound) {
@@ -239,7 +314,8 @@ TEST(YencScan, DotsComeOffWhereTheChecksumThenAgreesAndElseStay) {
     // ".A.": 4, 23, 4
     const std::string agrees = "=ybegin line=2 size=3 name=a\r\n..A\r\n..\r\n=yend size=3 crc32=";
     Decoded file = decode_one(agrees + "1f5d23c4\r\n");
-    EXPECT_EQ(file.bytes, "\x04\x04\x17\x04\x04") << "nothing agrees";
+    EXPECT_EQ(file.bytes, "\x04\x17\x04") << "the checksum agrees with neither, and the size decides";
+    EXPECT_EQ(file.verdict, Verdict::damaged);
     file = decode_one(agrees + "faa63141\r\n");
     EXPECT_EQ(file.bytes, "\x04\x17\x04");
     EXPECT_EQ(file.verdict, Verdict::verified);
