@@ -14,7 +14,8 @@ namespace {
 
 constexpr std::size_t shortest_bare_line = 40;
 constexpr std::size_t longest_bare_line = 1000;
-constexpr unsigned lines_to_resume = 3;
+constexpr unsigned lines_to_resume = 8;
+constexpr std::size_t shortest_padded_line = 8;
 constexpr unsigned lines_for_evidence = 3;
 constexpr std::size_t first_bytes = 48;
 
@@ -59,7 +60,10 @@ bool base64_resumes(const TextScan& scan, Position at) {
     Line line;
     for (unsigned i = 0; i < lines_to_resume && peek_text(scan, at, 3, line); ++i, at = line.next) {
         if (text::trim(line.text) == "====") return true;
-        if (line.text.size() >= shortest_bare_line && is_base64_line(line.text)) return true;
+        if (!is_base64_line(line.text)) continue;
+        const std::string_view row = text::trim(line.text);
+        const bool padded = row.ends_with('=') && row.size() % 4 == 0 && row.size() >= shortest_padded_line;
+        if (row.size() >= shortest_bare_line || padded) return true;
     }
     return false;
 }
@@ -100,6 +104,7 @@ bool open_base64_lines(TextScan& scan, FoundFile file, bool sure) {
         }
         end = line.next;
     }
+    scan.base64_open = !file.has_end;
     file.attachment.format = Format::base64;
     file.attachment.body = scan.cursor.ranges(begin, end);
     scan.add(std::move(file));
@@ -112,25 +117,99 @@ bool sniff_bare_base64(std::string_view line) {
            line.substr(0, shortest_bare_line).find(' ') == std::string_view::npos;
 }
 
+namespace {
+
+/// Whether `line` may be a row of Base64 that was damaged.
+bool is_nearly_base64(std::string_view line) {
+    const std::string_view row = text::trim(line);
+    const auto foreign = std::count_if(row.begin(), row.end(),
+                                       [](char c) { return c != '=' && !in_alphabet[static_cast<unsigned char>(c)]; });
+    return row.size() >= 4 && row.find_first_of(" \t") == std::string_view::npos &&
+           static_cast<std::size_t>(foreign) * 4 <= row.size();
+}
+
+/// Rows of Base64 without a header, read one after the other.
+class BareRows {
+  public:
+    BareRows(TextScan& scan, const Line& first) : scan_(scan), width_(first.text.size()), last_(first) {}
+
+    void read() {
+        while (next_row() || resume() || damaged_row()) {
+        }
+        Line next;
+        if (peek_text(scan_, last_.next, 2, next) && text::trim(next.text) == "====") {
+            scan_.cursor.seek(next.next);
+            ended_ = true;
+        }
+    }
+
+    Position end() const { return last_.next; }
+
+    /// Whether the last row shows that it is the last: it is shorter than the others, or padded.
+    bool ended() const { return ended_ || !is_full(); }
+
+  private:
+    bool is_full() const { return last_.text.size() == width_ && !last_.text.ends_with('='); }
+    void take(const Line& line) {
+        last_ = line;
+        first_ = false;
+        scan_.cursor.seek(line.next);
+    }
+
+    bool next_row() {
+        Line next;
+        if (!is_full() || !peek_text(scan_, last_.next, spaced_ || first_ ? 2 : 1, next)) return false;
+        if (next.text.size() > width_ || !is_base64_line(next.text)) return false;
+        if (first_) spaced_ = next.begin != last_.next;
+        take(next);
+        return true;
+    }
+
+    /// Goes on behind lines that are no rows, or behind padding, where a full row follows. An empty line behind a last
+    /// row ends the file.
+    bool resume() {
+        Line next = last_;
+        for (unsigned i = 0; i < lines_to_resume; ++i) {
+            const Position at = next.next;
+            if (!peek_text(scan_, at, 2, next) || (!is_full() && next.begin != at)) return false;
+            if (next.text.size() != width_ || !is_base64_line(next.text)) continue;
+            take(next);
+            return true;
+        }
+        return false;
+    }
+
+    bool damaged_row() {
+        Line next;
+        if (!is_full() || !scan_.cursor.peek(last_.next, peeked_characters, next) || scan_.is_stop(next)) return false;
+        if (next.text.size() > width_ || !is_nearly_base64(next.text)) return false;
+        take(next);
+        ended_ = true;
+        return false;
+    }
+
+    TextScan& scan_;
+    std::size_t width_;
+    Line last_;
+    bool first_ = true;
+    bool spaced_ = false;
+    bool ended_ = false;
+};
+
+}  // namespace
+
 bool open_bare_base64(TextScan& scan, const Line& line) {
     if (scan.in_armor || !is_bare_base64(scan, line)) return false;
+    BareRows rows(scan, line);
+    rows.read();
     FoundFile file;
     file.label = std::exchange(scan.label, {});
     file.attachment.name = file.label.file;
     file.attachment.format = Format::base64;
-    file.has_begin = file.label.number <= 1;
-    file.has_end = file.label.number == file.label.total;
-    bool spaced = false;
-    Line last = line;
-    Line next;
-    while (last.text.size() == line.text.size() &&
-           peek_text(scan, last.next, spaced || last.begin == line.begin ? 2 : 1, next)) {
-        if (next.text.size() > line.text.size() || !is_base64_line(next.text)) break;
-        if (last.begin == line.begin) spaced = next.begin != last.next;
-        last = next;
-        scan.cursor.seek(last.next);
-    }
-    file.attachment.body = scan.cursor.ranges(line.begin, last.next);
+    file.has_begin = file.label.number <= 1 && !scan.base64_open;
+    file.has_end = file.label.number > 0 ? file.label.number == file.label.total : rows.ended();
+    file.attachment.body = scan.cursor.ranges(line.begin, rows.end());
+    scan.base64_open = !file.has_end;
     scan.add(std::move(file));
     return true;
 }

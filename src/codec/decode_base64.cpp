@@ -1,4 +1,5 @@
 #include "codec/base64_lines.h"
+#include "codec/base64_rows.h"
 #include "codec/decode_run.h"
 #include "codec/lines.h"
 #include "codec/sixbit.h"
@@ -18,6 +19,7 @@ constexpr std::size_t line_room = sixbit::decoded_bound(2 * longest_examined);
 constexpr unsigned most_examined = 10'000;    // lines; beyond that foreign characters are passed over unseen
 constexpr unsigned most_tags = 10'000;        // runs of them; beyond that pieces end anywhere
 constexpr std::size_t shortest_resumed = 20;  // characters of a line that is taken for data behind padding
+constexpr std::size_t shortest_doubtful = 8;  // characters of a row behind padding that may be data
 constexpr std::size_t shortest_sure = 40;     // characters of a row that is taken for data behind text
 
 bool is_blank(char c) {
@@ -90,6 +92,7 @@ class Base64Run {
   private:
     std::string_view next_piece();
     void take_padding();
+    void judge_padding();
     bool goes_on();
     void take_tags();
     bool data_ahead();
@@ -107,6 +110,8 @@ class Base64Run {
     Sink& sink_;
     std::vector<char> room_;
     sixbit::State state_;
+    Base64Rows rows_;
+    std::size_t part_ = 0;
     unsigned examined_ = 0;
     bool padded_ = false;
     bool in_rows_ = is_tagged(attachment_);
@@ -134,6 +139,9 @@ void Base64Run::run() {
         const std::string_view in = next_piece();
         if (in.empty()) break;
         const sixbit::Progress done = sixbit::decode(sixbit::Alphabet::base64, in, room_.data(), state_);
+        if (body_.part() != part_) rows_.begin_part();
+        part_ = body_.part();
+        rows_.take(in.substr(0, done.read));
         if (done.read > 0 && done.written + state_.pending > 0) padded_ = padded_ && done.written + state_.pending == 0;
         if (done.read == in.size() || in[done.read] == '=') {
             sink_.put({room_.data(), done.written});
@@ -147,6 +155,7 @@ void Base64Run::run() {
             }
         } else {
             body_.pass(done.read);
+            rows_.begin_part();
             if (text::equal_ignoring_case(body_.ahead(line_tag.size()), line_tag)) {
                 sink_.put({room_.data(), done.written});
                 take_tags();
@@ -237,12 +246,28 @@ void Base64Run::judge_row(std::size_t ends) {
     }
 }
 
+/// Tells whether the '=' at the current place are as many as the last group needs. On a line of their own they only
+/// mark the end.
+void Base64Run::judge_padding() {
+    const std::uint64_t at = body_.at();
+    if (state_.pending == 1) {
+        sink_.report(Grade::damaged, "bad-group", at, "A group of the data has a single character");
+        return;
+    }
+    const std::string_view before = body_.behind(1);
+    if (state_.pending == 0 && (before.empty() || is_blank(before.front()))) return;
+    const std::string_view ahead = body_.ahead(4);
+    const std::size_t count = std::min(ahead.find_first_not_of('='), ahead.size());
+    if (state_.pending == 0 || count < 4 - state_.pending) {
+        sink_.report(Grade::damaged, "bad-padding", at, "The padding does not fit the data; characters are missing");
+    }
+}
+
 /// Reads the '=' at the current place and what stands behind it.
 void Base64Run::take_padding() {
-    const std::uint64_t at = body_.at();
     std::array<char, 2> last = {};
-    if (state_.pending == 1)
-        sink_.report(Grade::damaged, "bad-group", at, "A group of the data has a single character");
+    judge_padding();
+    rows_.end_padded();
     sink_.put({last.data(), sixbit::finish(last.data(), state_)});
     padded_ = true;
     while (!body_.at_end() && !body_.stopped()) {
@@ -261,8 +286,15 @@ void Base64Run::take_padding() {
 bool Base64Run::goes_on() {
     const std::string_view line = text::trim(body_.line(longest_examined));
     const std::string_view characters = first_row(line);
-    if (characters.size() < shortest_resumed || !is_base64_line(characters)) return false;
-    sink_.report(Grade::repaired, "inner-padding", body_.at(), "The data goes on behind its padding");
+    if (!is_base64_line(characters)) return false;
+    if (characters.size() >= shortest_resumed) {
+        sink_.report(Grade::damaged, "inner-padding", body_.at(),
+                     "The data goes on behind its padding; this may be another file");
+        return true;
+    }
+    if (characters.size() < shortest_doubtful || characters.size() % 4 != 0) return false;
+    sink_.report(Grade::damaged, "doubtful-row", body_.at(),
+                 "What stands behind the padding may be data, or other text");
     return true;
 }
 
@@ -343,7 +375,11 @@ void Base64Run::end() {
     if (state_.pending == 1) {
         sink_.report(Grade::lost, "cut-group", at, "The data ends within a group of four characters");
     } else if (!whole && !attachment_.cut_off) {
-        sink_.report(Grade::repaired, "missing-padding", at, "The padding at the end of the data is missing");
+        sink_.report(Grade::damaged, "missing-padding", at,
+                     "The padding at the end of the data is missing, and perhaps data before it");
+    }
+    if (rows_.uneven() && tag_runs_ == 0 && !in_rows_) {
+        sink_.report(Grade::damaged, "uneven-lines", at, "A line among the data is not as long as the others");
     }
     std::array<char, 2> last = {};
     sink_.put({last.data(), sixbit::finish(last.data(), state_)});

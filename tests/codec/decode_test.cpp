@@ -48,11 +48,18 @@ INSTANTIATE_TEST_SUITE_P(Bodies, DamagedBase64,
                                     Verdict::damaged, "bad-character"},
                              Damage{"QUJDREVGR0hJSktM\n-- now (a word) from us --\nQUJD\n", "ABCDEFGHIJKLABC",
                                     Verdict::damaged, "foreign-line"},
-                             Damage{"QUJDRE", "ABCD", Verdict::whole, "missing-padding"},
+                             Damage{"QUJDRE", "ABCD", Verdict::damaged, "missing-padding"},
                              Damage{"QUJDR", "ABC", Verdict::incomplete, "cut-group"},
                              Damage{"QUI=\nYours, Ann\n", "AB", Verdict::whole, "text-after-data"},
                              Damage{"QUI=\nQUJDREVGR0hJSktMQUJDREVGR0hJSktM\n", "ABABCDEFGHIJKLABCDEFGHIJKL",
-                                    Verdict::whole, "inner-padding"}));
+                                    Verdict::damaged, "inner-padding"},
+                             // A short piece behind padding may be data, a word is none.
+                             Damage{"QUI=\nQUJDREVGR0hJ\n", "ABABCDEFGHI", Verdict::damaged, "doubtful-row"},
+                             // Characters that were lost show in the padding, and in the length of a row.
+                             Damage{"QUJDREVGR0hJSktM\nQUJDREVGR0hSktM\nQUI=\n", "ABCDEFGHIJKLABCDEFGHR\x92\xD3\x10P",
+                                    Verdict::damaged, "bad-padding"},
+                             Damage{"QUJDREVGR0hJSktM\nQUJDREVG\nQUJDREVGR0hJSktM\nQUI=\n",
+                                    "ABCDEFGHIJKLABCDEFABCDEFGHIJKLAB", Verdict::damaged, "uneven-lines"}));
 
 TEST(DamagedUu, IsRecoveredAndNeverCalledRight) {
     const std::string line = "#0V%T\n";

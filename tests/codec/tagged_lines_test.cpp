@@ -97,7 +97,7 @@ TEST(TaggedLines, TextBehindRowsOfBase64IsNotTakenForDataUnsaid) {
     } table[] = {
         {full + "\r\n" + more + "Best regards from us all<br>", bytes + bytes, Verdict::whole, "text-after-data"},
         {more + "QUI=<br>\r\nBest regards<br>Anna", bytes + "AB", Verdict::whole, "text-after-data"},
-        {more + "QUI=<br>" + more, bytes + "AB" + bytes, Verdict::whole, "inner-padding"},
+        {more + "QUI=<br>" + more, bytes + "AB" + bytes, Verdict::damaged, "inner-padding"},
         {more + joined({"to be", "continued", "next week"}, "<br>") + more, bytes + bytes, Verdict::damaged,
          "foreign-line"},
         {more + "<br>Anna", bytes + "\x02\x79\xDA", Verdict::damaged, "doubtful-row"},

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace quill::codec {
+
+/// Watches whether the rows of a Base64 body are of one length, as encoders write them: characters that were lost or
+/// came in show in the length of a row.
+class Base64Rows {
+  public:
+    /// Takes the next bytes of the body; they may end within a row.
+    void take(std::string_view bytes);
+
+    /// Ends the row that was begun, which padding follows; it may have any length.
+    void end_padded();
+
+    /// Forgets the row that was begun and the one before it, where another part or other text begins.
+    void begin_part() { row_ = before_ = 0; }
+
+    /// Returns true where a row in the middle is shorter or longer than the others. Text that was broken again has rows
+    /// of two lengths in turn, which is no doubt.
+    bool uneven() const;
+
+  private:
+    void end_row();
+
+    std::size_t row_ = 0;     ///< characters so far of the row that was begun
+    std::size_t before_ = 0;  ///< of the last row
+    std::size_t width_ = 0;   ///< of the first row
+    std::size_t odd_ = 0;     ///< of the first row in the middle that is not so long
+    std::uint64_t usual_rows_ = 0;
+    std::uint64_t odd_rows_ = 0;
+    bool third_length_ = false;
+};
+
+}  // namespace quill::codec

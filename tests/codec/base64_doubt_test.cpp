@@ -1,0 +1,107 @@
+#include "codec/encoded.h"
+#include "codec/scanned.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace quill::codec {
+namespace {
+
+using tests::lines_of;
+using tests::noise;
+using tests::scan_and_decode;
+using tests::ScannedFile;
+using tests::text_of;
+using Lines = std::vector<std::string>;
+
+const std::string original = noise(704);  // twelve full rows, and one of 28 characters
+
+struct Doubt {
+    std::string what;
+    std::function<void(Lines&)> spoil;
+    bool exact = false;  ///< the bytes come out, though nothing shows that they are right
+};
+
+const std::vector<Doubt>& doubts() {
+    static const std::vector<Doubt> all = {
+        {"a character lost", [](Lines& l) { l[6].erase(9, 1); }},
+        {"a row cut", [](Lines& l) { l[6].resize(60); }},
+        {"words of the alphabet", [](Lines& l) { l.insert(l.begin() + 6, "Sent from my phone"); }},
+        {"other words", [](Lines& l) { l.insert(l.begin() + 6, "[Message clipped]"); }, true},
+        {"a footer before the last row", [](Lines& l) { l.insert(l.end() - 1, "[Message clipped]"); }},
+        {"quoted to the end",
+         [](Lines& l) {
+             for (std::size_t i = 7; i < l.size(); ++i) l[i].insert(0, "> ");
+         }},
+        {"quoted rows",
+         [](Lines& l) {
+             for (std::size_t i = 4; i < 8; ++i) l[i].insert(0, "> ");
+         }},
+        {"a foreign character", [](Lines& l) { l[6][9] = '~'; }},
+        {"padding inside", [](Lines& l) { l.insert(l.begin() + 6, "QUI="); }},
+    };
+    return all;
+}
+
+void expect_doubt(const std::string& head, const std::string& tail) {
+    ScannedFile good = scan_and_decode(head + tests::base64(original) + "\n" + tail).at(0);
+    EXPECT_EQ(good.bytes, original);
+    EXPECT_EQ(good.outcome.verdict, Verdict::whole);
+    for (const Doubt& doubt : doubts()) {
+        Lines lines = lines_of(tests::base64(original));
+        doubt.spoil(lines);
+        const auto files = scan_and_decode(head + text_of(lines) + tail);
+        ASSERT_FALSE(files.empty()) << doubt.what;
+        for (const ScannedFile& file : files) EXPECT_GE(file.outcome.verdict, Verdict::damaged) << doubt.what;
+        if (doubt.exact) {
+            EXPECT_EQ(files[0].bytes, original) << doubt.what;
+        }
+    }
+}
+
+TEST(Base64Doubt, ABodyWhoseRowsAreSpoiltIsNotWhole) {
+    expect_doubt("Content-Type: x/y; name=a\nContent-Transfer-Encoding: base64\n\n", "");
+}
+
+TEST(Base64Doubt, RowsWithoutAHeaderThatAreSpoiltAreNotWhole) {
+    expect_doubt("Hello\n\n", "");
+    expect_doubt("\xEF\xBB\xBF", "");
+}
+
+TEST(Base64Doubt, RowsBehindABeginLineThatAreSpoiltAreNotWhole) {
+    expect_doubt("begin-base64 644 a\n", "====\n");
+}
+
+TEST(Base64Doubt, RowsWithoutAHeaderNeedALastOne) {
+    const Lines lines = lines_of(tests::base64(original));
+    const auto cut = scan_and_decode(text_of({lines.begin(), lines.end() - 1}));
+    ASSERT_EQ(cut.size(), 1U);
+    EXPECT_EQ(cut[0].outcome.verdict, Verdict::incomplete);
+    Lines spaced = lines;
+    spaced.insert(spaced.begin() + 6, "");
+    const auto gap = scan_and_decode(text_of(spaced));
+    ASSERT_EQ(gap.size(), 1U);
+    EXPECT_EQ(gap[0].bytes, original);
+    const auto two = scan_and_decode(text_of(lines) + "\n" + text_of(lines));
+    ASSERT_EQ(two.size(), 2U) << "an empty line behind a last row";
+    for (const ScannedFile& file : two) EXPECT_EQ(file.bytes, original);
+}
+
+TEST(Base64Doubt, TextThatWasBrokenAgainIsWhole) {
+    Lines lines;
+    for (const std::string& row : lines_of(tests::base64(original))) {
+        lines.push_back(row.substr(0, 60));
+        if (row.size() > 60) lines.push_back(row.substr(60));
+    }
+    const auto files =
+        scan_and_decode("Content-Type: x/y; name=a\nContent-Transfer-Encoding: base64\n\n" + text_of(lines));
+    ASSERT_EQ(files.size(), 1U);
+    EXPECT_EQ(files[0].bytes, original);
+    EXPECT_EQ(files[0].outcome.verdict, Verdict::whole);
+}
+
+}  // namespace
+}  // namespace quill::codec
