@@ -60,6 +60,20 @@ bool begins_field(std::string_view line) {
     return line[name.size()] == ':' || is_known_field(name);
 }
 
+/// Whether the header goes on behind a line of blanks alone, which is folded in (RFC 5322 4.2): fields follow up to an
+/// empty line, one of which messages have.
+bool goes_on_behind_blanks(const LineCursor& cursor, Position at) {
+    bool known = false;
+    Line line;
+    for (int i = 0; i < 64 && cursor.peek(at, peeked, line); ++i, at = line.next) {
+        if (line.text.empty()) return known;
+        const bool folded = line.text.front() == ' ' || line.text.front() == '\t';
+        if (!folded && field_name(line.text).empty()) return false;
+        known = known || begins_message_header(line.text);
+    }
+    return false;
+}
+
 }  // namespace
 
 bool begins_message_header(std::string_view line) {
@@ -86,7 +100,9 @@ HeaderBlock read_header(LineCursor& cursor, const IsStop& is_stop) {
     while (true) {
         const Position before = cursor.position();
         if (!cursor.next(line)) break;
-        if (line.text.empty() || (block.fields > 0 && is_blank(line.text))) {
+        const bool blanks = !line.text.empty() && is_blank(line.text);
+        if (blanks && block.fields > 0 && goes_on_behind_blanks(cursor, cursor.position())) continue;
+        if (line.text.empty() || (block.fields > 0 && blanks)) {
             if (block.fields == 1 && !block.double_spaced) {
                 block.double_spaced = goes_on_double_spaced(cursor, cursor.position());
             }

@@ -9,6 +9,7 @@ namespace quill::codec {
 namespace {
 
 constexpr std::size_t skipped_at_once = std::size_t{128} << 10;  // stays in the nearest caches for the second search
+constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";     // UTF-8
 constexpr std::uint64_t tell_every = std::uint64_t{1} << 20;
 
 /// How many bytes the line end at `at` takes.
@@ -21,7 +22,14 @@ std::size_t line_end_size(std::string_view bytes, std::size_t at) {
 }  // namespace
 
 LineCursor::LineCursor(std::vector<Segment> segments, OnMove on_move, Read read)
-    : segments_(std::move(segments)), on_move_(std::move(on_move)), read_(std::move(read)), at_(first()) {}
+    : segments_(std::move(segments)), on_move_(std::move(on_move)), read_(std::move(read)) {
+    for (Segment& segment : segments_) {
+        const bool marked = segment.range.begin == 0 && segment.input.starts_with(byte_order_mark) &&
+                            segment.range.end >= byte_order_mark.size();
+        if (marked) segment.range.begin = byte_order_mark.size();
+    }
+    at_ = first();
+}
 
 Position LineCursor::first() const {
     return {0, segments_.empty() ? 0 : segments_.front().range.begin};

@@ -41,7 +41,8 @@ struct Line {
 constexpr std::size_t longest_line = std::size_t{1} << 20;
 
 /// Reads text by lines from a row of segments. A line ends at CR LF, LF, CR or CR CR LF, and at the end of its segment.
-/// A segment without bytes, other than the first, is an empty line.
+/// A segment without bytes, other than the first, is an empty line. A byte order mark at the beginning of an input is
+/// no part of its first line.
 class LineCursor {
   public:
     /// `on_move` is told now and then up to where a segment has been read; where it returns false the reading ends.

@@ -68,13 +68,15 @@ std::vector<Problem> problems_by(const Opened& message, const Attachment& file) 
 }
 
 /// Puts what `message` holds behind it, and the encoded messages among that into `further`. What was seen on the way
-/// is told of the message's place in the input.
+/// is told of the message's place in the input, each kind of the text as a whole once.
 void scan_opened(const Opened& message, const files::MappedFile& input, Texts texts, Files& files,
                  std::vector<Problem>& problems, std::vector<Encoded>& further) {
     LineCursor cursor({{input.bytes(), message.text}});
-    Found found = scan(cursor, texts);
+    Found found = scan(cursor, texts, most_files - std::min(files.size(), most_files));
     const std::uint64_t place = message.message.place;
     for (Problem& problem : found.problems) {
+        const auto same = [&](const Problem& earlier) { return earlier.kind == problem.kind; };
+        if (std::any_of(problems.begin(), problems.end(), same)) continue;
         problem.at_input = place;
         problems.push_back(std::move(problem));
     }

@@ -3,129 +3,44 @@
 #include "codec/base64_lines.h"
 #include "codec/entity_stack.h"
 #include "codec/header_block.h"
-#include "codec/hex.h"
+#include "codec/message_separator.h"
 #include "codec/nested_message.h"
 #include "codec/part_label.h"
+#include "codec/part_signs.h"
 #include "codec/tagged_lines.h"
 #include "codec/text_scan.h"
 #include "text/ascii.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace quill::codec {
 namespace {
 
 constexpr unsigned most_nested_headers = 10'000;
-constexpr unsigned most_checked_lines = 64;
-
-/// The place of the line end before `at`, or `at` where there is none.
-Position before_line_end(const LineCursor& cursor, Position at) {
-    const Segment& segment = cursor.segment(at);
-    const auto back = [&](char c) {
-        if (at.offset <= segment.range.begin || segment.input[at.offset - 1] != c) return false;
-        --at.offset;
-        return true;
-    };
-    if (back('\n')) {
-        if (back('\r')) back('\r');
-    } else {
-        back('\r');
-    }
-    return at;
-}
-
-bool has_time(std::string_view line) {
-    const auto digit = [](char c) { return c >= '0' && c <= '9'; };
-    line = line.substr(0, peeked_characters);
-    for (std::size_t at = line.find(':'); at != std::string_view::npos; at = line.find(':', at + 1)) {
-        if (at > 0 && at + 2 < line.size() && digit(line[at - 1]) && digit(line[at + 1]) && digit(line[at + 2]))
-            return true;
-    }
-    return false;
-}
-
-Position behind_byte_order_mark(const LineCursor& cursor) {
-    constexpr std::string_view mark = "\xEF\xBB\xBF";
-    Position at = cursor.first();
-    if (cursor.rest(at).starts_with(mark)) at.offset += mark.size();
-    return at;
-}
-
-/// Whether the line at `at` stands behind an empty line, or first.
-bool is_behind_blank(const LineCursor& cursor, Position at) {
-    const std::uint64_t first = cursor.segment(at).range.begin;
-    if (at.offset == first || at == behind_byte_order_mark(cursor)) return true;
-    const Position end = before_line_end(cursor, at);
-    if (end.offset == first) return true;
-    const char c = cursor.segment(at).input[end.offset - 1];
-    return c == '\n' || c == '\r';
-}
-
-/// The line that begins a message in an mbox file (RFC 4155).
-bool is_separator(const LineCursor& cursor, const Line& line) {
-    if (!line.text.starts_with("From ") || !is_behind_blank(cursor, line.begin)) return false;
-    Line next;
-    if (!cursor.peek(line.next, peeked_characters, next)) return false;
-    return begins_message_header(next.text) || (has_time(line.text) && !field_name(next.text).empty());
-}
-
-bool is_content_field(std::string_view line) {
-    return text::starts_with_ignoring_case(line, "content-") && begins_message_header(line);
-}
-
-bool is_multipart(const ContentHeader& header) {
-    return header.type.starts_with("multipart/");
-}
-
-/// A message within a message, whose header follows at once.
-bool is_nested_message(const ContentHeader& header) {
-    return header.type.starts_with("message/") && header.type != "message/partial" &&
-           header.type != "message/delivery-status" && header.encoding == TransferEncoding::identity;
-}
-
-/// A message in quoted-printable shows its boundaries, which count when it has been decoded.
-bool shows_inner_boundaries(const ContentHeader& header) {
-    return is_message_type(header.type) && header.encoding == TransferEncoding::quoted_printable;
-}
-
-/// Whether the header at `at` was never put in quoted-printable, which has each of its "=" as "=3D".
-bool is_plain_header(const LineCursor& cursor, Position at, const IsStop& is_stop) {
-    Line line;
-    for (unsigned n = 0; n < most_checked_lines && cursor.peek(at, peeked_characters, line); ++n, at = line.next) {
-        if (is_blank_line(line.text) || is_stop(line)) return false;
-        const std::string_view text = text::trim(line.text);
-        for (std::size_t i = text.find('='); i != text.npos && i + 1 < text.size(); i = text.find('=', i + 1)) {
-            const auto code = hex_byte(text.substr(i + 1));
-            const bool is_value = text::ends_with_ignoring_case(text.substr(0, i), "boundary") ||
-                                  text::ends_with_ignoring_case(text.substr(0, i), "name");
-            if (!code || (is_value && *code > ' ' && *code != '=')) return true;
-        }
-    }
-    return false;
-}
-
-bool wraps_file(const ContentHeader& header) {
-    return header.encoding == TransferEncoding::uuencode || header.encoding == TransferEncoding::binhex ||
-           header.encoding == TransferEncoding::yenc || header.type == "application/mac-binhex40" ||
-           header.type == "application/x-uuencode" || header.type == "application/x-uuencoded";
-}
 
 class Scanner {
   public:
-    Scanner(LineCursor& cursor, Texts texts)
+    Scanner(LineCursor& cursor, Texts texts, std::size_t room)
         : cursor_(cursor),
           is_stop_([this](const Line& line) { return is_stop(line); }),
-          text_{cursor, is_stop_, found_, texts} {}
+          text_{cursor, is_stop_, found_, texts, room} {}
 
     Found run();
 
   private:
     bool is_stop(const Line& line) const;
+    bool begins_message(const Line& line) const;
+    void keep_stated_length(const HeaderBlock& block);
     bool is_guessed_boundary(const Line& line) const;
 
     bool take_boundary(const Line& line);
+    void cross_boundary(EntityStack::Match match, Position data_end, Position begin);
     bool take_guessed_boundary(const Line& line);
+    bool take_misplaced_boundary(const Line& line);
+    bool take_unannounced_header(const Line& line);
+    bool take_next_piece(const Line& line);
     bool take_message(const Line& line);
     bool take_embedded_header(const Line& line);
     void take_text(const Line& line);
@@ -134,10 +49,12 @@ class Scanner {
     void begin_message();
     void open_part(bool in_digest, bool embedded);
     void open_multipart(ContentHeader header);
+    void report_too_deep();
     void open_leaf(HeaderBlock block, bool embedded);
     void close_as_text(Level& level);
     void close_leaf(Level& level, Position end, bool cut_off);
     void pop_to(std::size_t level, Position end, bool cut_off);
+    void report_text_behind(const Leaf& leaf, Attachment& attachment) const;
     FoundFile file_of(const Leaf& leaf, Position end) const;
     void name_wrapped(const Leaf& leaf);
 
@@ -146,13 +63,34 @@ class Scanner {
     Found found_;
     TextScan text_;
     EntityStack stack_;
-    Position line_begin_;  ///< of the line that is being looked at; behind the last one at the end
+    bool too_deep_ = false;
+    Position message_end_;  ///< of the message that is being read, where its header states it
+    Position line_begin_;   ///< of the line that is being looked at; behind the last one at the end
 };
 
 bool Scanner::is_stop(const Line& line) const {
     if (line.continued) return false;
     if (line.text.starts_with("--")) return stack_.match(line.text).has_value() || is_guessed_boundary(line);
-    return is_separator(cursor_, line);
+    return begins_message(line);
+}
+
+/// A separator counts unless it lies within the length that the message's header states.
+bool Scanner::begins_message(const Line& line) const {
+    return is_separator(cursor_, line) && line.begin >= message_end_;
+}
+
+/// Remembers where the message ends whose header is `block` (Content-Length), where it does end there: at the end of
+/// the text or before a line that begins another message.
+void Scanner::keep_stated_length(const HeaderBlock& block) {
+    message_end_ = {};
+    if (!block.header.content_length) return;
+    Position end = cursor_.position();
+    const std::string_view rest = cursor_.rest(end);
+    if (*block.header.content_length > rest.size()) return;
+    end.offset += *block.header.content_length;
+    Line next;
+    for (unsigned i = 0; i < 2 && cursor_.peek(end, peeked_characters, next) && next.text.empty(); ++i) end = next.next;
+    if (end >= cursor_.last() || (!next.continued && next.text.starts_with("From "))) message_end_ = end;
 }
 
 /// A line that must be a boundary although none of that name is known: a part's header follows at once.
@@ -169,12 +107,15 @@ void Scanner::begin_message() {
     text_.label = {};
     text_.in_armor = false;
     text_.in_message = true;
+    message_end_ = {};
     open_part(false, false);
 }
 
 /// Reads the header at the cursor, and those of messages within, up to a body.
 void Scanner::open_part(bool in_digest, bool embedded) {
+    text_.base64_open = false;
     HeaderBlock block = read_header(cursor_, is_stop_);
+    if (stack_.levels.size() == 1 && message_end_ == Position{}) keep_stated_length(block);
     if (in_digest && block.header.type.empty()) block.header.type = "message/rfc822";
     const auto holds_message = [&] {
         const bool plain =
@@ -189,15 +130,16 @@ void Scanner::open_part(bool in_digest, bool embedded) {
     if (is_multipart(block.header) && stack_.levels.size() <= deepest_nesting) {
         open_multipart(std::move(block.header));
     } else {
-        if (is_multipart(block.header)) {
-            found_.problems.push_back({Grade::lost,
-                                       "too-deep",
-                                       cursor_.position().offset,
-                                       {},
-                                       "Messages lie in each other deeper than is followed"});
-        }
+        if (is_multipart(block.header)) report_too_deep();
         open_leaf(std::move(block), embedded);
     }
+}
+
+/// Reports nesting that is too deep, once.
+void Scanner::report_too_deep() {
+    if (std::exchange(too_deep_, true)) return;
+    found_.problems.push_back(
+        {Grade::lost, "too-deep", cursor_.position().offset, {}, "Messages lie in each other deeper than is followed"});
 }
 
 void Scanner::open_multipart(ContentHeader header) {
@@ -271,6 +213,21 @@ void Scanner::name_wrapped(const Leaf& leaf) {
     file.attachment.content_type = leaf.header.type;
 }
 
+/// Says that text follows the data of a Base64 body, and whether it may stand in place of the last rows.
+void Scanner::report_text_behind(const Leaf& leaf, Attachment& attachment) const {
+    const Position at = *leaf.data_end;
+    if (ends_base64(cursor_, at, leaf.line_size)) {
+        attachment.problems.push_back(
+            {Grade::repaired, "text-after-data", at.offset, {}, "Text that is no Base64 stands behind the data"});
+    } else {
+        attachment.problems.push_back({Grade::damaged,
+                                       "doubtful-end",
+                                       at.offset,
+                                       {},
+                                       "Text follows a full row of the data, perhaps in place of its last rows"});
+    }
+}
+
 void Scanner::close_leaf(Level& level, Position end, bool cut_off) {
     if (!level.leaf) return;
     const Leaf leaf = std::move(*level.leaf);
@@ -281,13 +238,7 @@ void Scanner::close_leaf(Level& level, Position end, bool cut_off) {
     }
     const bool text_behind = leaf.data_end && *leaf.data_end < end && leaf.line_size > 0;
     FoundFile file = file_of(leaf, text_behind ? *leaf.data_end : end);
-    if (text_behind) {
-        file.attachment.problems.push_back({Grade::repaired,
-                                            "text-after-data",
-                                            leaf.data_end->offset,
-                                            {},
-                                            "Text that is no Base64 stands behind the data"});
-    }
+    if (text_behind) report_text_behind(leaf, file.attachment);
     if (leaf.embedded && file.attachment.message_text) return;
     file.attachment.cut_off = cut_off && level.multipart;
     if (leaf.wraps_file) {
@@ -336,14 +287,68 @@ void Scanner::pop_to(std::size_t level, Position end, bool cut_off) {
 bool Scanner::take_boundary(const Line& line) {
     const std::optional<EntityStack::Match> match = stack_.match(line.text);
     if (!match) return take_guessed_boundary(line);
-    pop_to(match->level, before_line_end(cursor_, line.begin), false);
+    cross_boundary(*match, before_line_end(cursor_, line.begin), line.begin);
+    return true;
+}
+
+void Scanner::cross_boundary(EntityStack::Match match, Position data_end, Position begin) {
+    pop_to(match.level, data_end, false);
     Level& level = stack_.top();
     text_.in_armor = false;
-    level.closed = match->closing;
-    level.end = line.begin;
-    if (match->closing) return true;
+    level.closed = match.closing;
+    level.end = begin;
+    if (match.closing) return;
     ++level.parts;
     open_part(level.header.type == "multipart/digest", false);
+}
+
+/// In a body of Base64: a boundary that is indented or quoted, or whose line end before it is lost.
+bool Scanner::take_misplaced_boundary(const Line& line) {
+    const std::optional<Leaf>& leaf = stack_.top().leaf;
+    const std::size_t at = line.text.find("--");
+    if (!leaf || leaf->header.encoding != TransferEncoding::base64 || at == 0 || at == line.text.npos) return false;
+    const std::string_view before = line.text.substr(0, at);
+    const bool indented = before.find_first_not_of(" \t>|") == before.npos;
+    if (!indented && !is_base64_line(before)) return false;
+    const std::optional<EntityStack::Match> match = stack_.match(line.text.substr(at));
+    if (!match) return false;
+    Position data_end = line.begin;
+    data_end.offset += at;
+    cross_boundary(*match, indented ? before_line_end(cursor_, line.begin) : data_end, line.begin);
+    return true;
+}
+
+/// Behind a body of Base64: the header of a part or message whose boundary, or "From " line, is lost.
+bool Scanner::take_unannounced_header(const Line& line) {
+    if (field_name(line.text).empty() || !announces_content(cursor_, line)) return false;
+    Leaf& leaf = *stack_.top().leaf;
+    if (leaf.embedded) return false;
+    if (!leaf.data_end && !ends_base64(cursor_, line.begin, leaf.line_size)) leaf.data_end = line.begin;
+    cursor_.seek(line.begin);
+    if (stack_.levels.size() == 1) {
+        pop_to(0, line.begin, false);
+        begin_message();
+    } else {
+        close_leaf(stack_.top(), line.begin, false);
+        ++stack_.top().parts;
+        open_part(false, false);
+    }
+    return true;
+}
+
+/// In a piece of a message: the header of a message that holds the next piece, where "From " lines are lost.
+bool Scanner::take_next_piece(const Line& line) {
+    const Leaf& leaf = *stack_.top().leaf;
+    if (leaf.header.type != "message/partial" || stack_.levels.size() > 1 || field_name(line.text).empty())
+        return false;
+    if (!is_behind_blank(cursor_, line.begin) || !announces_content(cursor_, line)) return false;
+    const Position behind = cursor_.position();
+    cursor_.seek(line.begin);
+    const bool piece = read_header(cursor_, is_stop_).header.type == "message/partial";
+    cursor_.seek(piece ? line.begin : behind);
+    if (!piece) return false;
+    pop_to(0, before_line_end(cursor_, line.begin), false);
+    begin_message();
     return true;
 }
 
@@ -364,7 +369,7 @@ bool Scanner::take_guessed_boundary(const Line& line) {
 
 /// The beginning of a message: behind the separator of an mbox file, or where the text so far was no message.
 bool Scanner::take_message(const Line& line) {
-    if (is_separator(cursor_, line)) {
+    if (begins_message(line)) {
         const Position end = before_line_end(cursor_, line.begin);
         pop_to(0, end, true);
         begin_message();
@@ -438,14 +443,14 @@ void Scanner::follow_data(const Line& line) {
         return;
     }
     const bool begun = leaf.line_size > 0;
-    if (!begun || leaf.data_end || base64_resumes(text_, line.next)) return;
+    if (!begun || take_misplaced_boundary(line) || take_unannounced_header(line)) return;
+    if (leaf.data_end || base64_resumes(text_, line.next)) return;
     leaf.data_end = line.begin;
     if (leaf.embedded) pop_to(stack_.levels.size() - 2, line.begin, false);
 }
 
 Found Scanner::run() {
     Line line;
-    cursor_.seek(behind_byte_order_mark(cursor_));
     while (cursor_.next(line)) {
         if (line.continued) continue;
         line_begin_ = line.begin;
@@ -453,7 +458,7 @@ Found Scanner::run() {
         if (line.text.starts_with('-') && take_boundary(line)) continue;
         if (!opaque) {
             take_text(line);
-        } else if (!is_separator(cursor_, line) || !take_message(line)) {
+        } else if ((!begins_message(line) || !take_message(line)) && !take_next_piece(line)) {
             follow_data(line);
         }
     }
@@ -466,8 +471,8 @@ Found Scanner::run() {
 
 }  // namespace
 
-Found scan(LineCursor& cursor, Texts texts) {
-    return Scanner(cursor, texts).run();
+Found scan(LineCursor& cursor, Texts texts, std::size_t room) {
+    return Scanner(cursor, texts, room).run();
 }
 
 }  // namespace quill::codec

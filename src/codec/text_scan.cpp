@@ -31,19 +31,23 @@ void TextScan::add(FoundFile file, std::uint32_t at_order) {
     if (texts == Texts::left_out && file.attachment.message_text && !opened_later) return;
     if (file.tentative) {
         ++tentative;
-    } else if (found.files.size() - tentative >= most_files) {
-        if (found.problems.empty()) {
-            const std::uint64_t at = file.attachment.body.empty() ? 0 : file.attachment.body.front().begin;
-            found.problems.push_back({Grade::lost,
-                                      "too-many-files",
-                                      at,
-                                      {},
-                                      "The input holds more files than are kept; those from here on are left out"});
-        }
+    } else if (found.files.size() - tentative >= room) {
+        report_full(file.attachment);
         return;
     }
     file.order = at_order;
     found.files.push_back(std::move(file));
+}
+
+/// Reports, once, that there is no room for a file.
+void TextScan::report_full(const Attachment& attachment) {
+    if (std::exchange(full, true)) return;
+    const std::uint64_t at = attachment.body.empty() ? 0 : attachment.body.front().begin;
+    found.problems.push_back({Grade::lost,
+                              "too-many-files",
+                              at,
+                              {},
+                              "The input holds more files than are kept; those from here on are left out"});
 }
 
 bool is_blank_line(std::string_view line) {

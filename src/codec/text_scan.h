@@ -11,10 +11,7 @@
 
 namespace quill::codec {
 
-/// More files than this are not kept of one text.
-constexpr std::size_t most_files = 32'767;
-
-/// Nor more pieces, besides, that count only where something asks for them.
+/// More pieces than this, besides files, that count only where something asks for them are not kept of one text.
 constexpr std::size_t most_tentative = 10'000;
 
 /// What a format works on while running text is looked through.
@@ -23,16 +20,20 @@ struct TextScan {
     const IsStop& is_stop;  ///< lines that end the text
     Found& found;
     Texts texts = Texts::kept;
-    PartLabel label = {};       ///< what the text last said of the part that it holds
-    bool in_armor = false;      ///< within "-----BEGIN ...": Base64 that is no file
-    bool in_message = false;    ///< a header said what this text is
-    std::size_t tentative = 0;  ///< pieces among the files that count only where something asks for them
+    std::size_t room = most_files;  ///< for files
+    PartLabel label = {};           ///< what the text last said of the part that it holds
+    bool in_armor = false;          ///< within "-----BEGIN ...": Base64 that is no file
+    bool in_message = false;        ///< a header said what this text is
+    bool base64_open = false;       ///< a file in Base64 lacks its end in this text
+    std::size_t tentative = 0;      ///< pieces among the files that count only where something asks for them
     std::uint32_t order = 0;
+    bool full = false;  ///< a file was left out
 
     /// Enters a file at the end, or at the place `at_order` that was kept for it; not where there are too many, nor a
     /// text that is to be left out.
     void add(FoundFile file) { add(std::move(file), order++); }
     void add(FoundFile file, std::uint32_t at_order);
+    void report_full(const Attachment& attachment);
 };
 
 /// A format that announces itself, or can be told, in running text.
