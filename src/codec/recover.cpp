@@ -67,6 +67,13 @@ std::vector<std::uint32_t> sources_of(const Attachment& attachment) {
     return out;
 }
 
+constexpr const char* input_changed = "The input changed while it was read";
+
+/// Says of a result, or of the inputs as a whole, that an input did not stay as it was.
+Problem changed_problem(bool cut_short) {
+    return {cut_short ? Grade::lost : Grade::damaged, "input-changed", 0, {}, input_changed};
+}
+
 }  // namespace
 
 Result<Recovery> Recovery::open(std::span<const std::string> paths, const OnProgress& progress, Texts texts) {
@@ -99,6 +106,7 @@ Result<Recovery> Recovery::open(std::span<const std::string> paths, const OnProg
         Found found = scan(cursor, texts);
         if (cursor.stopped()) return Error{ErrorCode::cancelled, 0, "Stopped"};
         if (tagged) tell_tags(found);
+        if (input.cut_short() || input.changed()) out.problems_.push_back(changed_problem(input.cut_short()));
         before += input.bytes().size();
         input.release_before(input.bytes().size());
         const auto encoded = [](const FoundFile& file) { return is_encoded_message(file.attachment); };
@@ -152,8 +160,20 @@ OnRead Recovery::release_behind(const Attachment& attachment, const OnProgress& 
 }
 
 Outcome Recovery::check(const Attachment& attachment) const {
-    return decode(
+    Outcome outcome = decode(
         attachment, bytes_of(inputs_), [](std::string_view) { return true; }, release_behind(attachment, {}), reader());
+    note_changes(attachment, outcome);
+    return outcome;
+}
+
+/// Takes the verdict back where an input did not stay as it was.
+void Recovery::note_changes(const Attachment& attachment, Outcome& outcome) const {
+    for (const std::uint32_t source : sources_of(attachment)) {
+        const bool cut_short = inputs_[source].cut_short();
+        if (!cut_short && !inputs_[source].changed()) continue;
+        outcome.problems.push_back(changed_problem(cut_short));
+        outcome.verdict = std::max(outcome.verdict, cut_short ? Verdict::incomplete : Verdict::damaged);
+    }
 }
 
 Result<Recovered> Recovery::write(const Attachment& attachment, const std::string& path,
@@ -170,9 +190,10 @@ Result<Recovered> Recovery::write(const Attachment& attachment, const std::strin
     if (file->failed()) return file->error();
     if (stopped) return Error{ErrorCode::cancelled, 0, "Stopped"};
     for (const std::uint32_t source : sources_of(attachment)) {
-        if (inputs_[source].cut_short()) return Error{ErrorCode::io, 0, "The input was cut off while it was read"};
+        if (inputs_[source].cut_short()) return Error{ErrorCode::io, 0, input_changed};
         out.sources.push_back(paths_[source]);
     }
+    note_changes(attachment, out.outcome);
     if (out.outcome.size == 0 && out.outcome.verdict >= Verdict::damaged) {
         const std::uint64_t at = attachment.body.empty() ? 0 : attachment.body.front().begin;
         return Error{ErrorCode::bad_input, at, "Nothing could be decoded"};

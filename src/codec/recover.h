@@ -52,6 +52,7 @@ class Recovery {
 
   private:
     void take(std::vector<FoundFile> files);
+    void note_changes(const Attachment& attachment, Outcome& outcome) const;
     ReadInput reader() const;
     OnRead release_behind(const Attachment& attachment, const OnProgress& progress) const;
 

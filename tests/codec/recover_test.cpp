@@ -1,3 +1,4 @@
+#include "codec/encoded.h"
 #include "codec/library.h"
 #include "files/directory.h"
 #include "support/temporary_directory.h"
@@ -6,6 +7,8 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+#include <filesystem>
 #include <gmock/gmock.h>
 #include <string>
 #include <sys/stat.h>
@@ -15,26 +18,14 @@
 namespace quill::codec {
 namespace {
 
+using tests::base64;
+
 std::string data_path(const std::string& name) {
     return std::string(QUILL_TEST_DATA "/") + name;
 }
 
 std::string data(const std::string& name) {
     return files::read_file(data_path(name)).value();
-}
-
-std::string base64(std::string_view bytes) {
-    constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    std::string out;
-    unsigned bits = 0, count = 0;
-    for (const char c : bytes) {
-        bits = bits << 8U | static_cast<unsigned char>(c);
-        for (count += 8; count >= 6; count -= 6) out.push_back(alphabet[bits >> (count - 6) & 63U]);
-    }
-    if (count > 0) out.push_back(alphabet[bits << (6 - count) & 63U]);
-    while (out.size() % 4 != 0) out.push_back('=');
-    for (std::size_t at = 76; at < out.size(); at += 77) out.insert(at, "\n");
-    return out;
 }
 
 /// What other programs wrote, and what they made it from.
@@ -107,6 +98,45 @@ TEST(Recovery, WritesNoFileWhereNothingCouldBeDecoded) {
     ASSERT_FALSE(written);
     EXPECT_EQ(written.error().code, ErrorCode::bad_input);
     EXPECT_EQ(dir.names(), std::vector<std::string>{"in"});
+}
+
+TEST(Recovery, AnInputThatDoesNotStayAsItWasVouchesForNothing) {
+    tests::TemporaryDirectory dir;
+    const std::string text = "begin 644 cat\n#0V%T\n`\nend\nsize 3\n";
+    const std::string in = dir.write("in", text);
+    const auto opened = [&] { return Recovery::open(std::array{in}).value(); };
+    const auto kinds = [](const Outcome& outcome) {
+        std::vector<std::string> out;
+        for (const Problem& problem : outcome.problems) out.push_back(problem.kind);
+        return out;
+    };
+    const Recovery changed = opened();
+    EXPECT_EQ(changed.check(changed.attachments().at(0)).verdict, Verdict::verified);
+    std::filesystem::last_write_time(in, std::filesystem::file_time_type::clock::now() + std::chrono::hours(1));
+    Outcome outcome = changed.check(changed.attachments().at(0));
+    EXPECT_EQ(outcome.verdict, Verdict::damaged);
+    EXPECT_THAT(kinds(outcome), testing::ElementsAre("input-changed"));
+    const Recovery cut = opened();
+    std::filesystem::resize_file(in, 16);
+    outcome = cut.check(cut.attachments().at(0));
+    EXPECT_EQ(outcome.verdict, Verdict::incomplete);
+    EXPECT_THAT(kinds(outcome), testing::Contains("input-changed"));
+    EXPECT_FALSE(cut.write(cut.attachments().at(0), dir.path("out"), files::OnCollision::fail));
+}
+
+TEST(Recovery, TheFilesOfEncodedMessagesCountForTheLimit) {
+    tests::TemporaryDirectory dir;
+    std::string inner = "Subject: x\n\n";
+    for (int i = 0; i < 20'000; ++i) inner += "begin 644 a\n#0V%T\n`\nend\n";
+    std::string text = "MIME-Version: 1.0\nContent-Type: multipart/mixed; boundary=b\n\n";
+    for (int i = 0; i < 3; ++i) {
+        text += "--b\nContent-Type: message/rfc822\nContent-Transfer-Encoding: base64\n\n" + base64(inner) + "\n";
+    }
+    const Result<Recovery> recovery =
+        Recovery::open(std::array{dir.write("in", text + "--b--\n")}, {}, Texts::left_out);
+    ASSERT_TRUE(recovery);
+    EXPECT_LE(recovery->attachments().size(), most_files);
+    EXPECT_EQ(recovery->problems().size(), 1U);
 }
 
 /// A message with a picture, and `rounds` times a message around it that has it in Base64.
