@@ -81,43 +81,51 @@ bool has_foreign_lines(const FoundFile& file, std::span<const std::string_view> 
     return false;
 }
 
+/// Enters `copy`, whose lines are those of no other, among the copies that are kept.
+void keep_copy(PartCopies& copies, std::size_t copy, std::span<const FoundFile> files,
+               std::span<const std::string_view> inputs) {
+    const auto first = copies.kept.begin();
+    const auto last = first + static_cast<std::ptrdiff_t>(std::min(copies.kept.size(), most_compared));
+    const auto cut_off =
+        std::find_if(first, last, [&](std::size_t kept) { return is_beginning(files[kept], files[copy], inputs); });
+    const bool is_cut_off =
+        std::any_of(first, last, [&](std::size_t kept) { return is_beginning(files[copy], files[kept], inputs); });
+    copies.doubtful = copies.doubtful || is_cut_off || cut_off != last;
+    if (is_cut_off) {
+        copies.left_out.push_back(copy);
+    } else if (cut_off != last) {
+        copies.left_out.push_back(std::exchange(*cut_off, copy));
+    } else {
+        copies.kept.push_back(copy);
+    }
+}
+
+/// Leaves out copies with foreign lines where there are others.
+void prefer_clean(PartCopies& copies, std::span<const FoundFile> files, std::span<const std::string_view> inputs) {
+    if (copies.kept.size() < 2) return;
+    const auto foreign = std::stable_partition(copies.kept.begin(), copies.kept.end(), [&](std::size_t copy) {
+        return !has_foreign_lines(files[copy], inputs);
+    });
+    if (foreign == copies.kept.begin() || foreign == copies.kept.end()) return;
+    copies.doubtful = true;
+    std::copy(foreign, copies.kept.end(), std::back_inserter(copies.left_out));
+    copies.kept.erase(foreign, copies.kept.end());
+}
+
 }  // namespace
 
 PartCopies choose_copies(std::span<const FoundFile> files, std::span<const std::size_t> copies,
                          std::span<const std::string_view> inputs) {
     PartCopies out;
-    if (copies.size() == 1) {
-        out.kept.push_back(copies.front());
-        return out;
-    }
     std::set<std::pair<std::uint64_t, std::uint32_t>> seen;
     for (const std::size_t copy : copies) {
-        if (!seen.insert(digest_of(files[copy], inputs)).second) {
-            out.left_out.push_back(copy);
-            continue;
-        }
-        const auto first = out.kept.begin();
-        const auto last = first + static_cast<std::ptrdiff_t>(std::min(out.kept.size(), most_compared));
-        const bool cut =
-            std::any_of(first, last, [&](std::size_t kept) { return is_beginning(files[copy], files[kept], inputs); });
-        const auto shorter =
-            std::find_if(first, last, [&](std::size_t kept) { return is_beginning(files[kept], files[copy], inputs); });
-        out.doubtful = out.doubtful || cut || shorter != last;
-        if (cut) {
-            out.left_out.push_back(copy);
-        } else if (shorter != last) {
-            out.left_out.push_back(std::exchange(*shorter, copy));
+        if (copies.size() == 1 || seen.insert(digest_of(files[copy], inputs)).second) {
+            keep_copy(out, copy, files, inputs);
         } else {
-            out.kept.push_back(copy);
+            out.left_out.push_back(copy);
         }
     }
-    if (out.kept.size() < 2) return out;
-    const auto foreign = std::stable_partition(
-        out.kept.begin(), out.kept.end(), [&](std::size_t copy) { return !has_foreign_lines(files[copy], inputs); });
-    if (foreign == out.kept.begin() || foreign == out.kept.end()) return out;
-    out.doubtful = true;
-    std::copy(foreign, out.kept.end(), std::back_inserter(out.left_out));
-    out.kept.erase(foreign, out.kept.end());
+    prefer_clean(out, files, inputs);
     return out;
 }
 
