@@ -3,6 +3,7 @@
 #include "codec/checksum.h"
 #include "text/utf8.h"
 #include "zip/format.h"
+#include "zip/letter_statistics.h"
 
 #include <algorithm>
 #include <array>
@@ -17,8 +18,9 @@ constexpr std::string_view utf8_page = "UTF-8";
 constexpr std::size_t most_names_looked_at = 2000;
 constexpr std::size_t most_decoded = 16U << 20U;
 constexpr std::string_view name_for_too_many = "unreadable";
+constexpr std::string_view western_dos = "CP437", russian_dos = "CP866";
 /// Asked in this order; a later one has to read better to be taken.
-constexpr std::array<std::string_view, 4> legacy_pages{"CP437", "CP866", "CP932", "CP1252"};
+constexpr std::array<std::string_view, 4> legacy_pages{western_dos, russian_dos, "CP932", "CP1252"};
 
 bool is_ascii(std::string_view s) {
     return std::all_of(s.begin(), s.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
@@ -62,8 +64,7 @@ Script script_of(char32_t c) {
     if (c < 0xA0) return Script::unlikely;
     if (c >= 0xC0 && c <= 0x17F && c != 0xD7 && c != 0xF7) return Script::latin;
     if (c >= 0x0400 && c <= 0x045F) return Script::cyrillic;
-    if ((c >= 0x3040 && c <= 0x30FF) || (c >= 0x4E00 && c <= 0x9FFF) || (c >= 0x3000 && c <= 0x3015) ||
-        (c >= 0xFF01 && c <= 0xFF5E)) {
+    if ((c >= 0x3040 && c <= 0x30FF) || (c >= 0x4E00 && c <= 0x9FFF) || c == 0x3005 || (c >= 0xFF01 && c <= 0xFF5E)) {
         return Script::kana_or_kanji;
     }
     if (c >= 0xFF61 && c <= 0xFF9F) return Script::unlikely;  // half-width: far rarer than its bytes in other pages
@@ -88,7 +89,8 @@ int score_pair(char32_t before, char32_t c) {
     if (script == Script::unlikely) return unlikely_cost;
     if (script == Script::latin) score += last == Script::latin ? pair_of_accents_cost : 2;
     if (script == Script::cyrillic) score += last == Script::cyrillic ? 3 : 1;
-    if (script == Script::kana_or_kanji) score += 4;  // stands for two bytes
+    // For two bytes each; one alone is more often a letter with an accent and the one after it.
+    if (script == Script::kana_or_kanji) score += last == Script::kana_or_kanji ? 5 : 1;
     if (script == Script::other_letter) score += -1;
     if (script == Script::neutral && c >= 0x80) score += -2;
     const auto is_word = [](Script s) { return s != Script::neutral && s != Script::unlikely; };
@@ -129,6 +131,18 @@ std::optional<std::string_view> plain_name(const Member& member) {
     return says_so || is_ascii(member.raw_name) ? std::optional(member.raw_name) : std::nullopt;
 }
 
+/// Nearly all bytes are letters in both pages of DOS: how often these letters occur decides.
+std::string_view likelier_dos_page(const std::vector<std::string_view>& names) {
+    Converter western(western_dos), russian(russian_dos);
+    double for_western = 0;
+    for (const std::string_view name : names) {
+        const std::optional<std::string> as_western = western.convert(name), as_russian = russian.convert(name);
+        if (as_western) for_western += likelihood(*as_western, Reading::western);
+        if (as_russian) for_western -= likelihood(*as_russian, Reading::russian);
+    }
+    return for_western >= 0 ? western_dos : russian_dos;
+}
+
 }  // namespace
 
 std::string_view detect_code_page(const std::vector<std::string_view>& names) {
@@ -148,7 +162,7 @@ std::string_view detect_code_page(const std::vector<std::string_view>& names) {
             best_score = sum;
         }
     }
-    return best;
+    return best == western_dos || best == russian_dos ? likelier_dos_page(names) : best;
 }
 
 std::string from_code_page(std::string_view bytes, std::string_view code_page) {

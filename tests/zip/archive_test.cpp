@@ -2,6 +2,7 @@
 
 #include "zip/archive_builder.h"
 #include "zip/extraction.h"
+#include "zip/member_names.h"
 #include "zip/member_reader.h"
 
 #include <gmock/gmock.h>
@@ -215,6 +216,37 @@ TEST(Archive, OnlyMembersThatShareBytesAreMarked) {
     for (const Member& member : archive->members()) marked.push_back(member.overlaps);
     EXPECT_THAT(marked, ElementsAre(false, true, false, true));
     EXPECT_FALSE(archive->is_sound());
+}
+
+TEST(MemberNames, LettersDecideBetweenTheDosPages) {
+    // Each name is written in the page that it is of; the other one reads it as letters too.
+    const struct {
+        const char* page;
+        std::vector<std::string_view> names;
+    } cases[] = {
+        {"CP866", {"\x80\x34.txt"}},                           // A4
+        {"CP866", {"\x8F\x90\x88\x82\x85\x92.TXT"}},           // PRIVET
+        {"CP866", {"Doc \xAE\xE2 5.txt"}},                     // Doc ot 5
+        {"CP866", {"1\x91.doc", "\x8E\xE2\xE7\xA5\xE2.doc"}},  // 1S, Otchet
+        {"CP866", {"\xEF.jpg", "\xE2\xEB.jpg"}},               // ya, ty
+        {"CP866", {"\xA4\xA0.txt"}},                           // da
+        {"CP437", {"M\x81ller.txt"}},                          // Mueller
+        {"CP437", {"\x85 la carte.doc"}},                      // a la carte
+        {"CP437",
+         {"\x8Erger.txt",
+          "\x9A"
+          "ber.txt"}},  // Aerger, Ueber
+        {"CP437",
+         {"cr\x8Am\x82 br\x96l\x82"
+          "e.txt"}},  // creme brulee
+        {"CP437",
+         {"Espa\xA4"
+          "a.txt",
+          "ma\xA4"
+          "ana.txt"}},
+        {"CP437", {"\x90t\x82.jpg"}},  // Ete
+    };
+    for (const auto& c : cases) EXPECT_EQ(detect_code_page(c.names), c.page) << c.names.front();
 }
 
 TEST(MemberReader, TakesTheNumbersThatTheDataAgreeWith) {
