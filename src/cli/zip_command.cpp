@@ -85,7 +85,7 @@ ExitStatus read(const ZipRequest& request, const Console& console, bool write) {
     report.archive_problems(request.archive, *archive);
     const std::vector<std::size_t> chosen = chosen_members(archive->members(), request.names, report);
 
-    const zip::MemberPaths paths(archive->members());
+    const zip::MemberPaths paths(write ? archive->members() : std::vector<zip::Member>());
 
     const Interruption interruption;
     ProgressBar bar(console, !request.quiet);

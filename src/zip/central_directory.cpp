@@ -86,6 +86,19 @@ bool is_here(std::string_view bytes, const Member& member) {
     return local && local->name == member.raw_name;
 }
 
+/// How many entries there seem to be. A count of 16 bits decides only where the directory is small.
+std::uint64_t count_entries(std::string_view bytes, const Directory& directory) {
+    const std::uint64_t most = (directory.end - directory.begin) / central_header_size;
+    if (directory.wide_count || most < directory.stated_count + count_modulus) return directory.stated_count;
+    std::uint64_t count = 0;
+    for (std::uint64_t at = directory.begin; at < directory.end; ++count) {
+        const std::optional<Header> header = parse_central_header(bytes, at);
+        if (!header) break;
+        at += header->size;
+    }
+    return count;
+}
+
 void check_surroundings(std::string_view bytes, const Directory& directory, std::vector<Problem>& problems) {
     const std::uint64_t end = directory.end_record + end_of_directory_size + directory.comment.size();
     if (directory.shift != 0) {
@@ -137,7 +150,7 @@ DirectoryContent read_directory(std::string_view bytes, const Directory& directo
     check_surroundings(bytes, directory, content.problems);
     const std::uint64_t most =
         std::min((directory.end - directory.begin) / central_header_size, most_members(bytes.size()));
-    content.members.reserve(directory.wide_count ? std::min(directory.stated_count, most) : most);
+    content.members.reserve(std::min(count_entries(bytes, directory), most));
     const std::uint32_t disk = own_disk(bytes, directory);
     std::uint64_t at = directory.begin;
     while (at < directory.end && content.members.size() < most) {

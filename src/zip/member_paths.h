@@ -28,7 +28,7 @@ class MemberPaths {
     std::size_t size() const { return ids_.size(); }
     MemberPath operator[](std::size_t member) const { return {tree_.path(ids_[member]), renamed_[member]}; }
 
-    /// How many comparisons of names it took.
+    /// How many look-ups and comparisons of names it took.
     std::uint64_t steps() const { return tree_.steps(); }
 
   private:

@@ -39,6 +39,7 @@ std::string_view PathTree::name_of(const Entry& entry) const {
 
 /// Where the entry is in the table, or where it would be put.
 std::size_t PathTree::slot_of(Id directory, std::string_view name) const {
+    ++steps_;
     const std::size_t mask = slots_.size() - 1;
     std::size_t slot = hash_of(directory, name) & mask;
     for (; slots_[slot] != none; slot = (slot + 1) & mask) {

@@ -38,7 +38,7 @@ class PathTree {
     std::size_t size() const { return entries_.size(); }
     /// The path from the root, without a slash at its beginning; empty for the root.
     std::string path(Id id) const;
-    /// How many entries have been compared with a name so far.
+    /// How many names have been looked up, and compared with a name, so far.
     std::uint64_t steps() const { return steps_; }
 
     /// Frees what only `find` and `add` need, which must not be called any more.
