@@ -18,7 +18,8 @@ constexpr std::uint32_t file_type_mask = 0170000;
 constexpr std::uint32_t link_type = 0120000;
 constexpr std::uint32_t directory_type = 0040000;
 constexpr std::uint32_t dos_directory_bit = 0x10;
-constexpr std::size_t aes_method_at = 5;  // behind its version, "AE" and strength
+constexpr std::size_t least_scanned = 100'000;  // members that are looked for in any file
+constexpr std::size_t aes_method_at = 5;        // behind its version, "AE" and strength
 
 /// A directory behind bytes that begin with a member of their own may be that of an archive inside a member, left over
 /// when the end of the file around it was cut off.
@@ -107,8 +108,9 @@ Result<Archive> Archive::parse(std::string_view bytes) {
 
 /// Looks for members by their own headers. Returns false where there is neither a directory nor a member.
 bool Archive::recover(bool directory_is_empty) {
-    const std::size_t most = most_members(bytes_.size());
-    std::deque<Member> scanned = scan_local_headers(bytes_, most);
+    const std::size_t most = most_members(bytes_.size()), most_scanned = std::max(least_scanned, most / 2);
+    std::deque<Member> scanned = scan_local_headers(bytes_, most_scanned);
+    const bool has_more = scanned.size() == most_scanned;
     if (directory_ && is_of_inner_archive(bytes_, *directory_, scanned)) {
         directory_.reset();
         std::vector<Member>().swap(members_);
@@ -121,6 +123,9 @@ bool Archive::recover(bool directory_is_empty) {
                              bytes_.size(),
                              {},
                              "the directory at the end is missing; members were found by their own headers"});
+    }
+    if (has_more) {
+        problems_.push_back({Grade::lost, "too-many", 0, {}, "there are more headers of members than are looked for"});
     }
     if (!directory_ || (directory_is_empty && !scanned.empty())) directory_whole_ = false;
     if (!directory_whole_) add_missing(members_, std::move(scanned), most);

@@ -100,6 +100,17 @@ TEST(Archive, RecoversMembersOfADamagedFile) {
     }
 }
 
+TEST(Archive, ReportsThatThereAreMoreMembersThanAFileOfItsSizeHas) {
+    const std::string header = ArchiveBuilder().add("a", "").members();
+    std::string bytes;
+    for (int i = 0; i < 100'001; ++i) bytes += header;
+    const Result<Archive> archive = Archive::parse(bytes);
+    ASSERT_TRUE(archive.ok());
+    EXPECT_EQ(archive->members().size(), 100'000U);
+    EXPECT_EQ(kinds(archive->problems()), "no-directory too-many");
+    EXPECT_FALSE(archive->is_sound());
+}
+
 TEST(Archive, ACutFileGivesItsLastMemberAsFarAsItGoes) {
     const std::string members = two_members().members();
     const Result<Archive> archive = Archive::parse(std::string_view(members).substr(0, members.size() - 4));
