@@ -1,35 +1,61 @@
 #include "cli/interruption.h"
 
-#include <array>
-#include <csignal>
+#include "files/unfinished.h"
+
+#include <atomic>
 
 namespace quill::cli {
 namespace {
 
-constexpr std::array signals{SIGHUP, SIGINT, SIGTERM};
-volatile std::sig_atomic_t caught_signal = 0;
-std::array<struct sigaction, signals.size()> previous;
+constexpr long patience = 150'000'000;  // nanoseconds
 
-void remember(int number) {
-    caught_signal = number;
+std::atomic<int> caught_signal = 0;
+timer_t timer;  // of the one Interruption that there is
+
+void end_process() {
+    files::remove_unfinished();
+    const int number = caught_signal;
+    std::signal(number, SIG_DFL);
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, number);
+    sigprocmask(SIG_UNBLOCK, &set, nullptr);  // it is blocked in its own handler
+    std::raise(number);
+}
+
+/// The first signal starts the timer; the timer's own, or a second one, ends the process. All calls in here may be made
+/// by a signal handler.
+void on_signal(int number) {
+    int none = 0;
+    if (number != SIGALRM && caught_signal.compare_exchange_strong(none, number)) {
+        const itimerspec once{{0, 0}, {0, patience}};
+        timer_settime(timer, 0, &once, nullptr);
+    } else if (caught_signal != 0) {
+        end_process();
+    }
 }
 
 }  // namespace
 
 Interruption::Interruption() {
+    sigevent event = {};
+    event.sigev_notify = SIGEV_SIGNAL;
+    event.sigev_signo = SIGALRM;
+    has_timer_ = timer_create(CLOCK_MONOTONIC, &event, &timer) == 0;
     struct sigaction action = {};
-    action.sa_handler = remember;
-    action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
+    action.sa_handler = on_signal;
+    action.sa_flags = static_cast<int>(SA_RESTART);
     sigemptyset(&action.sa_mask);
     for (std::size_t i = 0; i < signals.size(); ++i) {
-        sigaction(signals[i], nullptr, &previous[i]);
+        sigaction(signals[i], nullptr, &previous_[i]);
         // What the caller has switched off (nohup) stays off.
-        if (previous[i].sa_handler != SIG_IGN) sigaction(signals[i], &action, nullptr);
+        if (previous_[i].sa_handler != SIG_IGN) sigaction(signals[i], &action, nullptr);
     }
 }
 
 Interruption::~Interruption() {
-    for (std::size_t i = 0; i < signals.size(); ++i) sigaction(signals[i], &previous[i], nullptr);
+    if (has_timer_) timer_delete(timer);
+    for (std::size_t i = 0; i < signals.size(); ++i) sigaction(signals[i], &previous_[i], nullptr);
 }
 
 bool Interruption::caught() {
@@ -38,8 +64,7 @@ bool Interruption::caught() {
 
 void Interruption::end_process_if_caught() {
     if (caught_signal == 0) return;
-    std::signal(caught_signal, SIG_DFL);
-    std::raise(caught_signal);
+    end_process();
 }
 
 }  // namespace quill::cli

@@ -1,9 +1,14 @@
 #pragma once
 
+#include <array>
+#include <csignal>
+#include <ctime>
+
 namespace quill::cli {
 
-/// While it lives, the first signal that asks the process to end (HUP, INT, TERM) is only remembered, so that work can
-/// stop between two steps and leave no unfinished file behind. The second one acts as ever.
+/// While it lives, a signal that asks the process to end (HUP, INT, PIPE, TERM) is remembered, so that work can stop
+/// between two steps. Work that has not stopped after 150 ms, or at a second signal, is ended where it is; what it had
+/// not finished is removed. There is at most one at a time.
 class Interruption {
   public:
     Interruption();
@@ -16,6 +21,11 @@ class Interruption {
 
     /// Ends the process by the signal that was caught; returns where there was none.
     static void end_process_if_caught();
+
+  private:
+    static constexpr std::array signals{SIGHUP, SIGINT, SIGPIPE, SIGTERM, SIGALRM};
+    std::array<struct sigaction, signals.size()> previous_ = {};
+    bool has_timer_ = false;
 };
 
 }  // namespace quill::cli

@@ -1,6 +1,7 @@
 #include "cli/commands.h"
 #include "cli/interruption.h"
 
+#include <csignal>
 #include <iostream>
 #include <string>
 #include <sys/resource.h>
@@ -23,6 +24,7 @@ int main(int argc, char** argv) {
     using namespace quill::cli;
     const std::vector<std::string> arguments(argv + 1, argv + argc);
     allow_many_open_files();
+    std::signal(SIGXFSZ, SIG_IGN);  // a file that may grow no further is a full disk: writing fails
     std::ios::sync_with_stdio(false);
     const ExitStatus status = run(arguments, {std::cin, std::cout, std::cerr, isatty(STDERR_FILENO) == 1});
     Interruption::end_process_if_caught();
