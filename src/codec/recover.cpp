@@ -116,12 +116,12 @@ Result<Recovery> Recovery::open(std::span<const std::string> paths, const OnProg
         append(files, std::move(found.files));
         std::move(found.problems.begin(), found.problems.end(), std::back_inserter(out.problems_));
     }
-    out.take(join_parts(std::move(files), bytes_of(out.inputs_), out.paths_).files);
+    out.bytes_ = bytes_of(out.inputs_);
+    out.take(join_parts(std::move(files), out.bytes_, out.paths_).files);
     return out;
 }
 
 void Recovery::take(std::vector<FoundFile> files) {
-    const std::vector<std::string_view> inputs = bytes_of(inputs_);
     attachments_.reserve(files.size());
     for (FoundFile& file : files) {
         Attachment& attachment = file.attachment;
@@ -132,7 +132,7 @@ void Recovery::take(std::vector<FoundFile> files) {
         attachment.name = attachment_name(attachment.name);
         if (attachment.name.empty()) {
             attachment.name = made_up_name(attachment.message_text, attachment.content_type,
-                                           decode_first_bytes(attachment, inputs, first_bytes));
+                                           decode_first_bytes(attachment, bytes_, first_bytes));
         }
         attachments_.push_back(std::move(attachment));
     }
@@ -159,9 +159,9 @@ OnRead Recovery::release_behind(const Attachment& attachment, const OnProgress& 
         };
 }
 
-Outcome Recovery::check(const Attachment& attachment) const {
+Outcome Recovery::check(const Attachment& attachment, const OnProgress& progress) const {
     Outcome outcome = decode(
-        attachment, bytes_of(inputs_), [](std::string_view) { return true; }, release_behind(attachment, {}), reader());
+        attachment, bytes_, [](std::string_view) { return true; }, release_behind(attachment, progress), reader());
     note_changes(attachment, outcome);
     return outcome;
 }
@@ -177,7 +177,8 @@ void Recovery::note_changes(const Attachment& attachment, Outcome& outcome) cons
 }
 
 Result<Recovered> Recovery::write(const Attachment& attachment, const std::string& path,
-                                  files::OnCollision on_collision, const OnProgress& progress) const {
+                                  files::OnCollision on_collision, const OnProgress& progress,
+                                  const FindCopy& find_copy) const {
     Result<files::AtomicFile> file = files::AtomicFile::create(path);
     if (!file) return file.error();
     bool stopped = false;
@@ -185,21 +186,23 @@ Result<Recovered> Recovery::write(const Attachment& attachment, const std::strin
     Recovered out;
     out.format = attachment.format;
     out.outcome = decode(
-        attachment, bytes_of(inputs_), [&](std::string_view bytes) { return file->write(bytes); },
+        attachment, bytes_, [&](std::string_view bytes) { return file->write(bytes); },
         [&](std::uint32_t source, std::uint64_t offset) { return !(stopped = !on_read(source, offset)); }, reader());
-    if (file->failed()) return file->error();
     if (stopped) return Error{ErrorCode::cancelled, 0, "Stopped"};
     for (const std::uint32_t source : sources_of(attachment)) {
-        if (inputs_[source].cut_short()) return Error{ErrorCode::io, 0, input_changed};
+        if (inputs_[source].cut_short()) return files::changed_while_read();
         out.sources.push_back(paths_[source]);
     }
+    if (file->failed()) return file->error();
     note_changes(attachment, out.outcome);
     if (out.outcome.size == 0 && out.outcome.verdict >= Verdict::damaged) {
         const std::uint64_t at = attachment.body.empty() ? 0 : attachment.body.front().begin;
         return Error{ErrorCode::bad_input, at, "Nothing could be decoded"};
     }
-    Result<std::string> published = file->publish(on_collision);
+    const std::optional<std::string> copy = find_copy ? find_copy(*file) : std::nullopt;
+    const Result<std::string> published = copy ? Result(*copy) : file->publish(on_collision);
     if (!published) return published.error();
+    out.already_there = copy.has_value();
     out.path = *published;
     out.name = files::name_of(out.path);
     return out;

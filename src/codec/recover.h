@@ -7,7 +7,9 @@
 #include "files/mapped_file.h"
 #include "text/result.h"
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -26,7 +28,11 @@ struct Recovered {
     Format format = Format::identity;
     Outcome outcome;
     std::vector<std::string> sources;  ///< paths of the inputs that it was put together from
+    bool already_there = false;        ///< the file at `path` had the same bytes before: nothing was written
 };
+
+/// Returns the path of a file that has the bytes of the one written already; nullopt where there is none.
+using FindCopy = std::function<std::optional<std::string>(const files::AtomicFile& written)>;
 
 /// The inputs of a run, mapped and scanned: all that they hold, joined where a file's parts lie in several inputs.
 class Recovery {
@@ -42,13 +48,14 @@ class Recovery {
     /// Problems of the inputs as a whole: limits that were met.
     const std::vector<Problem>& problems() const { return problems_; }
 
-    /// Decodes without writing: what list and verify need.
-    Outcome check(const Attachment& attachment) const;
+    /// Decodes without writing: what list and verify need. Where `progress` stops it, the outcome is that so far.
+    Outcome check(const Attachment& attachment, const OnProgress& progress = {}) const;
 
-    /// Decodes `attachment` and publishes it as `path`. An output of which nothing at all could be decoded is still
-    /// written where its structure says that it is empty, else the error is `bad_input`.
+    /// Decodes `attachment` and publishes it as `path`, unless `find_copy` finds its bytes on the disk. An output of
+    /// which nothing at all could be decoded is still written where its structure says that it is empty, else the error
+    /// is `bad_input`. Fails with `io` where an input has changed meanwhile.
     Result<Recovered> write(const Attachment& attachment, const std::string& path, files::OnCollision on_collision,
-                            const OnProgress& progress = {}) const;
+                            const OnProgress& progress = {}, const FindCopy& find_copy = {}) const;
 
   private:
     void take(std::vector<FoundFile> files);
@@ -58,6 +65,7 @@ class Recovery {
 
     std::vector<std::string> paths_;
     std::vector<files::MappedFile> inputs_;
+    std::vector<std::string_view> bytes_;  ///< of the inputs
     std::vector<Attachment> attachments_;
     std::vector<Problem> problems_;
 };

@@ -77,15 +77,29 @@ bool is_directory(const std::string& path) {
     return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
+bool is_link(const std::string& path) {
+    struct stat status = {};
+    return lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
+}
+
+bool is_special(const std::string& path) {
+    struct stat status = {};
+    return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
+}
+
 bool is_executable(const std::string& path) {
     return file_size(path) && access(path.c_str(), X_OK) == 0;
 }
 
+std::optional<Identity> identity_of(const std::string& path) {
+    struct stat status = {};
+    if (stat(path.c_str(), &status) != 0) return std::nullopt;
+    return Identity{status.st_dev, status.st_ino};
+}
+
 bool same_file(const std::string& a, const std::string& b) {
-    struct stat of_a = {};
-    struct stat of_b = {};
-    if (stat(a.c_str(), &of_a) != 0 || stat(b.c_str(), &of_b) != 0) return false;
-    return of_a.st_dev == of_b.st_dev && of_a.st_ino == of_b.st_ino;
+    const std::optional<Identity> identity = identity_of(a);
+    return identity && identity == identity_of(b);
 }
 
 bool remove_file(const std::string& path) {

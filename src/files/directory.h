@@ -2,6 +2,7 @@
 
 #include "text/result.h"
 
+#include <compare>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -23,8 +24,24 @@ std::optional<std::uint64_t> file_size(const std::string& path);
 bool exists(const std::string& path);
 bool is_directory(const std::string& path);
 
+bool is_link(const std::string& path);
+
+/// Whether `path` leads to a pipe, a device or a socket, which output goes into instead of replacing it.
+bool is_special(const std::string& path);
+
 /// Whether `path` is a regular file that this process may execute.
 bool is_executable(const std::string& path);
+
+/// What tells a file from all others that are there, whatever links or spellings lead to it.
+struct Identity {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+
+    auto operator<=>(const Identity&) const = default;
+};
+
+/// Returns the identity of what `path` leads to; nullopt where there is nothing.
+std::optional<Identity> identity_of(const std::string& path);
 
 /// Whether both paths lead to one file that is there, whatever links or spellings lie between.
 bool same_file(const std::string& a, const std::string& b);

@@ -55,6 +55,10 @@ bool MappedFile::changed() const {
            status.st_mtim.tv_sec != written_.tv_sec || status.st_mtim.tv_nsec != written_.tv_nsec;
 }
 
+Error changed_while_read() {
+    return {ErrorCode::io, 0, "The input changed while it was read"};
+}
+
 void MappedFile::release_before(std::size_t offset) const {
     constexpr std::size_t step = std::size_t{1} << 20;
     offset = std::min(offset, bytes().size());

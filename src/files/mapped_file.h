@@ -46,4 +46,7 @@ class MappedFile {
     mutable std::size_t released_ = 0;
 };
 
+/// What is said of an input that was cut off or written to during a run.
+Error changed_while_read();
+
 }  // namespace quill::files

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace quill::files {
+
+/// Finds files that have certain bytes already among those of a row of names: `name.ext`, `name (2).ext` and so on.
+/// Remembers what it has seen of a row, so that many files of one name cost time in proportion to their number.
+class Copies {
+  public:
+    /// Returns the path of the first regular file in the row of `path` that has exactly `bytes`; nullopt where there is
+    /// none. A row ends at the first name that is free.
+    std::optional<std::string> find(const std::string& path, std::string_view bytes);
+
+  private:
+    /// The files of a row that have one size.
+    struct SameSize {
+        std::vector<unsigned> unread;                                    ///< their numbers
+        std::unordered_map<std::size_t, std::vector<unsigned>> by_hash;  ///< of their bytes
+    };
+    struct Row {
+        unsigned seen = 0;  ///< how many names
+        std::unordered_map<std::uint64_t, SameSize> by_size;
+    };
+
+    static void look(Row& row, const std::string& path);
+    static void read(SameSize& files, const std::string& path);
+
+    std::unordered_map<std::string, Row> rows_;
+};
+
+}  // namespace quill::files
