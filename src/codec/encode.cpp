@@ -7,6 +7,7 @@
 #include "codec/yenc_write.h"
 #include "files/directory.h"
 #include "files/path.h"
+#include "files/unfinished.h"
 
 #include <algorithm>
 #include <array>
@@ -56,19 +57,30 @@ std::uint64_t part_size(std::uint64_t size, const OutputFormat& format, const En
     return options.part_size == 0 ? size : options.part_size / format.part_unit * format.part_unit;
 }
 
-Status write_piece(const EncodePiece& piece, const files::MappedFile& input, const std::string& path,
-                   const OutputFormat& format, const EncodeOptions& options, const OnProgress& on_progress) {
-    Result<files::AtomicFile> file = files::AtomicFile::create(path);
+Error is_taken(const std::string& path) {
+    return {ErrorCode::exists, 0, "\"" + path + "\" is there already"};
+}
+
+/// Writes one output and returns the path that it got.
+Result<std::string> write_piece(const EncodePiece& piece, const files::MappedFile& input, const std::string& path,
+                                const OutputFormat& format, const EncodeOptions& options,
+                                const OnProgress& on_progress) {
+    Result<files::AtomicFile> file = files::AtomicFile::create_output(path);
     if (!file) return file.error();
     EncodeOutput output(*file, input, on_progress);
     const bool written = format.write(piece, options, output);
     if (output.cancelled()) return Error{ErrorCode::cancelled, 0, "stopped"};
+    if (input.changed()) return files::changed_while_read();
     if (file->failed()) return file->error();
     if (!written) return Error{ErrorCode::limit, 0, "the file is too large for this format"};
-    if (input.cut_short()) return Error{ErrorCode::io, 0, "the input became shorter while it was read"};
-    const Result<std::string> published = file->publish(files::OnCollision::replace);
-    if (!published) return published.error();
-    return Done{};
+    Result<std::string> published = file->publish(options.on_collision);
+    if (!published && published.error().code == ErrorCode::exists) return is_taken(path);
+    return published;
+}
+
+/// Returns true where an output called `path` would take the place of another file.
+bool would_replace(const std::string& path) {
+    return files::exists(path) && !files::is_special(path);
 }
 
 }  // namespace
@@ -138,13 +150,22 @@ Result<std::vector<std::string>> encode_file(const std::string& input_path, cons
                     [&](const std::string& path) { return files::same_file(input_path, path); })) {
         return Error{ErrorCode::bad_argument, 0, "the output would replace the input itself"};
     }
+    if (options.on_collision == files::OnCollision::fail) {
+        const auto taken = std::find_if(paths->begin(), paths->end(), would_replace);
+        if (taken != paths->end()) return is_taken(*taken);
+    }
     const std::string name = header_name(input_path);
+    std::vector<files::Unfinished> parts;
     const std::uint64_t part = part_size(size, format, options);
     for (std::uint64_t i = 0; i < paths->size(); ++i) {
         const EncodePiece piece{name, input->bytes(), i * part, std::min((i + 1) * part, size), i + 1, paths->size()};
-        const Status written = write_piece(piece, *input, (*paths)[i], format, options, on_progress);
+        const bool is_new = !files::exists((*paths)[i]);
+        Result<std::string> written = write_piece(piece, *input, (*paths)[i], format, options, on_progress);
         if (!written) return written.error();
+        if (is_new) parts.emplace_back(*written);
+        (*paths)[i] = *std::move(written);
     }
+    for (files::Unfinished& written : parts) written.finish();
     return paths;
 }
 

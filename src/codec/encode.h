@@ -1,6 +1,7 @@
 #pragma once
 
 #include "codec/recover.h"
+#include "files/atomic_file.h"
 #include "text/result.h"
 
 #include <cstdint>
@@ -20,6 +21,7 @@ struct EncodeOptions {
     std::size_t line_length = 0;  ///< characters on a line: MIME (76; a multiple of 4 to 996), yEnc (128; to 997)
     std::uint64_t part_size = 0;  ///< bytes of the file in one output of several: UUE (in whole lines), yEnc; 0: all
     bool crc = false;             ///< yEnc: the trailer states the CRC-32 of the file
+    files::OnCollision on_collision = files::OnCollision::fail;  ///< where an output's name is taken
 };
 
 /// A format that files are encoded in.
@@ -56,11 +58,13 @@ std::string part_path(const std::string& output, std::uint64_t number, std::uint
 Result<std::vector<std::string>> output_paths(const std::string& output, std::uint64_t size, const OutputFormat& format,
                                               const EncodeOptions& options = {});
 
-/// Encodes the file `input` as `output`, or as several of its parts, and returns the paths written. What stands there
-/// is replaced once the new one is whole. Fails with `bad_argument` for options that the format doesn't have and where
-/// an output would be the input itself (by the same path, a link or another spelling), with `limit` for more than 99
-/// 999 parts or a file too large for the format, with `cancelled`, and with the system's reasons. A failure leaves the
-/// parts that were whole by then, else nothing.
+/// Encodes the file `input` as `output`, or as several of its parts, and returns the paths written; see
+/// AtomicFile::create_output for an output that leads to a link, a pipe or a device. Fails with `bad_argument` for
+/// options that the format doesn't have and where an output would be the input itself (by the same path, a link or
+/// another spelling), with `exists` where a name is taken and was not to be replaced (the name is in the text), with
+/// `limit` for more than 99 999 parts or a file too large for the format, with `io` for an input that changed
+/// meanwhile, with `cancelled`, and with the system's reasons. A failure leaves no new file; what was replaced by then
+/// stays so.
 Result<std::vector<std::string>> encode_file(const std::string& input, const std::string& output,
                                              const OutputFormat& format, const EncodeOptions& options = {},
                                              const OnProgress& on_progress = {});

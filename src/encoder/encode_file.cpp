@@ -26,7 +26,7 @@ Encoding encode_or_say(shell::Context& context, const codec::OutputFormat& forma
     const auto written = [&] {
         viewer::FileRun run(context, "Encoding " + names);
         const auto progress = [&](std::uint64_t done, std::uint64_t total) { return run.goes_on(done, total); };
-        return codec::encode_file(path, output->path, format, {}, progress);
+        return codec::encode_file(path, output->path, format, {.on_collision = output->on_collision}, progress);
     }();
     if (written) return Encoding::done;
     if (written.error().code == ErrorCode::cancelled) return Encoding::withdrawn;

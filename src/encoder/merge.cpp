@@ -159,13 +159,12 @@ Status copyPart(Copy& copy, const Post& post, const YencPart& part, bool with_cr
     const std::string_view bytes = file->bytes().substr(from, to - from);
     const Status copied =
         with_crlf && post.unix_text ? copy_lines(copy, *file, bytes, true) : copy_bytes(copy, *file, bytes);
-    if (!copied) return copied;
-    return file->cut_short() ? Status(changed_meanwhile(post.path)) : Status(Done{});
+    return file->changed() ? Status(changed_meanwhile(post.path)) : copied;
 }
 
-Result<Merged> finish(files::AtomicFile& out, Merged merged) {
+Result<Merged> finish(files::AtomicFile& out, Merged merged, files::OnCollision on_collision) {
     merged.size = out.size();
-    const Result<std::string> published = out.publish(files::OnCollision::replace);
+    const Result<std::string> published = out.publish(on_collision);
     if (!published) return published.error();
     return merged;
 }
@@ -203,9 +202,10 @@ std::vector<YencPart> ordered(const std::vector<YencPart>& parts, std::size_t mo
     return series;
 }
 
-Result<Merged> merge_text(std::span<const std::string> paths, const std::string& output, const OnMerge& progress) {
+Result<Merged> merge_text(std::span<const std::string> paths, const std::string& output, const OnMerge& progress,
+                          files::OnCollision on_collision) {
     Merged merged;
-    Result<files::AtomicFile> out = files::AtomicFile::create(output);
+    Result<files::AtomicFile> out = files::AtomicFile::create_output(output);
     if (!out) return out.error();
     Copy copy{*out, progress, {0, paths.size(), 0}};
     for (; copy.at.index < paths.size(); ++copy.at.index) {
@@ -217,15 +217,16 @@ Result<Merged> merge_text(std::span<const std::string> paths, const std::string&
             continue;
         }
         const Status copied = copy_lines(copy, *file, file->bytes(), text::is_unix_text(file->bytes()));
+        if (file->changed()) return changed_meanwhile(path);
         if (!copied) return copied.error();
-        if (file->cut_short()) return changed_meanwhile(path);
         ++merged.parts;
     }
     if (merged.parts == 0) return Error{ErrorCode::not_found, 0, "None of the files could be read"};
-    return finish(*out, std::move(merged));
+    return finish(*out, std::move(merged), on_collision);
 }
 
-Result<Merged> merge_yenc(std::span<const std::string> paths, const std::string& output, const OnMerge& progress) {
+Result<Merged> merge_yenc(std::span<const std::string> paths, const std::string& output, const OnMerge& progress,
+                          files::OnCollision on_collision) {
     Merged merged;
     const Result<FoundParts> found = findord(paths, merged);
     if (!found) return found.error();
@@ -235,7 +236,7 @@ Result<Merged> merge_yenc(std::span<const std::string> paths, const std::string&
         return Error{ErrorCode::bad_argument, 0, "Fewer than two of the files are parts of one series"};
     }
 
-    Result<files::AtomicFile> out = files::AtomicFile::create(output);
+    Result<files::AtomicFile> out = files::AtomicFile::create_output(output);
     if (!out) return out.error();
     const bool with_crlf = differ_in_line_ends(*found, series);
     Copy copy{*out, progress, {0, series.size(), 0}};
@@ -246,7 +247,7 @@ Result<Merged> merge_yenc(std::span<const std::string> paths, const std::string&
         if (!copied) return copied.error();
     }
     merged.parts = series.size();
-    return finish(*out, std::move(merged));
+    return finish(*out, std::move(merged), on_collision);
 }
 
 bool hold_yenc_parts(std::span<const std::string> paths) {

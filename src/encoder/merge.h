@@ -1,5 +1,6 @@
 #pragma once
 
+#include "files/atomic_file.h"
 #include "text/result.h"
 
 #include <cstdint>
@@ -55,9 +56,10 @@ std::vector<YencPart> find_parts(std::string_view post, std::size_t file);
 std::vector<YencPart> ordered(const std::vector<YencPart>& parts, std::size_t most);
 
 /// Joins `paths` line by line, in the order given, each line ended by CR LF, into `output`, which appears or is
-/// replaced only when whole. A file that cannot be read is left out and told; fails when none could be read, where
+/// replaced only when whole (see AtomicFile::create_output for one that leads to a link, a pipe or a device). A file that cannot be read is left out and told; fails when none could be read, where
 /// `progress` stops it (`cancelled`), or on writing. Only one of the files is open at a time.
-Result<Merged> merge_text(std::span<const std::string> paths, const std::string& output, const OnMerge& progress = {});
+Result<Merged> merge_text(std::span<const std::string> paths, const std::string& output, const OnMerge& progress = {},
+                          files::OnCollision on_collision = files::OnCollision::replace);
 
 /// Joins the yEnc parts in `paths`, whatever their order, into `output`, which appears or is replaced only when whole:
 /// the first part from its file's beginning to its `=yend`, the data alone of those between, and the last one's data to
@@ -66,7 +68,8 @@ Result<Merged> merge_text(std::span<const std::string> paths, const std::string&
 /// where a file holds no part (its name stands in the text), with `bad_argument` where fewer than two files can be read
 /// or no part has a place in the series, where `progress` stops it (`cancelled`), where a file changes meanwhile, or on
 /// writing. Only one of the files is open at a time.
-Result<Merged> merge_yenc(std::span<const std::string> paths, const std::string& output, const OnMerge& progress = {});
+Result<Merged> merge_yenc(std::span<const std::string> paths, const std::string& output, const OnMerge& progress = {},
+                          files::OnCollision on_collision = files::OnCollision::replace);
 
 /// Whether each of `paths` that can be read holds a yEnc part, and at least one can be.
 bool hold_yenc_parts(std::span<const std::string> paths);

@@ -38,7 +38,7 @@ constexpr std::string_view help_texts[] = {
     "window then offers merged.txt for decoding. Clearing the list deletes no file.",
 };
 
-using MergeFunction = Result<Merged> (*)(std::span<const std::string>, const std::string&, const OnMerge&);
+using MergeFunction = decltype(&merge_text);
 
 void add_selected(shell::Context& context, cmdg& w) {
     const auto rows = w.File2.chosen_rows();
@@ -95,15 +95,17 @@ void tell_failure(shell::Context& context, cmdg& w, const Error& error) {
 }
 
 /// The merge itself, shown in the progress panel.
-Result<Merged> run_merge(shell::Context& context, const cmdg& w, MergeFunction function, const std::string& output) {
+Result<Merged> run_merge(shell::Context& context, const cmdg& w, MergeFunction function, const OutputChoice& output) {
     std::vector<std::string> paths;
     for (const std::string& name : w.List7.items()) paths.push_back(files::join(w.Dir2.path, name));
-    viewer::FileRun run(context, "Joining " + std::to_string(paths.size()) + " files into " + files::name_of(output));
-    return function(paths, output, [&](const MergeProgress& at) {
+    viewer::FileRun run(context,
+                        "Joining " + std::to_string(paths.size()) + " files into " + files::name_of(output.path));
+    const auto progress = [&](const MergeProgress& at) {
         constexpr double steps = 1000;
         return run.goes_on(static_cast<std::uint64_t>(at.of_piece * steps), static_cast<std::uint64_t>(steps), at.index,
                            at.count);
-    });
+    };
+    return function(paths, output.path, progress, output.on_collision);
 }
 
 void merge(shell::Context& context, cmdg& w, MergeFunction function) {
@@ -117,7 +119,7 @@ void merge(shell::Context& context, cmdg& w, MergeFunction function) {
     w.pointer = controls::MousePointer::busy;
     w.visible = function != merge_yenc;
     context.platform.repaint(w);
-    const Result<Merged> merged = run_merge(context, w, function, output->path);
+    const Result<Merged> merged = run_merge(context, w, function, *output);
     if (!merged) {
         tell_failure(context, w, merged.error());
         return;

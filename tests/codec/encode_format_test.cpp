@@ -219,19 +219,34 @@ TEST(EncodeFile, WhatCannotBeDoneLeavesTheOldOutputAndNothingElse) {
         EXPECT_EQ(written.error().code, c.code) << c.input << ' ' << c.format;
     }
     EXPECT_FALSE(encode_file("in", "taken", *output_format("uue")));
-    const auto stopped = encode_file("in", "out", *output_format("uue"), {}, [](auto, auto) { return false; });
+    const EncodeOptions replacing{.on_collision = files::OnCollision::replace};
+    const auto stopped = encode_file("in", "out", *output_format("uue"), replacing, [](auto, auto) { return false; });
     ASSERT_FALSE(stopped);
     EXPECT_EQ(stopped.error().code, ErrorCode::cancelled);
     EXPECT_EQ(dir.read("out"), "old");
     EXPECT_THAT(dir.names(), ElementsAre("in", "out", "taken"));
 }
 
-TEST(EncodeFile, AnOlderOutputIsReplaced) {
+TEST(EncodeFile, AnOlderOutputIsReplacedWhenThatIsAskedForOnly) {
     const TemporaryDirectory dir;
     dir.write("in", "Cat");
     dir.write("out", "old");
-    ASSERT_TRUE(encode_file("in", "out", *output_format("uue")));
+    const auto refused = encode_file("in", "out", *output_format("uue"));
+    ASSERT_FALSE(refused);
+    EXPECT_EQ(refused.error().code, ErrorCode::exists);
+    EXPECT_EQ(dir.read("out"), "old");
+    ASSERT_TRUE(encode_file("in", "out", *output_format("uue"), {.on_collision = files::OnCollision::replace}));
     EXPECT_THAT(dir.read("out"), StartsWith("begin 644 in"));
+}
+
+TEST(EncodeFile, PartsGoWhenALaterOneFails) {
+    const TemporaryDirectory dir;
+    dir.write("in", std::string(100, 'x'));
+    const auto stop_late = [](std::uint64_t done, std::uint64_t) { return done <= 40; };
+    const auto stopped = encode_file("in", "out.ync", *output_format("yenc"), {.part_size = 20}, stop_late);
+    ASSERT_FALSE(stopped);
+    EXPECT_EQ(stopped.error().code, ErrorCode::cancelled);
+    EXPECT_THAT(dir.names(), ElementsAre("in"));
 }
 
 }  // namespace

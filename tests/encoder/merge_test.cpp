@@ -125,7 +125,7 @@ TEST_F(Merge, ProgressTellsEachPieceAndCanStopIt) {
     };
     const auto stop_inside = [](const MergeProgress& at) { return at.of_piece < 0.5; };
     for (const auto merge : {merge_yenc, merge_text}) {
-        const auto stopped = merge(paths, path("merged.txt"), stop_inside);
+        const auto stopped = merge(paths, path("merged.txt"), stop_inside, files::OnCollision::replace);
         ASSERT_FALSE(stopped);
         EXPECT_EQ(stopped.error().code, ErrorCode::cancelled);
         EXPECT_EQ(merged(), "older");
@@ -134,7 +134,7 @@ TEST_F(Merge, ProgressTellsEachPieceAndCanStopIt) {
     for (const auto merge : {merge_yenc, merge_text}) {
         pieces.clear();
         furthest = 0;
-        ASSERT_TRUE(merge(paths, path("merged.txt"), watch));
+        ASSERT_TRUE(merge(paths, path("merged.txt"), watch, files::OnCollision::replace));
         EXPECT_THAT(pieces, ElementsAre(0U, 1U));
         EXPECT_GT(furthest, 0.5);
         EXPECT_LE(furthest, 1);
