@@ -17,7 +17,7 @@ constexpr const char* about = "Recovers the attachments of saved mails and news 
 constexpr const char* footer =
     "Exit status: 0 everything found is whole or verified; 1 something is damaged or\n"
     "incomplete; 2 nothing was found; 3 bad usage, or a file can't be read or written.\n"
-    "`quill COMMAND --help` tells a command's options; `man quill` tells the rest.";
+    "`quill COMMAND --help` lists a command's options; `man quill` has the rest.";
 
 constexpr const char* see_help = "`quill --help` and `quill COMMAND --help` tell the usage.\n";
 

@@ -1,12 +1,16 @@
 #include "cli/commands.h"
 #include "cli/inputs.h"
 #include "cli/interruption.h"
+#include "files/copies.h"
+#include "files/directory.h"
 #include "files/path.h"
+#include "files/unfinished.h"
 
 #include <CLI/CLI.hpp>
 
 #include <cerrno>
 #include <memory>
+#include <set>
 #include <string>
 #include <sys/stat.h>
 #include <vector>
@@ -15,56 +19,109 @@ namespace quill::cli {
 namespace {
 
 struct DecodeRequest : Request {
-    std::string into;  ///< empty: each result goes beside its first source
+    std::string into;    ///< empty: each result goes beside its first source
+    bool again = false;  ///< write what is there already once more
 };
 
-Status is_directory(const std::string& path) {
+/// Where the results of a run go.
+class Outputs {
+  public:
+    explicit Outputs(const DecodeRequest& request) : request_(request) {}
+
+    /// Returns a path for `name`, whose directory is there; that of --into is made at the first call.
+    Result<std::string> path_of(const std::string& name, const std::string& beside);
+
+    /// Returns the path of a file that has the bytes of `written` under the name `path` or a numbered one.
+    std::optional<std::string> find_copy(const std::string& path, const files::AtomicFile& written);
+
+  private:
+    const DecodeRequest& request_;
+    files::Unfinished made_;  ///< the directory, which goes again if it stays empty
+    std::set<std::string> cleaned_;
+    files::Copies copies_;
+};
+
+/// Fails where results can't go into `path`, whether or not it is there already.
+Status may_be_directory(const std::string& path) {
+    if (!files::exists(path)) {
+        const std::string parent = files::dir_of(path);
+        if (parent.empty() || files::exists(parent)) return Done{};
+    }
     struct stat status = {};
     if (stat(path.c_str(), &status) != 0) return system_error(errno);
     if (!S_ISDIR(status.st_mode)) return system_error(ENOTDIR);
     return Done{};
 }
 
-/// Decodes one attachment into its directory and tells what came of it.
-void decode_one(const codec::Attachment& attachment, const DecodeRequest& request, const Inputs& inputs, Report& report,
-                ProgressBar& progress) {
+Result<std::string> Outputs::path_of(const std::string& name, const std::string& beside) {
+    const std::string& directory = request_.into.empty() ? beside : request_.into;
+    if (!request_.into.empty() && !files::exists(directory)) {
+        constexpr mode_t mode = 0755;
+        if (mkdir(directory.c_str(), mode) != 0) return system_error(errno);
+        made_ = files::Unfinished(directory);
+    }
+    if (cleaned_.insert(directory).second) files::remove_abandoned(directory);
+    return files::join(directory, name);
+}
+
+std::optional<std::string> Outputs::find_copy(const std::string& path, const files::AtomicFile& written) {
+    if (request_.again || !files::exists(path)) return std::nullopt;
+    const auto bytes = written.read_back();
+    return bytes ? copies_.find(path, bytes->bytes()) : std::nullopt;
+}
+
+/// What a run works with.
+struct Run {
+    const DecodeRequest& request;
+    Report report;
+    ProgressBar progress;
+    Outputs outputs;
+};
+
+/// Decodes one attachment into its directory and reports what came of it.
+void decode_one(const codec::Attachment& attachment, const Inputs& inputs, Run& run) {
+    const auto on_progress = [&](std::uint64_t done, std::uint64_t total) {
+        run.progress.show(attachment.name, done, total);
+        return !Interruption::caught();
+    };
+    const Result<std::string> path = run.outputs.path_of(attachment.name, inputs.beside(attachment));
+    if (!path) return run.report.fail(run.request.into, path.error());
+    auto written =
+        inputs.recovery()->write(attachment, *path, files::OnCollision::choose_name, on_progress,
+                                 [&](const files::AtomicFile& file) { return run.outputs.find_copy(*path, file); });
+    run.progress.clear();
     const std::vector<std::string> sources = inputs.sources_of(attachment);
-    const std::string directory = request.into.empty() ? files::dir_of(sources.front()) : request.into;
-    const std::string path = files::join(directory, attachment.name);
-    auto written = inputs.recovery()->write(attachment, path, files::OnCollision::choose_name,
-                                            [&](std::uint64_t done, std::uint64_t total) {
-                                                progress.show(attachment.name, done, total);
-                                                return !Interruption::caught();
-                                            });
-    progress.clear();
     if (written) {
         written->sources = sources;
-        report.add(*written);
+        run.report.add(*written);
     } else if (written.error().code == ErrorCode::bad_input) {
         // Nothing of it could be decoded: a result, though one without a file.
-        report.add({attachment.name, "", attachment.format, inputs.recovery()->check(attachment), sources});
+        codec::Outcome outcome = inputs.recovery()->check(attachment, on_progress);
+        if (!Interruption::caught()) run.report.add({attachment.name, "", attachment.format, outcome, sources});
     } else if (written.error().code != ErrorCode::cancelled) {
-        report.fail(path, written.error());
+        run.report.fail(*path, written.error());
     }
 }
 
 ExitStatus decode(const DecodeRequest& request, const Console& console) {
-    Report report(console, request.style());
-    ProgressBar progress(console, !request.quiet);
-    if (!request.into.empty()) {
-        if (const Status usable = is_directory(request.into); !usable) {
-            report.fail(request.into, usable.error());
-            return report.finish();
-        }
+    Run run{request, Report(console, request.results.style()), ProgressBar(console, !request.results.quiet),
+            Outputs(request)};
+    if (const Status usable = may_be_directory(request.into); !request.into.empty() && !usable) {
+        run.report.fail(request.into, usable.error());
+        return run.report.finish();
     }
-    const Inputs inputs(request, console, report, progress);
-    if (inputs.recovery() == nullptr) return report.finish();
+    const InputList list(request, console, run.report);
     const Interruption interruption;
-    for (const codec::Attachment& attachment : inputs.recovery()->attachments()) {
+    for (const std::span<const Input> group : list.groups()) {
+        const Inputs inputs(group, request, run.report, run.progress);
+        if (inputs.recovery() == nullptr) continue;
+        for (const codec::Attachment& attachment : inputs.recovery()->attachments()) {
+            if (Interruption::caught()) break;
+            if (request.wants(attachment)) decode_one(attachment, inputs, run);
+        }
         if (Interruption::caught()) break;
-        if (request.wants(attachment)) decode_one(attachment, request, inputs, report, progress);
     }
-    return report.finish();
+    return run.report.finish(Interruption::caught() ? std::string() : list.nothing_found());
 }
 
 }  // namespace
@@ -72,15 +129,21 @@ ExitStatus decode(const DecodeRequest& request, const Console& console) {
 void add_decode_command(CLI::App& app, Work& work) {
     auto* command = app.add_subcommand("decode", "Write what the files hold to the disk");
     const auto request = std::make_shared<DecodeRequest>();
-    command->add_option("--into", request->into, "Write into this directory, instead of beside each input")
+    command
+        ->add_option("--into", request->into,
+                     "Write into this directory, which is made if need be, instead\n"
+                     "of beside each input")
         ->type_name("DIR");
+    command->add_flag("--again", request->again, "Write files that are there already once more, as name (2).ext");
     add_request_options(*command, *request);
     command->footer(
-        "Each result is a line: name, size in bytes, verdict, format, with tabs between.\n"
-        "The verdict is `verified` (a checksum or a stated size agrees), `whole`,\n"
-        "`damaged` or `incomplete`. A name that is taken becomes `name (2).ext`; no file is\n"
-        "ever replaced. Exit status: 0 all is whole or verified; 1 something is damaged or\n"
-        "incomplete; 2 nothing was found; 3 bad usage, or a file can't be read or written.");
+        "Each result is a line: name, size in bytes, verdict, format, with tabs between;\n"
+        "`already there` follows where a file of that name has the same bytes: nothing is\n"
+        "written then. The verdict is `verified` (a checksum or a stated size agrees),\n"
+        "`whole`, `damaged` or `incomplete`. A name that is taken becomes `name (2).ext`; no\n"
+        "file is ever replaced. What is found in a Maildir goes beside it. Exit status:\n"
+        "0 all is whole or verified; 1 something is damaged or incomplete; 2 nothing was\n"
+        "found; 3 bad usage, or a file can't be read or written.");
     command->callback(
         [&work, request] { work = [request](const Console& console) { return decode(*request, console); }; });
 }

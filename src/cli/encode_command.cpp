@@ -1,18 +1,20 @@
 #include "cli/commands.h"
+#include "cli/file_names.h"
 #include "cli/interruption.h"
 #include "cli/progress.h"
 #include "cli/report.h"
 #include "codec/encode.h"
 #include "files/directory.h"
 #include "files/path.h"
+#include "text/ascii.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <filesystem>
 #include <memory>
-#include <ostream>
+#include <set>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace quill::cli {
@@ -20,10 +22,11 @@ namespace {
 
 struct EncodeRequest {
     std::string format;
-    std::string output;  ///< a file or a directory; empty: the format's rule
+    std::string output;  ///< a file or a directory; empty: beside the input
     codec::EncodeOptions options;
-    bool quiet = false;
-    std::vector<std::string> files;
+    bool force = false;
+    ResultOptions results;
+    FileNames names;
 };
 
 /// One input with what is to become of it.
@@ -37,86 +40,127 @@ Error refusal(std::string text) {
     return {ErrorCode::bad_argument, 0, std::move(text)};
 }
 
-/// The format's own name for the output of `path`. Steps upwards at its beginning are no names with dots.
-std::string default_path(const codec::OutputFormat& format, const std::string& path) {
-    const std::string normal = std::filesystem::path(path).lexically_normal();
-    std::size_t upwards = 0;
-    while (normal.compare(upwards, 3, "../") == 0) upwards += 3;
-    return normal.substr(0, upwards) + codec::default_output_path(format, std::string_view(normal).substr(upwards));
-}
-
-Result<std::string> output_for(const EncodeRequest& request, const codec::OutputFormat& format,
-                               const std::string& input) {
-    if (request.output.empty()) return default_path(format, input);
-    if (files::is_directory(request.output)) {
-        return files::join(request.output, codec::default_output_path(format, files::name_of(input)));
+/// Plans what is written, so that no output takes the place of an input, of another's output, or of a file that is
+/// there and was not to be replaced.
+class Plan {
+  public:
+    Plan(const EncodeRequest& request, const codec::OutputFormat& format, const std::vector<std::string>& inputs)
+        : request_(request), format_(format), several_(inputs.size() > 1) {
+        for (const std::string& input : inputs) {
+            if (const auto identity = files::identity_of(input)) inputs_.insert(*identity);
+        }
     }
-    if (request.files.size() > 1) return refusal("several files can go into a directory only");
-    return request.output;
-}
 
-/// Fills `job` for one input. Its outputs must be none of the inputs, and of no other job.
-Status plan(Job& job, const EncodeRequest& request, const codec::OutputFormat& format, const std::vector<Job>& before) {
-    const Result<std::string> output = output_for(request, format, job.input);
-    if (!output) return output.error();
-    job.output = *output;
-    const std::uint64_t size = files::file_size(job.input).value_or(0);
-    const auto outputs = codec::output_paths(job.output, size, format, request.options);
-    if (!outputs) return outputs.error();
-    job.outputs = *outputs;
-    for (const std::string& path : job.outputs) {
-        const auto is_output = [&](const std::string& input) { return files::same_file(input, path); };
-        if (std::any_of(request.files.begin(), request.files.end(), is_output)) {
+    Result<Job> job_of(const std::string& input) {
+        Result<std::string> output = output_for(input);
+        if (!output) return output.error();
+        const std::uint64_t size = files::file_size(input).value_or(0);
+        auto outputs = codec::output_paths(*output, size, format_, request_.options);
+        if (!outputs) return outputs.error();
+        for (const std::string& path : *outputs) {
+            if (const Status allowed = check(input, path); !allowed) return allowed.error();
+        }
+        return Job{input, *std::move(output), *std::move(outputs)};
+    }
+
+  private:
+    Result<std::string> output_for(const std::string& input) const {
+        const std::string extension = "." + text::to_lower(format_.extension);
+        if (request_.output.empty()) return input + extension;
+        if (files::is_directory(request_.output)) {
+            return files::join(request_.output, files::name_of(input) + extension);
+        }
+        if (several_) return refusal("several files can go into a directory only");
+        return request_.output;
+    }
+
+    Status check(const std::string& input, const std::string& path) {
+        const auto identity = files::identity_of(path);
+        if (identity && inputs_.contains(*identity)) {
             return refusal("the output \"" + path + "\" would replace an input");
         }
-        for (const Job& other : before) {
-            if (std::find(other.outputs.begin(), other.outputs.end(), path) != other.outputs.end()) {
-                return refusal("\"" + other.input + "\" gives \"" + path + "\" as well");
-            }
+        const auto [other, is_new] = taken_.emplace(path, input);
+        if (!is_new) return refusal("\"" + other->second + "\" gives \"" + path + "\" as well");
+        if (!request_.force && files::exists(path) && !files::is_special(path)) {
+            return Error{ErrorCode::exists, 0, "\"" + path + "\" is there already; --force replaces it"};
         }
+        return Done{};
     }
-    return Done{};
+
+    const EncodeRequest& request_;
+    const codec::OutputFormat& format_;
+    bool several_;
+    std::set<files::Identity> inputs_;
+    std::unordered_map<std::string, std::string> taken_;  ///< outputs, and the inputs that give them
+};
+
+/// What a run works with.
+struct Run {
+    const EncodeRequest& request;
+    const codec::OutputFormat& format;
+    Report report;
+    Results results;
+    ProgressBar progress;
+};
+
+void report_output(const Job& job, const std::string& path, std::size_t part, std::size_t parts, Run& run) {
+    const std::string size = std::to_string(files::file_size(path).value_or(0));
+    if (!run.results.are_json()) return run.results.put(printable(path) + "\t" + size);
+    run.results.put(json_object({{"name", json_string(files::name_of(path))},
+                                 {"path", json_string(path)},
+                                 {"size", size},
+                                 {"format", json_string(run.format.name)},
+                                 {"part", std::to_string(part)},
+                                 {"parts", std::to_string(parts)},
+                                 {"sources", "[" + json_string(job.input) + "]"}}));
 }
 
-/// Encodes one file and tells what was written; false where that failed.
-bool encode_one(const Job& job, const EncodeRequest& request, const codec::OutputFormat& format, const Console& console,
-                Report& report, ProgressBar& progress) {
-    const auto written = codec::encode_file(job.input, job.output, format, request.options,
-                                            [&](std::uint64_t done, std::uint64_t total) {
-                                                progress.show(job.input, done, total);
-                                                return !Interruption::caught();
-                                            });
-    progress.clear();
+/// Encodes one file and reports what was written; false where that failed.
+bool encode_one(const Job& job, Run& run) {
+    codec::EncodeOptions options = run.request.options;
+    options.on_collision = run.request.force ? files::OnCollision::replace : files::OnCollision::fail;
+    const auto written =
+        codec::encode_file(job.input, job.output, run.format, options, [&](std::uint64_t done, std::uint64_t total) {
+            run.progress.show(job.input, done, total);
+            return !Interruption::caught();
+        });
+    run.progress.clear();
     if (!written) {
-        report.fail(job.input, written.error());
+        if (written.error().code != ErrorCode::cancelled) run.report.fail(job.input, written.error());
         return false;
     }
-    if (request.quiet) return true;
-    for (const std::string& path : *written) {
-        console.out << printable(path) << "\t" << files::file_size(path).value_or(0) << "\n";
+    for (std::size_t i = 0; i < written->size(); ++i) {
+        // What went into a pipe or a device has no line: that may be standard output.
+        if (!files::is_special((*written)[i])) report_output(job, (*written)[i], i + 1, written->size(), run);
     }
     return true;
 }
 
 ExitStatus encode(const EncodeRequest& request, const Console& console) {
-    const codec::OutputFormat& format = *codec::output_format(request.format);
-    Report report(console, ReportStyle::silent);
+    Run run{request, *codec::output_format(request.format), Report(console, ReportStyle::silent),
+            Results(console, request.results.style()), ProgressBar(console, !request.results.quiet)};
+    const Result<std::vector<std::string>> inputs = all_names(request.names, console.in);
+    if (!inputs) {
+        run.report.fail(request.names.list, inputs.error());
+        return ExitStatus::failed;
+    }
     std::vector<Job> jobs;
-    for (const std::string& file : request.files) {
-        Job job{file, {}, {}};
-        if (const Status planned = plan(job, request, format, jobs); !planned) {
-            report.fail(file, planned.error());
+    Plan plan(request, run.format, *inputs);
+    for (const std::string& input : *inputs) {
+        Result<Job> job = plan.job_of(input);
+        if (!job) {
+            run.report.fail(input, job.error());
             return ExitStatus::failed;
         }
-        jobs.push_back(std::move(job));
+        jobs.push_back(*std::move(job));
     }
-    ProgressBar progress(console, !request.quiet);
     const Interruption interruption;
     bool all_written = true;
     for (const Job& job : jobs) {
         if (Interruption::caught()) break;
-        all_written = encode_one(job, request, format, console, report, progress) && all_written;
+        all_written = encode_one(job, run) && all_written;
     }
+    run.results.finish();
     return all_written ? ExitStatus::good : ExitStatus::failed;
 }
 
@@ -126,35 +170,42 @@ std::vector<std::string> format_names() {
     return names;
 }
 
+void add_format_options(CLI::App& command, EncodeRequest& request) {
+    command.add_option("--format", request.format, "How to encode")
+        ->required()
+        ->type_name("FORMAT")
+        ->check(CLI::IsMember(format_names()));
+    command.add_flag("--crc", request.options.crc, "yEnc: state the CRC-32 of the file in the trailer");
+    command.add_option("--line", request.options.line_length, "MIME, yEnc: characters on a line (default: 76, 128)")
+        ->type_name("N")
+        ->check(CLI::PositiveNumber);
+    command
+        .add_option("--part-size", request.options.part_size,
+                    "yEnc, UUE: bytes of the file in one output; the names of the\noutputs are numbered")
+        ->type_name("N")
+        ->check(CLI::PositiveNumber);
+}
+
 }  // namespace
 
 void add_encode_command(CLI::App& app, Work& work) {
     auto* command = app.add_subcommand("encode", "Write files as UUE, MIME, BinHex, XXE or yEnc text");
     const auto request = std::make_shared<EncodeRequest>();
-    command->add_option("--format", request->format, "How to encode")
-        ->required()
-        ->type_name("FORMAT")
-        ->check(CLI::IsMember(format_names()));
-    command->add_option("--output", request->output, "Where to write: a file or, for several inputs, a directory")
-        ->type_name("PATH");
-    command->add_flag("--crc", request->options.crc, "yEnc: state the CRC-32 of the file in the trailer");
-    command->add_option("--line", request->options.line_length, "MIME, yEnc: characters on a line (default: 76, 128)")
-        ->type_name("N")
-        ->check(CLI::PositiveNumber);
+    add_format_options(*command, *request);
     command
-        ->add_option("--part-size", request->options.part_size,
-                     "yEnc, UUE: bytes of the file in one output; the names of the\noutputs are numbered")
-        ->type_name("N")
-        ->check(CLI::PositiveNumber);
-    command->add_flag("--quiet", request->quiet, "Say errors alone");
-    command->add_option("FILE", request->files, "What to encode")->required();
+        ->add_option("--output", request->output,
+                     "Where to write: a file or, for several inputs, a directory;\n"
+                     "a pipe or a device is written into")
+        ->type_name("PATH");
+    command->add_flag("--force", request->force, "Replace outputs that are there already");
+    add_result_options(*command, request->results);
+    add_file_names(*command, request->names, "What to encode");
     command->footer(
-        "Without --output all behind the first dot of the path given, directories included,\n"
-        "becomes UUE, MME, HQX or XXE; a path without a dot gives that name alone, in the\n"
-        "current directory. For yEnc the last three characters of the path become `ync`.\n"
-        "An existing output is replaced once the new one is whole; an input never is. Each\n"
-        "output is a line: path and size in bytes, with a tab between. Exit status: 0 all is\n"
-        "written; 3 bad usage, or a file can't be read or written.");
+        "Without --output the text of `film.avi` is `film.avi.uue` beside it (.mme, .hqx,\n"
+        ".xxe, .ync). An existing file is replaced with --force only, once the new one is\n"
+        "whole; an input never is. Each output is a line: path and size in bytes, with a\n"
+        "tab between. Exit status: 0 all is written; 3 bad usage, an output is there\n"
+        "already, or a file can't be read or written.");
     command->callback(
         [&work, request] { work = [request](const Console& console) { return encode(*request, console); }; });
 }

@@ -1,6 +1,11 @@
 #include "cli/inputs.h"
 
+#include "cli/appearance.h"
+#include "cli/mail_tree.h"
+#include "files/directory.h"
 #include "files/mapped_file.h"
+#include "files/path.h"
+#include "text/count.h"
 
 #include <CLI/CLI.hpp>
 
@@ -8,6 +13,7 @@
 #include <array>
 #include <cerrno>
 #include <string_view>
+#include <sys/resource.h>
 #include <utility>
 
 namespace quill::cli {
@@ -15,30 +21,30 @@ namespace {
 
 constexpr std::string_view standard_input_name = "-";
 
-}  // namespace
-
-ReportStyle Request::style() const {
-    if (json) return ReportStyle::json;
-    return quiet ? ReportStyle::silent : ReportStyle::lines;
+/// Returns how many inputs may be open at once: what the system lets a process open and map, less a few for outputs.
+std::size_t most_open() {
+    constexpr rlim_t most_mapped = 30'000;
+    constexpr rlim_t spare = 32;
+    rlimit limit = {};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return 256;
+    return std::clamp<rlim_t>(limit.rlim_cur, 2 * spare, most_mapped + spare) - spare;
 }
+
+}  // namespace
 
 bool Request::wants(const codec::Attachment& attachment) const {
     return (all || !attachment.message_text) && (forks || !attachment.resource_fork);
 }
 
 void add_request_options(CLI::App& command, Request& request) {
-    command
-        .add_option("FILE", request.files,
-                    "Saved messages and posts; - is standard input. They are\n"
-                    "read together, in any order: parts of one attachment that\n"
-                    "lie in several files are joined")
-        ->required();
+    add_file_names(command, request.names,
+                   "Saved messages and posts, and directories with all that is\n"
+                   "in them; - is standard input. They are read together, in any\n"
+                   "order: parts of one attachment that lie in several files are\n"
+                   "joined");
     command.add_flag("--all", request.all, "The texts of messages too: text parts without a file name");
     command.add_flag("--forks", request.forks, "The resource forks in BinHex too, as NAME.rsrc");
-    command.add_flag("--json", request.json,
-                     "Tell the results as a JSON array of objects with name,\n"
-                     "path, size, format, verdict, problems and sources");
-    command.add_flag("--quiet", request.quiet, "Neither lines nor a progress bar; errors are still told");
+    add_result_options(command, request.results);
 }
 
 Result<files::TemporaryFile> spool(std::istream& in) {
@@ -53,26 +59,57 @@ Result<files::TemporaryFile> spool(std::istream& in) {
     return file;
 }
 
-Inputs::Inputs(const Request& request, const Console& console, Report& report, ProgressBar& progress) {
-    std::vector<std::string> paths;
-    for (const std::string& name : request.files) {
-        std::string path = name;
-        if (name == standard_input_name && !standard_input_) {
-            auto spooled = spool(console.in);
-            if (!spooled) {
-                report.fail(name, spooled.error());
-                continue;
-            }
-            path = standard_input_.emplace(std::move(*spooled)).path();
-        }
-        if (const auto readable = files::MappedFile::open(path); !readable) {
-            report.fail(name, readable.error());
-            continue;
-        }
-        names_.push_back(name);
-        paths.push_back(path);
+InputList::InputList(const Request& request, const Console& console, Report& report) {
+    const Result<std::vector<std::string>> names = all_names(request.names, console.in);
+    if (!names) {
+        report.fail(request.names.list, names.error());
+        return;
     }
-    if (paths.empty()) return;
+    for (const std::string& name : *names) add(name, console.in, report);
+}
+
+void InputList::add(const std::string& name, std::istream& standard_input, Report& report) {
+    if (name == standard_input_name && !standard_input_) {
+        Result<files::TemporaryFile> spooled = spool(standard_input);
+        if (!spooled) return report.fail(name, spooled.error());
+        add_file({name, standard_input_.emplace(*std::move(spooled)).path(), {}}, report);
+    } else if (files::is_directory(name)) {
+        MailTree tree = mail_tree(name);
+        for (MailFile& file : tree.files) add_file({file.path, file.path, std::move(file.beside)}, report);
+        for (const MailTree::Failure& failure : tree.failures) report.fail(failure.path, failure.error);
+    } else {
+        add_file({name, name, files::dir_of(name)}, report);
+    }
+}
+
+void InputList::add_file(Input input, Report& report) {
+    if (const auto readable = files::MappedFile::open(input.path); !readable) {
+        report.fail(input.name, readable.error());
+    } else {
+        inputs_.push_back(std::move(input));
+    }
+}
+
+std::vector<std::span<const Input>> InputList::groups() const {
+    std::vector<std::span<const Input>> out;
+    const std::size_t most = most_open();
+    for (std::span<const Input> rest = inputs_; !rest.empty(); rest = rest.subspan(std::min(most, rest.size()))) {
+        out.push_back(rest.first(std::min(most, rest.size())));
+    }
+    return out;
+}
+
+std::string InputList::nothing_found() const {
+    if (inputs_.empty()) return {};
+    const std::string looked_for = "no attachment was found (MIME, UUE, XXE, BinHex, yEnc, quoted-printable)";
+    if (inputs_.size() > 1) return looked_for + " in " + text::counted(inputs_.size(), "file");
+    return inputs_.front().name + ": " + looked_for + "; the file looks like " + appearance(inputs_.front().path);
+}
+
+Inputs::Inputs(std::span<const Input> inputs, const Request& request, Report& report, ProgressBar& progress)
+    : inputs_(inputs) {
+    std::vector<std::string> paths;
+    for (const Input& input : inputs) paths.push_back(input.path);
     const auto on_progress = [&](std::uint64_t done, std::uint64_t total) {
         progress.show("reading", done, total);
         return true;
@@ -91,11 +128,15 @@ Inputs::Inputs(const Request& request, const Console& console, Report& report, P
 std::vector<std::string> Inputs::sources_of(const codec::Attachment& attachment) const {
     std::vector<std::string> sources;
     for (const codec::Range& range : attachment.body) {
-        const std::string& name = names_.at(range.source);
+        const std::string& name = inputs_[range.source].name;
         if (std::find(sources.begin(), sources.end(), name) == sources.end()) sources.push_back(name);
     }
-    if (sources.empty()) sources.push_back(names_.front());
+    if (sources.empty()) sources.push_back(inputs_.front().name);
     return sources;
+}
+
+const std::string& Inputs::beside(const codec::Attachment& attachment) const {
+    return inputs_[attachment.body.empty() ? 0 : attachment.body.front().source].beside;
 }
 
 }  // namespace quill::cli

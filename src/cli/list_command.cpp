@@ -8,23 +8,34 @@
 namespace quill::cli {
 namespace {
 
-ExitStatus list(const Request& request, const Console& console) {
-    Report report(console, request.style());
-    ProgressBar progress(console, !request.quiet);
-    const Inputs inputs(request, console, report, progress);
-    if (inputs.recovery() == nullptr) return report.finish();
-    for (const codec::Attachment& attachment : inputs.recovery()->attachments()) {
+void list_group(const Inputs& inputs, const Request& request, Report& report, ProgressBar& progress) {
+    const codec::Recovery& recovery = *inputs.recovery();
+    for (const codec::Attachment& attachment : recovery.attachments()) {
         if (!request.wants(attachment)) continue;
-        report.add({attachment.name, "", attachment.format, inputs.recovery()->check(attachment),
-                    inputs.sources_of(attachment)});
+        codec::Outcome outcome = recovery.check(attachment, [&](std::uint64_t done, std::uint64_t total) {
+            progress.show(attachment.name, done, total);
+            return true;
+        });
+        progress.clear();
+        report.add({attachment.name, "", attachment.format, std::move(outcome), inputs.sources_of(attachment)});
     }
-    return report.finish();
+}
+
+ExitStatus list(const Request& request, const Console& console) {
+    Report report(console, request.results.style());
+    ProgressBar progress(console, !request.results.quiet);
+    const InputList files(request, console, report);
+    for (const std::span<const Input> group : files.groups()) {
+        const Inputs inputs(group, request, report, progress);
+        if (inputs.recovery() != nullptr) list_group(inputs, request, report, progress);
+    }
+    return report.finish(files.nothing_found());
 }
 
 }  // namespace
 
 void add_list_command(CLI::App& app, Work& work) {
-    auto* command = app.add_subcommand("list", "Tell what the files hold, and write nothing");
+    auto* command = app.add_subcommand("list", "List what the files hold, and write nothing");
     const auto request = std::make_shared<Request>();
     add_request_options(*command, *request);
     command->footer("The lines are those of `quill decode`, which see.");

@@ -21,14 +21,16 @@ struct MergeRequest {
     std::string output;
     bool yenc = false;
     bool text = false;
+    bool force = false;
+    ResultOptions results;
 };
 
 void complain(const Console& console, const std::string& about, const std::string& reason) {
     console.err << "quill: " << printable(about) << ": " << printable(reason) << "\n";
 }
 
-/// Says what the merge lacks, and tells the status that this makes.
-ExitStatus tell_gaps(const Console& console, const encoder::Merged& merged) {
+/// Says what the merge lacks, and returns the status that this makes.
+ExitStatus report_gaps(const Console& console, const encoder::Merged& merged) {
     ExitStatus status = ExitStatus::good;
     for (const encoder::LeftOut& file : merged.left_out) {
         complain(console, file.path, "left out: " + file.reason);
@@ -41,32 +43,60 @@ ExitStatus tell_gaps(const Console& console, const encoder::Merged& merged) {
     return status;
 }
 
-ExitStatus merge(const MergeRequest& request, const Console& console) {
-    const std::string output =
-        request.output.empty() ? files::join(files::dir_of(request.files.front()), "merged.txt") : request.output;
+void report_output(const std::string& output, const encoder::Merged& merged, Results& results) {
+    const std::string size = std::to_string(merged.size), parts = std::to_string(merged.parts);
+    if (!results.are_json()) return results.put(printable(output) + "\t" + size + "\t" + parts + " parts");
+    const auto left_out = [](const encoder::LeftOut& file) {
+        return json_object({{"path", json_string(file.path)}, {"reason", json_string(file.reason)}});
+    };
+    results.put(json_object({{"name", json_string(files::name_of(output))},
+                             {"path", json_string(output)},
+                             {"size", size},
+                             {"parts", parts},
+                             {"missing", json_array(merged.missing, [](unsigned n) { return std::to_string(n); })},
+                             {"left_out", json_array(merged.left_out, left_out)}}));
+}
+
+/// Why `output` can't be written; empty where it can.
+std::string objection_to(const std::string& output, const MergeRequest& request) {
     const auto is_output = [&](const std::string& input) { return files::same_file(input, output); };
-    if (std::any_of(request.files.begin(), request.files.end(), is_output)) {
-        complain(console, output, "the output would replace an input");
-        return ExitStatus::failed;
-    }
-    ProgressBar bar(console);
-    const Interruption interruption;
+    if (std::any_of(request.files.begin(), request.files.end(), is_output)) return "the output would replace an input";
+    const bool taken = files::exists(output) && !files::is_special(output);
+    return taken && !request.force ? "is there already; --force replaces it" : "";
+}
+
+Result<encoder::Merged> join(const MergeRequest& request, const std::string& output, ProgressBar& bar) {
     const auto show = [&](const encoder::MergeProgress& at) {
         constexpr double steps = 1000;
         const double done = (static_cast<double>(at.index) + at.of_piece) / static_cast<double>(at.count);
         bar.show(output, static_cast<std::uint64_t>(done * steps), static_cast<std::uint64_t>(steps));
         return !Interruption::caught();
     };
+    const files::OnCollision on_collision = request.force ? files::OnCollision::replace : files::OnCollision::fail;
     const bool as_yenc = request.yenc || (!request.text && encoder::hold_yenc_parts(request.files));
-    const Result<encoder::Merged> merged =
-        as_yenc ? encoder::merge_yenc(request.files, output, show) : encoder::merge_text(request.files, output, show);
-    bar.clear();
-    if (!merged) {
-        complain(console, output, merged.error().text);
+    return as_yenc ? encoder::merge_yenc(request.files, output, show, on_collision)
+                   : encoder::merge_text(request.files, output, show, on_collision);
+}
+
+ExitStatus merge(const MergeRequest& request, const Console& console) {
+    const std::string output =
+        request.output.empty() ? files::join(files::dir_of(request.files.front()), "merged.txt") : request.output;
+    if (const std::string objection = objection_to(output, request); !objection.empty()) {
+        complain(console, output, objection);
         return ExitStatus::failed;
     }
-    console.out << printable(output) << "\t" << merged->size << "\t" << merged->parts << " parts\n";
-    return tell_gaps(console, *merged);
+    ProgressBar bar(console, !request.results.quiet);
+    const Interruption interruption;
+    const Result<encoder::Merged> merged = join(request, output, bar);
+    bar.clear();
+    if (!merged) {
+        if (merged.error().code != ErrorCode::cancelled) complain(console, output, merged.error().text);
+        return ExitStatus::failed;
+    }
+    Results results(console, request.results.style());
+    if (!files::is_special(output)) report_output(output, *merged, results);
+    results.finish();
+    return report_gaps(console, *merged);
 }
 
 }  // namespace
@@ -77,16 +107,23 @@ void add_merge_command(CLI::App& app, Work& work) {
     command->add_option("FILE", request->files, "The posts, two or more, each saved as a file")
         ->required()
         ->expected(2, -1);
-    command->add_option("--output", request->output, "Where to write (default: merged.txt beside the first file)")
+    command
+        ->add_option("--output", request->output,
+                     "Where to write (default: merged.txt beside the first file);\na pipe or a device is written into")
         ->type_name("PATH");
+    command->add_flag("--force", request->force, "Replace an output that is there already");
     auto* yenc = command->add_flag("--yenc", request->yenc, "Join yEnc parts, in the order of their numbers");
     auto* text = command->add_flag("--text", request->text, "Join line by line, in the order given (UUE, XXE, MIME)");
     yenc->excludes(text);
+    add_result_options(*command, request->results);
     command->footer(
         "Without --yenc or --text, files that all hold yEnc parts are joined as such, others as text.\n"
-        "An existing output is replaced once the new one is whole; an input never is. Exit status 1 where a part is\n"
-        "missing or has no place in the series, 3 where a file can't be read (the others are joined nevertheless) or\n"
-        "nothing could be written. `quill decode` on the parts themselves needs no merge.");
+        "An existing output is replaced with --force only, once the new one is whole; an input never is. Exit status "
+        "1\n"
+        "where a part is missing or has no place in the series, 3 where a file can't be read (the others are joined\n"
+        "nevertheless), the output is there already, or nothing could be written. `quill decode` on the parts "
+        "themselves\n"
+        "needs no merge.");
     command->callback(
         [&work, request] { work = [request](const Console& console) { return merge(*request, console); }; });
 }

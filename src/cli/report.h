@@ -1,6 +1,8 @@
 #pragma once
 
 #include "cli/console.h"
+#include "cli/json.h"
+#include "cli/results.h"
 #include "codec/recover.h"
 #include "text/printable.h"
 #include "text/result.h"
@@ -13,29 +15,17 @@ namespace quill::cli {
 
 using text::printable;
 
-/// `bytes` as a JSON string, quotes around it (RFC 8259 7). A byte that is not UTF-8 becomes the lone surrogate U+DC80
-/// to U+DCFF of its value, so that no two names look alike and a reader can have the bytes back. What would act on a
-/// terminal is escaped.
-std::string json_string(std::string_view bytes);
-
-/// One result as a line without its end: name, size, verdict, format, with tabs between.
+/// One result as a line without its end: name, size, verdict, format, with tabs between, and what was not written anew.
 std::string line_of(const codec::Recovered& file);
 
-/// One result as a JSON object: name, path (null where nothing was written), size, format, verdict, problems (kind, at,
-/// text), sources.
+/// One result as a JSON object: name, path (null where nothing was written), size, format, verdict, already_there,
+/// problems (kind, at, text), sources.
 std::string json_of(const codec::Recovered& file);
 
-/// How results are told.
-enum class ReportStyle : std::uint8_t {
-    lines,   ///< a line each as they come; what is wrong with one on standard error
-    json,    ///< one array at the end
-    silent,  ///< errors alone
-};
-
-/// Tells a run's results and failures, and sums them up.
+/// Reports a run's results and failures, and sums them up.
 class Report {
   public:
-    Report(const Console& console, ReportStyle style) : console_(console), style_(style) {}
+    Report(const Console& console, ReportStyle style) : console_(console), results_(console, style) {}
 
     void add(const codec::Recovered& file);
 
@@ -45,16 +35,15 @@ class Report {
     /// Says that `what` failed. `error.text` is the reason; an empty `what` leaves the reason alone.
     void fail(std::string_view what, const Error& error);
 
-    /// Ends the report and tells the status of the run: a failure weighs most, then damage; a run that found nothing
-    /// says so.
-    ExitStatus finish();
+    /// Ends the report and returns the status of the run: a failure weighs most, then damage, then that nothing was
+    /// found, which `nothing_found` says.
+    ExitStatus finish(std::string_view nothing_found = {});
 
   private:
     void tell_problems(const codec::Recovered& file) const;
 
     const Console& console_;
-    ReportStyle style_;
-    std::string json_;
+    Results results_;
     bool found_ = false;
     bool damaged_ = false;
     bool failed_ = false;

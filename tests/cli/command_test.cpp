@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <string>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <vector>
 
 namespace quill::cli {
@@ -38,7 +39,7 @@ TEST_F(Command, DecodeWritesIntoTheDirectoryNamed) {
 TEST_F(Command, ANameThatIsTakenIsNumberedAndNothingIsReplaced) {
     directory.write("cat.uue", cat_post);
     directory.write("cat.txt", "mine");
-    EXPECT_EQ(call({"decode", "cat.uue", "cat.uue"}), ExitStatus::good);
+    EXPECT_EQ(call({"decode", "--again", "cat.uue", "cat.uue"}), ExitStatus::good);
     EXPECT_EQ(out, "cat (2).txt\t3\twhole\tUUE\ncat (3).txt\t3\twhole\tUUE\n");
     EXPECT_EQ(directory.read("cat.txt"), "mine");
     EXPECT_EQ(directory.read("cat (2).txt"), "Cat");
@@ -80,19 +81,142 @@ TEST_F(Command, NothingFoundGivesStatusTwo) {
 }
 
 TEST_F(Command, AnInputThatCannotBeReadIsSaidAndTheOthersAreDecoded) {
+    ASSERT_EQ(mkfifo("pipe", 0600), 0);
     directory.write("cat.uue", cat_post);
-    EXPECT_EQ(call({"decode", "gone.uue", "cat.uue", "."}), ExitStatus::failed);
+    EXPECT_EQ(call({"decode", "gone.uue", "cat.uue", "pipe"}), ExitStatus::failed);
     EXPECT_EQ(out, "cat.txt\t3\twhole\tUUE\n");
-    EXPECT_EQ(err, "quill: gone.uue: No such file or directory\nquill: .: Is a directory\n");
+    EXPECT_EQ(err, "quill: gone.uue: No such file or directory\nquill: pipe: Not a regular file\n");
 }
 
-TEST_F(Command, AnOutputDirectoryThatIsNoneIsSaidAndNothingIsWritten) {
+TEST_F(Command, TheOutputDirectoryIsMadeAndGoesAgainIfItStaysEmpty) {
     directory.write("cat.uue", cat_post);
-    EXPECT_EQ(call({"decode", "--into", "gone", "cat.uue"}), ExitStatus::failed);
+    directory.write("note", "Nothing in here.\n");
+    directory.write("empty.uue", "begin 644 a\n\x01\x02\x03\n\x01\n");
+    EXPECT_EQ(call({"decode", "--into", "new", "note"}), ExitStatus::nothing);
+    EXPECT_FALSE(directory.has("new"));
+    call({"decode", "--into", "new/", "empty.uue"});
+    EXPECT_FALSE(directory.has("new"));
+    EXPECT_EQ(call({"decode", "--into", "new/", "cat.uue"}), ExitStatus::good);
+    EXPECT_EQ(directory.read("new/cat.txt"), "Cat");
+    directory.make_directory("mine");
+    EXPECT_EQ(call({"decode", "--into", "mine", "note"}), ExitStatus::nothing);
+    EXPECT_TRUE(directory.has("mine"));
+}
+
+TEST_F(Command, AnOutputDirectoryThatCannotBeIsSaidAndNothingIsWritten) {
+    directory.write("cat.uue", cat_post);
+    ASSERT_EQ(symlink("nowhere", "dangling"), 0);
+    const struct {
+        const char* into;
+        const char* said;
+    } table[] = {
+        {"gone/new", "quill: gone/new: No such file or directory\n"},
+        {"cat.uue", "quill: cat.uue: Not a directory\n"},
+        {"cat.uue/new", "quill: cat.uue/new: Not a directory\n"},
+        {"dangling", "quill: dangling: No such file or directory\n"},
+    };
+    for (const auto& row : table) {
+        EXPECT_EQ(call({"decode", "--into", row.into, "cat.uue"}), ExitStatus::failed);
+        EXPECT_EQ(err, row.said);
+    }
+    EXPECT_EQ(directory.names(), (std::vector<std::string>{"cat.uue", "dangling"}));
+}
+
+TEST_F(Command, AnotherRunWritesNothing) {
+    directory.write("two.uue", "begin 644 a.txt\n#0V%T\n`\nend\nbegin 644 a.txt\n#1&]G\n`\nend\n");
+    EXPECT_EQ(call({"decode", "two.uue"}), ExitStatus::good);
+    EXPECT_EQ(out, "a.txt\t3\twhole\tUUE\na (2).txt\t3\twhole\tUUE\n");
+    for (int run = 0; run < 2; ++run) {
+        EXPECT_EQ(call({"decode", "two.uue"}), ExitStatus::good);
+        EXPECT_EQ(out, "a.txt\t3\twhole\tUUE\talready there\na (2).txt\t3\twhole\tUUE\talready there\n");
+    }
+    EXPECT_EQ(call({"decode", "--json", "two.uue"}), ExitStatus::good);
+    EXPECT_THAT(out, HasSubstr(R"("path": "a (2).txt", "size": 3, "format": "UUE", "verdict": "whole", )"
+                               R"("already_there": true)"));
+    EXPECT_EQ(directory.names(), (std::vector<std::string>{"a (2).txt", "a.txt", "two.uue"}));
+    EXPECT_EQ(call({"decode", "--again", "two.uue"}), ExitStatus::good);
+    EXPECT_EQ(directory.names().size(), 5U);
+}
+
+TEST_F(Command, OtherBytesOfTheSameSizeAndLinksAreNotAlreadyThere) {
+    directory.write("cat.uue", cat_post);
+    directory.write("cat.txt", "CAT");
+    directory.write("elsewhere", "Cat");
+    ASSERT_EQ(symlink("elsewhere", "cat (2).txt"), 0);
+    EXPECT_EQ(call({"decode", "cat.uue"}), ExitStatus::good);
+    EXPECT_EQ(out, "cat (3).txt\t3\twhole\tUUE\n");
+    EXPECT_EQ(call({"decode", "cat.uue"}), ExitStatus::good);
+    EXPECT_EQ(out, "cat (3).txt\t3\twhole\tUUE\talready there\n");
+}
+
+TEST_F(Command, DirectoriesAreWalkedWithoutHiddenFilesAndLinks) {
+    directory.write("mail/1", cat_post);
+    directory.write("mail/deep/er/2", dog_post);
+    directory.write("mail/.hidden", cut_post);
+    directory.write("mail/.folder/3", cut_post);
+    directory.write("mail/.quill-1-0.part", cut_post);
+    directory.write("cut", cut_post);
+    ASSERT_EQ(symlink("../cut", "mail/link"), 0);
+    ASSERT_EQ(symlink("..", "mail/deep/round"), 0);
+    EXPECT_EQ(call({"list", "mail"}), ExitStatus::good);
+    EXPECT_EQ(out, "cat.txt\t3\twhole\tUUE\ndog.txt\t4\twhole\tUUE\n");
+    EXPECT_EQ(call({"decode", "mail/"}), ExitStatus::good);
+    EXPECT_TRUE(directory.has("mail/cat.txt") && directory.has("mail/deep/er/dog.txt"));
+}
+
+TEST_F(Command, WhatAMaildirHoldsGoesBesideIt) {
+    directory.write("in/Maildir/cur/1:2,S", cat_post);
+    directory.write("in/Maildir/tmp/2", cut_post);
+    directory.make_directory("in/Maildir/new");
+    directory.write("in/Maildir/.Sent/new/3", dog_post);
+    directory.make_directory("in/Maildir/.Sent/cur");
+    directory.write("in/Maildir/.other/4", cut_post);
+    for (const char* input : {"in/Maildir", "in", "in/Maildir/", "in/Maildir/cur"}) {
+        EXPECT_EQ(call({"decode", input}), ExitStatus::good) << input;
+        EXPECT_EQ(directory.read("in/cat.txt"), "Cat");
+        ASSERT_EQ(unlink("in/cat.txt"), 0);
+        unlink("in/dog.txt");
+    }
+    EXPECT_EQ(call({"decode", "in/Maildir"}), ExitStatus::good);
+    EXPECT_EQ(directory.read("in/dog.txt"), "Dogs");
+    EXPECT_FALSE(directory.has("in/cut.txt") || directory.has("in/Maildir/cut.txt"));
+}
+
+TEST_F(Command, NamesMayStandInAList) {
+    directory.write("a b", cat_post);
+    directory.write("c\nd", dog_post);
+    directory.write("list", "a b\n\n");
+    const std::string two("c\nd\0a b\0", 8);
+    EXPECT_EQ(call({"list", "--files-from", "list"}), ExitStatus::good);
+    EXPECT_EQ(out, "cat.txt\t3\twhole\tUUE\n");
+    EXPECT_EQ(call({"list", "--files-from", "-"}, two), ExitStatus::good);
+    EXPECT_EQ(out, "dog.txt\t4\twhole\tUUE\ncat.txt\t3\twhole\tUUE\n");
+    EXPECT_EQ(call({"list", "a b", "--files-from", "-"}, "gone"), ExitStatus::failed);
+    EXPECT_EQ(out, "cat.txt\t3\twhole\tUUE\n");
     EXPECT_EQ(err, "quill: gone: No such file or directory\n");
-    EXPECT_EQ(call({"decode", "--into", "cat.uue", "cat.uue"}), ExitStatus::failed);
-    EXPECT_EQ(err, "quill: cat.uue: Not a directory\n");
-    EXPECT_EQ(directory.names(), std::vector<std::string>{"cat.uue"});
+    EXPECT_EQ(call({"list", "--files-from", "absent"}), ExitStatus::failed);
+    EXPECT_EQ(call({"list", "--files-from", "-"}, ""), ExitStatus::nothing);
+}
+
+TEST_F(Command, AFileWithNothingInItIsDescribed) {
+    const struct {
+        std::string bytes;
+        const char* looks_like;
+    } table[] = {
+        {"%PDF-1.7\n", "a PDF document"},
+        {"", "an empty file"},
+        {"Nothing in here.\n", "plain text"},
+        {"From: ada@example.org\n\nHello\n", "a message"},
+        {std::string("\0\1\2\3", 4), "data of a type not known"},
+    };
+    for (const auto& row : table) {
+        directory.write("f", row.bytes);
+        EXPECT_EQ(call({"list", "f"}), ExitStatus::nothing);
+        EXPECT_THAT(err, testing::MatchesRegex("quill: f: [^\n]*MIME[^\n]*\n"));
+        EXPECT_THAT(err, HasSubstr(row.looks_like));
+        EXPECT_EQ(call({"list", "--quiet", "f"}), ExitStatus::nothing);
+        EXPECT_EQ(err, "");
+    }
 }
 
 TEST_F(Command, BadUsageGivesStatusThree) {
@@ -100,6 +224,7 @@ TEST_F(Command, BadUsageGivesStatusThree) {
         {},
         {"decode"},
         {"decode", "--into"},
+        {"list", "--json", "--json-lines", "x"},
         {"decode", "--bogus", "x"},
         {"frobnicate", "x"},
         {"list", "--into", "x", "y"},
@@ -130,7 +255,8 @@ TEST_F(Command, HelpTellsEveryOptionAndTheExitStatus) {
     EXPECT_EQ(call({"--help"}), ExitStatus::good);
     for (const char* said : {"decode", "list", "Exit status"}) EXPECT_THAT(out, HasSubstr(said));
     EXPECT_EQ(call({"decode", "--help"}), ExitStatus::good);
-    for (const char* said : {"--into", "--all", "--forks", "--json", "--quiet", "FILE"})
+    for (const char* said :
+         {"--into", "--all", "--forks", "--json", "--json-lines", "--again", "--files-from", "--quiet", "FILE"})
         EXPECT_THAT(out, HasSubstr(said));
     EXPECT_EQ(err, "");
 }

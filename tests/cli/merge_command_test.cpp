@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <string>
+#include <sys/stat.h>
 #include <vector>
 
 namespace quill::cli {
@@ -43,7 +44,7 @@ TEST_F(MergeCommand, OtherFilesAndThoseCalledTextAreJoinedInTheOrderGiven) {
     post("one", 1, "AAA");
     EXPECT_EQ(call({"merge", "--text", "two", "one"}), ExitStatus::good);
     EXPECT_EQ(directory.read("merged.txt"), directory.read("two") + directory.read("one"));
-    EXPECT_EQ(call({"merge", "--yenc", "two", "b"}), ExitStatus::failed);
+    EXPECT_EQ(call({"merge", "--force", "--yenc", "two", "b"}), ExitStatus::failed);
     EXPECT_THAT(err, HasSubstr("b is not a multipart yEnc encoded file."));
 }
 
@@ -75,13 +76,39 @@ TEST_F(MergeCommand, WhatDidNotGoInIsSaidAndToldByTheStatus) {
     EXPECT_EQ(call({"merge", "again", "three", "one"}), ExitStatus::damaged);
     EXPECT_EQ(err, "quill: three: left out: Part 3 was found before\nquill: part 2: in none of the files\n");
     EXPECT_EQ(directory.read("merged.txt"), head + "AAA\r\nXXX\r\n=yend size=3 part=3\r\n");
-    EXPECT_EQ(call({"merge", "one", "absent", "three", "."}), ExitStatus::failed);
+    EXPECT_EQ(call({"merge", "--force", "one", "absent", "three", "."}), ExitStatus::failed);
     EXPECT_THAT(err, HasSubstr("quill: absent: left out: No such file or directory\n"));
     EXPECT_THAT(err, HasSubstr("quill: .: left out: Is a directory\n"));
     EXPECT_EQ(directory.read("merged.txt"), head + "AAA\r\nCCC\r\n=yend size=3 part=3\r\n");
     directory.write("plain", "words\n");
-    EXPECT_EQ(call({"merge", "plain", "absent"}), ExitStatus::failed);
+    EXPECT_EQ(call({"merge", "--force", "plain", "absent"}), ExitStatus::failed);
     EXPECT_EQ(directory.read("merged.txt"), "words\r\n");
+}
+
+TEST_F(MergeCommand, AnExistingOutputIsReplacedWithForceOnly) {
+    post("one", 1, "AAA");
+    post("two", 2, "BBB");
+    directory.write("merged.txt", "older");
+    chmod("merged.txt", 0600);
+    EXPECT_EQ(call({"merge", "one", "two"}), ExitStatus::failed);
+    EXPECT_THAT(err, testing::StartsWith("quill: merged.txt: is there already"));
+    EXPECT_EQ(directory.read("merged.txt"), "older");
+    EXPECT_EQ(call({"merge", "--force", "one", "two"}), ExitStatus::good);
+    EXPECT_EQ(directory.read("merged.txt"), head + "AAA\r\nBBB\r\n=yend size=3 part=2\r\n");
+    struct stat status = {};
+    ASSERT_EQ(stat("merged.txt", &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0600U);
+}
+
+TEST_F(MergeCommand, JsonSaysWhatWentInAndWhatDidNot) {
+    post("one", 1, "AAA");
+    post("three", 3, "CCC");
+    EXPECT_EQ(call({"merge", "--json", "--output", "m", "three", "absent", "one"}), ExitStatus::failed);
+    EXPECT_EQ(out, R"([{"name": "m", "path": "m", "size": 96, "parts": 2, "missing": [2], )"
+                   R"("left_out": [{"path": "absent", "reason": "No such file or directory"}]}])"
+                   "\n");
+    EXPECT_EQ(call({"merge", "--quiet", "--output", "n", "three", "one"}), ExitStatus::damaged);
+    EXPECT_EQ(out, "");
 }
 
 TEST_F(MergeCommand, AnInputIsNeverReplaced) {

@@ -1,13 +1,18 @@
 """Calls the program as a shell would: program_test.py QUILL SAMPLES [test ...]"""
 
+import ctypes
+import errno
 import json
 import os
+import platform
 import resource
 import shutil
 import signal
+import struct
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 from pathlib import Path
 
@@ -26,6 +31,23 @@ WHOLE = {
     "letter.hqx": {"To the crew": make_samples.LETTER.replace("\n", "\r").encode()},
     "stars.ync": {"stars.png": make_samples.png(make_samples.night_sky(128, 96, 7))},
 }
+
+
+def refuse_unnamed_files():
+    """From now on this process can't make files without a name, as on a file system that has none (seccomp(2))."""
+    seccomp_mode_filter, pr_set_seccomp, pr_set_no_new_privs = 2, 22, 38
+    x86_64_openat, aarch64_openat = 257, 56
+    openat = x86_64_openat if platform.machine() == "x86_64" else aarch64_openat
+    load, equal, bits, give = 0x20, 0x15, 0x45, 0x06
+    filters = [(load, 0, 0, 0), (equal, 0, 3, openat), (load, 0, 0, 16 + 2 * 8),
+               (bits, 0, 1, os.O_TMPFILE & ~os.O_DIRECTORY), (give, 0, 0, 0x50000 | errno.EOPNOTSUPP),
+               (give, 0, 0, 0x7FFF0000)]
+    program = ctypes.create_string_buffer(b"".join(struct.pack("HBBI", *row) for row in filters))
+    libc = ctypes.CDLL(None, use_errno=True)
+    fprog = ctypes.create_string_buffer(struct.pack("HxxxxxxP", len(filters), ctypes.addressof(program)))
+    libc.prctl(pr_set_no_new_privs, 1, 0, 0, 0)
+    if libc.prctl(pr_set_seccomp, seccomp_mode_filter, fprog, 0, 0) != 0:
+        raise OSError(ctypes.get_errno(), "seccomp")
 
 
 class Program(unittest.TestCase):
@@ -51,7 +73,7 @@ class Program(unittest.TestCase):
         results = json.loads(done.stdout)
         self.assertEqual({os.path.basename(result["path"]) for result in results}, set(os.listdir(self.directory)))
         for result in results:
-            self.assertEqual(set(result), {"name", "path", "size", "format", "verdict", "problems", "sources"})
+            self.assertEqual(set(result), {"name", "path", "size", "format", "verdict", "already_there", "problems", "sources"})
             self.assertEqual((self.directory / result["path"]).stat().st_size, result["size"])
         damaged = [result for result in results if result["verdict"] in ("damaged", "incomplete")]
         self.assertEqual([os.path.basename(source) for result in damaged for source in result["sources"]],
@@ -80,8 +102,8 @@ class Program(unittest.TestCase):
 
     def test_an_unwritable_file_is_said_with_the_reason_of_the_system(self):
         (self.directory / "is there").mkdir()
-        done = self.call("decode", "--into", "is there/not", SAMPLES / "pancakes.xxe")
-        self.assertEqual((done.returncode, done.stderr), (3, b"quill: is there/not: No such file or directory\n"))
+        done = self.call("decode", "--into", "is there/not/it", SAMPLES / "pancakes.xxe")
+        self.assertEqual((done.returncode, done.stderr), (3, b"quill: is there/not/it: No such file or directory\n"))
 
     def test_a_merge_that_breaks_off_leaves_the_older_one(self):
         (self.directory / "merged.txt").write_text("older")
@@ -91,7 +113,7 @@ class Program(unittest.TestCase):
         def small_disk():
             resource.setrlimit(resource.RLIMIT_FSIZE, (150 * 1000, 150 * 1000))
 
-        done = self.call("merge", "a", "b", preexec_fn=small_disk, restore_signals=False)
+        done = self.call("merge", "--force", "a", "b", preexec_fn=small_disk)
         self.assertEqual((done.returncode, done.stderr), (3, b"quill: merged.txt: File too large\n"))
         self.assertEqual((self.directory / "merged.txt").read_text(), "older")
         self.assertEqual(sorted(os.listdir(self.directory)), ["a", "b", "merged.txt"])
@@ -106,11 +128,25 @@ class Program(unittest.TestCase):
             resource.setrlimit(resource.RLIMIT_NOFILE, (32, 32))
 
         for kind in "--yenc", "--text":
-            done = self.call("merge", kind, *reversed(names), preexec_fn=few_files)
+            done = self.call("merge", "--force", kind, *reversed(names), preexec_fn=few_files)
             self.assertEqual((done.returncode, done.stderr), (0, b""))
             self.assertTrue(done.stdout.endswith(b"\t100 parts\n"))
 
-    def test_an_interrupted_run_leaves_nothing_unfinished(self):
+    def test_more_mails_are_read_than_files_may_be_open(self):
+        mails = self.directory / "mails"
+        mails.mkdir()
+        for number in range(300):
+            (mails / f"{number:03}").write_text(f"begin 644 {number}.txt\n#0V%T\n`\nend\n")
+
+        def few_files():
+            resource.setrlimit(resource.RLIMIT_NOFILE, (100, 100))
+
+        done = self.call("decode", "--json-lines", "--into", "out", "mails", preexec_fn=few_files)
+        self.assertEqual((done.returncode, done.stderr), (0, b""))
+        self.assertEqual(len(done.stdout.splitlines()), 300)
+        self.assertEqual(len(os.listdir(self.directory / "out")), 300)
+
+    def big_file(self):
         big = self.directory / "big.uue"
         with open(big, "wb") as out:
             out.write(b"begin 644 big.bin\n")
@@ -118,14 +154,92 @@ class Program(unittest.TestCase):
             for _ in range(400):
                 out.write(line * 2000)
             out.write(b"`\nend\n")
-        started = subprocess.Popen([QUILL, "decode", big], stdout=subprocess.PIPE, stderr=subprocess.PIPE)
-        while started.poll() is None and not any(name.startswith(".") for name in os.listdir(self.directory)):
-            pass
-        started.send_signal(signal.SIGTERM)
-        started.communicate(timeout=60)
-        self.assertIn(started.returncode, (-signal.SIGTERM, 0))
-        left = set(os.listdir(self.directory)) - {"big.uue"}
-        self.assertEqual(left, set() if started.returncode else {"big.bin"})
+        return big
+
+    def assert_stops(self, number, *arguments, has_begun, **options):
+        """Starts a run and ends it by a signal once it `has_begun`: all that was there is there, and nothing else."""
+        before = {name: os.lstat(self.directory / name).st_ino for name in os.listdir(self.directory)}
+        with subprocess.Popen([QUILL, *arguments], cwd=self.directory, stdout=subprocess.DEVNULL, **options) as run:
+            while run.poll() is None and not has_begun(run.pid):
+                time.sleep(0.001)
+            run.send_signal(number)
+            run.wait(timeout=60)
+        after = {name: os.lstat(self.directory / name).st_ino for name in os.listdir(self.directory)}
+        if run.returncode == 0:  # it was faster
+            self.assertNotEqual(after, before)
+        else:
+            self.assertEqual((run.returncode, after), (-number, before))
+
+    def test_an_interrupted_run_leaves_nothing_unfinished(self):
+        self.big_file()
+        (self.directory / "big.bin").write_text("mine")
+        (self.directory / "merged.txt").write_text("mine")
+
+        def writes(pid):  # its output is open
+            try:
+                names = {os.readlink(f"/proc/{pid}/fd/{fd}") for fd in os.listdir(f"/proc/{pid}/fd")}
+            except OSError:
+                return False
+            return any("(deleted)" in name or ".part" in name for name in names)
+
+        runs = [["decode", "big.uue"], ["decode", "--into", "new", "big.uue"],
+                ["encode", "--format", "mime", "big.uue"],
+                ["encode", "--format", "uue", "--part-size", "5000000", "big.uue"],
+                ["merge", "--force", "--text", "big.uue", "big.uue"]]
+        for arguments in runs:
+            for number in signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGKILL:
+                if number == signal.SIGKILL and "new" in arguments:
+                    continue  # an empty directory may stay
+                with self.subTest(arguments, number=number):
+                    self.assert_stops(number, *arguments, has_begun=writes)
+                    self.restore()
+            with self.subTest(arguments, named=True):
+                self.assert_stops(signal.SIGTERM, *arguments, has_begun=writes, preexec_fn=refuse_unnamed_files)
+                self.restore()
+
+    def restore(self):
+        """Removes what a run that was faster than its signal made."""
+        for path in self.directory.iterdir():
+            if path.is_dir():
+                shutil.rmtree(path)
+            elif path.name not in ("big.uue", "big.bin", "merged.txt"):
+                path.unlink()
+
+    def test_a_run_that_waits_for_a_reader_stops_too(self):
+        (self.directory / "a").write_text("x\n")
+        os.mkfifo(self.directory / "pipe")
+
+        def waits(pid):
+            return "S (sleeping)" in Path(f"/proc/{pid}/status").read_text()
+
+        for number in signal.SIGTERM, signal.SIGINT:
+            self.assert_stops(number, "merge", "--output", "pipe", "a", "a", has_begun=waits)
+
+    def test_what_a_kill_left_is_removed_by_a_later_run(self):
+        gone = subprocess.Popen(["true"])
+        gone.wait()
+        left = self.directory / f".quill-{gone.pid}-0.part"
+        left.write_text("half")
+        self.call("decode", SAMPLES / "pancakes.xxe", "--into", ".")
+        self.assertTrue(left.exists())
+        day_ago = time.time() - 25 * 3600
+        os.utime(left, (day_ago, day_ago))
+        self.call("decode", SAMPLES / "pancakes.xxe", "--into", ".")
+        self.assertFalse(left.exists())
+
+    def test_two_runs_at_once_lose_nothing(self):
+        (self.directory / "a").write_text("begin 644 x.txt\n#0V%T\n`\nend\n")
+        (self.directory / "b").write_text("begin 644 x.txt\n#1&]G\n`\nend\n")
+        for _ in range(10):
+            runs = [subprocess.Popen([QUILL, "decode", "--quiet", name], cwd=self.directory) for name in "abab"]
+            self.assertEqual([run.wait(timeout=60) for run in runs], [0] * 4)
+            made = [path.read_text() for path in self.directory.glob("x*.txt")]
+            self.assertEqual(set(made), {"Cat", "Dog"})
+            for path in self.directory.glob("x*"):
+                path.unlink()
+        runs = [subprocess.Popen([QUILL, "encode", "--format", kind, "--output", "one", "a"], cwd=self.directory,
+                                 stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL) for kind in ("uue", "mime", "xxe", "yenc")]
+        self.assertEqual(sorted(run.wait(timeout=60) for run in runs), [0, 3, 3, 3])
 
 
 if __name__ == "__main__":

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sstream>
 #include <string>
 
@@ -21,26 +22,7 @@ struct Streams {
 };
 
 codec::Recovered file(std::string name, Verdict verdict) {
-    return {std::move(name), "", Format::uu, {verdict, 7, {}}, {"post.uue"}};
-}
-
-TEST(JsonString, EscapesWhatJsonCannotHoldAndKeepsEveryByteApart) {
-    const struct {
-        std::string_view text;
-        std::string_view json;
-    } table[] = {
-        {"plain.png", R"("plain.png")"},
-        {"a\"b\\c/d", R"("a\"b\\c/d")"},
-        {"tab\tline\nreturn\r\x1b", R"("tab\tline\nreturn\u000d\u001b")"},
-        {std::string_view("nul\0in", 6), R"("nul\u0000in")"},
-        {"gr\xC3\xBC\xC3\x9F \xF0\x9F\x98\x80", "\"gr\xC3\xBC\xC3\x9F \xF0\x9F\x98\x80\""},
-        {"gr\xFC\xDF", R"("gr\udcfc\udcdf")"},
-        {"cut \xF0\x9F", R"("cut \udcf0\udc9f")"},
-        {"surrogate \xED\xA0\x80", R"("surrogate \udced\udca0\udc80")"},
-        {"c1 \xC2\x9B, bidi \xE2\x80\xAE, tag \xF3\xA0\x81\xA1", R"("c1 \u009b, bidi \u202e, tag \udb40\udc61")"},
-        {"", R"("")"},
-    };
-    for (const auto& row : table) EXPECT_EQ(json_string(row.text), row.json);
+    return {std::move(name), "", Format::uu, {verdict, 7, {}}, {"post.uue"}, false};
 }
 
 TEST(Report, OneLineTellsNameSizeVerdictAndFormat) {
@@ -89,12 +71,22 @@ TEST(Report, JsonIsOneArrayWithEveryMember) {
     EXPECT_EQ(
         streams.out.str(),
         R"([{"name": "a \"b\".png", "path": "in/a \"b\".png", "size": 7, "format": "UUE", )"
-        R"("verdict": "incomplete", "problems": [{"kind": "missing-end", "at": 99, "text": "The end is missing"}, )"
+        R"("verdict": "incomplete", "already_there": false, "problems": [{"kind": "missing-end", "at": 99, "text": "The end is missing"}, )"
         R"({"kind": "odd-line", "at": 3, "text": "A line was odd"}], "sources": ["1.uue", "2.uue"]},)"
         "\n"
-        R"( {"name": "c.txt", "path": null, "size": 7, "format": "UUE", "verdict": "whole", "problems": [], )"
+        R"( {"name": "c.txt", "path": null, "size": 7, "format": "UUE", "verdict": "whole", "already_there": false, "problems": [], )"
         R"("sources": ["post.uue"]}])"
         "\n");
+}
+
+TEST(Report, JsonLinesAreComplete) {
+    Streams streams;
+    Report report(streams.console, ReportStyle::json_lines);
+    report.add(file("a\nb", Verdict::whole));
+    EXPECT_EQ(streams.out.str(), json_of(file("a\nb", Verdict::whole)) + "\n") << "before the run ends";
+    report.add(file("c", Verdict::whole));
+    EXPECT_EQ(report.finish(), ExitStatus::good);
+    EXPECT_EQ(std::count(streams.out.view().begin(), streams.out.view().end(), '\n'), 2);
 }
 
 TEST(Report, TheStatusIsThatOfTheWorstResultAndFailuresWeighMost) {

@@ -17,7 +17,7 @@ QUILL = Path(sys.argv[1]).resolve()
 SIZES = [*range(0, 301), 4_321, 10_000, 5_000_001]
 SIZES_FOR_PROGRAMS = [1, 44, 45, 46, 127, 128, 300, 10_000, 5_000_001]  # each costs a process
 SIZES_FOR_UUDEVIEW = [4_321, 10_000, 5_000_001]  # it takes texts of a few lines for no data
-EXTENSIONS = {"uue": "UUE", "mime": "MME", "binhex": "HQX", "xxe": "XXE", "yenc": "ync"}
+EXTENSIONS = {"uue": "uue", "mime": "mme", "binhex": "hqx", "xxe": "xxe", "yenc": "ync"}
 XX = b"+-0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
 BINHEX = b"!\"#$%&'()*+,-012345689@ABCDEFGHIJKLMNPQRSTUVXYZ[`abcdefhijklmpqr"
 
@@ -124,7 +124,7 @@ class RoundTrip(unittest.TestCase):
         inputs = [f"f{size}.bin" for size in sizes]
         done = self.call(QUILL, "encode", "--format", encoding, *options, "--quiet", "--output", out, *inputs)
         self.assertEqual((done.returncode, done.stderr), (0, b""))
-        return [(size, out / f"f{size}.{EXTENSIONS[encoding]}") for size in sizes]
+        return [(size, out / f"f{size}.bin.{EXTENSIONS[encoding]}") for size in sizes]
 
     def test_python_reads_every_format_at_every_size(self):
         for encoding, decode in DECODERS.items():

@@ -1,0 +1,38 @@
+#include "cli/results.h"
+
+#include <CLI/CLI.hpp>
+
+#include <ostream>
+
+namespace quill::cli {
+
+ReportStyle ResultOptions::style() const {
+    if (json_lines) return ReportStyle::json_lines;
+    if (json) return ReportStyle::json;
+    return quiet ? ReportStyle::silent : ReportStyle::lines;
+}
+
+void add_result_options(CLI::App& command, ResultOptions& options) {
+    auto* json = command.add_flag("--json", options.json,
+                                  "Print the results as one JSON array of objects; their members\n"
+                                  "are in the manual page");
+    command.add_flag("--json-lines", options.json_lines, "Print each result as a JSON object on a line, as it comes")
+        ->excludes(json);
+    command.add_flag("--quiet", options.quiet, "Print neither lines nor a progress bar, but errors");
+}
+
+void Results::put(std::string_view result) {
+    if (style_ == ReportStyle::silent) return;
+    if (style_ == ReportStyle::json) {
+        console_.out << (any_ ? ",\n " : "[") << result << std::flush;
+    } else {
+        console_.out << result << std::endl;
+    }
+    any_ = true;
+}
+
+void Results::finish() {
+    if (style_ == ReportStyle::json) console_.out << (any_ ? "]\n" : "[]\n");
+}
+
+}  // namespace quill::cli

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "cli/console.h"
+
+#include <cstdint>
+#include <string_view>
+
+namespace CLI {
+class App;
+}
+
+namespace quill::cli {
+
+/// How results are printed.
+enum class ReportStyle : std::uint8_t {
+    lines,       ///< a line each, for people
+    json,        ///< one JSON array
+    json_lines,  ///< a JSON object on each line
+    silent,      ///< not at all
+};
+
+/// The options that choose it.
+struct ResultOptions {
+    bool json = false;
+    bool json_lines = false;
+    bool quiet = false;
+
+    ReportStyle style() const;
+};
+
+/// Adds --json, --json-lines and --quiet to `command`.
+void add_result_options(CLI::App& command, ResultOptions& options);
+
+/// The results of a run on standard output, each printed as it comes.
+class Results {
+  public:
+    Results(const Console& console, ReportStyle style) : console_(console), style_(style) {}
+
+    ReportStyle style() const { return style_; }
+    bool are_json() const { return style_ == ReportStyle::json || style_ == ReportStyle::json_lines; }
+
+    /// Prints one result: a JSON object where are_json(), else a line without its end.
+    void put(std::string_view result);
+
+    /// Closes what was begun.
+    void finish();
+
+  private:
+    const Console& console_;
+    ReportStyle style_;
+    bool any_ = false;
+};
+
+}  // namespace quill::cli
