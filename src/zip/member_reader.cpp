@@ -95,7 +95,7 @@ Content MemberReader::read(const Member& member, const Sink& sink) {
     return content;
 }
 
-/// The member with the numbers of its own header, where these are others and could be right.
+/// Returns the member with the numbers of its own header, where these are others and could be right.
 std::optional<Member> MemberReader::as_in_own_header(const Member& member) const {
     if (member.recovered || member.elsewhere || member.is_encrypted()) return std::nullopt;
     const std::optional<Header> header = parse_local_header(archive_.bytes(), member.local_offset);
@@ -258,28 +258,35 @@ void MemberReader::judge(const Member& member, const Source& source, const Passe
     }
     if (!member.sizes_known) {
         content.fate = judge_by_descriptor(source, passed, meter, content);
-        return;
+    } else if (check_numbers(member, source, passed, meter, content) && passed.authentic != false) {
+        content.fate = Fate::verified;
     }
-    const std::string stated = std::to_string(member.uncompressed_size);
-    const bool right_size = !passed.too_long && meter.size() == member.uncompressed_size;
-    if (passed.too_long) {
+}
+
+/// Compares size and CRC with the stated ones, and reports where they differ. AE-2 leaves the CRC out; one that is
+/// there all the same counts.
+bool MemberReader::check_numbers(const Member& member, const Source& source, const Passed& passed, const Meter& meter,
+                                 Content& content) const {
+    if (passed.too_long || meter.size() != member.uncompressed_size) {
+        const std::string size = std::to_string(meter.size());
         tell(content, Grade::damaged, "wrong-size", source.at,
-             "it has more than the " + stated + " bytes that it states");
-    } else if (!right_size) {
-        tell(content, Grade::damaged, "wrong-size", source.at,
-             "it has " + std::to_string(meter.size()) + " bytes and states " + stated);
+             passed.too_long ? "it has more than the " + size + " bytes that it states"
+                             : "it has " + size + " bytes and states " + std::to_string(member.uncompressed_size));
+        return false;
     }
-    // AE-2 leaves the CRC out; one that is there all the same counts.
     const bool crc_left_out = source.aes && source.aes->version == 2 && member.crc == 0;
-    const bool right_crc = crc_left_out || meter.crc() == member.crc;
-    if (!right_crc && right_size) tell(content, Grade::damaged, "bad-crc", source.at, "its CRC is wrong");
+    if (!crc_left_out && meter.crc() != member.crc) {
+        tell(content, Grade::damaged, "bad-crc", source.at, "its CRC is wrong");
+        return false;
+    }
+    // The code authenticates the encrypted bytes alone, not how they are to be understood.
     const std::optional<AesField> own = aes_field(source.local.extra);
-    const bool same_field = !source.aes || !crc_left_out || !own || *own == *source.aes;
-    if (!same_field) {
+    if (crc_left_out && own && *own != *source.aes) {
         tell(content, Grade::damaged, "header-differs", source.at,
              "its own header and the directory disagree on what the encrypted data are");
+        return false;
     }
-    if (right_size && right_crc && same_field && passed.authentic != false) content.fate = Fate::verified;
+    return true;
 }
 
 /// Reports what is wrong with the end of the compressed data, or with their authentication code.
@@ -290,7 +297,7 @@ void MemberReader::check_ends(const Member& member, const Source& source, const 
     if (passed.state == StreamState::broken) {
         tell(content, Grade::damaged, "bad-data", at, "its compressed data are broken");
     } else if (passed.state == StreamState::too_large) {
-        tell(content, Grade::lost, "unsupported", at, "it needs more than 1 GiB of memory");
+        tell(content, Grade::lost, "unsupported", at, "it needs more memory than is allowed");
     } else if (passed.state == StreamState::running && !passed.too_long && !source.cut) {
         tell(content, Grade::damaged, "cut", at, "its compressed data end too early");
     } else if (has_ended(passed.state) && !passed.too_long && member.sizes_known && passed.read < source.data.size()) {

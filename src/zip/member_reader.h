@@ -64,6 +64,8 @@ class MemberReader {
     archive::Passed decode(const Member& member, const Source& source, const archive::Method& method, Meter& meter);
     void judge(const Member& member, const Source& source, const archive::Passed& passed, const Meter& meter,
                Content& content) const;
+    bool check_numbers(const Member& member, const Source& source, const archive::Passed& passed, const Meter& meter,
+                       Content& content) const;
     Fate judge_by_descriptor(const Source& source, const archive::Passed& passed, const Meter& meter,
                              Content& content) const;
     void check_ends(const Member& member, const Source& source, const archive::Passed& passed, Content& content) const;

@@ -78,13 +78,13 @@ class Interop(unittest.TestCase):
         run("sh", "-c", "cd in && zip -qr -P 'open sesame' ../a.zip .")
         self.read_with_quill("a.zip", "--password-file", "password")
 
-    def test_reads_7z(self):
-        run("sh", "-c", "cd in && 7z a -tzip ../a.zip .")
-        self.read_with_quill("a.zip")
-
-    def test_reads_7z_with_aes(self):
-        run("sh", "-c", "cd in && 7z a -tzip -mem=AES256 '-popen sesame' ../a.zip .")
-        self.read_with_quill("a.zip", "--password-file", "password")
+    def test_reads_every_method_of_7z(self):
+        plain = [(method,) for method in ("Deflate", "Deflate64", "BZip2", "LZMA", "PPMd")]
+        for method, *options in (*plain, ("Deflate", "-mem=AES256", "-popen sesame"), ("PPMd", "-mem=AES128", "-popen sesame")):
+            with self.subTest(method=method, options=options):
+                run("rm", "-rf", "out", "a.zip")
+                run("sh", "-c", 'cd in && 7z a -tzip -mx=1 -mm=%s "$@" ../a.zip .' % method, "sh", *options)
+                self.read_with_quill("a.zip", *(("--password-file", "password") if options else ()))
 
     def test_reads_python(self):
         for method in (zipfile.ZIP_STORED, zipfile.ZIP_DEFLATED, zipfile.ZIP_BZIP2):
@@ -104,6 +104,8 @@ class Interop(unittest.TestCase):
             with zipfile.ZipFile("a.zip") as archive:
                 for name, content in self.files.items():
                     self.assertEqual(archive.read("in/" + name, password.encode() if password else None), content)
+        run(QUILL, "zip", "add", "--method", "xz", "xz.zip", "in")
+        run("7z", "t", "xz.zip")
         run("rm", "-r", "in")
         run("unzip", "-q", "-P", "open sesame", "a.zip")
         self.check_extracted("in")
