@@ -179,8 +179,10 @@ std::vector<YencPart> find_parts(std::string_view post, std::size_t file) {
     std::size_t line_at = 0;
     while (const auto line = reader.line()) {
         if (line->size() > part_mark.size() && text::starts_with_ignoring_case(*line, part_mark)) {
-            if (!parts.empty()) parts.back().end = before_at;
-            parts.push_back({file, part_number(before), parts.empty() ? 0 : before_at, reader.offset(), post.size()});
+            // Of two `=ypart` lines in a row the second has no `=ybegin` line of its own.
+            const std::uint64_t head = parts.empty() ? 0 : std::max<std::uint64_t>(before_at, parts.back().data);
+            if (!parts.empty()) parts.back().end = head;
+            parts.push_back({file, part_number(before), head, reader.offset(), post.size()});
         }
         before = *line;
         before_at = line_at;

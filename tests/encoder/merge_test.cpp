@@ -182,5 +182,13 @@ TEST(FindParts, ReadsTheNumberFromTheLineBeforeAndUnixTextToo) {
     EXPECT_THAT(find_parts("=ybegin part=1\r\nno part line\r\n", 0), IsEmpty());
 }
 
+TEST(FindParts, APartEndsBehindItsOwnPartLineWhereAnotherFollowsAtOnce) {
+    const std::string head = "=ybegin part=1 name=q\r\n=ypart begin=1 end=2\r\n";
+    const auto parts = find_parts(head + "=ypart begin=3 end=4\r\nab\r\n", 0);
+    ASSERT_EQ(parts.size(), 2U);
+    EXPECT_EQ(parts[0].end, head.size());
+    EXPECT_EQ(parts[1].head, head.size());
+}
+
 }  // namespace
 }  // namespace quill::encoder
