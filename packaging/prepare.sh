@@ -25,10 +25,15 @@ as_root() {
     if [[ $(id -u) == 0 ]]; then "$@"; else sudo "$@"; fi
 }
 
-# install_missing COMMAND: installs from Debian what is not there. Asks nothing.
+# install_missing COMMAND: installs from Debian what is not there, and asks nothing. On other systems it names what is
+# needed and leaves the rest to the build.
 install_missing() {
     local wanted packages
     mapfile -t wanted < <(dependencies "$1")
+    if ! command -v dpkg-query >/dev/null; then
+        say "This is not Debian. Needed here is what Debian calls ${wanted[*]}"
+        return
+    fi
     mapfile -t packages < <(missing "${wanted[@]}")
     [[ ${#packages[@]} == 0 ]] && return
     say "Installing ${packages[*]}"
@@ -36,15 +41,10 @@ install_missing() {
     as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -y --no-install-recommends install "${packages[@]}"
 }
 
-# build PRESET [-DNAME=VALUE...] [-- TARGET...]: configures build/PRESET and builds it on every core.
+# build PRESET [TARGET...]: configures build/PRESET and builds it, or the targets, on every core.
 build() {
-    local preset=$1 options=()
+    local preset=$1
     shift
-    while [[ $# -gt 0 && $1 != -- ]]; do
-        options+=("$1")
-        shift
-    done
-    [[ $# -gt 0 ]] && shift
-    cmake --preset "$preset" --log-level=NOTICE "${options[@]}"
+    cmake --preset "$preset" --log-level=NOTICE
     cmake --build "build/$preset" --parallel "$(nproc)" ${1:+--target "$@"}
 }
