@@ -177,8 +177,9 @@ FoundFile fork(const binhex::Header& header, std::vector<Range> body, bool resou
     file.attachment.format = Format::binhex;
     file.attachment.body = std::move(body);
     file.attachment.resource_fork = resource;
-    // Names in UTF-8 are not at home in this format, but written where it isn't either.
-    file.attachment.name = text::is_utf8(header.name) ? header.name : to_utf8(header.name, "x-mac-roman");
+    // Macintosh programs wrote the character set of their system, of which Mac Roman is the usual one; others UTF-8.
+    file.name_guessed = !text::is_utf8(header.name);
+    file.attachment.name = file.name_guessed ? to_utf8(header.name, "x-mac-roman") : header.name;
     // A slash is a character like any other in a Macintosh name.
     std::replace(file.attachment.name.begin(), file.attachment.name.end(), '/', '_');
     if (resource) file.attachment.name += ".rsrc";

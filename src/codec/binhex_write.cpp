@@ -6,7 +6,6 @@
 #include "codec/encode_output.h"
 #include "codec/sixbit.h"
 #include "files/path.h"
-#include "text/utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -125,7 +124,7 @@ std::string fitting_name(std::string_view name) {
     std::string_view extension = name.substr(files::extension_at(name));
     if (extension.size() >= longest_name / 2) extension = {};
     std::size_t cut = longest_name - extension.size();
-    while (cut > 1 && text::is_utf8(name) && (static_cast<unsigned char>(name[cut]) & 0xC0U) == 0x80U) --cut;
+    while (cut > 1 && (static_cast<unsigned char>(name[cut]) & 0xC0U) == 0x80U) --cut;
     return std::string(name.substr(0, cut)).append(extension);
 }
 

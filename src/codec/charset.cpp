@@ -64,8 +64,7 @@ std::string to_utf8(std::string_view bytes, std::string_view charset) {
     for (const CharsetAlias& alias : aliases) {
         if (alias.name == name) name = alias.meant;
     }
-    if ((name == "WINDOWS-1252" || name == "utf-8") && text::is_utf8(bytes)) return std::string(bytes);
-    if (name == "WINDOWS-1252") return text::windows_1252_to_utf8(bytes);
+    if (name == "WINDOWS-1252" || (name == "utf-8" && text::is_utf8(bytes))) return text::to_utf8(bytes);
     const iconv_t converter = iconv_open("UTF-8", name.c_str());
     if (converter == reinterpret_cast<iconv_t>(-1)) return text::to_utf8(bytes);
     std::string out = convert(converter, bytes);

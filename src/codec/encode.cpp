@@ -8,6 +8,8 @@
 #include "files/directory.h"
 #include "files/path.h"
 #include "files/unfinished.h"
+#include "text/ascii.h"
+#include "text/utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -26,9 +28,9 @@ constexpr std::array<OutputFormat, 5> formats{{
     {"yenc", "ync", 0, 128, 997, 1, 1, true, write_yenc},
 }};
 
-/// A name that can stand in a header line: control characters would end it or hide in it.
+/// Returns the file's name in UTF-8, without the control characters that would end a header line or hide in it.
 std::string header_name(const std::string& path) {
-    std::string name = files::name_of(path);
+    std::string name = text::to_utf8(files::name_of(path));
     for (char& c : name) {
         if (static_cast<unsigned char>(c) < ' ' || c == '\x7f') c = '_';
     }
@@ -84,6 +86,12 @@ bool would_replace(const std::string& path) {
 }
 
 }  // namespace
+
+std::string name_at_line_end(std::string_view name) {
+    const std::string_view inside = text::trim(name);
+    const bool has_quotes = inside.size() > 1 && inside.front() == '"' && inside.back() == '"';
+    return has_quotes ? '"' + std::string(inside) + '"' : std::string(name);
+}
 
 bool EncodeOutput::used(std::uint64_t offset) {
     input_.release_before(offset);

@@ -8,13 +8,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <string_view>
 
 namespace quill::codec {
 
 /// What one output holds of a file.
 struct EncodePiece {
-    std::string_view name;    ///< of the file, without control characters
+    std::string_view name;    ///< of the file, in UTF-8 and without control characters
     std::string_view file;    ///< all its bytes
     std::uint64_t begin = 0;  ///< the bytes to encode: [begin, end) of `file`
     std::uint64_t end = 0;
@@ -23,6 +24,10 @@ struct EncodePiece {
 
     std::string_view bytes() const { return file.substr(begin, end - begin); }
 };
+
+/// Returns `name` as the last field of a line. Readers drop double quotes round such a name, so one that has them gets
+/// another pair.
+std::string name_at_line_end(std::string_view name);
 
 /// Where a writer's bytes go. A failure is remembered: the writer may look at what the calls return or go on in vain.
 class EncodeOutput {

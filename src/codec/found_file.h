@@ -24,7 +24,8 @@ struct FoundFile {
     std::uint32_t order = 0;  ///< where it stands among all that the text holds
     bool has_begin = true;
     bool has_end = true;
-    bool tentative = false;  ///< counts only where the first part of its file, or its label, asks for it
+    bool tentative = false;     ///< counts only where the first part of its file, or its label, asks for it
+    bool name_guessed = false;  ///< the character set of the name is not stated: a header's name goes before it
     PartLabel label;
     std::string partial_id;  ///< a piece of a message (message/partial): not a file by itself
 };

@@ -15,10 +15,15 @@ namespace {
 
 constexpr std::size_t default_line_length = 76;
 
-/// Whether `name` reads the same to every mail program between double quotes.
+bool is_ascii(std::string_view name) {
+    return std::all_of(name.begin(), name.end(), [](char c) { return c >= ' ' && c <= '~'; });
+}
+
+/// Whether all mail programs read `name` the same between double quotes. Some take what follows "=?" for an encoded
+/// word, and '%' for a code.
 bool is_plain(std::string_view name) {
-    return std::all_of(name.begin(), name.end(),
-                       [](char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\' && c != '%'; });
+    return is_ascii(name) && name.find_first_of("\"\\%") == std::string_view::npos &&
+           name.find("=?") == std::string_view::npos;
 }
 
 /// `utf8` as the value of a parameter whose name ends in '*' (RFC 2231 4, with the characters of RFC 5987 3.2.1).
@@ -55,16 +60,30 @@ std::string encoded_words(std::string_view utf8) {
     return words;
 }
 
-std::string head(std::string_view raw_name) {
-    const std::string name = text::to_utf8(raw_name);
+/// Returns `name` between double quotes: as it is where that is ASCII, with backslashes before what they escape (RFC
+/// 5322 3.2.4), else as encoded words, which the standard has no place for here and nearly every program reads.
+std::string quoted(std::string_view name) {
+    if (!is_ascii(name) || name.find("=?") != std::string_view::npos) return '"' + encoded_words(name) + '"';
+    std::string out = "\"";
+    for (const char c : name) {
+        if (c == '"' || c == '\\') out += '\\';
+        out += c;
+    }
+    return out + '"';
+}
+
+/// A name that is not plain comes in the form of RFC 2231 and, for programs that don't know that one, in two others.
+std::string head(const std::string& name) {
     const bool plain = is_plain(name);
     std::string head;
     text::append_line(head, "MIME-Version: 1.0");
     text::append_line(head, "Subject: " + (plain ? name : encoded_words(name)));
-    text::append_line(head, "Content-Type: application/octet-stream");
+    text::append_line(head, plain ? "Content-Type: application/octet-stream"
+                                  : "Content-Type: application/octet-stream;\r\n name=" + quoted(name));
     text::append_line(head, "Content-Transfer-Encoding: base64");
     text::append_line(head, "Content-Disposition: attachment;");
-    text::append_line(head, plain ? " filename=\"" + name + '"' : " filename*=" + extended_value(name));
+    text::append_line(head, " filename=" + quoted(name) + (plain ? "" : ";"));
+    if (!plain) text::append_line(head, " filename*=" + extended_value(name));
     text::append_line(head, "");
     return head;
 }
@@ -73,7 +92,7 @@ std::string head(std::string_view raw_name) {
 
 bool write_mime(const EncodePiece& piece, const EncodeOptions& options, EncodeOutput& output) {
     const std::size_t line_length = options.line_length == 0 ? default_line_length : options.line_length;
-    output.write(head(piece.name));
+    output.write(head(std::string(piece.name)));
     const auto bound = [line_length](std::size_t n) { return sixbit::encoded_size(n, line_length); };
     const auto encode = [line_length](std::string_view in, char* out) {
         return sixbit::encode_base64(in, line_length, out);

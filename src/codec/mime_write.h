@@ -6,8 +6,9 @@ class EncodeOutput;
 struct EncodeOptions;
 struct EncodePiece;
 
-/// Writes `piece` as a message of one Base64 body (RFC 2045 6.8). The name stands in Content-Disposition, quoted where
-/// it is plain ASCII, else in the form of RFC 2231, and in the subject, there as encoded words (RFC 2047). A message
+/// Writes `piece` as a message of one Base64 body (RFC 2045 6.8). The name is in Content-Disposition and in the
+/// subject. One that is not plain ASCII has the form of RFC 2231 there and, for older programs, is quoted or in encoded
+/// words (RFC 2047) in `filename=`, in the `name=` of Content-Type and in the subject. A message
 /// that nobody has sent has no sender and no date. False on a failure.
 bool write_mime(const EncodePiece& piece, const EncodeOptions& options, EncodeOutput& output);
 

@@ -206,11 +206,15 @@ FoundFile Scanner::file_of(const Leaf& leaf, Position end) const {
 /// Gives the file that a part only wraps the name that the part's header has for it.
 void Scanner::name_wrapped(const Leaf& leaf) {
     FoundFile& file = found_.files[leaf.files_before];
-    const bool names_itself = leaf.header.type == "application/mac-binhex40" && !file.tentative;
+    const bool names_itself = leaf.header.type == "application/mac-binhex40" && !file.tentative && !file.name_guessed;
     file.tentative = false;
     if (leaf.header.file_name.empty() || names_itself) return;
     file.attachment.name = leaf.header.file_name;
     file.attachment.content_type = leaf.header.type;
+    for (std::size_t i = leaf.files_before + 1; i < found_.files.size(); ++i) {
+        FoundFile& fork = found_.files[i];
+        if (fork.name_guessed && fork.attachment.resource_fork) fork.attachment.name = leaf.header.file_name + ".rsrc";
+    }
 }
 
 /// Says that text follows the data of a Base64 body, and whether it may stand in place of the last rows.

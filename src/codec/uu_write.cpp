@@ -20,7 +20,7 @@ std::string head(const EncodePiece& piece) {
         text::append_line(head, "");
     }
     if (piece.number > 1) return head;
-    const std::string begin = std::string("begin 644 ").append(piece.name);
+    const std::string begin = "begin 644 " + name_at_line_end(piece.name);
     // Four lines of one length, or one character more in the first, look like data that has lost its header.
     if (begin.size() == full_line || begin.size() == full_line + 1) text::append_line(head, "");
     text::append_line(head, begin);

@@ -31,7 +31,7 @@ std::string head(const EncodePiece& piece, std::size_t line_length) {
     text::append_line(head, "");
     text::append_line(head, "=ybegin" + (parts ? field("part", piece.number) + field("total", piece.count) : "") +
                                 field("line", line_length) + field("size", piece.file.size()) +
-                                " name=" + std::string(piece.name));
+                                " name=" + name_at_line_end(piece.name));
     if (parts) text::append_line(head, "=ypart" + field("begin", piece.begin + 1) + field("end", piece.end));
     return head;
 }

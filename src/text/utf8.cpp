@@ -1,6 +1,9 @@
 #include "text/utf8.h"
 
+#include <algorithm>
 #include <array>
+#include <optional>
+#include <utility>
 
 namespace quill::text {
 namespace {
@@ -55,8 +58,46 @@ std::string windows_1252_to_utf8(std::string_view s) {
     return out;
 }
 
+namespace {
+
+/// Bytes of a character without its end that `s` begins with, or 0 where there is none.
+std::size_t cut_length(std::string_view s) {
+    for (std::size_t kept = std::min<std::size_t>(s.size(), 3); kept > 0; --kept) {
+        // Behind E0 and F0 the second byte is at least A0 or 90, behind ED and F4 at most 9F or 8F.
+        for (const std::string_view rest : {"\x80\x80\x80", "\xA0\x80\x80"}) {
+            if (character_length(std::string(s.substr(0, kept)).append(rest)) > kept) return kept;
+        }
+    }
+    return 0;
+}
+
+/// `s` with U+FFFD in place of a character that is cut, where that is all that is wrong with it.
+std::optional<std::string> without_cut_character(std::string_view s) {
+    std::string out;
+    bool has_whole = false;
+    bool has_cut = false;
+    while (!s.empty()) {
+        std::size_t length = character_length(s);
+        if (length > 0) {
+            out += s.substr(0, length);
+            has_whole = has_whole || length > 1;
+        } else {
+            length = cut_length(s);
+            if (length == 0 || has_cut) return std::nullopt;
+            append_utf8(out, U'\uFFFD');
+            has_cut = true;
+        }
+        s.remove_prefix(length);
+    }
+    return has_whole ? std::optional(std::move(out)) : std::nullopt;
+}
+
+}  // namespace
+
 std::string to_utf8(std::string_view s) {
-    return is_utf8(s) ? std::string(s) : windows_1252_to_utf8(s);
+    if (is_utf8(s)) return std::string(s);
+    std::optional<std::string> mended = without_cut_character(s);
+    return mended ? *std::move(mended) : windows_1252_to_utf8(s);
 }
 
 char32_t next_character(std::string_view& s) {

@@ -18,7 +18,8 @@ std::size_t character_length(std::string_view s);
 /// value.
 std::string windows_1252_to_utf8(std::string_view s);
 
-/// `s` itself where it is UTF-8, else read as Windows-1252.
+/// Returns `s` itself where it is UTF-8. One character that was cut short, as by a limit of a name's length, becomes
+/// U+FFFD where whole characters beyond ASCII speak for UTF-8. All else is read as Windows-1252.
 std::string to_utf8(std::string_view s);
 
 /// Takes the first character off `s`, which must be well-formed and not empty.

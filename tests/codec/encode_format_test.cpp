@@ -59,11 +59,17 @@ TEST(EncodeMime, APlainNameIsQuoted) {
               "YWJjZA==\r\n");
 }
 
-TEST(EncodeMime, AnyOtherNameTakesTheFormsOfTheStandards) {
+TEST(EncodeMime, AnyOtherNameTakesTheFormsOfTheStandardsAndOneForOlderReaders) {
     const std::string message = encoded("mime", "Grün \"1\".txt", "x");
     EXPECT_THAT(message, HasSubstr("\r\n filename*=UTF-8''Gr%C3%BCn%20%221%22.txt\r\n"));
+    EXPECT_THAT(message, HasSubstr("\r\n filename=\"=?UTF-8?B?R3LDvG4gIjEiLnR4dA==?=\";\r\n"));
+    EXPECT_THAT(message, HasSubstr("octet-stream;\r\n name=\"=?UTF-8?B?R3LDvG4gIjEiLnR4dA==?=\"\r\n"));
     EXPECT_THAT(message, HasSubstr("\r\nSubject: =?UTF-8?B?R3LDvG4gIjEiLnR4dA==?=\r\n"));
     EXPECT_THAT(encoded("mime", "caf\xe9", "x"), HasSubstr("filename*=UTF-8''caf%C3%A9\r\n")) << "Windows-1252";
+    EXPECT_THAT(encoded("mime", "50% \"a\"", "x"),
+                HasSubstr(" filename=\"50% \\\"a\\\"\";\r\n filename*=UTF-8''50%25%20%22a%22\r\n"));
+    EXPECT_THAT(encoded("mime", "=?utf-8?q?x?=.bin", "x"),
+                HasSubstr("\r\n filename*=UTF-8''%3D%3Futf-8%3Fq%3Fx%3F%3D.bin\r\n"));
 }
 
 TEST(EncodeMime, EncodedWordsHoldWholeCharactersAndAreAtMost75Long) {

@@ -21,10 +21,10 @@ inline std::string big_endian(std::size_t n) {
     return {'\0', '\0', static_cast<char>(n >> 8U & 0xFFU), static_cast<char>(n & 0xFFU)};
 }
 
-/// The stream of a file "a.sc"; no byte of the forks may be 0x90.
-inline std::string binhex_of(const std::string& data, const std::string& resource) {
-    const std::string header =
-        std::string("\4a.sc\0TEXTttxt\0\0", 16) + big_endian(data.size()) + big_endian(resource.size());
+/// The stream of a file; no byte of the forks may be 0x90.
+inline std::string binhex_of(const std::string& data, const std::string& resource, const std::string& name = "a.sc") {
+    const std::string header = static_cast<char>(name.size()) + name + std::string("\0TEXTttxt\0\0", 11) +
+                               big_endian(data.size()) + big_endian(resource.size());
     return with_crc(header) + with_crc(data) + with_crc(resource);
 }
 

@@ -45,6 +45,18 @@ INSTANTIATE_TEST_SUITE_P(
                              "*tuf-8'7Bild%05ž%C3%B¯Mú×\x14ge-'"},
                     NameCase{"attachment; filename*0=\"\xFC=?utf-8?Q?=C3=BC?=\"; filename*1=\"\xE4.txt\"", "üüä.txt"}));
 
+TEST(MimeHeader, ANameCutInMidCharacterKeepsItsWholeCharacters) {
+    for (const std::string_view value :
+         {"attachment; filename=B\xC3\xA4r\xE2\x82.txt", "attachment; filename*=UTF-8''B%C3%A4r%E2%82.txt",
+          "attachment; filename*=B%C3%A4r%E2%82.txt", "attachment; filename=\"=?utf-8?Q?B=C3=A4r=E2=82?=.txt\"",
+          "attachment; filename=\"=?us-ascii?Q?B=C3=A4r=E2=82.txt?=\""}) {
+        ContentHeader header;
+        take_field(header, "Content-Disposition", value);
+        EXPECT_TRUE(header.file_name.starts_with("Bär\uFFFD") && header.file_name.ends_with(".txt"))
+            << header.file_name;
+    }
+}
+
 TEST(MimeHeader, RawBytesOfANameAreInTheCharacterSetOfTheText) {
     for (const std::string_view parameter : {"name=\xC0.txt", "name*0=\xC0; name*1=.txt"}) {
         ContentHeader header;
