@@ -3,6 +3,7 @@
 #include "codec/disguise.h"
 #include "codec/file_signature.h"
 #include "codec/problem_kinds.h"
+#include "decoder/active_types.h"
 #include "decoder/repair_guide.h"
 #include "decoder/type_icons.h"
 #include "decoder/virus_guard.h"
@@ -61,6 +62,30 @@ std::string_view missing_ending(const std::string& path) {
     return {};
 }
 
+/// Gives the picture at `path`, of row `row`, the ending that it lacks, under a name that no other file has.
+void add_missing_ending(shell::swit& w, std::size_t row, std::string& path) {
+    const std::string_view ending = missing_ending(path);
+    if (ending.empty()) return;
+    const std::string dir = files::dir_of(path);
+    const std::string name = files::unique_name(dir, text::to_lower(w.List3.items().at(row)).append(ending));
+    if (!files::rename_new(path, files::join(dir, name))) return;
+    replace_result(w, row, name);
+    path = files::join(dir, name);
+}
+
+/// Asks about a file of a type that can do harm. Returns whether it is to be opened.
+bool may_open(shell::Context& context, const std::string& path) {
+    const Result<files::MappedFile> file = files::MappedFile::open(path);
+    const std::string name = files::name_of(path);
+    const std::string_view what = active_type(name, file ? file->bytes() : std::string_view());
+    if (what.empty()) return true;
+    return context.platform.ask({.text = "   " + name + " is " + std::string(what) +
+                                         ". Files of this kind that came with a message may do harm. Do you want to "
+                                         "open it all the same?",
+                                 .no_is_default = true,
+                                 .question_mark = true});
+}
+
 /// Renames the file within its directory; the reason where that is impossible.
 Status rename_there(const std::string& path, const std::string& name) {
     if (name.find('/') != std::string::npos) {
@@ -86,27 +111,18 @@ void open_result(shell::Context& context) {
     shell::swit& w = main_window(context);
     if (!w.List3.selected) return;
     const std::size_t row = *w.List3.selected;
-    const std::string name = w.List3.selected_item();
     std::string path = result_path(w, row);
     if (files::file_size(path).value_or(0) == 0) {
         context.platform.message("     This file was not decoded properly, it has a zero file size.");
         show_repair_guide(context);
         return;
     }
+    if (!may_open(context, path)) return;
     context.platform.message(
         " This program will now attempt to load this file into the default program on your computer for this type of "
         "file. If it does not load into a program, you may not have the right program for viewing this type of file or "
         "may need to rename the file to view it correctly.");
-    const std::string_view ending = missing_ending(path);
-    if (!ending.empty()) {
-        const std::string directory = files::dir_of(path);
-        const std::string right_name = files::unique_name(directory, text::to_lower(name).append(ending));
-        const std::string right_path = files::join(directory, right_name);
-        if (files::rename_new(path, right_path)) {
-            replace_result(w, row, right_name);
-            path = right_path;
-        }
-    }
+    add_missing_ending(w, row, path);
     context.platform.opener().open_with_default(path);
 }
 

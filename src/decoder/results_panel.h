@@ -15,9 +15,9 @@ namespace quill::decoder {
 /// Fills the actions of the results panel's list and buttons, and the route that checks the file in hand.
 void connect_results_panel(shell::Context& context);
 
-/// Opens the selected file with the desktop's default program for its type; never runs it. A GIF or JPEG picture whose
-/// name does not say so gets its ending first, under a name that no other file has. A file that is empty or gone leads
-/// to the repair guide.
+/// Opens the selected file with the desktop's default program for its type; never runs it. Asks first about types that
+/// can carry commands or scripts. A GIF or JPEG picture whose name does not say so gets its ending first, and a number
+/// where that name is taken. A file that is empty or gone leads to the repair guide.
 void open_result(shell::Context& context);
 
 /// Asks for a new name and renames the selected file. A name that is taken, or holds a slash, is refused with a

@@ -73,6 +73,39 @@ TEST_F(ResultsPanel, APictureGetsItsEndingUnderANameThatNobodyHas) {
     EXPECT_EQ(result_row(program_.main_window, 0).verdict, codec::Verdict::damaged);
 }
 
+struct Active {
+    const char* name;
+    const char* bytes;
+    const char* what;
+};
+
+TEST_F(ResultsPanel, TypesThatCanDoHarmAreOpenedAfterAQuestionOnly) {
+    for (const Active& c : {Active{"a.jnlp", "x", "downloads a program"}, Active{"a.url", "x", "a link"},
+                            Active{"A.HTA", "x", "a web page"}, Active{"a.vbs", "x", "a script"},
+                            Active{"a.lnk", "x", "a Windows shortcut"}, Active{"a.command", "x", "a script for macOS"},
+                            Active{"a.txt.html", "x", "a web page"}, Active{"a.svg", "x", "a drawing"},
+                            Active{"a.deb", "x", "a package"}, Active{"a.docm", "x", "macros"},
+                            Active{"page", "<html><script>", "a web page"}, Active{"a.html .", "x", "a web page"}}) {
+        SCOPED_TRACE(c.name);
+        found(c.name, c.bytes);
+        program_.platform.opened.clear();
+        program_.platform.expect_question(c.what, false);
+        double_click();
+        EXPECT_THAT(program_.platform.opened, IsEmpty());
+        EXPECT_TRUE(program_.platform.questions.back().no_is_default);
+        program_.platform.expect_question(c.what, true);
+        program_.platform.expect_message(will_load);
+        double_click();
+        EXPECT_THAT(program_.platform.opened, ElementsAre(directory_.path(c.name)));
+    }
+    for (const char* name : {"a.txt", "a.pdf", "a.docx", "html", "a.", "a.x.deb.png", "readme", "a.htmlx", "a.c"}) {
+        SCOPED_TRACE(name);
+        found(name, "x");
+        program_.platform.expect_message(will_load);
+        double_click();
+    }
+}
+
 TEST_F(ResultsPanel, ARowGoesWhoseFileAnotherTookThePlaceOf) {
     found("x.gif", "GIF89a");
     found("y", "text");
