@@ -150,6 +150,7 @@ std::string written_name(const std::string& name) {
 class NameRoundTrip : public testing::TestWithParam<std::string> {
   protected:
     std::string encode(const std::string& name) {
+        files::remove_file("out");
         dir.write(name, "Cat");
         const auto encoded = encode_file(dir.path(name), "out", *output_format(GetParam()));
         files::remove_file(dir.path(name));
@@ -185,6 +186,7 @@ INSTANTIATE_TEST_SUITE_P(EncodeAndDecode, NameRoundTrip, testing::Values("uue", 
 TEST(NameRoundTripMime, EachFieldHasTheWholeName) {
     const tests::TemporaryDirectory dir;
     for (const std::string& name : all_names()) {
+        files::remove_file("out");
         dir.write(name, "Cat");
         ASSERT_TRUE(encode_file(name, dir.path("out"), *output_format("mime")));
         files::remove_file(name);
