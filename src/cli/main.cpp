@@ -1,7 +1,7 @@
 #include "cli/commands.h"
 #include "cli/interruption.h"
+#include "files/atomic_file.h"
 
-#include <csignal>
 #include <iostream>
 #include <string>
 #include <sys/resource.h>
@@ -24,7 +24,7 @@ int main(int argc, char** argv) {
     using namespace quill::cli;
     const std::vector<std::string> arguments(argv + 1, argv + argc);
     allow_many_open_files();
-    std::signal(SIGXFSZ, SIG_IGN);  // a file that may grow no further is a full disk: writing fails
+    quill::files::let_oversized_writes_fail();
     std::ios::sync_with_stdio(false);
     const ExitStatus status = run(arguments, {std::cin, std::cout, std::cerr, isatty(STDERR_FILENO) == 1});
     Interruption::end_process_if_caught();

@@ -3,6 +3,7 @@
 #include "desktop/display.h"
 #include "desktop/signs.h"
 #include "desktop/text_editor.h"
+#include "files/atomic_file.h"
 #include "files/path.h"
 #include "integration/favorites.h"
 #include "shell/command_line.h"
@@ -21,6 +22,7 @@ constexpr int no_data_directory = 4;
 
 int main(int argc, char** argv) {
     using namespace quill;
+    files::let_oversized_writes_fail();
     if (!desktop::has_display()) {
         std::fputs("quillbright: there is no display to open a window on. In a terminal, use: quill decode FILE...\n",
                    stderr);

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <fcntl.h>
@@ -234,6 +235,13 @@ Status AtomicFile::publish_as_rewrite() {
     const Result<std::string> published = publish(OnCollision::replace, Durability::flushed);
     if (!published) return published.error();
     return Done{};
+}
+
+void let_oversized_writes_fail() {
+    struct sigaction action = {};
+    action.sa_handler = [](int) {};  // unlike SIG_IGN not inherited
+    action.sa_flags = SA_RESTART;
+    sigaction(SIGXFSZ, &action, nullptr);
 }
 
 Status rewrite_file(const std::string& path, std::string_view bytes) {

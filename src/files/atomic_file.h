@@ -29,7 +29,8 @@ enum class Durability {
 enum class Access {
     usual,    ///< All that the umask lets read (0644 less the umask). Never executable.
     of_old,   ///< Who may use the file that is at the path: its permission bits, and its owner, group and extended
-              ///< attributes as far as the system allows; where the group stays another, it may not do more than everyone. Else as usual.
+              ///< attributes as far as the system allows; where the group stays another, it may not do more than
+              ///< everyone. Else as usual.
     of_owner  ///< The user alone (0600).
 };
 
@@ -95,6 +96,10 @@ class AtomicFile {
     bool failed_ = false;
     Error error_;
 };
+
+/// Makes a write beyond the size that the system allows a file fail like one to a full disk, where it would end the
+/// process. For the beginning of a program; the programs that it starts are not concerned.
+void let_oversized_writes_fail();
 
 /// Replaces the file that `path` leads to by `bytes` in one step; who may use it stays as it was.
 Status rewrite_file(const std::string& path, std::string_view bytes);

@@ -1,3 +1,4 @@
+#include "files/atomic_file.h"
 #include "qpunwrap/announce.h"
 #include "qpunwrap/report.h"
 #include "qpunwrap/unwrap.h"
@@ -22,6 +23,7 @@ constexpr std::string_view usage =
 
 int main(int argc, char** argv) {
     using namespace quill::qpunwrap;
+    quill::files::let_oversized_writes_fail();
     std::vector<std::string> arguments(argv + 1, argv + argc);
     if (arguments == std::vector<std::string>{"--help"}) {
         std::cout << usage;

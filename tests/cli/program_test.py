@@ -1,4 +1,4 @@
-"""Calls the program as a shell would: program_test.py QUILL SAMPLES [test ...]"""
+"""Calls the programs as a shell would: program_test.py QUILL QPUNWRAP SAMPLES [test ...]"""
 
 import ctypes
 import errno
@@ -16,7 +16,7 @@ import time
 import unittest
 from pathlib import Path
 
-QUILL, SAMPLES = Path(sys.argv[1]).resolve(), Path(sys.argv[2]).resolve()
+QUILL, QPUNWRAP, SAMPLES = (Path(argument).resolve() for argument in sys.argv[1:4])
 
 sys.dont_write_bytecode = True
 sys.path.insert(0, str(SAMPLES))
@@ -227,6 +227,19 @@ class Program(unittest.TestCase):
         self.call("decode", SAMPLES / "pancakes.xxe", "--into", ".")
         self.assertFalse(left.exists())
 
+    def test_a_limit_for_files_is_a_full_disk(self):
+        def limit():
+            signal.signal(signal.SIGXFSZ, signal.SIG_DFL)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (1000, 1000))
+        (self.directory / "a").write_bytes(os.urandom(5000))
+        message = ["Content-Transfer-Encoding: quoted-printable", "", *(f"line {n} =3D" for n in range(500)), ""]
+        (self.directory / "mail").write_text("\n".join(message))
+        before = sorted(os.listdir(self.directory))
+        for program, *arguments in [QUILL, "zip", "add", "a.zip", "a"], [QPUNWRAP, "mail"]:
+            done = subprocess.run([program, *arguments], cwd=self.directory, capture_output=True, timeout=60, preexec_fn=limit)
+            self.assertGreater(done.returncode, 0, program)  # not by a signal
+            self.assertEqual(sorted(os.listdir(self.directory)), before)
+
     def test_two_runs_at_once_lose_nothing(self):
         (self.directory / "a").write_text("begin 644 x.txt\n#0V%T\n`\nend\n")
         (self.directory / "b").write_text("begin 644 x.txt\n#1&]G\n`\nend\n")
@@ -243,4 +256,4 @@ class Program(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], *sys.argv[3:]])
+    unittest.main(argv=[sys.argv[0], *sys.argv[4:]])

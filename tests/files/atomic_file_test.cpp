@@ -269,7 +269,7 @@ TEST_F(Atomic, ADirectoryAtTheTargetStaysAsItIs) {
 class FullDisk {
   public:
     explicit FullDisk(rlim_t bytes) {
-        signal(SIGXFSZ, SIG_IGN);
+        let_oversized_writes_fail();
         getrlimit(RLIMIT_FSIZE, &before_);
         rlimit limit = before_;
         limit.rlim_cur = bytes;

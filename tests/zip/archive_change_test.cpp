@@ -177,7 +177,7 @@ TEST(ArchiveChange, AFullDiskLeavesTheOldArchive) {
         if (most >= 1'000'000) dir.write("n", noise);
         const pid_t child = fork();
         if (child == 0) {
-            signal(SIGXFSZ, SIG_IGN);
+            files::let_oversized_writes_fail();
             const rlimit limit{most, most};
             _exit(setrlimit(RLIMIT_FSIZE, &limit) == 0 && !change_all(dir, output_beside).ok() ? 0 : 1);
         }
