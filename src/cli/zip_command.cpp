@@ -31,8 +31,7 @@ struct ZipRequest {
     std::string password_file;
     std::string into = ".";
     std::string method = "deflate";
-    bool json = false;
-    bool quiet = false;
+    ResultOptions results;
     bool bare_names = false;
     bool no_limits = false;
 };
@@ -62,7 +61,7 @@ std::vector<std::size_t> chosen_members(const std::vector<zip::Member>& members,
 }
 
 ExitStatus list(const ZipRequest& request, const Console& console) {
-    ZipReport report(console, request.json, request.quiet);
+    ZipReport report(console, request.results.style());
     const Result<zip::Archive> archive = zip::Archive::open(request.archive);
     if (!archive) {
         report.fail(request.archive, archive.error());
@@ -76,7 +75,7 @@ ExitStatus list(const ZipRequest& request, const Console& console) {
 
 /// `extract`, and `test` where nothing is to be written.
 ExitStatus read(const ZipRequest& request, const Console& console, bool write) {
-    ZipReport report(console, request.json, request.quiet);
+    ZipReport report(console, request.results.style());
     const Result<std::string> password = read_password(request);
     const Result<zip::Archive> archive = zip::Archive::open(request.archive);
     if (!password) report.fail(request.password_file, password.error());
@@ -88,7 +87,7 @@ ExitStatus read(const ZipRequest& request, const Console& console, bool write) {
     const zip::MemberPaths paths(write ? archive->members() : std::vector<zip::Member>());
 
     const Interruption interruption;
-    ProgressBar bar(console, !request.quiet);
+    ProgressBar bar(console, !request.results.quiet);
     std::mutex terminal;
     zip::ExtractOptions options;
     options.password = *password;
@@ -194,7 +193,7 @@ std::uint16_t method_of(const ZipRequest& request) {
 }
 
 ExitStatus add(const ZipRequest& request, const Console& console) {
-    ZipReport report(console, false, true);
+    ZipReport report(console, ReportStyle::silent);
     const Result<std::string> password = read_password(request);
     if (!password) {
         report.fail(request.password_file, password.error());
@@ -224,7 +223,7 @@ ExitStatus add(const ZipRequest& request, const Console& console) {
 }
 
 ExitStatus remove(const ZipRequest& request, const Console& console) {
-    ZipReport report(console, false, true);
+    ZipReport report(console, ReportStyle::silent);
     if (!files::exists(request.archive)) {
         report.fail(request.archive, {ErrorCode::not_found, 0, "No such file or directory"});
         return report.finish();
@@ -250,23 +249,25 @@ struct CommandRow {
     const char* name;
     const char* about;
     Command run;
-    bool reads_members;  // takes a password and limits
-    bool has_json;
+    bool reads_members;  ///< takes a password and limits
+    bool writes_members;
+    bool has_results;
     bool needs_names;
     const char* names;
 };
 
 constexpr CommandRow commands[] = {
-    {"list", "Tell what an archive holds", list, false, true, false, "Members or directories in it; all, if none"},
-    {"extract", "Write members of an archive to the disk",
-     [](const ZipRequest& r, const Console& c) { return read(r, c, true); }, true, false, false,
+    {"list", "List what an archive holds", list, false, false, true, false,
      "Members or directories in it; all, if none"},
-    {"add", "Put files into an archive, which is made if need be", add, false, false, true,
+    {"extract", "Write members of an archive to the disk",
+     [](const ZipRequest& r, const Console& c) { return read(r, c, true); }, true, true, true, false,
+     "Members or directories in it; all, if none"},
+    {"add", "Put files into an archive, which is made if need be", add, false, false, false, true,
      "Files, and directories with all that is in them; links in these are stored as links"},
-    {"remove", "Take members out of an archive", remove, false, false, true,
+    {"remove", "Take members out of an archive", remove, false, false, false, true,
      "Members, or directories with all that is in them"},
     {"test", "Read members of an archive and write nothing",
-     [](const ZipRequest& r, const Console& c) { return read(r, c, false); }, true, true, false,
+     [](const ZipRequest& r, const Console& c) { return read(r, c, false); }, true, false, true, false,
      "Members or directories in it; all, if none"},
 };
 
@@ -301,7 +302,7 @@ void add_zip_command(CLI::App& app, Work& work) {
                 "100 GiB, to over 1,000,000 members, or to members that lie inside each other, as an\n"
                 "archive bomb does");
         }
-        if (row.reads_members && !row.has_json) {
+        if (row.writes_members) {
             command->add_option("--into", request->into, "Write below this directory, instead of the current one")
                 ->type_name("DIR");
         }
@@ -311,8 +312,11 @@ void add_zip_command(CLI::App& app, Work& work) {
                 ->capture_default_str();
         }
         if (row.run == add) command->add_flag("--bare-names", request->bare_names, "Store names without directories");
-        if (row.has_json) command->add_flag("--json", request->json, "Print one JSON array");
-        command->add_flag("--quiet", request->quiet, "Print errors alone");
+        if (row.has_results) {
+            add_result_options(*command, request->results);
+        } else {
+            command->add_flag("--quiet", request->results.quiet, "Print errors alone");
+        }
         command->callback([&work, request, run = row.run] {
             work = [request, run](const Console& console) { return run(*request, console); };
         });

@@ -16,14 +16,43 @@ std::string method_of(const zip::Member& member) {
     return method;
 }
 
-std::string json_of(const std::vector<zip::Problem>& problems) {
-    std::string out;
-    for (const zip::Problem& problem : problems) {
-        out += out.empty() ? "[" : ", ";
-        out += "{\"kind\": " + json_string(problem.kind) + ", \"at\": " + std::to_string(problem.at_input) +
-               ", \"text\": " + json_string(problem.text) + "}";
-    }
-    return (out.empty() ? "[" : out) + "]";
+std::string json_of(const zip::Problem& problem) {
+    return json_object({{"kind", json_string(problem.kind)},
+                        {"at", std::to_string(problem.at_input)},
+                        {"text", json_string(problem.text)}});
+}
+
+std::string line_of(const zip::Member& member) {
+    return printable(member.name) + "\t" + std::to_string(member.uncompressed_size) + "\t" +
+           std::to_string(member.compressed_size) + "\t" + method_of(member) + "\t" +
+           zip::iso_date_time(member.dos_time);
+}
+
+std::string json_of(const zip::Member& member) {
+    return json_object({{"name", json_string(member.name)},
+                        {"size", std::to_string(member.uncompressed_size)},
+                        {"compressed_size", std::to_string(member.compressed_size)},
+                        {"method", json_string(zip::method_name(member.content_method()))},
+                        {"modified", json_string(zip::iso_date_time(member.dos_time))},
+                        {"encrypted", json_flag(member.is_encrypted())},
+                        {"directory", json_flag(member.is_directory())},
+                        {"link", json_flag(member.is_link())},
+                        {"recovered", json_flag(member.recovered)}});
+}
+
+std::string line_of(const zip::Member& member, const zip::MemberResult& result, const std::string& path) {
+    return printable(path.empty() ? member.name : path) + "\t" + std::to_string(result.size) + "\t" +
+           std::string(name_of(result.fate)) + "\t" + method_of(member);
+}
+
+std::string json_of(const zip::Member& member, const zip::MemberResult& result, const std::string& path) {
+    const auto problem = [](const zip::Problem& item) { return json_of(item); };
+    return json_object({{"name", json_string(member.name)},
+                        {"path", json_or_null(path)},
+                        {"size", std::to_string(result.size)},
+                        {"method", json_string(zip::method_name(member.content_method()))},
+                        {"verdict", json_string(name_of(result.fate))},
+                        {"problems", json_array(result.problems, problem)}});
 }
 
 }  // namespace
@@ -32,50 +61,29 @@ Error zip_member_missing() {
     return {ErrorCode::not_found, 0, "the archive has no such member"};
 }
 
-void ZipReport::put(std::string line, std::string json) {
+void ZipReport::put(std::string_view result) {
     found_ = true;
-    if (json_) {
-        console_.out << (first_ ? "[" : ",\n ") << json;
-    } else if (!quiet_) {
-        console_.out << line << '\n';
-    }
-    first_ = false;
+    results_.put(result);
 }
 
 void ZipReport::list(const zip::Member& member) {
-    const std::string size = std::to_string(member.uncompressed_size), packed = std::to_string(member.compressed_size);
-    const std::string method = method_of(member), time = zip::iso_date_time(member.dos_time);
-    if (!json_) {
-        put(printable(member.name) + "\t" + size + "\t" + packed + "\t" + method + "\t" + time, {});
-        return;
-    }
-    const auto flag = [](bool value) { return value ? "true" : "false"; };
-    put({}, "{\"name\": " + json_string(member.name) + ", \"size\": " + size + ", \"compressed_size\": " + packed +
-                ", \"method\": " + json_string(zip::method_name(member.content_method())) +
-                ", \"modified\": " + json_string(time) + ", \"encrypted\": " + flag(member.is_encrypted()) +
-                ", \"directory\": " + flag(member.is_directory()) + ", \"link\": " + flag(member.is_link()) +
-                ", \"recovered\": " + flag(member.recovered) + "}");
+    put(results_.are_json() ? json_of(member) : line_of(member));
 }
 
 void ZipReport::add(const zip::Member& member, const zip::MemberResult& result, const std::string& path) {
-    const bool bad = result.fate == zip::Fate::damaged || result.fate == zip::Fate::refused;
-    damaged_ = damaged_ || bad;
+    if (result.fate == zip::Fate::damaged || result.fate == zip::Fate::refused) damaged_ = true;
+    report_problems(member, result);
+    put(results_.are_json() ? json_of(member, result, path) : line_of(member, result, path));
+}
+
+void ZipReport::report_problems(const zip::Member& member, const zip::MemberResult& result) {
     for (const zip::Problem& problem : result.problems) {
+        const bool is_repaired = problem.grade == zip::Grade::repaired;
         if (problem.kind == "not-written") failed_ = true;
-        if (problem.grade != zip::Grade::repaired) damaged_ = true;
-        if (problem.grade == zip::Grade::repaired && json_) continue;
-        if (problem.grade == zip::Grade::repaired && quiet_) continue;
+        if (!is_repaired) damaged_ = true;
+        if (is_repaired && results_.style() != ReportStyle::lines) continue;
         console_.err << "quill: " << printable(member.name) << ": " << printable(problem.text) << '\n';
     }
-    const std::string size = std::to_string(result.size);
-    const std::string verdict(name_of(result.fate));
-    if (!json_) {
-        put(printable(path.empty() ? member.name : path) + "\t" + size + "\t" + verdict + "\t" + method_of(member), {});
-        return;
-    }
-    put({}, "{\"name\": " + json_string(member.name) + ", \"path\": " + (path.empty() ? "null" : json_string(path)) +
-                ", \"size\": " + size + ", \"method\": " + json_string(zip::method_name(member.content_method())) +
-                ", \"verdict\": " + json_string(verdict) + ", \"problems\": " + json_of(result.problems) + "}");
 }
 
 void ZipReport::archive_problems(std::string_view archive, const zip::Archive& opened) {
@@ -100,11 +108,11 @@ void ZipReport::missing(std::string_view name) {
 }
 
 ExitStatus ZipReport::finish() {
-    if (json_) console_.out << (first_ ? "[]\n" : "]\n");
+    results_.finish();
     if (failed_) return ExitStatus::failed;
     if (damaged_) return ExitStatus::damaged;
     if (found_) return ExitStatus::good;
-    if (!json_ && !quiet_) console_.err << "quill: the archive is empty\n";
+    if (results_.style() == ReportStyle::lines) console_.err << "quill: the archive is empty\n";
     return ExitStatus::nothing;
 }
 

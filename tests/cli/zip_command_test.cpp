@@ -1,6 +1,7 @@
 #include "cli/command_fixture.h"
 #include "zip/archive_builder.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <gmock/gmock.h>
 
@@ -40,6 +41,38 @@ TEST_F(ZipCommandTest, AMemberWithTwoNamesIsReportedUnderBoth) {
     }
     call({"zip", "test", "--json", path("a.zip")});
     EXPECT_THAT(out, HasSubstr("\"names-differ\""));
+}
+
+TEST_F(ZipCommandTest, JsonIsOneArrayOrAnObjectOnEachLine) {
+    directory.write("a.zip", ArchiveBuilder().add("a", "x").add("d/", "").add("bad", "y", {.crc = 1}).finish());
+    const std::string into = directory.make_directory("into");
+    const struct {
+        std::vector<std::string> arguments;
+        std::string first;  // the beginning of the first object
+        ExitStatus status;
+    } cases[] = {
+        {{"list"}, R"({"name": "a", "size": 1, "compressed_size": 1, "method": "stored", )", ExitStatus::good},
+        {{"test"}, R"({"name": "a", "path": null, "size": 1, "method": "stored", )", ExitStatus::damaged},
+        {{"extract", "--into", into}, R"({"name": "a", "path": ")" + into + R"(/a)", ExitStatus::damaged},
+    };
+    for (const auto& c : cases) {
+        std::vector<std::string> arguments{"zip", c.arguments[0], path("a.zip")};
+        arguments.insert(arguments.end(), c.arguments.begin() + 1, c.arguments.end());
+        arguments.emplace_back("--json-lines");
+        EXPECT_EQ(call(arguments), c.status);
+        const std::string lines = out;
+        EXPECT_EQ(lines.substr(0, c.first.size()), c.first);
+        EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 3);
+        arguments.back() = "--json";
+        call(arguments);
+        EXPECT_EQ(out.front(), '[');
+        EXPECT_EQ(std::count(out.begin(), out.end(), '\n'), 3);
+        EXPECT_EQ(out.substr(out.size() - 2), "]\n");
+    }
+    EXPECT_EQ(call({"zip", "test", "--json", path("gone.zip")}), ExitStatus::failed);
+    EXPECT_EQ(out, "[]\n");
+    EXPECT_EQ(call({"zip", "list", "--json-lines", path("gone.zip")}), ExitStatus::failed);
+    EXPECT_EQ(out, "");
 }
 
 TEST_F(ZipCommandTest, ABombIsRefusedUnlessLimitsAreLifted) {
