@@ -6,6 +6,7 @@
 #include "codec/encode.h"
 #include "files/directory.h"
 #include "files/path.h"
+#include "files/unfinished.h"
 #include "text/ascii.h"
 
 #include <CLI/CLI.hpp>
@@ -136,6 +137,13 @@ bool encode_one(const Job& job, Run& run) {
     return true;
 }
 
+/// Removes what killed runs left in the directories that are written to.
+void clean_directories(const std::vector<Job>& jobs) {
+    std::set<std::string> directories;
+    for (const Job& job : jobs) directories.insert(files::dir_of(files::resolved(job.output)));
+    for (const std::string& directory : directories) files::remove_abandoned(directory);
+}
+
 ExitStatus encode(const EncodeRequest& request, const Console& console) {
     Run run{request, *codec::output_format(request.format), Report(console, ReportStyle::silent),
             Results(console, request.results.style()), ProgressBar(console, !request.results.quiet)};
@@ -154,6 +162,7 @@ ExitStatus encode(const EncodeRequest& request, const Console& console) {
         }
         jobs.push_back(*std::move(job));
     }
+    clean_directories(jobs);
     const Interruption interruption;
     bool all_written = true;
     for (const Job& job : jobs) {

@@ -7,7 +7,9 @@
 #include "decoder/repair_guide.h"
 #include "decoder/text_file.h"
 #include "decoder/triage.h"
+#include "files/directory.h"
 #include "files/path.h"
+#include "files/unfinished.h"
 #include "shell/long_run.h"
 #include "shell/main_window.h"
 #include "text/ascii.h"
@@ -60,6 +62,7 @@ LibraryRun run_library(shell::Context& context, const std::string& path, Reading
     auto& w = context.windows.load<shell::swit>();
     const std::string name = files::name_of(context.session.EncodedPath);
     shell::LongRun run(context.platform, run_panel(w), "Reading " + name);
+    files::remove_abandoned(files::current_directory());
     codec::DecodingLibrary library;
     library.dots_doubled = reading.dots_doubled;
     library.on_progress = [&](std::uint64_t done, std::uint64_t total) { return run.goes_on(done, total); };

@@ -5,6 +5,7 @@
 #include "encoder/output_choice.h"
 #include "files/directory.h"
 #include "files/path.h"
+#include "files/unfinished.h"
 #include "shell/main_window.h"
 #include "viewer/file_run.h"
 
@@ -24,6 +25,7 @@ Encoding encode_or_say(shell::Context& context, const codec::OutputFormat& forma
     if (!output) return Encoding::withdrawn;
     const std::string names = files::name_of(path) + " as " + files::name_of(output->path);
     const auto written = [&] {
+        files::remove_abandoned(files::dir_of(output->path));
         viewer::FileRun run(context, "Encoding " + names);
         const auto progress = [&](std::uint64_t done, std::uint64_t total) { return run.goes_on(done, total); };
         return codec::encode_file(path, output->path, format, {.on_collision = output->on_collision}, progress);

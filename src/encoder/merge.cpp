@@ -1,8 +1,10 @@
 #include "encoder/merge.h"
 
 #include "files/atomic_file.h"
+#include "files/directory.h"
 #include "files/mapped_file.h"
 #include "files/path.h"
+#include "files/unfinished.h"
 #include "text/ascii.h"
 #include "text/reader.h"
 #include "text/writer.h"
@@ -162,6 +164,12 @@ Status copyPart(Copy& copy, const Post& post, const YencPart& part, bool with_cr
     return file->changed() ? Status(changed_meanwhile(post.path)) : copied;
 }
 
+/// Begins the output of a merge, in a directory where a kill may have left unfinished ones.
+Result<files::AtomicFile> begin_output(const std::string& output) {
+    files::remove_abandoned(files::dir_of(files::resolved(output)));
+    return files::AtomicFile::create_output(output);
+}
+
 Result<Merged> finish(files::AtomicFile& out, Merged merged, files::OnCollision on_collision) {
     merged.size = out.size();
     const Result<std::string> published = out.publish(on_collision);
@@ -207,7 +215,7 @@ std::vector<YencPart> ordered(const std::vector<YencPart>& parts, std::size_t mo
 Result<Merged> merge_text(std::span<const std::string> paths, const std::string& output, const OnMerge& progress,
                           files::OnCollision on_collision) {
     Merged merged;
-    Result<files::AtomicFile> out = files::AtomicFile::create_output(output);
+    Result<files::AtomicFile> out = begin_output(output);
     if (!out) return out.error();
     Copy copy{*out, progress, {0, paths.size(), 0}};
     for (; copy.at.index < paths.size(); ++copy.at.index) {
@@ -238,7 +246,7 @@ Result<Merged> merge_yenc(std::span<const std::string> paths, const std::string&
         return Error{ErrorCode::bad_argument, 0, "Fewer than two of the files are parts of one series"};
     }
 
-    Result<files::AtomicFile> out = files::AtomicFile::create_output(output);
+    Result<files::AtomicFile> out = begin_output(output);
     if (!out) return out.error();
     const bool with_crlf = differ_in_line_ends(*found, series);
     Copy copy{*out, progress, {0, series.size(), 0}};

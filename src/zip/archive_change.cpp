@@ -1,6 +1,8 @@
 #include "zip/archive_change.h"
 
 #include "files/directory.h"
+#include "files/path.h"
+#include "files/unfinished.h"
 #include "zip/archive_layout.h"
 #include "zip/archive_lock.h"
 #include "zip/format.h"
@@ -81,6 +83,7 @@ Result<ArchiveChange> ArchiveChange::begin(const std::string& path, MakeOutput m
     const std::string real = files::resolved(path);
     Result<ArchiveLock> lock = ArchiveLock::take(real, watch);
     if (!lock) return lock.error();
+    files::remove_abandoned(files::dir_of(real));
     auto state = std::make_unique<State>(real, std::move(*lock), std::move(make_output), std::move(watch));
     if (state->has_bytes()) {
         Result<Archive> old = Archive::open(state->path);

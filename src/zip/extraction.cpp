@@ -2,6 +2,7 @@
 
 #include "files/atomic_file.h"
 #include "files/path.h"
+#include "files/unfinished.h"
 #include "zip/extraction_run.h"
 #include "zip/member_time.h"
 #include "zip/safe_tree.h"
@@ -127,6 +128,7 @@ Status extract_members(const Archive& archive, const std::vector<std::size_t>& w
     if (!tree) return tree.error();
     ExtractionRun run(archive, wanted, options);
     if (Status agreed = run.agree_on_size(); !agreed) return agreed;
+    files::remove_abandoned(directory);
     std::vector<std::size_t> directories;
     const TakeResult take = [&](MemberResult result) {
         if (!result.path.empty() && archive.members()[result.member].is_directory())

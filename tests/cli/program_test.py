@@ -218,14 +218,24 @@ class Program(unittest.TestCase):
     def test_what_a_kill_left_is_removed_by_a_later_run(self):
         gone = subprocess.Popen(["true"])
         gone.wait()
-        left = self.directory / f".quill-{gone.pid}-0.part"
-        left.write_text("half")
-        self.call("decode", SAMPLES / "pancakes.xxe", "--into", ".")
-        self.assertTrue(left.exists())
+        (self.directory / "a").write_text("a post")
+        into = self.directory / "into"
+        into.mkdir()
+        left, young, mine = (into / name for name in (f".quill-{gone.pid}-0.part", f".quill-{gone.pid}-1.part", ".quill-my.part"))
         day_ago = time.time() - 25 * 3600
-        os.utime(left, (day_ago, day_ago))
-        self.call("decode", SAMPLES / "pancakes.xxe", "--into", ".")
-        self.assertFalse(left.exists())
+        for command in (["decode", SAMPLES / "pancakes.xxe", "--into", "into"],
+                        ["encode", "--format", "uue", "--output", "into/a.uue", "a"],
+                        ["merge", "--text", "--output", "into/merged", "a", "a"],
+                        ["zip", "add", "into/a.zip", "a"],
+                        ["zip", "extract", "into/a.zip", "--into", "into"],
+                        ["zip", "remove", "into/a.zip", "a"]):
+            with self.subTest(command):
+                for path in left, young, mine:
+                    path.write_text("half")
+                for path in left, mine:
+                    os.utime(path, (day_ago, day_ago))
+                self.assertEqual(self.call(*command).returncode, 0)
+                self.assertEqual([path.exists() for path in (left, young, mine)], [False, True, True])
 
     def test_a_limit_for_files_is_a_full_disk(self):
         def limit():

@@ -5,6 +5,7 @@
 #include "decoder/results.h"
 #include "decoder/triage.h"
 #include "files/directory.h"
+#include "support/abandoned_file.h"
 #include "support/program.h"
 #include "support/temporary_directory.h"
 
@@ -68,6 +69,13 @@ TEST_F(LibraryRun, EqualNamesAndNamesThatAreTakenLoseNothing) {
     EXPECT_EQ(dir.read("a.bin"), "mine");
     EXPECT_EQ(w.List3.items(), (Names{"a (2).bin", "a (3).bin"}));
     EXPECT_EQ(dir.read("a (3).bin"), "hello, world");
+}
+
+TEST_F(LibraryRun, WhatAKillLeftIsRemoved) {
+    const std::string left = tests::write_abandoned(dir);
+    dir.write("a.mim", message({"a.bin"}));
+    decode("a.mim");
+    EXPECT_FALSE(dir.has(left));
 }
 
 TEST_F(LibraryRun, ANameWithASemicolonIsOneName) {

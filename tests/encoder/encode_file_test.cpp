@@ -3,6 +3,7 @@
 #include "encoder/file_chooser.h"
 #include "encoder/yenc_encode.h"
 #include "files/directory.h"
+#include "support/abandoned_file.h"
 #include "support/program.h"
 #include "support/temporary_directory.h"
 #include "viewer/save_pictures.h"
@@ -51,6 +52,16 @@ TEST_F(EncodeFile, EachKindHasItsExtensionBehindTheFirstDot) {
         EXPECT_EQ(program.main_window.Label3.text, "");
         expect_chooser_left();
     }
+}
+
+TEST_F(EncodeFile, WhatAKillLeftIsRemoved) {
+    const std::string left = tests::write_abandoned(dir);
+    const std::string path = dir.write("a.txt", "bytes");
+    open_chooser();
+    program.platform.expect_message("Done.");
+    encod(program.context, 1, path);
+    EXPECT_FALSE(dir.has(left));
+    EXPECT_TRUE(dir.has("a.UUE"));
 }
 
 TEST_F(EncodeFile, TheNewFileShowsInTheChooserBeforeDoneIsSaid) {

@@ -1,15 +1,12 @@
 #include "files/unfinished.h"
 
+#include "support/abandoned_file.h"
 #include "support/temporary_directory.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <ctime>
-#include <fcntl.h>
 #include <string>
-#include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -34,26 +31,13 @@ TEST(Unfinished, NamesAreKnownAgain) {
 class Abandoned : public testing::Test {
   protected:
     /// Puts a file there that was last changed `hours` ago.
-    void put(const std::string& name, int hours) const {
-        const std::string path = dir.write(name, "half");
-        const timespec at{std::time(nullptr) - hours * 3600, 0};
-        const timespec times[2] = {at, at};
-        ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
-    }
-
-    /// Returns the number of a process that has ended.
-    static pid_t gone() {
-        const pid_t child = fork();
-        if (child == 0) _exit(0);
-        waitpid(child, nullptr, 0);
-        return child;
-    }
+    void put(const std::string& name, int hours) const { ASSERT_TRUE(tests::make_old(dir.write(name, "half"), hours)); }
 
     tests::TemporaryDirectory dir;
 };
 
 TEST_F(Abandoned, OnlyOldOnesOfProcessesThatAreGoneAreRemoved) {
-    const std::string dead = std::to_string(gone());
+    const std::string dead = std::to_string(tests::ended_process());
     const std::string old = ".quill-" + dead + "-0.part";
     const std::string young = ".quill-" + dead + "-1.part";
     const std::string live = ".quill-" + std::to_string(getpid()) + "-0.part";
