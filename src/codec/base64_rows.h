@@ -23,6 +23,9 @@ class Base64Rows {
     /// of two lengths in turn, which is no doubt.
     bool uneven() const;
 
+    /// Characters of the first row; 0 before it.
+    std::size_t width() const { return width_; }
+
   private:
     void end_row();
 

@@ -1,6 +1,7 @@
 #include "codec/base64_lines.h"
 #include "codec/content_name.h"
 #include "codec/hex.h"
+#include "codec/message_separator.h"
 #include "codec/sixbit.h"
 #include "text/ascii.h"
 
@@ -16,6 +17,7 @@ constexpr std::size_t shortest_bare_line = 40;
 constexpr std::size_t longest_bare_line = 1000;
 constexpr unsigned lines_to_resume = 8;
 constexpr std::size_t shortest_padded_line = 8;
+constexpr std::size_t shortest_damaged_row = 20;
 constexpr unsigned lines_for_evidence = 3;
 constexpr std::size_t first_bytes = 48;
 
@@ -124,8 +126,22 @@ bool is_nearly_base64(std::string_view line) {
     const std::string_view row = text::trim(line);
     const auto foreign = std::count_if(row.begin(), row.end(),
                                        [](char c) { return c != '=' && !in_alphabet[static_cast<unsigned char>(c)]; });
-    return row.size() >= 4 && row.find_first_of(" \t") == std::string_view::npos &&
+    return row.size() >= 4 && row.front() != '=' && row.find_first_of(" \t") == std::string_view::npos &&
            static_cast<std::size_t>(foreign) * 4 <= row.size();
+}
+
+/// Whether the line before `at` may be a row of Base64 in which a character was lost or damaged.
+bool follows_damaged_row(const LineCursor& cursor, Position at) {
+    const Segment& segment = cursor.segment(at);
+    const Position end = before_line_end(cursor, at);
+    if (end.offset == at.offset) return false;
+    const std::uint64_t from =
+        std::max(segment.range.begin, end.offset - std::min(end.offset, std::uint64_t{longest_bare_line}));
+    std::string_view row = segment.input.substr(from, end.offset - from);
+    row = characters_of(row.substr(row.find_last_of("\r\n") + 1));
+    const auto foreign =
+        std::count_if(row.begin(), row.end(), [](char c) { return !in_alphabet[static_cast<unsigned char>(c)]; });
+    return row.size() >= shortest_damaged_row && foreign <= 1 && !is_hex(row);
 }
 
 /// Rows of Base64 without a header, read one after the other.
@@ -206,7 +222,7 @@ bool open_bare_base64(TextScan& scan, const Line& line) {
     file.label = std::exchange(scan.label, {});
     file.attachment.name = file.label.file;
     file.attachment.format = Format::base64;
-    file.has_begin = file.label.number <= 1 && !scan.base64_open;
+    file.has_begin = file.label.number <= 1 && !scan.base64_open && !follows_damaged_row(scan.cursor, line.begin);
     file.has_end = file.label.number > 0 ? file.label.number == file.label.total : rows.ended();
     file.attachment.body = scan.cursor.ranges(line.begin, rows.end());
     scan.base64_open = !file.has_end;

@@ -62,11 +62,11 @@ std::string_view behind_row(std::string_view text) {
     return text.substr(at);
 }
 
-/// Where in `text` a row of sure Base64 begins.
-std::optional<std::size_t> find_data(std::string_view text) {
+/// Where in `text` a row of sure Base64 begins, which has `shortest` characters or more.
+std::optional<std::size_t> find_data(std::string_view text, std::size_t shortest) {
     for (std::size_t at = 0; at < text.size();) {
         const std::string_view row = first_row(text.substr(at, longest_examined));
-        if (row.size() >= shortest_sure && is_base64_line(row)) return at;
+        if (row.size() >= shortest && is_base64_line(row)) return at;
         at += row.empty() ? 0 : static_cast<std::size_t>(row.data() - text.data()) - at + row.size();
         std::size_t tags = 0;
         const std::size_t gap = pass_tags(text.substr(at), tags);
@@ -95,7 +95,8 @@ class Base64Run {
     void judge_padding();
     bool goes_on();
     void take_tags();
-    bool data_ahead();
+    bool skip_text_between();
+    bool data_ahead(std::size_t shortest = shortest_sure);
     void enter_row(std::uint64_t end_before);
     void judge_row(std::size_t ends);
     std::size_t pass_gap();
@@ -206,9 +207,9 @@ void Base64Run::enter_row(std::uint64_t end_before) {
 }
 
 /// Whether data goes on behind the text that stands here.
-bool Base64Run::data_ahead() {
+bool Base64Run::data_ahead(std::size_t shortest) {
     if (body_.at() < data_at_) return true;
-    const auto found = find_data(body_.ahead(body_.piece()));
+    const auto found = find_data(body_.ahead(body_.piece()), shortest);
     if (found) data_at_ = body_.at() + *found;
     return found.has_value();
 }
@@ -277,7 +278,11 @@ void Base64Run::take_padding() {
         if (n == 0 && pass_gap() == 0) break;
     }
     row_begin_ = body_.at();
-    if (body_.at_end() || goes_on()) return;
+    if (body_.at_end()) return;
+    if (body_.behind(1) == "=" && is_base64_line(body_.ahead(1))) {
+        sink_.report(Grade::damaged, "inner-padding", body_.at(), "The line goes on behind its padding");
+    }
+    if (goes_on() || skip_text_between()) return;
     text_behind_ = true;
     sink_.report(Grade::repaired, "text-after-data", body_.at(), "Text stands behind the end of the data");
 }
@@ -295,6 +300,14 @@ bool Base64Run::goes_on() {
     if (characters.size() < shortest_doubtful || characters.size() % 4 != 0) return false;
     sink_.report(Grade::damaged, "doubtful-row", body_.at(),
                  "What stands behind the padding may be data, or other text");
+    return true;
+}
+
+/// Skips a line behind padding where full rows follow it, so that this padding is not the end.
+bool Base64Run::skip_text_between() {
+    if (++examined_ > most_examined || !data_ahead(std::max(shortest_sure, rows_.width()))) return false;
+    sink_.report(Grade::damaged, "foreign-line", body_.at(), "A line among the data is no Base64; it is left out");
+    body_.pass(body_.line(longest_examined).size());
     return true;
 }
 

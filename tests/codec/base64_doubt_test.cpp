@@ -42,6 +42,12 @@ const std::vector<Doubt>& doubts() {
          }},
         {"a foreign character", [](Lines& l) { l[6][9] = '~'; }},
         {"padding inside", [](Lines& l) { l.insert(l.begin() + 6, "QUI="); }},
+        {"padding near the end of a row", [](Lines& l) { l[6][71] = '='; }},
+        {"padding and text", [](Lines& l) { l[6].replace(71, 5, "=\n--"); }},
+        {"a character of the first row lost", [](Lines& l) { l[0].erase(9, 1); }},
+        {"a foreign character in the third row", [](Lines& l) { l[2][9] = '~'; }},
+        {"a blank in the second row", [](Lines& l) { l[1][9] = ' '; }},
+        {"another format's line", [](Lines& l) { l.insert(l.begin() + 6, "=ybegin"); }},
     };
     return all;
 }
