@@ -166,7 +166,9 @@ std::size_t UuRun::bytes_of(const uu::DataLine& data, std::string_view line, std
         case uu::Fit::none:
             break;
     }
-    if (have > data.expected && is_last_line()) {
+    const bool filled_up =
+        have > data.expected && have <= uu::characters_for(std::max(rows_.width(), uu::full_line)) + 1;
+    if (filled_up && is_last_line()) {
         sink_.report(Grade::repaired, "long-line", at, "The last line holds more characters than its length needs");
         return data.bytes;
     }

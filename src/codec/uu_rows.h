@@ -30,6 +30,9 @@ class Rows {
     /// where only some lines hold more than their data.
     bool checks_disagree() const;
 
+    /// Bytes of the first line; 0 before it.
+    std::size_t width() const { return width_; }
+
     bool has_checks() const { return right_ + wrong_ > 0; }
 
   private:

@@ -216,12 +216,29 @@ void read_trailer(const TextScan& scan, Position at, Attachment& attachment) {
     }
 }
 
+/// Whether full lines of data begin at `line`: it is one, and another line of data follows. In a later part that the
+/// text announces full lines may have any length.
+bool is_run_of_lines(const TextScan& scan, const Line& line, uu::Alphabet alphabet) {
+    const uu::DataLine first = uu::judge(alphabet, line.text);
+    Line second;
+    const bool full = first.bytes == uu::full_line || (scan.label.number > 1 && first.fit == uu::Fit::exact);
+    if (!first.clean || first.bytes == 0 || !full || !peek_text(scan, line.next, 3, second)) return false;
+    const uu::DataLine data = uu::judge(alphabet, second.text);
+    return data.clean && (data.fit == uu::Fit::exact || data.fit == uu::Fit::extra) && data.bytes > 0;
+}
+
 void finish_uu(TextScan& scan, FoundFile& file, uu::Alphabet alphabet, Position begin) {
     const BodyEnd body = read_body(scan, alphabet);
     file.attachment.format = alphabet == uu::Alphabet::uu ? Format::uu : Format::xx;
     file.attachment.body = scan.cursor.ranges(begin, body.end);
     file.attachment.keeps_blanks = body.keeps_blanks;
     file.has_end = body.ended;
+    Line next;
+    if (body.ended && scan.cursor.peek(scan.cursor.position(), peeked_characters, next) && !scan.is_stop(next) &&
+        is_run_of_lines(scan, next, alphabet)) {
+        file.attachment.problems.push_back(
+            {Grade::damaged, "doubtful-end", body.end.offset, {}, "Lines of data follow the line that ends the data"});
+    }
     if (body.end_line) {
         read_trailer(scan, scan.cursor.position(), file.attachment);
     } else if (body.ended) {
@@ -299,17 +316,6 @@ bool sniff_bare_uu(std::string_view line) {
 }
 
 namespace {
-
-/// Whether full lines of data begin at `line`: it is one, and another line of data follows. In a later part that the
-/// text announces full lines may have any length.
-bool is_run_of_lines(const TextScan& scan, const Line& line, uu::Alphabet alphabet) {
-    const uu::DataLine first = uu::judge(alphabet, line.text);
-    Line second;
-    const bool full = first.bytes == uu::full_line || (scan.label.number > 1 && first.fit == uu::Fit::exact);
-    if (!first.clean || first.bytes == 0 || !full || !peek_text(scan, line.next, 3, second)) return false;
-    const uu::DataLine data = uu::judge(alphabet, second.text);
-    return data.clean && (data.fit == uu::Fit::exact || data.fit == uu::Fit::extra) && data.bytes > 0;
-}
 
 /// Whether `line` is all the data of a file's last part, or of a later part that the text announces: a line that fits
 /// to the letter with "end" behind it, or with nothing.

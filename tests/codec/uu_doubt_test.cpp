@@ -61,6 +61,8 @@ TEST(UuDoubt, WhatIsSpoiltBetweenLinesOfDataIsNeverWhole) {
         {"a character more", [](Lines& l) { l[5].insert(20, "A"); }, "bad-check"},
         {"a short line in the middle", [](Lines& l) { std::rotate(l.end() - 3, l.end() - 1, l.end()); },
          "uneven-lines"},
+        {"the last line on the one before it", [](Lines& l) { l[l.size() - 2] += l.back(), l.pop_back(); },
+         "bad-length"},
         {"quoted lines",
          [](Lines& l) {
              for (std::size_t i = 5; i < 12; ++i) l[i].insert(0, "> ");
@@ -108,6 +110,26 @@ TEST(UuDoubt, BlanksThatWereLostAreOnlyPutBackWhereTheyCanHaveBeen) {
     EXPECT_EQ(file.outcome.verdict, Verdict::damaged) << "the line of length 0 has kept its blank";
     file = scan_and_decode(post_of(cut, "\n")).at(0);
     EXPECT_EQ(file.outcome.verdict, Verdict::damaged) << "more is missing than chance gives";
+}
+
+TEST(UuDoubt, LinesBehindAnEndAreDoubted) {
+    for (const std::string end : {"`", "end"}) {
+        Lines lines = uu_lines(original);
+        lines.insert(lines.begin() + 5, end);
+        const std::vector<ScannedFile> files = scan_and_decode(post_of(lines));
+        ASSERT_FALSE(files.empty()) << end;
+        for (const ScannedFile& file : files) EXPECT_GE(file.outcome.verdict, Verdict::damaged) << end;
+    }
+    const std::string post = post_of(uu_lines(original));
+    for (const ScannedFile& file : scan_and_decode(post + post)) EXPECT_EQ(file.outcome.verdict, Verdict::whole);
+}
+
+TEST(UuDoubt, ALastLineThatIsFilledUpIsWhole) {
+    Lines lines = uu_lines(original);
+    lines.back().resize(61, '`');
+    const ScannedFile file = scan_and_decode(post_of(lines)).at(0);
+    EXPECT_EQ(file.bytes, original);
+    EXPECT_EQ(file.outcome.verdict, Verdict::whole);
 }
 
 TEST(UuDoubt, ADotThatWasAddedComesOff) {
