@@ -391,9 +391,12 @@ std::optional<std::string> Assembly::what_is_missing() const {
     return std::nullopt;
 }
 
-/// Whether nothing says where the file ends.
+/// Whether nothing says where the file ends: a size that the parts exceed does not.
 bool Assembly::end_is_unknown() const {
-    const auto says = [](const Part& part) { return part.post.file_size() || part.post.begin.total; };
+    const auto says = [&](const Part& part) {
+        const std::optional<std::uint64_t> size = part.post.file_size();
+        return part.post.begin.total || (size && *size >= sink_.size());
+    };
     return parts_.back().post.is_part() && std::none_of(parts_.begin(), parts_.end(), says);
 }
 

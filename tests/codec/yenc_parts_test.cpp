@@ -260,6 +260,22 @@ TEST(YencScan, PartsGoToTheFileWhoseChecksumTheyState) {
     for (const Decoded& file : mixed) EXPECT_EQ(file.verdict, Verdict::damaged) << file.bytes;
 }
 
+TEST(YencScan, ASizeThatThePartsExceedDoesNotSayWhereTheFileEnds) {
+    const TemporaryDirectory dir;
+    for (const bool placed : {false, true}) {
+        const auto part = [&](int number, const std::string& byte) {
+            const std::string n = std::to_string(number);
+            return "=ybegin part=" + n + " line=128 size=1 name=a\r\n" +
+                   (placed ? "=ypart begin=" + n + " end=" + n + "\r\n" : "") + byte + "\r\n=yend size=1\r\n";
+        };
+        const auto files = decode_all({dir.write("in", part(1, "k") + part(2, "l"))});
+        ASSERT_EQ(files.size(), 1U);
+        EXPECT_EQ(files[0].bytes, "AB");
+        EXPECT_EQ(name_of(files[0].verdict), "damaged");
+        EXPECT_THAT(files[0].problems, testing::Contains("unnumbered-parts"));
+    }
+}
+
 TEST(YencScan, SeveralFilesInOneTextAreAllFound) {
     const std::string post = "words\n=ybegin line=128 size=1 name=a\nk\n=yend size=1\nmore\n";
     const TemporaryDirectory dir;
