@@ -20,7 +20,7 @@ class Base64Rows {
     void begin_part() { row_ = before_ = 0; }
 
     /// Returns true where a row in the middle is shorter or longer than the others. Text that was broken again has rows
-    /// of two lengths in turn, which is no doubt.
+    /// of two lengths in turn, which is fine.
     bool uneven() const;
 
     /// Characters of the first row; 0 before it.

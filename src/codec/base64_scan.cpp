@@ -181,8 +181,8 @@ class BareRows {
         return true;
     }
 
-    /// Goes on behind lines that are no rows, or behind padding, where a full row follows. An empty line behind a last
-    /// row ends the file.
+    /// Skips lines that are not rows, or follows padding, where a full row comes next. An empty line after a last row
+    /// ends the file.
     bool resume() {
         Line next = last_;
         for (unsigned i = 0; i < lines_to_resume; ++i) {

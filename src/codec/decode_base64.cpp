@@ -19,7 +19,7 @@ constexpr std::size_t line_room = sixbit::decoded_bound(2 * longest_examined);
 constexpr unsigned most_examined = 10'000;    // lines; beyond that foreign characters are passed over unseen
 constexpr unsigned most_tags = 10'000;        // runs of them; beyond that pieces end anywhere
 constexpr std::size_t shortest_resumed = 20;  // characters of a line that is taken for data behind padding
-constexpr std::size_t shortest_doubtful = 8;  // characters of a row behind padding that may be data
+constexpr std::size_t shortest_doubtful = 8;  // characters of a row after padding that may be data
 constexpr std::size_t shortest_sure = 40;     // characters of a row that is taken for data behind text
 
 bool is_blank(char c) {
@@ -182,7 +182,7 @@ std::size_t Base64Run::pass_gap() {
 /// Passes over "<BR>", which stands for the end of a line in text that was copied from a page, and over those behind
 /// it.
 void Base64Run::take_tags() {
-    if (tag_runs_++ == 0) sink_.report(Grade::repaired, "tagged-lines", body_.at(), "<BR> stands at the ends of lines");
+    if (tag_runs_++ == 0) sink_.report(Grade::repaired, "tagged-lines", body_.at(), "Lines end in <BR>");
     const std::size_t held = std::min<std::uint64_t>(longest_examined, body_.at() - std::min(row_begin_, body_.at()));
     std::string_view before = body_.behind(held);
     while (before.ends_with(' ') || before.ends_with('\t')) before.remove_suffix(1);
@@ -206,7 +206,7 @@ void Base64Run::enter_row(std::uint64_t end_before) {
     }
 }
 
-/// Whether data goes on behind the text that stands here.
+/// Whether data follows the text at the current place.
 bool Base64Run::data_ahead(std::size_t shortest) {
     if (body_.at() < data_at_) return true;
     const auto found = find_data(body_.ahead(body_.piece()), shortest);
@@ -214,7 +214,7 @@ bool Base64Run::data_ahead(std::size_t shortest) {
     return found.has_value();
 }
 
-/// Tells, of the row behind tags, whether it is other text, or may be.
+/// Reports a row after tags that is other text, or may be.
 void Base64Run::judge_row(std::size_t ends) {
     const std::string_view text = body_.ahead(2 * longest_examined);
     const std::string_view row = first_row(text);
@@ -223,10 +223,10 @@ void Base64Run::judge_row(std::size_t ends) {
     if (between || is_words(row)) {
         if (++examined_ <= most_examined && !data_ahead()) {
             text_behind_ = true;
-            sink_.report(Grade::repaired, "text-after-data", body_.at(), "Text stands behind the end of the data");
+            sink_.report(Grade::repaired, "text-after-data", body_.at(), "Text follows the end of the data");
         } else {
             sink_.report(Grade::damaged, "foreign-line", body_.at(),
-                         "A line among the data is no Base64; it is left out");
+                         "A line among the data is not Base64; it is left out");
             body_.pass(row.size());
         }
         return;
@@ -242,13 +242,12 @@ void Base64Run::judge_row(std::size_t ends) {
     if (more && (uneven_ || next.ends_with('='))) return;
     doubted_ = more || ends > usual_gap_ || (state_.pending + row.size()) % 4 != 0;
     if (doubted_) {
-        sink_.report(Grade::damaged, "doubtful-row", body_.at(),
-                     "What stands here may be data, or other text behind its end");
+        sink_.report(Grade::damaged, "doubtful-row", body_.at(), "This may be data, or other text after its end");
     }
 }
 
-/// Tells whether the '=' at the current place are as many as the last group needs. On a line of their own they only
-/// mark the end.
+/// Reports '=' at the current place that are fewer than the last group needs. On a line of their own they only mark
+/// the end.
 void Base64Run::judge_padding() {
     const std::uint64_t at = body_.at();
     if (state_.pending == 1) {
@@ -264,7 +263,7 @@ void Base64Run::judge_padding() {
     }
 }
 
-/// Reads the '=' at the current place and what stands behind it.
+/// Reads the '=' at the current place and what follows it.
 void Base64Run::take_padding() {
     std::array<char, 2> last = {};
     judge_padding();
@@ -280,38 +279,37 @@ void Base64Run::take_padding() {
     row_begin_ = body_.at();
     if (body_.at_end()) return;
     if (body_.behind(1) == "=" && is_base64_line(body_.ahead(1))) {
-        sink_.report(Grade::damaged, "inner-padding", body_.at(), "The line goes on behind its padding");
+        sink_.report(Grade::damaged, "inner-padding", body_.at(), "The line goes on after its padding");
     }
     if (goes_on() || skip_text_between()) return;
     text_behind_ = true;
-    sink_.report(Grade::repaired, "text-after-data", body_.at(), "Text stands behind the end of the data");
+    sink_.report(Grade::repaired, "text-after-data", body_.at(), "Text follows the end of the data");
 }
 
-/// Whether further data stands behind padding: pieces that were encoded one by one.
+/// Whether more data follows padding: pieces that were encoded one by one.
 bool Base64Run::goes_on() {
     const std::string_view line = text::trim(body_.line(longest_examined));
     const std::string_view characters = first_row(line);
     if (!is_base64_line(characters)) return false;
     if (characters.size() >= shortest_resumed) {
         sink_.report(Grade::damaged, "inner-padding", body_.at(),
-                     "The data goes on behind its padding; this may be another file");
+                     "The data goes on after its padding; this may be another file");
         return true;
     }
     if (characters.size() < shortest_doubtful || characters.size() % 4 != 0) return false;
-    sink_.report(Grade::damaged, "doubtful-row", body_.at(),
-                 "What stands behind the padding may be data, or other text");
+    sink_.report(Grade::damaged, "doubtful-row", body_.at(), "What follows the padding may be data, or other text");
     return true;
 }
 
-/// Skips a line behind padding where full rows follow it, so that this padding is not the end.
+/// Skips a line after padding where full rows follow: that padding is not the end.
 bool Base64Run::skip_text_between() {
     if (++examined_ > most_examined || !data_ahead(std::max(shortest_sure, rows_.width()))) return false;
-    sink_.report(Grade::damaged, "foreign-line", body_.at(), "A line among the data is no Base64; it is left out");
+    sink_.report(Grade::damaged, "foreign-line", body_.at(), "A line among the data is not Base64; it is left out");
     body_.pass(body_.line(longest_examined).size());
     return true;
 }
 
-/// Takes back what was decoded of the line that turned out to be none of the data. Returns how much of the output is
+/// Takes back what was decoded of a line that turned out not to be data. Returns how much of the output is
 /// good.
 std::size_t Base64Run::take_back_line(std::string_view line_so_far, std::size_t written) {
     std::size_t characters = 0;
@@ -340,7 +338,7 @@ void Base64Run::take_foreign(std::size_t written) {
     const std::uint64_t at = body_.at();
     if (++examined_ > most_examined) {
         sink_.put({room_.data(), written});
-        sink_.report(Grade::damaged, "bad-character", at, "A character among the data is no Base64");
+        sink_.report(Grade::damaged, "bad-character", at, "A character among the data is not Base64");
         body_.pass(1);
         return;
     }
@@ -356,11 +354,11 @@ void Base64Run::take_foreign(std::size_t written) {
     const bool taken_back = good < written || so_far.empty();
     if (taken_back && (make.foreign * 8 > make.data || (make.words && make.foreign > 0))) {
         sink_.report(Grade::damaged, "foreign-line", at - so_far.size(),
-                     "A line among the data is no Base64; it is left out");
+                     "A line among the data is not Base64; it is left out");
         body_.pass(rest.size());
         return;
     }
-    sink_.report(Grade::damaged, "bad-character", at, "A character among the data is no Base64");
+    sink_.report(Grade::damaged, "bad-character", at, "A character among the data is not Base64");
     if (good < written || so_far.empty()) {
         take_damaged_line(line, make);
         body_.pass(rest.size());
@@ -397,7 +395,7 @@ void Base64Run::end() {
     std::array<char, 2> last = {};
     sink_.put({last.data(), sixbit::finish(last.data(), state_)});
     if (sink_.size() == 0 && (tag_runs_ > 0 || in_rows_)) {
-        sink_.report(Grade::damaged, "no-data", at, "The header promises encoded data, and none is there");
+        sink_.report(Grade::damaged, "no-data", at, "The header announces encoded data, but there is none");
     }
     if (!attachment_.cut_off) return;
     const bool sure = padded_ || (attachment_.stated_size && *attachment_.stated_size == sink_.size());

@@ -59,7 +59,7 @@ class UuRun {
     Sink& sink_;
     std::vector<char> room_;
     uu::Rows rows_;
-    bool keeps_blanks_ = false;  ///< what is missing at a line's end is no blank that was lost
+    bool keeps_blanks_ = false;  ///< what is missing at a line's end is not a lost blank
     bool reported_uneven_ = false;
     std::size_t part_ = 0;
 };
@@ -68,7 +68,8 @@ void UuRun::run() {
     while (!body_.at_end() && !body_.stopped() && !sink_.stopped()) read_lines();
     if (body_.stopped() || sink_.stopped()) return;
     if (rows_.checks_disagree()) {
-        sink_.report(Grade::damaged, "bad-check", body_.at(), "Check characters at the ends of lines disagree or lack");
+        sink_.report(Grade::damaged, "bad-check", body_.at(),
+                     "Check characters at the ends of lines disagree or are missing");
     }
 }
 
@@ -213,11 +214,11 @@ void UuRun::take_odd_line() {
     const bool odd_length = data.fit == uu::Fit::none || far_too_short;
     const bool left_out = odd_length && (!data.clean || (far_too_short && !lost_blanks(data, line)));
     if (uu::value_of(alphabet_, line.front()) < 0 || left_out) {
-        sink_.report(Grade::damaged, "foreign-line", at, "A line among the data is none; it is left out");
+        sink_.report(Grade::damaged, "foreign-line", at, "A line among the data is not a line of data; it is left out");
         return;
     }
     if (!data.clean) {
-        sink_.report(Grade::damaged, "bad-character", at, "A line holds characters that are not of the alphabet");
+        sink_.report(Grade::damaged, "bad-character", at, "A line holds characters outside the alphabet");
     }
     keeps_blanks_ = keeps_blanks_ || (data.clean && line.find('`') != line.npos);
     decode(std::string_view(line).substr(1), bytes_of(data, line, at));

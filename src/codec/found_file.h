@@ -33,7 +33,7 @@ struct FoundFile {
 /// Whether the texts of messages are kept, which are many in a mailbox and seldom asked for.
 enum class Texts : std::uint8_t { kept, left_out };
 
-/// More files than this are not kept of one input, what lies in its encoded messages included.
+/// The most files that are kept of one input, those in its encoded messages included.
 constexpr std::size_t most_files = 32'767;
 
 /// All that a scan found.

@@ -60,8 +60,8 @@ bool begins_field(std::string_view line) {
     return line[name.size()] == ':' || is_known_field(name);
 }
 
-/// Whether the header goes on behind a line of blanks alone, which is folded in (RFC 5322 4.2): fields follow up to an
-/// empty line, one of which messages have.
+/// Whether the header goes on after a line of blanks alone, which is folded in (RFC 5322 4.2): fields follow up to an
+/// empty line, and at least one of them is a field that messages have.
 bool goes_on_behind_blanks(const LineCursor& cursor, Position at) {
     bool known = false;
     Line line;

@@ -67,8 +67,8 @@ std::vector<Problem> problems_by(const Opened& message, const Attachment& file) 
     return out;
 }
 
-/// Puts what `message` holds behind it, and the encoded messages among that into `further`. What was seen on the way
-/// is told of the message's place in the input, each kind of the text as a whole once.
+/// Puts what `message` holds after it, and the encoded messages among that into `further`. Problems seen on the way are
+/// reported at the message's place in the input, each kind once.
 void scan_opened(const Opened& message, const files::MappedFile& input, Texts texts, Files& files,
                  std::vector<Problem>& problems, std::vector<Encoded>& further) {
     LineCursor cursor({{input.bytes(), message.text}});

@@ -136,18 +136,17 @@ void report_copies(Attachment& attachment, const PartCopies& copies, std::uint32
                                        "parts-differ",
                                        at_input,
                                        {},
-                                       part + " is there in " + std::to_string(copies.kept.size()) +
+                                       part + " exists in " + std::to_string(copies.kept.size()) +
                                            " forms that differ, and nothing says which belongs to this file"});
     } else if (copies.doubtful) {
-        attachment.problems.push_back(
-            {Grade::repaired,
-             "damaged-copy",
-             at_input,
-             {},
-             part + " is there more than once; a copy that is damaged or cut off is left out"});
+        attachment.problems.push_back({Grade::repaired,
+                                       "damaged-copy",
+                                       at_input,
+                                       {},
+                                       part + " exists more than once; a copy that is damaged or cut off is left out"});
     } else if (!copies.left_out.empty()) {
         attachment.problems.push_back(
-            {Grade::repaired, "duplicate-part", at_input, {}, part + " is there more than once, with the same lines"});
+            {Grade::repaired, "duplicate-part", at_input, {}, part + " exists more than once, with the same lines"});
     }
 }
 

@@ -23,7 +23,7 @@ struct PartCopies {
 PartCopies choose_copies(std::span<const FoundFile> files, std::span<const std::size_t> copies,
                          std::span<const std::string_view> inputs);
 
-/// Says, of a file that was joined, what became of the copies of its part `number`.
+/// Reports, for a joined file, what became of the copies of its part `number`.
 void report_copies(Attachment& attachment, const PartCopies& copies, std::uint32_t number, std::uint64_t at_input);
 
 }  // namespace quill::codec

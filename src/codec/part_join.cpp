@@ -121,7 +121,7 @@ void tell_gaps(FoundFile& file, const JoinedMessage& message, const std::vector<
     }
 }
 
-/// Says of a file that reaches the end of a message that no piece says how many there are.
+/// Reports a file that reaches the end of a message whose pieces don't say how many there are.
 void report_unknown_total(FoundFile& file, const JoinedMessage& message) {
     Attachment& attachment = file.attachment;
     if (attachment.body.empty() || attachment.body.back().end != message.segments.back().range.end) return;

@@ -65,7 +65,7 @@ class Scanner {
     EntityStack stack_;
     bool too_deep_ = false;
     Position message_end_;  ///< of the message that is being read, where its header states it
-    Position line_begin_;   ///< of the line that is being looked at; behind the last one at the end
+    Position line_begin_;   ///< of the line that is being looked at; after the last one at the end
 };
 
 bool Scanner::is_stop(const Line& line) const {
@@ -74,7 +74,7 @@ bool Scanner::is_stop(const Line& line) const {
     return begins_message(line);
 }
 
-/// A separator counts unless it lies within the length that the message's header states.
+/// Returns true for a separator outside the length that the message's header states.
 bool Scanner::begins_message(const Line& line) const {
     return is_separator(cursor_, line) && line.begin >= message_end_;
 }
@@ -138,8 +138,11 @@ void Scanner::open_part(bool in_digest, bool embedded) {
 /// Reports nesting that is too deep, once.
 void Scanner::report_too_deep() {
     if (std::exchange(too_deep_, true)) return;
-    found_.problems.push_back(
-        {Grade::lost, "too-deep", cursor_.position().offset, {}, "Messages lie in each other deeper than is followed"});
+    found_.problems.push_back({Grade::lost,
+                               "too-deep",
+                               cursor_.position().offset,
+                               {},
+                               "Messages are nested more deeply than the program follows"});
 }
 
 void Scanner::open_multipart(ContentHeader header) {
@@ -217,12 +220,12 @@ void Scanner::name_wrapped(const Leaf& leaf) {
     }
 }
 
-/// Says that text follows the data of a Base64 body, and whether it may stand in place of the last rows.
+/// Reports text that follows the data of a Base64 body, and whether it may have replaced the last rows.
 void Scanner::report_text_behind(const Leaf& leaf, Attachment& attachment) const {
     const Position at = *leaf.data_end;
     if (ends_base64(cursor_, at, leaf.line_size)) {
         attachment.problems.push_back(
-            {Grade::repaired, "text-after-data", at.offset, {}, "Text that is no Base64 stands behind the data"});
+            {Grade::repaired, "text-after-data", at.offset, {}, "Text that is not Base64 follows the data"});
     } else {
         attachment.problems.push_back({Grade::damaged,
                                        "doubtful-end",
@@ -247,14 +250,14 @@ void Scanner::close_leaf(Level& level, Position end, bool cut_off) {
     file.attachment.cut_off = cut_off && level.multipart;
     if (leaf.wraps_file) {
         file.attachment.problems.push_back(
-            {Grade::damaged, "no-data", leaf.begin.offset, {}, "The header promises encoded data, and none is there"});
+            {Grade::damaged, "no-data", leaf.begin.offset, {}, "The header announces encoded data, but there is none"});
     }
     if (leaf.in_header && file.attachment.body.empty()) {
         file.attachment.problems.push_back({Grade::lost,
                                             "missing-body",
                                             leaf.begin.offset,
                                             {},
-                                            "The text ends in the header; nothing that can be read stands behind it"});
+                                            "The text ends in the header; nothing that can be read follows it"});
     }
     if (level.guessed) {
         file.attachment.problems.push_back({Grade::repaired,
@@ -322,7 +325,7 @@ bool Scanner::take_misplaced_boundary(const Line& line) {
     return true;
 }
 
-/// Behind a body of Base64: the header of a part or message whose boundary, or "From " line, is lost.
+/// After a body of Base64: the header of a part or message whose boundary, or "From " line, is lost.
 bool Scanner::take_unannounced_header(const Line& line) {
     if (field_name(line.text).empty() || !announces_content(cursor_, line)) return false;
     Leaf& leaf = *stack_.top().leaf;

@@ -11,7 +11,7 @@
 
 namespace quill::codec {
 
-/// More pieces than this, besides files, that count only where something asks for them are not kept of one text.
+/// The most pieces of one text that are kept besides files, and count only where something asks for them.
 constexpr std::size_t most_tentative = 10'000;
 
 /// What a format works on while running text is looked through.
@@ -21,8 +21,8 @@ struct TextScan {
     Found& found;
     Texts texts = Texts::kept;
     std::size_t room = most_files;  ///< for files
-    PartLabel label = {};           ///< what the text last said of the part that it holds
-    bool in_armor = false;          ///< within "-----BEGIN ...": Base64 that is no file
+    PartLabel label = {};           ///< what the text last said about the part that it holds
+    bool in_armor = false;          ///< within "-----BEGIN ...": Base64 that is not a file
     bool in_message = false;        ///< a header said what this text is
     bool base64_open = false;       ///< a file in Base64 lacks its end in this text
     std::size_t tentative = 0;      ///< pieces among the files that count only where something asks for them

@@ -46,7 +46,7 @@ class Rows {
     bool last_is_plain_ = false;
     std::uint64_t right_ = 0;  ///< check characters
     std::uint64_t wrong_ = 0;  ///< and other characters after the data
-    std::uint64_t none_ = 0;   ///< lines without, though their check character is no blank that may be lost
+    std::uint64_t none_ = 0;   ///< lines without a check character that cannot be a lost blank
 };
 
 }  // namespace quill::codec::uu

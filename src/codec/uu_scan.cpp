@@ -126,7 +126,7 @@ bool data_resumes(const TextScan& scan, Position at, uu::Alphabet alphabet) {
 
 /// Reads the lines of data from the cursor's position on.
 struct BodyEnd {
-    Position end;               ///< behind the last line of data
+    Position end;               ///< after the last line of data
     bool ended = false;         ///< the line of length 0 or "end" was there
     bool end_line = false;      ///< "end" was there
     bool keeps_blanks = false;  ///< the line of length 0 shows that no blanks at the ends of lines were lost
@@ -246,7 +246,7 @@ void finish_uu(TextScan& scan, FoundFile& file, uu::Alphabet alphabet, Position 
                                             "missing-end",
                                             body.end.offset,
                                             {},
-                                            "The line \"end\" is missing behind the last line of data"});
+                                            "The line \"end\" is missing after the last line of data"});
     }
 }
 

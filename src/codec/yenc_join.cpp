@@ -95,7 +95,7 @@ class Gathering {
 
     std::map<PartKey, SamePart> parts_;
     std::map<std::uint32_t, std::size_t> by_crc_;  ///< files by the CRC of the whole that a part states
-    std::size_t claimed_ = 0;                      ///< files before this one have such a CRC, or are passed over
+    std::size_t claimed_ = 0;                      ///< files before this one have such a CRC, or are skipped
 };
 
 void append(FoundFile& whole, FoundFile&& piece) {
@@ -104,7 +104,7 @@ void append(FoundFile& whole, FoundFile&& piece) {
               std::back_inserter(whole.attachment.problems));
 }
 
-/// Says of files of one name and size that only the CRC of the whole tells which parts belong together.
+/// Reports that several files have one name and size: only the CRC of the whole shows which parts belong together.
 void report_several(std::vector<FoundFile>& files, const Gathering& gathering) {
     if (gathering.files.size() < 2) return;
     for (const std::size_t file : gathering.files) {
@@ -258,13 +258,13 @@ void Assembly::choose_copy(Part& before, const Part& copy) {
     const bool first_good = agrees(before.post, first);
     const bool second_good = agrees(copy.post, second);
     if (first == second) {
-        sink_.report(Grade::repaired, "duplicate-part", copy.range.begin, "This part is there more than once");
+        sink_.report(Grade::repaired, "duplicate-part", copy.range.begin, "This part exists more than once");
     } else if (first_good == second_good) {
         sink_.report(Grade::damaged, "parts-differ", copy.range.begin,
-                     "This part is there in two forms that differ, and the first is taken");
+                     "This part exists in two forms that differ; the first is used");
     } else {
         sink_.report(Grade::repaired, "damaged-copy", copy.range.begin,
-                     "This part is there more than once; a copy that is damaged is left out");
+                     "This part exists more than once; a copy that is damaged is left out");
     }
     if (!first_good && second_good) before = copy;
 }

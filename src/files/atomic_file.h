@@ -37,7 +37,7 @@ enum class Access {
 /// A file that appears under its name only when it is whole.
 ///
 /// The bytes go to a new file in the target's directory that has no name until `publish` gives it one, so that even a
-/// killed process leaves nothing. Where the file system has no such files, it bears a name of its own (see
+/// killed process leaves nothing. Where the file system has no such files, it has a name of its own (see
 /// unfinished_name; made with O_EXCL, so never through a link) and is renamed. A destroyed writer that was not
 /// published leaves nothing.
 class AtomicFile {

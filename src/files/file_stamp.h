@@ -20,10 +20,10 @@ struct FileStamp {
     bool same_file(const FileStamp& other) const { return device == other.device && inode == other.inode; }
 };
 
-/// The stamp of the regular file at `path`, no link followed; nullopt where there is none.
+/// Returns the stamp of the regular file at `path`, no link followed, or nullopt if there is none.
 std::optional<FileStamp> stamp_of(const std::string& path);
 
-/// The same for what `path` leads to through links.
+/// Does the same for the file that `path` leads to through links.
 std::optional<FileStamp> stamp_through_links(const std::string& path);
 
 }  // namespace quill::files
