@@ -17,6 +17,9 @@ bool open_base64_lines(TextScan& scan, FoundFile file, bool sure);
 /// Whether every character of `line` is of the Base64 alphabet, but up to two '=' at its end and blanks behind them.
 bool is_base64_line(std::string_view line);
 
+/// Returns true where `line` may be a row of Base64 that was damaged.
+bool is_nearly_base64(std::string_view line);
+
 /// Whether Base64, or the "====" behind it, goes on within a few lines from `at`.
 bool base64_resumes(const TextScan& scan, Position at);
 

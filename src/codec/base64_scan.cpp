@@ -2,6 +2,7 @@
 #include "codec/content_name.h"
 #include "codec/hex.h"
 #include "codec/message_separator.h"
+#include "codec/part_signs.h"
 #include "codec/sixbit.h"
 #include "text/ascii.h"
 
@@ -84,6 +85,14 @@ bool is_base64_line(std::string_view line) {
                                               [](char c) { return in_alphabet[static_cast<unsigned char>(c)]; });
 }
 
+bool is_nearly_base64(std::string_view line) {
+    const std::string_view row = text::trim(line);
+    const auto foreign = std::count_if(row.begin(), row.end(),
+                                       [](char c) { return c != '=' && !in_alphabet[static_cast<unsigned char>(c)]; });
+    return row.size() >= 4 && row.front() != '=' && row.find_first_of(" \t") == std::string_view::npos &&
+           static_cast<std::size_t>(foreign) * 4 <= row.size();
+}
+
 bool open_base64_lines(TextScan& scan, FoundFile file, bool sure) {
     const Position begin = scan.cursor.position();
     Line line;
@@ -100,7 +109,9 @@ bool open_base64_lines(TextScan& scan, FoundFile file, bool sure) {
             break;
         }
         if (is_blank_line(line.text)) continue;
-        if (scan.is_stop(line) || (!is_base64_line(line.text) && !base64_resumes(scan, line.next))) {
+        const bool data = is_base64_line(line.text);
+        const bool stops = scan.is_stop(line) || (!data && begins_article(scan.cursor, line));
+        if (stops || (!data && !base64_resumes(scan, line.next))) {
             scan.cursor.seek(before);
             break;
         }
@@ -120,15 +131,6 @@ bool sniff_bare_base64(std::string_view line) {
 }
 
 namespace {
-
-/// Whether `line` may be a row of Base64 that was damaged.
-bool is_nearly_base64(std::string_view line) {
-    const std::string_view row = text::trim(line);
-    const auto foreign = std::count_if(row.begin(), row.end(),
-                                       [](char c) { return c != '=' && !in_alphabet[static_cast<unsigned char>(c)]; });
-    return row.size() >= 4 && row.front() != '=' && row.find_first_of(" \t") == std::string_view::npos &&
-           static_cast<std::size_t>(foreign) * 4 <= row.size();
-}
 
 /// Whether the line before `at` may be a row of Base64 in which a character was lost or damaged.
 bool follows_damaged_row(const LineCursor& cursor, Position at) {
@@ -188,6 +190,7 @@ class BareRows {
         for (unsigned i = 0; i < lines_to_resume; ++i) {
             const Position at = next.next;
             if (!peek_text(scan_, at, 2, next) || (!is_full() && next.begin != at)) return false;
+            if (begins_article(scan_.cursor, next)) return false;
             if (next.text.size() != width_ || !is_base64_line(next.text)) continue;
             take(next);
             return true;

@@ -226,7 +226,7 @@ void Base64Run::judge_row(std::size_t ends) {
             sink_.report(Grade::repaired, "text-after-data", body_.at(), "Text follows the end of the data");
         } else {
             sink_.report(Grade::damaged, "foreign-line", body_.at(),
-                         "A line among the data is not Base64; it is left out");
+                         "A line in the middle of the Base64 data is other text; it is left out");
             body_.pass(row.size());
         }
         return;
@@ -354,7 +354,7 @@ void Base64Run::take_foreign(std::size_t written) {
     const bool taken_back = good < written || so_far.empty();
     if (taken_back && (make.foreign * 8 > make.data || (make.words && make.foreign > 0))) {
         sink_.report(Grade::damaged, "foreign-line", at - so_far.size(),
-                     "A line among the data is not Base64; it is left out");
+                     "A line in the middle of the Base64 data is other text; it is left out");
         body_.pass(rest.size());
         return;
     }

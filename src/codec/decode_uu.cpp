@@ -50,6 +50,7 @@ class UuRun {
     void take_off_dot(std::string& line, std::uint64_t at);
     std::size_t bytes_of(const uu::DataLine& data, std::string_view line, std::uint64_t at);
     bool lost_blanks(const uu::DataLine& data, std::string_view line);
+    bool is_data(const uu::DataLine& data, std::string_view line);
     bool zeros_follow();
     bool is_last_line();
     void decode(std::string_view characters, std::size_t bytes);
@@ -141,8 +142,19 @@ bool UuRun::zeros_follow() {
 bool UuRun::lost_blanks(const uu::DataLine& data, std::string_view line) {
     const std::size_t have = line.size() - 1;
     if (keeps_blanks_ || data.fit != uu::Fit::stripped) return false;
-    if (have == 0 || data.expected - have <= few_blanks || zeros_follow()) return true;
+    const std::size_t holding_data = (data.bytes * 4 + 2) / 3;
+    if (have == 0 || holding_data - have <= few_blanks || zeros_follow()) return true;
     return is_last_line() && 2 * have >= data.expected;
+}
+
+/// Whether the line is to be decoded. One that is much too short has lost blanks, or is damaged and still of the data
+/// where its length character is the one that the lines around it call for.
+bool UuRun::is_data(const uu::DataLine& data, std::string_view line) {
+    const bool far_too_short = data.fit == uu::Fit::stripped && 2 * line.size() < data.expected;
+    if (uu::value_of(alphabet_, line.front()) < 0) return false;
+    if (data.fit != uu::Fit::none && !far_too_short) return true;
+    if (!data.clean) return false;
+    return !far_too_short || lost_blanks(data, line) || (!keeps_blanks_ && rows_.allow(data.bytes, is_last_line()));
 }
 
 /// How many bytes the line is taken to hold.
@@ -210,11 +222,9 @@ void UuRun::take_odd_line() {
     take_off_dot(line, at);
     const uu::DataLine data = uu::judge(alphabet_, line);
     if (data.fit != uu::Fit::none && data.bytes == 0) return;
-    const bool far_too_short = data.fit == uu::Fit::stripped && 2 * line.size() < data.expected;
-    const bool odd_length = data.fit == uu::Fit::none || far_too_short;
-    const bool left_out = odd_length && (!data.clean || (far_too_short && !lost_blanks(data, line)));
-    if (uu::value_of(alphabet_, line.front()) < 0 || left_out) {
-        sink_.report(Grade::damaged, "foreign-line", at, "A line among the data is not a line of data; it is left out");
+    if (!is_data(data, line)) {
+        sink_.report(Grade::damaged, "foreign-line", at,
+                     "A line in the middle of the encoded data is other text; it is left out");
         return;
     }
     if (!data.clean) {

@@ -27,6 +27,14 @@ bool is_plain_header(const LineCursor& cursor, Position at, const IsStop& is_sto
 /// Returns true where a header begins at `line` that says what the body after it is: fields up to an empty line.
 bool announces_content(const LineCursor& cursor, const Line& line);
 
+/// Returns true where data ends at `line` because another article begins: at its header, which is two fields or more up
+/// to an empty line, the first of them one that messages have; or at the signature ("-- ") of the article before it.
+bool begins_article(const LineCursor& cursor, const Line& line);
+
+/// Returns where the lines before `at` begin that are not rows of Base64, not even damaged ones; `at` if there are
+/// none.
+Position end_of_rows(const LineCursor& cursor, Position at);
+
 /// Returns true where the row of Base64 before `at` shows that it is the last: it is padded, or shorter than
 /// `line_size`, the length of the others, or than encoders make full rows.
 bool ends_base64(const LineCursor& cursor, Position at, std::size_t line_size);

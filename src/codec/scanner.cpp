@@ -210,8 +210,9 @@ void Scanner::follow_data(const Line& line) {
     const bool begun = leaf.line_size > 0;
     if (!begun || take_misplaced_boundary(line) || take_unannounced_header(line)) return;
     if (leaf.data_end || base64_resumes(text_, line.next)) return;
-    leaf.data_end = line.begin;
-    if (leaf.embedded) pop_to(stack_.levels.size() - 2, line.begin, false);
+    // Lines of other text without a '-' or a blank were skipped.
+    leaf.data_end = std::max(leaf.begin, end_of_rows(cursor_, line.begin));
+    if (leaf.embedded) pop_to(stack_.levels.size() - 2, *leaf.data_end, false);
 }
 
 Found Scanner::run() {

@@ -10,6 +10,11 @@ void Rows::take_width(std::size_t bytes) {
     odd_ = odd_ || bytes != width_;
 }
 
+bool Rows::allow(std::size_t bytes, bool last) const {
+    const std::size_t width = width_ == 0 ? full_line : width_;
+    return !odd_ && (bytes == width || (last && bytes < width));
+}
+
 unsigned Rows::sum_of(std::string_view line, std::size_t bytes) const {
     unsigned sum = 0;
     for (const char c : line.substr(1, characters_for(bytes))) sum += static_cast<unsigned>(value_of(alphabet_, c));

@@ -33,6 +33,10 @@ class Rows {
     /// Bytes of the first line; 0 before it.
     std::size_t width() const { return width_; }
 
+    /// Returns true where a line of `bytes` can follow: as long as the others (as encoders write full lines, where
+    /// there are none yet), or, as the last, shorter.
+    bool allow(std::size_t bytes, bool last) const;
+
     bool has_checks() const { return right_ + wrong_ > 0; }
 
   private:

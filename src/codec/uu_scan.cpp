@@ -1,5 +1,6 @@
 #include "codec/base64_lines.h"
 #include "codec/hex.h"
+#include "codec/part_signs.h"
 #include "codec/text_scan.h"
 #include "codec/uu_line.h"
 #include "text/ascii.h"
@@ -64,15 +65,19 @@ struct Evidence {
     unsigned stripped = 0;  ///< too short, as though blanks at its end were lost
     unsigned misfits = 0;
     bool ended = false;  ///< the end of the data came
+    bool even = true;    ///< all have one length character
 };
 
 Evidence weigh(const TextScan& scan, Position at, uu::Alphabet alphabet) {
     Evidence out;
+    std::size_t first_bytes = 0;
     Line line;
     for (unsigned i = 0; i < sampled_lines && peek_text(scan, at, 3, line); ++i, at = line.next) {
         const uu::DataLine data = uu::judge(alphabet, line.text);
         out.ended = line.text == "end" || (data.fit != uu::Fit::none && data.bytes == 0);
         if (out.ended) break;
+        if (i == 0) first_bytes = data.bytes;
+        out.even = out.even && data.bytes == first_bytes;
         const bool stripped = data.clean && data.fit == uu::Fit::stripped;
         const bool good = data.clean && data.fit != uu::Fit::none && !stripped;
         if (stripped) ++out.stripped;
@@ -106,7 +111,8 @@ std::optional<uu::Alphabet> tell_alphabet(const TextScan& scan, Position at, boo
     const Evidence as_xx = weigh(scan, at, uu::Alphabet::xx);
     const bool xx = as_xx.fits > as_uu.fits;
     const Evidence& best = xx ? as_xx : as_uu;
-    const bool all_stripped = as_uu.stripped > 0 && as_uu.misfits == as_uu.stripped && as_uu.ended;
+    const bool all_stripped = as_uu.stripped > 0 && as_uu.misfits == as_uu.stripped &&
+                              (as_uu.ended || (as_uu.even && as_uu.stripped == sampled_lines));
     if (sure && best.fits == 0 && all_stripped) return uu::Alphabet::uu;
     if (best.fits == 0 && !(sure && is_empty_file(scan, at))) return std::nullopt;
     if (!sure && (best.first_fits == 0 || best.misfits > best.fits)) return std::nullopt;
@@ -179,7 +185,7 @@ BodyEnd read_body(TextScan& scan, uu::Alphabet alphabet) {
         if (!out.ended) out.keeps_blanks = text.empty() || text == "`";
         if (text.empty()) continue;
         const uu::DataLine data = uu::judge(alphabet, line.text);
-        const bool stops = scan.is_stop(line) || is_sure_begin(line.text);
+        const bool stops = scan.is_stop(line) || is_sure_begin(line.text) || begins_article(scan.cursor, line);
         if (!stops && data.fit != uu::Fit::none && data.bytes == 0) {
             out.ended = true;
             continue;

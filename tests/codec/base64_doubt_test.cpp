@@ -109,5 +109,19 @@ TEST(Base64Doubt, TextThatWasBrokenAgainIsWhole) {
     EXPECT_EQ(files[0].outcome.verdict, Verdict::whole);
 }
 
+TEST(Base64Doubt, AFooterAfterTheLastRowIsNoDamage) {
+    const std::string head = "Content-Type: image/gif; name=x.gif\nContent-Transfer-Encoding: base64\n\n";
+    const std::string full_rows = original.substr(0, 57 * 12);
+    for (const std::string footer : {"____________\nThe list of all\nhttp://a.example\n",
+                                     "~~~~\n****\nSee a.example now\n", "\n=-=-=-=\n\nUnsubscribe at a@b.example\n"}) {
+        const ScannedFile file = scan_and_decode(head + tests::base64(original) + "\n" + footer).at(0);
+        EXPECT_EQ(file.bytes, original) << footer;
+        EXPECT_EQ(name_of(file.outcome.verdict), "whole") << footer;
+        const ScannedFile cut = scan_and_decode(head + tests::base64(full_rows) + "\n" + footer).at(0);
+        EXPECT_EQ(cut.bytes, full_rows) << footer;
+        EXPECT_TRUE(cut.has_problem("doubtful-end")) << footer;
+    }
+}
+
 }  // namespace
 }  // namespace quill::codec

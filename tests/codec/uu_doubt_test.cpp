@@ -132,6 +132,24 @@ TEST(UuDoubt, ALastLineThatIsFilledUpIsWhole) {
     EXPECT_EQ(file.outcome.verdict, Verdict::whole);
 }
 
+TEST(UuDoubt, NoLineIsLeftOutForTheBlanksThatItLost) {
+    const std::string runs = noise(45) + std::string(58, '\0') + noise(3) + std::string(40, '\0') + noise(7) + '\0';
+    for (const std::string& begin : {noise(200), runs + noise(60), std::string(9, 'x') + std::string(191, '\0')}) {
+        for (std::size_t size = 1; size <= begin.size(); ++size) {
+            const std::string bytes = begin.substr(0, size);
+            const auto files = scan_and_decode(post_of(blanked(uu_lines(bytes), true), "\n"));
+            ASSERT_EQ(files.size(), 1U) << size;
+            EXPECT_EQ(files[0].bytes, bytes) << size;
+        }
+    }
+    const std::string zeros(2000, '\0');
+    const ScannedFile file = scan_and_decode(post_of(blanked(uu_lines(zeros), true), "\n")).at(0);
+    EXPECT_EQ(file.bytes, zeros);
+    EXPECT_EQ(file.outcome.verdict, Verdict::whole);
+    const std::string one_byte = scan_and_decode(post_of({"!?"}, "\n")).at(0).bytes;
+    EXPECT_EQ(one_byte, "\x7C");
+}
+
 TEST(UuDoubt, ADotThatWasAddedComesOff) {
     Lines lines = uu_lines(noise(14));
     lines[0].insert(0, ".");
