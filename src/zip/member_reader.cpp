@@ -43,6 +43,20 @@ bool refuse_password(Content& content, std::uint64_t at, std::string text) {
     return false;
 }
 
+/// Returns the forms that a data descriptor can have: with or without its signature, its sizes in 4 bytes or 8 (APPNOTE
+/// 4.3.9).
+std::array<std::string, 4> descriptors(std::uint32_t crc, std::uint64_t packed_size, std::uint64_t size) {
+    std::string narrow, wide, signature;
+    put32(narrow, crc);
+    put32(narrow, packed_size);
+    put32(narrow, size);
+    put32(wide, crc);
+    put64(wide, packed_size);
+    put64(wide, size);
+    put32(signature, descriptor_signature);
+    return {signature + narrow, signature + wide, narrow, wide};
+}
+
 }  // namespace
 
 std::string_view name_of(Fate fate) {
@@ -88,10 +102,16 @@ MemberReader::MemberReader(const Archive& archive, std::string password)
 
 Content MemberReader::read(const Member& member, const Sink& sink) {
     const std::optional<Member> own = as_in_own_header(member);
-    if (!own || checks_out(member, sink) || !checks_out(*own, sink)) return read_as(member, sink);
-    Content content = read_as(*own, sink);
-    tell(content, Grade::repaired, "header-differs", member.header_offset,
-         "its own header and the directory disagree, and its data agree with its own header");
+    if (!own || !checks_out(*own, sink)) return read_as(member, sink);
+    const bool is_right = checks_out(member, sink);
+    Content content = read_as(is_right ? member : *own, sink);
+    if (!is_right) {
+        tell(content, Grade::repaired, "header-differs", member.header_offset,
+             "its own header and the directory disagree, and its data agree with its own header");
+    } else if (own->crc != member.crc || own->uncompressed_size != member.uncompressed_size) {
+        tell(content, Grade::damaged, "contents-differ", member.header_offset,
+             "by its own header it has another content, which other programs may read");
+    }
     return content;
 }
 
@@ -308,20 +328,28 @@ void MemberReader::check_ends(const Member& member, const Source& source, const 
     }
 }
 
-/// Compares what came out with the data descriptor behind a stream that ended by itself, where there is one. (Its sizes
-/// have 4 bytes or 8, and its signature may be left out: APPNOTE 4.3.9.)
+/// Compares what came out with what follows a stream that ended by itself: its data descriptor, unless the file ends
+/// before or within it, or the next header follows at once.
 Fate MemberReader::judge_by_descriptor(const Source& source, const Passed& passed, const Meter& meter,
                                        Content& content) const {
     if (passed.state != StreamState::ended || source.aes) {
         tell(content, Grade::damaged, "cut", source.at, "nothing shows where it ends");
         return Fate::damaged;
     }
-    const std::uint64_t end = source.at + passed.read, packed = end - source.begin;
-    const std::string_view bytes = archive_.bytes();
-    const std::uint64_t crc_at = end + (get32(bytes, end) == descriptor_signature ? 4 : 0), sizes_at = crc_at + 4;
-    const bool narrow = get32(bytes, sizes_at) == packed && get32(bytes, sizes_at + 4) == meter.size();
-    const bool wide = get64(bytes, sizes_at) == packed && get64(bytes, sizes_at + 8) == meter.size();
-    return get32(bytes, crc_at) == meter.crc() && (narrow || wide) ? Fate::verified : Fate::whole;
+    const std::uint64_t end = source.at + passed.read;
+    const std::string_view rest = slice(archive_.bytes(), end, std::string_view::npos);
+    Fate fate = Fate::damaged;
+    if (const std::uint32_t next = get32(rest, 0); next == local_signature || next == central_signature) {
+        fate = Fate::whole;
+    }
+    for (const std::string& descriptor : descriptors(meter.crc(), end - source.begin, meter.size())) {
+        if (rest.starts_with(descriptor)) return Fate::verified;
+        if (descriptor.starts_with(rest)) fate = Fate::whole;
+    }
+    if (fate == Fate::damaged) {
+        tell(content, Grade::damaged, "bad-descriptor", end, "the CRC and sizes behind its data are others");
+    }
+    return fate;
 }
 
 }  // namespace quill::zip

@@ -22,6 +22,7 @@ struct Odd {
     std::optional<std::string> local_name = {};
     std::optional<std::uint64_t> local_size = {};  ///< stated by the local header, where the other header is wrong
     std::optional<std::uint64_t> local_packed_size = {};
+    std::optional<std::uint32_t> local_crc = {};
     std::string extra = {};        ///< of the central header
     std::string local_extra = {};  ///< of the local header
     std::uint16_t made_by = 20;    ///< upper byte: 0 for DOS, 3 for Unix
@@ -45,7 +46,7 @@ class ArchiveBuilder {
         const std::string local_name = odd.local_name.value_or(std::string(name));
         const std::uint64_t offset = odd.offset.value_or(bytes_.size());
         zip::put32(bytes_, zip::local_signature);
-        put_fields(bytes_, flags, odd.method, odd.silent_local ? 0 : crc,
+        put_fields(bytes_, flags, odd.method, odd.silent_local ? 0 : odd.local_crc.value_or(crc),
                    odd.silent_local ? 0 : odd.local_packed_size.value_or(packed_size),
                    odd.silent_local ? 0 : odd.local_size.value_or(size));
         zip::put16(bytes_, local_name.size());

@@ -3,6 +3,7 @@
 #include "archive/aes_writer.h"
 #include "archive/ciphers/traditional_cipher.h"
 #include "archive/streams.h"
+#include "codec/checksum.h"
 #include "zip/archive_builder.h"
 
 #include <gmock/gmock.h>
@@ -121,6 +122,11 @@ TEST(MemberReader, SaysWhatIsWrongAndGivesWhatThereIs) {
         {"deflated and cut", {.method = 8, .packed = deflated.substr(0, 4)}, Fate::damaged, nullptr, "cut"},
         {"deflated and broken", {.method = 8, .packed = "\xFF\xFF\xFF\xFF"}, Fate::refused, "", "bad-data"},
         {"another name inside", {.local_name = "evil"}, Fate::verified, "hello", "names-differ"},
+        {"another content by its own header",
+         {.local_size = 2, .local_packed_size = 2, .local_crc = codec::crc32(0, "he")},
+         Fate::verified,
+         "hello",
+         "header-differs contents-differ"},
         {"an unknown method", {.method = 77}, Fate::refused, "", "unsupported"},
         {"a method with a name", {.method = 97}, Fate::refused, "", "unsupported"},
         {"strong encryption", {.flags = encrypted_flag | strong_encryption_flag}, Fate::refused, "", "unsupported"},
@@ -276,8 +282,8 @@ TEST(MemberReader, AnUnknownSizeIsVerifiedByTheWholeDescriptor) {
     const struct {
         const char* what;
         std::size_t at;  // of the changed byte from the end
-        Fate fate;
-    } cases[] = {{"packed size", 8, Fate::whole}, {"size", 4, Fate::whole}, {"CRC", 12, Fate::whole}};
+        const char* kind;
+    } cases[] = {{"packed size", 8, "bad-descriptor"}, {"size", 4, "wrong-size"}, {"CRC", 12, "bad-crc"}};
     for (const Packed& packed : packed_texts()) {
         if (packed.method != 8 && packed.method != 12 && packed.method != 93 && packed.method != 95) continue;
         SCOPED_TRACE(packed.what);
@@ -291,8 +297,38 @@ TEST(MemberReader, AnUnknownSizeIsVerifiedByTheWholeDescriptor) {
             changed[changed.size() - c.at] = static_cast<char>(changed[changed.size() - c.at] ^ 0x40);
             const Read read = read_first(changed);
             EXPECT_EQ(read.bytes, text);
-            EXPECT_NE(read.content.fate, Fate::verified);
+            EXPECT_EQ(read.content.fate, Fate::damaged);
+            EXPECT_EQ(kinds(read), c.kind);
         }
+    }
+}
+
+TEST(MemberReader, WhatFollowsAStreamOfUnknownSizeMustAgreeWithIt) {
+    const auto packed = packed_texts();
+    const auto deflated = std::find_if(packed.begin(), packed.end(), [](const Packed& p) { return p.method == 8; });
+    Odd odd = plain_member(*deflated, deflated->bytes);
+    odd.silent_local = true;
+    const std::string members = ArchiveBuilder().add("a", text, odd).members();
+    constexpr std::size_t descriptor = 16;
+    const std::string data = members.substr(0, members.size() - descriptor);
+    const std::string behind = members.substr(data.size());
+    const struct {
+        const char* what;
+        std::string rest;
+        Fate fate;
+    } cases[] = {
+        {"all of it", behind, Fate::verified},
+        {"without its signature", behind.substr(4), Fate::verified},
+        {"nothing", "", Fate::whole},
+        {"a part of it", behind.substr(0, 11), Fate::whole},
+        {"a part without the signature", behind.substr(4, 5), Fate::whole},
+        {"another header", ArchiveBuilder().add("b", "x").members(), Fate::whole},
+        {"a part with another CRC", behind.substr(0, 4) + "wrong", Fate::damaged},
+        {"something else", std::string(100, 'x'), Fate::damaged},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        EXPECT_EQ(name_of(read_first(data + c.rest).content.fate), name_of(c.fate));
     }
 }
 
