@@ -16,18 +16,26 @@ namespace {
 
 constexpr std::size_t piece = 4U << 20U;  // written between two looks whether to go on
 
-/// Judges a directory, whose member should have no content.
-void skip_content(const Member& directory, MemberResult& result) {
-    result.fate = directory.uncompressed_size == 0 ? Fate::verified : Fate::damaged;
-    if (result.fate == Fate::damaged)
-        report(result, Grade::lost, "content", "it is a directory, and its content is not written");
+/// Reads the member of a directory, which should have no content. Without a password that it needs, what it states
+/// decides.
+void read_directory(const Member& directory, MemberReader& reader, ExtractionRun& run, const ExtractOptions& options,
+                    MemberResult& result) {
+    result.fate = Fate::verified;
+    if (!directory.is_encrypted() || !options.password.empty()) {
+        run.record(reader.read(directory, [&](std::string_view bytes) { return run.take(bytes.size()); }), result);
+        if (result.fate == Fate::refused) result.fate = Fate::damaged;  // the directory itself may be made
+    }
+    if (directory.uncompressed_size == 0 && result.size == 0) return;
+    result.fate = Fate::damaged;
+    report(result, Grade::lost, "content", "it is a directory, and its content is not written");
 }
 
 /// Writes members into files below one directory. Each thread has its own.
 class Writer {
   public:
-    Writer(ExtractionRun& run, const Archive& archive, const MemberPaths& paths, Result<SafeTree> tree)
-        : run_(run), archive_(archive), paths_(paths), tree_(std::move(tree)) {}
+    Writer(ExtractionRun& run, const ExtractOptions& options, const Archive& archive, const MemberPaths& paths,
+           Result<SafeTree> tree)
+        : run_(run), options_(options), archive_(archive), paths_(paths), tree_(std::move(tree)) {}
 
     void operator()(MemberReader& reader, MemberResult& result) {
         const Member& member = archive_.members()[result.member];
@@ -38,20 +46,20 @@ class Writer {
         }
         if (path.renamed) report(result, Grade::repaired, "renamed", "its name is not safe or not unique here");
         if (member.is_directory()) {
-            make_directory(member, path.path, result);
+            make_directory(member, path.path, reader, result);
         } else {
             write_file(member, path.path, reader, result);
         }
     }
 
   private:
-    void make_directory(const Member& member, const std::string& path, MemberResult& result) {
+    void make_directory(const Member& member, const std::string& path, MemberReader& reader, MemberResult& result) {
         const Result<std::string> entered = tree_->enter(path);
         if (!entered) {
             report(result, Grade::lost, "not-written", entered.error().text);
             return;
         }
-        skip_content(member, result);
+        read_directory(member, reader, run_, options_, result);
         result.path = path;
     }
 
@@ -107,6 +115,7 @@ class Writer {
     }
 
     ExtractionRun& run_;
+    const ExtractOptions& options_;
     const Archive& archive_;
     const MemberPaths& paths_;
     Result<SafeTree> tree_;
@@ -135,7 +144,7 @@ Status extract_members(const Archive& archive, const std::vector<std::size_t>& w
             directories.push_back(result.member);
         take_result(std::move(result));
     };
-    run.go(take, [&] { return Writer(run, archive, paths, SafeTree::open(directory)); });
+    run.go(take, [&] { return Writer(run, options, archive, paths, SafeTree::open(directory)); });
     set_directory_times(archive, directories, paths, *tree);
     return Done{};
 }
@@ -148,7 +157,7 @@ Status test_members(const Archive& archive, const std::vector<std::size_t>& want
         return [&](MemberReader& reader, MemberResult& result) {
             const Member& member = archive.members()[result.member];
             if (member.is_directory()) {
-                skip_content(member, result);
+                read_directory(member, reader, run, options, result);
                 return;
             }
             run.record(reader.read(member, [&](std::string_view bytes) { return run.take(bytes.size()); }), result);

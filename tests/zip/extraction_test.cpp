@@ -282,5 +282,27 @@ TEST(MemberPaths, DeepNamesKeepTheirLastPart) {
     EXPECT_LT(safe_path(long_name + "file.txt").size(), 4096U);
 }
 
+TEST(Extraction, ADirectoryIsVerifiedOnlyWhereItsMemberHasNothing) {
+    const struct {
+        const char* what;
+        tests::Odd odd;
+        const char* outcome;
+    } cases[] = {
+        {"nothing", {.packed = ""}, "verified "},
+        {"deflated nothing", {.method = zip::method_deflated, .packed = std::string("\x03\0", 2)}, "verified "},
+        {"hidden bytes", {.packed = "hidden"}, "damaged wrong-size"},
+        {"the name of a file inside", {.packed = "", .local_name = "evil.sh"}, "verified names-differ"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        const TemporaryDirectory dir;
+        const std::vector<MemberResult> results =
+            extract_all(ArchiveBuilder().add("d/", "", c.odd).finish(), dir.path());
+        ASSERT_EQ(results.size(), 1U);
+        EXPECT_EQ(std::string(name_of(results[0].fate)) + " " + kinds(results[0]), c.outcome);
+        EXPECT_TRUE(dir.has("d"));
+    }
+}
+
 }  // namespace
 }  // namespace quill::zip
