@@ -6,6 +6,7 @@
 #include "cli/zip_report.h"
 #include "files/directory.h"
 #include "files/path.h"
+#include "text/utf8.h"
 #include "zip/archive_change.h"
 #include "zip/extraction.h"
 #include "zip/member_choice.h"
@@ -117,13 +118,18 @@ ExitStatus read(const ZipRequest& request, const Console& console, bool write) {
     return report.finish();
 }
 
-/// What `add` is to put into the archive: each name with all that is in it, but the archive itself only where it is
-/// named.
-std::vector<zip::TreeEntry> entries_to_add(const ZipRequest& request) {
+/// What failed, and why.
+using Failure = std::pair<std::string, Error>;
+
+/// Returns what `add` puts into the archive: each name with all that is in it, but the archive itself only where it is
+/// named. Appends to `unread` the directories that can't be read.
+std::vector<zip::TreeEntry> entries_to_add(const ZipRequest& request, std::vector<Failure>& unread) {
     std::vector<zip::TreeEntry> entries;
     for (const std::string& name : request.names) {
         for (zip::TreeEntry& entry : zip::walk_tree(name)) {
-            if (entry.kind == zip::EntryKind::directory && request.bare_names) continue;
+            if (entry.unreadable) unread.emplace_back(entry.path, *entry.unreadable);
+            const bool unnamed = request.bare_names || entry.member_name.empty();
+            if (entry.kind == zip::EntryKind::directory && unnamed) continue;
             if (entry.path != name && files::same_file(entry.path, request.archive)) continue;
             if (request.bare_names) entry.member_name = files::name_of(entry.member_name);
             entries.push_back(std::move(entry));
@@ -134,10 +140,10 @@ std::vector<zip::TreeEntry> entries_to_add(const ZipRequest& request) {
 
 /// Fails where two files would become one member, so that one of them would be lost.
 Status check_names(const std::vector<zip::TreeEntry>& entries) {
-    std::unordered_map<std::string_view, const zip::TreeEntry*> known;
+    std::unordered_map<std::string, const zip::TreeEntry*> known;
     for (const zip::TreeEntry& entry : entries) {
         if (entry.kind == zip::EntryKind::directory) continue;
-        const auto [other, is_new] = known.try_emplace(entry.member_name, &entry);
+        const auto [other, is_new] = known.try_emplace(text::to_utf8(entry.member_name), &entry);
         if (is_new || files::same_file(other->second->path, entry.path)) continue;
         return Error{ErrorCode::bad_argument, 0,
                      other->second->path + " would be a member of the same name, " + entry.member_name};
@@ -156,9 +162,6 @@ Status add_entry(zip::ArchiveChange& change, const zip::TreeEntry& entry, const 
     }
     return change.add_file(entry.path, entry.member_name, options);
 }
-
-/// What failed, and why.
-using Failure = std::pair<std::string, Error>;
 
 /// There is nothing to be changed.
 Error nothing_to_do() {
@@ -199,7 +202,8 @@ ExitStatus add(const ZipRequest& request, const Console& console) {
         report.fail(request.password_file, password.error());
         return report.finish();
     }
-    const std::vector<zip::TreeEntry> entries = entries_to_add(request);
+    std::vector<Failure> unread;
+    const std::vector<zip::TreeEntry> entries = entries_to_add(request, unread);
     if (const Status distinct = check_names(entries); !distinct) {
         report.fail(request.archive, distinct.error());
         return report.finish();
@@ -209,7 +213,7 @@ ExitStatus add(const ZipRequest& request, const Console& console) {
     std::vector<Failure> failures;
     std::size_t added = 0;
     const Status changed = zip::change_archive(request.archive, is_not_interrupted, [&](zip::ArchiveChange& change) {
-        failures.clear();
+        failures = unread;
         added = 0;
         for (const zip::TreeEntry& entry : entries) {
             Status status = add_entry(change, entry, options);

@@ -25,6 +25,19 @@ EntryKind kind_of(const std::string& path) {
     return S_ISDIR(status.st_mode) ? EntryKind::directory : EntryKind::file;
 }
 
+/// Appends what is in the directory `entries[at]`, or notes there why that can't be read.
+void add_entries_of(std::size_t at, std::vector<TreeEntry>& entries) {
+    const std::string path = entries[at].path;
+    entries[at].modified = time_of(path);
+    std::error_code failure;
+    fs::directory_iterator entry(path, failure);
+    for (const fs::directory_iterator end; !failure && entry != end; entry.increment(failure)) {
+        const std::string found = entry->path();
+        entries.push_back({found, member_name_of(found), kind_of(found), 0});
+    }
+    if (failure) entries[at].unreadable = system_error(failure.value());
+}
+
 }  // namespace
 
 std::string member_name_of(std::string_view path) {
@@ -42,19 +55,13 @@ std::string member_name_of(std::string_view path) {
 
 std::vector<TreeEntry> walk_tree(const std::string& path) {
     if (!files::is_directory(path)) return {{path, member_name_of(path), EntryKind::file, 0}};
-    std::vector<std::string> paths{path};
-    std::error_code failure;
-    for (fs::recursive_directory_iterator entry(path, fs::directory_options::skip_permission_denied, failure), end;
-         !failure && entry != end; entry.increment(failure)) {
-        paths.push_back(entry->path());
+    std::vector<TreeEntry> entries{{path, member_name_of(path), EntryKind::directory, 0}};
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        if (entries[i].kind == EntryKind::directory) add_entries_of(i, entries);
     }
-    std::sort(paths.begin(), paths.end());
-    std::vector<TreeEntry> entries;
-    for (const std::string& found : paths) {
-        TreeEntry entry{found, member_name_of(found), found == path ? EntryKind::directory : kind_of(found), 0};
-        if (entry.kind == EntryKind::directory) entry.modified = time_of(found);
-        if (!entry.member_name.empty()) entries.push_back(std::move(entry));
-    }
+    // A directory without a name of its own is kept only where it could not be read.
+    std::erase_if(entries, [](const TreeEntry& entry) { return entry.member_name.empty() && !entry.unreadable; });
+    std::sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) { return a.path < b.path; });
     return entries;
 }
 

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "text/result.h"
+
 #include <cstdint>
 #include <ctime>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,7 +18,8 @@ struct TreeEntry {
     std::string path;
     std::string member_name;  ///< relative, parts between slashes, without "." and ".."
     EntryKind kind = EntryKind::file;
-    std::time_t modified = 0;  ///< of a directory
+    std::time_t modified = 0;                        ///< of a directory
+    std::optional<Error> unreadable = std::nullopt;  ///< why the entries of a directory are missing
 };
 
 /// `path` itself where it is not a directory (there or not); else it and all that is in it, sorted, hidden files too.

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace quill::cli {
 namespace {
@@ -160,6 +162,32 @@ TEST_F(ZipCommandTest, TwoFilesOfOneMemberNameAreRefused) {
     EXPECT_FALSE(directory.has("a.zip"));
     EXPECT_EQ(call({"zip", "add", path("a.zip"), "p1/f", "p2/f", "./p1/f"}), ExitStatus::good);
     EXPECT_EQ(call({"zip", "add", path("a.zip"), "p1/f", "p2/../p1/../f", "p2"}), ExitStatus::failed);  // no such file
+}
+
+TEST_F(ZipCommandTest, NamesThatBecomeOneInUnicodeAreRefused) {
+    directory.write("\xE9", "Latin-1");
+    directory.write("\xC3\xA9", "UTF-8");
+    EXPECT_EQ(call({"zip", "add", path("a.zip"), "\xE9", "\xC3\xA9"}), ExitStatus::failed);
+    EXPECT_FALSE(directory.has("a.zip"));
+}
+
+TEST_F(ZipCommandTest, ADirectoryThatCantBeReadIsAFailure) {
+    directory.write("t/closed/x", "1");
+    directory.write("t/y", "2");
+    const pid_t child = fork();  // that gives up the right to read everything
+    if (child == 0) {
+        std::filesystem::permissions(path("t/closed"), std::filesystem::perms::none);
+        std::filesystem::permissions(path(""), std::filesystem::perms::all);
+        constexpr uid_t nobody = 65534;
+        const bool powerless = geteuid() != 0 || setuid(nobody) == 0;
+        _exit(powerless && call({"zip", "add", path("a.zip"), "t"}) == ExitStatus::failed ? 0 : 1);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    std::filesystem::permissions(path("t/closed"), std::filesystem::perms::owner_all);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(call({"zip", "list", path("a.zip")}), ExitStatus::good);
+    EXPECT_THAT(out, HasSubstr("t/y\t"));
 }
 
 TEST_F(ZipCommandTest, RemoveTakesDirectoriesByTheirNames) {
