@@ -181,6 +181,13 @@ struct DriveListBox : Control {
     Action change;
 };
 
+/// A position in something that is longer than what is shown of it: from 0 to `maximum`.
+struct ScrollBar : Control {
+    std::size_t value = 0;
+    std::size_t maximum = 0;
+    Action change;
+};
+
 /// Fires every `interval` milliseconds while enabled.
 struct Timer : Control {
     int interval = 0;

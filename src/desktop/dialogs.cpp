@@ -102,6 +102,22 @@ platform::Collision BoxDialogs::ask_about_existing(const std::string& path) {
     return box.clickedButton() == keep ? platform::Collision::keep_both : platform::Collision::cancel;
 }
 
+std::size_t BoxDialogs::choose(const platform::Choices& choices) {
+    QMessageBox box(QApplication::activeWindow());
+    fill(box, choices.text, choices.title, QMessageBox::Question);
+    std::vector<QPushButton*> buttons;
+    for (std::size_t i = 0; i < choices.answers.size(); ++i) {
+        const bool escapes = i == choices.escape_answer;
+        buttons.push_back(
+            box.addButton(shown(choices.answers[i]), escapes ? QMessageBox::RejectRole : QMessageBox::AcceptRole));
+    }
+    box.setDefaultButton(buttons.at(choices.default_answer));
+    box.setEscapeButton(buttons.at(choices.escape_answer));
+    run(box);
+    const auto clicked = std::find(buttons.begin(), buttons.end(), box.clickedButton());
+    return clicked == buttons.end() ? choices.escape_answer : static_cast<std::size_t>(clicked - buttons.begin());
+}
+
 std::string BoxDialogs::input(const platform::Prompt& prompt) {
     QDialog box(QApplication::activeWindow());
     box.setWindowTitle(title_of(prompt.title));

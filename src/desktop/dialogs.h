@@ -18,6 +18,7 @@ class BoxDialogs final : public platform::Dialogs {
     void message(const std::string& text, const std::string& title) override;
     bool ask(const platform::Question& question) override;
     platform::Collision ask_about_existing(const std::string& path) override;
+    std::size_t choose(const platform::Choices& choices) override;
     std::string input(const platform::Prompt& prompt) override;
     std::string choose_file(const platform::FileRequest& request) override;
 

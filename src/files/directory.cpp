@@ -91,6 +91,10 @@ bool is_executable(const std::string& path) {
     return file_size(path) && access(path.c_str(), X_OK) == 0;
 }
 
+bool is_writable(const std::string& path) {
+    return file_size(path) && access(path.c_str(), W_OK) == 0;
+}
+
 std::optional<Identity> identity_of(const std::string& path) {
     struct stat status = {};
     if (stat(path.c_str(), &status) != 0) return std::nullopt;

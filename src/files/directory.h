@@ -32,6 +32,9 @@ bool is_special(const std::string& path);
 /// Whether `path` is a regular file that this process may execute.
 bool is_executable(const std::string& path);
 
+/// Whether `path` is a regular file that this process may write to.
+bool is_writable(const std::string& path);
+
 /// What tells a file from all others that are there, whatever links or spellings lead to it.
 struct Identity {
     std::uint64_t device = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -31,6 +32,15 @@ enum class Collision : std::uint8_t {
     cancel      ///< no new file is made
 };
 
+/// A question with answers of its own.
+struct Choices {
+    std::string text = {};
+    std::string title = {};
+    std::vector<std::string> answers = {};  ///< captions of the buttons; `&` precedes the letter of the key
+    std::size_t default_answer = 0;         ///< by its place in `answers`
+    std::size_t escape_answer = 0;          ///< also for closing the box
+};
+
 /// A request for one line of text.
 struct Prompt {
     std::string text = {};
@@ -55,6 +65,8 @@ class Dialogs {
     virtual bool ask(const Question& question) = 0;
     /// Asks about the file that is at `path` already; closing the box is a Cancel.
     virtual Collision ask_about_existing(const std::string& path) = 0;
+    /// The answer chosen, by its place in `answers`.
+    virtual std::size_t choose(const Choices& choices) = 0;
     /// The line typed; empty for Cancel.
     virtual std::string input(const Prompt& prompt) = 0;
     /// The absolute path of the file chosen; empty for Cancel.
@@ -118,6 +130,7 @@ class Platform {
     void message(const std::string& text, const std::string& title = {}) { dialogs().message(text, title); }
     bool ask(const Question& question) { return dialogs().ask(question); }
     Collision ask_about_existing(const std::string& path) { return dialogs().ask_about_existing(path); }
+    std::size_t choose(const Choices& choices) { return dialogs().choose(choices); }
     std::string input(const Prompt& prompt) { return dialogs().input(prompt); }
     std::string choose_file(const FileRequest& request) { return dialogs().choose_file(request); }
     void repaint(controls::Window& window) { display().repaint(window); }

@@ -62,6 +62,8 @@ class ZipLibrary {
     /// The archive at `path`, from memory where the file has not changed. Nullptr where it can't be read.
     std::shared_ptr<const OpenedArchive> open(const std::string& path);
 
+    /// Why the last call failed, for people; empty where it did not.
+    const Error& last_error() const { return error_; }
     /// What became of the items of the last function 8.
     const std::vector<MemberResult>& last_extraction() const { return extraction_; }
 

@@ -78,7 +78,9 @@ std::int16_t NewZIP::call_add(std::vector<ZipItem> items, bool keep_paths, const
     if (!context_.session.ZipPassword.empty()) PasswordOn = -1;
     command.usePassword = PasswordOn;
     if (PasswordOn == -1) zip_strings_.password = password.empty() ? context_.session.ZipPassword : password;
-    return library_.dzipVB(command, zip_strings_, status_block_);
+    const std::int16_t result = library_.dzipVB(command, zip_strings_, status_block_);
+    failure_ = library_.last_error();
+    return result;
 }
 
 std::int16_t NewZIP::AddWizardItem(bool keep_paths) {
@@ -95,16 +97,24 @@ std::int16_t NewZIP::AddBookItems(const controls::ListBox& pages, const controls
 }
 
 void NewZIP::AddChosenFiles(ArchiveView view) {
-    std::vector<ZipItem> items;
+    std::vector<std::string> paths;
     if (const auto* chooser = context_.windows.loaded<encoder::cmdg>()) {
         for (const std::size_t row : chooser->File1.chosen_rows()) {
-            items.push_back({files::join(chooser->Dir1.path, chooser->File1.items().at(row))});
+            paths.push_back(files::join(chooser->Dir1.path, chooser->File1.items().at(row)));
         }
     }
-    if (call_add(items, false) == library_success) copy_to_work_dir(items);
-    ListContents(view);
+    add_files(view, paths);
     enter_archive_directory(view);
     context_.windows.unload<encoder::cmdg>();
+}
+
+std::int16_t NewZIP::add_files(ArchiveView view, const std::vector<std::string>& paths) {
+    std::vector<ZipItem> items;
+    for (const std::string& path : paths) items.push_back({path});
+    const std::int16_t result = call_add(items, false);
+    if (result == library_success) copy_to_work_dir(items);
+    ListContents(view);
+    return result;
 }
 
 /// Puts a copy of each added file beside those that were extracted. One that can't be copied is passed over.
@@ -120,7 +130,8 @@ void NewZIP::copy_to_work_dir(const std::vector<ZipItem>& items) {
         if (added == members.rend()) continue;
         const auto row = static_cast<std::size_t>(members.rend() - added) - 1;
         const std::string path = put_copy(item.name, row, opened->paths[row].path);
-        if (!path.empty()) copies_.record_copy(row, name, path);
+        const bool made_here = !files::same_file(path_in_work_dir(path), item.name);
+        if (!path.empty()) copies_.record_copy(row, name, path, made_here);
     }
 }
 
@@ -147,21 +158,30 @@ void NewZIP::enter_archive_directory(ArchiveView view) {
 }
 
 void NewZIP::SaveChangedFile(ArchiveView view, std::optional<std::size_t> row, const std::string& password) {
-    const std::shared_ptr<const OpenedArchive> opened = row ? library_.open(archive_path()) : nullptr;
-    std::int16_t result = library_bad_call;
-    if (opened) {
-        forget_copies_of_others();
-        const std::string copy = extracted_name(*row);
-        if (!copy.empty()) result = call_add({{path_in_work_dir(copy), *row}}, false, password);
-    }
+    const std::int16_t result = row ? save_copies(view, {*row}, password) : std::int16_t{library_bad_call};
     if (result == library_cancelled) return;
     if (result != library_success) {
         context_.platform.message(save_failed);
         return;
     }
-    copies_.record_saved(*row);
-    ListContents(view);
     enter_archive_directory(view);
+}
+
+std::int16_t NewZIP::save_copies(ArchiveView view, const std::vector<std::size_t>& rows, const std::string& password) {
+    failure_ = {ErrorCode::not_found, 0, "there is no file to save"};
+    if (!library_.open(archive_path())) return library_bad_call;
+    forget_copies_of_others();
+    std::vector<ZipItem> items;
+    for (const std::size_t row : rows) {
+        const std::string copy = extracted_name(row);
+        if (copy.empty()) return library_bad_call;
+        items.push_back({path_in_work_dir(copy), row});
+    }
+    const std::int16_t result = call_add(std::move(items), false, password);
+    if (result != library_success) return result;
+    for (const std::size_t row : rows) copies_.record_saved(row);
+    ListContents(view);
+    return result;
 }
 
 /// Rows whose members are no longer those that were extracted have no copies: another program has changed the archive.
@@ -176,6 +196,7 @@ void NewZIP::use_work_dir() {
 }
 
 void NewZIP::DeleteSelectedItems(ArchiveView view) {
+    failure_ = {};
     InitZipRecord(delete_command_);
     InitUnzipRecord(unzip_command_);
     zip_strings_.zipFile = unzip_strings_.zipFile = archive_path();
@@ -197,6 +218,7 @@ void NewZIP::DeleteSelectedItems(ArchiveView view) {
     const std::vector<ZipItem> deleted = zip_strings_.itemList;
     const std::int16_t result = deleted.empty() ? static_cast<std::int16_t>(library_success)
                                                 : library_.dzipVB(delete_command_, zip_strings_, status_block_);
+    failure_ = library_.last_error();
     status(100, result == library_success ? std::string() : library_error_text(result));
     if (result == library_success) {
         for (auto item = deleted.rbegin(); item != deleted.rend(); ++item) copies_.erase(*item->number);

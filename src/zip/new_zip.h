@@ -41,12 +41,18 @@ class NewZIP {
     std::int16_t AddWizardItem(bool keep_paths);
     /// Adds the rows of `pages`, unless `chosen` is empty.
     std::int16_t AddBookItems(const controls::ListBox& pages, const controls::ListBox& chosen, bool keep_paths);
-    /// Adds the files selected in the chooser, copies them to WorkDir, lists the archive anew and unloads the chooser.
+    /// Adds the files selected in the chooser, copies them to WorkDir, lists the archive again and unloads the chooser.
     void AddChosenFiles(ArchiveView view);
+    /// Adds the files at `paths` in the same way.
+    std::int16_t add_files(ArchiveView view, const std::vector<std::string>& paths);
     /// Puts WorkDir's copy of member number `row` back into the archive. `password` is used where one was used before;
     /// an empty one is the one that was.
     void SaveChangedFile(ArchiveView view, std::optional<std::size_t> row, const std::string& password);
+    /// The same for several rows at once, in one change of the archive; says nothing where it fails.
+    std::int16_t save_copies(ArchiveView view, const std::vector<std::size_t>& rows, const std::string& password);
     void DeleteSelectedItems(ArchiveView view);
+    /// Why the last addition, save or removal failed; an empty text where it did not.
+    const Error& failure() const { return failure_; }
     /// Extracts all members into WorkDir and makes it the current directory. Shows its progress on the main window.
     void ExtractSelected(ArchiveView view);
     /// Extracts the members of `rows` into WorkDir. A file that is there already stays, and the member's gets a free
@@ -105,6 +111,7 @@ class NewZIP {
     ZipStatusBlock status_block_;
     std::int16_t PasswordOn = 0;
     WorkCopies copies_;
+    Error failure_;
 };
 
 /// Fills the main window's routes that list archives: the contents window and the test for encrypted members.

@@ -5,6 +5,7 @@
 #include "files/mapped_file.h"
 #include "files/path.h"
 
+#include <set>
 #include <utility>
 
 namespace quill::zip {
@@ -39,17 +40,33 @@ void WorkCopies::record(const Archive& archive, const MemberResult& result) {
     if (!crc_is_known) copy.crc = crc_of_file(path).value_or(0);
 }
 
-void WorkCopies::record_copy(std::size_t member, const std::string& name, const std::string& path) {
+void WorkCopies::record_copy(std::size_t member, const std::string& name, const std::string& path, bool made_here) {
     const std::string full = files::join(directory_, path);
     WorkCopy& copy = at(member).emplace(WorkCopy{name, {}, files::stamp_of(full), crc_of_file(full).value_or(0)});
     copy.result.member = member;
     copy.result.fate = Fate::verified;
     copy.result.path = path;
+    copy.made_here = made_here;
+}
+
+void WorkCopies::record_opened(std::size_t member) {
+    if (of(member) != nullptr) copies_[member]->opened = true;
 }
 
 void WorkCopies::record_saved(std::size_t member) {
-    if (const WorkCopy* copy = of(member))
-        record_copy(member, std::string(copy->member), std::string(copy->result.path));
+    if (of(member) == nullptr) return;
+    const WorkCopy before = *of(member);
+    record_copy(member, before.member, before.result.path, before.made_here);
+    copies_[member]->opened = before.opened;
+}
+
+void WorkCopies::go_back_to(const WorkCopies& before) {
+    std::set<std::string> known;
+    for (std::size_t i = 0; i < before.copies_.size(); ++i) known.insert(before.path_of(i));
+    for (std::size_t i = 0; i < copies_.size(); ++i) {
+        if (!known.contains(path_of(i))) remove_untouched(i);
+    }
+    *this = before;
 }
 
 void WorkCopies::keep_those_of(const Archive& archive) {
@@ -88,9 +105,10 @@ CopyState WorkCopies::state_of(std::size_t member) {
     return CopyState::untouched;
 }
 
-std::vector<std::size_t> WorkCopies::changed() {
+std::vector<std::size_t> WorkCopies::changed(bool opened_only) {
     std::vector<std::size_t> members;
     for (std::size_t i = 0; i < copies_.size(); ++i) {
+        if (opened_only && (of(i) == nullptr || !of(i)->opened)) continue;
         if (state_of(i) == CopyState::changed) members.push_back(i);
     }
     return members;
@@ -99,7 +117,7 @@ std::vector<std::size_t> WorkCopies::changed() {
 bool WorkCopies::remove_untouched(std::size_t member) {
     switch (state_of(member)) {
         case CopyState::untouched:
-            if (!files::remove_file(path_of(member))) return false;
+            if (!of(member)->made_here || !files::remove_file(path_of(member))) return false;
             copies_[member]->stamp.reset();
             return true;
         case CopyState::changed:

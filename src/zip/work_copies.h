@@ -26,6 +26,8 @@ struct WorkCopy {
     MemberResult result;                    ///< how the extraction went; `path` is the file's, below the work directory
     std::optional<files::FileStamp> stamp;  ///< as it was made; nullopt where there is no file
     std::uint32_t crc = 0;                  ///< of its bytes as it was made
+    bool made_here = true;                  ///< false: the user's own file, which was added to the archive
+    bool opened = false;                    ///< it was handed to another program
 };
 
 /// Which file in the work directory belongs to which member. Only files that are recorded here were made by the
@@ -38,11 +40,14 @@ class WorkCopies {
 
     /// Records the outcome of an extraction, and the file as it is now.
     void record(const Archive& archive, const MemberResult& result);
-    /// Records that the file at `path`, below the work directory, is the copy of a member.
-    void record_copy(std::size_t member, const std::string& name, const std::string& path);
+    /// Records that the file at `path`, below the work directory, has the bytes of a member.
+    void record_copy(std::size_t member, const std::string& name, const std::string& path, bool made_here);
+    void record_opened(std::size_t member);
     /// Records that the member in the archive now has the bytes of its file.
     void record_saved(std::size_t member);
 
+    /// Goes back to what was recorded earlier. Files made since then are deleted where they are untouched.
+    void go_back_to(const WorkCopies& before);
     /// Forgets the files of members that the archive no longer has at that number under that name.
     void keep_those_of(const Archive& archive);
     /// The archive has lost the member: those after it get the number before theirs. The file stays on the disk.
@@ -54,10 +59,10 @@ class WorkCopies {
     std::string path_of(std::size_t member) const;
     /// Looks at the file: by its stamp, and by its bytes where the stamp alone does not decide.
     CopyState state_of(std::size_t member);
-    /// The members whose files were changed.
-    std::vector<std::size_t> changed();
+    /// The members whose files were changed. `opened_only` looks at no file but those handed to other programs.
+    std::vector<std::size_t> changed(bool opened_only = false);
 
-    /// Deletes the member's file where it is untouched. Returns whether it is gone.
+    /// Deletes the member's file where it was made here and is untouched. Returns whether it is gone.
     bool remove_untouched(std::size_t member);
 
     std::size_t count() const { return copies_.size(); }

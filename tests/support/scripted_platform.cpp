@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace quill::tests {
@@ -20,6 +21,8 @@ std::string ScriptedPlatform::describe(Kind kind) {
             return "question";
         case Kind::collision:
             return "question about a file that exists";
+        case Kind::choice:
+            return "choice";
         case Kind::input:
             return "input box";
         case Kind::file_request:
@@ -38,6 +41,10 @@ void ScriptedPlatform::expect_question(std::string part, bool yes, controls::Act
 
 void ScriptedPlatform::expect_collision(std::string part, platform::Collision answer, controls::Action meanwhile) {
     script_.push_back({Kind::collision, std::move(part), {}, false, std::move(meanwhile), answer});
+}
+
+void ScriptedPlatform::expect_choice(std::string part, std::string answer, controls::Action meanwhile) {
+    script_.push_back({Kind::choice, std::move(part), std::move(answer), false, std::move(meanwhile)});
 }
 
 void ScriptedPlatform::expect_input(std::string part, std::string answer, controls::Action meanwhile) {
@@ -76,6 +83,15 @@ bool ScriptedPlatform::ask(const platform::Question& question) {
 
 platform::Collision ScriptedPlatform::ask_about_existing(const std::string& path) {
     return next(Kind::collision, path).collision;
+}
+
+std::size_t ScriptedPlatform::choose(const platform::Choices& choices) {
+    const Step step = next(Kind::choice, choices.text);
+    if (step.answer.empty()) return choices.escape_answer;
+    const auto answer = std::find(choices.answers.begin(), choices.answers.end(), step.answer);
+    if (answer != choices.answers.end()) return static_cast<std::size_t>(answer - choices.answers.begin());
+    ADD_FAILURE() << "no answer \"" << step.answer << "\" to \"" << choices.text << "\"";
+    return choices.escape_answer;
 }
 
 std::string ScriptedPlatform::input(const platform::Prompt& prompt) {

@@ -40,6 +40,8 @@ class ScriptedPlatform final : public platform::Platform,
     void expect_message(std::string part, controls::Action meanwhile = {});
     void expect_question(std::string part, bool yes, controls::Action meanwhile = {});
     void expect_collision(std::string part, platform::Collision answer, controls::Action meanwhile = {});
+    /// `answer`: the caption of the button pressed.
+    void expect_choice(std::string part, std::string answer, controls::Action meanwhile = {});
     void expect_input(std::string part, std::string answer, controls::Action meanwhile = {});
     void expect_file_request(std::string part, std::string answer, controls::Action meanwhile = {});
 
@@ -76,7 +78,7 @@ class ScriptedPlatform final : public platform::Platform,
     platform::Display& display() override { return *this; }
 
   private:
-    enum class Kind { message, question, collision, input, file_request };
+    enum class Kind { message, question, collision, choice, input, file_request };
     struct Step {
         Kind kind;
         std::string part;
@@ -92,6 +94,7 @@ class ScriptedPlatform final : public platform::Platform,
     void message(const std::string& text, const std::string& title) override;
     bool ask(const platform::Question& question) override;
     platform::Collision ask_about_existing(const std::string& path) override;
+    std::size_t choose(const platform::Choices& choices) override;
     std::string input(const platform::Prompt& prompt) override;
     std::string choose_file(const platform::FileRequest& request) override;
     bool open_with_default(const std::string& path) override;

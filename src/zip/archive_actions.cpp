@@ -1,0 +1,174 @@
+#include "zip/archive_actions.h"
+
+#include "codec/disguise.h"
+#include "encoder/file_chooser.h"
+#include "files/directory.h"
+#include "files/path.h"
+#include "text/ascii.h"
+#include "text/count.h"
+#include "text/printable.h"
+#include "zip/archive_document.h"
+#include "zip/archive_loading.h"
+#include "zip/archive_rows.h"
+#include "zip/member_rows.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+
+namespace quill::zip {
+namespace {
+
+constexpr auto nothing_to_save =
+    "  No file was select to save changes to. Read the Help file on how to save changes to files within a ZIP file.";
+constexpr std::size_t many_to_open = 5;
+
+/// Endings of names that are opened as text.
+constexpr std::array<std::string_view, 3> text_endings = {"txt", ".me", "diz"};
+
+bool is_text(std::string_view name) {
+    return std::any_of(text_endings.begin(), text_endings.end(),
+                       [&](std::string_view ending) { return text::ends_with_ignoring_case(name, ending); });
+}
+
+/// The path of the row's file, extracting it where there is none; empty, with the reason reported, where that fails.
+std::string ready_file(arcview& w, std::size_t row) {
+    WorkCopies& copies = w.archives.copies();
+    const CopyState state = copies.state_of(row);
+    if (state == CopyState::none || state == CopyState::gone) unpack_rows(w, {row});
+    const std::string path = copies.path_of(row);
+    if (!path.empty() && files::exists(path)) return path;
+    const RowDetails details = row_details(w, row);
+    const std::string reason = details.problems.empty() ? "it could not be unpacked" : details.problems.front();
+    w.context.platform.message(text::printable(details.name) + ": " + reason + ".");
+    return {};
+}
+
+/// Warns about a program whose name looks like something else, and returns true where there is such a warning.
+bool is_disguised(arcview& w, const std::string& name) {
+    const std::optional<Problem> disguise = codec::disguise_of(name, 0);
+    if (!disguise) return false;
+    w.context.platform.message(text::printable(name) + ": " + disguise->text + ". It is not opened.");
+    return true;
+}
+
+/// What can't go back into the archive is shown to be so by the programs that open it.
+void protect_where_nothing_can_be_saved(const arcview& w, const std::string& path) {
+    const bool can_be_saved = w.listed && w.listed->archive.is_sound() && files::is_writable(w.ArchivePath);
+    if (can_be_saved) return;
+    std::error_code ignored;
+    using std::filesystem::perms;
+    std::filesystem::permissions(path, perms::owner_write | perms::group_write | perms::others_write,
+                                 std::filesystem::perm_options::remove, ignored);
+}
+
+void open_row(arcview& w, std::size_t row) {
+    const RowDetails details = row_details(w, row);
+    if (details.directory || is_disguised(w, details.name)) return;
+    const std::string path = ready_file(w, row);
+    if (path.empty()) return;
+    protect_where_nothing_can_be_saved(w, path);
+    w.archives.copies().record_opened(row);
+    platform::Opener& opener = w.context.platform.opener();
+    if (is_text(details.name)) {
+        opener.edit_text(path);
+    } else if (text::ends_with_ignoring_case(details.name, ".zip")) {
+        opener.start("quillbright", {"/un", path}, w.context.session.WorkDir);
+    } else {
+        opener.open_with_default(path);
+    }
+}
+
+/// The selected rows that have a name to work with.
+std::vector<std::size_t> named_rows(const arcview& w) {
+    std::vector<std::size_t> rows = w.List1.chosen_rows();
+    std::erase_if(rows, [&](std::size_t row) {
+        const std::string name = row < w.List1.count() ? name_in_row(w.List1.items()[row]) : std::string();
+        return name.empty() || name == " " || name.starts_with('*');
+    });
+    return rows;
+}
+
+/// "letter.txt", or "3 files".
+std::string names_of(arcview& w, const std::vector<std::size_t>& rows) {
+    return rows.size() == 1 ? text::printable(row_details(w, rows.front()).name) : text::counted(rows.size(), "file");
+}
+
+}  // namespace
+
+void OpenMember(arcview& w) {
+    const std::vector<std::size_t> rows = named_rows(w);
+    if (rows.size() > many_to_open &&
+        !w.context.platform.ask({.text = "Open " + text::counted(rows.size(), "file") + " at once?",
+                                 .no_is_default = true,
+                                 .question_mark = true})) {
+        return;
+    }
+    for (const std::size_t row : rows) open_row(w, row);
+}
+
+void RemoveMember(arcview& w) {
+    const std::vector<std::size_t> rows = w.List1.chosen_rows();
+    if (rows.empty()) return;
+    const bool yes =
+        w.context.platform.ask({.text = "Are you sure you wish to remove " + names_of(w, rows) + " from this ZIP file?",
+                                .title = "Warning: file erasure alert",
+                                .no_is_default = true});
+    if (!yes) return;
+    make_change(w, "removal of " + names_of(w, rows), [&] {
+        w.archives.DeleteSelectedItems(w.view());
+        return static_cast<std::int16_t>(w.archives.failure().text.empty() ? library_success : library_io);
+    });
+}
+
+void zippadd(arcview& w) {
+    encoder::cmdg& chooser =
+        encoder::show_chooser(w.context, encoder::ChooserMode::add_to_archive, files::dir_of(w.ArchivePath));
+    chooser.routes.add_chosen_files = [&w] {
+        make_change(w, "addition", [&] {
+            w.archives.AddChosenFiles(w.view());
+            return static_cast<std::int16_t>(w.archives.failure().text.empty() ? library_success : library_io);
+        });
+    };
+    chooser.routes.show_archive_rows = [&w] { ziconize(w); };
+    chooser.Command2.click = chooser.close = [&w] { w.context.windows.unload<encoder::cmdg>(); };
+}
+
+void ziconize(arcview& w) {
+    RenderRows(w);
+}
+
+void add_files(arcview& w, const std::vector<std::string>& paths) {
+    std::vector<std::string> wanted;
+    std::copy_if(paths.begin(), paths.end(), std::back_inserter(wanted),
+                 [](const std::string& path) { return files::file_size(path).has_value(); });
+    if (wanted.size() < paths.size()) {
+        w.context.platform.message("Only files can be added here, not directories.");
+    }
+    if (wanted.empty()) return;
+    const std::string what =
+        wanted.size() == 1 ? text::printable(files::name_of(wanted.front())) : text::counted(wanted.size(), "file");
+    make_change(w, "addition of " + what, [&] { return w.archives.add_files(w.view(), wanted); });
+}
+
+std::vector<std::string> files_to_drag(arcview& w) {
+    std::vector<std::string> paths;
+    for (const std::size_t row : w.List1.chosen_rows()) {
+        std::string path = w.archives.copies().path_of(row);
+        if (path.empty() || !files::exists(path)) continue;
+        w.archives.copies().record_opened(row);
+        paths.push_back(std::move(path));
+    }
+    return paths;
+}
+
+void SaveChangedFile(arcview& w) {
+    const std::vector<std::size_t> rows = w.List1.chosen_rows();
+    if (rows.empty()) {
+        w.context.platform.message(nothing_to_save);
+        return;
+    }
+    save_rows(w, rows);
+}
+
+}  // namespace quill::zip

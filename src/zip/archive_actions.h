@@ -1,0 +1,33 @@
+#pragma once
+
+#include "zip/archive_window.h"
+
+#include <string>
+#include <vector>
+
+/// What the archive window does with its members.
+namespace quill::zip {
+
+/// Opens the selected members with their own programs. One that was not extracted yet is extracted first. Programs are
+/// never run; an archive opens in a window of its own.
+void OpenMember(arcview& w);
+
+/// Asks, and removes the selected members from the archive. Their files stay in WorkDir.
+void RemoveMember(arcview& w);
+
+/// Shows the file chooser, whose selection is added to the archive.
+void zippadd(arcview& w);
+
+/// Shows the rows again after files were added.
+void ziconize(arcview& w);
+
+/// Adds the files at `paths`. A directory is not added; the user is told so.
+void add_files(arcview& w, const std::vector<std::string>& paths);
+
+/// The paths of the selected members' files, to be handed to another program. Members without a file are left out.
+std::vector<std::string> files_to_drag(arcview& w);
+
+/// Puts the files of the selected members into the archive, in place of what it has.
+void SaveChangedFile(arcview& w);
+
+}  // namespace quill::zip

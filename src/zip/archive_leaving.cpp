@@ -1,0 +1,161 @@
+#include "zip/archive_leaving.h"
+
+#include "encoder/file_chooser.h"
+#include "files/atomic_file.h"
+#include "files/directory.h"
+#include "files/mapped_file.h"
+#include "files/mounts.h"
+#include "files/path.h"
+#include "shell/main_window.h"
+#include "text/count.h"
+#include "zip/archive_document.h"
+
+#include <cerrno>
+#include <filesystem>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace quill::zip {
+namespace {
+
+constexpr mode_t usual_mode = 0777;  // less the umask
+
+enum StartMode { back_to_main_window = 1, another_window_took_over = 3 };
+
+/// Unloads the window: back to the main window, or the end of the process.
+void leave(arcview& w) {
+    shell::Context& context = w.context;
+    const int mode = context.session.StartMode;
+    if (mode == back_to_main_window) {
+        auto& main = context.windows.load<shell::swit>();
+        shell::show_idle_captions(main);
+        main.apt(3).visible = main.opt(3).visible = false;
+        main.Label3.text.clear();
+        main.Label1.visible = false;
+        main.visible = true;
+    }
+    w.visible = false;
+    context.windows.unload<encoder::cmdg>();  // it adds to this archive
+    context.windows.unload<arcview>();
+    if (mode != back_to_main_window && mode != another_window_took_over) context.platform.end_process();
+}
+
+/// Deletes the untouched files that were made here, then the directories that are empty without them.
+void remove_own_files(arcview& w) {
+    WorkCopies& copies = w.archives.copies();
+    for (std::size_t row = 0; row < copies.count(); ++row) copies.remove_untouched(row);
+    files::change_directory(files::dir_of(w.ArchivePath));
+    for (auto path = w.made_directories.rbegin(); path != w.made_directories.rend(); ++path) rmdir(path->c_str());
+    if (w.work_dir_is_private) rmdir(w.context.session.WorkDir.c_str());
+}
+
+/// Copies to another file system, under a free name, and deletes the old file.
+Status move_by_copy(const std::string& from, const std::string& to) {
+    const Result<files::MappedFile> source = files::MappedFile::open(from);
+    if (!source) return source.error();
+    Result<files::AtomicFile> copy = files::AtomicFile::create(to);
+    if (!copy) return copy.error();
+    copy->write(source->bytes());
+    const Result<std::string> published = copy->publish(files::OnCollision::choose_name, files::Durability::flushed);
+    if (!published) return published.error();
+    std::error_code ignored;
+    std::filesystem::last_write_time(*published, std::filesystem::last_write_time(from, ignored), ignored);
+    files::remove_file(from);
+    return Done{};
+}
+
+/// Moves a file to `to`, or to a free name like it.
+Status move_file(const std::string& from, const std::string& to) {
+    std::error_code ignored;
+    std::filesystem::create_directories(files::dir_of(to), ignored);
+    const Status renamed = files::rename_new(from, to);
+    return renamed ? renamed : move_by_copy(from, to);
+}
+
+/// The directory that was typed or chosen, without a slash at its end.
+std::string move_target(const arcview& w) {
+    std::string target = files::absolute(w.Dir1.path);
+    while (target.size() > 1 && target.back() == '/') target.pop_back();
+    return target;
+}
+
+}  // namespace
+
+void RepackAndExit(arcview& w) {
+    const std::string& work_dir = w.context.session.WorkDir;
+    if (!files::change_directory(work_dir) || !files::same_file(files::current_directory(), work_dir)) {
+        w.context.platform.message(work_dir + " can't be entered, so no file was deleted.");
+        return;
+    }
+    const Unwatched unwatched(w);
+    if (!settle_changes(w)) return;
+    remove_own_files(w);
+    leave(w);
+}
+
+void gogo(arcview& w) {
+    const bool yes = w.context.platform.ask(
+        {.text = "Are you sure you want to exit leaving these files uncompressed in \n" + w.context.session.WorkDir +
+                 "?\n((You can move the files to a more permanent directory by clicking the \nmove button or repack "
+                 "the contents using the Repack (suitcase) button.))",
+         .no_is_default = true,
+         .question_mark = true});
+    const Unwatched unwatched(w);
+    if (yes && settle_changes(w)) leave(w);
+}
+
+void close_archive_window(arcview& w) {
+    const Unwatched unwatched(w);
+    if (!settle_changes(w)) return;
+    if (w.work_dir_is_private) remove_own_files(w);
+    leave(w);
+}
+
+void mover(arcview& w) {
+    w.Picture2.visible = true;
+    show_move_directory(w, files::drive_of(w.Dir1.path.empty() ? w.ArchivePath : w.Dir1.path, files::drives()));
+}
+
+void show_move_directory(arcview& w, const std::string& directory) {
+    w.Dir1.path = w.Label5.text = directory;
+    w.Drive1.drive = files::drive_of(directory, files::drives());
+}
+
+void make_move_directory(arcview& w) {
+    const std::string name =
+        w.context.platform.input({.text = "Type a name below for the new folder you wish to create in " + w.Dir1.path});
+    if (name.empty()) return;
+    const std::string path = files::join(w.Dir1.path, name);
+    if (mkdir(path.c_str(), usual_mode) == 0) {
+        show_move_directory(w, path);
+    } else {
+        w.context.platform.message(name + ": " + system_error(errno).text + ".");
+    }
+}
+
+void move_files(arcview& w) {
+    const Unwatched unwatched(w);
+    if (!settle_changes(w)) return;
+    const std::string target = move_target(w);
+    mkdir(target.c_str(), usual_mode);
+    WorkCopies& copies = w.archives.copies();
+    std::size_t failed = 0;
+    std::string reason;
+    for (std::size_t row = 0; row < copies.count(); ++row) {
+        const WorkCopy* copy = copies.of(row);
+        if (copy == nullptr || !copy->stamp || !files::exists(copies.path_of(row))) continue;
+        const Status moved = move_file(copies.path_of(row), files::join(target, copy->result.path));
+        if (moved) continue;
+        ++failed;
+        reason = moved.error().text;
+    }
+    if (failed != 0) {
+        w.context.platform.message(text::counted(failed, "file") + " could not be moved and stay in " +
+                                   w.context.session.WorkDir + ": " + reason + ".");
+        return;
+    }
+    remove_own_files(w);
+    leave(w);
+}
+
+}  // namespace quill::zip

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "zip/archive_window.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+/// How an archive comes into its window, and its members into WorkDir.
+namespace quill::zip {
+
+/// Loads the window on SelectedDir/SelectedFile, extracts all members into WorkDir, and hides the main window. What is
+/// not an archive, or can't be read, is reported and leaves the main window as it is.
+///
+/// A SelectedDir that begins with "?" means a new archive in the directory that follows; one with "+", the window near
+/// the lower left corner of the screen. When WorkDir is the program's own, the archive gets a private directory in it.
+void load_archive_window(shell::Context& context, NewZIP& archives);
+
+/// Shows the path and the name of the archive.
+void show_archive_path(arcview& w, const std::string& path);
+
+/// Extracts the members of `rows`. While members need another password, the user is asked for one.
+void unpack_rows(arcview& w, std::vector<std::size_t> rows);
+
+/// Lists the archive again and extracts all of it: another program has changed it. Files that were changed stay.
+void reload_archive(arcview& w);
+
+}  // namespace quill::zip

@@ -1,0 +1,161 @@
+#include "zip/archive_rows.h"
+
+#include "files/path.h"
+#include "text/ascii.h"
+#include "zip/format.h"
+#include "zip/member_rows.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace quill::zip {
+namespace {
+
+std::size_t last_top(const arcview& w) {
+    return w.List1.count() > rows_on_page ? w.List1.count() - rows_on_page : 0;
+}
+
+/// The path of a row's file; what it would be where the row has none.
+std::string path_of_row(arcview& w, std::size_t row) {
+    const std::string path = w.archives.copies().path_of(row);
+    return path.empty() ? files::join(w.context.session.WorkDir, name_in_row(w.List1.items()[row])) : path;
+}
+
+/// Shows the icon of the selected program, which a click opens.
+void show_program_icon(arcview& w) {
+    w.Picture9.visible = false;
+    if (!w.List1.selected || *w.List1.selected >= w.List1.count()) return;
+    const std::string name = w.List1.selected_item();
+    if (!text::ends_with_ignoring_case(name, "exe")) return;
+    w.Picture9.icon = integration::getticon(path_of_row(w, *w.List1.selected), 1);
+    w.Picture9.visible = !w.Picture9.icon.name.empty();
+}
+
+void select_on_page(arcview& w) {
+    const auto& row = w.List1.selected;
+    const bool on_page = row && *row >= w.ListTop && *row < w.ListTop + w.List7.count();
+    w.List7.selected = on_page ? std::optional(*row - w.ListTop) : std::nullopt;
+}
+
+RowCondition condition_of(arcview& w, std::size_t row, const Member& member) {
+    if (member.is_directory()) return RowCondition::directory;
+    if (w.changed_rows.contains(row)) return RowCondition::changed;
+    const WorkCopy* copy = w.archives.copies().of(row);
+    if (copy == nullptr) return RowCondition::not_unpacked;
+    if (copy->result.needs_password) return RowCondition::locked;
+    switch (copy->result.fate) {
+        case Fate::verified:
+            return RowCondition::verified;
+        case Fate::whole:
+            return RowCondition::whole;
+        case Fate::damaged:
+            return RowCondition::damaged;
+        case Fate::refused:
+            break;
+    }
+    const auto& problems = copy->result.problems;
+    const bool stopped =
+        std::any_of(problems.begin(), problems.end(), [](const Problem& p) { return p.kind == "cancelled"; });
+    return stopped ? RowCondition::not_unpacked : RowCondition::refused;
+}
+
+std::uint64_t number_of(arcview& w, std::size_t row, RowKey key) {
+    const Member& member = w.listed->archive.members().at(row);
+    switch (key) {
+        case RowKey::size:
+            return member.uncompressed_size;
+        case RowKey::packed:
+            return member.compressed_size;
+        case RowKey::method:
+            return member.content_method();
+        case RowKey::date:
+            return member.dos_time;
+        default:
+            return static_cast<std::uint64_t>(condition_of(w, row, member));
+    }
+}
+
+}  // namespace
+
+void RenderRows(arcview& w) {
+    w.Image10.for_each([](int, IconPicture& picture) { picture.icon = {}; });
+    w.VScroll2.maximum = last_top(w);
+    w.VScroll2.enabled = w.VScroll2.maximum > 0;
+    w.VScroll2.value = w.ListTop = std::min(w.ListTop, w.VScroll2.maximum);
+    w.Label23.text = std::to_string(w.List1.count());
+    std::vector<std::string> page;
+    for (std::size_t row = w.ListTop; row < w.List1.count() && page.size() < rows_on_page; ++row) {
+        page.push_back(w.List1.items()[row]);
+        w.Image10(static_cast<int>(page.size())).icon = integration::getticon(path_of_row(w, row), 1);
+    }
+    w.List7.assign(std::move(page));
+    select_on_page(w);
+}
+
+void turn_page_to(arcview& w, std::size_t top) {
+    const std::size_t new_top = std::min(top, last_top(w));
+    if (new_top == w.ListTop) return;
+    w.ListTop = new_top;
+    RenderRows(w);
+}
+
+void scroll_page(arcview& w) {
+    w.Picture9.visible = false;
+    w.ListTop = w.VScroll2.value;
+    RenderRows(w);
+}
+
+void select_page_row(arcview& w) {
+    if (!w.List7.selected) return;
+    w.List1.selected = *w.List7.selected + w.VScroll2.value;
+    w.List1.selected_rows.clear();
+    show_program_icon(w);
+}
+
+void show_selected_row(arcview& w) {
+    show_program_icon(w);
+    if (w.List1.selected) {
+        const std::size_t row = *w.List1.selected;
+        if (row < w.ListTop) turn_page_to(w, row);
+        if (row >= w.ListTop + rows_on_page) turn_page_to(w, row - rows_on_page + 1);
+    }
+    select_on_page(w);
+}
+
+RowDetails row_details(arcview& w, std::size_t row) {
+    RowDetails details;
+    if (!w.listed || row >= w.listed->archive.members().size()) return details;
+    const Member& member = w.listed->archive.members()[row];
+    const MemberPath& path = w.listed->paths[row];
+    details.name = path.renamed ? path.path : std::string(member.name);
+    details.size = member.uncompressed_size;
+    details.packed = member.compressed_size;
+    details.method = method_name(member.content_method());
+    details.dos_time = member.dos_time;
+    details.encrypted = member.is_encrypted();
+    details.directory = member.is_directory();
+    details.condition = condition_of(w, row, member);
+    if (const WorkCopy* copy = w.archives.copies().of(row)) {
+        for (const Problem& problem : copy->result.problems) details.problems.push_back(problem.text);
+    }
+    return details;
+}
+
+std::string_view condition_text(RowCondition condition) {
+    static constexpr std::array<std::string_view, 8> texts = {
+        "Verified", "Whole", "Directory", "Changed", "Not unpacked", "Needs a password", "Damaged", "Refused"};
+    return texts.at(static_cast<std::size_t>(condition));
+}
+
+void sort_rows(arcview& w, RowKey key, std::vector<std::size_t>& rows) {
+    std::vector<std::string_view> names;
+    for (const std::string& row : w.List1.items()) names.push_back(std::string_view(row).substr(row.rfind('\t') + 1));
+    std::stable_sort(rows.begin(), rows.end(), [&](std::size_t a, std::size_t b) { return names[a] < names[b]; });
+    if (key == RowKey::name || !w.listed) return;
+    std::vector<std::uint64_t> numbers;
+    for (std::size_t row = 0; row < names.size(); ++row) numbers.push_back(number_of(w, row, key));
+    std::stable_sort(rows.begin(), rows.end(), [&](std::size_t a, std::size_t b) { return numbers[a] < numbers[b]; });
+}
+
+}  // namespace quill::zip

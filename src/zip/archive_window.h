@@ -1,0 +1,202 @@
+#pragma once
+
+#include "controls/control.h"
+#include "files/file_stamp.h"
+#include "files/mapped_file.h"
+#include "integration/file_icons.h"
+#include "shell/session.h"
+#include "zip/new_zip.h"
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace quill::zip {
+
+/// A picture that shows the icon of a file's type.
+struct IconPicture : controls::Picture {
+    integration::FileIcon icon;
+    controls::Action click;
+};
+
+/// A picture of the toolbar: a press sinks it, the release raises it, and a click is both.
+struct ToolPicture : controls::Button {
+    controls::Action press;
+    controls::Action release;
+    controls::Action hover;
+};
+
+/// The archive as it was before a change, and which files belonged to its members.
+struct ArchiveState {
+    files::MappedFile bytes;
+    WorkCopies copies;
+    std::string change;  ///< what followed: "removal of letter.txt"
+};
+
+/// The archive window: an open ZIP file, whose members are files in WorkDir. Every change goes into the archive at
+/// once. Its operations are in archive_loading.h, archive_rows.h, archive_actions.h, archive_document.h and
+/// archive_leaving.h.
+struct arcview : controls::Window {
+    // The list.
+    controls::Picture Picture1;                                                  // panel of the list
+    controls::ListBox List1;                                                     // all rows; row n is member n
+    controls::ListBox List7;                                                     // the page: at most ten rows
+    controls::ScrollBar VScroll2;                                                // where the page begins
+    std::size_t ListTop = 0;                                                     // the page's first row in List1
+    controls::ControlArray<IconPicture> Image10{1, 2, 3, 4, 5, 6, 7, 8, 9, 10};  // icons beside the page's rows
+    IconPicture Picture9;       // icon of the selected program; opens it
+    controls::Button Command1;  // takes the focus; never seen
+
+    // What is known of the archive.
+    controls::Label Label23;            // number of rows
+    controls::Label Label18;            // size of the archive
+    controls::Label Label20;            // size of all members
+    controls::Label Label21;            // its path, in lower case
+    controls::Label Label4;             // its name
+    controls::Label Label13;            // what the picture under the pointer does
+    controls::Label Label3;             // "1"
+    controls::Label progress;           // how far an extraction is; never seen
+    controls::TextBox IDC_ENCRYPTCODE;  // another password for what is saved; never seen
+
+    // A long run in this window.
+    controls::Label doing;       // what it is doing
+    controls::Picture bar;       // its progress bar
+    controls::Picture bar_done;  // the filled part: `left` is how far it is
+    controls::Button stop;       // stop it
+    bool stop_wanted = false;    // it was pressed
+
+    // The toolbar.
+    controls::ControlArray<ToolPicture> Image1{1, 2, 3, 4};        // open, move, repack, exit
+    controls::ControlArray<controls::Picture> Image2{1, 2, 3, 4};  // the same, sunken
+
+    // The move panel.
+    controls::Picture Picture2;     // move panel
+    controls::DriveListBox Drive1;  // drive to move to
+    controls::DirListBox Dir1;      // directory to move to
+    controls::Label Label5;         // its path
+    controls::Button Command2;      // move the files there
+    controls::Button Command3;      // make a directory there
+    controls::Button Command4;      // leave the panel
+
+    // Menus.
+    controls::MenuItem fil;       // menu File
+    controls::MenuItem peo;       // open the member
+    controls::MenuItem rpnex;     // repack and exit
+    controls::MenuItem exnrp;     // exit without repacking
+    controls::MenuItem edi;       // menu Edit
+    controls::MenuItem undo;      // take the last change back
+    controls::MenuItem adtozip;   // add files
+    controls::MenuItem remzip;    // remove the selected members
+    controls::MenuItem savzipch;  // save changed files into the archive
+    controls::MenuItem hlp;       // menu Help
+    controls::MenuItem help;      // user guide
+    controls::MenuItem abt;       // about the program
+    controls::MenuItem dvd;       // menu of a row
+    controls::MenuItem opt;       // open the member
+    controls::MenuItem ads;       // add files
+    controls::MenuItem rrm;       // remove the selected members
+    controls::MenuItem lod;       // "Load file into .."
+    controls::MenuItem lodnone;   // its empty item
+
+    controls::Timer watch;  // looks whether other programs have changed the files
+
+    std::string ArchivePath;                      // full path of the archive
+    std::shared_ptr<const OpenedArchive> listed;  // the archive as the rows show it; nullptr for a new one
+    std::optional<files::MappedFile> bytes;       // its bytes, which stay when another program replaces it
+    std::optional<files::FileStamp> stamp;        // its file as the rows show it
+    std::vector<ArchiveState> undo_states;        // before each change, the last one at the end
+    std::set<std::size_t> changed_rows;           // rows whose files other programs have changed
+    /// What the archive's file was when the user was last asked about it: nullopt inside where it was gone.
+    std::optional<std::optional<files::FileStamp>> asked_about;
+    std::uint64_t shown_revision = 0;           // counts changes of what is known of the rows
+    std::vector<std::string> made_directories;  // directories in WorkDir that unpacking has made, outer ones first
+    bool work_dir_is_private = false;           // WorkDir was made for this window alone
+
+    arcview(shell::Context& shared, NewZIP& operations);
+
+    shell::Context& context;
+    NewZIP& archives;
+
+    /// What the archive operations read and fill.
+    ArchiveView view() { return {List1, Label18, Label20, Label21, progress}; }
+};
+
+/// While it lives, the window does not look for changes of other programs: a question is open, or files are written.
+class Unwatched {
+  public:
+    explicit Unwatched(arcview& w) : w_(w), before_(w.watch.enabled) { w.watch.enabled = false; }
+    ~Unwatched() { w_.watch.enabled = before_; }
+    Unwatched(const Unwatched&) = delete;
+    Unwatched& operator=(const Unwatched&) = delete;
+
+  private:
+    arcview& w_;
+    bool before_;
+};
+
+/// Names every control once: f(name, role, control).
+template <class F>
+void visit_controls(arcview& w, F&& f) {
+    f("Picture1", "Members of the archive", w.Picture1);
+    f("List1", "Members", w.List1);
+    f("List7", "Page of members", w.List7);
+    f("VScroll2", "Beginning of the page", w.VScroll2);
+    w.Image10.for_each(
+        [&](int i, IconPicture& icon) { f(controls::member_name("Image10", i), "Type of the member", icon); });
+    f("Picture9", "Open the selected program", w.Picture9);
+    f("Command1", "Takes the focus from the page", w.Command1);
+
+    f("Label23", "Number of members", w.Label23);
+    f("Label18", "Size of the archive", w.Label18);
+    f("Label20", "Size of all members", w.Label20);
+    f("Label21", "Path of the archive", w.Label21);
+    f("Label4", "Name of the archive", w.Label4);
+    f("Label13", "What the button does", w.Label13);
+    f("Label3", "Number of the window", w.Label3);
+    f("progress", "Progress of the extraction", w.progress);
+    f("doing", "What is being done", w.doing);
+    f("bar", "Progress", w.bar);
+    f("bar_done", "Progress made", w.bar_done);
+    f("stop", "Stop what is being done", w.stop);
+    f("IDC_ENCRYPTCODE", "Password for saved files", w.IDC_ENCRYPTCODE);
+
+    w.Image1.for_each([&](int i, ToolPicture& tool) { f(controls::member_name("Image1", i), "Tool", tool); });
+    w.Image2.for_each(
+        [&](int i, controls::Picture& tool) { f(controls::member_name("Image2", i), "Pressed tool", tool); });
+
+    f("Picture2", "Move panel", w.Picture2);
+    f("Drive1", "Drive to move to", w.Drive1);
+    f("Dir1", "Directory to move to", w.Dir1);
+    f("Label5", "Path to move to", w.Label5);
+    f("Command2", "Move the files there", w.Command2);
+    f("Command3", "Make a directory", w.Command3);
+    f("Command4", "Leave the move panel", w.Command4);
+
+    f("fil", "File menu", w.fil);
+    f("peo", "Open the member", w.peo);
+    f("rpnex", "Repack and exit", w.rpnex);
+    f("exnrp", "Exit without repacking", w.exnrp);
+    f("edi", "Edit menu", w.edi);
+    f("undo", "Take the last change back", w.undo);
+    f("adtozip", "Add files", w.adtozip);
+    f("remzip", "Remove the selected members", w.remzip);
+    f("savzipch", "Save changes into the archive", w.savzipch);
+    f("hlp", "Help menu", w.hlp);
+    f("help", "User guide", w.help);
+    f("abt", "About the program", w.abt);
+    f("dvd", "Menu of a member", w.dvd);
+    f("opt", "Open the member from its menu", w.opt);
+    f("ads", "Add files from the member's menu", w.ads);
+    f("rrm", "Remove the members from their menu", w.rrm);
+    f("lod", "Load the file into a program", w.lod);
+    f("lodnone", "No program", w.lodnone);
+    f("watch", "Looks for changed files", w.watch);
+}
+
+/// Fills the route that opens archives in this window. Both arguments must outlive the route's last call.
+void provide_archive_window(shell::Context& context, NewZIP& archives);
+
+}  // namespace quill::zip

@@ -1,0 +1,172 @@
+#include "zip/archive_document.h"
+
+#include "zip/archive_actions.h"
+#include "zip/archive_rows.h"
+#include "zip/archive_window_fixture.h"
+
+#include <filesystem>
+#include <functional>
+#include <gmock/gmock.h>
+
+namespace quill::zip {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using tests::ArchiveBuilder;
+using tests::WindowProgram;
+
+std::string two_members() {
+    return ArchiveBuilder().add("letter", "as stored").add("other", "2").finish();
+}
+
+TEST(ArchiveDocument, TheTitleAndTheRowShowAFileThatAnotherProgramChanged) {
+    WindowProgram p(two_members());
+    arcview& w = p.open();
+    EXPECT_EQ(w.caption, "a.zip");
+    p.change(0, "changed");
+    w.watch.tick();
+    EXPECT_THAT(w.caption, HasSubstr("1 changed file"));
+    EXPECT_EQ(row_details(w, 0).condition, RowCondition::changed);
+    EXPECT_EQ(row_details(w, 1).condition, RowCondition::verified);
+    w.List1.selected = 0;
+    w.savzipch.click();
+    EXPECT_EQ(w.caption, "a.zip");
+    EXPECT_EQ(p.stored(0), "changed");
+}
+
+TEST(ArchiveDocument, EachKindOfChangeIsTakenBack) {
+    const struct {
+        const char* name;
+        std::function<void(WindowProgram&, arcview&)> change;
+    } changes[] = {{"save",
+                    [](WindowProgram& p, arcview& w) {
+                        p.change(0, "changed");
+                        w.List1.selected = 0;
+                        w.savzipch.click();
+                    }},
+                   {"removal",
+                    [](WindowProgram& p, arcview& w) {
+                        w.List1.selected = 0;
+                        p.platform.expect_question("remove letter", true);
+                        w.remzip.click();
+                    }},
+                   {"addition", [](WindowProgram& p, arcview& w) { add_files(w, {p.dir.write("from/new", "n")}); }}};
+    for (const auto& c : changes) {
+        SCOPED_TRACE(c.name);
+        WindowProgram p(two_members());
+        arcview& w = p.open();
+        EXPECT_FALSE(w.undo.enabled);
+        c.change(p, w);
+        EXPECT_NE(p.dir.read("a.zip"), two_members());
+        EXPECT_THAT(w.undo.caption, HasSubstr(c.name));
+        w.undo.click();
+        EXPECT_EQ(p.dir.read("a.zip"), two_members());
+        EXPECT_THAT(p.names(), ElementsAre("letter", "other"));
+        EXPECT_FALSE(w.undo.enabled);
+        EXPECT_EQ(p.bytes_of(1), "2");
+        EXPECT_FALSE(p.dir.has("temp/a.zip/new"));
+    }
+}
+
+TEST(ArchiveDocument, ASaveThatIsTakenBackLeavesTheFileChanged) {
+    WindowProgram p(two_members());
+    arcview& w = p.open();
+    p.change(0, "changed");
+    w.List1.selected = 0;
+    w.savzipch.click();
+    w.undo.click();
+    EXPECT_EQ(p.bytes_of(0), "changed");
+    EXPECT_EQ(row_details(w, 0).condition, RowCondition::changed);
+}
+
+TEST(ArchiveDocument, AnArchiveThatAnotherProgramReplacedIsAskedAbout) {
+    const std::string theirs = ArchiveBuilder().add("theirs", "3").finish();
+    const struct {
+        const char* answer;
+        std::vector<std::string> rows;
+    } cases[] = {{"&Reload", {"theirs"}}, {"&Go on with mine", {"other"}}, {"&Cancel", {"letter", "other"}}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.answer);
+        WindowProgram p(two_members());
+        arcview& w = p.open();
+        std::filesystem::rename(p.dir.write("new", theirs), p.dir.path("a.zip"));
+        w.List1.selected = 0;
+        const bool goes_on = c.rows.size() == 1 && c.rows.front() == "other";
+        p.platform.expect_question("remove letter", true);
+        p.platform.expect_choice("changed by another program", c.answer);
+        if (goes_on) p.platform.expect_message("a (2).zip");
+        w.remzip.click();
+        EXPECT_EQ(p.names(), c.rows);
+        EXPECT_EQ(p.dir.read("a.zip"), theirs);
+        EXPECT_EQ(p.dir.has("a (2).zip"), goes_on);
+    }
+}
+
+TEST(ArchiveDocument, TheUserIsAskedOnceUntilTheArchiveChangesAgain) {
+    WindowProgram p(two_members());
+    arcview& w = p.open();
+    const auto replace = [&](const char* member) {
+        std::filesystem::rename(p.dir.write("new", ArchiveBuilder().add(member, "3").finish()), p.dir.path("a.zip"));
+    };
+    replace("theirs");
+    p.platform.expect_choice("changed by another program", "&Cancel", [&] { EXPECT_FALSE(w.watch.enabled); });
+    w.watch.tick();
+    w.watch.tick();
+    replace("another");
+    p.platform.expect_choice("changed by another program", "&Reload");
+    w.watch.tick();
+    EXPECT_THAT(p.names(), ElementsAre("another"));
+    EXPECT_EQ(p.bytes_of(0), "3");
+}
+
+TEST(ArchiveDocument, AnArchiveWrittenInPlaceCanOnlyBeReadAgain) {
+    WindowProgram p(two_members());
+    arcview& w = p.open();
+    p.dir.write("a.zip", ArchiveBuilder().add("theirs", "3").finish());
+    p.platform.expect_choice("changed by another program", "&Reload");
+    w.watch.tick();
+    EXPECT_THAT(p.names(), ElementsAre("theirs"));
+}
+
+TEST(ArchiveDocument, AnArchiveThatIsGoneIsWrittenAgain) {
+    WindowProgram p(two_members());
+    arcview& w = p.open();
+    std::filesystem::remove(p.dir.path("a.zip"));
+    p.platform.expect_choice("no longer there", "&Go on with mine");
+    p.platform.expect_message("a.zip");
+    w.watch.tick();
+    EXPECT_EQ(p.dir.read("a.zip"), two_members());
+}
+
+TEST(ArchiveDocument, AChangeThatFailsIsReportedAndLeavesNothingToTakeBack) {
+    const std::string whole = two_members();
+    WindowProgram p(whole.substr(0, whole.size() - 22));  // without the end record, it can only be read
+    arcview& w = p.open();
+    p.platform.expect_message("was not changed");
+    add_files(w, {p.dir.write("from/new", "n")});
+    EXPECT_FALSE(w.undo.enabled);
+    EXPECT_EQ(w.List1.count(), 2U);
+}
+
+TEST(ArchivePasswords, AreAskedForAgainUntilTheyFit) {
+    WindowProgram p(ArchiveBuilder().finish());
+    p.session.ZipPassword = "secret";
+    p.main_window.List4.assign({p.dir.write("locked", "content")});
+    ASSERT_EQ(p.archives.AddWizardItem(false), library_success);
+    for (const bool gives_up : {false, true}) {
+        p.session.WorkDir = p.main_window.Text1.text;
+        p.platform.expect_input("password encoded", "wrong");
+        p.platform.expect_input("does not seem to be the right one", "wrong again");
+        p.platform.expect_input("does not seem to be the right one", gives_up ? "" : "secret");
+        if (gives_up) p.platform.expect_message("The list shows which, and why");
+        arcview& w = p.open();
+        EXPECT_TRUE(p.platform.prompts.back().secret);
+        EXPECT_EQ(w.List1.count(), 1U);
+        EXPECT_EQ(row_details(w, 0).condition == RowCondition::verified, !gives_up);
+        w.close();
+    }
+}
+
+}  // namespace
+}  // namespace quill::zip
