@@ -2,6 +2,7 @@
 
 #include "decoder/connect.h"
 #include "desktop/about_view.h"
+#include "desktop/archive_view.h"
 #include "desktop/chooser_view.h"
 #include "desktop/contents_view.h"
 #include "desktop/guide_window.h"
@@ -41,6 +42,7 @@ void Desktop::add_views() {
     views_.add<encoder::cmdg, ChooserView>();
     views_.add<viewer::SavPic, ProgressView>();
     views_.add<zip::Form1, ContentsView>();
+    views_.add<zip::arcview, ArchiveWindowView>();
 }
 
 void Desktop::open_own_windows() {
@@ -53,6 +55,7 @@ void Desktop::provide_routes() {
     decoder::connect_decoder(context_);
     encoder::provide_chooser(context_);
     zip::provide_contents(context_, archives_);
+    zip::provide_archive_window(context_, archives_);
 }
 
 void Desktop::accept_dropped_files() {

@@ -1,6 +1,7 @@
 #include "decoder/naming_window.h"
 #include "decoder/repair_guide.h"
 #include "desktop/about_view.h"
+#include "desktop/archive_view.h"
 #include "desktop/chooser_view.h"
 #include "desktop/contents_view.h"
 #include "desktop/main_window_view.h"
@@ -10,6 +11,7 @@
 #include "encoder/file_chooser.h"
 #include "shell/about_box.h"
 #include "shell/main_workflow.h"
+#include "zip/archive_window.h"
 #include "zip/contents_window.h"
 
 #include <QAbstractButton>
@@ -187,6 +189,24 @@ TEST_F(ViewContract, ContentsWindowDrawsItsControls) {
     w.visible = true;
     check_all(w, {"Label6", "Label7", "Label8", "Label9"});  // the headings of the columns
     EXPECT_EQ(widget<QTreeWidget>(w, "List1")->topLevelItem(0)->text(0), QStringLiteral("letter.eml"));
+}
+
+TEST_F(ViewContract, ArchiveWindowDrawsItsControls) {
+    views.add<zip::arcview, desktop::ArchiveWindowView>();
+    zip::NewZIP archives(program.context);
+    auto& w = program.windows.load<zip::arcview>(program.context, archives);
+    w.visible = w.Picture1.visible = true;
+    w.Label13.text = "Open or play selected program or file";
+    w.Label4.text = "letters.zip";
+    std::set<std::string> parts = {"List7", "VScroll2", "lodnone"};  // of the table, and of a menu without items
+    w.Image10.for_each([&](int i, zip::IconPicture&) { parts.insert(member_name("Image10", i)); });
+    check_all(w, parts);
+    w.Picture2.visible = true;
+    w.Dir1.path = w.Label5.text = "/";
+    w.doing.visible = w.bar.visible = w.stop.visible = true;
+    w.doing.text = "Unpacking letters.zip";
+    parts.insert("bar");  // drawn with its filled part
+    check_all(w, parts);
 }
 
 }  // namespace

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "desktop/archive_table.h"
+#include "desktop/view.h"
+#include "zip/archive_window.h"
+
+#include <QMainWindow>
+
+class QMenu;
+class QToolButton;
+
+namespace quill::desktop {
+
+/// The frame of the archive window: files that are dropped on it are added.
+class ArchiveFrame final : public QMainWindow {
+  public:
+    ArchiveFrame();
+
+    std::function<void(std::vector<std::string> paths)> dropped;
+    std::function<void()> activated;
+
+  protected:
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    void changeEvent(QEvent* event) override;
+};
+
+/// The archive window: one table of all members, with a toolbar, menus and the panel that moves the files.
+class ArchiveWindowView final : public View {
+  public:
+    ArchiveWindowView(zip::arcview& window, EventLoop& events);
+    ~ArchiveWindowView() override;
+
+  protected:
+    QSize best_size() const override;
+    void on_shown() override;
+
+  private:
+    ArchiveFrame& archive_frame() const { return static_cast<ArchiveFrame&>(frame()); }
+    void build_menus();
+    QMenu* make_row_menu();
+    QWidget* make_toolbar();
+    QToolButton* make_tool(int index, const char* caption);
+    QWidget* make_list();
+    QWidget* make_facts();
+    QWidget* make_move_panel();
+
+    zip::arcview& w_;
+    ArchiveTable* table_ = nullptr;
+};
+
+}  // namespace quill::desktop

@@ -1,0 +1,151 @@
+#include "zip/archive_window.h"
+
+#include "desktop/archive_table.h"
+#include "desktop/archive_view.h"
+#include "desktop/view_fixture.h"
+#include "shell/open_archive.h"
+#include "support/temporary_directory.h"
+#include "zip/archive_builder.h"
+
+#include <QHeaderView>
+#include <QMenu>
+#include <QScrollBar>
+
+#include <gmock/gmock.h>
+
+namespace quill::tests {
+namespace {
+
+using desktop::ArchiveModel;
+using ::testing::ElementsAre;
+
+/// The archive window with its real view, on an archive in a directory of its own.
+class ArchiveWindowTest : public ViewTest {
+  protected:
+    zip::arcview& open(const std::string& archive) {
+        dir.write("a.zip", archive);
+        program.session.SelectedDir = dir.path();
+        program.session.SelectedFile = "a.zip";
+        program.session.WorkDir = program.main_window.Text1.text = dir.make_directory("temp");
+        views.add<zip::arcview, desktop::ArchiveWindowView>();
+        zip::provide_contents(program.context, archives);
+        zip::provide_archive_window(program.context, archives);
+        shell::openarchive(program.context);
+        views.sync_all();
+        return *program.windows.loaded<zip::arcview>();
+    }
+    desktop::ArchiveTable* table() {
+        return widget<desktop::ArchiveTable>(*program.windows.loaded<zip::arcview>(), "List1");
+    }
+    std::vector<std::string> shown_names() {
+        std::vector<std::string> names;
+        for (int row = 0; row < table()->model()->rowCount(); ++row) {
+            names.push_back(table()->model()->index(row, 0).data().toString().toStdString());
+        }
+        return names;
+    }
+    std::string cell(int row, int column) {
+        return table()->model()->index(row, column).data().toString().toStdString();
+    }
+
+    TemporaryDirectory dir;
+    zip::NewZIP archives{program.context};
+};
+
+std::string three_members() {
+    return ArchiveBuilder().add("Pear", "22").add("apple", "1").add("d/Quince", "333").finish();
+}
+
+TEST_F(ArchiveWindowTest, ShowsEachMemberAsTheArchiveHasIt) {
+    program.platform.expect_message("1 member is damaged");
+    open(ArchiveBuilder().add("Letter.TXT", "dear").add("bad", "x", {.crc = 1}).add("d/", "").finish());
+    EXPECT_THAT(shown_names(), ElementsAre("Letter.TXT", "bad", "d/"));
+    EXPECT_THAT(cell(0, ArchiveModel::size_column), ::testing::StartsWith("4 bytes"));
+    EXPECT_EQ(cell(0, ArchiveModel::method_column), "stored");
+    EXPECT_EQ(cell(0, ArchiveModel::date_column), "2025-03-11 17:33");
+    EXPECT_EQ(cell(0, ArchiveModel::condition_column), "Verified");
+    EXPECT_EQ(cell(1, ArchiveModel::condition_column), "Damaged");
+    EXPECT_EQ(cell(2, ArchiveModel::condition_column), "");
+}
+
+TEST_F(ArchiveWindowTest, AClickOnAHeadingSortsAndKeepsTheSelection) {
+    zip::arcview& w = open(three_members());
+    w.List1.selected = 0;
+    w.List1.selected_rows = {0, 2};
+    views.sync_all();
+    const struct {
+        int column;
+        Qt::SortOrder order;
+        std::vector<std::string> names;
+    } cases[] = {{ArchiveModel::name_column, Qt::AscendingOrder, {"apple", "d/Quince", "Pear"}},
+                 {ArchiveModel::size_column, Qt::DescendingOrder, {"d/Quince", "Pear", "apple"}},
+                 {-1, Qt::AscendingOrder, {"Pear", "apple", "d/Quince"}}};
+    for (const auto& c : cases) {
+        table()->header()->setSortIndicator(c.column, c.order);
+        EXPECT_EQ(shown_names(), c.names);
+        EXPECT_THAT(w.List1.chosen_rows(), ElementsAre(0U, 2U));
+        EXPECT_EQ(table()->selectionModel()->selectedRows().size(), 2);
+        EXPECT_EQ(table()->currentIndex().data().toString(), QStringLiteral("Pear"));
+    }
+}
+
+TEST_F(ArchiveWindowTest, TypingFindsNamesWithAndWithoutTheirDirectories) {
+    zip::arcview& w = open(three_members());
+    const std::pair<const char*, std::size_t> typed[] = {{"ap", 1}, {"QUI", 2}, {"pe", 0}, {"d/q", 2}, {"zzz", 2}};
+    for (const auto& [text, member] : typed) {
+        table()->forget_typing();
+        for (const char* letter = text; *letter != 0; ++letter) table()->keyboardSearch(QString(QLatin1Char(*letter)));
+        EXPECT_EQ(w.List1.selected, member) << text;
+    }
+}
+
+TEST_F(ArchiveWindowTest, ThePageFollowsSelectionAndScrolling) {
+    ArchiveBuilder builder;
+    for (int i = 0; i < 500; ++i) builder.add("F" + std::to_string(i), "");
+    zip::arcview& w = open(builder.finish());
+    table()->setCurrentIndex(table()->model()->index(40, 0));
+    EXPECT_EQ(w.List1.selected, 40U);
+    EXPECT_LE(w.ListTop, 40U);
+    EXPECT_EQ(w.List7.selected_item(), w.List1.selected_item());
+    table()->verticalScrollBar()->setValue(0);
+    EXPECT_EQ(w.ListTop, 0U);
+    table()->verticalScrollBar()->setValue(table()->verticalScrollBar()->maximum());
+    EXPECT_GT(w.ListTop, 400U);
+}
+
+TEST_F(ArchiveWindowTest, SeveralRowsAreRemovedByTheKey) {
+    zip::arcview& w = open(three_members());
+    table()->selectAll();
+    EXPECT_EQ(w.List1.chosen_rows().size(), 3U);
+    program.platform.expect_question("remove 3 files", true);
+    widget<QAction>(w, "remzip")->trigger();
+    EXPECT_THAT(shown_names(), ElementsAre());
+    EXPECT_TRUE(widget<QAction>(w, "undo")->isEnabled());
+    widget<QAction>(w, "undo")->trigger();
+    EXPECT_EQ(shown_names().size(), 3U);
+    EXPECT_TRUE(failures.empty());
+}
+
+TEST_F(ArchiveWindowTest, DrawsAHundredThousandRowsWithoutAskingForAll) {
+    ArchiveBuilder builder;
+    const std::string empty;
+    for (int i = 0; i < 100'000; ++i) builder.add("F" + std::to_string(i), empty);
+    dir.write("a.zip", builder.finish());
+    zip::arcview window(program.context, archives);
+    program.session.SelectedDir = dir.path();
+    program.session.SelectedFile = "a.zip";
+    archives.ListContents(window.view());
+    window.listed = archives.library().open(dir.path("a.zip"));
+    desktop::ArchiveTable drawn(window);
+    drawn.resize(600, 400);
+    drawn.sync();
+    drawn.show();
+    for (const int top : {0, 50'000, 99'000}) {
+        drawn.verticalScrollBar()->setValue(top);
+        EXPECT_FALSE(drawn.grab().isNull());
+    }
+    EXPECT_LT(drawn.rows_read(), 10'000U);
+}
+
+}  // namespace
+}  // namespace quill::tests
