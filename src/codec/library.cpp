@@ -110,7 +110,8 @@ std::int32_t DecodingLibrary::DecodeFile(const std::string& path, const std::str
 std::int32_t DecodingLibrary::EncodeFile(const std::string& input, const std::string& output, std::int32_t format,
                                          std::int32_t) {
     const OutputFormat* chosen = output_format(format);
-    return chosen != nullptr && encode_file(input, output, *chosen, {.on_collision = files::OnCollision::replace}) ? 1 : 0;
+    return chosen != nullptr && encode_file(input, output, *chosen, {.on_collision = files::OnCollision::replace}) ? 1
+                                                                                                                   : 0;
 }
 
 }  // namespace quill::codec

@@ -56,8 +56,9 @@ std::vector<YencPart> find_parts(std::string_view post, std::size_t file);
 std::vector<YencPart> ordered(const std::vector<YencPart>& parts, std::size_t most);
 
 /// Joins `paths` line by line, in the order given, each line ended by CR LF, into `output`, which appears or is
-/// replaced only when whole (see AtomicFile::create_output for one that leads to a link, a pipe or a device). A file that cannot be read is left out and told; fails when none could be read, where
-/// `progress` stops it (`cancelled`), or on writing. Only one of the files is open at a time.
+/// replaced only when whole (see AtomicFile::create_output for one that leads to a link, a pipe or a device). A file
+/// that cannot be read is left out and told; fails when none could be read, where `progress` stops it (`cancelled`), or
+/// on writing. Only one of the files is open at a time.
 Result<Merged> merge_text(std::span<const std::string> paths, const std::string& output, const OnMerge& progress = {},
                           files::OnCollision on_collision = files::OnCollision::replace);
 

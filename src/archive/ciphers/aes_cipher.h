@@ -8,7 +8,7 @@
 
 namespace quill::archive {
 
-/// What an extra field 9901 says (APPNOTE 4.5.12 and the AE-x specification).
+/// What an extra field 9901 says (APPNOTE 4.5.12 and the AE-x definition).
 struct AesField {
     std::uint16_t version = 0;  ///< 1: the CRC counts too; 2: the CRC is left out
     std::uint8_t strength = 0;  ///< 1, 2, 3: keys of 128, 192, 256 bits
