@@ -200,7 +200,8 @@ Result<Recovered> Recovery::write(const Attachment& attachment, const std::strin
         return Error{ErrorCode::bad_input, at, "Nothing could be decoded"};
     }
     const std::optional<std::string> copy = find_copy ? find_copy(*file) : std::nullopt;
-    const Result<std::string> published = copy ? Result(*copy) : file->publish(on_collision);
+    const Result<std::string> published =
+        copy ? Result(*copy) : file->publish(on_collision, files::Durability::cached, &last_numbers_);
     if (!published) return published.error();
     out.already_there = copy.has_value();
     out.path = *published;

@@ -68,6 +68,7 @@ class Recovery {
     std::vector<std::string_view> bytes_;  ///< of the inputs
     std::vector<Attachment> attachments_;
     std::vector<Problem> problems_;
+    mutable files::LastNumbers last_numbers_;  ///< of the names of the files written
 };
 
 }  // namespace quill::codec

@@ -189,25 +189,34 @@ Status AtomicFile::name_exclusively(const std::string& target) {
     return system_error(errno);
 }
 
-/// Gives the file the first free name of the row that numbered_name makes, of the first `most`.
-Result<std::string> AtomicFile::take_free_name(unsigned most) {
+/// Gives the file the first free name of the row that numbered_name makes, from number `first` to `most`.
+Result<std::string> AtomicFile::take_free_name(unsigned first, unsigned most) {
     const std::string dir = dir_of(path_);
     const std::string name = name_of(path_);
     Status named = Done{};
-    for (unsigned n = 1; n <= most; ++n) {
+    for (unsigned n = first; n <= most; ++n) {
         const std::string target = join(dir, numbered_name(name, n));
         named = name_exclusively(target);
         if (named) return target;
         if (named.error().code != ErrorCode::exists) break;
-        if (n == tried_one_by_one) n = last_taken_number(dir, name, n);
+        if (n == first + tried_one_by_one - 1) n = last_taken_number(dir, name, n);
+        number_ = n + 1;
     }
     return named.error();
 }
 
-Result<std::string> AtomicFile::take_name(OnCollision on_collision) {
-    if (on_collision != OnCollision::replace) {
-        return take_free_name(on_collision == OnCollision::choose_name ? most_name_attempts : 1);
-    }
+Result<std::string> AtomicFile::choose_name(LastNumbers* last_numbers) {
+    if (last_numbers == nullptr) return take_free_name(1, most_name_attempts);
+    unsigned& last = (*last_numbers)[path_];
+    number_ = last + 1;
+    Result<std::string> named = take_free_name(number_, most_name_attempts);
+    if (named) last = number_;
+    return named;
+}
+
+Result<std::string> AtomicFile::take_name(OnCollision on_collision, LastNumbers* last_numbers) {
+    if (on_collision == OnCollision::choose_name) return choose_name(last_numbers);
+    if (on_collision == OnCollision::fail) return take_free_name(1, 1);
     for (unsigned attempt = 0; unfinished_.path().empty(); ++attempt) {
         const std::string name = join(dir_of(path_), unfinished_name(attempt));
         const Status named = name_exclusively(name);
@@ -218,11 +227,11 @@ Result<std::string> AtomicFile::take_name(OnCollision on_collision) {
     return path_;
 }
 
-Result<std::string> AtomicFile::publish(OnCollision on_collision, Durability durability) {
+Result<std::string> AtomicFile::publish(OnCollision on_collision, Durability durability, LastNumbers* last_numbers) {
     const bool replaces = on_collision == OnCollision::replace && !direct_ && exists(path_);
     const bool flushed = replaces || durability == Durability::flushed;
     Result<std::string> named = path_;
-    if (settle(flushed) && !direct_) named = take_name(on_collision);
+    if (settle(flushed) && !direct_) named = take_name(on_collision, last_numbers);
     if (failed_) named = error_;
     if (named) unfinished_.finish();
     unfinished_ = Unfinished();

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 namespace quill::files {
 
@@ -17,6 +18,10 @@ enum class OnCollision {
     choose_name,  ///< The file gets the next free name of the row `name.ext`, `name (2).ext`, `name (3).ext`, ...
     replace  ///< The old file is replaced in one step, flushed. A symbolic link of that name is replaced, not followed.
 };
+
+/// The number of the last name that was given out in each row of numbered names, for a run that publishes many files:
+/// names that were taken earlier in the run are not tried again.
+using LastNumbers = std::unordered_map<std::string, unsigned>;
 
 /// Whether publishing a new file waits until the bytes have reached the disk. Replacing a file always does: after a
 /// power cut the old or the new one is there, whole.
@@ -71,8 +76,10 @@ class AtomicFile {
     bool failed() const { return failed_; }
     const Error& error() const { return error_; }
 
-    /// Gives the file its name and returns the path that it got. On failure nothing of it is left.
-    Result<std::string> publish(OnCollision on_collision, Durability durability = Durability::cached);
+    /// Gives the file its name and returns the path that it got. On failure nothing of it is left. With `last_numbers`
+    /// the search for a free name goes on where the last one of that row ended.
+    Result<std::string> publish(OnCollision on_collision, Durability durability = Durability::cached,
+                                LastNumbers* last_numbers = nullptr);
 
     /// Replaces the user's own file at the path given.
     Status publish_as_rewrite();
@@ -83,8 +90,9 @@ class AtomicFile {
     Status open_named(unsigned mode);
     Status open_directly();
     Status name_exclusively(const std::string& target);
-    Result<std::string> take_name(OnCollision on_collision);
-    Result<std::string> take_free_name(unsigned most);
+    Result<std::string> take_name(OnCollision on_collision, LastNumbers* last_numbers);
+    Result<std::string> take_free_name(unsigned first, unsigned most);
+    Result<std::string> choose_name(LastNumbers* last_numbers);
     bool settle(bool flushed);
     bool fail(int number);
 
@@ -92,6 +100,7 @@ class AtomicFile {
     Unfinished unfinished_;  ///< its name so far, if it has one
     Descriptor fd_;
     bool direct_ = false;  ///< a pipe or a device
+    unsigned number_ = 1;  ///< of the name that is tried
     std::uint64_t size_ = 0;
     bool failed_ = false;
     Error error_;

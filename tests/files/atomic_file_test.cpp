@@ -57,6 +57,19 @@ TEST_F(Atomic, AppearsUnderItsNameOnlyWhenPublished) {
     EXPECT_EQ(dir.names(), Names{"a"});
 }
 
+TEST_F(Atomic, DoesNotTryNamesThatWereTakenEarlierInTheRun) {
+    LastNumbers numbers;
+    const auto publish_next = [&](const std::string& name) {
+        return *AtomicFile::create(dir.path(name))->publish(OnCollision::choose_name, Durability::cached, &numbers);
+    };
+    dir.write("a (30)", "");
+    for (int n = 1; n < 30; ++n) publish_next("a");
+    for (const std::string name : {"a", "a (2)", "a (29)"}) unlink(dir.path(name).c_str());
+    EXPECT_EQ(publish_next("a"), dir.path("a (31)"));
+    EXPECT_EQ(publish_next("a"), dir.path("a (32)"));
+    EXPECT_EQ(publish_next("b"), dir.path("b"));
+}
+
 TEST_F(Atomic, AKilledProcessLeavesNothing) {
     const pid_t child = fork();
     if (child == 0) {
