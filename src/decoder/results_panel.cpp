@@ -3,7 +3,7 @@
 #include "codec/disguise.h"
 #include "codec/file_signature.h"
 #include "codec/problem_kinds.h"
-#include "decoder/active_types.h"
+#include "decoder/opening.h"
 #include "decoder/repair_guide.h"
 #include "decoder/type_icons.h"
 #include "decoder/virus_guard.h"
@@ -71,19 +71,6 @@ void add_missing_ending(shell::swit& w, std::size_t row, std::string& path) {
     if (!files::rename_new(path, files::join(dir, name))) return;
     replace_result(w, row, name);
     path = files::join(dir, name);
-}
-
-/// Asks about a file of a type that can do harm. Returns whether it is to be opened.
-bool may_open(shell::Context& context, const std::string& path) {
-    const Result<files::MappedFile> file = files::MappedFile::open(path);
-    const std::string name = files::name_of(path);
-    const std::string_view what = active_type(name, file ? file->bytes() : std::string_view());
-    if (what.empty()) return true;
-    return context.platform.ask({.text = "   " + name + " is " + std::string(what) +
-                                         ". Files of this kind that came with a message may do harm. Do you want to "
-                                         "open it all the same?",
-                                 .no_is_default = true,
-                                 .question_mark = true});
 }
 
 /// Renames the file within its directory; the reason where that is impossible.

@@ -1,6 +1,7 @@
 #include "zip/archive_actions.h"
 
 #include "codec/disguise.h"
+#include "decoder/opening.h"
 #include "encoder/file_chooser.h"
 #include "files/directory.h"
 #include "files/path.h"
@@ -66,7 +67,7 @@ void open_row(arcview& w, std::size_t row) {
     const RowDetails details = row_details(w, row);
     if (details.directory || is_disguised(w, details.name)) return;
     const std::string path = ready_file(w, row);
-    if (path.empty()) return;
+    if (path.empty() || !decoder::may_open(w.context, path)) return;
     protect_where_nothing_can_be_saved(w, path);
     w.archives.copies().record_opened(row);
     platform::Opener& opener = w.context.platform.opener();

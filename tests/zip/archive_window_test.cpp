@@ -145,9 +145,11 @@ TEST(ArchiveWindow, MembersOpenWithTheirOwnKindOfProgram) {
                         .add("picture.jpg", "3")
                         .add("inner.zip", "4")
                         .add("photo.jpg.exe", "5")
+                        .add("page.html", "6")
                         .finish());
     arcview& w = p.open();
     p.platform.expect_message("photo.jpg.exe");
+    p.platform.expect_question("page.html", false);
     for (std::size_t row = 0; row < w.List1.count(); ++row) {
         w.List1.selected = row;
         w.List1.double_click();
