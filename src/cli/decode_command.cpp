@@ -13,6 +13,7 @@
 #include <set>
 #include <string>
 #include <sys/stat.h>
+#include <utility>
 #include <vector>
 
 namespace quill::cli {
@@ -55,10 +56,10 @@ Status may_be_directory(const std::string& path) {
 
 Result<std::string> Outputs::path_of(const std::string& name, const std::string& beside) {
     const std::string& directory = request_.into.empty() ? beside : request_.into;
-    if (!request_.into.empty() && !files::exists(directory)) {
-        constexpr mode_t mode = 0755;
-        if (mkdir(directory.c_str(), mode) != 0) return system_error(errno);
-        made_ = files::Unfinished(directory);
+    if (!request_.into.empty() && made_.path().empty()) {
+        Result<files::Unfinished> made = files::make_output_directory(directory);
+        if (!made) return made.error();
+        made_ = std::move(*made);
     }
     if (cleaned_.insert(directory).second) files::remove_abandoned(directory);
     return files::join(directory, name);

@@ -6,6 +6,7 @@
 #include "cli/zip_report.h"
 #include "files/directory.h"
 #include "files/path.h"
+#include "files/unfinished.h"
 #include "text/utf8.h"
 #include "zip/archive_change.h"
 #include "zip/extraction.h"
@@ -74,6 +75,14 @@ ExitStatus list(const ZipRequest& request, const Console& console) {
     return report.finish();
 }
 
+/// Extracts below the directory of --into, which is made if need be.
+Status extract_below(const std::string& into, const zip::Archive& archive, const std::vector<std::size_t>& chosen,
+                     const zip::MemberPaths& paths, const zip::ExtractOptions& options, const zip::TakeResult& take) {
+    const Result<files::Unfinished> made = files::make_output_directory(into);
+    if (!made) return made.error();
+    return zip::extract_members(archive, chosen, paths, into, options, take);
+}
+
 /// `extract`, and `test` where nothing is to be written.
 ExitStatus read(const ZipRequest& request, const Console& console, bool write) {
     ZipReport report(console, request.results.style());
@@ -106,7 +115,7 @@ ExitStatus read(const ZipRequest& request, const Console& console, bool write) {
         report.add(archive->members()[result.member], result,
                    is_here ? result.path : files::join(request.into, result.path));
     };
-    const Status done = write ? zip::extract_members(*archive, chosen, paths, request.into, options, take)
+    const Status done = write ? extract_below(request.into, *archive, chosen, paths, options, take)
                               : zip::test_members(*archive, chosen, options, take);
     bar.clear();
     if (!done && done.error().code == ErrorCode::limit) {
@@ -307,7 +316,9 @@ void add_zip_command(CLI::App& app, Work& work) {
                 "archive bomb does");
         }
         if (row.writes_members) {
-            command->add_option("--into", request->into, "Write below this directory, instead of the current one")
+            command
+                ->add_option("--into", request->into,
+                             "Write below this directory, which is made if need be, instead of the current one")
                 ->type_name("DIR");
         }
         if (row.run == add) {

@@ -114,6 +114,13 @@ void Unfinished::finish() {
     if (slot_ >= 0) slots[static_cast<std::size_t>(std::exchange(slot_, -1))].state = Slot::free;
 }
 
+Result<Unfinished> make_output_directory(const std::string& path) {
+    constexpr mode_t mode = 0755;
+    if (mkdir(path.c_str(), mode) == 0) return Unfinished(path);
+    if (errno == EEXIST) return Unfinished();
+    return system_error(errno);
+}
+
 void remove_unfinished() noexcept {
     for (const Slot& slot : slots) {
         if (slot.state == Slot::filled && unlink(slot.path.data()) != 0) rmdir(slot.path.data());

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "text/result.h"
+
 #include <string>
 #include <string_view>
 
@@ -37,6 +39,9 @@ class Unfinished {
     std::string path_;
     int slot_ = -1;  ///< where a signal handler finds it; -1: nowhere
 };
+
+/// Makes the directory `path` for output unless there is one. The result takes away what was made if it stays empty.
+Result<Unfinished> make_output_directory(const std::string& path);
 
 /// Removes what is unfinished (of directories those that are empty), for a signal handler that is about to end the
 /// process. Async-signal-safe.

@@ -89,6 +89,10 @@ TEST_F(ZipCommandTest, ABombIsRefusedUnlessLimitsAreLifted) {
     EXPECT_THAT(err, HasSubstr("110,000,001 bytes"));
     EXPECT_THAT(err, HasSubstr("--no-limits"));
     EXPECT_FALSE(directory.has("into/small"));
+    EXPECT_EQ(call({"zip", "extract", path("a.zip"), "--into", path("new")}), ExitStatus::damaged);
+    EXPECT_FALSE(directory.has("new"));
+    EXPECT_EQ(call({"zip", "extract", path("a.zip"), "small", "--into", path("new")}), ExitStatus::good);
+    EXPECT_TRUE(directory.has("new/small"));
     EXPECT_EQ(call({"zip", "test", path("a.zip")}), ExitStatus::damaged);
     EXPECT_EQ(out, "");
     EXPECT_EQ(call({"zip", "extract", path("a.zip"), "small", "--into", into}), ExitStatus::good);
