@@ -17,11 +17,10 @@ namespace {
 
 std::atomic<std::size_t> live_bytes{0}, most_bytes{0}, allocations{0};
 
-}  // namespace
-
-void* operator new(std::size_t size) {
+/// Returns counted memory, or nullptr where there is none.
+void* allocate(std::size_t size) {
     void* place = std::malloc(size);
-    if (place == nullptr) throw std::bad_alloc();
+    if (place == nullptr) return nullptr;
     ++allocations;
     const std::size_t live = live_bytes += malloc_usable_size(place);
     std::size_t most = most_bytes;
@@ -30,12 +29,28 @@ void* operator new(std::size_t size) {
     return place;
 }
 
+}  // namespace
+
+void* operator new(std::size_t size) {
+    void* place = allocate(size);
+    if (place == nullptr) throw std::bad_alloc();
+    return place;
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return allocate(size);
+}
+
 void operator delete(void* place) noexcept {
     if (place != nullptr) live_bytes -= malloc_usable_size(place);
     std::free(place);
 }
 
 void operator delete(void* place, std::size_t) noexcept {
+    operator delete(place);
+}
+
+void operator delete(void* place, const std::nothrow_t&) noexcept {
     operator delete(place);
 }
 
