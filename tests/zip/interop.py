@@ -154,7 +154,7 @@ class Interop(unittest.TestCase):
         self.assertEqual(os.path.getsize("out/in/noise.bin"), 20_000)
         run(QUILL, "zip", "list", "a.zip", "in/none", status=3)
         run(QUILL, "zip", "list", "in/text.txt", status=3)
-        run(QUILL, "zip", "extract", "--into", "missing", "a.zip", status=3)
+        run(QUILL, "zip", "extract", "--into", "missing/deeper", "a.zip", status=3)
         run(QUILL, "zip", "remove", "missing.zip", "a", status=3)
         run(QUILL, "zip", status=3)
         zipfile.ZipFile("empty.zip", "w").close()
