@@ -132,6 +132,10 @@ bool Archive::recover(bool directory_is_empty) {
     return true;
 }
 
+void Archive::read_names_in(std::string_view code_page) {
+    decode_names(members_, names_, code_page);
+}
+
 bool Archive::is_sound() const {
     return directory_ && directory_whole_ && std::all_of(members_.begin(), members_.end(), [&](const Member& m) {
                return !m.overlaps && !m.amended && !m.recovered && !m.elsewhere &&

@@ -71,6 +71,10 @@ class Archive {
     /// The archive in `bytes`, which must outlive it.
     static Result<Archive> parse(std::string_view bytes);
 
+    /// Reads all names again that have no sign of their character set, in `code_page`, the name of one for the C
+    /// library; an empty one means the page that fits best, as after opening. See `decode_names`.
+    void read_names_in(std::string_view code_page);
+
     const std::vector<Member>& members() const { return members_; }
     const std::vector<Problem>& problems() const { return problems_; }
     std::string_view bytes() const { return bytes_; }

@@ -1,6 +1,7 @@
 #include "zip/member_names.h"
 
 #include "codec/checksum.h"
+#include "text/ascii.h"
 #include "text/utf8.h"
 #include "zip/format.h"
 #include "zip/letter_statistics.h"
@@ -170,7 +171,15 @@ std::string from_code_page(std::string_view bytes, std::string_view code_page) {
     return Converter(code_page).convert(bytes).value_or(text::windows_1252_to_utf8(bytes));
 }
 
-void decode_names(std::vector<Member>& members, std::deque<std::string>& decoded) {
+std::optional<CharacterSet> character_set(std::string_view name) {
+    const auto* const set = std::find_if(character_sets.begin(), character_sets.end(), [&](const CharacterSet& each) {
+        return text::equal_ignoring_case(each.name, name);
+    });
+    return set == character_sets.end() ? std::nullopt : std::optional(*set);
+}
+
+void decode_names(std::vector<Member>& members, std::deque<std::string>& decoded, std::string_view code_page) {
+    decoded.clear();
     std::vector<std::string_view> sample;
     bool all_utf8 = true;
     for (Member& member : members) {
@@ -181,12 +190,14 @@ void decode_names(std::vector<Member>& members, std::deque<std::string>& decoded
         if (sample.size() < most_names_looked_at) sample.push_back(member.raw_name);
     }
     if (sample.empty()) return;
-    Converter converter(all_utf8 ? utf8_page : detect_code_page(sample));
+    if (code_page.empty()) code_page = all_utf8 ? utf8_page : detect_code_page(sample);
+    const bool as_in_file = all_utf8 && code_page == utf8_page;
+    Converter converter(code_page);
     std::size_t decoded_size = 0;
     for (Member& member : members) {
         if (!member.name.empty() || is_ascii(member.raw_name)) continue;
-        member.name = all_utf8 ? member.raw_name : name_for_too_many;
-        if (all_utf8 || decoded_size > most_decoded) continue;
+        member.name = as_in_file ? member.raw_name : name_for_too_many;
+        if (as_in_file || decoded_size > most_decoded) continue;
         const std::optional<std::string> name = converter.convert(member.raw_name);
         member.name = decoded.emplace_back(name ? *name : text::to_utf8(member.raw_name));
         decoded_size += member.name.size();

@@ -214,6 +214,42 @@ TEST(Archive, NamesAreUnicodeWhereverTheyComeFrom) {
     }
 }
 
+TEST(Archive, NamesCanBeReadInAnotherCharacterSet) {
+    const std::string flagged =
+        "Gr\xC3\xBC\xC3\x9F"
+        "e";
+    const struct {
+        const char* set;
+        const char* stored;
+        const char* shown;
+    } cases[] = {
+        {"CP437", "\x9B\x81", "\xC2\xA2\xC3\xBC"},
+        {"cp850", "\x9B\x81", "\xC3\xB8\xC3\xBC"},
+        {"CP866", "\x8F\xA0", "\xD0\x9F\xD0\xB0"},
+        {"Shift-JIS", "\x95\x5C/\x93\xFA", "\xE8\xA1\xA8/\xE6\x97\xA5"},  // a backslash inside a character
+        {"GBK", "\xD6\xD0\xCE\xC4", "\xE4\xB8\xAD\xE6\x96\x87"},
+        {"windows-1252", "\xD6\xD0", "\xC3\x96\xC3\x90"},
+        {"utf-8", "\xC3\xBC", "\xC3\xBC"},
+        {"UTF-8", "\xD6\xD0", "\xC3\x96\xC3\x90"},  // not UTF-8
+        {"Shift-JIS", "\x93", "\xE2\x80\x9C"},      // half a character
+        {"CP866", "plain", "plain"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.set) + " " + c.shown);
+        const std::string bytes = ArchiveBuilder().add(flagged, "", {.flags = utf8_flag}).add(c.stored, "x").finish();
+        Result<Archive> archive = Archive::parse(bytes);
+        ASSERT_TRUE(archive.ok() && character_set(c.set));
+        const std::string detected(archive->members()[1].name);
+        archive->read_names_in(character_set(c.set)->code_page);
+        EXPECT_EQ(archive->members()[0].name, flagged);
+        EXPECT_EQ(archive->members()[1].name, c.shown);
+        archive->read_names_in({});
+        EXPECT_EQ(archive->members()[1].name, detected);
+    }
+    EXPECT_FALSE(character_set("CP932"));  // not called so here
+    EXPECT_FALSE(character_set(""));
+}
+
 TEST(Archive, OnlyMembersThatShareBytesAreMarked) {
     const std::string bytes = ArchiveBuilder()
                                   .add("a", "first")
