@@ -6,13 +6,8 @@
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
-#include <QHeaderView>
-#include <QKeyEvent>
 #include <QMimeDatabase>
-#include <QMouseEvent>
-#include <QPainter>
 
-#include <algorithm>
 #include <utility>
 
 namespace quill::desktop {
@@ -81,78 +76,12 @@ QVariant FileTableModel::headerData(int section, Qt::Orientation orientation, in
     }
 }
 
-FileTable::FileTable(controls::FileListBox& list) : list_(list), model_(list) {
-    setModel(&model_);
-    setRootIsDecorated(false);
-    setUniformRowHeights(true);
-    setAllColumnsShowFocus(true);
-    setAlternatingRowColors(true);
-    setSelectionBehavior(SelectRows);
-    setSelectionMode(list.takes_several ? ExtendedSelection : SingleSelection);
-    setTextElideMode(Qt::ElideMiddle);
+FileTable::FileTable(controls::FileListBox& list)
+    : RowTable(list, QStringLiteral("No files here.\nThe list of directories at the left leads to others.")),
+      model_(list) {
+    show_rows(model_);
     setMinimumWidth(fontMetrics().averageCharWidth() * 44);
-    header()->setStretchLastSection(false);
-    header()->setSectionResizeMode(FileTableModel::name_column, QHeaderView::Stretch);
-    header()->setSectionResizeMode(FileTableModel::size_column, QHeaderView::Interactive);
-    header()->setSectionResizeMode(FileTableModel::date_column, QHeaderView::Interactive);
-    header()->resizeSection(FileTableModel::size_column,
-                            fontMetrics().horizontalAdvance(QStringLiteral("1,000.0 MB  ")));
-    header()->resizeSection(FileTableModel::date_column,
-                            fontMetrics().horizontalAdvance(QStringLiteral("2026-12-28 20:28   ")));
-    QObject::connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { take_selection(); });
-    QObject::connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] { take_selection(); });
-}
-
-void FileTable::take_selection() {
-    if (syncing_) return;
-    std::vector<std::size_t> rows;
-    for (const QModelIndex& index : selectionModel()->selectedRows())
-        rows.push_back(static_cast<std::size_t>(index.row()));
-    std::sort(rows.begin(), rows.end());
-    std::optional<std::size_t> current;
-    if (!rows.empty()) {
-        const auto focused = static_cast<std::size_t>(currentIndex().row());
-        current = std::binary_search(rows.begin(), rows.end(), focused) ? focused : rows.front();
-    }
-    if (current == list_.selected && rows == list_.selected_rows) return;
-    list_.selected = current;
-    list_.selected_rows = std::move(rows);
-    if (selection_changed) selection_changed();
-}
-
-void FileTable::sync() {
-    syncing_ = true;
-    model_.refresh();
-    const int row = list_.selected && *list_.selected < list_.count() ? static_cast<int>(*list_.selected) : -1;
-    if (row < 0) {
-        selectionModel()->clearSelection();
-    } else if (!selectionModel()->isRowSelected(row)) {
-        setCurrentIndex(model_.index(row, 0));
-    }
-    syncing_ = false;
-}
-
-void FileTable::paintEvent(QPaintEvent* event) {
-    QTreeView::paintEvent(event);
-    if (model_.rowCount() > 0) return;
-    QPainter painter(viewport());
-    painter.setPen(palette().placeholderText().color());
-    painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap,
-                     QStringLiteral("No files here.\nThe list of directories at the left leads to others."));
-}
-
-void FileTable::keyPressEvent(QKeyEvent* event) {
-    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (enter && acted) {
-        acted();
-        return;
-    }
-    QTreeView::keyPressEvent(event);
-}
-
-void FileTable::mouseDoubleClickEvent(QMouseEvent* event) {
-    const bool on_row = indexAt(event->position().toPoint()).isValid();
-    if (event->button() == Qt::LeftButton && on_row && acted) acted();
+    size_columns({{FileTableModel::size_column, "1,000.0 MB  "}, {FileTableModel::date_column, "2026-12-28 20:28   "}});
 }
 
 }  // namespace quill::desktop

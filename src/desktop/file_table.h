@@ -1,12 +1,11 @@
 #pragma once
 
 #include "controls/control.h"
+#include "desktop/row_table.h"
 #include "desktop/signs.h"
 
 #include <QAbstractTableModel>
-#include <QTreeView>
 
-#include <functional>
 #include <optional>
 #include <vector>
 
@@ -19,7 +18,7 @@ class FileTableModel final : public QAbstractTableModel {
 
     explicit FileTableModel(const controls::FileListBox& list) : list_(list) {}
 
-    /// Takes the rows anew where they have changed. Returns whether it did.
+    /// Takes the rows again where they have changed. Returns whether it did.
     bool refresh();
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -39,28 +38,16 @@ class FileTableModel final : public QAbstractTableModel {
     mutable Signs signs_;
 };
 
-/// A table of files. Typing goes to the first name that begins so; Enter or a double click acts on the selection.
-class FileTable final : public QTreeView {
+/// A table of files. Typing goes to the first name that begins so.
+class FileTable final : public RowTable {
   public:
     explicit FileTable(controls::FileListBox& list);
 
-    /// Brings rows and selection to what the list holds.
-    void sync();
-
-    std::function<void()> selection_changed;  ///< the list has been told of the new selection
-    std::function<void()> acted;
-
   protected:
-    void paintEvent(QPaintEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
-    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void refresh_rows() override { model_.refresh(); }
 
   private:
-    void take_selection();
-
-    controls::FileListBox& list_;
     FileTableModel model_;
-    bool syncing_ = false;
 };
 
 }  // namespace quill::desktop
