@@ -1,14 +1,14 @@
 // The kernels against their scalar references and against memcpy, in GB of encoded text a second (decoders, checksums)
 // or of plain data (encoders). The texts fit the second cache, so the kernel is measured and not the memory.
 
-#include "codec/alphabets.h"
-#include "codec/binhex_runs.h"
-#include "codec/checksum.h"
-#include "codec/lines.h"
-#include "codec/simd_dispatch.h"
-#include "codec/sixbit.h"
-#include "codec/uu.h"
-#include "codec/yenc.h"
+#include "checksum/checksum.h"
+#include "codec/base64/sixbit.h"
+#include "codec/binhex/binhex_runs.h"
+#include "codec/input/lines.h"
+#include "codec/uu/alphabets.h"
+#include "codec/uu/uu.h"
+#include "codec/yenc/yenc.h"
+#include "simd/simd_dispatch.h"
 
 #include <benchmark/benchmark.h>
 

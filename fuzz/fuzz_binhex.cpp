@@ -1,4 +1,4 @@
-#include "codec/decode.h"
+#include "codec/recovery/decode.h"
 
 #include <array>
 #include <cstdint>

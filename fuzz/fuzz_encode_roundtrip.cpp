@@ -1,6 +1,6 @@
 // Whatever is encoded comes back from our own decoder, byte for byte and without a complaint.
-#include "codec/encode.h"
-#include "codec/recover.h"
+#include "codec/recovery/recover.h"
+#include "codec/writing/encode.h"
 #include "files/atomic_file.h"
 #include "files/directory.h"
 

@@ -1,5 +1,5 @@
-#include "codec/content_name.h"
-#include "codec/header_block.h"
+#include "codec/mail/header_block.h"
+#include "codec/recovery/content_name.h"
 #include "text/utf8.h"
 
 #include <cstdint>

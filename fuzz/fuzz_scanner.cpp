@@ -1,6 +1,6 @@
-#include "codec/decode.h"
-#include "codec/part_join.h"
-#include "codec/scanner.h"
+#include "codec/recovery/decode.h"
+#include "codec/recovery/part_join.h"
+#include "codec/scan/scanner.h"
 
 #include <array>
 #include <cstdint>

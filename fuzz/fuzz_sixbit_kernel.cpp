@@ -1,4 +1,4 @@
-#include "codec/sixbit.h"
+#include "codec/base64/sixbit.h"
 
 #include <algorithm>
 #include <cstdint>

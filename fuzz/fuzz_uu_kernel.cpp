@@ -1,4 +1,4 @@
-#include "codec/uu.h"
+#include "codec/uu/uu.h"
 
 #include <algorithm>
 #include <cstdint>

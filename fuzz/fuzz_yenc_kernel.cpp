@@ -1,4 +1,4 @@
-#include "codec/yenc.h"
+#include "codec/yenc/yenc.h"
 
 #include <algorithm>
 #include <cstdint>

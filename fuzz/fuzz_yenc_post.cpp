@@ -1,6 +1,6 @@
 // The lines and the data of a yEnc post: the kernels against their reference, in pieces and whole, and the sums.
-#include "codec/checksum.h"
-#include "codec/yenc_post.h"
+#include "checksum/checksum.h"
+#include "codec/yenc/yenc_post.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // Taking every other member out of an archive: what stays reads as it did before.
 
-#include "zip/archive_change.h"
-#include "zip/member_reader.h"
+#include "archive/changing/archive_change.h"
+#include "archive/container/member_reader.h"
 
 #include <cstddef>
 #include <cstdint>

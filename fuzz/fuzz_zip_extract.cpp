@@ -1,7 +1,7 @@
 // Reading every member, into nothing, up to a megabyte each. What is called verified has a size that was stated.
 
-#include "zip/format.h"
-#include "zip/member_reader.h"
+#include "archive/container/format.h"
+#include "archive/container/member_reader.h"
 
 #include <cstddef>
 #include <cstdint>

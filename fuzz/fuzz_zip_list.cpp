@@ -1,8 +1,8 @@
 // What a list shows of each member.
 
-#include "zip/archive.h"
-#include "zip/format.h"
-#include "zip/member_time.h"
+#include "archive/container/archive.h"
+#include "archive/container/format.h"
+#include "archive/container/member_time.h"
 
 #include <cstddef>
 #include <cstdint>

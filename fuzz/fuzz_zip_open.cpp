@@ -1,7 +1,7 @@
 // Opening an archive: directory, recovery, names, paths. No path may lead out of the directory.
 
-#include "zip/archive.h"
-#include "zip/member_paths.h"
+#include "archive/container/archive.h"
+#include "archive/names/member_paths.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "cli/appearance.h"
 
-#include "codec/file_signature.h"
+#include "codec/recovery/file_signature.h"
 #include "files/mapped_file.h"
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 #include "cli/interruption.h"
 #include "cli/progress.h"
 #include "cli/report.h"
-#include "codec/encode.h"
+#include "codec/writing/encode.h"
 #include "files/directory.h"
 #include "files/path.h"
 #include "files/unfinished.h"

@@ -3,7 +3,7 @@
 #include "cli/file_names.h"
 #include "cli/progress.h"
 #include "cli/report.h"
-#include "codec/recover.h"
+#include "codec/recovery/recover.h"
 #include "files/temporary_file.h"
 
 #include <istream>

@@ -1,7 +1,7 @@
 #include "cli/report.h"
 
 #include "cli/json.h"
-#include "codec/problem_kinds.h"
+#include "codec/recovery/problem_kinds.h"
 #include "text/printable.h"
 
 #include <ostream>

@@ -3,7 +3,7 @@
 #include "cli/console.h"
 #include "cli/json.h"
 #include "cli/results.h"
-#include "codec/recover.h"
+#include "codec/recovery/recover.h"
 #include "text/printable.h"
 #include "text/result.h"
 

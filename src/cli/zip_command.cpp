@@ -1,5 +1,9 @@
 #include "cli/zip_command.h"
 
+#include "archive/changing/archive_change.h"
+#include "archive/changing/tree_walk.h"
+#include "archive/extracting/extraction.h"
+#include "archive/extracting/member_choice.h"
 #include "archive/methods/compressors.h"
 #include "cli/interruption.h"
 #include "cli/progress.h"
@@ -8,10 +12,6 @@
 #include "files/path.h"
 #include "files/unfinished.h"
 #include "text/utf8.h"
-#include "zip/archive_change.h"
-#include "zip/extraction.h"
-#include "zip/member_choice.h"
-#include "zip/tree_walk.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,8 +1,8 @@
 #include "cli/zip_report.h"
 
+#include "archive/container/format.h"
+#include "archive/container/member_time.h"
 #include "cli/report.h"
-#include "zip/format.h"
-#include "zip/member_time.h"
 
 #include <ostream>
 #include <vector>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "archive/extracting/extraction.h"
 #include "cli/results.h"
 #include "text/result.h"
-#include "zip/extraction.h"
 
 #include <string>
 #include <string_view>

@@ -22,18 +22,4 @@ std::string_view name_of(Format format) {
     return "plain";
 }
 
-std::string_view name_of(Verdict verdict) {
-    switch (verdict) {
-        case Verdict::verified:
-            return "verified";
-        case Verdict::whole:
-            return "whole";
-        case Verdict::damaged:
-            return "damaged";
-        case Verdict::incomplete:
-            break;
-    }
-    return "incomplete";
-}
-
 }  // namespace quill::codec

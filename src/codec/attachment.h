@@ -1,5 +1,7 @@
 #pragma once
 
+#include "report/problem.h"
+
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -24,34 +26,10 @@ enum class Format : std::uint8_t {
 /// "plain".
 std::string_view name_of(Format format);
 
-/// What is known of a decoded file.
-enum class Verdict : std::uint8_t {
-    verified,   ///< A checksum or a stated size agrees.
-    whole,      ///< Its structure is complete; nothing vouches for the bytes.
-    damaged,    ///< Bytes in it are known to be wrong, lost, or doubtful.
-    incomplete  ///< Its end, its beginning or a part is missing.
-};
-
-/// "verified", "whole", "damaged", "incomplete".
-std::string_view name_of(Verdict verdict);
-
-/// How much a problem takes away from the result.
-enum class Grade : std::uint8_t {
-    repaired,  ///< Odd input that was understood; the bytes are not in doubt.
-    damaged,   ///< Bytes of the result are or may be wrong.
-    lost       ///< Bytes are missing from the result.
-};
-
-/// Something that was not as it should be.
-struct Problem {
-    Grade grade = Grade::damaged;
-    std::string kind;            ///< a short fixed word for programs: "missing-end", "bad-crc", "bad-character" ...
-    std::uint64_t at_input = 0;  ///< byte offset in the input
-    std::optional<std::uint64_t> at_output = {};  ///< byte offset in the result, where there is one
-    std::string text;                             ///< for people: one sentence without a full stop
-
-    bool operator==(const Problem&) const = default;
-};
+using report::Grade;
+using report::name_of;
+using report::Problem;
+using report::Verdict;
 
 /// Bytes [begin, end) of an input text.
 struct Range {

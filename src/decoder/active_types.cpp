@@ -1,6 +1,6 @@
 #include "decoder/active_types.h"
 
-#include "codec/file_signature.h"
+#include "codec/recovery/file_signature.h"
 #include "files/path.h"
 #include "text/ascii.h"
 

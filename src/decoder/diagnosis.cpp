@@ -1,6 +1,6 @@
 #include "decoder/diagnosis.h"
 
-#include "codec/file_signature.h"
+#include "codec/recovery/file_signature.h"
 #include "text/count.h"
 
 #include <algorithm>

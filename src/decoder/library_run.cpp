@@ -1,6 +1,6 @@
 #include "decoder/library_run.h"
 
-#include "codec/library.h"
+#include "codec/recovery/library.h"
 #include "decoder/mime_wrap.h"
 #include "decoder/new_files.h"
 #include "decoder/normalise.h"

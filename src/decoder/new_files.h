@@ -1,6 +1,6 @@
 #pragma once
 
-#include "codec/recover.h"
+#include "codec/recovery/recover.h"
 #include "shell/main_window.h"
 
 #include <span>

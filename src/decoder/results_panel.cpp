@@ -1,8 +1,8 @@
 #include "decoder/results_panel.h"
 
-#include "codec/disguise.h"
-#include "codec/file_signature.h"
-#include "codec/problem_kinds.h"
+#include "codec/recovery/disguise.h"
+#include "codec/recovery/file_signature.h"
+#include "codec/recovery/problem_kinds.h"
 #include "decoder/opening.h"
 #include "decoder/repair_guide.h"
 #include "decoder/type_icons.h"

@@ -1,6 +1,6 @@
 #include "decoder/triage.h"
 
-#include "codec/file_signature.h"
+#include "codec/recovery/file_signature.h"
 #include "decoder/headerless.h"
 #include "decoder/library_run.h"
 #include "decoder/mime_wrap.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "codec/file_signature.h"
+#include "codec/recovery/file_signature.h"
 
 #include <string_view>
 

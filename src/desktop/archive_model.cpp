@@ -1,11 +1,11 @@
 #include "desktop/archive_model.h"
 
+#include "archive/container/member_time.h"
 #include "desktop/shown_text.h"
 #include "desktop/signs.h"
 #include "files/path.h"
 #include "text/ascii.h"
 #include "zip/member_rows.h"
-#include "zip/member_time.h"
 
 #include <QApplication>
 #include <QFileInfo>

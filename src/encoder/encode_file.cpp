@@ -1,6 +1,6 @@
 #include "encoder/encode_file.h"
 
-#include "codec/encode.h"
+#include "codec/writing/encode.h"
 #include "encoder/file_chooser.h"
 #include "encoder/output_choice.h"
 #include "files/directory.h"

@@ -1,6 +1,6 @@
 #include "encoder/yenc_encode.h"
 
-#include "codec/encode.h"
+#include "codec/writing/encode.h"
 #include "encoder/encode_file.h"
 #include "encoder/file_chooser.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "codec/recover.h"
+#include "codec/recovery/recover.h"
 #include "text/result.h"
 
 #include <string>

@@ -1,6 +1,6 @@
 #include "zip/archive_actions.h"
 
-#include "codec/disguise.h"
+#include "codec/recovery/disguise.h"
 #include "decoder/opening.h"
 #include "encoder/file_chooser.h"
 #include "files/directory.h"

@@ -1,8 +1,8 @@
 #include "zip/archive_rows.h"
 
+#include "archive/container/format.h"
 #include "files/path.h"
 #include "text/ascii.h"
-#include "zip/format.h"
 #include "zip/member_rows.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "zip/library_records.h"
+#include "archive/library/library_records.h"
 
 #include <cstdint>
 #include <string>

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "archive/library/library.h"
 #include "controls/control.h"
 #include "shell/session.h"
 #include "zip/contents_window.h"
-#include "zip/library.h"
 #include "zip/work_copies.h"
 
 #include <cstdint>

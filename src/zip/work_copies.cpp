@@ -1,6 +1,6 @@
 #include "zip/work_copies.h"
 
-#include "codec/checksum.h"
+#include "checksum/checksum.h"
 #include "files/directory.h"
 #include "files/mapped_file.h"
 #include "files/path.h"
@@ -14,7 +14,7 @@ namespace {
 std::optional<std::uint32_t> crc_of_file(const std::string& path) {
     const Result<files::MappedFile> file = files::MappedFile::open(path);
     if (!file) return std::nullopt;
-    return codec::crc32(0, file->bytes());
+    return quill::crc32(0, file->bytes());
 }
 
 }  // namespace

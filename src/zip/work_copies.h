@@ -1,8 +1,8 @@
 #pragma once
 
+#include "archive/container/archive.h"
+#include "archive/extracting/extraction.h"
 #include "files/file_stamp.h"
-#include "zip/archive.h"
-#include "zip/extraction.h"
 
 #include <cstddef>
 #include <cstdint>

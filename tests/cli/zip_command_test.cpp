@@ -1,5 +1,5 @@
+#include "archive/archive_builder.h"
 #include "cli/command_fixture.h"
-#include "zip/archive_builder.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -1,6 +1,6 @@
 #include "codec/hqx.h"
+#include "codec/scan/text_scan.h"
 #include "codec/scanned.h"
-#include "codec/text_scan.h"
 
 #include <gtest/gtest.h>
 

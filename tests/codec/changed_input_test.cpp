@@ -1,4 +1,4 @@
-#include "codec/recover.h"
+#include "codec/recovery/recover.h"
 #include "support/temporary_directory.h"
 
 #include <gtest/gtest.h>

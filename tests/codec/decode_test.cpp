@@ -1,4 +1,4 @@
-#include "codec/decode.h"
+#include "codec/recovery/decode.h"
 
 #include "codec/hqx.h"
 #include "codec/scanned.h"

@@ -1,6 +1,6 @@
-#include "codec/disguise.h"
+#include "codec/recovery/disguise.h"
 
-#include "codec/content_name.h"
+#include "codec/recovery/content_name.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "codec/encode.h"
+#include "codec/writing/encode.h"
 #include "files/directory.h"
 #include "support/temporary_directory.h"
 

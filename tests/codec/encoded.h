@@ -1,6 +1,6 @@
 #pragma once
 
-#include "codec/uu.h"
+#include "codec/uu/uu.h"
 
 #include <algorithm>
 #include <cstddef>

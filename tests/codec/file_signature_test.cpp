@@ -1,6 +1,6 @@
-#include "codec/file_signature.h"
+#include "codec/recovery/file_signature.h"
 
-#include "codec/content_name.h"
+#include "codec/recovery/content_name.h"
 
 #include <gtest/gtest.h>
 

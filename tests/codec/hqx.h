@@ -1,6 +1,6 @@
 #pragma once
 
-#include "codec/checksum.h"
+#include "checksum/checksum.h"
 
 #include <cstdint>
 #include <string>
@@ -11,7 +11,7 @@
 namespace quill::tests {
 
 inline std::string with_crc(std::string bytes) {
-    const std::uint16_t crc = codec::crc16_binhex(0, bytes);
+    const std::uint16_t crc = quill::crc16_binhex(0, bytes);
     bytes.push_back(static_cast<char>(crc >> 8U));
     bytes.push_back(static_cast<char>(crc & 0xFFU));
     return bytes;

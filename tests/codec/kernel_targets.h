@@ -1,6 +1,6 @@
 #pragma once
 
-#include "codec/simd_dispatch.h"
+#include "simd/simd_dispatch.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
-#include "codec/binhex_runs.h"
-#include "codec/checksum.h"
+#include "checksum/checksum.h"
+#include "codec/binhex/binhex_runs.h"
+#include "codec/input/lines.h"
 #include "codec/kernel_targets.h"
-#include "codec/lines.h"
 
 #include <gtest/gtest.h>
 

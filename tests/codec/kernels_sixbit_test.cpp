@@ -1,6 +1,6 @@
-#include "codec/alphabets.h"
+#include "codec/base64/sixbit.h"
 #include "codec/kernel_targets.h"
-#include "codec/sixbit.h"
+#include "codec/uu/alphabets.h"
 
 #include <gtest/gtest.h>
 

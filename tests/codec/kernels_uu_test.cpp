@@ -1,6 +1,6 @@
-#include "codec/alphabets.h"
 #include "codec/kernel_targets.h"
-#include "codec/uu.h"
+#include "codec/uu/alphabets.h"
+#include "codec/uu/uu.h"
 
 #include <gtest/gtest.h>
 

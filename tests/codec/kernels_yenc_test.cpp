@@ -1,5 +1,5 @@
 #include "codec/kernel_targets.h"
-#include "codec/yenc.h"
+#include "codec/yenc/yenc.h"
 
 #include <gtest/gtest.h>
 

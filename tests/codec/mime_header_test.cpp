@@ -1,7 +1,7 @@
-#include "codec/mime_header.h"
+#include "codec/mail/mime_header.h"
 
-#include "codec/content_name.h"
-#include "codec/encoded_word.h"
+#include "codec/mail/encoded_word.h"
+#include "codec/recovery/content_name.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #include "codec/encoded.h"
-#include "codec/library.h"
+#include "codec/recovery/library.h"
 #include "files/directory.h"
 #include "support/temporary_directory.h"
 

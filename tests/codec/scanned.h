@@ -1,8 +1,8 @@
 #pragma once
 
-#include "codec/decode.h"
-#include "codec/part_join.h"
-#include "codec/scanner.h"
+#include "codec/recovery/decode.h"
+#include "codec/recovery/part_join.h"
+#include "codec/scan/scanner.h"
 
 #include <cstdint>
 #include <string>

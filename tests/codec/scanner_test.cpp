@@ -1,7 +1,7 @@
-#include "codec/scanner.h"
+#include "codec/scan/scanner.h"
 
+#include "codec/scan/text_scan.h"
 #include "codec/scanned.h"
-#include "codec/text_scan.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "codec/tagged_lines.h"
+#include "codec/input/tagged_lines.h"
 
-#include "codec/recover.h"
+#include "codec/recovery/recover.h"
 #include "codec/scanned.h"
 #include "support/temporary_directory.h"
 

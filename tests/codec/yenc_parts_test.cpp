@@ -1,5 +1,5 @@
-#include "codec/encode.h"
-#include "codec/recover.h"
+#include "codec/recovery/recover.h"
+#include "codec/writing/encode.h"
 #include "files/directory.h"
 #include "support/temporary_directory.h"
 

@@ -1,5 +1,5 @@
-#include "codec/scanner.h"
-#include "codec/yenc_post.h"
+#include "codec/scan/scanner.h"
+#include "codec/yenc/yenc_post.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "codec/yenc_post.h"
+#include "codec/yenc/yenc_post.h"
 
 #include <gtest/gtest.h>
 

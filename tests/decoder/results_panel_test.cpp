@@ -1,6 +1,6 @@
 #include "decoder/results_panel.h"
 
-#include "codec/disguise.h"
+#include "codec/recovery/disguise.h"
 #include "decoder/repair_guide.h"
 #include "files/directory.h"
 #include "support/program.h"

@@ -1,6 +1,6 @@
 #include "decoder/yenc_run.h"
 
-#include "codec/disguise.h"
+#include "codec/recovery/disguise.h"
 #include "decoder/repair_guide.h"
 #include "decoder/results.h"
 #include "files/directory.h"

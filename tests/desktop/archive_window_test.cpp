@@ -1,11 +1,11 @@
 #include "zip/archive_window.h"
 
+#include "archive/archive_builder.h"
 #include "desktop/archive_table.h"
 #include "desktop/archive_view.h"
 #include "desktop/view_fixture.h"
 #include "shell/open_archive.h"
 #include "support/temporary_directory.h"
-#include "zip/archive_builder.h"
 
 #include <QHeaderView>
 #include <QMenu>

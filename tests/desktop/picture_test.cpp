@@ -1,4 +1,4 @@
-#include "codec/checksum.h"
+#include "checksum/checksum.h"
 #include "desktop/picture_preview.h"
 #include "desktop/picture_reading.h"
 #include "support/temporary_directory.h"
@@ -25,7 +25,7 @@ std::string number(std::uint32_t value) {
 
 std::string chunk(std::string_view type, std::string_view data) {
     const std::string body = std::string(type).append(data);
-    return number(static_cast<std::uint32_t>(data.size())) + body + number(codec::crc32(0, body));
+    return number(static_cast<std::uint32_t>(data.size())) + body + number(quill::crc32(0, body));
 }
 
 /// The beginning of a PNG that states this size: 57 bytes with nothing to draw.

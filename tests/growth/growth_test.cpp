@@ -1,5 +1,5 @@
 #include "codec/encoded.h"
-#include "codec/recover.h"
+#include "codec/recovery/recover.h"
 #include "support/temporary_directory.h"
 
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "archive/archive_builder.h"
 #include "shell/open_archive.h"
 #include "support/program.h"
 #include "support/temporary_directory.h"
-#include "zip/archive_builder.h"
 #include "zip/archive_window.h"
 #include "zip/member_rows.h"
 

@@ -1,10 +1,10 @@
 #include "zip/new_zip.h"
 
+#include "archive/archive_builder.h"
 #include "encoder/file_chooser.h"
 #include "support/program.h"
 #include "support/temporary_directory.h"
 #include "text/ascii.h"
-#include "zip/archive_builder.h"
 #include "zip/member_rows.h"
 
 #include <algorithm>

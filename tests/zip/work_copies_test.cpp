@@ -1,7 +1,7 @@
 #include "zip/work_copies.h"
 
+#include "archive/archive_builder.h"
 #include "support/temporary_directory.h"
-#include "zip/archive_builder.h"
 
 #include <chrono>
 #include <filesystem>

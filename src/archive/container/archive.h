@@ -1,0 +1,102 @@
+#pragma once
+
+#include "files/mapped_file.h"
+#include "report/problem.h"
+#include "text/result.h"
+
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quill::zip {
+
+using report::Grade;
+using report::Problem;
+
+/// One member of an archive, as its central header tells it (its local header, where it was recovered from that).
+struct Member {
+    std::string_view name;      ///< UTF-8, as the archive has it: not safe as a path
+    std::string_view raw_name;  ///< the bytes in the archive
+    std::string_view extra;     ///< its extra fields
+    std::uint64_t compressed_size = 0;
+    std::uint64_t uncompressed_size = 0;  ///< as stated
+    std::uint64_t local_offset = 0;       ///< of its local header in the file
+    std::uint64_t header_offset = 0;      ///< of its central header in the file; 0 where it was recovered
+    std::uint64_t room = 0;               ///< bytes from its local header to the next one, or to the directory
+    std::uint32_t header_size = 0;
+    std::uint32_t crc = 0;
+    std::uint32_t dos_time = 0;
+    std::uint32_t external_attributes = 0;
+    std::uint16_t made_by = 0;
+    std::uint16_t flags = 0;
+    std::uint16_t method = 0;    ///< as stated; for AES see `content_method`
+    bool recovered : 1 = false;  ///< found by its local header, no directory entry vouches for it
+    bool sizes_known : 1 =
+        true;                   ///< false: `compressed_size` is only the most that it can be, CRC and size are not told
+    bool overlaps : 1 = false;  ///< its bytes begin inside another member or the directory
+    bool amended : 1 = false;   ///< its directory entry has a size that can't be right, and another was found
+    bool elsewhere : 1 = false;  ///< it lies in another volume of a split archive
+
+    bool is_encrypted() const;
+    bool is_aes() const;
+    bool is_directory() const;
+    bool is_link() const;  ///< a symbolic link, whose content is the path that it leads to
+    /// How the content is compressed, behind AES too.
+    std::uint16_t content_method() const;
+    /// Whether the writer's system was one of the Unix kind, so that the upper attribute bits are a file mode.
+    bool made_on_unix() const;
+};
+
+/// Where an archive's directory lies.
+struct Directory {
+    std::uint64_t begin = 0;       ///< of the first central header in the file
+    std::uint64_t end = 0;         ///< behind the last central header: the first of the end records
+    std::uint64_t end_record = 0;  ///< of the end-of-directory record
+    std::int64_t shift = 0;        ///< what is added to the offsets that are written: bytes of junk before the archive
+    std::uint64_t stated_count = 0;  ///< members, as stated
+    bool wide_count = false;         ///< the count is from a ZIP64 record, else it is modulo 65536
+    std::string_view comment;
+};
+
+/// A ZIP file opened for reading. What can be understood of a damaged one is: its problems tell what was amiss.
+class Archive {
+  public:
+    /// Maps the file and reads its directory. Fails with the system's reason, or `bad_input` where there is neither a
+    /// directory nor a member.
+    static Result<Archive> open(const std::string& path);
+
+    /// The archive in `bytes`, which must outlive it.
+    static Result<Archive> parse(std::string_view bytes);
+
+    /// Reads all names again that have no sign of their character set, in `code_page`, the name of one for the C
+    /// library; an empty one means the page that fits best, as after opening. See `decode_names`.
+    void read_names_in(std::string_view code_page);
+
+    const std::vector<Member>& members() const { return members_; }
+    const std::vector<Problem>& problems() const { return problems_; }
+    std::string_view bytes() const { return bytes_; }
+    /// Nullopt where the members were recovered without one.
+    const std::optional<Directory>& directory() const { return directory_; }
+    /// Whether each member has a directory entry that leads to its own header, and no bytes are shared: only such an
+    /// archive can be changed.
+    bool is_sound() const;
+    /// Whether the file has been cut since it was opened.
+    bool cut_short() const { return file_ && file_->cut_short(); }
+
+  private:
+    Archive() = default;
+    bool recover(bool directory_is_empty);
+
+    std::optional<files::MappedFile> file_;
+    std::string_view bytes_;
+    std::optional<Directory> directory_;
+    std::vector<Member> members_;
+    std::deque<std::string> names_;  // that are not in the file as they are
+    std::vector<Problem> problems_;
+    bool directory_whole_ = true;
+};
+
+}  // namespace quill::zip

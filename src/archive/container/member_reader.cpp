@@ -1,0 +1,355 @@
+#include "archive/container/member_reader.h"
+
+#include "archive/ciphers/aes_cipher.h"
+#include "archive/ciphers/traditional_cipher.h"
+#include "checksum/checksum.h"
+#include "text/utf8.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <utility>
+
+namespace quill::zip {
+namespace {
+
+using archive::AesField;
+using archive::Passed;
+using archive::StreamState;
+
+constexpr std::array<std::string_view, 4> fate_names{"verified", "whole", "damaged", "refused"};
+
+void tell(Content& content, Grade grade, std::string kind, std::uint64_t at, std::string text) {
+    content.problems.push_back({grade, std::move(kind), at, {}, std::move(text)});
+}
+
+/// Returns the field 9901 of `extra`; nullopt where it is missing or too short.
+std::optional<AesField> aes_field(std::string_view extra) {
+    constexpr std::size_t field_size = 7;
+    const std::optional<std::string_view> field = extra_field(extra, extra_aes);
+    if (!field || field->size() < field_size) return std::nullopt;
+    return AesField{get16(*field, 0), static_cast<std::uint8_t>((*field)[4]), get16(*field, 5)};
+}
+
+bool has_ended(StreamState state) {
+    return state == StreamState::ended || state == StreamState::complete;
+}
+
+bool refuse_password(Content& content, std::uint64_t at, std::string text) {
+    tell(content, Grade::lost, "password", at, std::move(text));
+    content.needs_password = true;
+    return false;
+}
+
+/// Returns the forms that a data descriptor can have: with or without its signature, its sizes in 4 bytes or 8 (APPNOTE
+/// 4.3.9).
+std::array<std::string, 4> descriptors(std::uint32_t crc, std::uint64_t packed_size, std::uint64_t size) {
+    std::string narrow, wide, signature;
+    put32(narrow, crc);
+    put32(narrow, packed_size);
+    put32(narrow, size);
+    put32(wide, crc);
+    put64(wide, packed_size);
+    put64(wide, size);
+    put32(signature, descriptor_signature);
+    return {signature + narrow, signature + wide, narrow, wide};
+}
+
+}  // namespace
+
+std::string_view name_of(Fate fate) {
+    return fate_names.at(static_cast<std::size_t>(fate));
+}
+
+/// A member's compressed bytes, and what decrypts them.
+struct MemberReader::Source {
+    Header local;
+    std::uint64_t begin = 0;  // of all that follows the header in the file
+    std::uint64_t at = 0;     // of `data` in the file
+    std::string_view data;
+    bool cut = false;  // there are fewer bytes than are stated
+    std::optional<AesField> aes;
+    std::unique_ptr<archive::Cipher> cipher;
+};
+
+/// Counts and checks what goes to the sink.
+class MemberReader::Meter {
+  public:
+    explicit Meter(const Sink& sink) : sink_(sink) {}
+
+    bool take(std::string_view bytes) {
+        crc_ = quill::crc32(crc_, bytes);
+        size_ += bytes.size();
+        if (!bytes.empty() && !sink_(bytes)) stopped_ = true;
+        return !stopped_;
+    }
+
+    std::uint64_t size() const { return size_; }
+    std::uint32_t crc() const { return crc_; }
+    bool stopped() const { return stopped_; }
+
+  private:
+    const Sink& sink_;
+    std::uint64_t size_ = 0;
+    std::uint32_t crc_ = 0;
+    bool stopped_ = false;
+};
+
+MemberReader::MemberReader(const Archive& archive, std::string password)
+    : archive_(archive), password_(std::move(password)) {}
+
+Content MemberReader::read(const Member& member, const Sink& sink) {
+    const std::optional<Member> own = as_in_own_header(member);
+    if (!own || !checks_out(*own, sink)) return read_as(member, sink);
+    const bool is_right = checks_out(member, sink);
+    Content content = read_as(is_right ? member : *own, sink);
+    if (!is_right) {
+        tell(content, Grade::repaired, "header-differs", member.header_offset,
+             "its own header and the directory disagree, and its data agree with its own header");
+    } else if (own->crc != member.crc || own->uncompressed_size != member.uncompressed_size) {
+        tell(content, Grade::damaged, "contents-differ", member.header_offset,
+             "by its own header it has another content, which other programs may read");
+    }
+    return content;
+}
+
+/// Returns the member with the numbers of its own header, where these are others and could be right.
+std::optional<Member> MemberReader::as_in_own_header(const Member& member) const {
+    if (member.recovered || member.elsewhere || member.is_encrypted()) return std::nullopt;
+    const std::optional<Header> header = parse_local_header(archive_.bytes(), member.local_offset);
+    if (!header || !states_sizes(*header) || header->size > member.room ||
+        header->compressed_size > member.room - header->size) {
+        return std::nullopt;
+    }
+    Member own = member;
+    own.method = header->method;
+    own.crc = header->crc;
+    own.compressed_size = header->compressed_size;
+    own.uncompressed_size = header->uncompressed_size;
+    const bool differs = own.method != member.method || own.crc != member.crc ||
+                         own.compressed_size != member.compressed_size ||
+                         own.uncompressed_size != member.uncompressed_size;
+    return differs ? std::optional(std::move(own)) : std::nullopt;
+}
+
+/// Reads the member without giving its bytes to `sink`, and returns whether it is verified.
+bool MemberReader::checks_out(const Member& member, const Sink& sink) {
+    return read_as(member, [&](std::string_view) { return sink({}); }).fate == Fate::verified;
+}
+
+Content MemberReader::read_as(const Member& member, const Sink& sink) {
+    Content content;
+    Source source;
+    if (!locate(member, source, content) || !open_cipher(member, source, content)) return content;
+    // A member without a byte is stored, whatever its method.
+    const bool empty = member.sizes_known && member.uncompressed_size == 0 && source.data.empty();
+    const std::uint16_t number = empty ? method_stored : member.content_method();
+    const archive::Method* const method = archive::find_method(number);
+    if (method == nullptr || method->make == nullptr) {
+        tell(content, Grade::lost, "unsupported", source.at, "its method, " + method_name(number) + ", can't be read");
+        return content;
+    }
+    Meter meter(sink);
+    const Passed passed = decode(member, source, *method, meter);
+    judge(member, source, passed, meter, content);
+    return content;
+}
+
+/// Finds the member's data by its local header, and reports where the two headers differ.
+bool MemberReader::locate(const Member& member, Source& source, Content& content) const {
+    const std::string_view bytes = archive_.bytes();
+    if (member.elsewhere) {
+        tell(content, Grade::lost, "other-volume", 0, "it lies in another volume of a split archive");
+        return false;
+    }
+    if ((member.flags & (strong_encryption_flag | masked_header_flag | patch_flag)) != 0) {
+        tell(content, Grade::lost, "unsupported", member.local_offset, "it has strong encryption, which can't be read");
+        return false;
+    }
+    std::uint64_t at = member.local_offset;
+    std::optional<Header> local = parse_local_header(bytes, at);
+    if (!local && archive_.directory() && archive_.directory()->shift != 0) {
+        at -= static_cast<std::uint64_t>(archive_.directory()->shift);
+        local = parse_local_header(bytes, at);
+    }
+    if (!local) {
+        tell(content, Grade::lost, "no-local-header", member.local_offset, "no member begins where it should");
+        return false;
+    }
+    source.local = *local;
+    source.begin = source.at = at + local->size;
+    source.data = slice(bytes, source.at, member.compressed_size);
+    // A size that leads into nothing has been replaced in a member that was recovered.
+    const std::uint64_t stated = member.recovered ? local->compressed_size : member.compressed_size;
+    source.cut = member.sizes_known && source.data.size() < stated;
+    if (local->name != member.raw_name) {
+        tell(content, Grade::damaged, "names-differ", at,
+             "its own header calls it \"" + text::to_utf8(local->name) + "\", the directory calls it \"" +
+                 std::string(member.name) + "\"");
+    }
+    const bool silent = !states_sizes(*local);
+    const bool sizes_differ = local->compressed_size != member.compressed_size ||
+                              local->uncompressed_size != member.uncompressed_size || local->crc != member.crc;
+    if (!member.recovered && (local->method != member.method || (sizes_differ && !silent))) {
+        tell(content, Grade::repaired, "header-differs", at, "its own header and the directory disagree");
+    }
+    return true;
+}
+
+/// Reads what comes before the encrypted bytes of a member.
+bool MemberReader::open_cipher(const Member& member, Source& source, Content& content) const {
+    if (!member.is_encrypted() && !member.is_aes()) return true;
+    if (password_.empty()) return refuse_password(content, source.at, "it needs a password");
+    if (member.is_aes()) return open_aes(member, source, content);
+    if (member.method != method_aes) return open_traditional(member, source, content);
+    tell(content, Grade::lost, "unsupported", source.at, "it is encrypted in an unknown way");
+    return false;
+}
+
+bool MemberReader::open_traditional(const Member& member, Source& source, Content& content) const {
+    constexpr std::size_t header_size = archive::TraditionalCipher::header_size;
+    auto cipher = std::make_unique<archive::TraditionalCipher>(password_);
+    const std::uint8_t check = cipher->read_header(source.data.substr(0, header_size));
+    const bool by_crc = check == member.crc >> 24U;
+    const bool crc_came_later = ((source.local.flags | member.flags) & descriptor_flag) != 0;
+    const bool by_time = crc_came_later && check == (source.local.dos_time >> 8U & 0xFFU);
+    if (source.data.size() < header_size || (!by_crc && !by_time)) {
+        return refuse_password(content, source.at, "the password is wrong");
+    }
+    source.data.remove_prefix(header_size);
+    source.at += header_size;
+    source.cipher = std::move(cipher);
+    return true;
+}
+
+/// Takes salt, check of the password and authentication code off the data. Data that are cut have no code.
+bool MemberReader::open_aes(const Member& member, Source& source, Content& content) const {
+    source.aes = aes_field(member.extra);
+    const std::size_t head_size = source.aes ? source.aes->head_size() : 0;
+    if (head_size == 0) {
+        tell(content, Grade::lost, "unsupported", source.at, "it is encrypted in an unknown way");
+        return false;
+    }
+    const bool has_code = member.sizes_known && !source.cut && source.data.size() >= head_size + archive::aes_code_size;
+    if (source.data.size() < head_size) {
+        tell(content, Grade::lost, "cut", source.at, "its encrypted data are too short");
+        return false;
+    }
+    const std::string_view head = source.data.substr(0, head_size);
+    const std::size_t size = source.data.size() - head_size - (has_code ? archive::aes_code_size : 0);
+    const std::string_view code = source.data.substr(head_size + size);
+    source.cipher = archive::make_aes_cipher(*source.aes, password_, head, code);
+    if (!source.cipher) return refuse_password(content, source.at, "the password is wrong");
+    source.data = source.data.substr(head_size, size);
+    source.at += head_size;
+    return true;
+}
+
+Passed MemberReader::decode(const Member& member, const Source& source, const archive::Method& method, Meter& meter) {
+    if (method.number == method_deflated && member.sizes_known && !source.cipher) {
+        if (const auto whole = inflater_.inflate(source.data, member.uncompressed_size)) {
+            Passed passed{.state = StreamState::ended, .read = whole->read};
+            passed.stopped = !meter.take(whole->content);
+            return passed;
+        }
+    }
+    archive::StreamInfo info{method.number, member.flags};
+    if (member.sizes_known) info.size = member.uncompressed_size;
+    const archive::DecompressorPtr decompressor = method.make(info);
+    return chain_.run(source.data, source.cipher.get(), *decompressor,
+                      info.size.value_or(std::numeric_limits<std::uint64_t>::max()),
+                      [&](std::string_view bytes) { return meter.take(bytes); });
+}
+
+/// Compares what came out with what was promised.
+void MemberReader::judge(const Member& member, const Source& source, const Passed& passed, const Meter& meter,
+                         Content& content) const {
+    content.size = meter.size();
+    content.sink_failed = passed.stopped;
+    content.fate = Fate::damaged;
+    if (passed.stopped) return;
+    check_ends(member, source, passed, content);
+    if (passed.state == StreamState::broken || passed.state == StreamState::too_large ||
+        (passed.state == StreamState::running && !passed.too_long)) {
+        if (meter.size() == 0) content.fate = Fate::refused;
+        return;
+    }
+    if (!member.sizes_known) {
+        content.fate = judge_by_descriptor(source, passed, meter, content);
+    } else if (check_numbers(member, source, passed, meter, content) && passed.authentic != false) {
+        content.fate = Fate::verified;
+    }
+}
+
+/// Compares size and CRC with the stated ones, and reports where they differ. AE-2 leaves the CRC out; one that is
+/// there all the same counts.
+bool MemberReader::check_numbers(const Member& member, const Source& source, const Passed& passed, const Meter& meter,
+                                 Content& content) const {
+    if (passed.too_long || meter.size() != member.uncompressed_size) {
+        const std::string size = std::to_string(meter.size());
+        tell(content, Grade::damaged, "wrong-size", source.at,
+             passed.too_long ? "it has more than the " + size + " bytes that it states"
+                             : "it has " + size + " bytes and states " + std::to_string(member.uncompressed_size));
+        return false;
+    }
+    const bool crc_left_out = source.aes && source.aes->version == 2 && member.crc == 0;
+    if (!crc_left_out && meter.crc() != member.crc) {
+        tell(content, Grade::damaged, "bad-crc", source.at, "its CRC is wrong");
+        return false;
+    }
+    // The code authenticates the encrypted bytes alone, not how they are to be understood.
+    const std::optional<AesField> own = aes_field(source.local.extra);
+    if (crc_left_out && own && *own != *source.aes) {
+        tell(content, Grade::damaged, "header-differs", source.at,
+             "its own header and the directory disagree on what the encrypted data are");
+        return false;
+    }
+    return true;
+}
+
+/// Reports what is wrong with the end of the compressed data, or with their authentication code.
+void MemberReader::check_ends(const Member& member, const Source& source, const Passed& passed,
+                              Content& content) const {
+    if (source.cut) tell(content, Grade::damaged, "cut", source.at + source.data.size(), "it is cut off");
+    const std::uint64_t at = source.at + passed.read;
+    if (passed.state == StreamState::broken) {
+        tell(content, Grade::damaged, "bad-data", at, "its compressed data are broken");
+    } else if (passed.state == StreamState::too_large) {
+        tell(content, Grade::lost, "unsupported", at, "it needs more memory than is allowed");
+    } else if (passed.state == StreamState::running && !passed.too_long && !source.cut) {
+        tell(content, Grade::damaged, "cut", at, "its compressed data end too early");
+    } else if (has_ended(passed.state) && !passed.too_long && member.sizes_known && passed.read < source.data.size()) {
+        tell(content, Grade::repaired, "extra-data", at, "bytes follow its compressed data");
+    }
+    if (passed.authentic == false && member.sizes_known && !source.cut) {
+        tell(content, Grade::damaged, "bad-code", source.at + source.data.size(), "its authentication code is wrong");
+    }
+}
+
+/// Compares what came out with what follows a stream that ended by itself: its data descriptor, unless the file ends
+/// before or within it, or the next header follows at once.
+Fate MemberReader::judge_by_descriptor(const Source& source, const Passed& passed, const Meter& meter,
+                                       Content& content) const {
+    if (passed.state != StreamState::ended || source.aes) {
+        tell(content, Grade::damaged, "cut", source.at, "nothing shows where it ends");
+        return Fate::damaged;
+    }
+    const std::uint64_t end = source.at + passed.read;
+    const std::string_view rest = slice(archive_.bytes(), end, std::string_view::npos);
+    Fate fate = Fate::damaged;
+    if (const std::uint32_t next = get32(rest, 0); next == local_signature || next == central_signature) {
+        fate = Fate::whole;
+    }
+    for (const std::string& descriptor : descriptors(meter.crc(), end - source.begin, meter.size())) {
+        if (rest.starts_with(descriptor)) return Fate::verified;
+        if (descriptor.starts_with(rest)) fate = Fate::whole;
+    }
+    if (fate == Fate::damaged) {
+        tell(content, Grade::damaged, "bad-descriptor", end, "the CRC and sizes behind its data are others");
+    }
+    return fate;
+}
+
+}  // namespace quill::zip

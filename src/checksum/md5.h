@@ -1,0 +1,28 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace quill {
+
+/// The MD5 digest (RFC 1321) of bytes given piece by piece, to check a Content-MD5 (RFC 1864).
+class Md5 {
+  public:
+    using Digest = std::array<unsigned char, 16>;
+
+    void add(std::string_view bytes);
+
+    /// The digest of all that was added. Nothing can be added behind it.
+    Digest finish();
+
+  private:
+    void add_block(const unsigned char* block);
+
+    std::array<std::uint32_t, 4> state_ = {0x67452301, 0xEFCDAB89, 0x98BADCFE, 0x10325476};
+    std::array<unsigned char, 64> pending_ = {};
+    std::uint64_t size_ = 0;
+};
+
+}  // namespace quill

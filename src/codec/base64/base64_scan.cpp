@@ -1,0 +1,236 @@
+#include "codec/base64/base64_lines.h"
+#include "codec/base64/sixbit.h"
+#include "codec/hex.h"
+#include "codec/mail/message_separator.h"
+#include "codec/recovery/content_name.h"
+#include "codec/recovery/part_signs.h"
+#include "text/ascii.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+#include <vector>
+
+namespace quill::codec {
+namespace {
+
+constexpr std::size_t shortest_bare_line = 40;
+constexpr std::size_t longest_bare_line = 1000;
+constexpr unsigned lines_to_resume = 8;
+constexpr std::size_t shortest_padded_line = 8;
+constexpr std::size_t shortest_damaged_row = 20;
+constexpr unsigned lines_for_evidence = 3;
+constexpr std::size_t first_bytes = 48;
+
+constexpr std::array<bool, 256> make_table() {
+    std::array<bool, 256> table{};
+    for (const char c : std::string_view("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/"))
+        table[static_cast<unsigned char>(c)] = true;
+    return table;
+}
+constexpr std::array<bool, 256> in_alphabet = make_table();
+
+/// The line without blanks at its ends and without padding.
+std::string_view characters_of(std::string_view line) {
+    line = text::trim(line);
+    for (int i = 0; i < 2 && line.ends_with('='); ++i) line.remove_suffix(1);
+    return line;
+}
+
+/// Hashes and numbers in columns are of the alphabet too.
+bool is_hex(std::string_view s) {
+    return std::all_of(s.begin(), s.end(), [](char c) { return hex_value(c) >= 0; });
+}
+
+/// Whether `line` and those behind it can be nothing but Base64: lines of one length, or one whose first bytes are
+/// those of a known kind of file.
+bool is_bare_base64(const TextScan& scan, const Line& line) {
+    const std::string_view characters = characters_of(line.text);
+    if (!is_base64_line(line.text) || is_hex(characters)) return false;
+    if (!extension_for_bytes(decode_base64_text(line.text.substr(0, first_bytes / 3 * 4))).empty()) return true;
+    if (characters.size() % 4 != 0) return false;
+    Line next = line;
+    for (unsigned i = 1; i < lines_for_evidence; ++i) {
+        if (!peek_text(scan, next.next, 2, next) || !is_base64_line(next.text)) return false;
+        if (next.text.size() != line.text.size()) return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+bool base64_resumes(const TextScan& scan, Position at) {
+    Line line;
+    for (unsigned i = 0; i < lines_to_resume && peek_text(scan, at, 3, line); ++i, at = line.next) {
+        if (text::trim(line.text) == "====") return true;
+        if (!is_base64_line(line.text)) continue;
+        const std::string_view row = text::trim(line.text);
+        const bool padded = row.ends_with('=') && row.size() % 4 == 0 && row.size() >= shortest_padded_line;
+        if (row.size() >= shortest_bare_line || padded) return true;
+    }
+    return false;
+}
+
+std::string decode_base64_text(std::string_view encoded) {
+    std::vector<char> room(sixbit::decoded_bound(encoded.size()) + 2);
+    sixbit::State state;
+    std::size_t size = sixbit::decode(sixbit::Alphabet::base64, encoded, room.data(), state).written;
+    size += sixbit::finish(room.data() + size, state);
+    return {room.data(), size};
+}
+
+bool is_base64_line(std::string_view line) {
+    const std::string_view characters = characters_of(line);
+    return !characters.empty() && std::all_of(characters.begin(), characters.end(),
+                                              [](char c) { return in_alphabet[static_cast<unsigned char>(c)]; });
+}
+
+bool is_nearly_base64(std::string_view line) {
+    const std::string_view row = text::trim(line);
+    const auto foreign = std::count_if(row.begin(), row.end(),
+                                       [](char c) { return c != '=' && !in_alphabet[static_cast<unsigned char>(c)]; });
+    return row.size() >= 4 && row.front() != '=' && row.find_first_of(" \t") == std::string_view::npos &&
+           static_cast<std::size_t>(foreign) * 4 <= row.size();
+}
+
+bool open_base64_lines(TextScan& scan, FoundFile file, bool sure) {
+    const Position begin = scan.cursor.position();
+    Line line;
+    if (!peek_text(scan, begin, 3, line)) return false;
+    if (!is_base64_line(line.text) && !(sure && text::trim(line.text) == "====")) return false;
+    Position end = begin;
+    file.has_end = false;
+    file.label = std::exchange(scan.label, {});
+    while (true) {
+        const Position before = scan.cursor.position();
+        if (!scan.cursor.next(line)) break;
+        if (text::trim(line.text) == "====") {
+            file.has_end = true;
+            break;
+        }
+        if (is_blank_line(line.text)) continue;
+        const bool data = is_base64_line(line.text);
+        const bool stops = scan.is_stop(line) || (!data && begins_article(scan.cursor, line));
+        if (stops || (!data && !base64_resumes(scan, line.next))) {
+            scan.cursor.seek(before);
+            break;
+        }
+        end = line.next;
+    }
+    scan.base64_open = !file.has_end;
+    file.attachment.format = Format::base64;
+    file.attachment.body = scan.cursor.ranges(begin, end);
+    scan.add(std::move(file));
+    return true;
+}
+
+bool sniff_bare_base64(std::string_view line) {
+    return line.size() >= shortest_bare_line && line.size() <= longest_bare_line &&
+           in_alphabet[static_cast<unsigned char>(line[0])] && in_alphabet[static_cast<unsigned char>(line[1])] &&
+           line.substr(0, shortest_bare_line).find(' ') == std::string_view::npos;
+}
+
+namespace {
+
+/// Whether the line before `at` may be a row of Base64 in which a character was lost or damaged.
+bool follows_damaged_row(const LineCursor& cursor, Position at) {
+    const Segment& segment = cursor.segment(at);
+    const Position end = before_line_end(cursor, at);
+    if (end.offset == at.offset) return false;
+    const std::uint64_t from =
+        std::max(segment.range.begin, end.offset - std::min(end.offset, std::uint64_t{longest_bare_line}));
+    std::string_view row = segment.input.substr(from, end.offset - from);
+    row = characters_of(row.substr(row.find_last_of("\r\n") + 1));
+    const auto foreign =
+        std::count_if(row.begin(), row.end(), [](char c) { return !in_alphabet[static_cast<unsigned char>(c)]; });
+    return row.size() >= shortest_damaged_row && foreign <= 1 && !is_hex(row);
+}
+
+/// Rows of Base64 without a header, read one after the other.
+class BareRows {
+  public:
+    BareRows(TextScan& scan, const Line& first) : scan_(scan), width_(first.text.size()), last_(first) {}
+
+    void read() {
+        while (next_row() || resume() || damaged_row()) {
+        }
+        Line next;
+        if (peek_text(scan_, last_.next, 2, next) && text::trim(next.text) == "====") {
+            scan_.cursor.seek(next.next);
+            ended_ = true;
+        }
+    }
+
+    Position end() const { return last_.next; }
+
+    /// Whether the last row shows that it is the last: it is shorter than the others, or padded.
+    bool ended() const { return ended_ || !is_full(); }
+
+  private:
+    bool is_full() const { return last_.text.size() == width_ && !last_.text.ends_with('='); }
+    void take(const Line& line) {
+        last_ = line;
+        first_ = false;
+        scan_.cursor.seek(line.next);
+    }
+
+    bool next_row() {
+        Line next;
+        if (!is_full() || !peek_text(scan_, last_.next, spaced_ || first_ ? 2 : 1, next)) return false;
+        if (next.text.size() > width_ || !is_base64_line(next.text)) return false;
+        if (first_) spaced_ = next.begin != last_.next;
+        take(next);
+        return true;
+    }
+
+    /// Skips lines that are not rows, or follows padding, where a full row comes next. An empty line after a last row
+    /// ends the file.
+    bool resume() {
+        Line next = last_;
+        for (unsigned i = 0; i < lines_to_resume; ++i) {
+            const Position at = next.next;
+            if (!peek_text(scan_, at, 2, next) || (!is_full() && next.begin != at)) return false;
+            if (begins_article(scan_.cursor, next)) return false;
+            if (next.text.size() != width_ || !is_base64_line(next.text)) continue;
+            take(next);
+            return true;
+        }
+        return false;
+    }
+
+    bool damaged_row() {
+        Line next;
+        if (!is_full() || !scan_.cursor.peek(last_.next, peeked_characters, next) || scan_.is_stop(next)) return false;
+        if (next.text.size() > width_ || !is_nearly_base64(next.text)) return false;
+        take(next);
+        ended_ = true;
+        return false;
+    }
+
+    TextScan& scan_;
+    std::size_t width_;
+    Line last_;
+    bool first_ = true;
+    bool spaced_ = false;
+    bool ended_ = false;
+};
+
+}  // namespace
+
+bool open_bare_base64(TextScan& scan, const Line& line) {
+    if (scan.in_armor || !is_bare_base64(scan, line)) return false;
+    BareRows rows(scan, line);
+    rows.read();
+    FoundFile file;
+    file.label = std::exchange(scan.label, {});
+    file.attachment.name = file.label.file;
+    file.attachment.format = Format::base64;
+    file.has_begin = file.label.number <= 1 && !scan.base64_open && !follows_damaged_row(scan.cursor, line.begin);
+    file.has_end = file.label.number > 0 ? file.label.number == file.label.total : rows.ended();
+    file.attachment.body = scan.cursor.ranges(line.begin, rows.end());
+    scan.base64_open = !file.has_end;
+    scan.add(std::move(file));
+    return true;
+}
+
+}  // namespace quill::codec

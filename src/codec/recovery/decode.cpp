@@ -1,0 +1,261 @@
+#include "codec/recovery/decode.h"
+
+#include "codec/input/lines.h"
+#include "codec/recovery/decode_run.h"
+#include "codec/recovery/yenc_join.h"
+
+#include <algorithm>
+#include <bit>
+#include <utility>
+
+namespace quill::codec {
+namespace {
+
+constexpr std::size_t small = std::size_t{64} << 10;  // of what is written, to be held back and joined
+constexpr std::size_t held_most = std::size_t{256} << 10;
+constexpr std::uint64_t tell_every = std::uint64_t{1} << 20;
+
+std::string count_of(std::uint64_t n, std::string_view things) {
+    return std::to_string(n).append(" ").append(things);
+}
+
+}  // namespace
+
+/// Passes over ranges that hold nothing, or that no input has.
+void Body::settle() {
+    for (; index_ < ranges_.size(); ++index_) {
+        const Range& range = ranges_[index_];
+        at_ = range.begin;
+        if (range.source < inputs_.size() && range.begin < range.end && range.end <= inputs_[range.source].size())
+            return;
+    }
+}
+
+std::string_view Body::ahead(std::size_t most) {
+    return bytes_ahead(most, least_ahead);
+}
+
+/// At least `least` of the next bytes, where there are so many, at most `most`: out of what was read last, or read
+/// anew.
+std::string_view Body::bytes_ahead(std::size_t most, std::size_t least) {
+    if (at_end()) return {};
+    const Range& range = ranges_[index_];
+    const std::uint64_t left = range.end - at_;
+    if (!read_input_) return input().substr(at_, std::min<std::uint64_t>(most, left));
+    const bool held = window_range_.source == range.source && window_range_.begin <= at_ &&
+                      at_ + std::min<std::uint64_t>(least, left) <= window_range_.end;
+    if (!held) read_window(std::min<std::uint64_t>(std::max(piece_, least), input().size() - at_));
+    const std::uint64_t size = std::min(window_range_.end, range.end) - at_;
+    return {window_.data() + (at_ - window_range_.begin), std::min<std::uint64_t>(most, size)};
+}
+
+/// What the file lost meanwhile reads as zeros.
+void Body::read_window(std::size_t size) {
+    window_.resize(std::max(window_.size(), size));
+    const std::size_t got = read_input_(ranges_[index_].source, at_, window_.data(), size);
+    std::fill_n(window_.begin() + static_cast<std::ptrdiff_t>(got), size - got, '\0');
+    window_range_ = {at_, at_ + size, ranges_[index_].source};
+}
+
+void Body::pass(std::size_t n) {
+    at_ += n;
+    untold_ += n;
+    const bool ended = at_ >= ranges_[index_].end;
+    const bool goes_on = index_ + 1 < ranges_.size() && ranges_[index_ + 1].source == ranges_[index_].source;
+    if (untold_ >= tell_every || (ended && !goes_on)) {
+        if (on_read_ && !on_read_(ranges_[index_].source, at_)) stopped_ = true;
+        untold_ = 0;
+    }
+    if (!ended) return;
+    ++index_;
+    settle();
+}
+
+std::string_view Body::line(std::size_t most) {
+    std::string_view rest = ahead(most);
+    std::size_t end = find_line_end(rest, 0);
+    if (end + 1 >= rest.size() && rest.size() < most && !reach_end(rest)) {
+        rest = bytes_ahead(most, most);
+        end = find_line_end(rest, end);
+    }
+    if (end < rest.size()) end += rest.substr(end, 2) == "\r\n" ? 2U : 1U;
+    return rest.substr(0, end);
+}
+
+std::string_view Body::behind(std::size_t most) const {
+    if (at_end()) return {};
+    const std::uint64_t size = std::min<std::uint64_t>(most, at_ - ranges_[index_].begin);
+    return input().substr(at_ - size, size);
+}
+
+void Sink::put(std::string_view bytes) {
+    if (bytes.empty() || stopped_) return;
+    outcome_.size += bytes.size();
+    if (attachment_.stated_md5) md5_.add(bytes);
+    if (attachment_.stated_sum) {
+        for (const char c : bytes) {
+            sum_ = static_cast<std::uint16_t>(std::rotr(sum_, 1) + static_cast<unsigned char>(c));
+        }
+    }
+    if (bytes.size() < small && held_.size() + bytes.size() <= held_most) {
+        held_ += bytes;
+        return;
+    }
+    flush();
+    if (bytes.size() < small) {
+        held_ += bytes;
+    } else if (!stopped_ && !write_(bytes)) {
+        stopped_ = true;
+    }
+}
+
+/// Hands on what small pieces were held back.
+void Sink::flush() {
+    if (!held_.empty() && !stopped_ && !write_(held_)) stopped_ = true;
+    held_.clear();
+}
+
+void Sink::report(Grade grade, std::string_view kind, std::uint64_t at_input, std::string_view text) {
+    if (outcome_.problems.size() >= most_problems) {
+        ++unkept_;
+        worst_unkept_ = std::max(worst_unkept_, grade);
+        return;
+    }
+    outcome_.problems.push_back({grade, std::string(kind), at_input, outcome_.size, std::string(text)});
+}
+
+void Sink::compare_size(std::uint64_t at_input) {
+    if (!attachment_.stated_size) return;
+    const std::uint64_t stated = *attachment_.stated_size;
+    if (stated == size()) {
+        vouch();
+        proof_ = std::max(proof_, Proof::size);
+        return;
+    }
+    const bool is_text = attachment_.format == Format::identity || attachment_.format == Format::quoted_printable;
+    const std::string text = "The text states " + count_of(stated, "bytes") + ", and " + count_of(size(), "came out");
+    if (is_text) {
+        report(Grade::repaired, "size-differs", at_input, text);  // line ends may have been changed on the way
+    } else {
+        report(stated > size() ? Grade::lost : Grade::damaged, "bad-size", at_input, text);
+    }
+}
+
+void Sink::compare_checksums(std::uint64_t at_input) {
+    if (attachment_.stated_md5) {
+        if (md5_.finish() == *attachment_.stated_md5) {
+            prove();
+        } else if (attachment_.content_type.starts_with("text/")) {
+            report(Grade::repaired, "md5-differs", at_input,
+                   "The stated MD5 is not that of the text with these line ends");
+        } else {
+            report(Grade::damaged, "bad-md5", at_input, "The stated MD5 is not that of the bytes that came out");
+        }
+    }
+    if (!attachment_.stated_sum) return;
+    if (sum_ == *attachment_.stated_sum) {
+        prove();
+    } else {
+        report(Grade::damaged, "bad-sum", at_input, "The stated checksum is not that of the bytes that came out");
+    }
+}
+
+/// A Content-Length counts the body as it stands, with or without the line end that belongs to the boundary.
+void Sink::compare_length() {
+    if (!attachment_.stated_length) return;
+    std::uint64_t length = 0;
+    for (const Range& range : attachment_.body) length += range.end - range.begin;
+    if (*attachment_.stated_length >= length && *attachment_.stated_length - length <= 2) vouch();
+}
+
+/// Makes the problems repaired that what was checked settles.
+void Sink::settle_problems() {
+    for (Problem& problem : outcome_.problems) {
+        if (is_settled(problem, proof_)) problem.grade = Grade::repaired;
+    }
+}
+
+Verdict Sink::verdict() const {
+    Grade worst = worst_unkept_;
+    for (const Problem& problem : outcome_.problems) worst = std::max(worst, problem.grade);
+    if (worst == Grade::lost) return Verdict::incomplete;
+    if (worst == Grade::damaged) return Verdict::damaged;
+    return vouched_ || proof_ != Proof::none ? Verdict::verified : Verdict::whole;
+}
+
+/// Into the order of their places in the input. Offsets in several inputs have none: there the parts' order stays.
+void Sink::sort_problems() {
+    const auto in_first = [this](const Range& range) { return range.source == attachment_.body.front().source; };
+    if (!std::all_of(attachment_.body.begin(), attachment_.body.end(), in_first)) return;
+    std::stable_sort(outcome_.problems.begin(), outcome_.problems.end(),
+                     [](const Problem& a, const Problem& b) { return a.at_input < b.at_input; });
+}
+
+Outcome Sink::finish(std::uint64_t at_input) {
+    flush();
+    compare_length();
+    compare_size(at_input);
+    compare_checksums(at_input);
+    settle_problems();
+    sort_problems();
+    outcome_.verdict = verdict();
+    if (unkept_ > 0) {
+        const Grade grade = outcome_.verdict == Verdict::incomplete ? Grade::lost : Grade::damaged;
+        outcome_.problems.push_back(
+            {grade, "more-problems", at_input, size(), "There are " + count_of(unkept_, "further problems")});
+    }
+    return std::move(outcome_);
+}
+
+void decode_identity(Body& body, Sink& sink) {
+    for (std::string_view bytes; !(bytes = body.ahead(piece_size)).empty() && !body.stopped() && !sink.stopped();) {
+        sink.put(bytes);
+        body.pass(bytes.size());
+    }
+}
+
+Outcome decode(const Attachment& attachment, std::span<const std::string_view> inputs, const Write& write,
+               const OnRead& on_read, const ReadInput& read_input) {
+    Body body(attachment.body, inputs, on_read, read_input);
+    Sink sink(attachment, write);
+    switch (attachment.format) {
+        case Format::base64:
+            decode_base64(attachment, body, sink);
+            break;
+        case Format::uu:
+        case Format::xx:
+            decode_uu(attachment, body, sink);
+            break;
+        case Format::binhex:
+            decode_binhex(attachment, body, sink);
+            break;
+        case Format::quoted_printable:
+            decode_quoted_printable(body, sink);
+            break;
+        case Format::yenc:
+            decode_yenc(attachment, inputs, on_read, read_input, sink);
+            break;
+        case Format::identity:
+            decode_identity(body, sink);
+            break;
+    }
+    const std::uint64_t end = attachment.body.empty() ? 0 : attachment.body.back().end;
+    if (attachment.cut_off && attachment.format != Format::base64) {
+        sink.report(Grade::lost, "missing-boundary", end, "The text ends before the line that closes this part");
+    }
+    return sink.finish(end);
+}
+
+std::string decode_first_bytes(const Attachment& attachment, std::span<const std::string_view> inputs,
+                               std::size_t most) {
+    std::string out;
+    Attachment beginning = attachment;
+    for (Range& range : beginning.body) range.end = std::min(range.end, range.begin + 8 * most + 256);
+    decode(beginning, inputs, [&](std::string_view bytes) {
+        out += bytes.substr(0, most - out.size());
+        return out.size() < most;
+    });
+    return out;
+}
+
+}  // namespace quill::codec

@@ -1,0 +1,134 @@
+#pragma once
+
+#include "checksum/md5.h"
+#include "codec/recovery/decode.h"
+#include "codec/recovery/problem_kinds.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// What the decoders of all formats read from and write to.
+namespace quill::codec {
+
+/// The most bytes of input that the decoders take at a time.
+constexpr std::size_t piece_size = std::size_t{384} << 10;
+
+/// The encoded bytes of an attachment, range after range.
+class Body {
+  public:
+    Body(std::span<const Range> ranges, std::span<const std::string_view> inputs, const OnRead& on_read,
+         const ReadInput& read_input)
+        : ranges_(ranges), inputs_(inputs), on_read_(on_read), read_input_(read_input) {
+        for (const Range& range : ranges_)
+            piece_ = std::min<std::uint64_t>(piece_size, piece_ + (range.end - range.begin));
+        settle();
+    }
+
+    /// The next bytes, at most `most`, all of one range; empty at the end. They stay until the next call of any of
+    /// these.
+    std::string_view ahead(std::size_t most);
+
+    /// Moves on by `n` bytes, no more than `ahead` gave.
+    void pass(std::size_t n);
+
+    /// The rest of the line at the current place, with its line end: at most `most` bytes, and to the end of the range.
+    std::string_view line(std::size_t most);
+
+    /// The bytes of the current range before the current place, at most `most`.
+    std::string_view behind(std::size_t most) const;
+
+    /// Bytes that a decoder takes at a time: `piece_size`, or all where there are fewer.
+    std::size_t piece() const { return piece_; }
+
+    /// Where the current place is in its input.
+    std::uint64_t at() const { return at_; }
+
+    /// Whether `bytes`, which `ahead` gave, reach to the end of the range.
+    bool reach_end(std::string_view bytes) const { return at_end() || at_ + bytes.size() == ranges_[index_].end; }
+
+    /// Characters before each line of the current range that are no part of it.
+    std::size_t quote() const { return at_end() ? 0 : ranges_[index_].quote; }
+
+    /// Which of the ranges it is in, from 0.
+    std::size_t part() const { return index_; }
+
+    bool at_end() const { return index_ >= ranges_.size(); }
+    bool stopped() const { return stopped_; }
+
+  private:
+    static constexpr std::size_t least_ahead = 4096;
+
+    void settle();
+    std::string_view bytes_ahead(std::size_t most, std::size_t least);
+    void read_window(std::size_t size);
+    std::string_view input() const { return inputs_[ranges_[index_].source]; }
+
+    std::span<const Range> ranges_;
+    std::span<const std::string_view> inputs_;
+    const OnRead& on_read_;
+    const ReadInput& read_input_;
+    std::vector<char> window_;  ///< bytes that were read from the input
+    Range window_range_;        ///< what they are of it
+    std::size_t piece_ = 0;
+    std::size_t index_ = 0;
+    std::uint64_t at_ = 0;
+    std::uint64_t untold_ = 0;  ///< bytes passed since `on_read_` was told
+    bool stopped_ = false;
+};
+
+/// Takes the decoded bytes and the problems of one attachment.
+class Sink {
+  public:
+    Sink(const Attachment& attachment, const Write& write) : attachment_(attachment), write_(write) {
+        outcome_.problems = attachment.problems;
+    }
+
+    void put(std::string_view bytes);
+    std::uint64_t size() const { return outcome_.size; }
+    bool stopped() const { return stopped_; }
+
+    /// A problem at a place of the input, at the current place of the output.
+    void report(Grade grade, std::string_view kind, std::uint64_t at_input, std::string_view text);
+
+    /// Something vouches for the bytes.
+    void vouch() { vouched_ = true; }
+
+    /// A checksum of all the bytes agrees.
+    void prove() { proof_ = Proof::checksum; }
+
+    /// The outcome, with sizes and checksums that the text states compared. `at_input` is where the body ends.
+    Outcome finish(std::uint64_t at_input);
+
+  private:
+    void flush();
+    void compare_size(std::uint64_t at_input);
+    void compare_checksums(std::uint64_t at_input);
+    void compare_length();
+    void settle_problems();
+    void sort_problems();
+    Verdict verdict() const;
+
+    const Attachment& attachment_;
+    const Write& write_;
+    Outcome outcome_;
+    Md5 md5_;
+    std::string held_;
+    std::uint16_t sum_ = 0;
+    std::size_t unkept_ = 0;
+    Grade worst_unkept_ = Grade::repaired;
+    Proof proof_ = Proof::none;
+    bool vouched_ = false;
+    bool stopped_ = false;
+};
+
+void decode_base64(const Attachment& attachment, Body& body, Sink& sink);
+void decode_uu(const Attachment& attachment, Body& body, Sink& sink);
+void decode_binhex(const Attachment& attachment, Body& body, Sink& sink);
+void decode_quoted_printable(Body& body, Sink& sink);
+void decode_identity(Body& body, Sink& sink);
+
+}  // namespace quill::codec

@@ -1,0 +1,434 @@
+#include "codec/recovery/part_join.h"
+
+#include "codec/recovery/part_copies.h"
+#include "codec/recovery/yenc_join.h"
+#include "codec/scan/scanner.h"
+#include "codec/scan/text_scan.h"
+#include "files/path.h"
+#include "text/ascii.h"
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+#include <set>
+#include <tuple>
+#include <utility>
+
+namespace quill::codec {
+namespace {
+
+constexpr std::size_t most_missing_told = 20;  // of the parts that one file lacks
+constexpr unsigned telling_lines = 8;
+
+std::string part_text(std::uint32_t number, std::uint32_t total) {
+    std::string text = "Part " + std::to_string(number);
+    if (total > 0) text += " of " + std::to_string(total);
+    return text + " is missing";
+}
+
+std::uint64_t begin_of(const FoundFile& file) {
+    return file.attachment.body.empty() ? 0 : file.attachment.body.front().begin;
+}
+
+void add_missing(Attachment& attachment, std::uint32_t number, std::uint32_t total, std::uint64_t at) {
+    if (attachment.problems.size() >= most_missing_told) return;
+    attachment.problems.push_back({Grade::lost, "missing-part", at, {}, part_text(number, total)});
+}
+
+// Split messages ----------------------------------------------------------------------------------------------------
+
+/// The pieces of one message in order, each number once.
+struct MessagePieces {
+    std::vector<const FoundFile*> pieces;
+    std::vector<std::pair<std::uint32_t, PartCopies>> copies;  ///< of the numbers that are there more than once
+};
+
+MessagePieces in_order(std::span<const FoundFile> files, std::vector<std::size_t> pieces,
+                       std::span<const std::string_view> inputs) {
+    const auto number = [&](std::size_t piece) { return files[piece].label.number; };
+    std::stable_sort(pieces.begin(), pieces.end(), [&](std::size_t a, std::size_t b) { return number(a) < number(b); });
+    MessagePieces out;
+    for (auto first = pieces.begin(); first != pieces.end();) {
+        const auto last = std::find_if(first, pieces.end(), [&](std::size_t p) { return number(p) != number(*first); });
+        PartCopies copies = choose_copies(files, {first, last}, inputs);
+        out.pieces.push_back(&files[copies.kept.front()]);
+        if (last - first > 1) out.copies.emplace_back(number(*first), std::move(copies));
+        first = last;
+    }
+    return out;
+}
+
+/// The numbers that are missing, as the first of each gap, with the index of the piece that should follow it.
+struct Gap {
+    std::uint32_t number;
+    std::size_t before_piece;
+};
+
+std::vector<Gap> gaps_in(const std::vector<const FoundFile*>& pieces, std::uint32_t total) {
+    std::vector<Gap> gaps;
+    std::uint32_t wanted = 1;
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        if (pieces[i]->label.number > wanted) gaps.push_back({wanted, i});
+        wanted = pieces[i]->label.number + 1;
+    }
+    if (wanted <= total) gaps.push_back({wanted, pieces.size()});
+    return gaps;
+}
+
+/// The pieces of a message as one text.
+struct JoinedMessage {
+    std::vector<Segment> segments;
+    std::map<std::pair<std::uint32_t, std::uint64_t>, std::size_t> piece_at;  ///< by source and offset of its beginning
+
+    std::size_t piece_of(const Range& range) const {
+        return std::prev(piece_at.upper_bound({range.source, range.begin}))->second;
+    }
+};
+
+JoinedMessage join(const std::vector<const FoundFile*>& pieces, std::span<const std::string_view> inputs) {
+    JoinedMessage out;
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        for (const Range& range : pieces[i]->attachment.body) {
+            out.segments.push_back({inputs[range.source], range});
+            out.piece_at.emplace(std::pair(range.source, range.begin), i);
+        }
+    }
+    return out;
+}
+
+/// Whether the file may have begun in a piece before the first that is there: nothing in the text begins it.
+bool has_lost_head(const FoundFile& file) {
+    return !file.has_begin || (file.attachment.name.empty() && file.attachment.content_type.empty());
+}
+
+/// Says of a file which of the missing pieces held something of it.
+void tell_gaps(FoundFile& file, const JoinedMessage& message, const std::vector<Gap>& gaps, std::size_t pieces,
+               std::uint32_t total) {
+    Attachment& attachment = file.attachment;
+    if (attachment.body.empty()) return;
+    const std::size_t first = message.piece_of(attachment.body.front());
+    const std::size_t last = message.piece_of(attachment.body.back());
+    const auto from = std::upper_bound(gaps.begin(), gaps.end(), first,
+                                       [](std::size_t piece, const Gap& gap) { return piece < gap.before_piece; });
+    if (first == 0 && !gaps.empty() && gaps.front().before_piece == 0 && has_lost_head(file)) {
+        add_missing(attachment, gaps.front().number, total, begin_of(file));
+    }
+    for (auto gap = from; gap != gaps.end() && attachment.problems.size() < most_missing_told; ++gap) {
+        const bool reaches_end = attachment.body.back().end == message.segments.back().range.end;
+        const bool behind = gap->before_piece == pieces && last + 1 == pieces && reaches_end;
+        if (gap->before_piece > last && !behind) break;
+        add_missing(attachment, gap->number, total, begin_of(file));
+    }
+}
+
+/// Reports a file that reaches the end of a message whose pieces don't say how many there are.
+void report_unknown_total(FoundFile& file, const JoinedMessage& message) {
+    Attachment& attachment = file.attachment;
+    if (attachment.body.empty() || attachment.body.back().end != message.segments.back().range.end) return;
+    attachment.problems.push_back({Grade::damaged,
+                                   "unnumbered-parts",
+                                   attachment.body.back().end,
+                                   {},
+                                   "Nothing says how many parts there are; the last may be missing"});
+}
+
+std::vector<FoundFile> scan_message(const MessagePieces& parts, std::span<const std::string_view> inputs) {
+    const std::vector<const FoundFile*>& pieces = parts.pieces;
+    std::uint32_t total = 0;
+    for (const FoundFile* piece : pieces) total = std::max(total, piece->label.total);
+    const std::vector<Gap> gaps = gaps_in(pieces, total);
+    const JoinedMessage message = join(pieces, inputs);
+    LineCursor cursor(message.segments);
+    Found found = scan(cursor);
+    for (FoundFile& file : found.files) {
+        tell_gaps(file, message, gaps, pieces.size(), total);
+        if (total == 0) report_unknown_total(file, message);
+        for (const auto& [number, copies] : parts.copies) {
+            report_copies(file.attachment, copies, number, begin_of(file));
+        }
+    }
+    return std::move(found.files);
+}
+
+/// Replaces the pieces of split messages by what the messages hold.
+std::vector<FoundFile> join_messages(std::vector<FoundFile> files, std::span<const std::string_view> inputs) {
+    std::map<std::string_view, std::vector<std::size_t>> messages;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        if (!files[i].partial_id.empty()) messages[files[i].partial_id].push_back(i);
+    }
+    if (messages.empty()) return files;
+    std::vector<FoundFile> out;
+    for (FoundFile& file : files) {
+        if (file.partial_id.empty()) {
+            out.push_back(std::move(file));
+            continue;
+        }
+        const auto message = messages.find(file.partial_id);
+        if (message == messages.end() || message->second.empty()) continue;
+        std::vector<FoundFile> held = scan_message(in_order(files, std::move(message->second), inputs), inputs);
+        message->second.clear();
+        for (FoundFile& inner : held) inner.partial_id.clear();
+        std::move(held.begin(), held.end(), std::back_inserter(out));
+    }
+    return out;
+}
+
+// Pieces of a file ----------------------------------------------------------------------------------------------------
+
+/// The number that an input's name ends in ("x.003", "x-03.uue"), and the name without it.
+PartLabel label_of_path(const std::string& path) {
+    constexpr std::size_t most_digits = 5;
+    const std::string name = files::name_of(path);
+    const std::size_t last = name.find_last_of("0123456789");
+    PartLabel label;
+    if (last == std::string::npos) return label;
+    std::size_t first = name.find_last_not_of("0123456789", last);
+    first = first == std::string::npos ? 0 : first + 1;
+    if (last + 1 - first > most_digits) return label;
+    label.number = static_cast<std::uint32_t>(std::stoul(name.substr(first, last + 1 - first)));
+    label.file = path.substr(0, path.size() - name.size()) + name.substr(0, first) + '\n' + name.substr(last + 1);
+    return label;
+}
+
+/// Resource forks go with their data forks.
+bool is_binhex_data(const FoundFile& file) {
+    return file.attachment.format == Format::binhex && !file.attachment.resource_fork;
+}
+
+bool is_piece(const FoundFile& file) {
+    const Format format = file.attachment.format;
+    return (!file.has_begin || !file.has_end) &&
+           (format == Format::uu || format == Format::xx || format == Format::base64 || is_binhex_data(file));
+}
+
+/// What pieces of one file have in common.
+using Key = std::tuple<Format, std::string, std::uint32_t>;
+
+Key key_of(const FoundFile& file, std::span<const std::string> paths, PartLabel& label) {
+    label = file.label;
+    if (label.number == 0 && !file.attachment.body.empty()) {
+        const std::uint32_t source = file.attachment.body.front().source;
+        label = paths.size() > 1 ? label_of_path(paths[source]) : PartLabel{};
+        if (label.number == 0) label.file = "\n" + std::to_string(source);
+    }
+    return {file.attachment.format, text::to_lower(label.file), label.total};
+}
+
+struct Piece {
+    std::uint32_t number = 0;
+    std::size_t index = 0;  ///< among all files
+};
+
+void report_guess(Attachment& attachment, std::uint64_t at) {
+    const auto said = [](const Problem& problem) { return problem.kind == "unnumbered-parts"; };
+    if (std::any_of(attachment.problems.begin(), attachment.problems.end(), said)) return;
+    attachment.problems.push_back({Grade::damaged,
+                                   "unnumbered-parts",
+                                   at,
+                                   {},
+                                   "Nothing says that this part follows the one before it; others may be missing"});
+}
+
+/// Appends `piece`, whose number is `number`, to `whole`, of which `last` was the last so far.
+void append_piece(FoundFile& whole, FoundFile& piece, std::uint32_t last, std::uint32_t number, std::uint32_t total) {
+    if (number > last + 1 && last > 0) add_missing(whole.attachment, last + 1, total, begin_of(piece));
+    if (number == 0) report_guess(whole.attachment, begin_of(piece));
+    std::vector<Range>& body = whole.attachment.body;
+    body.insert(body.end(), piece.attachment.body.begin(), piece.attachment.body.end());
+    std::move(piece.attachment.problems.begin(), piece.attachment.problems.end(),
+              std::back_inserter(whole.attachment.problems));
+    whole.attachment.keeps_blanks = whole.attachment.keeps_blanks || piece.attachment.keeps_blanks;
+    if (piece.attachment.stated_size) whole.attachment.stated_size = piece.attachment.stated_size;
+    if (piece.attachment.stated_sum) whole.attachment.stated_sum = piece.attachment.stated_sum;
+    whole.has_end = piece.has_end;
+    whole.label.number = number;
+}
+
+/// Joins the pieces, each of another number or of none, in this order; those that were taken up are marked in `taken`.
+void join_row(std::vector<FoundFile>& files, const std::vector<Piece>& pieces, std::uint32_t total,
+              std::set<std::size_t>& taken) {
+    FoundFile* whole = nullptr;
+    const Piece* last = nullptr;
+    bool guess = false;  // two files were open at once, and no total keeps them apart
+    const auto close = [&] {
+        if (whole == nullptr) return;
+        if (!whole->has_end && last->number > 0 && last->number < total) {
+            add_missing(whole->attachment, last->number + 1, total, begin_of(files[last->index]));
+        }
+    };
+    for (const Piece& piece : pieces) {
+        FoundFile& file = files[piece.index];
+        if (whole != nullptr && !whole->has_end && !file.has_begin) {
+            append_piece(*whole, file, last->number, piece.number, total);
+            if (guess) report_guess(whole->attachment, begin_of(file));
+            taken.insert(piece.index);
+        } else {
+            close();
+            guess = total == 0 && whole != nullptr && !whole->has_end;
+            whole = &file;
+            if (!file.has_begin && piece.number > 1) add_missing(file.attachment, 1, total, begin_of(file));
+        }
+        last = &piece;
+    }
+    close();
+}
+
+/// Joins the pieces of one key. Where there are different copies of a part, further files are made of them.
+void join_group(std::vector<FoundFile>& files, std::vector<Piece>& pieces, std::uint32_t total,
+                std::span<const std::string_view> inputs, std::set<std::size_t>& taken) {
+    std::stable_sort(pieces.begin(), pieces.end(), [](const Piece& a, const Piece& b) { return a.number < b.number; });
+    std::vector<std::vector<Piece>> rows(1);
+    for (auto first = pieces.begin(); first != pieces.end();) {
+        const auto last =
+            std::find_if(first, pieces.end(), [&](const Piece& piece) { return piece.number != first->number; });
+        if (first->number == 0) {
+            rows.front().insert(rows.front().end(), first, last);
+            first = last;
+            continue;
+        }
+        std::vector<std::size_t> indices;
+        std::transform(first, last, std::back_inserter(indices), [](const Piece& piece) { return piece.index; });
+        const PartCopies copies = choose_copies(files, indices, inputs);
+        taken.insert(copies.left_out.begin(), copies.left_out.end());
+        rows.resize(std::max(rows.size(), copies.kept.size()));
+        for (std::size_t row = 0; row < copies.kept.size(); ++row) {
+            rows[row].push_back({first->number, copies.kept[row]});
+            FoundFile& file = files[copies.kept[row]];
+            report_copies(file.attachment, copies, first->number, begin_of(file));
+        }
+        first = last;
+    }
+    for (const std::vector<Piece>& row : rows) join_row(files, row, total, taken);
+}
+
+// Later parts of BinHex files -----------------------------------------------------------------------------------------
+
+bool has_begun(const std::vector<FoundFile>& files, const std::vector<Piece>& pieces) {
+    return std::any_of(pieces.begin(), pieces.end(), [&](const Piece& piece) { return files[piece.index].has_begin; });
+}
+
+/// Whether nothing that is said of the two parts speaks against their being of one file, `later` behind `first`.
+bool may_follow(const FoundFile& first, const FoundFile& later) {
+    const PartLabel& a = first.label;
+    const PartLabel& b = later.label;
+    const bool file = a.file.empty() || b.file.empty() || text::to_lower(a.file) == text::to_lower(b.file);
+    const bool total = a.total == 0 || b.total == 0 || a.total == b.total;
+    return file && total && (b.number == 0 || b.number > a.number);
+}
+
+/// Joins the parts of BinHex files that are not labelled alike: in the order in which they are, or by what numbers
+/// there are where they can be of one file only.
+void join_loose_binhex(std::vector<FoundFile>& files, std::set<std::size_t>& taken) {
+    std::vector<std::size_t> loose;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        if (is_binhex_data(files[i]) && is_piece(files[i]) && !taken.contains(i)) loose.push_back(i);
+    }
+    const auto begun = [&](std::size_t i) { return files[i].has_begin; };
+    const auto firsts = std::count_if(loose.begin(), loose.end(), begun);
+    if (firsts == 0) return;
+    if (firsts == 1) {
+        const auto rank = [&](std::size_t i) { return std::pair(!begun(i), files[i].label.number); };
+        std::stable_sort(loose.begin(), loose.end(), [&](std::size_t a, std::size_t b) { return rank(a) < rank(b); });
+    }
+    FoundFile* first = nullptr;
+    for (const std::size_t i : loose) {
+        if (begun(i)) {
+            first = &files[i];
+        } else if (first != nullptr && !first->has_end && may_follow(*first, files[i])) {
+            const PartLabel& label = files[i].label;
+            append_piece(*first, files[i], first->label.number, label.number, label.total);
+            taken.insert(i);
+        }
+    }
+}
+
+/// Gives resource forks the parts that were found for the data forks before them.
+void complete_resource_forks(std::vector<FoundFile>& files, std::set<std::size_t>& taken) {
+    for (std::size_t i = 1; i < files.size(); ++i) {
+        if (!files[i].attachment.resource_fork || !is_binhex_data(files[i - 1])) continue;
+        files[i].attachment.body = files[i - 1].attachment.body;
+        files[i].attachment.problems = files[i - 1].attachment.problems;
+        if (taken.contains(i - 1)) taken.insert(i);
+    }
+}
+
+/// Whether the file has so many full lines of BinHex data that it can hardly be other text.
+bool has_binhex_lines(const FoundFile& file, std::span<const std::string_view> inputs) {
+    std::vector<Segment> segments;
+    for (const Range& range : file.attachment.body) segments.push_back({inputs[range.source], range});
+    LineCursor cursor(std::move(segments));
+    unsigned lines = 0;
+    Line line;
+    while (lines < telling_lines && cursor.next(line)) {
+        if (is_binhex_line(line.text)) ++lines;
+    }
+    return lines >= telling_lines;
+}
+
+/// Whether nothing asks for a piece that no first part has taken up and that may be other text as well.
+bool is_unasked(const FoundFile& file, std::span<const std::string_view> inputs) {
+    if (!file.tentative) return false;
+    return file.label.number < 2 || file.label.total == 0 || !has_binhex_lines(file, inputs);
+}
+
+/// Says of what is still a piece what it lacks. BinHex tells by its checksums whether its end is there.
+void judge_ends(FoundFile& file) {
+    Attachment& attachment = file.attachment;
+    if (!is_piece(file) || (is_binhex_data(file) && file.has_begin)) return;
+    if (!file.has_begin) {
+        attachment.headless = is_binhex_data(file);
+        attachment.problems.push_back({Grade::lost,
+                                       "missing-begin",
+                                       begin_of(file),
+                                       {},
+                                       "The line that begins the file is missing, and perhaps data behind it"});
+    }
+    if (!file.has_end && attachment.format == Format::base64) {
+        attachment.cut_off = true;
+    } else if (!file.has_end && !attachment.headless) {
+        const std::uint64_t end = attachment.body.empty() ? 0 : attachment.body.back().end;
+        attachment.problems.push_back({Grade::lost, "missing-end", end, {}, "The line that ends the data is missing"});
+    }
+}
+
+}  // namespace
+
+Found join_parts(std::vector<FoundFile> files, std::span<const std::string_view> inputs,
+                 std::span<const std::string> paths) {
+    Found out;
+    files = join_messages(std::move(files), inputs);
+    yenc::join_posts(files, inputs);
+    std::map<Key, std::vector<Piece>> groups;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        if (!is_piece(files[i])) continue;
+        PartLabel label;
+        const Key key = key_of(files[i], paths, label);
+        groups[key].push_back({label.number, i});
+    }
+    std::set<std::size_t> taken;
+    const auto waits = [&](const Key& key, const std::vector<Piece>& pieces) {
+        return std::get<Format>(key) == Format::binhex && !has_begun(files, pieces);
+    };
+    for (auto& [key, pieces] : groups) {
+        if (!waits(key, pieces)) join_group(files, pieces, std::get<std::uint32_t>(key), inputs, taken);
+    }
+    join_loose_binhex(files, taken);
+    for (auto& [key, pieces] : groups) {
+        if (!waits(key, pieces)) continue;
+        std::erase_if(pieces, [&](const Piece& piece) { return taken.contains(piece.index); });
+        join_group(files, pieces, std::get<std::uint32_t>(key), inputs, taken);
+    }
+    complete_resource_forks(files, taken);
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        if (taken.contains(i) || is_unasked(files[i], inputs)) continue;
+        judge_ends(files[i]);
+        if (kept != i) files[kept] = std::move(files[i]);
+        ++kept;
+    }
+    files.resize(kept);
+    out.files = std::move(files);
+    return out;
+}
+
+}  // namespace quill::codec

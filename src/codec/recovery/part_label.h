@@ -1,0 +1,18 @@
+#pragma once
+
+#include "codec/recovery/found_file.h"
+
+#include <optional>
+#include <string_view>
+
+namespace quill::codec {
+
+/// What `line` says of the part that follows, as splitting programs write it: "_=_ Part 002 of 005 of file x.jpg",
+/// "section 2 of uuencode 4.02 of file x.zip    by R.E.M.", "[ Section: 2/3  File: x.zip ]", "-- part 3/9 --".
+std::optional<PartLabel> read_part_label(std::string_view line);
+
+/// What a message's subject says: "x.zip (2/5)", "x.zip [2/5]", "x.zip - 02/05 -", "x.zip part 2 of 5". `file` is what
+/// stands before the numbers.
+std::optional<PartLabel> label_of_subject(std::string_view subject);
+
+}  // namespace quill::codec

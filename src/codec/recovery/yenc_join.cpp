@@ -1,0 +1,440 @@
+#include "codec/recovery/yenc_join.h"
+
+#include "checksum/checksum.h"
+#include "codec/yenc/yenc_post.h"
+#include "codec/yenc/yenc_rows.h"
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+
+namespace quill::codec::yenc {
+namespace {
+
+constexpr unsigned most_missing_reported = 20;
+
+/// A post among the inputs.
+struct Part {
+    Post post;
+    std::string_view text;
+    Range range;  ///< where that stands
+
+    std::optional<std::uint64_t> first_byte() const { return post.part ? post.part->begin : std::nullopt; }
+};
+
+std::optional<Part> read_part(std::span<const std::string_view> inputs, const Range& range) {
+    const std::string_view text = inputs[range.source].substr(range.begin, range.end - range.begin);
+    std::optional<Post> post = read_post(text);
+    if (!post) return std::nullopt;
+    return Part{*std::move(post), text, range};
+}
+
+/// What the parts of one file have in common.
+struct FileKey {
+    std::string_view name;
+    std::optional<std::uint64_t> size;
+
+    auto operator<=>(const FileKey&) const = default;
+};
+
+/// Which part of its file a post holds.
+struct PartKey {
+    std::optional<std::uint64_t> begin;
+    std::optional<std::uint64_t> number;  ///< where it does not state its first byte
+
+    auto operator<=>(const PartKey&) const = default;
+};
+
+PartKey key_of(const Post& post) {
+    const std::optional<std::uint64_t> begin = post.part ? post.part->begin : std::nullopt;
+    return {begin, begin ? std::nullopt : post.begin.part};
+}
+
+/// The posts that hold the same part of files of one name and size.
+struct SamePart {
+    std::size_t count = 0;  ///< of the files that have the part: the first ones
+    std::optional<std::uint32_t> first_crc;
+    std::map<std::uint32_t, std::size_t> others;  ///< which file has it with another CRC
+};
+
+/// Files of one name and size that parts are gathered in.
+class Gathering {
+  public:
+    std::vector<std::size_t> files;
+
+    /// Which of the files `post` goes to: the one with the CRC of the whole file that it states, else the first that
+    /// lacks its part, or has it with no other CRC. May be one more than there are.
+    std::size_t place_of(const Post& post) {
+        const std::optional<std::uint32_t> whole = post.file_crc();
+        if (!whole) return free_place(post);
+        const auto known = by_crc_.find(*whole);
+        if (known != by_crc_.end()) return known->second;
+        const std::size_t place = std::max(free_place(post), claimed_);
+        claimed_ = place + 1;
+        by_crc_.emplace(*whole, place);
+        return std::min(place, files.size());
+    }
+
+  private:
+    std::size_t free_place(const Post& post) {
+        SamePart& part = parts_[key_of(post)];
+        const std::optional<std::uint32_t> crc = post.stated_crc();
+        if (part.count == 0) {
+            part = {1, crc, {}};
+            return 0;
+        }
+        if (!crc || !part.first_crc || *crc == *part.first_crc) return 0;
+        const auto [other, is_new] = part.others.emplace(*crc, part.count);
+        if (is_new) ++part.count;
+        return other->second;
+    }
+
+    std::map<PartKey, SamePart> parts_;
+    std::map<std::uint32_t, std::size_t> by_crc_;  ///< files by the CRC of the whole that a part states
+    std::size_t claimed_ = 0;                      ///< files before this one have such a CRC, or are skipped
+};
+
+void append(FoundFile& whole, FoundFile&& piece) {
+    whole.attachment.body.push_back(piece.attachment.body[0]);
+    std::move(piece.attachment.problems.begin(), piece.attachment.problems.end(),
+              std::back_inserter(whole.attachment.problems));
+}
+
+/// Reports that several files have one name and size: only the CRC of the whole shows which parts belong together.
+void report_several(std::vector<FoundFile>& files, const Gathering& gathering) {
+    if (gathering.files.size() < 2) return;
+    for (const std::size_t file : gathering.files) {
+        Attachment& attachment = files[file].attachment;
+        if (attachment.body.size() < 2) continue;
+        attachment.problems.push_back({Grade::damaged,
+                                       "parts-differ",
+                                       attachment.body.front().begin,
+                                       {},
+                                       "Several files have this name and size, and parts may be exchanged"});
+    }
+}
+
+}  // namespace
+
+void join_posts(std::vector<FoundFile>& files, std::span<const std::string_view> inputs) {
+    std::map<FileKey, Gathering> gatherings;
+    std::size_t kept = 0;  // of the files; those behind are still to be looked at
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        FoundFile& file = files[i];
+        std::optional<Part> part;
+        if (file.attachment.format == Format::yenc && file.attachment.body.size() == 1) {
+            part = read_part(inputs, file.attachment.body[0]);
+        }
+        if (part && part->post.is_part()) {
+            const Post& post = part->post;
+            Gathering& gathering = gatherings[{post.begin.name, post.file_size()}];
+            const std::size_t place = gathering.place_of(post);
+            if (place < gathering.files.size()) {
+                append(files[gathering.files[place]], std::move(file));
+                continue;
+            }
+            gathering.files.push_back(kept);
+        }
+        if (kept != i) files[kept] = std::move(file);
+        ++kept;
+    }
+    files.resize(kept);
+    for (const auto& [key, gathering] : gatherings) report_several(files, gathering);
+}
+
+namespace {
+
+/// Whether the post states what comes out once dots are taken off its lines, and not what comes out with them. Where
+/// its CRC agrees with neither, its size decides.
+bool dots_were_added(const Part& part, const ReadText& read) {
+    if (!dots_look_added(part.text, part.post, read)) return false;
+    const Data kept = *decode_data(part.text, part.post, false, {}, read);
+    if (agrees(part.post, kept)) return false;
+    const Data taken_off = *decode_data(part.text, part.post, true, {}, read);
+    const std::optional<std::uint64_t> size = part.post.stated_size();
+    return agrees(part.post, taken_off) || (size && kept.size != *size && taken_off.size == *size);
+}
+
+Data data_of(const Part& part, const ReadText& read) {
+    const AskDotted dotted = [&] { return dots_were_added(part, read); };
+    return *decode_data(part.text, part.post, dotted, {}, read);
+}
+
+/// The parts of one file on their way to the sink.
+class Assembly {
+  public:
+    /// `dots_doubled`: the newsreader is known for it.
+    Assembly(std::vector<Part> parts, bool dots_doubled, const OnRead& on_read, const ReadInput& read_input, Sink& sink)
+        : parts_(std::move(parts)),
+          dots_doubled_(dots_doubled),
+          on_read_(on_read),
+          read_input_(read_input),
+          sink_(sink) {
+        for (const Part& part : parts_) input_bytes_ += part.text.size();
+    }
+
+    void run() {
+        sort();
+        drop_duplicates();
+        check_numbers();
+        find_whole_crc();
+        for (const Part& part : parts_) {
+            if (!decode(part)) return;
+        }
+        check_whole();
+        if (all_vouched_for_) sink_.vouch();
+    }
+
+  private:
+    void sort();
+    void drop_duplicates();
+    void choose_copy(Part& before, const Part& copy);
+    void check_numbers();
+    void find_whole_crc();
+    ReadText reader(const Part& part) const;
+    bool decode(const Part& part);
+    bool begin_part(const Part& part);
+    bool fill_gap(std::uint64_t gap);
+    bool put(std::string_view bytes);
+    void verify_part(const Part& part, const Data& data);
+    void check_whole();
+    std::optional<std::string> what_is_missing() const;
+    bool end_is_unknown() const;
+
+    std::vector<Part> parts_;
+    bool dots_doubled_;
+    const OnRead& on_read_;
+    const ReadInput& read_input_;
+    Sink& sink_;
+    std::uint64_t input_bytes_ = 0;
+
+    bool placed_ = false;     ///< each part says where it goes
+    bool alone_ = false;      ///< there is one part
+    bool in_one_row_ = true;  ///< each part goes right behind the one before
+    bool all_vouched_for_ = true;
+    std::uint64_t zeros_ = 0;
+    std::uint64_t passed_over_ = 0;  ///< bytes at the beginning of the part at hand that are there already
+    std::optional<std::uint32_t> whole_crc_;
+    std::uint32_t crc_ = 0;
+};
+
+/// Into the file's order: by first bytes where all parts state them, else by numbers where all have one.
+void Assembly::sort() {
+    const auto all = [&](auto&& holds) { return std::all_of(parts_.begin(), parts_.end(), holds); };
+    placed_ = all([](const Part& part) { return part.first_byte().value_or(0) >= 1; });
+    if (placed_) {
+        std::stable_sort(parts_.begin(), parts_.end(),
+                         [](const Part& a, const Part& b) { return *a.first_byte() < *b.first_byte(); });
+    } else if (all([](const Part& part) { return part.post.begin.part.has_value(); })) {
+        std::stable_sort(parts_.begin(), parts_.end(),
+                         [](const Part& a, const Part& b) { return *a.post.begin.part < *b.post.begin.part; });
+    }
+}
+
+/// Leaves one of the parts that are there several times: the first that is good, else the first.
+void Assembly::drop_duplicates() {
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < parts_.size(); ++i) {
+        Part& part = parts_[i];
+        const PartKey key = key_of(part.post);
+        if (kept == 0 || key == PartKey{} || key_of(parts_[kept - 1].post) != key) {
+            parts_[kept++] = part;
+        } else {
+            choose_copy(parts_[kept - 1], part);
+        }
+    }
+    parts_.erase(parts_.begin() + static_cast<std::ptrdiff_t>(kept), parts_.end());
+    alone_ = parts_.size() == 1;
+}
+
+/// Puts `copy` in place of `before` where that is not good; says so where both are, and differ.
+void Assembly::choose_copy(Part& before, const Part& copy) {
+    const Data first = data_of(before, reader(before));
+    const Data second = data_of(copy, reader(copy));
+    const bool first_good = agrees(before.post, first);
+    const bool second_good = agrees(copy.post, second);
+    if (first == second) {
+        sink_.report(Grade::repaired, "duplicate-part", copy.range.begin, "This part exists more than once");
+    } else if (first_good == second_good) {
+        sink_.report(Grade::damaged, "parts-differ", copy.range.begin,
+                     "This part exists in two forms that differ; the first is used");
+    } else {
+        sink_.report(Grade::repaired, "damaged-copy", copy.range.begin,
+                     "This part exists more than once; a copy that is damaged is left out");
+    }
+    if (!first_good && second_good) before = copy;
+}
+
+/// Reports the numbers that are missing between the parts, where only these say what follows what.
+void Assembly::check_numbers() {
+    if (placed_ || alone_) return;
+    std::uint64_t wanted = 1;
+    unsigned reported = 0;
+    for (const Part& part : parts_) {
+        const std::uint64_t number = part.post.begin.part.value_or(wanted);
+        if (number > wanted && reported++ < most_missing_reported) {
+            sink_.report(Grade::lost, "missing-part", part.range.begin,
+                         "Part " + std::to_string(wanted) + " is missing");
+        }
+        wanted = number + 1;
+    }
+}
+
+/// The CRC of the whole file, where the parts that state one agree on it.
+void Assembly::find_whole_crc() {
+    std::set<std::uint32_t> stated;
+    std::set<std::uint32_t> beside_own;
+    for (const Part& part : parts_) {
+        if (part.post.is_part() && part.post.end && part.post.end->crc32) stated.insert(*part.post.end->crc32);
+        if (const auto crc = part.post.file_crc()) beside_own.insert(*crc);
+    }
+    if (stated.size() == 1) whole_crc_ = *stated.begin();
+    if (beside_own.size() < 2) return;
+    sink_.report(Grade::damaged, "parts-differ", parts_.front().range.begin,
+                 "The parts state different CRCs of the whole file; they are of different files");
+}
+
+bool Assembly::put(std::string_view bytes) {
+    const auto known = static_cast<std::size_t>(std::min<std::uint64_t>(passed_over_, bytes.size()));
+    bytes.remove_prefix(known);
+    passed_over_ -= known;
+    if (whole_crc_) crc_ = crc32(crc_, bytes);
+    sink_.put(bytes);
+    return !sink_.stopped();
+}
+
+bool Assembly::fill_gap(std::uint64_t gap) {
+    const std::string zeros(64 * 1024, '\0');
+    for (; gap > 0 && !sink_.stopped(); gap -= std::min<std::uint64_t>(gap, zeros.size())) {
+        sink_.put(std::string_view(zeros).substr(0, gap));
+    }
+    return !sink_.stopped();
+}
+
+/// Brings the sink to where the part's first byte goes. Says what is missing before it, or there twice.
+bool Assembly::begin_part(const Part& part) {
+    passed_over_ = 0;
+    if (!placed_ || alone_) return true;
+    const std::uint64_t wanted = *part.first_byte() - 1;
+    const std::uint64_t at = sink_.size();
+    if (wanted == at) return true;
+    in_one_row_ = false;
+    if (wanted < at) {
+        passed_over_ = at - wanted;
+        sink_.report(Grade::damaged, "overlapping-parts", part.range.begin,
+                     "This part overlaps the one before it by " + std::to_string(passed_over_) + " bytes");
+        return true;
+    }
+    const std::uint64_t gap = wanted - at;
+    const bool in_proportion =
+        gap <= most_zeros - std::min(zeros_, most_zeros) || (zeros_ + gap) / most_zeros_per_byte <= input_bytes_;
+    sink_.report(Grade::lost, "missing-part", part.range.begin,
+                 std::to_string(gap) + " bytes before this part are missing" +
+                     (in_proportion ? " and are zeros in the result" : " and are left out of the result"));
+    if (!in_proportion) return true;
+    zeros_ += gap;
+    return fill_gap(gap);
+}
+
+ReadText Assembly::reader(const Part& part) const {
+    if (!read_input_) return {};
+    return [this, range = part.range](std::size_t at, char* out, std::size_t size) {
+        return read_input_(range.source, range.begin + at, out, size);
+    };
+}
+
+bool Assembly::decode(const Part& part) {
+    const ReadText read = reader(part);
+    if (!begin_part(part)) return false;
+    const AskDotted dotted = [&] {
+        const bool by_newsreader =
+            dots_doubled_ && !agrees(part.post, *decode_data(part.text, part.post, false, {}, read));
+        if (!by_newsreader && !dots_were_added(part, read)) return false;
+        sink_.report(Grade::repaired, "dots-added", part.range.begin, "Dots that were added to lines are taken off");
+        return true;
+    };
+    const TakeBytes take = [&](std::string_view bytes, std::size_t read_to) {
+        return put(bytes) && (!on_read_ || on_read_(part.range.source, part.range.begin + read_to));
+    };
+    const std::optional<Data> data = decode_data(part.text, part.post, dotted, take, read);
+    if (!data) return false;
+    verify_part(part, *data);
+    return true;
+}
+
+void Assembly::verify_part(const Part& part, const Data& data) {
+    const Verification verification = verify(part.post, data);
+    for (const Problem& problem : verification.problems) {
+        sink_.report(problem.grade, problem.kind, part.range.begin + problem.at_input, problem.text);
+    }
+    all_vouched_for_ = all_vouched_for_ && verification.vouched_for;
+    if (part.post.stated_crc() || !part.post.end || !has_uneven_rows(part.text, part.post)) return;
+    sink_.report(Grade::damaged, "uneven-lines", part.range.begin, "A line is not as long as the others");
+}
+
+std::optional<std::string> Assembly::what_is_missing() const {
+    const Post& last = parts_.back().post;
+    if (!last.is_part()) return std::nullopt;
+    const std::uint64_t begin = alone_ && placed_ ? *parts_.back().first_byte() - 1 : 0;
+    const std::optional<std::uint64_t> size = last.file_size();
+    std::uint64_t total = 0;
+    for (const Part& part : parts_) total = std::max(total, part.post.begin.total.value_or(0));
+    const bool by_size = size && *size > begin + sink_.size();
+    const bool by_total = total > (placed_ ? last.begin.part.value_or(total) : parts_.size());
+    const bool behind = by_size || (by_total && !(placed_ && size));
+    if (begin > 0 || (alone_ && behind)) return "This part is all there is of the file";
+    if (behind) return "Parts at the end of the file are missing";
+    return std::nullopt;
+}
+
+/// Whether nothing says where the file ends: a size that the parts exceed does not.
+bool Assembly::end_is_unknown() const {
+    const auto says = [&](const Part& part) {
+        const std::optional<std::uint64_t> size = part.post.file_size();
+        return part.post.begin.total || (size && *size >= sink_.size());
+    };
+    return parts_.back().post.is_part() && std::none_of(parts_.begin(), parts_.end(), says);
+}
+
+/// What can be said only of the file: parts missing at its end, its own CRC.
+void Assembly::check_whole() {
+    const Part& last = parts_.back();
+    if (const auto missing = what_is_missing()) {
+        sink_.report(Grade::lost, "missing-part", last.range.end, *missing);
+        return;
+    }
+    if (end_is_unknown()) {
+        sink_.report(Grade::damaged, "unnumbered-parts", last.range.end,
+                     "Nothing says how long the file is; parts at its end may be missing");
+    }
+    if (!whole_crc_ || !in_one_row_) return;
+    if (crc_ == *whole_crc_) {
+        all_vouched_for_ = true;
+        if (parts_.size() > 1) sink_.prove();
+    } else {
+        sink_.report(Grade::damaged, "bad-crc", last.range.end,
+                     "The text states the CRC " + hexadecimal(*whole_crc_) + " of the whole file, and it is " +
+                         hexadecimal(crc_));
+    }
+}
+
+}  // namespace
+}  // namespace quill::codec::yenc
+
+namespace quill::codec {
+
+void decode_yenc(const Attachment& attachment, std::span<const std::string_view> inputs, const OnRead& on_read,
+                 const ReadInput& read_input, Sink& sink) {
+    std::vector<yenc::Part> parts;
+    parts.reserve(attachment.body.size());
+    for (const Range& range : attachment.body) {
+        if (std::optional<yenc::Part> part = yenc::read_part(inputs, range)) parts.push_back(*part);
+    }
+    if (!parts.empty()) yenc::Assembly(std::move(parts), attachment.dots_doubled, on_read, read_input, sink).run();
+}
+
+}  // namespace quill::codec

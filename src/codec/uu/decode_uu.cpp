@@ -1,0 +1,244 @@
+#include "codec/recovery/decode_run.h"
+#include "codec/uu/uu.h"
+#include "codec/uu/uu_line.h"
+#include "codec/uu/uu_rows.h"
+#include "text/ascii.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <vector>
+
+namespace quill::codec {
+namespace {
+
+constexpr std::size_t longest_text = 256;  // characters; a line of data has 85 and some more
+constexpr std::size_t most_bytes = 63;
+constexpr std::size_t sampled = 4096;  // characters that show how zeros are written
+constexpr std::size_t few_blanks = 2;  // that bytes which are not zero end in by chance
+
+std::string_view without_line_end(std::string_view line) {
+    return line.substr(0, line.find_last_not_of("\r\n") + 1);
+}
+
+bool is_blank(std::string_view line) {
+    return line.find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
+
+std::string_view unquoted(std::string_view line, std::size_t quote) {
+    return line.substr(std::min(quote, line.size()));
+}
+
+class UuRun {
+  public:
+    UuRun(const Attachment& attachment, Body& body, Sink& sink)
+        : alphabet_(attachment.format == Format::xx ? uu::Alphabet::xx : uu::Alphabet::uu),
+          body_(body),
+          sink_(sink),
+          room_(uu::decoded_bound(body.piece())),
+          rows_(alphabet_),
+          keeps_blanks_(attachment.keeps_blanks) {}
+
+    void run();
+
+  private:
+    void read_lines();
+    void look_at_rows(std::string_view lines);
+    void report_uneven(std::uint64_t at);
+    std::string take_line();
+    void take_odd_line();
+    void take_off_dot(std::string& line, std::uint64_t at);
+    std::size_t bytes_of(const uu::DataLine& data, std::string_view line, std::uint64_t at);
+    bool lost_blanks(const uu::DataLine& data, std::string_view line);
+    bool is_data(const uu::DataLine& data, std::string_view line);
+    bool zeros_follow();
+    bool is_last_line();
+    void decode(std::string_view characters, std::size_t bytes);
+
+    uu::Alphabet alphabet_;
+    Body& body_;
+    Sink& sink_;
+    std::vector<char> room_;
+    uu::Rows rows_;
+    bool keeps_blanks_ = false;  ///< what is missing at a line's end is not a lost blank
+    bool reported_uneven_ = false;
+    std::size_t part_ = 0;
+};
+
+void UuRun::run() {
+    while (!body_.at_end() && !body_.stopped() && !sink_.stopped()) read_lines();
+    if (body_.stopped() || sink_.stopped()) return;
+    if (rows_.checks_disagree()) {
+        sink_.report(Grade::damaged, "bad-check", body_.at(),
+                     "Check characters at the ends of lines disagree or are missing");
+    }
+}
+
+void UuRun::read_lines() {
+    if (body_.part() != part_) rows_.begin_part();
+    part_ = body_.part();
+    if (body_.quote() > 0) {
+        take_odd_line();
+        return;
+    }
+    const std::string_view in = body_.ahead(body_.piece());
+    const uu::Progress done = uu::decode_lines(alphabet_, in, room_.data());
+    sink_.put({room_.data(), done.written});
+    if (done.read == 0) {
+        take_odd_line();
+        return;
+    }
+    look_at_rows(in.substr(0, done.read));
+    body_.pass(done.read);
+}
+
+/// Looks at lines that were decoded at once.
+void UuRun::look_at_rows(std::string_view lines) {
+    keeps_blanks_ = keeps_blanks_ || lines.substr(0, sampled).find('`') != lines.npos;
+    for (std::size_t at = 0; at < lines.size();) {
+        const auto bytes = static_cast<std::size_t>(uu::value_of(alphabet_, lines[at]));
+        const std::size_t size = 1 + uu::characters_for(bytes);
+        rows_.take_exact(lines.substr(at, size), bytes);
+        report_uneven(body_.at() + at);
+        at += size;
+        at += lines[at] == '\r' ? 2U : 1U;
+    }
+}
+
+void UuRun::report_uneven(std::uint64_t at) {
+    if (!rows_.uneven() || reported_uneven_) return;
+    reported_uneven_ = true;
+    sink_.report(Grade::damaged, "uneven-lines", at,
+                 "The line before this one is not as long as the others, as only the last may be");
+}
+
+/// The next line without its line end and a quotation's mark; one that an input's end cuts in two is put together.
+std::string UuRun::take_line() {
+    std::string line;
+    const std::size_t quote = body_.quote();
+    do {
+        const std::string_view read = body_.line(piece_size);
+        line += read.substr(0, longest_text);
+        body_.pass(read.size());
+        if (read.ends_with('\n') || read.ends_with('\r')) break;
+    } while (!body_.at_end() && line.size() < longest_text);
+    return std::string(unquoted(without_line_end(line), quote));
+}
+
+/// Whether nothing but the end of the data follows.
+bool UuRun::is_last_line() {
+    const std::string_view rest = unquoted(body_.ahead(longest_text), body_.quote());
+    return is_blank(rest) || (!rest.empty() && uu::value_of(alphabet_, rest.front()) == 0);
+}
+
+/// Whether the next line begins with a zero, or has lost all its blanks.
+bool UuRun::zeros_follow() {
+    const std::string_view line = without_line_end(unquoted(body_.line(longest_text), body_.quote()));
+    return line.size() == 1 || (line.size() > 1 && line[1] == ' ');
+}
+
+/// Whether the characters that the line lacks can be blanks at its end: as many as chance gives, or so many because
+/// the line is all zeros, or zeros go on in the next line or end the file.
+bool UuRun::lost_blanks(const uu::DataLine& data, std::string_view line) {
+    const std::size_t have = line.size() - 1;
+    if (keeps_blanks_ || data.fit != uu::Fit::stripped) return false;
+    const std::size_t holding_data = (data.bytes * 4 + 2) / 3;
+    if (have == 0 || holding_data - have <= few_blanks || zeros_follow()) return true;
+    return is_last_line() && 2 * have >= data.expected;
+}
+
+/// Whether the line is to be decoded. One that is much too short has lost blanks, or is damaged and still of the data
+/// where its length character is the one that the lines around it call for.
+bool UuRun::is_data(const uu::DataLine& data, std::string_view line) {
+    const bool far_too_short = data.fit == uu::Fit::stripped && 2 * line.size() < data.expected;
+    if (uu::value_of(alphabet_, line.front()) < 0) return false;
+    if (data.fit != uu::Fit::none && !far_too_short) return true;
+    if (!data.clean) return false;
+    return !far_too_short || lost_blanks(data, line) || (!keeps_blanks_ && rows_.allow(data.bytes, is_last_line()));
+}
+
+/// How many bytes the line is taken to hold.
+std::size_t UuRun::bytes_of(const uu::DataLine& data, std::string_view line, std::uint64_t at) {
+    const std::size_t have = line.size() - 1;
+    switch (data.fit) {
+        case uu::Fit::exact:
+        case uu::Fit::unpadded:
+            rows_.take_exact(line, data.bytes);
+            return data.bytes;
+        case uu::Fit::extra:
+            rows_.take_longer(line, data);
+            return data.bytes;
+        case uu::Fit::stripped:
+            rows_.take_exact(line, data.bytes);
+            if (lost_blanks(data, line)) {
+                sink_.report(Grade::repaired, "lost-blanks", at, "Blanks at the end of a line were lost, and put back");
+            } else {
+                sink_.report(Grade::damaged, "short-line", at, "A line is shorter than its length character says");
+            }
+            return data.bytes;
+        case uu::Fit::none:
+            break;
+    }
+    const bool filled_up =
+        have > data.expected && have <= uu::characters_for(std::max(rows_.width(), uu::full_line)) + 1;
+    if (filled_up && is_last_line()) {
+        sink_.report(Grade::repaired, "long-line", at, "The last line holds more characters than its length needs");
+        return data.bytes;
+    }
+    sink_.report(Grade::damaged, "bad-length", at, "A line's length and its length character do not agree");
+    const std::size_t full = uu::characters_for(uu::full_line);
+    return have >= full && have <= full + 1 ? uu::full_line : std::min(most_bytes, have / 4 * 3);
+}
+
+void UuRun::decode(std::string_view characters, std::size_t bytes) {
+    std::array<char, most_bytes + 3> out = {};
+    for (std::size_t group = 0; group * 3 < bytes; ++group) {
+        std::uint32_t bits = 0;
+        for (std::size_t i = group * 4; i < group * 4 + 4; ++i) {
+            const int value = i < characters.size() ? uu::value_of(alphabet_, characters[i]) : 0;
+            bits = bits << 6U | static_cast<std::uint32_t>(std::max(value, 0));
+        }
+        for (std::size_t i = 0; i < 3; ++i) out[group * 3 + i] = static_cast<char>(bits >> (16 - 8 * i) & 0xFFU);
+    }
+    sink_.put({out.data(), bytes});
+}
+
+/// Takes off the dot that mail and news put before a line that begins with one (RFC 5321 4.5.2), where the line then
+/// is as long as it says.
+void UuRun::take_off_dot(std::string& line, std::uint64_t at) {
+    if (!line.starts_with("..") || rows_.has_checks()) return;
+    const std::string rest = line.substr(1);
+    const uu::DataLine data = uu::judge(alphabet_, rest);
+    if (!data.clean || data.fit != uu::Fit::exact) return;
+    sink_.report(Grade::repaired, "dots-added", at, "A dot that was added to a line is taken off");
+    line = rest;
+}
+
+/// Reads a line that is not as encoders write it.
+void UuRun::take_odd_line() {
+    const std::uint64_t at = body_.at();
+    std::string line = take_line();
+    if (is_blank(line)) return;
+    take_off_dot(line, at);
+    const uu::DataLine data = uu::judge(alphabet_, line);
+    if (data.fit != uu::Fit::none && data.bytes == 0) return;
+    if (!is_data(data, line)) {
+        sink_.report(Grade::damaged, "foreign-line", at,
+                     "A line in the middle of the encoded data is other text; it is left out");
+        return;
+    }
+    if (!data.clean) {
+        sink_.report(Grade::damaged, "bad-character", at, "A line holds characters outside the alphabet");
+    }
+    keeps_blanks_ = keeps_blanks_ || (data.clean && line.find('`') != line.npos);
+    decode(std::string_view(line).substr(1), bytes_of(data, line, at));
+    report_uneven(at);
+}
+
+}  // namespace
+
+void decode_uu(const Attachment& attachment, Body& body, Sink& sink) {
+    UuRun(attachment, body, sink).run();
+}
+
+}  // namespace quill::codec

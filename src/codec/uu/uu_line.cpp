@@ -1,0 +1,33 @@
+#include "codec/uu/uu_line.h"
+
+#include <algorithm>
+
+namespace quill::codec::uu {
+namespace {
+
+constexpr std::size_t most_extra = 3;
+
+Fit fit_of(std::size_t have, std::size_t bytes, std::size_t expected) {
+    if (have == expected) return Fit::exact;
+    if (have > expected) return have <= expected + most_extra ? Fit::extra : Fit::none;
+    return have >= (bytes * 4 + 2) / 3 ? Fit::unpadded : Fit::stripped;
+}
+
+}  // namespace
+
+DataLine judge(Alphabet alphabet, std::string_view line) {
+    DataLine out;
+    const int length = line.empty() ? -1 : value_of(alphabet, line.front());
+    if (length < 0) return out;
+    out.bytes = static_cast<std::size_t>(length);
+    out.expected = characters_for(out.bytes);
+    const std::string_view data = line.substr(1);
+    out.fit = fit_of(data.size(), out.bytes, out.expected);
+    const std::string_view counted = data.substr(0, out.expected);
+    out.clean = std::all_of(counted.begin(), counted.end(), [&](char c) { return value_of(alphabet, c) >= 0; });
+    // Only blanks get lost at the end of a line, and only uuencode writes blanks.
+    if (out.fit == Fit::stripped && alphabet == Alphabet::xx) out.fit = Fit::none;
+    return out;
+}
+
+}  // namespace quill::codec::uu
