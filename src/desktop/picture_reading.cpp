@@ -107,12 +107,16 @@ std::optional<qint64> picture_memory(const QImageReader& reader) {
 }
 
 QImage read_picture(const std::string& path, QSize bounds) {
-    QImageReader::setAllocationLimit(most_qt_megabytes);
     const auto size = files::file_size(path);
-    if (!size || *size == 0 || *size > most_bytes) return {};
+    if (!size || *size > most_bytes) return {};
     const auto bytes = files::read_file(path);
-    if (!bytes) return {};
-    QByteArray content = plain_picture(*bytes);
+    return bytes ? read_picture(std::string_view(*bytes), bounds) : QImage();
+}
+
+QImage read_picture(std::string_view file, QSize bounds) {
+    QImageReader::setAllocationLimit(most_qt_megabytes);
+    if (file.empty() || file.size() > most_bytes) return {};
+    QByteArray content = plain_picture(file);
     QBuffer buffer(&content);
     QImageReader reader(&buffer);
     reader.setAutoTransform(true);

@@ -16,6 +16,9 @@ namespace quill::desktop {
 /// file is not one of the plain picture kinds, or where reading it could take more than `most_picture_memory`.
 QImage read_picture(const std::string& path, QSize bounds);
 
+/// Returns the picture in the bytes of a file, likewise.
+QImage read_picture(std::string_view file, QSize bounds);
+
 /// Bytes that one picture may take while it is read and scaled down.
 constexpr qint64 most_picture_memory = qint64{320} << 20U;
 

@@ -61,7 +61,8 @@ void ViewDisplay::repaint(controls::Window& window) {
     since_last_.start();
 }
 
-QtPlatform::QtPlatform(EventLoop& events, Views& views) : dialogs_(events, views), display_(events, views) {
+QtPlatform::QtPlatform(EventLoop& events, Views& views)
+    : dialogs_(events, views), display_(events, views), pictures_(events) {
     opener_.say = [this](const std::string& text) { dialogs_.message(text, {}); };
 }
 

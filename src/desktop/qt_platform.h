@@ -3,6 +3,7 @@
 #include "desktop/dialogs.h"
 #include "desktop/event_loop.h"
 #include "desktop/file_opener.h"
+#include "desktop/picture_service.h"
 #include "desktop/views.h"
 #include "platform/platform.h"
 
@@ -51,12 +52,14 @@ class QtPlatform final : public platform::Platform {
     FileOpener& opener() override { return opener_; }
     DesktopMachine& machine() override { return machine_; }
     ViewDisplay& display() override { return display_; }
+    PictureService& pictures() override { return pictures_; }
 
   private:
     BoxDialogs dialogs_;
     FileOpener opener_;
     DesktopMachine machine_;
     ViewDisplay display_;
+    PictureService pictures_;
 };
 
 }  // namespace quill::desktop

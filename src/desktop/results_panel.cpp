@@ -98,7 +98,7 @@ QWidget* MainWindowView::make_results_panel() {
     results_list_ = make_results_list();
     middle->addWidget(results_list_, 3);
     auto* beside = new QVBoxLayout;
-    preview_ = new PicturePreview(read_picture);
+    preview_ = new PicturePreview([](const std::string& path, QSize bounds) { return read_picture(path, bounds); });
     preview_->setObjectName(QStringLiteral("preview"));
     preview_->setAccessibleName(QStringLiteral("Preview of the selected picture"));
     preview_->hide();

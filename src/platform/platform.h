@@ -13,6 +13,8 @@ struct Window;
 /// script.
 namespace quill::platform {
 
+class Pictures;
+
 /// Thrown by Platform::end_process and caught by the event loop, `main` and tests alone: nothing after it runs,
 /// destructors do.
 struct ProcessEnd {};
@@ -123,6 +125,7 @@ class Platform {
     virtual Opener& opener() = 0;
     virtual Machine& machine() = 0;
     virtual Display& display() = 0;
+    virtual Pictures& pictures() = 0;
 
     /// Ends the process, whatever windows are open.
     [[noreturn]] void end_process() { throw ProcessEnd{}; }

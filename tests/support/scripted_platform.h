@@ -2,6 +2,7 @@
 
 #include "controls/control.h"
 #include "platform/platform.h"
+#include "support/fake_pictures.h"
 
 #include <cstddef>
 #include <deque>
@@ -71,11 +72,13 @@ class ScriptedPlatform final : public platform::Platform,
     bool editing_works = true;
     std::function<int(int bound)> random_number;  ///< replaces the generator of fixed seed
     std::function<void(controls::Window&)> on_repaint;
+    FakePictures fake_pictures;  ///< the table of pictures, and the requests that wait
 
     platform::Dialogs& dialogs() override { return *this; }
     platform::Opener& opener() override { return *this; }
     platform::Machine& machine() override { return *this; }
     platform::Display& display() override { return *this; }
+    FakePictures& pictures() override { return fake_pictures; }
 
   private:
     enum class Kind { message, question, collision, choice, input, file_request };
