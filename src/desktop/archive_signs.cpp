@@ -37,6 +37,16 @@ void draw_door(QPainter& painter) {
     draw_arrow(painter, {46, 64}, {116, 64});
 }
 
+void draw_box(QPainter& painter) {
+    painter.drawPolyline(QPolygonF({{34, 70}, {14, 70}, {14, 114}, {114, 114}, {114, 70}, {94, 70}}));
+    draw_arrow(painter, {64, 92}, {64, 16});
+}
+
+void draw_check_mark(QPainter& painter) {
+    painter.drawEllipse(QRectF(14, 14, 100, 100));
+    painter.drawPolyline(QPolygonF({{40, 66}, {58, 84}, {90, 46}}));
+}
+
 }  // namespace
 
 QIcon archive_tool_icon(ArchiveTool tool, const QColor& colour) {
@@ -59,6 +69,12 @@ QIcon archive_tool_icon(ArchiveTool tool, const QColor& colour) {
             break;
         case ArchiveTool::leave:
             draw_door(painter);
+            break;
+        case ArchiveTool::extract:
+            draw_box(painter);
+            break;
+        case ArchiveTool::test:
+            draw_check_mark(painter);
             break;
     }
     return QIcon(picture);

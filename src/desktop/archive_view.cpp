@@ -9,6 +9,7 @@
 #include "zip/archive_document.h"
 
 #include <QAction>
+#include <QCheckBox>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QEvent>
@@ -19,6 +20,7 @@
 #include <QMimeData>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QToolButton>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -87,7 +89,7 @@ ArchiveWindowView::ArchiveWindowView(zip::arcview& window, EventLoop& events)
     auto* middle = new QHBoxLayout;
     middle->setSpacing(space / 2);
     middle->addWidget(make_list(), 3);
-    middle->addWidget(make_move_panel(), 2);
+    middle->addWidget(make_panel(), 2);
     layout->addLayout(middle, 1);
     layout->addWidget(make_facts());
     archive_frame().setCentralWidget(centre);
@@ -120,10 +122,12 @@ void ArchiveWindowView::build_menus() {
         QAction* action = menu->addAction(QString());
         action->setShortcut(keys);
         action->setMenuRole(QAction::NoRole);
-        bind(item, action);
+        return bind(item, action);
     };
     QMenu* file = bind(w_.fil, bar->addMenu(QString()));
     add(file, w_.peo, QKeySequence::Open);
+    extract_ = add(file, w_.extract, QKeySequence(Qt::CTRL | Qt::Key_E));
+    test_ = add(file, w_.test, QKeySequence(Qt::CTRL | Qt::Key_T));
     file->addSeparator();
     add(file, w_.rpnex, QKeySequence(Qt::CTRL | Qt::Key_R));
     add(file, w_.exnrp, QKeySequence(Qt::CTRL | Qt::Key_Q));
@@ -140,7 +144,7 @@ void ArchiveWindowView::build_menus() {
 
 QMenu* ArchiveWindowView::make_row_menu() {
     QMenu* menu = bind(w_.dvd, new QMenu(table_));
-    for (controls::MenuItem* item : {&w_.opt, &w_.ads, &w_.rrm}) bind(*item, menu->addAction(QString()));
+    for (controls::MenuItem* item : {&w_.opt, &w_.exs, &w_.ads, &w_.rrm}) bind(*item, menu->addAction(QString()));
     QMenu* load = bind(w_.lod, menu->addMenu(QString()));
     bind(w_.lodnone, load->addAction(QString()));
     return menu;
@@ -165,11 +169,26 @@ QToolButton* ArchiveWindowView::make_tool(int index, const char* caption) {
     return button;
 }
 
+/// A button that does what an item of a menu does.
+QToolButton* ArchiveWindowView::make_tool(ArchiveTool tool, const char* caption, QAction* action) {
+    auto* button = new QToolButton;
+    button->setDefaultAction(action);
+    button->setIcon(archive_tool_icon(tool, button->palette().buttonText().color()));
+    button->setText(QString::fromLatin1(caption));
+    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    button->setIconSize(QSize(line_height(), line_height()) * 3 / 2);
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::TabFocus);
+    return button;
+}
+
 QWidget* ArchiveWindowView::make_toolbar() {
     auto* bar = new QWidget;
     auto* layout = new QHBoxLayout(bar);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(make_tool(1, "&Open"));
+    layout->addWidget(make_tool(ArchiveTool::extract, "Ex&tract...", extract_));
+    layout->addWidget(make_tool(ArchiveTool::test, "&Test", test_));
     layout->addWidget(make_tool(2, "&Move all..."));
     layout->addWidget(make_tool(3, "&Repack"));
     layout->addWidget(make_tool(4, "E&xit"));
@@ -238,17 +257,26 @@ QWidget* ArchiveWindowView::make_facts() {
     return line;
 }
 
-QWidget* ArchiveWindowView::make_move_panel() {
+QWidget* ArchiveWindowView::make_panel() {
     auto* panel = new QWidget;
     bind(w_.Picture2, panel);
     auto* layout = new QVBoxLayout(panel);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(line_height() / 2);
+    auto* title = new QLabel;
+    QFont bold = title->font();
+    bold.setBold(true);
+    title->setFont(bold);
+    layout->addWidget(bind(w_.panel_title, title));
     layout->addWidget(bind(w_.Drive1, new DriveBox));
     layout->addWidget(bind(w_.Dir1, new DirectoryList), 1);
     auto* path = new QLabel;
     path->setWordWrap(true);
     layout->addWidget(bind(w_.Label5, path));
+    for (controls::Choice* choice : {&w_.take_all, &w_.take_selected}) {
+        layout->addWidget(bind(*choice, new QRadioButton, {&w_.take_all, &w_.take_selected}));
+    }
+    for (controls::CheckBox* box : {&w_.own_folder, &w_.opens_folder}) layout->addWidget(bind(*box, new QCheckBox));
     for (controls::Button* button : {&w_.Command2, &w_.Command3, &w_.Command4}) {
         layout->addWidget(bind(*button, push_button()));
     }

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "desktop/archive_signs.h"
 #include "desktop/archive_table.h"
 #include "desktop/view.h"
 #include "zip/archive_window.h"
 
 #include <QMainWindow>
 
+class QAction;
 class QMenu;
 class QToolButton;
 
@@ -25,7 +27,7 @@ class ArchiveFrame final : public QMainWindow {
     void changeEvent(QEvent* event) override;
 };
 
-/// The archive window: one table of all members, with a toolbar, menus and the panel that moves the files.
+/// The archive window: one table of all members, with a toolbar, menus and the panel that moves and extracts files.
 class ArchiveWindowView final : public View {
   public:
     ArchiveWindowView(zip::arcview& window, EventLoop& events);
@@ -41,12 +43,15 @@ class ArchiveWindowView final : public View {
     QMenu* make_row_menu();
     QWidget* make_toolbar();
     QToolButton* make_tool(int index, const char* caption);
+    static QToolButton* make_tool(ArchiveTool tool, const char* caption, QAction* action);
     QWidget* make_list();
     QWidget* make_facts();
-    QWidget* make_move_panel();
+    QWidget* make_panel();
 
     zip::arcview& w_;
     ArchiveTable* table_ = nullptr;
+    QAction* extract_ = nullptr;
+    QAction* test_ = nullptr;
 };
 
 }  // namespace quill::desktop

@@ -7,6 +7,7 @@
 
 #include <QAbstractButton>
 #include <QAction>
+#include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -110,6 +111,20 @@ QAbstractButton* View::bind(controls::Choice& choice, QAbstractButton* widget, s
         widget->setAutoExclusive(false);  // a group may have nothing chosen
         widget->setChecked(choice.chosen);
         widget->setAutoExclusive(exclusive);
+    });
+    return widget;
+}
+
+QCheckBox* View::bind(controls::CheckBox& box, QCheckBox* widget) {
+    adopt(box, widget);
+    bind_state(box, widget);
+    QObject::connect(widget, &QCheckBox::clicked, widget, [this, &box](bool checked) {
+        box.checked = checked;
+        hand_in(box.click ? box.click : [] {});
+    });
+    on_sync([&box, widget, caption = Drawn<std::string>()]() mutable {
+        caption.update(box.caption, [&](const std::string& now) { widget->setText(desktop::shown(now)); });
+        widget->setChecked(box.checked);
     });
     return widget;
 }

@@ -210,7 +210,7 @@ QWidget* ChooserView::make_collected() {
 QWidget* ChooserView::make_file_buttons() {
     auto* area = new QWidget;
     auto* layout = plain_layout<QHBoxLayout>(area);
-    layout->addWidget(bind_check(w_.hidden_files, new QCheckBox));
+    layout->addWidget(bind(w_.hidden_files, new QCheckBox));
     const std::vector<controls::Choice*> patterns = {&w_.Option1, &w_.Option2};
     for (controls::Choice* choice : patterns) layout->addWidget(bind(*choice, new QRadioButton, patterns));
     layout->addStretch(1);
@@ -306,19 +306,6 @@ FileTable* ChooserView::bind_files(controls::FileListBox& list) {
     table->selection_changed = [this, &list] { hand_in(list.change ? list.change : [] {}); };
     on_sync([table] { table->sync(); });
     return table;
-}
-
-QCheckBox* ChooserView::bind_check(controls::CheckBox& box, QCheckBox* widget) {
-    adopt(box, widget);
-    QObject::connect(widget, &QCheckBox::clicked, widget, [this, &box](bool checked) {
-        box.checked = checked;
-        hand_in(box.click);
-    });
-    on_sync([&box, widget] {
-        widget->setText(shown(box.caption));
-        widget->setChecked(box.checked);
-    });
-    return widget;
 }
 
 }  // namespace quill::desktop

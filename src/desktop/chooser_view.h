@@ -3,7 +3,6 @@
 #include "desktop/view.h"
 #include "encoder/file_chooser.h"
 
-class QCheckBox;
 class QHBoxLayout;
 class QListWidget;
 class QTabBar;
@@ -38,7 +37,6 @@ class ChooserView final : public View {
     /// A list of texts. A click or Enter on a row selects it and hands in its `change`.
     QListWidget* bind_list(controls::ListBox& list, QListWidget* widget);
     FileTable* bind_files(controls::FileListBox& list);
-    QCheckBox* bind_check(controls::CheckBox& box, QCheckBox* widget);
 
     encoder::cmdg& w_;
     FileTable* files_ = nullptr;

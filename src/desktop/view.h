@@ -16,6 +16,7 @@
 
 class QAbstractButton;
 class QAction;
+class QCheckBox;
 class QLabel;
 class QLineEdit;
 class QMenu;
@@ -88,6 +89,7 @@ class View {
     QAbstractButton* bind(controls::Button& button, QAbstractButton* widget);
     /// A button that stops a long run: pressed, it acts in the middle of that.
     QAbstractButton* bind_stop(controls::Button& button, QAbstractButton* widget);
+    QCheckBox* bind(controls::CheckBox& box, QCheckBox* widget);
     QAction* bind(controls::MenuItem& item, QAction* action);
     QMenu* bind(controls::MenuItem& item, QMenu* menu);
     QLineEdit* bind(controls::TextBox& box, QLineEdit* widget);

@@ -110,6 +110,16 @@ bool remove_file(const std::string& path) {
     return unlink(path.c_str()) == 0;
 }
 
+Result<std::string> make_new_directory(const std::string& path, unsigned mode) {
+    constexpr unsigned most_tries = 10'000;
+    for (unsigned n = 1; n < most_tries; ++n) {
+        std::string made = join(dir_of(path), numbered_name(name_of(path), n));
+        if (mkdir(made.c_str(), mode) == 0) return made;
+        if (errno != EEXIST) break;
+    }
+    return system_error(errno);
+}
+
 Status rename_new(const std::string& from, const std::string& to) {
     if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return Done{};
     if (errno != EINVAL && errno != ENOSYS) return system_error(errno);

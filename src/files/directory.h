@@ -52,6 +52,10 @@ bool same_file(const std::string& a, const std::string& b);
 /// Deletes the file at `path` (a link itself, not its target); false where it could not be done.
 bool remove_file(const std::string& path);
 
+/// Makes the directory `path`, or one with a number in its name where that name is taken: `letters (2)`. Returns its
+/// path. `mode` is less the umask.
+Result<std::string> make_new_directory(const std::string& path, unsigned mode);
+
 /// Renames within a file system. Fails with `exists` where `to` is there already; never replaces.
 Status rename_new(const std::string& from, const std::string& to);
 

@@ -143,6 +143,8 @@ void take_archive(arcview& w) {
     if (bytes) w.bytes.emplace(std::move(*bytes));
     const std::vector<std::size_t> changed = w.archives.copies().changed();
     w.changed_rows = {changed.begin(), changed.end()};
+    w.tested.clear();
+    w.extract.enabled = w.exs.enabled = w.test.enabled = w.List1.count() != 0;
     ++w.shown_revision;
     RenderRows(w);
     show_title(w);

@@ -4,21 +4,17 @@
 #include "files/atomic_file.h"
 #include "files/directory.h"
 #include "files/mapped_file.h"
-#include "files/mounts.h"
 #include "files/path.h"
 #include "shell/main_window.h"
 #include "text/count.h"
 #include "zip/archive_document.h"
+#include "zip/archive_panel.h"
 
-#include <cerrno>
 #include <filesystem>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace quill::zip {
 namespace {
-
-constexpr mode_t usual_mode = 0777;  // less the umask
 
 enum StartMode { back_to_main_window = 1, another_window_took_over = 3 };
 
@@ -72,13 +68,6 @@ Status move_file(const std::string& from, const std::string& to) {
     return renamed ? renamed : move_by_copy(from, to);
 }
 
-/// The directory that was typed or chosen, without a slash at its end.
-std::string move_target(const arcview& w) {
-    std::string target = files::absolute(w.Dir1.path);
-    while (target.size() > 1 && target.back() == '/') target.pop_back();
-    return target;
-}
-
 }  // namespace
 
 void RepackAndExit(arcview& w) {
@@ -111,33 +100,10 @@ void close_archive_window(arcview& w) {
     leave(w);
 }
 
-void mover(arcview& w) {
-    w.Picture2.visible = true;
-    show_move_directory(w, files::drive_of(w.Dir1.path.empty() ? w.ArchivePath : w.Dir1.path, files::drives()));
-}
-
-void show_move_directory(arcview& w, const std::string& directory) {
-    w.Dir1.path = w.Label5.text = directory;
-    w.Drive1.drive = files::drive_of(directory, files::drives());
-}
-
-void make_move_directory(arcview& w) {
-    const std::string name =
-        w.context.platform.input({.text = "Type a name below for the new folder you wish to create in " + w.Dir1.path});
-    if (name.empty()) return;
-    const std::string path = files::join(w.Dir1.path, name);
-    if (mkdir(path.c_str(), usual_mode) == 0) {
-        show_move_directory(w, path);
-    } else {
-        w.context.platform.message(name + ": " + system_error(errno).text + ".");
-    }
-}
-
 void move_files(arcview& w) {
     const Unwatched unwatched(w);
     if (!settle_changes(w)) return;
-    const std::string target = move_target(w);
-    mkdir(target.c_str(), usual_mode);
+    const std::string target = panel_directory(w);
     WorkCopies& copies = w.archives.copies();
     std::size_t failed = 0;
     std::string reason;

@@ -2,8 +2,6 @@
 
 #include "zip/archive_window.h"
 
-#include <string>
-
 /// The ways out of the archive window, and what becomes of the files in WorkDir.
 namespace quill::zip {
 
@@ -13,15 +11,6 @@ void RepackAndExit(arcview& w);
 
 /// Asks, and leaves with all files staying in WorkDir.
 void gogo(arcview& w);
-
-/// Shows the panel that moves all files to another directory.
-void mover(arcview& w);
-
-/// Enters a directory of the move panel.
-void show_move_directory(arcview& w, const std::string& directory);
-
-/// Asks for a name and makes a directory of that name in the panel's one.
-void make_move_directory(arcview& w);
 
 /// Moves the files of all members to the panel's directory, never over a file that is there, and leaves. Those that
 /// can't be moved are reported and stay.

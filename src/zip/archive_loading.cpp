@@ -7,13 +7,13 @@
 #include "text/ascii.h"
 #include "text/count.h"
 #include "zip/archive_document.h"
+#include "zip/archive_reading.h"
 #include "zip/archive_rows.h"
 #include "zip/archive_run.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <limits>
-#include <numeric>
 #include <sys/stat.h>
 #include <utility>
 
@@ -22,9 +22,6 @@ namespace {
 
 constexpr auto name_question = "Enter a name for the ZIP file you wish to create\n\nExample:  NEW.ZIP";
 constexpr auto wrong_ending = "     Filename must end in .zip, try again.";
-constexpr auto password_again =
-    "The password does not seem to be the right one for this ZIP file. Type in another one, or click Cancel to open "
-    "the file without the members that need it.";
 
 /// The directory and the name of the archive, without the mark that SelectedDir may begin with.
 struct Place {
@@ -88,43 +85,20 @@ void choose_work_dir(arcview& w) {
     auto& main = w.context.windows.load<shell::swit>();
     if (session.WorkDir != main.Text1.text) return;
     constexpr mode_t for_the_user_alone = 0700;
-    constexpr unsigned most_tries = 10'000;
-    const std::string wanted = files::safe_name(session.SelectedFile);
     mkdir(session.WorkDir.c_str(), for_the_user_alone);
-    for (unsigned n = 1; n < most_tries; ++n) {
-        const std::string path = files::join(session.WorkDir, files::numbered_name(wanted, n));
-        if (mkdir(path.c_str(), for_the_user_alone) == 0) {
-            session.WorkDir = path;
-            w.work_dir_is_private = true;
-            return;
-        }
-        if (!files::exists(path)) return;
-    }
+    const std::string wanted = files::join(session.WorkDir, files::safe_name(session.SelectedFile));
+    const Result<std::string> made = files::make_new_directory(wanted, for_the_user_alone);
+    if (!made) return;
+    session.WorkDir = *made;
+    w.work_dir_is_private = true;
 }
 
-std::uint64_t bytes_of_all(const OpenedArchive& opened) {
+std::uint64_t bytes_of(const Archive& archive, const std::vector<std::size_t>& rows) {
     std::uint64_t sum = 0;
-    for (const Member& member : opened.archive.members()) {
-        sum += std::min(member.uncompressed_size, std::numeric_limits<std::uint64_t>::max() - sum);
+    for (const std::size_t row : rows) {
+        sum += std::min(archive.members().at(row).uncompressed_size, std::numeric_limits<std::uint64_t>::max() - sum);
     }
     return sum;
-}
-
-/// Returns whether the members may be extracted: there is room, or the user wants as much as there is room for.
-bool has_room(arcview& w) {
-    const std::shared_ptr<const OpenedArchive> opened = w.archives.library().open(w.ArchivePath);
-    std::error_code failed;
-    const std::filesystem::space_info space = std::filesystem::space(w.context.session.WorkDir, failed);
-    if (!opened || failed) return true;
-    const std::uint64_t needed = bytes_of_all(*opened);
-    if (needed <= space.available) return true;
-    return w.context.platform.ask({.text = "The files in this archive come to " + text::counted(needed, "byte") +
-                                           ", and there is room for " + text::counted(space.available, "byte") +
-                                           " in " + w.context.session.WorkDir +
-                                           ".\n\nUnpack as many as there is room for?",
-                                   .title = "Not enough room",
-                                   .no_is_default = true,
-                                   .question_mark = true});
 }
 
 /// Remembers which directories below WorkDir will be there only because of the archive.
@@ -161,25 +135,16 @@ std::vector<std::size_t> locked_rows(arcview& w, const std::vector<std::size_t>&
 }
 
 void ask_for_passwords(arcview& w, std::vector<std::size_t> rows) {
-    while (!(rows = locked_rows(w, rows)).empty()) {
-        const std::string answer = w.context.platform.input({.text = password_again, .secret = true});
-        if (answer.empty()) return;
-        w.context.session.ZipPassword = answer;
+    while (!(rows = locked_rows(w, rows)).empty() && ask_for_another_password(w)) {
         w.archives.ExtractRows(w.view(), rows);
     }
-}
-
-std::vector<std::size_t> all_rows(const arcview& w) {
-    std::vector<std::size_t> rows(w.List1.count());
-    std::iota(rows.begin(), rows.end(), std::size_t{0});
-    return rows;
 }
 
 void unpack_all(arcview& w) {
     if (w.List1.count() == 0) return;
     note_new_directories(w);
     w.List1.selected = w.List1.count() - 1;
-    if (!has_room(w)) return;
+    if (!has_room(w, all_rows(w), w.context.session.WorkDir)) return;
     const ArchiveRun run(w, "Unpacking " + files::name_of(w.ArchivePath));
     w.archives.ExtractSelected(w.view());
     ask_for_passwords(w, all_rows(w));
@@ -192,7 +157,8 @@ void leave_main_window(arcview& w) {
     w.progress.text.clear();
 }
 
-/// Says in one box how many members are not as they should be; the rows have the reasons.
+/// Says in one box how many members are not as they should be, and what is wrong with the archive as a whole; the rows
+/// have the reasons.
 void report_unpacking(arcview& w) {
     std::size_t refused = 0, damaged = 0;
     for (const std::size_t row : all_rows(w)) {
@@ -200,11 +166,12 @@ void report_unpacking(arcview& w) {
         refused += condition == RowCondition::refused || condition == RowCondition::locked ? 1 : 0;
         damaged += condition == RowCondition::damaged ? 1 : 0;
     }
-    if (refused + damaged == 0) return;
-    std::string text;
-    if (damaged != 0) text = text::counted(damaged, "member") + (damaged == 1 ? " is" : " are") + " damaged. ";
+    std::string text = archive_problems(w);
+    if (refused + damaged == 0 && text.empty()) return;
+    if (damaged != 0) text += text::counted(damaged, "member") + (damaged == 1 ? " is" : " are") + " damaged. ";
     if (refused != 0) text += text::counted(refused, "member") + " could not be unpacked. ";
-    w.context.platform.message(text + "The list shows which, and why.", "Not all of the archive is whole");
+    if (refused + damaged != 0) text += "The list shows which, and why.";
+    w.context.platform.message(text, "Not all of the archive is whole");
 }
 
 }  // namespace
@@ -213,6 +180,21 @@ void show_archive_path(arcview& w, const std::string& path) {
     w.ArchivePath = path;
     w.Label21.text = text::to_lower(path);
     w.Label4.text = files::name_of(path);
+}
+
+bool has_room(arcview& w, const std::vector<std::size_t>& rows, const std::string& directory) {
+    const std::shared_ptr<const OpenedArchive> opened = w.archives.library().open(w.ArchivePath);
+    std::error_code failed;
+    const std::filesystem::space_info space = std::filesystem::space(directory, failed);
+    if (!opened || failed) return true;
+    const std::uint64_t needed = bytes_of(opened->archive, rows);
+    if (needed <= space.available) return true;
+    return w.context.platform.ask({.text = "The files come to " + text::counted(needed, "byte") +
+                                           ", and there is room for " + text::counted(space.available, "byte") +
+                                           " in " + directory + ".\n\nUnpack as many as there is room for?",
+                                   .title = "Not enough room",
+                                   .no_is_default = true,
+                                   .question_mark = true});
 }
 
 void unpack_rows(arcview& w, std::vector<std::size_t> rows) {

@@ -19,6 +19,10 @@ void load_archive_window(shell::Context& context, NewZIP& archives);
 /// Shows the path and the name of the archive.
 void show_archive_path(arcview& w, const std::string& path);
 
+/// Returns true where the members of `rows` may be extracted to `directory`: there is room, or the user wants as much
+/// as there is room for.
+bool has_room(arcview& w, const std::vector<std::size_t>& rows, const std::string& directory);
+
 /// Extracts the members of `rows`. While members need another password, the user is asked for one.
 void unpack_rows(arcview& w, std::vector<std::size_t> rows);
 

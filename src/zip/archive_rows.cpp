@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 #include <utility>
 
 namespace quill::zip {
@@ -38,26 +39,19 @@ void select_on_page(arcview& w) {
     w.List7.selected = on_page ? std::optional(*row - w.ListTop) : std::nullopt;
 }
 
-RowCondition condition_of(arcview& w, std::size_t row, const Member& member) {
+/// What the last run has found that read the member: a test, or the extraction when the window opened.
+const MemberResult* last_result(const arcview& w, std::size_t row) {
+    const auto tested = w.tested.find(row);
+    if (tested != w.tested.end()) return &tested->second;
+    const WorkCopy* copy = w.archives.copies().of(row);
+    return copy != nullptr ? &copy->result : nullptr;
+}
+
+RowCondition condition_of(const arcview& w, std::size_t row, const Member& member) {
     if (member.is_directory()) return RowCondition::directory;
     if (w.changed_rows.contains(row)) return RowCondition::changed;
-    const WorkCopy* copy = w.archives.copies().of(row);
-    if (copy == nullptr) return RowCondition::not_unpacked;
-    if (copy->result.needs_password) return RowCondition::locked;
-    switch (copy->result.fate) {
-        case Fate::verified:
-            return RowCondition::verified;
-        case Fate::whole:
-            return RowCondition::whole;
-        case Fate::damaged:
-            return RowCondition::damaged;
-        case Fate::refused:
-            break;
-    }
-    const auto& problems = copy->result.problems;
-    const bool stopped =
-        std::any_of(problems.begin(), problems.end(), [](const Problem& p) { return p.kind == "cancelled"; });
-    return stopped ? RowCondition::not_unpacked : RowCondition::refused;
+    const MemberResult* result = last_result(w, row);
+    return result != nullptr ? condition_of(*result) : RowCondition::not_unpacked;
 }
 
 std::uint64_t number_of(arcview& w, std::size_t row, RowKey key) {
@@ -77,6 +71,29 @@ std::uint64_t number_of(arcview& w, std::size_t row, RowKey key) {
 }
 
 }  // namespace
+
+std::vector<std::size_t> all_rows(const arcview& w) {
+    std::vector<std::size_t> rows(w.List1.count());
+    std::iota(rows.begin(), rows.end(), std::size_t{0});
+    return rows;
+}
+
+RowCondition condition_of(const MemberResult& result) {
+    if (result.needs_password) return RowCondition::locked;
+    switch (result.fate) {
+        case Fate::verified:
+            return RowCondition::verified;
+        case Fate::whole:
+            return RowCondition::whole;
+        case Fate::damaged:
+            return RowCondition::damaged;
+        case Fate::refused:
+            break;
+    }
+    const bool stopped = std::any_of(result.problems.begin(), result.problems.end(),
+                                     [](const Problem& p) { return p.kind == "cancelled"; });
+    return stopped ? RowCondition::not_unpacked : RowCondition::refused;
+}
 
 void RenderRows(arcview& w) {
     w.Image10.for_each([](int, IconPicture& picture) { picture.icon = {}; });
@@ -136,14 +153,14 @@ RowDetails row_details(arcview& w, std::size_t row) {
     details.encrypted = member.is_encrypted();
     details.directory = member.is_directory();
     details.condition = condition_of(w, row, member);
-    if (const WorkCopy* copy = w.archives.copies().of(row)) {
-        for (const Problem& problem : copy->result.problems) details.problems.push_back(problem.text);
+    if (const MemberResult* result = last_result(w, row)) {
+        for (const Problem& problem : result->problems) details.problems.push_back(problem.text);
     }
     return details;
 }
 
 std::string_view condition_text(RowCondition condition) {
-    static constexpr std::array<std::string_view, 8> texts = {
+    static constexpr std::array<std::string_view, condition_count> texts = {
         "Verified", "Whole", "Directory", "Changed", "Not unpacked", "Needs a password", "Damaged", "Refused"};
     return texts.at(static_cast<std::size_t>(condition));
 }

@@ -5,11 +5,15 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// The rows of the archive window, the page of ten among them, and what a view shows of each.
 namespace quill::zip {
 
 constexpr std::size_t rows_on_page = 10;
+
+/// The numbers of all rows of List1.
+std::vector<std::size_t> all_rows(const arcview& w);
 
 /// Fills the page from List1: its rows, their icons, the scroll bar, the number of rows.
 void RenderRows(arcview& w);
@@ -38,6 +42,8 @@ enum class RowCondition : std::uint8_t {
     refused        ///< It could not be extracted.
 };
 
+constexpr std::size_t condition_count = 8;
+
 /// What a view shows of a row of List1.
 struct RowDetails {
     std::string name;          ///< as the archive has it, or as it was made safe
@@ -50,6 +56,9 @@ struct RowDetails {
     bool directory = false;
     std::vector<std::string> problems;  ///< one sentence each
 };
+
+/// How a member came out of a run that read it.
+RowCondition condition_of(const MemberResult& result);
 
 /// REQUIRES: row < List1.count(). Reads no file.
 RowDetails row_details(arcview& w, std::size_t row);

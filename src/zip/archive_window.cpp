@@ -1,13 +1,13 @@
 #include "zip/archive_window.h"
 
-#include "files/directory.h"
-#include "files/mounts.h"
 #include "shell/about_box.h"
 #include "shell/main_workflow.h"
 #include "zip/archive_actions.h"
 #include "zip/archive_document.h"
 #include "zip/archive_leaving.h"
 #include "zip/archive_loading.h"
+#include "zip/archive_panel.h"
+#include "zip/archive_reading.h"
 #include "zip/archive_rows.h"
 
 #include <array>
@@ -30,11 +30,14 @@ constexpr std::array<ToolRow, 4> tools = {{
 
 void set_captions(arcview& w) {
     w.stop.caption = "Stop";
-    w.Command2.caption = "Move the files to this directory folder";
     w.Command3.caption = "Create a new directory in current directory folder";
     w.Command4.caption = "Cancel";
+    w.own_folder.caption = "In a new folder";
+    w.opens_folder.caption = "Open the folder afterwards";
     w.fil.caption = "&File";
     w.peo.caption = "&Open";
+    w.extract.caption = "&Extract to...";
+    w.test.caption = "&Test";
     w.rpnex.caption = "&Repack and exit";
     w.exnrp.caption = "E&xit without repacking";
     w.edi.caption = "&Edit";
@@ -47,6 +50,7 @@ void set_captions(arcview& w) {
     w.abt.caption = "About Quillbright Pro...";
     w.dvd.caption = "Selected files";
     w.opt.caption = "Open";
+    w.exs.caption = "Extract to...";
     w.ads.caption = "Add files to ZIP file";
     w.rrm.caption = "Remove selected file from ZIP";
     w.lod.caption = "Load file into ..";
@@ -80,23 +84,30 @@ void wire_tools(arcview& w) {
 }
 
 void wire_list(arcview& w) {
-    w.List1.change = [&w] { show_selected_row(w); };
+    w.List1.change = [&w] {
+        show_selected_row(w);
+        count_selected(w);
+    };
     w.List1.double_click = w.List7.double_click = [&w] { OpenMember(w); };
     w.List7.change = [&w] { select_page_row(w); };
     w.VScroll2.change = [&w] { scroll_page(w); };
     w.watch.tick = [&w] { notice_changes(w); };
 }
 
-void wire_move_panel(arcview& w) {
-    w.Drive1.change = [&w] { show_move_directory(w, w.Drive1.drive); };
-    w.Dir1.change = [&w] { show_move_directory(w, w.Dir1.path); };
-    w.Command2.click = [&w] { move_files(w); };
-    w.Command3.click = [&w] { make_move_directory(w); };
+void wire_panel(arcview& w) {
+    w.Drive1.change = [&w] { show_panel_directory(w, w.Drive1.drive); };
+    w.Dir1.change = [&w] { show_panel_directory(w, w.Dir1.path); };
+    w.Command2.click = [&w] { w.panel_extracts ? extract_files(w) : move_files(w); };
+    w.Command3.click = [&w] { make_panel_directory(w); };
+    w.take_all.click = w.take_selected.click = [&w] { count_selected(w); };
     w.Command4.click = [&w] { w.Picture2.visible = false; };
 }
 
 void wire_menus(arcview& w) {
     w.peo.click = w.opt.click = [&w] { OpenMember(w); };
+    w.extract.click = [&w] { choose_extraction(w); };
+    w.exs.click = [&w] { choose_extraction(w, true); };
+    w.test.click = [&w] { test_archive(w); };
     w.rpnex.click = [&w] { RepackAndExit(w); };
     w.exnrp.click = [&w] { gogo(w); };
     w.undo.click = [&w] { undo_change(w); };
@@ -116,6 +127,7 @@ arcview::arcview(shell::Context& shared, NewZIP& operations) : context(shared), 
     width = window_width;
     height = window_height;
     Label3.text = "1";
+    opens_folder.checked = true;
     bar.width = bar_done.width = bar_width;
     List1.takes_several = true;
     watch.interval = milliseconds_between_looks;
@@ -123,7 +135,7 @@ arcview::arcview(shell::Context& shared, NewZIP& operations) : context(shared), 
     hide_what_starts_hidden(*this);
     wire_tools(*this);
     wire_list(*this);
-    wire_move_panel(*this);
+    wire_panel(*this);
     wire_menus(*this);
 }
 

@@ -8,6 +8,7 @@
 #include "zip/new_zip.h"
 
 #include <cstddef>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -37,8 +38,8 @@ struct ArchiveState {
 };
 
 /// The archive window: an open ZIP file, whose members are files in WorkDir. Every change goes into the archive at
-/// once. Its operations are in archive_loading.h, archive_rows.h, archive_actions.h, archive_document.h and
-/// archive_leaving.h.
+/// once. Its operations are in archive_loading.h, archive_rows.h, archive_actions.h, archive_document.h,
+/// archive_reading.h, archive_panel.h and archive_leaving.h.
 struct arcview : controls::Window {
     // The list.
     controls::Picture Picture1;                                                  // panel of the list
@@ -72,18 +73,26 @@ struct arcview : controls::Window {
     controls::ControlArray<ToolPicture> Image1{1, 2, 3, 4};        // open, move, repack, exit
     controls::ControlArray<controls::Picture> Image2{1, 2, 3, 4};  // the same, sunken
 
-    // The move panel.
-    controls::Picture Picture2;     // move panel
-    controls::DriveListBox Drive1;  // drive to move to
-    controls::DirListBox Dir1;      // directory to move to
-    controls::Label Label5;         // its path
-    controls::Button Command2;      // move the files there
-    controls::Button Command3;      // make a directory there
-    controls::Button Command4;      // leave the panel
+    // The panel that moves or extracts files to a directory.
+    controls::Picture Picture2;       // the panel
+    controls::Label panel_title;      // what it does
+    controls::DriveListBox Drive1;    // drive to go to
+    controls::DirListBox Dir1;        // directory to go to
+    controls::Label Label5;           // its path
+    controls::Choice take_all;        // extract all members
+    controls::Choice take_selected;   // extract the selected ones
+    controls::CheckBox own_folder;    // put them into a new directory there
+    controls::CheckBox opens_folder;  // open the directory afterwards
+    controls::Button Command2;        // move or extract the files there
+    controls::Button Command3;        // make a directory there
+    controls::Button Command4;        // leave the panel
+    bool panel_extracts = false;      // the panel extracts members; else it moves all files
 
     // Menus.
     controls::MenuItem fil;       // menu File
     controls::MenuItem peo;       // open the member
+    controls::MenuItem extract;   // extract members to a directory
+    controls::MenuItem test;      // test all members
     controls::MenuItem rpnex;     // repack and exit
     controls::MenuItem exnrp;     // exit without repacking
     controls::MenuItem edi;       // menu Edit
@@ -96,6 +105,7 @@ struct arcview : controls::Window {
     controls::MenuItem abt;       // about the program
     controls::MenuItem dvd;       // menu of a row
     controls::MenuItem opt;       // open the member
+    controls::MenuItem exs;       // extract the selected members
     controls::MenuItem ads;       // add files
     controls::MenuItem rrm;       // remove the selected members
     controls::MenuItem lod;       // "Load file into .."
@@ -107,6 +117,7 @@ struct arcview : controls::Window {
     std::shared_ptr<const OpenedArchive> listed;  // the archive as the rows show it; nullptr for a new one
     std::optional<files::MappedFile> bytes;       // its bytes, which stay when another program replaces it
     std::optional<files::FileStamp> stamp;        // its file as the rows show it
+    std::map<std::size_t, MemberResult> tested;   // what the last test has found of each row
     std::vector<ArchiveState> undo_states;        // before each change, the last one at the end
     std::set<std::size_t> changed_rows;           // rows whose files other programs have changed
     /// What the archive's file was when the user was last asked about it: nullopt inside where it was gone.
@@ -167,16 +178,23 @@ void visit_controls(arcview& w, F&& f) {
     w.Image2.for_each(
         [&](int i, controls::Picture& tool) { f(controls::member_name("Image2", i), "Pressed tool", tool); });
 
-    f("Picture2", "Move panel", w.Picture2);
-    f("Drive1", "Drive to move to", w.Drive1);
-    f("Dir1", "Directory to move to", w.Dir1);
-    f("Label5", "Path to move to", w.Label5);
-    f("Command2", "Move the files there", w.Command2);
+    f("Picture2", "Panel of the directory to move or extract to", w.Picture2);
+    f("panel_title", "What the panel does", w.panel_title);
+    f("Drive1", "Drive to go to", w.Drive1);
+    f("Dir1", "Directory to go to", w.Dir1);
+    f("Label5", "Path to go to", w.Label5);
+    f("take_all", "Extract all members", w.take_all);
+    f("take_selected", "Extract the selected members", w.take_selected);
+    f("own_folder", "Extract into a new directory", w.own_folder);
+    f("opens_folder", "Open the directory afterwards", w.opens_folder);
+    f("Command2", "Move or extract the files there", w.Command2);
     f("Command3", "Make a directory", w.Command3);
-    f("Command4", "Leave the move panel", w.Command4);
+    f("Command4", "Leave the panel", w.Command4);
 
     f("fil", "File menu", w.fil);
     f("peo", "Open the member", w.peo);
+    f("extract", "Extract members", w.extract);
+    f("test", "Test the archive", w.test);
     f("rpnex", "Repack and exit", w.rpnex);
     f("exnrp", "Exit without repacking", w.exnrp);
     f("edi", "Edit menu", w.edi);
@@ -189,6 +207,7 @@ void visit_controls(arcview& w, F&& f) {
     f("abt", "About the program", w.abt);
     f("dvd", "Menu of a member", w.dvd);
     f("opt", "Open the member from its menu", w.opt);
+    f("exs", "Extract the selected members from their menu", w.exs);
     f("ads", "Add files from the member's menu", w.ads);
     f("rrm", "Remove the members from their menu", w.rrm);
     f("lod", "Load the file into a program", w.lod);

@@ -1,0 +1,93 @@
+#include "zip/archive_panel.h"
+
+#include "files/directory.h"
+#include "files/mounts.h"
+#include "files/path.h"
+#include "text/count.h"
+#include "zip/archive_rows.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace quill::zip {
+namespace {
+
+constexpr unsigned usual_mode = 0777;  // less the umask
+
+void show_panel(arcview& w, bool extracts, const std::string& directory) {
+    w.panel_extracts = extracts;
+    w.panel_title.text = extracts ? "Extract to" : "Move all files to";
+    w.Command2.caption = extracts ? "Extract the files to this folder" : "Move the files to this directory folder";
+    for (controls::Control* part :
+         std::initializer_list<controls::Control*>{&w.take_all, &w.take_selected, &w.own_folder, &w.opens_folder}) {
+        part->visible = extracts;
+    }
+    w.Picture2.visible = true;
+    show_panel_directory(w, directory);
+}
+
+/// Whether the rows have more than one name at the top, so that they would lie about in a directory.
+bool has_many_tops(const arcview& w, const std::vector<std::size_t>& rows) {
+    if (!w.listed) return false;
+    const auto top_of = [&](std::size_t row) {
+        const std::string path = w.listed->paths[row].path;
+        return path.substr(0, path.find('/'));
+    };
+    return std::any_of(rows.begin(), rows.end(), [&](std::size_t row) { return top_of(row) != top_of(rows.front()); });
+}
+
+}  // namespace
+
+void mover(arcview& w) {
+    show_panel(w, false, files::drive_of(w.Dir1.path.empty() ? w.ArchivePath : w.Dir1.path, files::drives()));
+}
+
+void choose_extraction(arcview& w, bool selected) {
+    const std::size_t chosen = w.List1.chosen_rows().size();
+    w.take_selected.chosen = chosen != 0 && (selected || (chosen > 1 && chosen < w.List1.count()));
+    w.take_all.chosen = !w.take_selected.chosen;
+    show_panel(w, true, files::dir_of(w.ArchivePath));
+    count_selected(w);
+}
+
+void count_selected(arcview& w) {
+    if (!w.Picture2.visible || !w.panel_extracts) return;
+    const std::size_t selected = w.List1.chosen_rows().size();
+    w.take_all.caption = "All files (" + text::grouped(w.List1.count()) + ")";
+    w.take_selected.caption = "Selected files (" + text::grouped(selected) + ")";
+    w.take_selected.enabled = selected != 0;
+    if (selected == 0) {
+        w.take_selected.chosen = false;
+        w.take_all.chosen = true;
+    }
+    w.own_folder.checked = has_many_tops(w, rows_to_extract(w));
+}
+
+void show_panel_directory(arcview& w, const std::string& directory) {
+    w.Dir1.path = w.Label5.text = directory;
+    w.Drive1.drive = files::drive_of(directory, files::drives());
+}
+
+void make_panel_directory(arcview& w) {
+    const std::string name =
+        w.context.platform.input({.text = "Type a name below for the new folder you wish to create in " + w.Dir1.path});
+    if (name.empty()) return;
+    const Result<std::string> made = files::make_new_directory(files::join(w.Dir1.path, name), usual_mode);
+    if (made) {
+        show_panel_directory(w, *made);
+    } else {
+        w.context.platform.message(name + ": " + made.error().text + ".");
+    }
+}
+
+std::string panel_directory(const arcview& w) {
+    std::string directory = files::absolute(w.Dir1.path);
+    while (directory.size() > 1 && directory.back() == '/') directory.pop_back();
+    return directory;
+}
+
+std::vector<std::size_t> rows_to_extract(const arcview& w) {
+    return w.take_selected.chosen ? w.List1.chosen_rows() : all_rows(w);
+}
+
+}  // namespace quill::zip

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "zip/archive_window.h"
+
+#include <string>
+
+/// The panel beside the list: a directory to move all files to, or to extract members to.
+namespace quill::zip {
+
+/// Shows the panel that moves all files to another directory.
+void mover(arcview& w);
+
+/// Shows the panel that extracts members, all of them or the selected ones. Offers the selected ones first where
+/// `selected` says so, or where several are selected.
+void choose_extraction(arcview& w, bool selected = false);
+
+/// Shows how many rows are selected, and offers a new directory where those to be extracted have several names at the
+/// top.
+void count_selected(arcview& w);
+
+/// Enters a directory of the panel.
+void show_panel_directory(arcview& w, const std::string& directory);
+
+/// Asks for a name and makes a directory of that name, or with a number in it, in the panel's one.
+void make_panel_directory(arcview& w);
+
+/// The panel's directory as an absolute path without a slash at its end.
+std::string panel_directory(const arcview& w);
+
+/// The rows that are to be extracted.
+std::vector<std::size_t> rows_to_extract(const arcview& w);
+
+}  // namespace quill::zip

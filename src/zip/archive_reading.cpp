@@ -1,0 +1,157 @@
+#include "zip/archive_reading.h"
+
+#include "files/directory.h"
+#include "files/path.h"
+#include "files/unfinished.h"
+#include "text/count.h"
+#include "zip/archive_document.h"
+#include "zip/archive_loading.h"
+#include "zip/archive_panel.h"
+#include "zip/archive_rows.h"
+#include "zip/archive_run.h"
+#include "zip/archive_tally.h"
+
+#include <utility>
+
+namespace quill::zip {
+namespace {
+
+constexpr auto password_again =
+    "The password does not seem to be the right one for this ZIP file. Type in another one, or click Cancel to go on "
+    "without the members that need it.";
+constexpr auto name_without_any = "files";  // of a directory for what is in ".zip"
+
+using ReadRows = std::function<Status(const std::vector<std::size_t>&, const ExtractOptions&, const TakeResult&)>;
+
+/// Runs `read` over `rows`, and again over those that need another password while the user has one.
+Status read_rows(arcview& w, const std::string& doing, std::vector<std::size_t> rows, const ReadRows& read,
+                 const std::function<void(const MemberResult&)>& take) {
+    while (true) {
+        ArchiveRun run(w, doing);
+        ExtractOptions options;
+        options.password = w.context.session.ZipPassword;
+        options.limits = w.archives.library().limits;
+        options.confirm_large = w.archives.library().confirm_large;
+        options.progress = [&run](const Progress& done) { return run.goes_on(done); };
+        std::vector<MemberResult> locked;
+        const Status done = read(rows, options, [&](MemberResult result) {
+            if (result.needs_password) {
+                locked.push_back(std::move(result));
+            } else {
+                take(result);
+            }
+        });
+        const bool again = done && !locked.empty() && !w.stop_wanted && ask_for_another_password(w);
+        if (!again) {
+            for (const MemberResult& result : locked) take(result);
+            return done;
+        }
+        rows.clear();
+        for (const MemberResult& result : locked) rows.push_back(result.member);
+    }
+}
+
+/// Makes a directory of the archive's name in `parent`, which goes again where nothing is written into it.
+Result<files::Unfinished> make_own_folder(const arcview& w, const std::string& parent) {
+    constexpr unsigned usual_mode = 0777;  // less the umask
+    const std::string archive = files::name_of(w.ArchivePath);
+    const std::string stem = archive.substr(0, files::extension_at(archive));
+    Result<std::string> made =
+        files::make_new_directory(files::join(parent, stem.empty() ? name_without_any : stem), usual_mode);
+    if (!made) return made.error();
+    return files::Unfinished(std::move(*made));
+}
+
+void report_extraction(arcview& w, const Tally& tally, const std::string& directory) {
+    const bool all_are_good = tally.good() == tally.all();
+    const bool is_opened =
+        tally.good() != 0 && w.opens_folder.checked && w.context.platform.opener().open_with_default(directory);
+    if (all_are_good && is_opened) return;
+    if (all_are_good) {
+        w.context.platform.message(text::counted(tally.good(), "file") + " extracted to " + directory + ".", "Extract");
+        return;
+    }
+    w.context.platform.message(
+        "Not all of the files were extracted to " + directory + ": " + tally.counts() + "." + tally.reasons(),
+        "Not everything is whole");
+}
+
+void report_test(arcview& w, const Tally& tally) {
+    const bool all_are_verified = tally.of(RowCondition::verified) == tally.all();
+    std::string text = archive_problems(w);
+    if (all_are_verified) {
+        text += text::counted(tally.all(), "member") + ", and " +
+                (tally.all() == 1 ? "it is as it was packed." : "all are as they were packed.");
+    } else {
+        text += text::counted(tally.all(), "member") + ": " + tally.counts() + "." + tally.reasons();
+    }
+    w.context.platform.message(text, "Test of " + files::name_of(w.ArchivePath));
+}
+
+}  // namespace
+
+bool ask_for_another_password(arcview& w) {
+    const std::string answer = w.context.platform.input({.text = password_again, .secret = true});
+    if (answer.empty()) return false;
+    w.context.session.ZipPassword = answer;
+    return true;
+}
+
+std::string archive_problems(const arcview& w) {
+    std::string text;
+    if (!w.listed) return text;
+    for (const Problem& problem : w.listed->archive.problems()) text += "The archive: " + problem.text + ".\n";
+    return text;
+}
+
+void extract_files(arcview& w) {
+    const Unwatched unwatched(w);
+    const std::vector<std::size_t> rows = rows_to_extract(w);
+    const std::string parent = panel_directory(w);
+    if (rows.empty() || !archive_is_ours(w) || !settle_changes(w) || !has_room(w, rows, parent)) return;
+    const std::shared_ptr<const OpenedArchive> opened = w.listed;
+    const Result<files::Unfinished> folder =
+        w.own_folder.checked ? make_own_folder(w, parent) : Result<files::Unfinished>(files::Unfinished());
+    const std::string directory = folder && !folder->path().empty() ? folder->path() : parent;
+    Tally tally;
+    Status done = folder ? Status(Done{}) : Status(folder.error());
+    if (done) {
+        w.Picture2.visible = false;
+        done = read_rows(
+            w, "Extracting", rows,
+            [&](const std::vector<std::size_t>& some, const ExtractOptions& options, const TakeResult& take) {
+                return extract_members(opened->archive, some, opened->paths, directory, options, take);
+            },
+            [&](const MemberResult& result) { tally.add(opened->archive, result); });
+    }
+    if (done) {
+        report_extraction(w, tally, directory);
+    } else {
+        w.context.platform.message("The files could not be extracted to " + directory + ": " + done.error().text + ".");
+    }
+}
+
+void test_archive(arcview& w) {
+    const Unwatched unwatched(w);
+    if (!archive_is_ours(w) || !w.listed) return;
+    const std::shared_ptr<const OpenedArchive> opened = w.listed;
+    Tally tally;
+    w.tested.clear();
+    const Status done = read_rows(
+        w, "Testing", all_rows(w),
+        [&](const std::vector<std::size_t>& some, const ExtractOptions& options, const TakeResult& take) {
+            return test_members(opened->archive, some, options, take);
+        },
+        [&](const MemberResult& result) {
+            tally.add(opened->archive, result);
+            w.tested.insert_or_assign(result.member, result);
+        });
+    ++w.shown_revision;
+    if (done) {
+        report_test(w, tally);
+    } else {
+        w.context.platform.message("The archive could not be tested: " + done.error().text + ".");
+    }
+}
+
+}  // namespace quill::zip

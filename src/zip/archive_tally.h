@@ -1,0 +1,33 @@
+#pragma once
+
+#include "zip/archive_rows.h"
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace quill::zip {
+
+/// Counts how members came out of a run that read them, and says so.
+class Tally {
+  public:
+    void add(const Archive& archive, const MemberResult& result);
+
+    std::size_t of(RowCondition condition) const { return counts_.at(static_cast<std::size_t>(condition)); }
+    std::size_t all() const;
+    /// Members that are as they should be.
+    std::size_t good() const { return of(RowCondition::verified) + of(RowCondition::whole); }
+
+    /// "4 verified, 1 damaged"
+    std::string counts() const;
+    /// The first few members that are not whole, each with its reason on a line of its own.
+    std::string reasons() const;
+
+  private:
+    std::array<std::size_t, condition_count> counts_{};
+    std::vector<std::string> reasons_;
+    std::size_t without_reason_ = 0;
+};
+
+}  // namespace quill::zip
