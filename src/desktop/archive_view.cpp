@@ -137,6 +137,11 @@ void ArchiveWindowView::build_menus() {
     add(edit, w_.adtozip, QKeySequence(Qt::Key_Insert));
     add(edit, w_.remzip, QKeySequence::Delete);
     add(edit, w_.savzipch, QKeySequence::Save);
+    QMenu* names = bind(w_.nam, bar->addMenu(QString()));
+    w_.names_in.for_each([&](int i, controls::MenuItem& item) {
+        add(names, item);
+        if (i == 0) names->addSeparator();
+    });
     QMenu* help = bind(w_.hlp, bar->addMenu(QString()));
     add(help, w_.help, QKeySequence::HelpContents);
     add(help, w_.abt);

@@ -132,10 +132,10 @@ QCheckBox* View::bind(controls::CheckBox& box, QCheckBox* widget) {
 QAction* View::bind(controls::MenuItem& item, QAction* action) {
     adopt(item, action);
     QObject::connect(action, &QAction::triggered, action, [this, &item] { hand_in(item.click); });
-    on_sync([&item, action, caption = Drawn<std::string>(), checked = Drawn<bool>()]() mutable {
+    on_sync([&item, action, caption = Drawn<std::string>()]() mutable {
         caption.update(item.caption, [&](const std::string& now) { set_text(*action, desktop::shown(now)); });
         if (item.checked) action->setCheckable(true);
-        checked.update(item.checked, [&](bool now) { action->setChecked(now); });
+        if (action->isCheckable()) action->setChecked(item.checked);  // a click has changed it already
         action->setVisible(item.visible);
         action->setEnabled(item.enabled);
     });

@@ -144,6 +144,7 @@ void take_archive(arcview& w) {
     const std::vector<std::size_t> changed = w.archives.copies().changed();
     w.changed_rows = {changed.begin(), changed.end()};
     w.tested.clear();
+    w.nam.enabled = w.listed && w.listed->archive.has_names_without_sign();
     w.extract.enabled = w.exs.enabled = w.test.enabled = w.List1.count() != 0;
     ++w.shown_revision;
     RenderRows(w);

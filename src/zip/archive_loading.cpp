@@ -101,23 +101,6 @@ std::uint64_t bytes_of(const Archive& archive, const std::vector<std::size_t>& r
     return sum;
 }
 
-/// Remembers which directories below WorkDir will be there only because of the archive.
-void note_new_directories(arcview& w) {
-    const std::shared_ptr<const OpenedArchive> opened = w.archives.library().open(w.ArchivePath);
-    if (!opened) return;
-    std::set<std::string> seen;
-    for (std::size_t i = 0; i < opened->paths.size(); ++i) {
-        const bool is_directory = opened->archive.members()[i].is_directory();
-        std::string directory = is_directory ? opened->paths[i].path : files::dir_of(opened->paths[i].path);
-        for (; !directory.empty() && seen.insert(directory).second; directory = files::dir_of(directory)) {
-        }
-    }
-    for (const std::string& directory : seen) {
-        std::string path = files::join(w.context.session.WorkDir, directory);
-        if (!files::exists(path)) w.made_directories.push_back(std::move(path));
-    }
-}
-
 /// The rows among `rows` that another password may help. A wrong one passes for the right one now and then, and leaves
 /// a member that looks damaged: such a member counts unless the password has opened another.
 std::vector<std::size_t> locked_rows(arcview& w, const std::vector<std::size_t>& rows) {
@@ -182,6 +165,26 @@ void show_archive_path(arcview& w, const std::string& path) {
     w.Label4.text = files::name_of(path);
 }
 
+std::set<std::string> member_directories(const OpenedArchive& opened) {
+    std::set<std::string> seen;
+    for (std::size_t i = 0; i < opened.paths.size(); ++i) {
+        const bool is_directory = opened.archive.members()[i].is_directory();
+        std::string directory = is_directory ? opened.paths[i].path : files::dir_of(opened.paths[i].path);
+        for (; !directory.empty() && seen.insert(directory).second; directory = files::dir_of(directory)) {
+        }
+    }
+    return seen;
+}
+
+void note_new_directories(arcview& w) {
+    const std::shared_ptr<const OpenedArchive> opened = w.archives.library().open(w.ArchivePath);
+    if (!opened) return;
+    for (const std::string& directory : member_directories(*opened)) {
+        std::string path = files::join(w.context.session.WorkDir, directory);
+        if (!files::exists(path)) w.made_directories.push_back(std::move(path));
+    }
+}
+
 bool has_room(arcview& w, const std::vector<std::size_t>& rows, const std::string& directory) {
     const std::shared_ptr<const OpenedArchive> opened = w.archives.library().open(w.ArchivePath);
     std::error_code failed;
@@ -216,6 +219,7 @@ void reload_archive(arcview& w) {
 
 void load_archive_window(shell::Context& context, NewZIP& archives) {
     context.windows.unload<arcview>();
+    archives.library().read_names_in({});
     auto& w = context.windows.load<arcview>(context, archives);
     if (!find_archive(w) || !list_archive(w)) {
         context.windows.unload<arcview>();

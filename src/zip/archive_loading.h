@@ -3,6 +3,7 @@
 #include "zip/archive_window.h"
 
 #include <cstddef>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,12 @@ void show_archive_path(arcview& w, const std::string& path);
 /// Returns true where the members of `rows` may be extracted to `directory`: there is room, or the user wants as much
 /// as there is room for.
 bool has_room(arcview& w, const std::vector<std::size_t>& rows, const std::string& directory);
+
+/// The directories that members are or lie in, below the one that they are extracted to.
+std::set<std::string> member_directories(const OpenedArchive& opened);
+
+/// Remembers which directories below WorkDir will be there only because of the archive.
+void note_new_directories(arcview& w);
 
 /// Extracts the members of `rows`. While members need another password, the user is asked for one.
 void unpack_rows(arcview& w, std::vector<std::size_t> rows);

@@ -6,6 +6,7 @@
 #include "zip/archive_document.h"
 #include "zip/archive_leaving.h"
 #include "zip/archive_loading.h"
+#include "zip/archive_names.h"
 #include "zip/archive_panel.h"
 #include "zip/archive_reading.h"
 #include "zip/archive_rows.h"
@@ -45,6 +46,9 @@ void set_captions(arcview& w) {
     w.adtozip.caption = "&Add files to ZIP file";
     w.remzip.caption = "&Remove selected file from ZIP";
     w.savzipch.caption = "&Save changes in selected file into ZIP file";
+    w.nam.caption = "&Names";
+    w.names_in.for_each([](int i, controls::MenuItem& item) { item.caption = caption_of_names(i); });
+    w.names_in(0).checked = true;
     w.hlp.caption = "&Help";
     w.help.caption = "&Help for ZIP Quillbright 2002";
     w.abt.caption = "About Quillbright Pro...";
@@ -114,6 +118,7 @@ void wire_menus(arcview& w) {
     w.adtozip.click = w.ads.click = [&w] { zippadd(w); };
     w.remzip.click = w.rrm.click = [&w] { RemoveMember(w); };
     w.savzipch.click = [&w] { SaveChangedFile(w); };
+    w.names_in.for_each([&](int i, controls::MenuItem& item) { item.click = [&w, i] { choose_names(w, i); }; });
     w.help.click = [&w] { shell::open_user_guide(w.context); };
     w.abt.click = [&w] { shell::show_about_box(w.context); };
     w.close = [&w] { close_archive_window(w); };

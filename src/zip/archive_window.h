@@ -39,7 +39,7 @@ struct ArchiveState {
 
 /// The archive window: an open ZIP file, whose members are files in WorkDir. Every change goes into the archive at
 /// once. Its operations are in archive_loading.h, archive_rows.h, archive_actions.h, archive_document.h,
-/// archive_reading.h, archive_panel.h and archive_leaving.h.
+/// archive_reading.h, archive_panel.h, archive_names.h and archive_leaving.h.
 struct arcview : controls::Window {
     // The list.
     controls::Picture Picture1;                                                  // panel of the list
@@ -89,27 +89,29 @@ struct arcview : controls::Window {
     bool panel_extracts = false;      // the panel extracts members; else it moves all files
 
     // Menus.
-    controls::MenuItem fil;       // menu File
-    controls::MenuItem peo;       // open the member
-    controls::MenuItem extract;   // extract members to a directory
-    controls::MenuItem test;      // test all members
-    controls::MenuItem rpnex;     // repack and exit
-    controls::MenuItem exnrp;     // exit without repacking
-    controls::MenuItem edi;       // menu Edit
-    controls::MenuItem undo;      // take the last change back
-    controls::MenuItem adtozip;   // add files
-    controls::MenuItem remzip;    // remove the selected members
-    controls::MenuItem savzipch;  // save changed files into the archive
-    controls::MenuItem hlp;       // menu Help
-    controls::MenuItem help;      // user guide
-    controls::MenuItem abt;       // about the program
-    controls::MenuItem dvd;       // menu of a row
-    controls::MenuItem opt;       // open the member
-    controls::MenuItem exs;       // extract the selected members
-    controls::MenuItem ads;       // add files
-    controls::MenuItem rrm;       // remove the selected members
-    controls::MenuItem lod;       // "Load file into .."
-    controls::MenuItem lodnone;   // its empty item
+    controls::MenuItem fil;                                                       // menu File
+    controls::MenuItem peo;                                                       // open the member
+    controls::MenuItem extract;                                                   // extract members to a directory
+    controls::MenuItem test;                                                      // test all members
+    controls::MenuItem rpnex;                                                     // repack and exit
+    controls::MenuItem exnrp;                                                     // exit without repacking
+    controls::MenuItem edi;                                                       // menu Edit
+    controls::MenuItem undo;                                                      // take the last change back
+    controls::MenuItem adtozip;                                                   // add files
+    controls::MenuItem remzip;                                                    // remove the selected members
+    controls::MenuItem savzipch;                                                  // save changed files into the archive
+    controls::MenuItem nam;                                                       // menu Names
+    controls::ControlArray<controls::MenuItem> names_in{0, 1, 2, 3, 4, 5, 6, 7};  // automatic, and the character sets
+    controls::MenuItem hlp;                                                       // menu Help
+    controls::MenuItem help;                                                      // user guide
+    controls::MenuItem abt;                                                       // about the program
+    controls::MenuItem dvd;                                                       // menu of a row
+    controls::MenuItem opt;                                                       // open the member
+    controls::MenuItem exs;                                                       // extract the selected members
+    controls::MenuItem ads;                                                       // add files
+    controls::MenuItem rrm;                                                       // remove the selected members
+    controls::MenuItem lod;                                                       // "Load file into .."
+    controls::MenuItem lodnone;                                                   // its empty item
 
     controls::Timer watch;  // looks whether other programs have changed the files
 
@@ -202,6 +204,10 @@ void visit_controls(arcview& w, F&& f) {
     f("adtozip", "Add files", w.adtozip);
     f("remzip", "Remove the selected members", w.remzip);
     f("savzipch", "Save changes into the archive", w.savzipch);
+    f("nam", "Names menu", w.nam);
+    w.names_in.for_each([&](int i, controls::MenuItem& item) {
+        f(controls::member_name("names_in", i), "Character set of the names", item);
+    });
     f("hlp", "Help menu", w.hlp);
     f("help", "User guide", w.help);
     f("abt", "About the program", w.abt);

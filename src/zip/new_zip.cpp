@@ -131,7 +131,7 @@ void NewZIP::copy_to_work_dir(const std::vector<ZipItem>& items) {
         const auto row = static_cast<std::size_t>(members.rend() - added) - 1;
         const std::string path = put_copy(item.name, row, opened->paths[row].path);
         const bool made_here = !files::same_file(path_in_work_dir(path), item.name);
-        if (!path.empty()) copies_.record_copy(row, name, path, made_here);
+        if (!path.empty()) copies_.record_copy(row, std::string(members[row].raw_name), path, made_here);
     }
 }
 

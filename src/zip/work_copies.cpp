@@ -3,8 +3,11 @@
 #include "checksum/checksum.h"
 #include "files/directory.h"
 #include "files/mapped_file.h"
+#include "files/names.h"
 #include "files/path.h"
 
+#include <filesystem>
+#include <map>
 #include <set>
 #include <utility>
 
@@ -32,7 +35,7 @@ std::optional<WorkCopy>& WorkCopies::at(std::size_t member) {
 void WorkCopies::record(const Archive& archive, const MemberResult& result) {
     if (result.member >= archive.members().size()) return;
     const Member& member = archive.members()[result.member];
-    WorkCopy& copy = at(result.member).emplace(WorkCopy{std::string(member.name), result, {}, member.crc});
+    WorkCopy& copy = at(result.member).emplace(WorkCopy{std::string(member.raw_name), result, {}, member.crc});
     if (copy.result.path.empty() || member.is_directory()) return;
     const std::string path = files::join(directory_, copy.result.path);
     copy.stamp = files::stamp_of(path);
@@ -60,6 +63,32 @@ void WorkCopies::record_saved(std::size_t member) {
     copies_[member]->opened = before.opened;
 }
 
+bool WorkCopies::move(std::size_t member, const std::string& path) {
+    if (state_of(member) != CopyState::untouched || !of(member)->made_here || of(member)->opened) return false;
+    const std::string from = path_of(member), directory = files::dir_of(files::join(directory_, path));
+    std::error_code failed;
+    std::filesystem::create_directories(directory, failed);
+    const std::string name = files::unique_name(directory, files::name_of(path));
+    if (!files::rename_new(from, files::join(directory, name))) return false;
+    copies_[member]->result.path = files::join(files::dir_of(path), name);
+    copies_[member]->stamp = files::stamp_of(path_of(member));
+    return true;
+}
+
+void WorkCopies::follow(const WorkCopies& moved) {
+    std::map<std::pair<std::uint64_t, std::uint64_t>, const WorkCopy*> now;
+    for (const std::optional<WorkCopy>& copy : moved.copies_) {
+        if (copy && copy->stamp) now[{copy->stamp->device, copy->stamp->inode}] = &*copy;
+    }
+    for (std::optional<WorkCopy>& copy : copies_) {
+        if (!copy || !copy->stamp) continue;
+        const auto file = now.find({copy->stamp->device, copy->stamp->inode});
+        if (file == now.end() || file->second->result.path == copy->result.path) continue;
+        copy->result.path = file->second->result.path;
+        copy->stamp = file->second->stamp;
+    }
+}
+
 void WorkCopies::go_back_to(const WorkCopies& before) {
     std::set<std::string> known;
     for (std::size_t i = 0; i < before.copies_.size(); ++i) known.insert(before.path_of(i));
@@ -72,7 +101,7 @@ void WorkCopies::go_back_to(const WorkCopies& before) {
 void WorkCopies::keep_those_of(const Archive& archive) {
     copies_.resize(archive.members().size());
     for (std::size_t i = 0; i < copies_.size(); ++i) {
-        if (copies_[i] && copies_[i]->member != archive.members()[i].name) copies_[i].reset();
+        if (copies_[i] && copies_[i]->member != archive.members()[i].raw_name) copies_[i].reset();
     }
 }
 

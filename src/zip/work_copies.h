@@ -22,7 +22,7 @@ enum class CopyState : std::uint8_t {
 
 /// The file that was made for one member.
 struct WorkCopy {
-    std::string member;                     ///< the member's name in the archive
+    std::string member;                     ///< the bytes of the member's name in the archive
     MemberResult result;                    ///< how the extraction went; `path` is the file's, below the work directory
     std::optional<files::FileStamp> stamp;  ///< as it was made; nullopt where there is no file
     std::uint32_t crc = 0;                  ///< of its bytes as it was made
@@ -40,11 +40,18 @@ class WorkCopies {
 
     /// Records the outcome of an extraction, and the file as it is now.
     void record(const Archive& archive, const MemberResult& result);
-    /// Records that the file at `path`, below the work directory, has the bytes of a member.
+    /// Records that the file at `path`, below the work directory, has the bytes of the member that is called `name` in
+    /// the archive, byte by byte.
     void record_copy(std::size_t member, const std::string& name, const std::string& path, bool made_here);
     void record_opened(std::size_t member);
     /// Records that the member in the archive now has the bytes of its file.
     void record_saved(std::size_t member);
+
+    /// Renames the member's file to `path`, below the work directory, or to a free name like it. Does so only where the
+    /// file was made here, is untouched and was not handed to another program. Returns whether the file was renamed.
+    bool move(std::size_t member, const std::string& path);
+    /// Takes over the paths of files that `moved` has renamed since this was copied from it.
+    void follow(const WorkCopies& moved);
 
     /// Goes back to what was recorded earlier. Files made since then are deleted where they are untouched.
     void go_back_to(const WorkCopies& before);

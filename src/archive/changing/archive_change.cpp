@@ -79,7 +79,8 @@ ArchiveChange::ArchiveChange(ArchiveChange&&) noexcept = default;
 ArchiveChange& ArchiveChange::operator=(ArchiveChange&&) noexcept = default;
 ArchiveChange::~ArchiveChange() = default;
 
-Result<ArchiveChange> ArchiveChange::begin(const std::string& path, MakeOutput make_output, Watch watch) {
+Result<ArchiveChange> ArchiveChange::begin(const std::string& path, MakeOutput make_output, Watch watch,
+                                           std::string_view code_page) {
     const std::string real = files::resolved(path);
     Result<ArchiveLock> lock = ArchiveLock::take(real, watch);
     if (!lock) return lock.error();
@@ -91,6 +92,7 @@ Result<ArchiveChange> ArchiveChange::begin(const std::string& path, MakeOutput m
         if (!old->is_sound() || old->directory()->shift < 0) {
             return Error{ErrorCode::unsupported, 0, "the archive is damaged and can be read but not changed"};
         }
+        if (!code_page.empty()) old->read_names_in(code_page);
         state->old = std::move(*old);
         state->open_rows();
     }

@@ -29,9 +29,10 @@ class ArchiveChange {
     /// Opens the archive at `path`, or begins a new one where there is no file or an empty one. A link is followed, so
     /// that the file it leads to is changed. Everything that takes time asks `watch`, and fails with `cancelled` where
     /// it says no. Fails with `bad_input` for what is no archive, with `unsupported` for a damaged one, which could
-    /// only be changed by guessing, and for what is no regular file, with `access` for a write-protected one.
+    /// only be changed by guessing, and for what is no regular file, with `access` for a write-protected one. Names
+    /// without a sign of their character set are read in `code_page`, as Archive::read_names_in does.
     static Result<ArchiveChange> begin(const std::string& path, MakeOutput make_output = output_beside,
-                                       Watch watch = {});
+                                       Watch watch = {}, std::string_view code_page = {});
 
     ArchiveChange(ArchiveChange&&) noexcept;
     ArchiveChange& operator=(ArchiveChange&&) noexcept;

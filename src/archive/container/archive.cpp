@@ -101,7 +101,7 @@ Result<Archive> Archive::parse(std::string_view bytes) {
             return Error{ErrorCode::bad_input, 0, "this is no ZIP file: it has neither a directory nor a member"};
         }
     }
-    decode_names(archive.members_, archive.names_);
+    archive.read_names_in({});
     mark_overlaps(bytes, archive.directory_ ? archive.directory_->begin : bytes.size(), archive.members_);
     return archive;
 }
@@ -133,7 +133,7 @@ bool Archive::recover(bool directory_is_empty) {
 }
 
 void Archive::read_names_in(std::string_view code_page) {
-    decode_names(members_, names_, code_page);
+    names_without_sign_ = decode_names(members_, names_, code_page);
 }
 
 bool Archive::is_sound() const {

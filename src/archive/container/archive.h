@@ -74,6 +74,8 @@ class Archive {
     /// Reads all names again that have no sign of their character set, in `code_page`, the name of one for the C
     /// library; an empty one means the page that fits best, as after opening. See `decode_names`.
     void read_names_in(std::string_view code_page);
+    /// Whether there are such names.
+    bool has_names_without_sign() const { return names_without_sign_; }
 
     const std::vector<Member>& members() const { return members_; }
     const std::vector<Problem>& problems() const { return problems_; }
@@ -97,6 +99,7 @@ class Archive {
     std::deque<std::string> names_;  // that are not in the file as they are
     std::vector<Problem> problems_;
     bool directory_whole_ = true;
+    bool names_without_sign_ = false;
 };
 
 }  // namespace quill::zip

@@ -127,7 +127,7 @@ std::int16_t ZipLibrary::add(const ZipCommand& command, const ZipStrings& string
         adding_ = true;
     }
     if (!waiting_) {
-        Result<ArchiveChange> change = ArchiveChange::begin(strings.zipFile, make_output_, progress);
+        Result<ArchiveChange> change = ArchiveChange::begin(strings.zipFile, make_output_, progress, code_page_);
         if (!change) return fail(change.error());
         waiting_ = std::move(*change);
         waiting_for_ = strings.zipFile;
@@ -151,7 +151,7 @@ std::int16_t ZipLibrary::end_adding() {
 
 std::int16_t ZipLibrary::remove(const ZipStrings& strings) {
     if (const std::int16_t result = end_adding(); result != library_success) return result;
-    Result<ArchiveChange> change = ArchiveChange::begin(strings.zipFile, make_output_, progress);
+    Result<ArchiveChange> change = ArchiveChange::begin(strings.zipFile, make_output_, progress, code_page_);
     if (!change) return fail(change.error());
     std::vector<std::size_t> members;
     for (const ZipItem& item : strings.itemList) {
@@ -175,11 +175,19 @@ std::shared_ptr<const OpenedArchive> ZipLibrary::open(const std::string& path) {
         fail(archive.error());
         return nullptr;
     }
+    if (!code_page_.empty()) archive->read_names_in(code_page_);
     MemberPaths paths(archive->members());
     opened_ = std::make_shared<const OpenedArchive>(OpenedArchive{std::move(*archive), std::move(paths)});
     opened_path_ = path;
     opened_stamp_ = stamp;
     return opened_;
+}
+
+void ZipLibrary::read_names_in(std::string_view code_page) {
+    if (code_page_ == code_page) return;
+    end_adding();
+    code_page_ = code_page;
+    opened_.reset();
 }
 
 std::int16_t ZipLibrary::tell_member(std::size_t number, ZipItemInfo& info) {

@@ -62,6 +62,9 @@ class ZipLibrary {
     /// The archive at `path`, from memory where the file has not changed. Nullptr where it can't be read.
     std::shared_ptr<const OpenedArchive> open(const std::string& path);
 
+    /// From here on names without a sign of their character set are read in `code_page`; see Archive::read_names_in.
+    void read_names_in(std::string_view code_page);
+
     /// Why the last call failed, for people; empty where it did not.
     const Error& last_error() const { return error_; }
     /// What became of the items of the last function 8.
@@ -85,6 +88,7 @@ class ZipLibrary {
     std::shared_ptr<const OpenedArchive> opened_;
     std::string opened_path_;
     std::optional<files::FileStamp> opened_stamp_;
+    std::string code_page_;  ///< empty: the one that fits best
     std::size_t next_member_ = 0;
     bool adding_ = false;
     std::optional<ArchiveChange> waiting_;

@@ -178,7 +178,7 @@ std::optional<CharacterSet> character_set(std::string_view name) {
     return set == character_sets.end() ? std::nullopt : std::optional(*set);
 }
 
-void decode_names(std::vector<Member>& members, std::deque<std::string>& decoded, std::string_view code_page) {
+bool decode_names(std::vector<Member>& members, std::deque<std::string>& decoded, std::string_view code_page) {
     decoded.clear();
     std::vector<std::string_view> sample;
     bool all_utf8 = true;
@@ -189,7 +189,7 @@ void decode_names(std::vector<Member>& members, std::deque<std::string>& decoded
         all_utf8 = all_utf8 && text::is_utf8(member.raw_name);
         if (sample.size() < most_names_looked_at) sample.push_back(member.raw_name);
     }
-    if (sample.empty()) return;
+    if (sample.empty()) return false;
     if (code_page.empty()) code_page = all_utf8 ? utf8_page : detect_code_page(sample);
     const bool as_in_file = all_utf8 && code_page == utf8_page;
     Converter converter(code_page);
@@ -202,6 +202,7 @@ void decode_names(std::vector<Member>& members, std::deque<std::string>& decoded
         member.name = decoded.emplace_back(name ? *name : text::to_utf8(member.raw_name));
         decoded_size += member.name.size();
     }
+    return true;
 }
 
 }  // namespace quill::zip

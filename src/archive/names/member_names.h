@@ -35,7 +35,8 @@ std::optional<CharacterSet> character_set(std::string_view name);
 /// (4.6.9), or else in `code_page`; where that is empty, in the one that fits best all the names without a sign of
 /// theirs. A name that has no reading in the code page counts as UTF-8 or Windows-1252. Names that are not in the file
 /// in this form go into `decoded`, which must outlive the members: at most 16 MiB, further ones become "unreadable".
-void decode_names(std::vector<Member>& members, std::deque<std::string>& decoded, std::string_view code_page = {});
+/// Returns whether there are names without a sign: what they read like depends on the page.
+bool decode_names(std::vector<Member>& members, std::deque<std::string>& decoded, std::string_view code_page = {});
 
 /// Returns the code page in which `names`, not all of them UTF-8, read most like words: "CP437", "CP866", "CP932" or
 /// "CP1252".
