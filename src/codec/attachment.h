@@ -58,6 +58,7 @@ struct Attachment {
     bool dots_doubled = false;      ///< yEnc: its newsreader doubles dots; counts where the post states nothing better
     std::string content_type;       ///< lower case, without parameters; empty where the text names none
     std::vector<Problem> problems;  ///< seen while scanning
+    std::vector<std::uint32_t> copies_in;  ///< inputs that hold copies of its parts, which were left out
 };
 
 /// What decoding one attachment came to.

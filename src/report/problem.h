@@ -34,6 +34,7 @@ struct Problem {
     std::uint64_t at_input = 0;  ///< byte offset in the input
     std::optional<std::uint64_t> at_output = {};  ///< byte offset in the result, where there is one
     std::string text;                             ///< for people: one sentence without a full stop
+    std::optional<std::uint32_t> source = {};     ///< the input that `at_input` is in; empty where it is the only one
 
     bool operator==(const Problem&) const = default;
 };

@@ -121,7 +121,8 @@ void Sink::report(Grade grade, std::string_view kind, std::uint64_t at_input, st
         worst_unkept_ = std::max(worst_unkept_, grade);
         return;
     }
-    outcome_.problems.push_back({grade, std::string(kind), at_input, outcome_.size, std::string(text)});
+    const std::optional<std::uint32_t> source = source_ ? source_ : body_.source();
+    outcome_.problems.push_back({grade, std::string(kind), at_input, outcome_.size, std::string(text), source});
 }
 
 void Sink::compare_size(std::uint64_t at_input) {
@@ -217,7 +218,7 @@ void decode_identity(Body& body, Sink& sink) {
 Outcome decode(const Attachment& attachment, std::span<const std::string_view> inputs, const Write& write,
                const OnRead& on_read, const ReadInput& read_input) {
     Body body(attachment.body, inputs, on_read, read_input);
-    Sink sink(attachment, write);
+    Sink sink(attachment, write, body);
     switch (attachment.format) {
         case Format::base64:
             decode_base64(attachment, body, sink);

@@ -53,6 +53,12 @@ class Body {
     /// Characters before each line of the current range that are no part of it.
     std::size_t quote() const { return at_end() ? 0 : ranges_[index_].quote; }
 
+    /// Which input the current place is in, or the last one was.
+    std::optional<std::uint32_t> source() const {
+        if (ranges_.empty()) return std::nullopt;
+        return ranges_[std::min(index_, ranges_.size() - 1)].source;
+    }
+
     /// Which of the ranges it is in, from 0.
     std::size_t part() const { return index_; }
 
@@ -83,7 +89,9 @@ class Body {
 /// Takes the decoded bytes and the problems of one attachment.
 class Sink {
   public:
-    Sink(const Attachment& attachment, const Write& write) : attachment_(attachment), write_(write) {
+    /// `body` is where problems are, unless `read_from` says otherwise.
+    Sink(const Attachment& attachment, const Write& write, const Body& body)
+        : attachment_(attachment), write_(write), body_(body) {
         outcome_.problems = attachment.problems;
     }
 
@@ -91,7 +99,10 @@ class Sink {
     std::uint64_t size() const { return outcome_.size; }
     bool stopped() const { return stopped_; }
 
-    /// A problem at a place of the input, at the current place of the output.
+    /// Sets the input that the problems from now on are in.
+    void read_from(std::uint32_t source) { source_ = source; }
+
+    /// Adds a problem at a place of the input, at the current place of the output.
     void report(Grade grade, std::string_view kind, std::uint64_t at_input, std::string_view text);
 
     /// Something vouches for the bytes.
@@ -114,6 +125,8 @@ class Sink {
 
     const Attachment& attachment_;
     const Write& write_;
+    const Body& body_;
+    std::optional<std::uint32_t> source_;
     Outcome outcome_;
     Md5 md5_;
     std::string held_;

@@ -131,22 +131,30 @@ PartCopies choose_copies(std::span<const FoundFile> files, std::span<const std::
 
 void report_copies(Attachment& attachment, const PartCopies& copies, std::uint32_t number, std::uint64_t at_input) {
     const std::string part = "Part " + std::to_string(number);
+    const std::optional<std::uint32_t> source =
+        attachment.body.empty() ? std::nullopt : std::optional(attachment.body.front().source);
     if (copies.kept.size() > 1) {
         attachment.problems.push_back({Grade::damaged,
                                        "parts-differ",
                                        at_input,
                                        {},
                                        part + " exists in " + std::to_string(copies.kept.size()) +
-                                           " forms that differ, and nothing says which belongs to this file"});
+                                           " forms that differ, and nothing says which belongs to this file",
+                                       source});
     } else if (copies.doubtful) {
         attachment.problems.push_back({Grade::repaired,
                                        "damaged-copy",
                                        at_input,
                                        {},
-                                       part + " exists more than once; a copy that is damaged or cut off is left out"});
+                                       part + " exists more than once; a copy that is damaged or cut off is left out",
+                                       source});
     } else if (!copies.left_out.empty()) {
-        attachment.problems.push_back(
-            {Grade::repaired, "duplicate-part", at_input, {}, part + " exists more than once, with the same lines"});
+        attachment.problems.push_back({Grade::repaired,
+                                       "duplicate-part",
+                                       at_input,
+                                       {},
+                                       part + " exists more than once, with the same lines",
+                                       source});
     }
 }
 

@@ -1,6 +1,7 @@
 #include "codec/recovery/part_join.h"
 
 #include "codec/recovery/part_copies.h"
+#include "codec/recovery/part_label.h"
 #include "codec/recovery/yenc_join.h"
 #include "codec/scan/scanner.h"
 #include "codec/scan/text_scan.h"
@@ -10,6 +11,7 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
+#include <optional>
 #include <set>
 #include <tuple>
 #include <utility>
@@ -26,13 +28,36 @@ std::string part_text(std::uint32_t number, std::uint32_t total) {
     return text + " is missing";
 }
 
-std::uint64_t begin_of(const FoundFile& file) {
-    return file.attachment.body.empty() ? 0 : file.attachment.body.front().begin;
+/// A place in the inputs.
+struct Place {
+    std::uint64_t offset = 0;
+    std::optional<std::uint32_t> source = {};
+};
+
+Place begin_of(const FoundFile& file) {
+    const std::vector<Range>& body = file.attachment.body;
+    return body.empty() ? Place{} : Place{body.front().begin, body.front().source};
 }
 
-void add_missing(Attachment& attachment, std::uint32_t number, std::uint32_t total, std::uint64_t at) {
+Place end_of(const FoundFile& file) {
+    const std::vector<Range>& body = file.attachment.body;
+    return body.empty() ? Place{} : Place{body.back().end, body.back().source};
+}
+
+void report(Attachment& attachment, Grade grade, std::string kind, const Place& at, std::string text) {
+    attachment.problems.push_back({grade, std::move(kind), at.offset, {}, std::move(text), at.source});
+}
+
+void add_missing(Attachment& attachment, std::uint32_t number, std::uint32_t total, const Place& at) {
     if (attachment.problems.size() >= most_missing_told) return;
-    attachment.problems.push_back({Grade::lost, "missing-part", at, {}, part_text(number, total)});
+    report(attachment, Grade::lost, "missing-part", at, part_text(number, total));
+}
+
+/// Adds the inputs of `copies` to those that hold copies of the attachment's parts.
+void note_copies(Attachment& attachment, std::span<const std::size_t> copies, std::span<const FoundFile> files) {
+    for (const std::size_t copy : copies) {
+        for (const Range& range : files[copy].attachment.body) attachment.copies_in.push_back(range.source);
+    }
 }
 
 // Split messages ----------------------------------------------------------------------------------------------------
@@ -125,14 +150,22 @@ void tell_gaps(FoundFile& file, const JoinedMessage& message, const std::vector<
 void report_unknown_total(FoundFile& file, const JoinedMessage& message) {
     Attachment& attachment = file.attachment;
     if (attachment.body.empty() || attachment.body.back().end != message.segments.back().range.end) return;
-    attachment.problems.push_back({Grade::damaged,
-                                   "unnumbered-parts",
-                                   attachment.body.back().end,
-                                   {},
-                                   "Nothing says how many parts there are; the last may be missing"});
+    report(attachment, Grade::damaged, "unnumbered-parts", end_of(file),
+           "Nothing says how many parts there are; the last may be missing");
 }
 
-std::vector<FoundFile> scan_message(const MessagePieces& parts, std::span<const std::string_view> inputs) {
+/// Sets the inputs of problems that the scan of a joined message found: the offset alone shows where they are.
+void name_sources(Attachment& attachment) {
+    for (Problem& problem : attachment.problems) {
+        const auto holds = [&](const Range& r) { return r.begin <= problem.at_input && problem.at_input <= r.end; };
+        const auto range = std::find_if(attachment.body.begin(), attachment.body.end(), holds);
+        if (range == attachment.body.end() || problem.source) continue;
+        if (std::none_of(range + 1, attachment.body.end(), holds)) problem.source = range->source;
+    }
+}
+
+std::vector<FoundFile> scan_message(const MessagePieces& parts, std::span<const FoundFile> files,
+                                    std::span<const std::string_view> inputs) {
     const std::vector<const FoundFile*>& pieces = parts.pieces;
     std::uint32_t total = 0;
     for (const FoundFile* piece : pieces) total = std::max(total, piece->label.total);
@@ -141,10 +174,12 @@ std::vector<FoundFile> scan_message(const MessagePieces& parts, std::span<const 
     LineCursor cursor(message.segments);
     Found found = scan(cursor);
     for (FoundFile& file : found.files) {
+        name_sources(file.attachment);
         tell_gaps(file, message, gaps, pieces.size(), total);
         if (total == 0) report_unknown_total(file, message);
         for (const auto& [number, copies] : parts.copies) {
-            report_copies(file.attachment, copies, number, begin_of(file));
+            report_copies(file.attachment, copies, number, begin_of(file).offset);
+            note_copies(file.attachment, copies.left_out, files);
         }
     }
     return std::move(found.files);
@@ -165,7 +200,7 @@ std::vector<FoundFile> join_messages(std::vector<FoundFile> files, std::span<con
         }
         const auto message = messages.find(file.partial_id);
         if (message == messages.end() || message->second.empty()) continue;
-        std::vector<FoundFile> held = scan_message(in_order(files, std::move(message->second), inputs), inputs);
+        std::vector<FoundFile> held = scan_message(in_order(files, std::move(message->second), inputs), files, inputs);
         message->second.clear();
         for (FoundFile& inner : held) inner.partial_id.clear();
         std::move(held.begin(), held.end(), std::back_inserter(out));
@@ -174,21 +209,6 @@ std::vector<FoundFile> join_messages(std::vector<FoundFile> files, std::span<con
 }
 
 // Pieces of a file ----------------------------------------------------------------------------------------------------
-
-/// The number that an input's name ends in ("x.003", "x-03.uue"), and the name without it.
-PartLabel label_of_path(const std::string& path) {
-    constexpr std::size_t most_digits = 5;
-    const std::string name = files::name_of(path);
-    const std::size_t last = name.find_last_of("0123456789");
-    PartLabel label;
-    if (last == std::string::npos) return label;
-    std::size_t first = name.find_last_not_of("0123456789", last);
-    first = first == std::string::npos ? 0 : first + 1;
-    if (last + 1 - first > most_digits) return label;
-    label.number = static_cast<std::uint32_t>(std::stoul(name.substr(first, last + 1 - first)));
-    label.file = path.substr(0, path.size() - name.size()) + name.substr(0, first) + '\n' + name.substr(last + 1);
-    return label;
-}
 
 /// Resource forks go with their data forks.
 bool is_binhex_data(const FoundFile& file) {
@@ -219,14 +239,11 @@ struct Piece {
     std::size_t index = 0;  ///< among all files
 };
 
-void report_guess(Attachment& attachment, std::uint64_t at) {
+void report_guess(Attachment& attachment, const Place& at) {
     const auto said = [](const Problem& problem) { return problem.kind == "unnumbered-parts"; };
     if (std::any_of(attachment.problems.begin(), attachment.problems.end(), said)) return;
-    attachment.problems.push_back({Grade::damaged,
-                                   "unnumbered-parts",
-                                   at,
-                                   {},
-                                   "Nothing says that this part follows the one before it; others may be missing"});
+    report(attachment, Grade::damaged, "unnumbered-parts", at,
+           "Nothing says that this part follows the one before it; others may be missing");
 }
 
 /// Appends `piece`, whose number is `number`, to `whole`, of which `last` was the last so far.
@@ -237,6 +254,8 @@ void append_piece(FoundFile& whole, FoundFile& piece, std::uint32_t last, std::u
     body.insert(body.end(), piece.attachment.body.begin(), piece.attachment.body.end());
     std::move(piece.attachment.problems.begin(), piece.attachment.problems.end(),
               std::back_inserter(whole.attachment.problems));
+    whole.attachment.copies_in.insert(whole.attachment.copies_in.end(), piece.attachment.copies_in.begin(),
+                                      piece.attachment.copies_in.end());
     whole.attachment.keeps_blanks = whole.attachment.keeps_blanks || piece.attachment.keeps_blanks;
     if (piece.attachment.stated_size) whole.attachment.stated_size = piece.attachment.stated_size;
     if (piece.attachment.stated_sum) whole.attachment.stated_sum = piece.attachment.stated_sum;
@@ -294,7 +313,8 @@ void join_group(std::vector<FoundFile>& files, std::vector<Piece>& pieces, std::
         for (std::size_t row = 0; row < copies.kept.size(); ++row) {
             rows[row].push_back({first->number, copies.kept[row]});
             FoundFile& file = files[copies.kept[row]];
-            report_copies(file.attachment, copies, first->number, begin_of(file));
+            report_copies(file.attachment, copies, first->number, begin_of(file).offset);
+            if (row == 0) note_copies(file.attachment, copies.left_out, files);
         }
         first = last;
     }
@@ -377,17 +397,13 @@ void judge_ends(FoundFile& file) {
     if (!is_piece(file) || (is_binhex_data(file) && file.has_begin)) return;
     if (!file.has_begin) {
         attachment.headless = is_binhex_data(file);
-        attachment.problems.push_back({Grade::lost,
-                                       "missing-begin",
-                                       begin_of(file),
-                                       {},
-                                       "The line that begins the file is missing, and perhaps data behind it"});
+        report(attachment, Grade::lost, "missing-begin", begin_of(file),
+               "The line that begins the file is missing, and perhaps data after it");
     }
     if (!file.has_end && attachment.format == Format::base64) {
         attachment.cut_off = true;
     } else if (!file.has_end && !attachment.headless) {
-        const std::uint64_t end = attachment.body.empty() ? 0 : attachment.body.back().end;
-        attachment.problems.push_back({Grade::lost, "missing-end", end, {}, "The line that ends the data is missing"});
+        report(attachment, Grade::lost, "missing-end", end_of(file), "The line that ends the data is missing");
     }
 }
 

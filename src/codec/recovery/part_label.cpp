@@ -1,5 +1,6 @@
 #include "codec/recovery/part_label.h"
 
+#include "files/path.h"
 #include "text/ascii.h"
 
 #include <array>
@@ -117,6 +118,20 @@ std::optional<PartLabel> label_of_subject(std::string_view subject) {
         while (at + 1 < subject.size() && subject[at + 1] >= '0' && subject[at + 1] <= '9') ++at;
     }
     return found;
+}
+
+PartLabel label_of_path(const std::string& path) {
+    constexpr std::size_t most_digits = 5;
+    const std::string name = files::name_of(path);
+    const std::size_t last = name.find_last_of("0123456789");
+    PartLabel label;
+    if (last == std::string::npos) return label;
+    std::size_t first = name.find_last_not_of("0123456789", last);
+    first = first == std::string::npos ? 0 : first + 1;
+    if (last + 1 - first > most_digits) return label;
+    label.number = static_cast<std::uint32_t>(std::stoul(name.substr(first, last + 1 - first)));
+    label.file = path.substr(0, path.size() - name.size()) + name.substr(0, first) + '\n' + name.substr(last + 1);
+    return label;
 }
 
 }  // namespace quill::codec

@@ -67,6 +67,14 @@ std::vector<std::uint32_t> sources_of(const Attachment& attachment) {
     return out;
 }
 
+/// Sets the input of all problems.
+void name_source(Found& found, std::uint32_t source) {
+    for (Problem& problem : found.problems) problem.source = source;
+    for (FoundFile& file : found.files) {
+        for (Problem& problem : file.attachment.problems) problem.source = source;
+    }
+}
+
 constexpr const char* input_changed = "The input changed while it was read";
 
 /// Says of a result, or of the inputs as a whole, that an input did not stay as it was.
@@ -106,13 +114,14 @@ Result<Recovery> Recovery::open(std::span<const std::string> paths, const OnProg
         Found found = scan(cursor, texts);
         if (cursor.stopped()) return Error{ErrorCode::cancelled, 0, "Stopped"};
         if (tagged) tell_tags(found);
-        if (input.cut_short() || input.changed()) out.problems_.push_back(changed_problem(input.cut_short()));
+        if (input.cut_short() || input.changed()) found.problems.push_back(changed_problem(input.cut_short()));
         before += input.bytes().size();
         input.release_before(input.bytes().size());
         const auto encoded = [](const FoundFile& file) { return is_encoded_message(file.attachment); };
         if (std::any_of(found.files.begin(), found.files.end(), encoded)) {
             open_encoded_messages(found, out.inputs_[source], source, texts);
         }
+        name_source(found, source);
         append(files, std::move(found.files));
         std::move(found.problems.begin(), found.problems.end(), std::back_inserter(out.problems_));
     }
@@ -172,6 +181,7 @@ void Recovery::note_changes(const Attachment& attachment, Outcome& outcome) cons
         const bool cut_short = inputs_[source].cut_short();
         if (!cut_short && !inputs_[source].changed()) continue;
         outcome.problems.push_back(changed_problem(cut_short));
+        outcome.problems.back().source = source;
         outcome.verdict = std::max(outcome.verdict, cut_short ? Verdict::incomplete : Verdict::damaged);
     }
 }

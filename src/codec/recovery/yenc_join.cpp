@@ -257,6 +257,7 @@ void Assembly::choose_copy(Part& before, const Part& copy) {
     const Data second = data_of(copy, reader(copy));
     const bool first_good = agrees(before.post, first);
     const bool second_good = agrees(copy.post, second);
+    sink_.read_from(copy.range.source);
     if (first == second) {
         sink_.report(Grade::repaired, "duplicate-part", copy.range.begin, "This part exists more than once");
     } else if (first_good == second_good) {
@@ -277,6 +278,7 @@ void Assembly::check_numbers() {
     for (const Part& part : parts_) {
         const std::uint64_t number = part.post.begin.part.value_or(wanted);
         if (number > wanted && reported++ < most_missing_reported) {
+            sink_.read_from(part.range.source);
             sink_.report(Grade::lost, "missing-part", part.range.begin,
                          "Part " + std::to_string(wanted) + " is missing");
         }
@@ -294,6 +296,7 @@ void Assembly::find_whole_crc() {
     }
     if (stated.size() == 1) whole_crc_ = *stated.begin();
     if (beside_own.size() < 2) return;
+    sink_.read_from(parts_.front().range.source);
     sink_.report(Grade::damaged, "parts-differ", parts_.front().range.begin,
                  "The parts state different CRCs of the whole file; they are of different files");
 }
@@ -349,6 +352,7 @@ ReadText Assembly::reader(const Part& part) const {
 
 bool Assembly::decode(const Part& part) {
     const ReadText read = reader(part);
+    sink_.read_from(part.range.source);
     if (!begin_part(part)) return false;
     const AskDotted dotted = [&] {
         const bool by_newsreader =
