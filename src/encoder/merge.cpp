@@ -1,5 +1,6 @@
 #include "encoder/merge.h"
 
+#include "encoder/part_numbers.h"
 #include "files/atomic_file.h"
 #include "files/directory.h"
 #include "files/mapped_file.h"
@@ -12,6 +13,7 @@
 #include <algorithm>
 #include <charconv>
 #include <optional>
+#include <set>
 
 namespace quill::encoder {
 namespace {
@@ -24,9 +26,8 @@ double fraction(std::uint64_t done, std::uint64_t total) {
     return total == 0 ? 1.0 : static_cast<double>(done) / static_cast<double>(total);
 }
 
-/// The number behind "part=" in a `=ybegin` line; the field usually comes first. 0 where there is none.
-unsigned part_number(std::string_view begin_line) {
-    constexpr std::string_view field = " part=";
+/// Returns the number after `field` in a `=ybegin` line, 0 where there is none.
+unsigned number_after(std::string_view field, std::string_view begin_line) {
     const std::size_t at = begin_line.find(field);
     if (at == std::string_view::npos) return 0;
     const std::string_view digits = begin_line.substr(at + field.size());
@@ -117,9 +118,11 @@ Result<FoundParts> findord(std::span<const std::string> paths, Merged& merged) {
     return found;
 }
 
-/// Says which parts are not in the series, and which numbers of it no part has.
-void tell_gaps(const FoundParts& found, const std::vector<YencPart>& series, Merged& merged) {
+/// Reports which parts are not in the series, and which numbers of it no part has.
+void report_gaps(const FoundParts& found, const std::vector<YencPart>& series, Merged& merged) {
+    std::set<unsigned> there;
     for (const YencPart& part : found.parts) {
+        there.insert(part.number);
         const auto same_number = std::lower_bound(series.begin(), series.end(), part.number,
                                                   [](const YencPart& p, unsigned n) { return p.number < n; });
         const bool is_double = same_number != series.end() && same_number->number == part.number;
@@ -128,11 +131,10 @@ void tell_gaps(const FoundParts& found, const std::vector<YencPart>& series, Mer
             {found.posts[part.file].path, "Part " + std::to_string(part.number) +
                                               (is_double ? " was found before" : " has no place in the series")});
     }
-    unsigned number = 1;
-    for (const YencPart& part : series) {
-        for (; number < part.number; ++number) merged.missing.push_back(number);
-        number = part.number + 1;
-    }
+    PartNumbers numbers;
+    for (const YencPart& part : series) numbers.add(part.number, part.total);
+    merged.missing = numbers.missing();
+    std::erase_if(merged.missing, [&](unsigned number) { return there.contains(number); });
 }
 
 /// Whether some of the parts are Unix text and others are not. Joined as they are, the line feeds of the former would
@@ -177,7 +179,31 @@ Result<Merged> finish(files::AtomicFile& out, Merged merged, files::OnCollision 
     return merged;
 }
 
+/// Returns "2, 4-6, 9"; of many rows the first ones.
+std::string rows_of(const std::vector<unsigned>& numbers) {
+    constexpr unsigned most_rows = 20;
+    std::string out;
+    unsigned rows = 0;
+    for (auto first = numbers.begin(); first != numbers.end(); ++rows) {
+        if (rows == most_rows) return out + " and others";
+        auto last = first;
+        while (last + 1 != numbers.end() && last[1] == *last + 1) ++last;
+        out += (out.empty() ? "" : ", ") + std::to_string(*first);
+        if (last != first) out += "-" + std::to_string(*last);
+        first = last + 1;
+    }
+    return out;
+}
+
 }  // namespace
+
+std::vector<std::string> doubts_about(const Merged& merged) {
+    std::vector<std::string> out;
+    if (merged.missing.size() == 1) out.push_back("Part " + rows_of(merged.missing) + " was not found");
+    if (merged.missing.size() > 1) out.push_back("Parts " + rows_of(merged.missing) + " were not found");
+    if (!merged.in_order) out.emplace_back("The parts are not in the order of their numbers");
+    return out;
+}
 
 std::vector<YencPart> find_parts(std::string_view post, std::size_t file) {
     std::vector<YencPart> parts;
@@ -190,7 +216,8 @@ std::vector<YencPart> find_parts(std::string_view post, std::size_t file) {
             // Of two `=ypart` lines in a row the second has no `=ybegin` line of its own.
             const std::uint64_t head = parts.empty() ? 0 : std::max<std::uint64_t>(before_at, parts.back().data);
             if (!parts.empty()) parts.back().end = head;
-            parts.push_back({file, part_number(before), head, reader.offset(), post.size()});
+            parts.push_back({file, number_after(" part=", before), number_after(" total=", before), head,
+                             reader.offset(), post.size()});
         }
         before = *line;
         before_at = line_at;
@@ -218,6 +245,7 @@ Result<Merged> merge_text(std::span<const std::string> paths, const std::string&
     Result<files::AtomicFile> out = begin_output(output);
     if (!out) return out.error();
     Copy copy{*out, progress, {0, paths.size(), 0}};
+    PartNumbers numbers;
     for (; copy.at.index < paths.size(); ++copy.at.index) {
         const std::string& path = paths[copy.at.index];
         if (!copy.goes_on(0)) return cancelled();
@@ -229,8 +257,11 @@ Result<Merged> merge_text(std::span<const std::string> paths, const std::string&
         const Status copied = copy_lines(copy, *file, file->bytes(), text::is_unix_text(file->bytes()));
         if (file->changed()) return changed_meanwhile(path);
         if (!copied) return copied.error();
+        numbers.add_parts_of(file->bytes(), path);
         ++merged.parts;
     }
+    merged.missing = numbers.missing();
+    merged.in_order = numbers.in_order();
     if (merged.parts == 0) return Error{ErrorCode::not_found, 0, "None of the files could be read"};
     return finish(*out, std::move(merged), on_collision);
 }
@@ -241,7 +272,7 @@ Result<Merged> merge_yenc(std::span<const std::string> paths, const std::string&
     const Result<FoundParts> found = findord(paths, merged);
     if (!found) return found.error();
     const std::vector<YencPart> series = ordered(found->parts, std::max(found->parts.size(), paths.size()));
-    tell_gaps(*found, series, merged);
+    report_gaps(*found, series, merged);
     if (series.empty() || found->posts.size() < 2) {
         return Error{ErrorCode::bad_argument, 0, "Fewer than two of the files are parts of one series"};
     }

@@ -49,8 +49,9 @@ void add_selected(shell::Context& context, cmdg& w) {
     for (const std::size_t row : rows) w.List7.add(w.File2.items()[row]);
 }
 
-/// Says what did not go into the merge, so that nothing is missing in silence.
-void tell_left_out(shell::Context& context, const Merged& merged) {
+/// Reports what did not go into the merge, so that nothing is missing in silence.
+void report_left_out(shell::Context& context, const Merged& merged) {
+    for (const std::string& doubt : doubts_about(merged)) context.platform.message(doubt + ".");
     if (merged.left_out.empty()) return;
     constexpr std::size_t most_lines = 20;
     std::string text = "These files were left out:";
@@ -125,7 +126,7 @@ void merge(shell::Context& context, cmdg& w, MergeFunction function) {
         return;
     }
     w.pointer = controls::MousePointer::normal;
-    tell_left_out(context, *merged);
+    report_left_out(context, *merged);
     offer_merged_file(context, w, output->path);
 }
 
