@@ -343,11 +343,12 @@ Status ArchiveChange::finish() {
     return (*output)->publish(!state.lock.stamp());
 }
 
-Status change_archive(const std::string& path, const Watch& watch, const std::function<Status(ArchiveChange&)>& edit) {
+Status change_archive(const std::string& path, const Watch& watch, const std::function<Status(ArchiveChange&)>& edit,
+                      std::string_view code_page) {
     constexpr int most_attempts = 10;
     Status status = Done{};
     for (int attempt = 0; attempt < most_attempts; ++attempt) {
-        Result<ArchiveChange> change = ArchiveChange::begin(path, output_beside, watch);
+        Result<ArchiveChange> change = ArchiveChange::begin(path, output_beside, watch, code_page);
         if (!change) return change.error();
         if (status = edit(*change); !status) return status;
         status = change->finish();

@@ -75,7 +75,8 @@ class ArchiveChange {
 };
 
 /// Begins a change, lets `edit` fill it and finishes it; all over again, up to ten times, where another program has
-/// changed the archive meanwhile.
-Status change_archive(const std::string& path, const Watch& watch, const std::function<Status(ArchiveChange&)>& edit);
+/// changed the archive meanwhile. `code_page` is as for ArchiveChange::begin.
+Status change_archive(const std::string& path, const Watch& watch, const std::function<Status(ArchiveChange&)>& edit,
+                      std::string_view code_page = {});
 
 }  // namespace quill::zip
