@@ -22,15 +22,17 @@ bool is_binary(char c) {
 
 std::string appearance(const std::string& path) {
     const auto file = files::MappedFile::open(path);
-    if (!file) return "one that can't be read";
+    if (!file) return "can't be read";
     const std::string_view beginning = file->bytes().substr(0, sample);
-    if (beginning.empty()) return "an empty file";
-    if (const codec::FileSignature* signature = codec::signature_of(beginning)) return std::string(signature->what);
+    if (beginning.empty()) return "is empty";
+    if (const codec::FileSignature* signature = codec::signature_of(beginning))
+        return "looks like " + std::string(signature->what);
     const auto begins_text = [&](std::string_view field) { return beginning.starts_with(field); };
     if (std::any_of(std::begin(header_fields), std::end(header_fields), begins_text)) {
-        return "a message without attachments";
+        return "looks like a message without attachments";
     }
-    return std::any_of(beginning.begin(), beginning.end(), is_binary) ? "data of a type not known" : "plain text";
+    return std::any_of(beginning.begin(), beginning.end(), is_binary) ? "looks like data of an unknown type"
+                                                                      : "looks like plain text";
 }
 
 }  // namespace quill::cli

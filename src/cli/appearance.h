@@ -4,7 +4,7 @@
 
 namespace quill::cli {
 
-/// Returns what the file at `path` looks like by its first bytes: "a PDF document", "an empty file", "plain text".
+/// Returns a clause about the file at `path` by its first bytes: "is empty", "looks like a PDF document".
 std::string appearance(const std::string& path);
 
 }  // namespace quill::cli

@@ -21,7 +21,7 @@ namespace {
 
 struct DecodeRequest : Request {
     std::string into;    ///< empty: each result goes beside its first source
-    bool again = false;  ///< write what is there already once more
+    bool again = false;  ///< write again what exists already
 };
 
 /// Where the results of a run go.
@@ -94,11 +94,12 @@ void decode_one(const codec::Attachment& attachment, const Inputs& inputs, Run& 
     const std::vector<std::string> sources = inputs.sources_of(attachment);
     if (written) {
         written->sources = sources;
-        run.report.add(*written);
+        run.report.add(*written, inputs.input_of(attachment));
     } else if (written.error().code == ErrorCode::bad_input) {
         // Nothing of it could be decoded: a result, though one without a file.
         codec::Outcome outcome = inputs.recovery()->check(attachment, on_progress);
-        if (!Interruption::caught()) run.report.add({attachment.name, "", attachment.format, outcome, sources});
+        if (Interruption::caught()) return;
+        run.report.add({attachment.name, "", attachment.format, outcome, sources}, inputs.input_of(attachment));
     } else if (written.error().code != ErrorCode::cancelled) {
         run.report.fail(*path, written.error());
     }
@@ -111,38 +112,40 @@ ExitStatus decode(const DecodeRequest& request, const Console& console) {
         run.report.fail(request.into, usable.error());
         return run.report.finish();
     }
-    const InputList list(request, console, run.report);
+    InputList list(request, console, run.report);
     const Interruption interruption;
-    for (const std::span<const Input> group : list.groups()) {
+    for (const std::span<Input> group : list.groups()) {
         const Inputs inputs(group, request, run.report, run.progress);
         if (inputs.recovery() == nullptr) continue;
         for (const codec::Attachment& attachment : inputs.recovery()->attachments()) {
             if (Interruption::caught()) break;
-            if (request.wants(attachment)) decode_one(attachment, inputs, run);
+            if (!request.wants(attachment)) continue;
+            inputs.mark(attachment);
+            decode_one(attachment, inputs, run);
         }
         if (Interruption::caught()) break;
     }
-    return run.report.finish(Interruption::caught() ? std::string() : list.nothing_found());
+    return run.report.finish(Interruption::caught() ? std::vector<std::string>() : list.empty_inputs());
 }
 
 }  // namespace
 
 void add_decode_command(CLI::App& app, Work& work) {
-    auto* command = app.add_subcommand("decode", "Write what the files hold to the disk");
+    auto* command = app.add_subcommand("decode", "Write the attachments in the files to the disk");
     const auto request = std::make_shared<DecodeRequest>();
     command
         ->add_option("--into", request->into,
-                     "Write into this directory, which is made if need be, instead\n"
-                     "of beside each input")
+                     "Write into this directory instead of beside each input; it is\n"
+                     "made if it does not exist")
         ->type_name("DIR");
-    command->add_flag("--again", request->again, "Write files that are there already once more, as name (2).ext");
+    command->add_flag("--again", request->again, "Write files again that exist already, as name (2).ext");
     add_request_options(*command, *request);
     command->footer(
         "Each result is a line: name, size in bytes, verdict, format, with tabs between;\n"
-        "`already there` follows where a file of that name has the same bytes: nothing is\n"
-        "written then. The verdict is `verified` (a checksum or a stated size agrees),\n"
-        "`whole`, `damaged` or `incomplete`. A name that is taken becomes `name (2).ext`; no\n"
-        "file is ever replaced. What is found in a Maildir goes beside it. Exit status:\n"
+        "`already there` follows if a file of that name has the same bytes: then nothing is\n"
+        "written. The verdict is `verified` (a checksum or a stated size agrees),\n"
+        "`whole`, `damaged` or `incomplete`. If a name is taken, the result is `name (2).ext`; no\n"
+        "file is ever replaced. Attachments in a Maildir are written beside it. Exit status:\n"
         "0 all is whole or verified; 1 something is damaged or incomplete; 2 nothing was\n"
         "found; 3 bad usage, or a file can't be read or written.");
     command->callback(

@@ -3,6 +3,7 @@
 #include "cli/interruption.h"
 #include "cli/progress.h"
 #include "cli/report.h"
+#include "cli/usage.h"
 #include "codec/writing/encode.h"
 #include "files/directory.h"
 #include "files/path.h"
@@ -13,6 +14,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <unordered_map>
@@ -45,21 +47,23 @@ Error refusal(std::string text) {
 /// there and was not to be replaced.
 class Plan {
   public:
-    Plan(const EncodeRequest& request, const codec::OutputFormat& format, const std::vector<std::string>& inputs)
-        : request_(request), format_(format), several_(inputs.size() > 1) {
+    Plan(const EncodeRequest& request, const codec::OutputFormat& format, const std::vector<std::string>& inputs,
+         Report& report)
+        : request_(request), format_(format), several_(inputs.size() > 1), report_(report) {
         for (const std::string& input : inputs) {
             if (const auto identity = files::identity_of(input)) inputs_.insert(*identity);
         }
     }
 
-    Result<Job> job_of(const std::string& input) {
+    /// Reports what prevents it, and returns nullopt then.
+    std::optional<Job> job_of(const std::string& input) {
         Result<std::string> output = output_for(input);
-        if (!output) return output.error();
+        if (!output) return refuse(input, output.error());
         const std::uint64_t size = files::file_size(input).value_or(0);
         auto outputs = codec::output_paths(*output, size, format_, request_.options);
-        if (!outputs) return outputs.error();
+        if (!outputs) return refuse(input, outputs.error());
         for (const std::string& path : *outputs) {
-            if (const Status allowed = check(input, path); !allowed) return allowed.error();
+            if (const Status allowed = check(input, path); !allowed) return refuse(path, allowed.error());
         }
         return Job{input, *std::move(output), *std::move(outputs)};
     }
@@ -71,26 +75,29 @@ class Plan {
         if (files::is_directory(request_.output)) {
             return files::join(request_.output, files::name_of(input) + extension);
         }
-        if (several_) return refusal("several files can go into a directory only");
+        if (several_)
+            return refusal("several files need a directory to go into, and " + request_.output + " is not one");
         return request_.output;
+    }
+
+    std::nullopt_t refuse(const std::string& what, const Error& error) {
+        report_.fail(what, error);
+        return std::nullopt;
     }
 
     Status check(const std::string& input, const std::string& path) {
         const auto identity = files::identity_of(path);
-        if (identity && inputs_.contains(*identity)) {
-            return refusal("the output \"" + path + "\" would replace an input");
-        }
+        if (identity && inputs_.contains(*identity)) return output_is_input();
         const auto [other, is_new] = taken_.emplace(path, input);
-        if (!is_new) return refusal("\"" + other->second + "\" gives \"" + path + "\" as well");
-        if (!request_.force && files::exists(path) && !files::is_special(path)) {
-            return Error{ErrorCode::exists, 0, "\"" + path + "\" is there already; --force replaces it"};
-        }
+        if (!is_new) return refusal("is the output of both " + other->second + " and " + input);
+        if (!request_.force && files::exists(path) && !files::is_special(path)) return output_exists();
         return Done{};
     }
 
     const EncodeRequest& request_;
     const codec::OutputFormat& format_;
     bool several_;
+    Report& report_;
     std::set<files::Identity> inputs_;
     std::unordered_map<std::string, std::string> taken_;  ///< outputs, and the inputs that give them
 };
@@ -153,13 +160,10 @@ ExitStatus encode(const EncodeRequest& request, const Console& console) {
         return ExitStatus::failed;
     }
     std::vector<Job> jobs;
-    Plan plan(request, run.format, *inputs);
+    Plan plan(request, run.format, *inputs, run.report);
     for (const std::string& input : *inputs) {
-        Result<Job> job = plan.job_of(input);
-        if (!job) {
-            run.report.fail(input, job.error());
-            return ExitStatus::failed;
-        }
+        std::optional<Job> job = plan.job_of(input);
+        if (!job) return ExitStatus::failed;
         jobs.push_back(*std::move(job));
     }
     clean_directories(jobs);
@@ -183,16 +187,19 @@ void add_format_options(CLI::App& command, EncodeRequest& request) {
     command.add_option("--format", request.format, "How to encode")
         ->required()
         ->type_name("FORMAT")
-        ->check(CLI::IsMember(format_names()));
-    command.add_flag("--crc", request.options.crc, "yEnc: state the CRC-32 of the file in the trailer");
-    command.add_option("--line", request.options.line_length, "MIME, yEnc: characters on a line (default: 76, 128)")
-        ->type_name("N")
-        ->check(CLI::PositiveNumber);
+        ->check(one_of(format_names()));
+    command.add_flag("--crc", request.options.crc, "yEnc only: state the CRC-32 of the file in the trailer");
     command
-        .add_option("--part-size", request.options.part_size,
-                    "yEnc, UUE: bytes of the file in one output; the names of the\noutputs are numbered")
+        .add_option("--line", request.options.line_length,
+                    "MIME and yEnc only: characters on a line (default: 76 and 128)")
         ->type_name("N")
-        ->check(CLI::PositiveNumber);
+        ->check(above_zero());
+    command
+        .add_option(
+            "--part-size", request.options.part_size,
+            "yEnc and UUE only: split the file into outputs that hold N bytes\nof it each; their names are numbered")
+        ->type_name("N")
+        ->check(above_zero());
 }
 
 }  // namespace
@@ -206,15 +213,15 @@ void add_encode_command(CLI::App& app, Work& work) {
                      "Where to write: a file or, for several inputs, a directory;\n"
                      "a pipe or a device is written into")
         ->type_name("PATH");
-    command->add_flag("--force", request->force, "Replace outputs that are there already");
+    command->add_flag("--force", request->force, "Replace existing outputs");
     add_result_options(*command, request->results);
     add_file_names(*command, request->names, "What to encode");
     command->footer(
         "Without --output the text of `film.avi` is `film.avi.uue` beside it (.mme, .hqx,\n"
-        ".xxe, .ync). An existing file is replaced with --force only, once the new one is\n"
-        "whole; an input never is. Each output is a line: path and size in bytes, with a\n"
-        "tab between. Exit status: 0 all is written; 3 bad usage, an output is there\n"
-        "already, or a file can't be read or written.");
+        ".xxe, .ync). An existing file is replaced only with --force, once the new one is\n"
+        "complete; an input never is. Each output is a line: path and size in bytes, with a\n"
+        "tab between. Exit status: 0 all is written; 3 bad usage, an output exists already,\n"
+        "or a file can't be read or written.");
     command->callback(
         [&work, request] { work = [request](const Console& console) { return encode(*request, console); }; });
 }

@@ -25,8 +25,8 @@ void add_file_names(CLI::App& command, FileNames& names, const std::string& abou
     command.add_option("FILE", names.files, about);
     command
         .add_option("--files-from", names.list,
-                    "Take more FILEs from this file, - for standard input: one on\n"
-                    "each line, or with a NUL after each")
+                    "Read the names of more FILEs from this file, - for standard\n"
+                    "input: one on each line, or with a NUL after each")
         ->type_name("LIST");
     command.parse_complete_callback([&names] {
         if (names.files.empty() && names.list.empty()) throw CLI::RequiredError("FILE");

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <map>
 #include <string_view>
 #include <sys/resource.h>
 #include <utility>
@@ -42,8 +43,8 @@ void add_request_options(CLI::App& command, Request& request) {
                    "in them; - is standard input. They are read together, in any\n"
                    "order: parts of one attachment that lie in several files are\n"
                    "joined");
-    command.add_flag("--all", request.all, "The texts of messages too: text parts without a file name");
-    command.add_flag("--forks", request.forks, "The resource forks in BinHex too, as NAME.rsrc");
+    command.add_flag("--all", request.all, "Include the texts of messages: text parts without a file name");
+    command.add_flag("--forks", request.forks, "Include the resource forks of BinHex files, as NAME.rsrc");
     add_result_options(command, request.results);
 }
 
@@ -75,7 +76,7 @@ void InputList::add(const std::string& name, std::istream& standard_input, Repor
         add_file({name, standard_input_.emplace(*std::move(spooled)).path(), {}}, report);
     } else if (files::is_directory(name)) {
         MailTree tree = mail_tree(name);
-        for (MailFile& file : tree.files) add_file({file.path, file.path, std::move(file.beside)}, report);
+        for (MailFile& file : tree.files) add_file({file.path, file.path, std::move(file.beside), name}, report);
         for (const MailTree::Failure& failure : tree.failures) report.fail(failure.path, failure.error);
     } else {
         add_file({name, name, files::dir_of(name)}, report);
@@ -90,23 +91,36 @@ void InputList::add_file(Input input, Report& report) {
     }
 }
 
-std::vector<std::span<const Input>> InputList::groups() const {
-    std::vector<std::span<const Input>> out;
+std::vector<std::span<Input>> InputList::groups() {
+    std::vector<std::span<Input>> out;
     const std::size_t most = most_open();
-    for (std::span<const Input> rest = inputs_; !rest.empty(); rest = rest.subspan(std::min(most, rest.size()))) {
+    for (std::span<Input> rest = inputs_; !rest.empty(); rest = rest.subspan(std::min(most, rest.size()))) {
         out.push_back(rest.first(std::min(most, rest.size())));
     }
     return out;
 }
 
-std::string InputList::nothing_found() const {
-    if (inputs_.empty()) return {};
-    const std::string looked_for = "no attachment was found (MIME, UUE, XXE, BinHex, yEnc, quoted-printable)";
-    if (inputs_.size() > 1) return looked_for + " in " + text::counted(inputs_.size(), "file");
-    return inputs_.front().name + ": " + looked_for + "; the file looks like " + appearance(inputs_.front().path);
+std::vector<std::string> InputList::empty_inputs() const {
+    const std::string nothing = "no attachment was found";
+    const std::string looked_for = inputs_.size() == 1 ? " (MIME, UUE, XXE, BinHex, yEnc, quoted-printable)" : "";
+    std::vector<std::string> out;
+    std::map<std::string, std::pair<std::size_t, std::size_t>> walked;  // files without and with a result
+    for (const Input& input : inputs_) {
+        auto& [empty, full] = walked[input.walked];
+        ++(input.held_something ? full : empty);
+        if (input.held_something || !input.walked.empty()) continue;
+        out.push_back(input.name + ": " + nothing + looked_for + "; it " + appearance(input.path));
+    }
+    for (const auto& [directory, files] : walked) {
+        const auto& [empty, full] = files;
+        if (directory.empty() || empty == 0) continue;
+        out.push_back(directory + ": " + nothing + " in " + std::to_string(empty) + " of " +
+                      text::counted(empty + full, "file"));
+    }
+    return out;
 }
 
-Inputs::Inputs(std::span<const Input> inputs, const Request& request, Report& report, ProgressBar& progress)
+Inputs::Inputs(std::span<Input> inputs, const Request& request, Report& report, ProgressBar& progress)
     : inputs_(inputs) {
     std::vector<std::string> paths;
     for (const Input& input : inputs) paths.push_back(input.path);
@@ -119,10 +133,25 @@ Inputs::Inputs(std::span<const Input> inputs, const Request& request, Report& re
     progress.clear();
     if (recovery) {
         recovery_.emplace(std::move(*recovery));
-        for (const codec::Problem& problem : recovery_->problems()) report.add(problem);
+        for (const codec::Problem& problem : recovery_->problems()) report.add(problem, input_of({}));
     } else {
+        for (Input& input : inputs_) input.held_something = true;  // nobody knows
         report.fail({}, recovery.error());
     }
+}
+
+void Inputs::mark(const codec::Attachment& attachment) const {
+    for (const codec::Range& range : attachment.body) inputs_[range.source].held_something = true;
+    for (const std::uint32_t source : attachment.copies_in) inputs_[source].held_something = true;
+}
+
+NameOfInput Inputs::input_of(const codec::Attachment& attachment) const {
+    const std::vector<std::string> sources = sources_of(attachment);
+    return [inputs = inputs_, only = sources.size() == 1 ? sources.front() : std::string()](
+               const codec::Problem& problem) -> std::string {
+        if (inputs.size() == 1) return {};
+        return problem.source ? inputs[*problem.source].name : only;
+    };
 }
 
 std::vector<std::string> Inputs::sources_of(const codec::Attachment& attachment) const {

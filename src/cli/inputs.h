@@ -18,27 +18,29 @@ class App;
 
 namespace quill::cli {
 
-/// What the commands that read messages are asked alike.
+/// The options that the commands that read messages share.
 struct Request {
     FileNames names;  ///< "-" among the files is standard input
     ResultOptions results;
     bool all = false;    ///< texts of messages count too
     bool forks = false;  ///< resource forks count too
 
-    /// Whether `attachment` is among what was asked for.
+    /// Returns true where `attachment` is among what was asked for.
     bool wants(const codec::Attachment& attachment) const;
 };
 
 void add_request_options(CLI::App& command, Request& request);
 
-/// All of `in` as a file that can be mapped. Fails with the system's reason.
+/// Copies all of `in` to a file that can be mapped. Fails with the system's reason.
 Result<files::TemporaryFile> spool(std::istream& in);
 
 /// One file to read.
 struct Input {
-    std::string name;    ///< as the user knows it; "-" is standard input
-    std::string path;    ///< what opens it
-    std::string beside;  ///< the directory that its results go to unless another was asked for
+    std::string name;             ///< as the user knows it; "-" is standard input
+    std::string path;             ///< what opens it
+    std::string beside;           ///< the directory that its results go to unless another was asked for
+    std::string walked = {};      ///< the directory that the user named instead of it; empty where it was named itself
+    bool held_something = false;  ///< a result came out of it, or a copy of one
 };
 
 /// The files of a run, with those of directories.
@@ -47,12 +49,12 @@ class InputList {
     /// Finds those that can be read, and reports the others.
     InputList(const Request& request, const Console& console, Report& report);
 
-    /// All of them, in groups that can be open at the same time.
-    std::vector<std::span<const Input>> groups() const;
+    /// Returns all of them, in groups that can be open at the same time.
+    std::vector<std::span<Input>> groups();
 
-    /// Returns a sentence about inputs in which nothing was found: what was looked for and, of a single one, what it
-    /// looks like instead. Empty where there are none.
-    std::string nothing_found() const;
+    /// Returns sentences about the inputs that held nothing: what was looked for and what each looks like instead.
+    /// Those of a directory are only counted.
+    std::vector<std::string> empty_inputs() const;
 
   private:
     void add(const std::string& name, std::istream& standard_input, Report& report);
@@ -66,19 +68,25 @@ class InputList {
 class Inputs {
   public:
     /// Reports what fails.
-    Inputs(std::span<const Input> inputs, const Request& request, Report& report, ProgressBar& progress);
+    Inputs(std::span<Input> inputs, const Request& request, Report& report, ProgressBar& progress);
 
-    /// Nullptr where no input could be read.
+    /// Returns nullptr where no input could be read.
     const codec::Recovery* recovery() const { return recovery_ ? &*recovery_ : nullptr; }
 
-    /// The paths that `attachment` is put together from, as the user named them.
+    /// Marks the inputs that `attachment` comes from as those that held something.
+    void mark(const codec::Attachment& attachment) const;
+
+    /// Returns the names of the inputs of `attachment`'s problems.
+    NameOfInput input_of(const codec::Attachment& attachment) const;
+
+    /// Returns the paths that `attachment` is put together from, as the user named them.
     std::vector<std::string> sources_of(const codec::Attachment& attachment) const;
 
-    /// The directory that `attachment` goes to unless another was asked for: that of its first part.
+    /// Returns the directory that `attachment` goes to unless another was asked for: that of its first part.
     const std::string& beside(const codec::Attachment& attachment) const;
 
   private:
-    std::span<const Input> inputs_;
+    std::span<Input> inputs_;
     std::optional<codec::Recovery> recovery_;
 };
 

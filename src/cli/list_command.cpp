@@ -17,28 +17,30 @@ void list_group(const Inputs& inputs, const Request& request, Report& report, Pr
             return true;
         });
         progress.clear();
-        report.add({attachment.name, "", attachment.format, std::move(outcome), inputs.sources_of(attachment)});
+        inputs.mark(attachment);
+        report.add({attachment.name, "", attachment.format, std::move(outcome), inputs.sources_of(attachment)},
+                   inputs.input_of(attachment));
     }
 }
 
 ExitStatus list(const Request& request, const Console& console) {
     Report report(console, request.results.style());
     ProgressBar progress(console, !request.results.quiet);
-    const InputList files(request, console, report);
-    for (const std::span<const Input> group : files.groups()) {
+    InputList files(request, console, report);
+    for (const std::span<Input> group : files.groups()) {
         const Inputs inputs(group, request, report, progress);
         if (inputs.recovery() != nullptr) list_group(inputs, request, report, progress);
     }
-    return report.finish(files.nothing_found());
+    return report.finish(files.empty_inputs());
 }
 
 }  // namespace
 
 void add_list_command(CLI::App& app, Work& work) {
-    auto* command = app.add_subcommand("list", "List what the files hold, and write nothing");
+    auto* command = app.add_subcommand("list", "List the attachments in the files, and write nothing");
     const auto request = std::make_shared<Request>();
     add_request_options(*command, *request);
-    command->footer("The lines are those of `quill decode`, which see.");
+    command->footer("The output is that of `quill decode`; see its help.");
     command->callback(
         [&work, request] { work = [request](const Console& console) { return list(*request, console); }; });
 }

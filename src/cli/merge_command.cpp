@@ -29,15 +29,15 @@ void complain(const Console& console, const std::string& about, const std::strin
     console.err << "quill: " << printable(about) << ": " << printable(reason) << "\n";
 }
 
-/// Says what the merge lacks, and returns the status that this makes.
-ExitStatus report_gaps(const Console& console, const encoder::Merged& merged) {
+/// Reports what the merge lacks, and returns the status that this makes.
+ExitStatus report_gaps(const Console& console, const std::string& output, const encoder::Merged& merged) {
     ExitStatus status = ExitStatus::good;
     for (const encoder::LeftOut& file : merged.left_out) {
         complain(console, file.path, "left out: " + file.reason);
         status = std::max(status, file.unreadable ? ExitStatus::failed : ExitStatus::damaged);
     }
-    for (const unsigned number : merged.missing) {
-        complain(console, "part " + std::to_string(number), "in none of the files");
+    for (const std::string& doubt : encoder::doubts_about(merged)) {
+        complain(console, output, doubt);
         status = std::max(status, ExitStatus::damaged);
     }
     return status;
@@ -54,15 +54,16 @@ void report_output(const std::string& output, const encoder::Merged& merged, Res
                              {"size", size},
                              {"parts", parts},
                              {"missing", json_array(merged.missing, [](unsigned n) { return std::to_string(n); })},
+                             {"in_order", json_flag(merged.in_order)},
                              {"left_out", json_array(merged.left_out, left_out)}}));
 }
 
-/// Why `output` can't be written; empty where it can.
-std::string objection_to(const std::string& output, const MergeRequest& request) {
+/// Fails where `output` must not be written.
+Status check_output(const std::string& output, const MergeRequest& request) {
     const auto is_output = [&](const std::string& input) { return files::same_file(input, output); };
-    if (std::any_of(request.files.begin(), request.files.end(), is_output)) return "the output would replace an input";
+    if (std::any_of(request.files.begin(), request.files.end(), is_output)) return output_is_input();
     const bool taken = files::exists(output) && !files::is_special(output);
-    return taken && !request.force ? "is there already; --force replaces it" : "";
+    return taken && !request.force ? Status(output_exists()) : Status(Done{});
 }
 
 Result<encoder::Merged> join(const MergeRequest& request, const std::string& output, ProgressBar& bar) {
@@ -81,8 +82,8 @@ Result<encoder::Merged> join(const MergeRequest& request, const std::string& out
 ExitStatus merge(const MergeRequest& request, const Console& console) {
     const std::string output =
         request.output.empty() ? files::join(files::dir_of(request.files.front()), "merged.txt") : request.output;
-    if (const std::string objection = objection_to(output, request); !objection.empty()) {
-        complain(console, output, objection);
+    if (const Status allowed = check_output(output, request); !allowed) {
+        complain(console, output, allowed.error().text);
         return ExitStatus::failed;
     }
     ProgressBar bar(console, !request.results.quiet);
@@ -96,7 +97,7 @@ ExitStatus merge(const MergeRequest& request, const Console& console) {
     Results results(console, request.results.style());
     if (!files::is_special(output)) report_output(output, *merged, results);
     results.finish();
-    return report_gaps(console, *merged);
+    return report_gaps(console, output, *merged);
 }
 
 }  // namespace
@@ -111,19 +112,18 @@ void add_merge_command(CLI::App& app, Work& work) {
         ->add_option("--output", request->output,
                      "Where to write (default: merged.txt beside the first file);\na pipe or a device is written into")
         ->type_name("PATH");
-    command->add_flag("--force", request->force, "Replace an output that is there already");
+    command->add_flag("--force", request->force, "Replace an existing output");
     auto* yenc = command->add_flag("--yenc", request->yenc, "Join yEnc parts, in the order of their numbers");
     auto* text = command->add_flag("--text", request->text, "Join line by line, in the order given (UUE, XXE, MIME)");
     yenc->excludes(text);
     add_result_options(*command, request->results);
     command->footer(
-        "Without --yenc or --text, files that all hold yEnc parts are joined as such, others as text.\n"
-        "An existing output is replaced with --force only, once the new one is whole; an input never is. Exit status "
-        "1\n"
-        "where a part is missing or has no place in the series, 3 where a file can't be read (the others are joined\n"
-        "nevertheless), the output is there already, or nothing could be written. `quill decode` on the parts "
-        "themselves\n"
-        "needs no merge.");
+        "Without --yenc or --text, files that all hold yEnc parts are joined as such, and\n"
+        "others as text. An existing output is replaced only with --force, once the new one\n"
+        "is complete; an input never is. Exit status: 0 all parts are joined; 1 a part is\n"
+        "missing, is in the wrong order, or was left out; 3 a file can't be read (the others\n"
+        "are still joined), the output exists already, or it can't be written.\n"
+        "`quill decode` joins parts itself and needs no merge.");
     command->callback(
         [&work, request] { work = [request](const Console& console) { return merge(*request, console); }; });
 }

@@ -9,13 +9,22 @@
 namespace quill::cli {
 namespace {
 
-std::string json_of(const codec::Problem& problem) {
+std::string json_of(const codec::Problem& problem, const NameOfInput& input_of) {
     return json_object({{"kind", json_string(problem.kind)},
+                        {"input", json_or_null(input_of(problem))},
                         {"at", std::to_string(problem.at_input)},
                         {"text", json_string(problem.text)}});
 }
 
 }  // namespace
+
+Error output_exists() {
+    return {ErrorCode::exists, 0, "exists already; use --force to replace it"};
+}
+
+Error output_is_input() {
+    return {ErrorCode::bad_argument, 0, "the output would replace an input"};
+}
 
 std::string line_of(const codec::Recovered& file) {
     return printable(file.name) + "\t" + std::to_string(file.outcome.size) + "\t" +
@@ -23,8 +32,8 @@ std::string line_of(const codec::Recovered& file) {
            (file.already_there ? "\talready there" : "");
 }
 
-std::string json_of(const codec::Recovered& file) {
-    const auto problem = [](const codec::Problem& item) { return json_of(item); };
+std::string json_of(const codec::Recovered& file, const NameOfInput& input_of) {
+    const auto problem = [&](const codec::Problem& item) { return json_of(item, input_of); };
     return json_object({{"name", json_string(file.name)},
                         {"path", json_or_null(file.path)},
                         {"size", std::to_string(file.outcome.size)},
@@ -35,26 +44,28 @@ std::string json_of(const codec::Recovered& file) {
                         {"sources", json_array(file.sources, json_string)}});
 }
 
-void Report::add(const codec::Recovered& file) {
+void Report::add(const codec::Recovered& file, const NameOfInput& input_of) {
     using codec::Verdict;
     found_ = true;
     if (file.outcome.verdict == Verdict::damaged || file.outcome.verdict == Verdict::incomplete) damaged_ = true;
-    results_.put(results_.are_json() ? json_of(file) : line_of(file));
-    if (results_.style() == ReportStyle::lines) tell_problems(file);
-}
-
-void Report::tell_problems(const codec::Recovered& file) const {
+    results_.put(results_.are_json() ? json_of(file, input_of) : line_of(file));
+    if (results_.style() != ReportStyle::lines) return;
     for (const codec::Problem& problem : file.outcome.problems) {
-        if (!codec::is_for_people(problem)) continue;
-        console_.err << "quill: " << printable(file.name) << ": at byte " << problem.at_input << ": "
-                     << printable(problem.text) << '\n';
+        if (codec::is_for_people(problem)) print_problem(file.name, problem, input_of);
     }
 }
 
-void Report::add(const codec::Problem& problem) {
+void Report::add(const codec::Problem& problem, const NameOfInput& input_of) {
     damaged_ = true;
-    if (results_.style() == ReportStyle::silent) return;
-    console_.err << "quill: at byte " << problem.at_input << ": " << printable(problem.text) << '\n';
+    if (results_.style() != ReportStyle::silent) print_problem({}, problem, input_of);
+}
+
+/// Prints "quill: cat.txt: in part2.uue, at byte 20: ...", without the name or the input where that is empty.
+void Report::print_problem(std::string_view name, const codec::Problem& problem, const NameOfInput& input_of) const {
+    const std::string input = input_of(problem);
+    console_.err << "quill: " << printable(name) << (name.empty() ? "" : ": ");
+    if (!input.empty()) console_.err << "in " << printable(input) << ", ";
+    console_.err << "at byte " << problem.at_input << ": " << printable(problem.text) << '\n';
 }
 
 void Report::fail(std::string_view what, const Error& error) {
@@ -62,11 +73,10 @@ void Report::fail(std::string_view what, const Error& error) {
     console_.err << "quill: " << printable(what) << (what.empty() ? "" : ": ") << printable(error.text) << '\n';
 }
 
-ExitStatus Report::finish(std::string_view nothing_found) {
+ExitStatus Report::finish(const std::vector<std::string>& remarks) {
     results_.finish();
-    const bool nothing = !found_ && !damaged_ && !failed_;
-    if (nothing && !nothing_found.empty() && results_.style() == ReportStyle::lines) {
-        console_.err << "quill: " << printable(nothing_found) << '\n';
+    if (results_.style() == ReportStyle::lines) {
+        for (const std::string& remark : remarks) console_.err << "quill: " << printable(remark) << '\n';
     }
     if (failed_) return ExitStatus::failed;
     if (damaged_) return ExitStatus::damaged;

@@ -8,39 +8,48 @@
 #include "text/result.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace quill::cli {
 
 using text::printable;
 
-/// One result as a line without its end: name, size, verdict, format, with tabs between, and what was not written anew.
+/// The reasons why a path can't be an output.
+Error output_exists();
+Error output_is_input();
+
+/// One result as a line without its end: name, size, verdict, format, with tabs between, and `already there`.
 std::string line_of(const codec::Recovered& file);
 
+/// Returns the name of the input that a problem is in; empty where there is only one, or it is not known.
+using NameOfInput = std::function<std::string(const codec::Problem&)>;
+
 /// One result as a JSON object: name, path (null where nothing was written), size, format, verdict, already_there,
-/// problems (kind, at, text), sources.
-std::string json_of(const codec::Recovered& file);
+/// problems (kind, input, at, text), sources.
+std::string json_of(const codec::Recovered& file, const NameOfInput& input_of);
 
 /// Reports a run's results and failures, and sums them up.
 class Report {
   public:
     Report(const Console& console, ReportStyle style) : console_(console), results_(console, style) {}
 
-    void add(const codec::Recovered& file);
+    void add(const codec::Recovered& file, const NameOfInput& input_of);
 
-    /// Says what is wrong with the inputs as a whole, which takes something away from the results.
-    void add(const codec::Problem& problem);
+    /// Reports a problem of an input as a whole, which takes something away from the results.
+    void add(const codec::Problem& problem, const NameOfInput& input_of);
 
-    /// Says that `what` failed. `error.text` is the reason; an empty `what` leaves the reason alone.
+    /// Reports that `what` failed. `error.text` is the reason; an empty `what` leaves the reason alone.
     void fail(std::string_view what, const Error& error);
 
-    /// Ends the report and returns the status of the run: a failure weighs most, then damage, then that nothing was
-    /// found, which `nothing_found` says.
-    ExitStatus finish(std::string_view nothing_found = {});
+    /// Prints `remarks`, ends the report and returns the status of the run: a failure weighs most, then damage, then
+    /// that nothing was found.
+    ExitStatus finish(const std::vector<std::string>& remarks = {});
 
   private:
-    void tell_problems(const codec::Recovered& file) const;
+    void print_problem(std::string_view name, const codec::Problem& problem, const NameOfInput& input_of) const;
 
     const Console& console_;
     Results results_;

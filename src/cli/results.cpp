@@ -14,11 +14,11 @@ ReportStyle ResultOptions::style() const {
 
 void add_result_options(CLI::App& command, ResultOptions& options) {
     auto* json = command.add_flag("--json", options.json,
-                                  "Print the results as one JSON array of objects; their members\n"
-                                  "are in the manual page");
-    command.add_flag("--json-lines", options.json_lines, "Print each result as a JSON object on a line, as it comes")
+                                  "Print the results as one JSON array of objects; the manual\n"
+                                  "page lists their members");
+    command.add_flag("--json-lines", options.json_lines, "Print each result as a JSON object on a line of its own")
         ->excludes(json);
-    command.add_flag("--quiet", options.quiet, "Print neither lines nor a progress bar, but errors");
+    command.add_flag("--quiet", options.quiet, "Print no result lines and no progress bar, only errors");
 }
 
 void Results::put(std::string_view result) {

@@ -5,8 +5,10 @@
 #include "archive/extracting/extraction.h"
 #include "archive/extracting/member_choice.h"
 #include "archive/methods/compressors.h"
+#include "archive/names/member_names.h"
 #include "cli/interruption.h"
 #include "cli/progress.h"
+#include "cli/usage.h"
 #include "cli/zip_report.h"
 #include "files/directory.h"
 #include "files/path.h"
@@ -18,6 +20,7 @@
 #include <algorithm>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -33,6 +36,7 @@ struct ZipRequest {
     std::string password_file;
     std::string into = ".";
     std::string method = "deflate";
+    std::string names_in;  ///< a character set; empty: the one that fits best
     ResultOptions results;
     bool bare_names = false;
     bool no_limits = false;
@@ -49,8 +53,20 @@ Result<std::string> read_password(const ZipRequest& request) {
     return password;
 }
 
-/// The numbers of the members that `names` asks for: a member itself, or a directory and all that is in it. No names
-/// ask for all.
+/// Returns the code page of --names-in; empty where it was not given.
+std::string_view code_page_of(const ZipRequest& request) {
+    const std::optional<zip::CharacterSet> set = zip::character_set(request.names_in);
+    return set ? set->code_page : std::string_view();
+}
+
+Result<zip::Archive> open_archive(const ZipRequest& request) {
+    Result<zip::Archive> archive = zip::Archive::open(request.archive);
+    if (archive && !request.names_in.empty()) archive->read_names_in(code_page_of(request));
+    return archive;
+}
+
+/// Returns the numbers of the members that `names` asks for: a member itself, or a directory and all that is in it. No
+/// names ask for all.
 std::vector<std::size_t> chosen_members(const std::vector<zip::Member>& members, const std::vector<std::string>& names,
                                         ZipReport& report) {
     std::vector<std::size_t> chosen;
@@ -64,7 +80,7 @@ std::vector<std::size_t> chosen_members(const std::vector<zip::Member>& members,
 
 ExitStatus list(const ZipRequest& request, const Console& console) {
     ZipReport report(console, request.results.style());
-    const Result<zip::Archive> archive = zip::Archive::open(request.archive);
+    const Result<zip::Archive> archive = open_archive(request);
     if (!archive) {
         report.fail(request.archive, archive.error());
         return report.finish();
@@ -87,7 +103,7 @@ Status extract_below(const std::string& into, const zip::Archive& archive, const
 ExitStatus read(const ZipRequest& request, const Console& console, bool write) {
     ZipReport report(console, request.results.style());
     const Result<std::string> password = read_password(request);
-    const Result<zip::Archive> archive = zip::Archive::open(request.archive);
+    const Result<zip::Archive> archive = open_archive(request);
     if (!password) report.fail(request.password_file, password.error());
     if (!archive) report.fail(request.archive, archive.error());
     if (!password || !archive) return report.finish();
@@ -221,7 +237,7 @@ ExitStatus add(const ZipRequest& request, const Console& console) {
     const Interruption interruption;
     std::vector<Failure> failures;
     std::size_t added = 0;
-    const Status changed = zip::change_archive(request.archive, is_not_interrupted, [&](zip::ArchiveChange& change) {
+    const auto edit = [&](zip::ArchiveChange& change) {
         failures = unread;
         added = 0;
         for (const zip::TreeEntry& entry : entries) {
@@ -231,7 +247,8 @@ ExitStatus add(const ZipRequest& request, const Console& console) {
             if (!status) failures.emplace_back(entry.path, status.error());
         }
         return added != 0 ? Status(Done{}) : Status(nothing_to_do());
-    });
+    };
+    const Status changed = zip::change_archive(request.archive, is_not_interrupted, edit, code_page_of(request));
     return finish_change(report, request, changed, failures);
 }
 
@@ -243,7 +260,7 @@ ExitStatus remove(const ZipRequest& request, const Console& console) {
     }
     const Interruption interruption;
     std::vector<Failure> failures;
-    const Status changed = zip::change_archive(request.archive, is_not_interrupted, [&](zip::ArchiveChange& change) {
+    const auto edit = [&](zip::ArchiveChange& change) {
         failures.clear();
         zip::MemberChoice choice(request.names);
         std::vector<std::size_t> members;
@@ -252,7 +269,8 @@ ExitStatus remove(const ZipRequest& request, const Console& console) {
         }
         for (const std::string& name : choice.unmatched()) failures.emplace_back(name, zip_member_missing());
         return members.empty() ? Status(nothing_to_do()) : change.remove(members);
-    });
+    };
+    const Status changed = zip::change_archive(request.archive, is_not_interrupted, edit, code_page_of(request));
     return finish_change(report, request, changed, failures);
 }
 
@@ -263,34 +281,96 @@ struct CommandRow {
     const char* about;
     Command run;
     bool reads_members;  ///< takes a password and limits
-    bool writes_members;
+    bool writes_files;
     bool has_results;
     bool needs_names;
     const char* names;
 };
 
 constexpr CommandRow commands[] = {
-    {"list", "List what an archive holds", list, false, false, true, false,
-     "Members or directories in it; all, if none"},
+    {"list", "List the members of an archive", list, false, false, true, false,
+     "Members or directories in the archive (default: all)"},
     {"extract", "Write members of an archive to the disk",
      [](const ZipRequest& r, const Console& c) { return read(r, c, true); }, true, true, true, false,
-     "Members or directories in it; all, if none"},
-    {"add", "Put files into an archive, which is made if need be", add, false, false, false, true,
-     "Files, and directories with all that is in them; links in these are stored as links"},
-    {"remove", "Take members out of an archive", remove, false, false, false, true,
+     "Members or directories in the archive (default: all)"},
+    {"add", "Put files into an archive, which is made if it does not exist", add, false, false, false, true,
+     "Files, and directories with all that is in them; links in these are\nstored as links"},
+    {"remove", "Remove members from an archive", remove, false, false, false, true,
      "Members, or directories with all that is in them"},
     {"test", "Read members of an archive and write nothing",
      [](const ZipRequest& r, const Console& c) { return read(r, c, false); }, true, false, true, false,
-     "Members or directories in it; all, if none"},
+     "Members or directories in the archive (default: all)"},
 };
 
 constexpr const char* footer =
-    "`list` prints a line a member: name, size in bytes, compressed size, method, date and time, with tabs\n"
-    "between; `extract` and `test` print name, size, verdict, method. The verdict is `verified` (the checksum\n"
-    "agrees), `whole`, `damaged` (written as far as it goes) or `refused`.\n"
-    "Names are made safe: nothing is written outside the directory, no link is made or followed, no file is\n"
-    "replaced; a name that is taken becomes `name (2).ext`. A change writes a new archive beside the old one and\n"
-    "renames it when it has been checked.";
+    "`list` prints a line for each member: name, size in bytes, compressed size, method,\n"
+    "date and time, with tabs between; `extract` and `test` print name, size, verdict,\n"
+    "method. The verdict is `verified` (the checksum agrees), `whole`, `damaged` (written\n"
+    "as far as possible) or `refused`. Names are made safe: nothing is written outside the\n"
+    "directory, no link is made or followed, no file is replaced; if a name is taken, the\n"
+    "file is called `name (2).ext`. A change writes a new archive beside the old one and\n"
+    "renames it after checking it. Exit status: 0 all is well; 1 a member is damaged or\n"
+    "refused, or the archive is damaged; 2 the archive is empty; 3 bad usage, or a file\n"
+    "can't be read or written.";
+
+std::vector<std::string> character_set_names() {
+    std::vector<std::string> names;
+    for (const zip::CharacterSet& set : zip::character_sets) names.emplace_back(set.name);
+    return names;
+}
+
+void add_reading_options(CLI::App& command, const CommandRow& row, ZipRequest& request) {
+    if (row.reads_members || row.run == add) {
+        command.add_option("--password-file", request.password_file, "The password is the first line of this file")
+            ->type_name("FILE");
+    }
+    if (row.reads_members) {
+        command.add_flag("--no-limits", request.no_limits,
+                         "Read the archive even if it looks like an archive bomb: it unpacks\n"
+                         "to more than 100 MB and 200 times its own size, to more than 100 GiB,\n"
+                         "or to over 1,000,000 members, or members overlap each other");
+    }
+    if (row.writes_files) {
+        command
+            .add_option("--into", request.into,
+                        "Write below this directory instead of the current one; it is made if\n"
+                        "it does not exist")
+            ->type_name("DIR");
+    }
+}
+
+void add_changing_options(CLI::App& command, ZipRequest& request) {
+    command
+        .add_option("--method", request.method,
+                    "Compress by this method; a file that would not become smaller\nis stored")
+        ->check(one_of(method_names()))
+        ->capture_default_str();
+    command.add_flag("--bare-names", request.bare_names, "Store names without directories");
+}
+
+void add_subcommand(CLI::App& zip, const CommandRow& row, Work& work) {
+    auto* command = zip.add_subcommand(row.name, row.about);
+    const auto request = std::make_shared<ZipRequest>();
+    command->add_option("ARCHIVE", request->archive, "The ZIP file")->required();
+    auto* names = command->add_option("NAME", request->names, row.names);
+    if (row.needs_names) names->required();
+    add_reading_options(*command, row, *request);
+    if (row.run == add) add_changing_options(*command, *request);
+    command
+        ->add_option("--names-in", request->names_in,
+                     "Read names whose character set the archive does not state in this one\n"
+                     "(default: the one that fits best)")
+        ->type_name("CHARSET")
+        ->check(one_of(character_set_names()));
+    if (row.has_results) {
+        add_result_options(*command, request->results);
+    } else {
+        command->add_flag("--quiet", request->results.quiet, "Print only errors");
+    }
+    command->callback([&work, request, run = row.run] {
+        work = [request, run](const Console& console) { return run(*request, console); };
+    });
+}
 
 }  // namespace
 
@@ -298,44 +378,7 @@ void add_zip_command(CLI::App& app, Work& work) {
     auto* zip = app.add_subcommand("zip", "List, extract and change ZIP files");
     zip->require_subcommand(1);
     zip->footer(footer);
-    for (const CommandRow& row : commands) {
-        auto* command = zip->add_subcommand(row.name, row.about);
-        const auto request = std::make_shared<ZipRequest>();
-        command->add_option("ARCHIVE", request->archive, "The ZIP file")->required();
-        auto* names = command->add_option("NAME", request->names, row.names);
-        if (row.needs_names) names->required();
-        if (row.reads_members || row.run == add) {
-            command->add_option("--password-file", request->password_file, "The password is this file's first line")
-                ->type_name("FILE");
-        }
-        if (row.reads_members) {
-            command->add_flag(
-                "--no-limits", request->no_limits,
-                "Go on where an archive unpacks to more than 100 MB and 200 times its own size, to more than\n"
-                "100 GiB, to over 1,000,000 members, or to members that lie inside each other, as an\n"
-                "archive bomb does");
-        }
-        if (row.writes_members) {
-            command
-                ->add_option("--into", request->into,
-                             "Write below this directory, which is made if need be, instead of the current one")
-                ->type_name("DIR");
-        }
-        if (row.run == add) {
-            command->add_option("--method", request->method, "Compress by this method; what gets no smaller is stored")
-                ->check(CLI::IsMember(method_names()))
-                ->capture_default_str();
-        }
-        if (row.run == add) command->add_flag("--bare-names", request->bare_names, "Store names without directories");
-        if (row.has_results) {
-            add_result_options(*command, request->results);
-        } else {
-            command->add_flag("--quiet", request->results.quiet, "Print errors alone");
-        }
-        command->callback([&work, request, run = row.run] {
-            work = [request, run](const Console& console) { return run(*request, console); };
-        });
-    }
+    for (const CommandRow& row : commands) add_subcommand(*zip, row, work);
 }
 
 }  // namespace quill::cli

@@ -12,12 +12,12 @@ namespace {
 
 constexpr std::string_view usage =
     "Usage: qpunwrap FILE\n"
-    "Undoes quoted-printable in FILE, a message or a bare text, into new files beside it.\n"
+    "Decodes the quoted-printable text in FILE, a message or a plain text, into new files beside it.\n"
     "\n"
-    "  --help      say this\n"
-    "  --version   say the version\n"
+    "  --help      print this help\n"
+    "  --version   print the version\n"
     "\n"
-    "Ends with 0 where something was made, 1 where FILE holds no quoted-printable text, 2 on failure.\n";
+    "Exit status: 0 something was made; 1 FILE holds no quoted-printable text; 2 failure.\n";
 
 }  // namespace
 

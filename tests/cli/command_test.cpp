@@ -204,10 +204,10 @@ TEST_F(Command, AFileWithNothingInItIsDescribed) {
         const char* looks_like;
     } table[] = {
         {"%PDF-1.7\n", "a PDF document"},
-        {"", "an empty file"},
+        {"", "it is empty"},
         {"Nothing in here.\n", "plain text"},
         {"From: ada@example.org\n\nHello\n", "a message"},
-        {std::string("\0\1\2\3", 4), "data of a type not known"},
+        {std::string("\0\1\2\3", 4), "data of an unknown type"},
     };
     for (const auto& row : table) {
         directory.write("f", row.bytes);
@@ -217,6 +217,44 @@ TEST_F(Command, AFileWithNothingInItIsDescribed) {
         EXPECT_EQ(call({"list", "--quiet", "f"}), ExitStatus::nothing);
         EXPECT_EQ(err, "");
     }
+}
+
+TEST_F(Command, AmongSeveralInputsThoseWithNothingAreNamed) {
+    directory.write("cat.uue", cat_post);
+    directory.write("note", "Nothing in here.\n");
+    directory.write("empty", "");
+    directory.write("mail/1", dog_post);
+    directory.write("mail/2", "Nothing in here.\n");
+    EXPECT_EQ(call({"list", "note", "cat.uue", "empty", "mail"}), ExitStatus::good);
+    EXPECT_THAT(err, testing::MatchesRegex("quill: note: [^\n]*plain text\nquill: empty: [^\n]*is empty\n"
+                                           "quill: mail: [^\n]*in 1 of 2 files\n"));
+    EXPECT_EQ(call({"list", "note", "empty"}), ExitStatus::nothing);
+    EXPECT_THAT(err, testing::MatchesRegex("quill: note: [^\n]*\nquill: empty: [^\n]*\n"));
+    EXPECT_EQ(call({"list", "--json", "note", "cat.uue"}), ExitStatus::good);
+    EXPECT_EQ(err, "");
+}
+
+TEST_F(Command, ProblemsNameTheInputThatTheyAreIn) {
+    const std::string rows = "M" + std::string(60, '#') + "\n" + "M" + std::string(60, '#') + "\n";
+    directory.write("1", "Subject: a.bin (1/3)\n\nbegin 644 a.bin\n" + rows);
+    directory.write("3", "Subject: a.bin (3/3)\n\n" + rows + "#0V%T\n`\nend\n");
+    directory.write("cut", cut_post);
+    EXPECT_EQ(call({"list", "1", "3", "cut"}), ExitStatus::damaged);
+    EXPECT_THAT(err, testing::ContainsRegex("quill: a.bin: in 3, at byte [0-9]+: Part 2 of 3 is missing"));
+    EXPECT_THAT(err, testing::ContainsRegex("quill: cut.txt: in cut, at byte "));
+    EXPECT_EQ(call({"list", "--json", "1", "3"}), ExitStatus::damaged);
+    EXPECT_THAT(out, HasSubstr(R"("kind": "missing-part", "input": "3")"));
+    EXPECT_EQ(call({"list", "cut"}), ExitStatus::damaged);
+    EXPECT_THAT(err, StartsWith("quill: cut.txt: at byte "));
+}
+
+TEST_F(Command, AFileThatHoldsACopyHoldsSomething) {
+    const std::string rows = "M" + std::string(60, '#') + "\n" + "M" + std::string(60, '#') + "\n";
+    directory.write("1", "Subject: a.bin (1/2)\n\nbegin 644 a.bin\n" + rows);
+    directory.write("2", "Subject: a.bin (2/2)\n\n" + rows + "`\nend\n");
+    directory.write("again", directory.read("2"));
+    EXPECT_EQ(call({"list", "1", "2", "again"}), ExitStatus::good);
+    EXPECT_EQ(err, "");
 }
 
 TEST_F(Command, BadUsageGivesStatusThree) {
@@ -236,9 +274,30 @@ TEST_F(Command, BadUsageGivesStatusThree) {
     }
 }
 
-TEST_F(Command, ACommandThatThereIsNotIsNamed) {
-    EXPECT_EQ(call({"frob\x1bnicate", "x"}), ExitStatus::failed);
-    EXPECT_THAT(err, StartsWith("quill: There is no command frob?nicate\n"));
+TEST_F(Command, AComplaintNamesTheCommandAndWhatIsWrong) {
+    const struct {
+        std::vector<std::string> arguments;
+        const char* command;
+        const char* named;
+    } table[] = {
+        {{"frob\x1bnicate", "x"}, "quill: ", "frob?nicate"},
+        {{"--bogus"}, "quill: ", "--bogus"},
+        {{"zip", "pack"}, "quill zip: ", "pack"},
+        {{"decode"}, "quill decode: ", "file"},
+        {{"merge", "x"}, "quill merge: ", "two files"},
+        {{"zip", "list"}, "quill zip list: ", "archive"},
+        {{"list", "--into", "x", "y"}, "quill list: ", "--into"},
+        {{"decode", "--into"}, "quill decode: ", "--into"},
+        {{"list", "--json", "--json-lines", "x"}, "quill list: ", "--json and --json-lines"},
+        {{"encode", "--format", "zip", "x"}, "quill encode: ", "binhex"},
+        {{"encode", "--format", "yenc", "--line", "0", "x"}, "quill encode: ", "--line"},
+    };
+    for (const auto& row : table) {
+        EXPECT_EQ(call(row.arguments), ExitStatus::failed) << err;
+        EXPECT_THAT(err, StartsWith(row.command));
+        EXPECT_THAT(err, HasSubstr(row.named));
+        EXPECT_THAT(err, testing::EndsWith("--help\n"));
+    }
 }
 
 TEST_F(Command, AProgramInDisguiseIsToldOfAndItsExtensionShows) {

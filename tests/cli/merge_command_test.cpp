@@ -20,6 +20,19 @@ class MergeCommand : public CommandTest {
         directory.write(name, "=ybegin part=" + part + " line=128 size=9 name=a.bin\r\n=ypart begin=1 end=3\r\n" +
                                   data + "\r\n=yend size=3 part=" + part + "\r\n");
     }
+
+    /// One of `parts` posts of a uuencoded file.
+    void piece(const std::string& name, int number, int parts) const {
+        directory.write(name, "Subject: cat.jpg (" + std::to_string(number) + "/" + std::to_string(parts) + ")\n\n" +
+                                  (number == 1 ? "begin 644 cat.jpg\n" : "") + full_rows +
+                                  (number == parts ? "`\nend\n" : ""));
+    }
+
+    const std::string full_rows = [] {
+        std::string rows;
+        for (int row = 0; row < 10; ++row) rows += "M" + std::string(60, '#') + "\n";
+        return rows;
+    }();
 };
 
 TEST_F(MergeCommand, PartsOfYencAreKnownAsSuchAndOrderedByTheirNumbersBesideTheFirstFile) {
@@ -42,7 +55,7 @@ TEST_F(MergeCommand, OtherFilesAndThoseCalledTextAreJoinedInTheOrderGiven) {
     EXPECT_EQ(directory.read("whole.uue"), "begin 644 x\r\n#0V%T\r\n`\r\nend\r\n");
     post("two", 2, "BBB");
     post("one", 1, "AAA");
-    EXPECT_EQ(call({"merge", "--text", "two", "one"}), ExitStatus::good);
+    EXPECT_EQ(call({"merge", "--text", "two", "one"}), ExitStatus::damaged) << "the order is wrong";
     EXPECT_EQ(directory.read("merged.txt"), directory.read("two") + directory.read("one"));
     EXPECT_EQ(call({"merge", "--force", "--yenc", "two", "b"}), ExitStatus::failed);
     EXPECT_THAT(err, HasSubstr("b is not a multipart yEnc encoded file."));
@@ -74,7 +87,7 @@ TEST_F(MergeCommand, WhatDidNotGoInIsSaidAndToldByTheStatus) {
     post("three", 3, "CCC");
     post("again", 3, "XXX");
     EXPECT_EQ(call({"merge", "again", "three", "one"}), ExitStatus::damaged);
-    EXPECT_EQ(err, "quill: three: left out: Part 3 was found before\nquill: part 2: in none of the files\n");
+    EXPECT_EQ(err, "quill: three: left out: Part 3 was found before\nquill: merged.txt: Part 2 was not found\n");
     EXPECT_EQ(directory.read("merged.txt"), head + "AAA\r\nXXX\r\n=yend size=3 part=3\r\n");
     EXPECT_EQ(call({"merge", "--force", "one", "absent", "three", "."}), ExitStatus::failed);
     EXPECT_THAT(err, HasSubstr("quill: absent: left out: No such file or directory\n"));
@@ -85,13 +98,70 @@ TEST_F(MergeCommand, WhatDidNotGoInIsSaidAndToldByTheStatus) {
     EXPECT_EQ(directory.read("merged.txt"), "words\r\n");
 }
 
+TEST_F(MergeCommand, APartOfATextThatIsMissingOrInTheWrongPlaceIsReported) {
+    piece("one", 1, 3);
+    piece("two", 2, 3);
+    piece("three", 3, 3);
+    const struct {
+        std::vector<std::string> files;
+        ExitStatus status;
+        const char* missing;
+        const char* in_order;
+    } table[] = {
+        {{"one", "two", "three"}, ExitStatus::good, "[]", "true"},
+        {{"one", "three"}, ExitStatus::damaged, "[2]", "true"},
+        {{"one", "two"}, ExitStatus::damaged, "[3]", "true"},
+        {{"two", "three"}, ExitStatus::damaged, "[1]", "true"},
+        {{"one", "three", "two"}, ExitStatus::damaged, "[]", "false"},
+    };
+    for (const auto& row : table) {
+        std::vector<std::string> arguments = {"merge", "--force", "--json"};
+        arguments.insert(arguments.end(), row.files.begin(), row.files.end());
+        EXPECT_EQ(call(arguments), row.status) << testing::PrintToString(row.files);
+        EXPECT_THAT(out, HasSubstr(std::string("\"missing\": ") + row.missing + ", \"in_order\": " + row.in_order));
+        EXPECT_EQ(err.empty(), row.status == ExitStatus::good);
+        EXPECT_TRUE(directory.has("merged.txt"));
+    }
+}
+
+TEST_F(MergeCommand, WhereOnlyTheNamesHaveNumbersTheseAreTheOrder) {
+    for (const char* name : {"x1", "x2", "x10", "9041.post", "9043.post", "a", "b7"}) directory.write(name, "words\n");
+    const struct {
+        std::vector<std::string> files;
+        ExitStatus status;
+        const char* said;
+    } table[] = {
+        {{"x1", "x2"}, ExitStatus::good, ""},
+        {{"x1", "x10", "x2"}, ExitStatus::damaged, "Parts 3-9 were not found"},
+        {{"x1", "x10", "x2"}, ExitStatus::damaged, "not in the order"},
+        {{"9041.post", "9043.post"}, ExitStatus::good, ""},
+        {{"a", "b7", "x1"}, ExitStatus::good, ""},
+    };
+    for (const auto& row : table) {
+        std::vector<std::string> arguments = {"merge", "--force"};
+        arguments.insert(arguments.end(), row.files.begin(), row.files.end());
+        EXPECT_EQ(call(arguments), row.status) << testing::PrintToString(row.files) << err;
+        EXPECT_THAT(err, HasSubstr(row.said));
+    }
+}
+
+TEST_F(MergeCommand, YencPartsThatTheTotalPromisesAreMissed) {
+    post("one", 1, "AAA");
+    post("two", 2, "BBB");
+    std::string two = directory.read("two");
+    two.replace(two.find("part=2"), 6, "part=2 total=4");
+    directory.write("two", two);
+    EXPECT_EQ(call({"merge", "--json", "one", "two"}), ExitStatus::damaged);
+    EXPECT_THAT(out, HasSubstr("\"missing\": [3, 4]"));
+}
+
 TEST_F(MergeCommand, AnExistingOutputIsReplacedWithForceOnly) {
     post("one", 1, "AAA");
     post("two", 2, "BBB");
     directory.write("merged.txt", "older");
     chmod("merged.txt", 0600);
     EXPECT_EQ(call({"merge", "one", "two"}), ExitStatus::failed);
-    EXPECT_THAT(err, testing::StartsWith("quill: merged.txt: is there already"));
+    EXPECT_THAT(err, testing::StartsWith("quill: merged.txt: exists already"));
     EXPECT_EQ(directory.read("merged.txt"), "older");
     EXPECT_EQ(call({"merge", "--force", "one", "two"}), ExitStatus::good);
     EXPECT_EQ(directory.read("merged.txt"), head + "AAA\r\nBBB\r\n=yend size=3 part=2\r\n");
@@ -104,7 +174,7 @@ TEST_F(MergeCommand, JsonSaysWhatWentInAndWhatDidNot) {
     post("one", 1, "AAA");
     post("three", 3, "CCC");
     EXPECT_EQ(call({"merge", "--json", "--output", "m", "three", "absent", "one"}), ExitStatus::failed);
-    EXPECT_EQ(out, R"([{"name": "m", "path": "m", "size": 96, "parts": 2, "missing": [2], )"
+    EXPECT_EQ(out, R"([{"name": "m", "path": "m", "size": 96, "parts": 2, "missing": [2], "in_order": true, )"
                    R"("left_out": [{"path": "absent", "reason": "No such file or directory"}]}])"
                    "\n");
     EXPECT_EQ(call({"merge", "--quiet", "--output", "n", "three", "one"}), ExitStatus::damaged);

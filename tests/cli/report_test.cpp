@@ -21,6 +21,10 @@ struct Streams {
     Console console{in, out, err};
 };
 
+std::string no_input(const codec::Problem&) {
+    return {};
+}
+
 codec::Recovered file(std::string name, Verdict verdict) {
     return {std::move(name), "", Format::uu, {verdict, 7, {}}, {"post.uue"}, false};
 }
@@ -28,8 +32,8 @@ codec::Recovered file(std::string name, Verdict verdict) {
 TEST(Report, OneLineTellsNameSizeVerdictAndFormat) {
     Streams streams;
     Report report(streams.console, ReportStyle::lines);
-    report.add(file("harbour view.png", Verdict::verified));
-    report.add(file("two\nlines\t.txt", Verdict::whole));
+    report.add(file("harbour view.png", Verdict::verified), no_input);
+    report.add(file("two\nlines\t.txt", Verdict::whole), no_input);
     EXPECT_EQ(report.finish(), ExitStatus::good);
     EXPECT_EQ(streams.out.str(), "harbour view.png\t7\tverified\tUUE\ntwo?lines?.txt\t7\twhole\tUUE\n");
     EXPECT_EQ(streams.err.str(), "");
@@ -41,7 +45,7 @@ TEST(Report, DamageIsExplainedOnStandardErrorWithoutWhatWasRepaired) {
     codec::Recovered damaged = file("a.png", Verdict::damaged);
     damaged.outcome.problems = {{Grade::repaired, "odd-line", 10, {}, "A line was odd"},
                                 {Grade::damaged, "bad-crc", 20, 5, "The checksum\x1b[2J differs"}};
-    report.add(damaged);
+    report.add(damaged, no_input);
     EXPECT_EQ(report.finish(), ExitStatus::damaged);
     EXPECT_EQ(streams.err.str(), "quill: a.png: at byte 20: The checksum?[2J differs\n");
 }
@@ -52,7 +56,7 @@ TEST(Report, WhatWasLeftOutOfAWholeResultIsSaidOnStandardError) {
     codec::Recovered whole = file("a.png", Verdict::whole);
     whole.outcome.problems = {{Grade::repaired, "missing-padding", 10, {}, "The padding is missing"},
                               {Grade::repaired, "text-after-data", 20, {}, "Text follows the data"}};
-    report.add(whole);
+    report.add(whole, no_input);
     EXPECT_EQ(report.finish(), ExitStatus::good);
     EXPECT_EQ(streams.err.str(), "quill: a.png: at byte 20: Text follows the data\n");
 }
@@ -65,14 +69,14 @@ TEST(Report, JsonIsOneArrayWithEveryMember) {
     first.outcome.problems = {{Grade::lost, "missing-end", 99, {}, "The end is missing"},
                               {Grade::repaired, "odd-line", 3, {}, "A line was odd"}};
     first.sources = {"1.uue", "2.uue"};
-    report.add(first);
-    report.add(file("c.txt", Verdict::whole));
+    report.add(first, no_input);
+    report.add(file("c.txt", Verdict::whole), no_input);
     EXPECT_EQ(report.finish(), ExitStatus::damaged);
     EXPECT_EQ(
         streams.out.str(),
         R"([{"name": "a \"b\".png", "path": "in/a \"b\".png", "size": 7, "format": "UUE", )"
-        R"("verdict": "incomplete", "already_there": false, "problems": [{"kind": "missing-end", "at": 99, "text": "The end is missing"}, )"
-        R"({"kind": "odd-line", "at": 3, "text": "A line was odd"}], "sources": ["1.uue", "2.uue"]},)"
+        R"("verdict": "incomplete", "already_there": false, "problems": [{"kind": "missing-end", "input": null, "at": 99, "text": "The end is missing"}, )"
+        R"({"kind": "odd-line", "input": null, "at": 3, "text": "A line was odd"}], "sources": ["1.uue", "2.uue"]},)"
         "\n"
         R"( {"name": "c.txt", "path": null, "size": 7, "format": "UUE", "verdict": "whole", "already_there": false, "problems": [], )"
         R"("sources": ["post.uue"]}])"
@@ -82,9 +86,9 @@ TEST(Report, JsonIsOneArrayWithEveryMember) {
 TEST(Report, JsonLinesAreComplete) {
     Streams streams;
     Report report(streams.console, ReportStyle::json_lines);
-    report.add(file("a\nb", Verdict::whole));
-    EXPECT_EQ(streams.out.str(), json_of(file("a\nb", Verdict::whole)) + "\n") << "before the run ends";
-    report.add(file("c", Verdict::whole));
+    report.add(file("a\nb", Verdict::whole), no_input);
+    EXPECT_EQ(streams.out.str(), json_of(file("a\nb", Verdict::whole), no_input) + "\n") << "before the run ends";
+    report.add(file("c", Verdict::whole), no_input);
     EXPECT_EQ(report.finish(), ExitStatus::good);
     EXPECT_EQ(std::count(streams.out.view().begin(), streams.out.view().end(), '\n'), 2);
 }
@@ -105,7 +109,7 @@ TEST(Report, TheStatusIsThatOfTheWorstResultAndFailuresWeighMost) {
     for (const auto& row : table) {
         Streams streams;
         Report report(streams.console, ReportStyle::silent);
-        for (const Verdict verdict : row.verdicts) report.add(file("x", verdict));
+        for (const Verdict verdict : row.verdicts) report.add(file("x", verdict), no_input);
         if (row.failure) report.fail("y", {ErrorCode::not_found, 0, "No such file or directory"});
         EXPECT_EQ(report.finish(), row.status);
         EXPECT_EQ(streams.out.str(), "");

@@ -77,6 +77,22 @@ TEST_F(ZipCommandTest, JsonIsOneArrayOrAnObjectOnEachLine) {
     EXPECT_EQ(out, "");
 }
 
+TEST_F(ZipCommandTest, NamesAreReadInTheCharacterSetThatIsAskedFor) {
+    const std::string cyrillic = "\xD0\x9F\xD0\xB0";
+    directory.write("a.zip", ArchiveBuilder().add("\x8F\xA0", "x").add("plain", "y").finish());
+    EXPECT_EQ(call({"zip", "list", "--names-in", "cp866", path("a.zip")}), ExitStatus::good) << err;
+    EXPECT_THAT(out, testing::StartsWith(cyrillic + "\t1\t"));
+    EXPECT_EQ(call({"zip", "test", "--names-in", "CP866", path("a.zip"), cyrillic}), ExitStatus::good) << err;
+    EXPECT_EQ(call({"zip", "extract", "--names-in", "CP866", "--into", path("new"), path("a.zip")}), ExitStatus::good);
+    EXPECT_EQ(directory.read("new/" + cyrillic), "x");
+    EXPECT_EQ(call({"zip", "remove", "--names-in", "Windows-1252", path("a.zip"), cyrillic}), ExitStatus::failed);
+    EXPECT_EQ(call({"zip", "remove", "--names-in", "CP866", path("a.zip"), cyrillic}), ExitStatus::good) << err;
+    EXPECT_EQ(call({"zip", "list", path("a.zip")}), ExitStatus::good);
+    EXPECT_EQ(std::count(out.begin(), out.end(), '\n'), 1);
+    EXPECT_EQ(call({"zip", "list", "--names-in", "morse", path("a.zip")}), ExitStatus::failed);
+    EXPECT_THAT(err, HasSubstr("Shift-JIS"));
+}
+
 TEST_F(ZipCommandTest, ABombIsRefusedUnlessLimitsAreLifted) {
     const std::string packed(110'000, '\xFF');
     directory.write("a.zip",
