@@ -47,6 +47,7 @@ TEST(LineBeginningKernel, FindsTheFirstAsItsReference) {
                 text.replace(at, std::min(piece.size(), text.size() - at), piece);
             }
             const ExactBytes in(text, random.below(64));
+            ASSERT_EQ(count_line_ends(in.view()), count_line_ends_reference(in.view()));
             for (std::size_t from = 0; from < text.size();
                  from = find_line_beginning_reference(in.view(), from, "abcd=-\x80")) {
                 ASSERT_EQ(find_line_beginning(in.view(), from, "=-F."),

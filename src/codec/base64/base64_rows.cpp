@@ -2,7 +2,35 @@
 
 #include "codec/input/lines.h"
 
+#include <algorithm>
+
 namespace quill::codec {
+namespace {
+
+bool is_blank(char c) {
+    return c == ' ' || c == '\t';
+}
+
+/// Returns the bytes of a row of `width` characters with its line end, where one begins `bytes`; else 0.
+std::size_t stride_of_rows(std::string_view bytes, std::size_t width) {
+    const std::string_view end = bytes.substr(std::min(width, bytes.size()), 2);
+    if (width == 0 || end.empty()) return 0;
+    return end.front() == '\n' ? width + 1 : end == "\r\n" ? width + 2 : 0;
+}
+
+/// Returns how many rows at the beginning of `bytes` seem to have `width` characters, by their first, their last and
+/// their line end.
+std::uint64_t count_even_rows(std::string_view bytes, std::size_t width, std::size_t stride) {
+    const char last = stride == width + 1 ? '\n' : '\r';
+    const char* row = bytes.data();
+    std::uint64_t rows = 0;
+    for (const std::uint64_t most = bytes.size() / stride; rows < most; ++rows, row += stride) {
+        if (row[stride - 1] != '\n' || row[width] != last || row[0] <= ' ' || row[width - 1] <= ' ') break;
+    }
+    return rows;
+}
+
+}  // namespace
 
 /// Judges the row before, which now is one in the middle.
 void Base64Rows::end_row() {
@@ -19,23 +47,41 @@ void Base64Rows::end_row() {
     row_ = 0;
 }
 
-void Base64Rows::take(std::string_view bytes) {
-    for (std::size_t at = 0; at < bytes.size();) {
-        const char c = bytes[at];
-        if (c == '\n' || c == '\r') {
+/// Takes whole rows by their first and last characters alone, and falls back to a look at each character where these
+/// then are not as many as there should be, as when a line end took the place of two of them.
+void Base64Rows::take(std::string_view bytes, std::uint64_t characters) {
+    const Base64Rows before = *this;
+    if (take_rows(bytes, true) == characters) return;
+    *this = before;
+    take_rows(bytes, false);
+}
+
+/// Returns how many characters the rows have, not counting blanks.
+std::uint64_t Base64Rows::take_rows(std::string_view bytes, bool by_stride) {
+    std::uint64_t characters = 0;
+    while (!bytes.empty()) {
+        if (bytes.front() == '\n' || bytes.front() == '\r') {
             end_row();
-            ++at;
+            bytes.remove_prefix(1);
             continue;
         }
-        const std::size_t expected = at + width_ - (row_ < width_ ? row_ : width_);
-        const bool as_expected = expected > at && expected < bytes.size() && bytes[expected - 1] > ' ' &&
-                                 (bytes[expected] == '\n' || bytes[expected] == '\r');
-        const std::size_t end = as_expected ? expected : find_line_end(bytes, at);
-        std::size_t last = end;
-        while (last > at && (bytes[last - 1] == ' ' || bytes[last - 1] == '\t')) --last;
-        row_ += last - at;
-        at = end;
+        const std::size_t stride = row_ == 0 && before_ == width_ ? stride_of_rows(bytes, width_) : 0;
+        const std::uint64_t even = by_stride && stride > 0 ? count_even_rows(bytes, width_, stride) : 0;
+        usual_rows_ += even;
+        characters += even * width_;
+        bytes.remove_prefix(even * stride);
+        if (even > 0) continue;
+        const std::size_t end = find_line_end(bytes, 0);
+        characters += take_to_line_end(bytes.substr(0, end));
+        bytes.remove_prefix(end);
     }
+    return characters;
+}
+
+/// Returns how many characters `text` has, not counting blanks.
+std::uint64_t Base64Rows::take_to_line_end(std::string_view text) {
+    row_ += text.find_last_not_of(" \t") + 1;
+    return text.size() - static_cast<std::size_t>(std::count_if(text.begin(), text.end(), is_blank));
 }
 
 void Base64Rows::end_padded() {

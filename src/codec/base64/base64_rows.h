@@ -10,8 +10,9 @@ namespace quill::codec {
 /// came in show in the length of a row.
 class Base64Rows {
   public:
-    /// Takes the next bytes of the body; they may end within a row.
-    void take(std::string_view bytes);
+    /// Takes the next bytes of the body, which hold `characters` of the alphabet and else only blanks and line ends.
+    /// They may end within a row.
+    void take(std::string_view bytes, std::uint64_t characters);
 
     /// Ends the row that was begun, which padding follows; it may have any length.
     void end_padded();
@@ -27,6 +28,8 @@ class Base64Rows {
     std::size_t width() const { return width_; }
 
   private:
+    std::uint64_t take_rows(std::string_view bytes, bool by_stride);
+    std::uint64_t take_to_line_end(std::string_view bytes);
     void end_row();
 
     std::size_t row_ = 0;     ///< characters so far of the row that was begun

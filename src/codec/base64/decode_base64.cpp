@@ -139,10 +139,11 @@ void Base64Run::run() {
     while (!text_behind_ && !body_.stopped() && !sink_.stopped()) {
         const std::string_view in = next_piece();
         if (in.empty()) break;
+        const std::uint32_t pending = state_.pending;
         const sixbit::Progress done = sixbit::decode(sixbit::Alphabet::base64, in, room_.data(), state_);
         if (body_.part() != part_) rows_.begin_part();
         part_ = body_.part();
-        rows_.take(in.substr(0, done.read));
+        rows_.take(in.substr(0, done.read), done.written / 3 * 4 + state_.pending - pending);
         if (done.read > 0 && done.written + state_.pending > 0) padded_ = padded_ && done.written + state_.pending == 0;
         if (done.read == in.size() || in[done.read] == '=') {
             sink_.put({room_.data(), done.written});

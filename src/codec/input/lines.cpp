@@ -1,6 +1,12 @@
 #include "codec/input/lines.h"
 
+#include <algorithm>
+
 namespace quill::codec {
+
+std::size_t count_line_ends_reference(std::string_view s) {
+    return static_cast<std::size_t>(std::count_if(s.begin(), s.end(), [](char c) { return c == '\r' || c == '\n'; }));
+}
 
 std::size_t find_line_end_reference(std::string_view s, std::size_t from) {
     std::size_t at = from;

@@ -9,6 +9,10 @@ namespace quill::codec {
 std::size_t find_line_end(std::string_view s, std::size_t from);
 std::size_t find_line_end_reference(std::string_view s, std::size_t from);
 
+/// The number of CR and LF in `s`.
+std::size_t count_line_ends(std::string_view s);
+std::size_t count_line_ends_reference(std::string_view s);
+
 /// The most characters that `find_line_beginning` takes.
 constexpr std::size_t most_first_characters = 4;
 

@@ -3,6 +3,8 @@
 #include "simd/simd_targets.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 
 // This order matters.
 // clang-format off
@@ -32,26 +34,37 @@ std::size_t find_line_end(std::string_view s, std::size_t from) {
     return find_line_end_reference(s, at);
 }
 
-/// Bits of the bytes of the block at `at` that are what is looked for. One byte before it and one behind are read.
-std::uint64_t beginning_bits(const char* at, std::string_view first_characters) {
-    const Block block = load_block(at);
-    const Block before = load_block(at - 1);
-    const std::uint64_t behind_cr = equal_bits(before, '\r');
-    const std::uint64_t behind_lf = equal_bits(before, '\n');
-    std::uint64_t wanted = 0;
-    for (const char c : first_characters) wanted |= equal_bits(block, c);
-    const std::uint64_t cr = equal_bits(block, '\r');
-    const std::uint64_t lf = equal_bits(block, '\n');
+std::uint64_t line_end_bits(const Block& block) {
+    std::uint64_t bits = 0;
+    for (std::size_t k = 0; k < vectors; ++k) bits |= line_end_bits(block.v[k]) << k * lanes;
+    return bits;
+}
+
+std::size_t count_line_ends(std::string_view s) {
+    std::size_t count = 0;
+    for (; s.size() >= block_size; s.remove_prefix(block_size)) {
+        count += static_cast<std::size_t>(std::popcount(line_end_bits(load_block(s.data()))));
+    }
+    return count + count_line_ends_reference(s);
+}
+
+/// Returns true where the character at `at`, which has a CR or LF before it and a character after it, is what is looked
+/// for.
+bool begins_line(std::string_view s, std::size_t at, std::string_view first_characters) {
+    const char c = s[at];
+    if (c == '\n') return s[at - 1] == '\n';
     // CR CR is an empty line, but not in CR CR LF.
-    const std::uint64_t empty_behind_cr = behind_cr & cr & ~equal_bits(load_block(at + 1), '\n');
-    return ((behind_cr | behind_lf) & wanted) | (behind_lf & (cr | lf)) | empty_behind_cr;
+    if (c == '\r') return s[at - 1] == '\n' || s[at + 1] != '\n';
+    return std::find(first_characters.begin(), first_characters.end(), c) != first_characters.end();
 }
 
 std::size_t find_line_beginning(std::string_view s, std::size_t from, std::string_view first_characters) {
     std::size_t at = from + 1;
     for (; at + block_size < s.size(); at += block_size) {
-        const std::uint64_t found = beginning_bits(s.data() + at, first_characters);
-        if (found != 0) return at + static_cast<std::size_t>(std::countr_zero(found));
+        for (std::uint64_t bits = line_end_bits(load_block(s.data() + at - 1)); bits != 0; bits &= bits - 1) {
+            const std::size_t place = at + static_cast<std::size_t>(std::countr_zero(bits));
+            if (begins_line(s, place, first_characters)) return place;
+        }
     }
     // The reference goes on from a line that has characters: none of those between `from` and here is empty.
     const std::size_t text = s.find_last_not_of("\r\n", at - 1);
@@ -60,6 +73,10 @@ std::size_t find_line_beginning(std::string_view s, std::size_t from, std::strin
 }
 
 #else
+
+std::size_t count_line_ends(std::string_view s) {
+    return count_line_ends_reference(s);
+}
 
 std::size_t find_line_beginning(std::string_view s, std::size_t from, std::string_view first_characters) {
     return find_line_beginning_reference(s, from, first_characters);
@@ -77,9 +94,14 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace quill::codec {
 namespace {
+QUILL_KERNELS(count_line_ends);
 QUILL_KERNELS(find_line_end);
 QUILL_KERNELS(find_line_beginning);
 }  // namespace
+
+std::size_t count_line_ends(std::string_view s) {
+    return simd::chosen_of(count_line_ends_kernels)(s);
+}
 
 std::size_t find_line_end(std::string_view s, std::size_t from) {
     return simd::chosen_of(find_line_end_kernels)(s, from);

@@ -29,6 +29,17 @@ std::string_view unquoted(std::string_view line, std::size_t quote) {
     return line.substr(std::min(quote, line.size()));
 }
 
+/// Returns how many lines of data, which are as long as they say, begin with the same length character and have the
+/// same line end as the first, so that each is `stride` bytes.
+std::uint64_t count_alike(std::string_view lines, std::size_t stride) {
+    const char* line = lines.data();
+    std::uint64_t count = 0;
+    for (const std::uint64_t most = lines.size() / stride; count < most; ++count, line += stride) {
+        if (line[0] != lines.front() || line[stride - 1] != '\n') break;
+    }
+    return count;
+}
+
 class UuRun {
   public:
     UuRun(const Attachment& attachment, Body& body, Sink& sink)
@@ -98,10 +109,16 @@ void UuRun::look_at_rows(std::string_view lines) {
     for (std::size_t at = 0; at < lines.size();) {
         const auto bytes = static_cast<std::size_t>(uu::value_of(alphabet_, lines[at]));
         const std::size_t size = 1 + uu::characters_for(bytes);
-        rows_.take_exact(lines.substr(at, size), bytes);
-        report_uneven(body_.at() + at);
-        at += size;
-        at += lines[at] == '\r' ? 2U : 1U;
+        const std::size_t stride = size + (lines[at + size] == '\r' ? 2U : 1U);
+        if (rows_.are_settled(bytes)) {
+            const std::uint64_t alike = count_alike(lines.substr(at), stride);
+            rows_.take_more(alike);
+            at += alike * stride;
+        } else {
+            rows_.take_exact(lines.substr(at, size), bytes);
+            report_uneven(body_.at() + at);
+            at += stride;
+        }
     }
 }
 

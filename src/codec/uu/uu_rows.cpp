@@ -28,6 +28,11 @@ void Rows::take_exact(std::string_view line, std::size_t bytes) {
     if (!may_be_lost) ++none_;
 }
 
+void Rows::take_more(std::uint64_t lines) {
+    none_ += lines;
+    last_is_plain_ = last_is_plain_ || lines > 0;
+}
+
 void Rows::take_longer(std::string_view line, const DataLine& data) {
     std::string_view rest = line.substr(1 + data.expected);
     rest = rest.substr(0, std::max<std::size_t>(rest.find_last_not_of(' ') + 1, 1));

@@ -20,6 +20,10 @@ class Rows {
     /// Takes a line that holds `data` and nothing after it. `line` begins with the length character.
     void take_exact(std::string_view line, std::size_t bytes);
 
+    /// Returns true where more lines of `bytes` change nothing but their number, which `take_more` counts.
+    bool are_settled(std::size_t bytes) const { return bytes == width_ && !odd_ && !has_checks(); }
+    void take_more(std::uint64_t lines);
+
     /// Takes a line with characters after its data.
     void take_longer(std::string_view line, const DataLine& data);
 

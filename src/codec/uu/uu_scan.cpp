@@ -142,12 +142,17 @@ struct BodyEnd {
 /// says. A line that might be a boundary or the beginning of a message ends them.
 std::size_t exact_lines(std::string_view window, uu::Alphabet alphabet) {
     std::size_t at = 0;
-    while (at < window.size() && window[at] != '-' && window[at] != 'F') {
-        const int length = uu::value_of(alphabet, window[at]);
-        const std::size_t size = 1 + uu::characters_for(static_cast<std::size_t>(std::max(length, 0)));
+    std::size_t size = 0;  // of a line with the length character of the last one
+    for (char length = '\0'; at < window.size() && window[at] != '-' && window[at] != 'F';) {
+        if (window[at] != length) {
+            length = window[at];
+            const int bytes = uu::value_of(alphabet, length);
+            if (bytes <= 0) break;
+            size = 1 + uu::characters_for(static_cast<std::size_t>(bytes));
+        }
         const std::string_view line = window.substr(at, size + 2);
         const std::size_t end = line.find('\n');
-        if (length <= 0 || end == std::string_view::npos || end < size || (end > size && line[size] != '\r')) break;
+        if (end == std::string_view::npos || end < size || (end > size && line[size] != '\r')) break;
         at += end + 1;
     }
     return at;

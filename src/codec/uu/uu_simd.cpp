@@ -61,9 +61,11 @@ bool decode_groups(const CharacterCodes& codes, const char* in, std::size_t char
 Progress decode_lines(Alphabet alphabet, std::string_view in, char* out) {
     const CharacterCodes& codes = alphabet == Alphabet::uu ? uu_codes : xx_codes;
     Progress progress;
+    char length_character = '\0';
+    int length = 0;
     while (in.size() - progress.read >= decode_reach) {
         const char* const line = in.data() + progress.read;
-        const int length = value_of(alphabet, *line);
+        if (*line != length_character) length = value_of(alphabet, length_character = *line);
         if (length <= 0) return progress;
         const std::size_t characters = (static_cast<std::size_t>(length) + 2) / 3 * 4;
         const char* const line_end = line + 1 + characters;

@@ -3,6 +3,7 @@
 #include "checksum/checksum.h"
 #include "codec/hex.h"
 #include "codec/input/lines.h"
+#include "codec/yenc/yenc_rows.h"
 #include "text/ascii.h"
 
 #include <algorithm>
@@ -273,6 +274,8 @@ std::optional<Data> decode_data(std::string_view text, const Post& post, const A
     const std::size_t most = std::min(piece_size, post.data_end - post.data_begin);
     const auto out = std::make_unique_for_overwrite<char[]>(decoded_bound(most));
     Pieces pieces(text, most, read);
+    RowWatch rows(post);
+    const bool watched = take && post.end && !post.stated_crc();
     Data data;
     std::size_t at = post.data_begin;
     char before = '\n';
@@ -290,12 +293,15 @@ std::optional<Data> decode_data(std::string_view text, const Post& post, const A
         data.size += bytes.size();
         if (progress.read > 0) before = piece[progress.read - 1];
         at += progress.read;
+        if (watched) rows.take(piece.substr(0, progress.read));
         if (progress.ended) {
+            rows.skip();
             at = std::min(next_line(text, at), post.data_end);
             before = '\n';
         }
         if (take && !take(bytes, at)) return std::nullopt;
     }
+    data.even_rows = watched && rows.saw_even_rows();
     return data;
 }
 

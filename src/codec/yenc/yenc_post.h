@@ -87,6 +87,7 @@ bool dots_look_added(std::string_view text, const Post& post, const ReadText& re
 struct Data {
     std::uint64_t size = 0;  ///< bytes
     std::uint32_t crc = 0;   ///< their CRC-32
+    bool even_rows = false;  ///< the rows were seen to be of one length; watched where no CRC is stated
 
     bool operator==(const Data&) const = default;
 };

@@ -59,6 +59,38 @@ std::optional<Row> last_of_fitting_rows(std::string_view data, const Fits& fits)
     }
 }
 
+bool is_line_end(char c) {
+    return c == '\r' || c == '\n';
+}
+
+bool is_ended_at(std::string_view row_and_more, std::size_t size) {
+    return row_and_more[size] == '\r' && row_and_more[size + 1] == '\n';
+}
+
+constexpr std::size_t most_more = 2;  // characters: a second dot, and one that its escape keeps in the row
+
+/// What must be seen of a text for its first row to be passed: the row, its line end and what follows.
+std::size_t size_to_see(std::uint64_t length) {
+    return length + most_more + 3;
+}
+
+/// Returns the size of the rows of `length` characters that `text` begins with, without the last ones; nullopt where a
+/// row is different.
+std::optional<std::size_t> size_of_rows(std::string_view text, std::uint64_t length) {
+    std::size_t line_ends = 0;
+    std::string_view rest = text;
+    while (rest.size() >= size_to_see(length)) {
+        std::size_t size = length;
+        while (size < length + most_more && !is_ended_at(rest, size)) ++size;
+        if (!is_ended_at(rest, size) || is_line_end(rest[size + 2])) return std::nullopt;
+        if (size > length && !has_characters(Row{rest.substr(0, size)}, length)) return std::nullopt;
+        rest.remove_prefix(size + 2);
+        line_ends += 2;
+    }
+    const std::string_view rows = text.substr(0, text.size() - rest.size());
+    return count_line_ends(rows) == line_ends ? std::optional(rows.size()) : std::nullopt;
+}
+
 }  // namespace
 
 bool has_uneven_rows(std::string_view text, const Post& post) {
@@ -75,6 +107,47 @@ bool has_uneven_rows(std::string_view text, const Post& post) {
     if (!last) last = last_of_fitting_rows(data, [&](const Row& row) { return has_bytes(row, bytes); });
     if (!last) return true;
     return last->characters() > characters + 1 + (last->dotted() ? 1 : 0) && last->bytes() > bytes;
+}
+
+/// Measures the first row of `piece`. Returns the bytes before it, or nullopt where it isn't whole.
+std::optional<std::size_t> RowWatch::begin(std::string_view piece) {
+    begun_ = true;
+    const std::size_t begin = piece.find_first_not_of("\r\n");
+    const std::size_t end = begin == std::string_view::npos ? begin : piece.find_first_of("\r\n", begin);
+    if (end == std::string_view::npos) return std::nullopt;
+    const Row first{piece.substr(begin, end - begin)};
+    if (!has_characters(first, length_)) length_ = first.characters();
+    return begin;
+}
+
+void RowWatch::take(std::string_view piece) {
+    if (!even_ || piece.empty()) return;
+    if (!begun_) {
+        const std::optional<std::size_t> before = begin(piece);
+        even_ = before.has_value();
+        piece.remove_prefix(before.value_or(piece.size()));
+    }
+    // The rest of the last piece becomes whole rows with the beginning of this one.
+    const std::size_t joined = std::min(piece.size(), 2 * size_to_see(length_));
+    const std::size_t before = rest_.size();
+    rest_.append(piece.substr(0, joined));
+    const std::optional<std::size_t> first = size_of_rows(rest_, length_);
+    even_ = even_ && first && (joined == piece.size() || *first >= before);
+    if (!even_) return;
+    if (joined == piece.size()) {
+        rest_.erase(0, *first);
+        return;
+    }
+    piece.remove_prefix(*first - before);
+    const std::optional<std::size_t> others = size_of_rows(piece, length_);
+    even_ = others.has_value();
+    rest_ = piece.substr(others.value_or(0));
+}
+
+bool RowWatch::saw_even_rows() const {
+    if (!even_ || rest_.find_first_not_of("\r\n") == std::string::npos) return false;
+    const auto last = last_of_fitting_rows(rest_, [&](const Row& row) { return has_characters(row, length_); });
+    return last && last->characters() <= length_ + 1;
 }
 
 }  // namespace quill::codec::yenc

@@ -2,6 +2,10 @@
 
 #include "codec/yenc/yenc_post.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace quill::codec::yenc {
@@ -10,5 +14,25 @@ namespace quill::codec::yenc {
 /// Encoders break a line once it has as many characters, or as many bytes, as `=ybegin` states; where the first line
 /// has another length, that one counts.
 bool has_uneven_rows(std::string_view text, const Post& post);
+
+/// Watches the rows of yEnc text while it is read, for the usual case that all of them have the stated characters.
+class RowWatch {
+  public:
+    explicit RowWatch(const Post& post) : length_(post.begin.line.value_or(0)) {}
+
+    void take(std::string_view piece);
+    /// Gives up, where some of the text is left out.
+    void skip() { even_ = false; }
+    /// Returns true where the rows are even; where it returns false, `has_uneven_rows` has to look.
+    bool saw_even_rows() const;
+
+  private:
+    std::optional<std::size_t> begin(std::string_view piece);
+
+    std::uint64_t length_;  ///< characters of a row
+    bool begun_ = false;
+    bool even_ = true;
+    std::string rest_;  ///< of the last piece: the last rows, without a line end before them
+};
 
 }  // namespace quill::codec::yenc
