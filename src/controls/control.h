@@ -206,8 +206,9 @@ struct Window : Control {
     std::string caption;
     int left = 0, top = 0, width = 0, height = 0;
     MousePointer pointer = MousePointer::normal;
-    Action close;  ///< the user closes the window
-    Action hover;  ///< the pointer came over a part of it that is no control
+    Action close;     ///< the user closes the window
+    Action hover;     ///< the pointer came over a part of it that is no control
+    Action activate;  ///< the user turned to the window
 };
 
 /// Controls that share a name and are told apart by an index, which need not run without gaps.

@@ -10,7 +10,7 @@
 
 namespace quill::controls {
 
-/// The windows that are loaded, at most one of each type. Knows no window by name.
+/// The windows that are loaded: one of each type, or several of a type that they are added of. Knows no window by name.
 ///
 /// A window may unload itself from one of its own actions: it leaves the registry at once and is destroyed by
 /// `collect`, which the event loop calls between events.
@@ -20,6 +20,12 @@ class Windows {
     template <class W, class... Args>
     W& load(Args&&... args) {
         if (W* window = loaded<W>()) return *window;
+        return add<W>(std::forward<Args>(args)...);
+    }
+
+    /// One more window of type W, made from `args`.
+    template <class W, class... Args>
+    W& add(Args&&... args) {
         auto made = std::make_unique<W>(std::forward<Args>(args)...);
         W& window = *made;
         entries_.push_back({typeid(W), std::move(made)});
@@ -36,6 +42,15 @@ class Windows {
     template <class W>
     void unload() {
         const auto entry = find(typeid(W));
+        if (entry == entries_.end()) return;
+        unloaded_.push_back(std::move(entry->window));
+        entries_.erase(entry);
+    }
+
+    /// Unloads this window; nothing where it is not loaded.
+    void unload(const Window& window) {
+        const auto entry = std::find_if(entries_.begin(), entries_.end(),
+                                        [&](const Entry& each) { return each.window.get() == &window; });
         if (entry == entries_.end()) return;
         unloaded_.push_back(std::move(entry->window));
         entries_.erase(entry);

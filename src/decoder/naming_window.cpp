@@ -4,13 +4,10 @@
 #include "files/path.h"
 #include "text/ascii.h"
 
-#include <array>
 #include <string>
 
 namespace quill::decoder {
 namespace {
-
-constexpr std::array extensions = {".jpg", ".doc", ".gif", ".pdf", ".htm"};
 
 /// The extension that was typed, else the one that was chosen, with its dot; empty where there is neither.
 std::string wanted_extension(Form4& window) {
@@ -55,22 +52,6 @@ void give_header(shell::Context& context, std::size_t line_length) {
 }
 
 }  // namespace
-
-Form4::Form4() {
-    Frame1.visible = false;
-    Frame2.visible = false;
-    Label4.text =
-        "There was no extension found on this file. This file appears to be an encoded file without a header to name "
-        "the file nor does the file name provide a clue as to what to call it. Click on a type below to call it or "
-        "type in your own extension for after it is decoded.";
-    Option1.for_each(
-        [](int i, controls::Choice& choice) { choice.caption = extensions.at(static_cast<std::size_t>(i)); });
-    Label2.text = "or type your own";
-    Command3.caption = "OK";
-    Command4.caption = "Cancel";
-    Command1.caption = "Make link";
-    Command2.caption = "Cancel";
-}
 
 void show_naming_window(shell::Context& context, const std::string& hint, std::size_t line_length) {
     Form4& window = context.windows.load<Form4>();

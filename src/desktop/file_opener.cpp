@@ -72,4 +72,10 @@ bool FileOpener::edit_text(const std::string& path) {
     return true;
 }
 
+bool FileOpener::move_to_trash(const std::string& path) {
+    const QByteArray bytes = QByteArray::fromStdString(path);
+    const QString name = QFile::decodeName(bytes);
+    return QFile::encodeName(name) == bytes && QFile::moveToTrash(name);
+}
+
 }  // namespace quill::desktop

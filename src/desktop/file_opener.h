@@ -15,6 +15,7 @@ class FileOpener final : public platform::Opener {
     bool start(const std::string& program, const std::vector<std::string>& arguments,
                const std::string& directory) override;
     bool edit_text(const std::string& path) override;
+    bool move_to_trash(const std::string& path) override;
 
     std::function<void(const std::string& text)> say;
     std::function<void(const std::string& path)> edit_here;   ///< opens a text in a window of our own

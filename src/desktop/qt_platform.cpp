@@ -13,7 +13,7 @@
 namespace quill::desktop {
 namespace {
 
-constexpr int twips_per_pixel = 15;
+constexpr int twips_per_pixel_of_layout = 15;
 constexpr qint64 frame_time = 40;  // milliseconds between two repaints of a long run
 constexpr qint64 patience = 150;   // milliseconds that a run may take without being shown
 
@@ -40,11 +40,15 @@ std::string DesktopMachine::user_guide() const {
 }
 
 int DesktopMachine::screen_width() const {
-    return QGuiApplication::primaryScreen()->availableGeometry().width() * twips_per_pixel;
+    return QGuiApplication::primaryScreen()->availableGeometry().width() * twips_per_pixel_of_layout;
 }
 
 int DesktopMachine::screen_height() const {
-    return QGuiApplication::primaryScreen()->availableGeometry().height() * twips_per_pixel;
+    return QGuiApplication::primaryScreen()->availableGeometry().height() * twips_per_pixel_of_layout;
+}
+
+double DesktopMachine::twips_per_pixel() const {
+    return twips_per_pixel_of_layout / QGuiApplication::primaryScreen()->devicePixelRatio();
 }
 
 int DesktopMachine::random(int bound) {

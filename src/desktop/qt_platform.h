@@ -23,6 +23,7 @@ class DesktopMachine final : public platform::Machine {
     bool has_theme_sizing() const override { return false; }
     int screen_width() const override;
     int screen_height() const override;
+    double twips_per_pixel() const override;
     int random(int bound) override;
 
   private:

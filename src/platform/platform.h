@@ -75,7 +75,8 @@ class Dialogs {
     virtual std::string choose_file(const FileRequest& request) = 0;
 };
 
-/// Starting other programs. None of these waits for the program's end or runs the file itself.
+/// What the desktop does with files: other programs, the trash. None of these waits for a program's end or runs the
+/// file itself.
 class Opener {
   public:
     virtual ~Opener() = default;
@@ -87,6 +88,8 @@ class Opener {
                        const std::string& directory) = 0;
     /// Opens `path` in the user's text editor, or in a small one of the program's own.
     virtual bool edit_text(const std::string& path) = 0;
+    /// Moves the file to the user's trash, from where it can be brought back. False where it is still in its place.
+    virtual bool move_to_trash(const std::string& path) = 0;
 };
 
 /// Facts of the machine that do not change during a run.
@@ -105,6 +108,8 @@ class Machine {
     /// The screen's working area, in twips.
     virtual int screen_width() const = 0;
     virtual int screen_height() const = 0;
+    /// Twips from one of the screen's own pixels to the next: 15, or 7.5 where each logical pixel is two of them.
+    virtual double twips_per_pixel() const = 0;
     /// A whole number from 0 to `bound` - 1.
     virtual int random(int bound) = 0;
 };

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace quill::platform {
 class Platform;
@@ -29,6 +30,9 @@ struct Routes {
     std::function<void(const std::string& path)> open_pics;  ///< a PICS file into the viewer
     controls::Action open_pictures;                          ///< the window that opens pictures into the viewer
     controls::Action open_favorites;                         ///< the favorites lists
+    std::function<void(const std::string& directory)> show_directory;  ///< the pictures of a directory
+    /// The pictures among `paths`, as one set in the viewer.
+    std::function<void(const std::vector<std::string>& paths)> show_pictures;
 
     controls::Action create_archive;  ///< the create wizard's steps after the choice of a kind
     std::function<void(const std::string& caption)> open_encoder;  ///< the chooser, its caption naming what to make

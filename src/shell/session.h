@@ -7,6 +7,10 @@
 #include <string>
 #include <vector>
 
+namespace quill::viewer {
+struct frmPic;
+}
+
 namespace quill::shell {
 
 /// The variables that the whole process shares. One instance, passed by reference.
@@ -35,7 +39,11 @@ struct Session {
     std::string ZipPassword;    ///< password of the archive at hand; empty for none
     bool ZipEncrypted = false;  ///< a password is needed
 
-    std::string FavListPath;  ///< the current favorites list
+    std::string FavListPath;    ///< the current favorites list
+    int PicsMode = 0;           ///< the open album: 0 none, 1 of form `xyz`, 2 of form `abc`
+    bool OpenerLoaded = false;  ///< the window that opens pictures is loaded
+    /// The picture windows: slot n is at n - 1. A slot is never used again; nullptr where its window is gone.
+    std::vector<viewer::frmPic*> PicsTable;
 };
 
 /// What nearly every operation needs: the shared variables, the windows, the machine, and the ways to what stands

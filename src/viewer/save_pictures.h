@@ -1,12 +1,31 @@
 #pragma once
 
 #include "controls/windows.h"
+#include "shell/session.h"
 
 namespace quill::viewer {
 
-/// The window that copies pictures; other areas show its progress panel alone.
+/// The window that manages the favorites lists and copies their pictures; other areas show its progress panel alone.
 struct SavPic : controls::Window {
-    controls::Picture Picture1;  // panel of the copy jobs
+    controls::Picture Picture1;     // panel of the copy job
+    controls::DriveListBox Drive1;  // drive to copy to
+    controls::DirListBox Dir1;      // directory to copy to
+    controls::FileListBox File1;    // its files
+    controls::Button Command1;      // copy the pictures there
+    controls::Button Command10;     // make a directory there
+    controls::Button Command2;      // leave the copy job
+
+    controls::Frame Frame2;       // panel of the lists
+    controls::Label Label3;       // what a double click does
+    controls::ListBox List1;      // names of the lists
+    controls::FileListBox File2;  // their files; never seen
+    controls::Label Label4;       // how many pictures are on the list
+    controls::Button Command6;    // create a list
+    controls::Button Command7;    // delete the list
+    controls::Button Command8;    // edit the list
+    controls::Button Command5;    // explain lists
+    controls::Button Command9;    // leave the lists
+
     controls::Frame Frame1;      // progress panel
     controls::Picture Picture5;  // bar of all files
     controls::Picture Picture6;  // its filled part
@@ -17,26 +36,41 @@ struct SavPic : controls::Window {
     controls::Label doing;       // what is being done
     controls::Button stop;       // stop it
     bool stop_wanted = false;    // it was pressed
+
+    SavPic();
 };
 
 /// The length of a full bar, in twips.
 constexpr int full_bar = 3750;
 
-/// Loads the window with nothing but its progress panel and shows it.
-inline SavPic& show_progress_panel(controls::Windows& windows) {
-    SavPic& w = windows.load<SavPic>();
-    w.Picture5.width = w.Picture3.width = full_bar;
-    w.Picture1.visible = false;
-    w.doing.visible = w.stop.visible = false;
-    w.stop.caption = "Stop";
-    w.Frame1.visible = true;
-    w.visible = true;
-    return w;
-}
+/// Loads the window with none of its panels shown, in the middle of the screen.
+SavPic& load_pictures_window(shell::Context& context);
 
+/// Loads the window with nothing but its progress panel and shows it.
+SavPic& show_progress_panel(controls::Windows& windows);
+
+/// Names every control once: f(name, role, control).
 template <class F>
 void visit_controls(SavPic& w, F&& f) {
     f("Picture1", "Copy panel", w.Picture1);
+    f("Drive1", "Drive to copy to", w.Drive1);
+    f("Dir1", "Directory to copy to", w.Dir1);
+    f("File1", "Files in the directory", w.File1);
+    f("Command1", "Copy the pictures there", w.Command1);
+    f("Command10", "Make a directory there", w.Command10);
+    f("Command2", "Leave without copying", w.Command2);
+
+    f("Frame2", "Favorite Picture Lists", w.Frame2);
+    f("Label3", "What a double click does", w.Label3);
+    f("List1", "Favorite Picture Lists", w.List1);
+    f("File2", "Files of the lists", w.File2);
+    f("Label4", "Number of pictures", w.Label4);
+    f("Command6", "Create a list", w.Command6);
+    f("Command7", "Delete the list", w.Command7);
+    f("Command8", "Edit the list", w.Command8);
+    f("Command5", "Help with lists", w.Command5);
+    f("Command9", "Close the window", w.Command9);
+
     f("Frame1", "Progress panel", w.Frame1);
     f("Picture5", "Progress of all files", w.Picture5);
     f("Picture6", "Progress made of all files", w.Picture6);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <utility>
 
 namespace quill::tests {
@@ -118,6 +119,12 @@ bool ScriptedPlatform::start(const std::string& program, const std::vector<std::
 bool ScriptedPlatform::edit_text(const std::string& path) {
     edited.push_back(path);
     return editing_works;
+}
+
+bool ScriptedPlatform::move_to_trash(const std::string& path) {
+    if (!trash_works || std::remove(path.c_str()) != 0) return false;
+    trashed.push_back(path);
+    return true;
 }
 
 int ScriptedPlatform::random(int bound) {

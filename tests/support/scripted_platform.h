@@ -54,9 +54,10 @@ class ScriptedPlatform final : public platform::Platform,
     std::vector<platform::Question> questions;  ///< asked with Yes and No
     std::vector<platform::Prompt> prompts;      ///< asked for a line of text
     std::vector<platform::FileRequest> file_requests;
-    std::vector<std::string> opened;  ///< paths handed to their default program
-    std::vector<Start> started;       ///< programs started
-    std::vector<std::string> edited;  ///< paths handed to a text editor
+    std::vector<std::string> opened;   ///< paths handed to their default program
+    std::vector<Start> started;        ///< programs started
+    std::vector<std::string> edited;   ///< paths handed to a text editor
+    std::vector<std::string> trashed;  ///< paths moved to the trash; their files are deleted
     std::size_t repaints = 0;
 
     // The machine: what it is, and what fails on it.
@@ -70,6 +71,8 @@ class ScriptedPlatform final : public platform::Platform,
     bool opening_works = true;
     bool starting_works = true;
     bool editing_works = true;
+    bool trash_works = true;
+    double twips_of_pixel = 15;
     std::function<int(int bound)> random_number;  ///< replaces the generator of fixed seed
     std::function<void(controls::Window&)> on_repaint;
     FakePictures fake_pictures;  ///< the table of pictures, and the requests that wait
@@ -104,6 +107,7 @@ class ScriptedPlatform final : public platform::Platform,
     bool start(const std::string& program, const std::vector<std::string>& arguments,
                const std::string& directory) override;
     bool edit_text(const std::string& path) override;
+    bool move_to_trash(const std::string& path) override;
     std::string user_name() const override { return name_of_user; }
     std::string home_directory() const override { return directory_of_user; }
     std::string system_directory() const override { return directory_of_system; }
@@ -111,6 +115,7 @@ class ScriptedPlatform final : public platform::Platform,
     bool has_theme_sizing() const override { return theme_sizing; }
     int screen_width() const override { return width_of_screen; }
     int screen_height() const override { return height_of_screen; }
+    double twips_per_pixel() const override { return twips_of_pixel; }
     int random(int bound) override;
     void repaint(controls::Window& window) override;
 

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "controls/control.h"
+#include "shell/session.h"
+
+namespace quill::viewer {
+
+struct frmPic;
+struct tittwo;
+
+/// Gives the items of a Favorites menu (1 to 7, 2 and 6 are lines) their captions and actions.
+void caption_favorites(controls::ControlArray<controls::MenuItem>& items);
+void wire_favorites(shell::Context& context, controls::ControlArray<controls::MenuItem>& items);
+
+/// Adds the window's picture to the current list. One that was unpacked from an album is copied to a lasting place
+/// first, if the user agrees.
+void add_picture_to_favorites(frmPic& window);
+
+/// Removes the picture clicked last from the current list.
+void remove_selected_favorite(tittwo& column);
+
+/// Explains lists, the column's tabs, albums and books.
+void favhelp(platform::Platform& platform);
+
+}  // namespace quill::viewer
