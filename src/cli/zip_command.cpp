@@ -7,6 +7,7 @@
 #include "archive/methods/compressors.h"
 #include "archive/names/member_names.h"
 #include "cli/interruption.h"
+#include "cli/password_file.h"
 #include "cli/progress.h"
 #include "cli/usage.h"
 #include "cli/zip_report.h"
@@ -41,17 +42,6 @@ struct ZipRequest {
     bool bare_names = false;
     bool no_limits = false;
 };
-
-/// Returns the first line of the password file, without its end; empty where no file is named. An empty line is
-/// refused: it would store members unencrypted.
-Result<std::string> read_password(const ZipRequest& request) {
-    if (request.password_file.empty()) return std::string();
-    Result<std::string> text = files::read_file(request.password_file);
-    if (!text) return text;
-    std::string password = text->substr(0, text->find_first_of("\r\n"));
-    if (password.empty()) return Error{ErrorCode::bad_input, 0, "its first line is empty, which is not a password"};
-    return password;
-}
 
 /// Returns the code page of --names-in; empty where it was not given.
 std::string_view code_page_of(const ZipRequest& request) {
@@ -102,7 +92,7 @@ Status extract_below(const std::string& into, const zip::Archive& archive, const
 /// `extract`, and `test` where nothing is to be written.
 ExitStatus read(const ZipRequest& request, const Console& console, bool write) {
     ZipReport report(console, request.results.style());
-    const Result<std::string> password = read_password(request);
+    const Result<std::string> password = read_password(request.password_file);
     const Result<zip::Archive> archive = open_archive(request);
     if (!password) report.fail(request.password_file, password.error());
     if (!archive) report.fail(request.archive, archive.error());
@@ -222,7 +212,7 @@ std::uint16_t method_of(const ZipRequest& request) {
 
 ExitStatus add(const ZipRequest& request, const Console& console) {
     ZipReport report(console, ReportStyle::silent);
-    const Result<std::string> password = read_password(request);
+    const Result<std::string> password = read_password(request.password_file);
     if (!password) {
         report.fail(request.password_file, password.error());
         return report.finish();
@@ -287,6 +277,7 @@ struct CommandRow {
     const char* names;
 };
 
+constexpr std::size_t extract_row = 1;
 constexpr CommandRow commands[] = {
     {"list", "List the members of an archive", list, false, false, true, false,
      "Members or directories in the archive (default: all)"},
@@ -348,8 +339,8 @@ void add_changing_options(CLI::App& command, ZipRequest& request) {
     command.add_flag("--bare-names", request.bare_names, "Store names without directories");
 }
 
-void add_subcommand(CLI::App& zip, const CommandRow& row, Work& work) {
-    auto* command = zip.add_subcommand(row.name, row.about);
+void add_subcommand(CLI::App& parent, const CommandRow& row, Work& work) {
+    auto* command = parent.add_subcommand(row.name, row.about);
     const auto request = std::make_shared<ZipRequest>();
     command->add_option("ARCHIVE", request->archive, "The ZIP file")->required();
     auto* names = command->add_option("NAME", request->names, row.names);
@@ -379,6 +370,10 @@ void add_zip_command(CLI::App& app, Work& work) {
     zip->require_subcommand(1);
     zip->footer(footer);
     for (const CommandRow& row : commands) add_subcommand(*zip, row, work);
+}
+
+void add_extract_command(CLI::App& parent, Work& work) {
+    add_subcommand(parent, commands[extract_row], work);
 }
 
 }  // namespace quill::cli

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "archive/progress.h"
+#include "text/result.h"
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace quill::zip {
+
+/// A file that a new archive is to hold.
+struct NewMember {
+    std::string name;  ///< of the member: relative, parts between slashes, UTF-8
+    std::string file;  ///< path of the file; for a text made here, what to call it in errors
+    std::optional<std::string> text = std::nullopt;  ///< the content, instead of the file's
+};
+
+/// A member that could not be added: the file's path, and why.
+using MemberFailure = std::pair<std::string, Error>;
+
+/// Makes the archive at `path` of all members, in their order, in one step; a later one replaces an earlier one of the
+/// same name. Files that can't be read are left out and appended to `failures`. Fails with `exists` where there is a
+/// file already, with `cancelled` where `watch` says no, with `not_found` where nothing could be added; there is no
+/// archive then. `password` is empty for none.
+Status make_archive(const std::string& path, const std::vector<NewMember>& members, const std::string& password,
+                    const Watch& watch, std::vector<MemberFailure>& failures);
+
+}  // namespace quill::zip

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "archive/changing/new_archive.h"
+#include "htx/book/book_geometry.h"
+#include "htx/picture_book/picture_page.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace quill::htx {
+
+/// A picture of a book, and the words of its page. Text is UTF-8.
+struct BookPicture {
+    std::string file;  ///< path
+    std::string title;
+    std::string caption = {};
+    bool caption_above = true;
+};
+
+/// All that a picture book is made of.
+struct PictureBook {
+    std::vector<BookPicture> pictures;  ///< as they were chosen
+    std::vector<std::size_t> order;     ///< of the pages: numbers of pictures
+    PageStyle style;
+    BookGeometry geometry;
+    bool has_index = false;  ///< a page before the first with all pictures in small
+};
+
+/// Returns the book's files: the pictures, a page for each of `order`, index.r29. Pictures of one name get different
+/// ones. REQUIRES: `order` has at most `most_pages` numbers.
+std::vector<zip::NewMember> files_of_book(const PictureBook& book);
+
+/// Returns the title that is proposed for a picture: its file's name without the ending, underscores as blanks.
+std::string proposed_title(std::string_view file);
+
+}  // namespace quill::htx

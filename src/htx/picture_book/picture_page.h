@@ -1,0 +1,46 @@
+#pragma once
+
+#include "controls/control.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// The pages of a picture book, one for each picture.
+namespace quill::htx {
+
+/// The letters of a book's captions, and its colours.
+struct PageStyle {
+    int size = 12;  ///< points, one of letter_sizes
+    bool bold = false;
+    bool italic = false;
+    bool has_colours = false;  ///< the colours were chosen
+    controls::Colour foreground = {0, 0, 0};
+    controls::Colour background = {255, 255, 255};
+};
+
+/// What one page shows. Text is UTF-8.
+struct PicturePage {
+    std::string title;
+    std::string caption;  ///< may hold HTML; several lines run together
+    bool caption_above = true;
+    std::string picture;  ///< name of the picture's file, which is in the page's directory
+};
+
+constexpr std::size_t most_pages = 9999;
+
+/// Returns "0001.htm" for 1. REQUIRES: number is at most `most_pages`.
+std::string page_name(std::size_t number);
+
+/// Returns the page, lines ended by CR LF. A title with < or & in it is escaped unless it is plainly markup; characters
+/// beyond ASCII become references, because the page names no character set.
+std::string picture_page(const PicturePage& page, const PageStyle& style);
+
+/// Returns a title as it is written into a page: see picture_page.
+std::string title_text(std::string_view title);
+
+/// Returns whether each "<" in `text` begins a tag that is closed, and each "&" a character reference, and there is at
+/// least one of them.
+bool is_plainly_markup(std::string_view text);
+
+}  // namespace quill::htx
