@@ -195,6 +195,19 @@ TEST(CharacterReferences, BecomeCharacters) {
     for (const auto& c : cases) EXPECT_EQ(decode_references(c.text), c.decoded) << c.text;
 }
 
+TEST(PageReferences, OfHostilePagesComeInReasonableTime) {
+    constexpr int count = 100'000;  // quadratic work on it would take minutes
+    for (const std::string_view piece :
+         {"<", "<!--", "<!", "</", "<a ", "<a b=", "<a b='", "<title>", "</title", "<style>url(", "<p style='url(",
+          "@import ", "url('", "&", "&#", "<img srcset='a ,", "/*", "<?", "\"'"}) {
+        std::string page;
+        for (int i = 0; i < count; ++i) page += piece;
+        references_of_page(page);
+        references_of_style(page);
+        lines_of_page(decode_page(page));
+    }
+}
+
 TEST(LineCounter, CountsLinesOfEveryKind) {
     LineCounter lines("a\nb\r\nc\rd");
     EXPECT_EQ(lines.line_at(0), 1U);
