@@ -45,7 +45,7 @@ std::string content_of(const zip::Archive& archive, std::size_t number) {
         out += bytes;
         return out.size() < 1U << 20U;
     });
-    return out.append(name_of(content.fate));
+    return out.append(name_of(content.verdict));
 }
 
 }  // namespace

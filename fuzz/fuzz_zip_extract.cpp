@@ -20,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (content.size != read) std::abort();
         const auto own = quill::zip::parse_local_header(archive->bytes(), member.local_offset);
         const bool is_stated = read == member.uncompressed_size || (own && read == own->uncompressed_size);
-        if (content.fate == quill::zip::Fate::verified && member.sizes_known && !is_stated) std::abort();
+        if (content.verdict == quill::zip::Verdict::verified && member.sizes_known && !is_stated) std::abort();
     }
     return 0;
 }

@@ -1,7 +1,6 @@
 #include "cli/report.h"
 
 #include "cli/json.h"
-#include "codec/recovery/problem_kinds.h"
 #include "text/printable.h"
 
 #include <ostream>
@@ -10,10 +9,10 @@ namespace quill::cli {
 namespace {
 
 std::string json_of(const codec::Problem& problem, const NameOfInput& input_of) {
-    return json_object({{"kind", json_string(problem.kind)},
+    return json_object({{"kind", json_string(word_of(problem))},
                         {"input", json_or_null(input_of(problem))},
                         {"at", std::to_string(problem.at_input)},
-                        {"text", json_string(problem.text)}});
+                        {"text", json_string(text_of(problem))}});
 }
 
 }  // namespace
@@ -51,7 +50,7 @@ void Report::add(const codec::Recovered& file, const NameOfInput& input_of) {
     results_.put(results_.are_json() ? json_of(file, input_of) : line_of(file));
     if (results_.style() != ReportStyle::lines) return;
     for (const codec::Problem& problem : file.outcome.problems) {
-        if (codec::is_for_people(problem)) print_problem(file.name, problem, input_of);
+        if (is_for_people(problem)) print_problem(file.name, problem, input_of);
     }
 }
 
@@ -65,7 +64,7 @@ void Report::print_problem(std::string_view name, const codec::Problem& problem,
     const std::string input = input_of(problem);
     console_.err << "quill: " << printable(name) << (name.empty() ? "" : ": ");
     if (!input.empty()) console_.err << "in " << printable(input) << ", ";
-    console_.err << "at byte " << problem.at_input << ": " << printable(problem.text) << '\n';
+    console_.err << "at byte " << problem.at_input << ": " << printable(text_of(problem)) << '\n';
 }
 
 void Report::fail(std::string_view what, const Error& error) {

@@ -17,9 +17,9 @@ std::string method_of(const zip::Member& member) {
 }
 
 std::string json_of(const zip::Problem& problem) {
-    return json_object({{"kind", json_string(problem.kind)},
+    return json_object({{"kind", json_string(word_of(problem))},
                         {"at", std::to_string(problem.at_input)},
-                        {"text", json_string(problem.text)}});
+                        {"text", json_string(text_of(problem))}});
 }
 
 std::string line_of(const zip::Member& member) {
@@ -42,7 +42,7 @@ std::string json_of(const zip::Member& member) {
 
 std::string line_of(const zip::Member& member, const zip::MemberResult& result, const std::string& path) {
     return printable(path.empty() ? member.name : path) + "\t" + std::to_string(result.size) + "\t" +
-           std::string(name_of(result.fate)) + "\t" + method_of(member);
+           std::string(name_of(result.verdict)) + "\t" + method_of(member);
 }
 
 std::string json_of(const zip::Member& member, const zip::MemberResult& result, const std::string& path) {
@@ -51,7 +51,7 @@ std::string json_of(const zip::Member& member, const zip::MemberResult& result, 
                         {"path", json_or_null(path)},
                         {"size", std::to_string(result.size)},
                         {"method", json_string(zip::method_name(member.content_method()))},
-                        {"verdict", json_string(name_of(result.fate))},
+                        {"verdict", json_string(name_of(result.verdict))},
                         {"problems", json_array(result.problems, problem)}});
 }
 
@@ -71,25 +71,27 @@ void ZipReport::list(const zip::Member& member) {
 }
 
 void ZipReport::add(const zip::Member& member, const zip::MemberResult& result, const std::string& path) {
-    if (result.fate == zip::Fate::damaged || result.fate == zip::Fate::refused) damaged_ = true;
+    if (result.verdict == zip::Verdict::damaged || result.verdict == zip::Verdict::refused) damaged_ = true;
     report_problems(member, result);
     put(results_.are_json() ? json_of(member, result, path) : line_of(member, result, path));
 }
 
 void ZipReport::report_problems(const zip::Member& member, const zip::MemberResult& result) {
     for (const zip::Problem& problem : result.problems) {
-        const bool is_repaired = problem.grade == zip::Grade::repaired;
-        if (problem.kind == "not-written") failed_ = true;
+        const bool is_repaired = grade_of(problem) == zip::Grade::repaired;
+        if (problem.kind == zip::ProblemKind::not_written) failed_ = true;
         if (!is_repaired) damaged_ = true;
         if (is_repaired && results_.style() != ReportStyle::lines) continue;
-        console_.err << "quill: " << printable(member.name) << ": " << printable(problem.text) << '\n';
+        console_.err << "quill: " << printable(member.name) << ": " << printable(text_of(problem)) << '\n';
     }
 }
 
 void ZipReport::archive_problems(std::string_view archive, const zip::Archive& opened) {
     for (const zip::Problem& problem : opened.problems()) {
-        if (problem.kind != "shifted" && problem.kind != "junk-behind") damaged_ = true;
-        console_.err << "quill: " << printable(archive) << ": " << printable(problem.text) << '\n';
+        const bool harmless =
+            problem.kind == zip::ProblemKind::shifted || problem.kind == zip::ProblemKind::junk_behind;
+        if (!harmless) damaged_ = true;
+        console_.err << "quill: " << printable(archive) << ": " << printable(text_of(problem)) << '\n';
     }
 }
 

@@ -29,6 +29,7 @@ std::string_view name_of(Format format);
 using report::Grade;
 using report::name_of;
 using report::Problem;
+using report::ProblemKind;
 using report::Verdict;
 
 /// Bytes [begin, end) of an input text.

@@ -49,11 +49,8 @@ std::string unique_names(shell::swit& w, codec::DecodingLibrary& library, std::i
 /// Says of a file what the removal of `<BR>` means for it: where lines are text, it may have cost some of that.
 void note_removed_tags(codec::Recovered& file) {
     const bool text = file.format == codec::Format::identity || file.format == codec::Format::quoted_printable;
-    file.outcome.problems.push_back({text ? codec::Grade::damaged : codec::Grade::repaired,
-                                     "tags-removed",
-                                     0,
-                                     {},
-                                     "<BR> at the ends of lines was removed"});
+    file.outcome.problems.push_back(
+        {text ? codec::ProblemKind::tags_removed_from_text : codec::ProblemKind::tags_removed, 0});
     if (text) file.outcome.verdict = std::max(file.outcome.verdict, codec::Verdict::damaged);
 }
 
@@ -81,7 +78,8 @@ bool was_written(const codec::Recovered& file) {
 
 /// Returns true if the file was decoded but the system did not take it.
 bool is_unwritable(const codec::Recovered& file) {
-    return !was_written(file) && !file.outcome.problems.empty() && file.outcome.problems.front().kind == "not-written";
+    return !was_written(file) && !file.outcome.problems.empty() &&
+           file.outcome.problems.front().kind == codec::ProblemKind::not_written;
 }
 
 /// Says which files could not be written, and why. What could not even be decoded is the repair guide's matter.
@@ -89,7 +87,8 @@ void say_unwritten(shell::Context& context, const std::vector<codec::Recovered>&
     const auto first = std::find_if(files.begin(), files.end(), is_unwritable);
     if (first == files.end()) return;
     const auto count = static_cast<std::uint64_t>(std::count_if(first, files.end(), is_unwritable));
-    std::string text = "The file " + first->name + " could not be written: " + first->outcome.problems.front().text;
+    std::string text =
+        "The file " + first->name + " could not be written: " + std::string(text_of(first->outcome.problems.front()));
     if (count > 1) text += ". The same holds for " + text::counted(count - 1, "more file");
     context.platform.message(text + ".");
 }

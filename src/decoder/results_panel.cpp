@@ -2,7 +2,6 @@
 
 #include "codec/recovery/disguise.h"
 #include "codec/recovery/file_signature.h"
-#include "codec/recovery/problem_kinds.h"
 #include "decoder/opening.h"
 #include "decoder/repair_guide.h"
 #include "decoder/type_icons.h"
@@ -174,10 +173,10 @@ RowDetails row_details(const shell::swit& w, std::size_t row) {
     details.doubtful = result.size.value_or(0) == 0 || result.verdict == codec::Verdict::damaged ||
                        result.verdict == codec::Verdict::incomplete;
     std::vector<codec::Problem> problems = result.problems;
-    std::stable_partition(problems.begin(), problems.end(), codec::is_for_people);
+    std::stable_partition(problems.begin(), problems.end(), report::is_for_people);
     for (const codec::Problem& problem : problems) {
-        details.problems.push_back(problem.text);
-        details.disguised = details.disguised || problem.kind == codec::disguised_name;
+        details.problems.emplace_back(text_of(problem));
+        details.disguised = details.disguised || problem.kind == codec::ProblemKind::disguised_name;
     }
     details.doubtful = details.doubtful || details.disguised;
     return details;

@@ -99,6 +99,7 @@ QIcon drawn_verdict(codec::Verdict verdict) {
             break;
         case codec::Verdict::damaged:
         case codec::Verdict::incomplete:
+        case codec::Verdict::refused:
             paint_warning(painter);
             break;
     }

@@ -14,7 +14,7 @@ std::string printable(std::string_view bytes) {
 
 std::string line_about(const codec::Recovered& made) {
     std::string line = "  " + printable(made.name) + ", " + text::counted(made.outcome.size, "byte");
-    for (const codec::Problem& problem : made.outcome.problems) line += "\n    " + printable(problem.text);
+    for (const codec::Problem& problem : made.outcome.problems) line += "\n    " + printable(text_of(problem));
     return line + "\n";
 }
 

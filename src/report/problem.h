@@ -1,5 +1,7 @@
 #pragma once
 
+#include "report/problem_kind.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -9,34 +11,45 @@
 /// engine.
 namespace quill::report {
 
-/// What is known of a result.
+/// What is known of a result, from best to worst.
 enum class Verdict : std::uint8_t {
-    verified,   ///< A checksum or a stated size agrees.
-    whole,      ///< Its structure is complete, but there is no checksum for the bytes.
-    damaged,    ///< Bytes in it are known to be wrong, lost, or doubtful.
-    incomplete  ///< Its end, its beginning or a part is missing.
+    verified,    ///< A checksum, an authentication code or a stated size agrees.
+    whole,       ///< Its structure is complete, but nothing states what its bytes should be.
+    damaged,     ///< Bytes in it are known to be wrong, lost, or doubtful.
+    incomplete,  ///< Its end, its beginning or a part is missing.
+    refused      ///< Nothing was given out: a problem says why.
 };
 
-/// "verified", "whole", "damaged", "incomplete".
+/// Returns "verified", "whole", "damaged", "incomplete" or "refused".
 std::string_view name_of(Verdict verdict);
-
-/// How much a problem takes away from the result.
-enum class Grade : std::uint8_t {
-    repaired,  ///< Odd input that was understood; the bytes are not in doubt.
-    damaged,   ///< Bytes of the result are or may be wrong.
-    lost       ///< Bytes are missing from the result.
-};
 
 /// Something that was not as it should be.
 struct Problem {
-    Grade grade = Grade::damaged;
-    std::string kind;            ///< a short fixed word for programs: "missing-end", "bad-crc", "bad-character" ...
-    std::uint64_t at_input = 0;  ///< byte offset in the input
+    ProblemKind kind = ProblemKind::bad_character;
+    std::uint64_t at_input = 0;                   ///< byte offset in the input
     std::optional<std::uint64_t> at_output = {};  ///< byte offset in the result, where there is one
-    std::string text;                             ///< for people: one sentence without a full stop
+    std::string text = {};                        ///< where it says more than the sentence of the kind
     std::optional<std::uint32_t> source = {};     ///< the input that `at_input` is in; empty where it is the only one
+    bool settled = false;                         ///< a size or a checksum shows that it did no harm
 
     bool operator==(const Problem&) const = default;
 };
+
+/// Returns the fixed word for the problem's kind: "missing-end", "bad-crc", "bad-character" ...
+std::string_view word_of(const Problem& problem);
+
+/// Returns the grade of the problem's kind, or `repaired` where the problem is settled.
+Grade grade_of(const Problem& problem);
+
+/// Returns one sentence for people, without a full stop.
+std::string_view text_of(const Problem& problem);
+
+/// Returns true where people must hear of the problem: where bytes of the result are wrong, doubtful or missing, and
+/// where the input was understood but something of it was left out or the sender's own check was of no use. Other
+/// repaired problems are for programs that ask for all of them.
+bool is_for_people(const Problem& problem);
+
+/// Settles the problem where `evidence` is enough for its kind.
+void settle(Problem& problem, Evidence evidence);
 
 }  // namespace quill::report

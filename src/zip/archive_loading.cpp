@@ -111,8 +111,8 @@ std::vector<std::size_t> locked_rows(arcview& w, const std::vector<std::size_t>&
         const WorkCopy* copy = w.archives.copies().of(row);
         if (!opened || copy == nullptr || !opened->archive.members()[row].is_encrypted()) continue;
         needed = needed || copy->result.needs_password;
-        fits = fits || copy->result.fate == Fate::verified || copy->result.fate == Fate::whole;
-        if (copy->result.needs_password || copy->result.fate == Fate::damaged) locked.push_back(row);
+        fits = fits || copy->result.verdict == Verdict::verified || copy->result.verdict == Verdict::whole;
+        if (copy->result.needs_password || copy->result.verdict == Verdict::damaged) locked.push_back(row);
     }
     return needed || !fits ? locked : std::vector<std::size_t>();
 }

@@ -100,7 +100,8 @@ bool ask_for_another_password(arcview& w) {
 std::string archive_problems(const arcview& w) {
     std::string text;
     if (!w.listed) return text;
-    for (const Problem& problem : w.listed->archive.problems()) text += "The archive: " + problem.text + ".\n";
+    for (const Problem& problem : w.listed->archive.problems())
+        text += "The archive: " + std::string(text_of(problem)) + ".\n";
     return text;
 }
 

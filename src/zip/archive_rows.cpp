@@ -80,18 +80,19 @@ std::vector<std::size_t> all_rows(const arcview& w) {
 
 RowCondition condition_of(const MemberResult& result) {
     if (result.needs_password) return RowCondition::locked;
-    switch (result.fate) {
-        case Fate::verified:
+    switch (result.verdict) {
+        case Verdict::verified:
             return RowCondition::verified;
-        case Fate::whole:
+        case Verdict::whole:
             return RowCondition::whole;
-        case Fate::damaged:
+        case Verdict::damaged:
             return RowCondition::damaged;
-        case Fate::refused:
+        case Verdict::incomplete:
+        case Verdict::refused:
             break;
     }
     const bool stopped = std::any_of(result.problems.begin(), result.problems.end(),
-                                     [](const Problem& p) { return p.kind == "cancelled"; });
+                                     [](const Problem& p) { return p.kind == ProblemKind::cancelled; });
     return stopped ? RowCondition::not_unpacked : RowCondition::refused;
 }
 
@@ -154,7 +155,7 @@ RowDetails row_details(arcview& w, std::size_t row) {
     details.directory = member.is_directory();
     details.condition = condition_of(w, row, member);
     if (const MemberResult* result = last_result(w, row)) {
-        for (const Problem& problem : result->problems) details.problems.push_back(problem.text);
+        for (const Problem& problem : result->problems) details.problems.emplace_back(text_of(problem));
     }
     return details;
 }

@@ -39,7 +39,7 @@ void WorkCopies::record(const Archive& archive, const MemberResult& result) {
     if (copy.result.path.empty() || member.is_directory()) return;
     const std::string path = files::join(directory_, copy.result.path);
     copy.stamp = files::stamp_of(path);
-    const bool crc_is_known = copy.result.fate == Fate::verified && !member.is_aes();
+    const bool crc_is_known = copy.result.verdict == Verdict::verified && !member.is_aes();
     if (!crc_is_known) copy.crc = crc_of_file(path).value_or(0);
 }
 
@@ -47,7 +47,7 @@ void WorkCopies::record_copy(std::size_t member, const std::string& name, const 
     const std::string full = files::join(directory_, path);
     WorkCopy& copy = at(member).emplace(WorkCopy{name, {}, files::stamp_of(full), crc_of_file(full).value_or(0)});
     copy.result.member = member;
-    copy.result.fate = Fate::verified;
+    copy.result.verdict = Verdict::verified;
     copy.result.path = path;
     copy.made_here = made_here;
 }

@@ -35,7 +35,7 @@ std::vector<std::pair<std::string, std::string>> contents(const std::string& pat
             out.back().second += bytes;
             return true;
         });
-        EXPECT_EQ(read.fate, Fate::verified) << member.name;
+        EXPECT_EQ(read.verdict, Verdict::verified) << member.name;
     }
     return out;
 }
@@ -303,7 +303,7 @@ TEST(ArchiveChange, PasswordsAndLargeFilesComeBackAsTheyWere) {
     ASSERT_TRUE(archive.ok());
     MemberReader wrong(*archive, "another");
     const Content refused = wrong.read(archive->members()[0], [](std::string_view) { return true; });
-    EXPECT_NE(refused.fate, Fate::verified);
+    EXPECT_NE(refused.verdict, Verdict::verified);
 }
 
 TEST(ArchiveChange, ChangesAtOnceAreAllMade) {

@@ -22,20 +22,20 @@ std::vector<std::string> names(const Archive& archive) {
     return out;
 }
 
-std::string content(const Archive& archive, std::size_t i, Fate expected, std::string password = {}) {
+std::string content(const Archive& archive, std::size_t i, Verdict expected, std::string password = {}) {
     std::string out;
     MemberReader reader(archive, std::move(password));
     const Content result = reader.read(archive.members().at(i), [&](std::string_view bytes) {
         out += bytes;
         return true;
     });
-    EXPECT_EQ(name_of(result.fate), name_of(expected)) << archive.members()[i].name;
+    EXPECT_EQ(name_of(result.verdict), name_of(expected)) << archive.members()[i].name;
     return out;
 }
 
 std::string kinds(const std::vector<Problem>& problems) {
     std::string out;
-    for (const Problem& problem : problems) out += (out.empty() ? "" : " ") + problem.kind;
+    for (const Problem& problem : problems) out += (out.empty() ? "" : " ") + std::string(word_of(problem));
     return out;
 }
 
@@ -63,7 +63,7 @@ TEST(Archive, FindsTheDirectoryWhateverStandsAround) {
         ASSERT_TRUE(archive.ok());
         EXPECT_THAT(names(*archive), ElementsAre("a.txt", "dir/b.txt"));
         EXPECT_EQ(kinds(archive->problems()), c.problems);
-        EXPECT_EQ(content(*archive, 1, Fate::verified), "second one");
+        EXPECT_EQ(content(*archive, 1, Verdict::verified), "second one");
         EXPECT_TRUE(archive->is_sound());
     }
 }
@@ -94,7 +94,7 @@ TEST(Archive, RecoversMembersOfADamagedFile) {
         EXPECT_FALSE(archive->problems().empty());
         EXPECT_FALSE(archive->is_sound());
         for (std::size_t i = 0; i < 2; ++i) {
-            EXPECT_EQ(content(*archive, i, Fate::verified),
+            EXPECT_EQ(content(*archive, i, Verdict::verified),
                       archive->members()[i].name == "a.txt" ? "first" : "second one");
         }
     }
@@ -115,8 +115,8 @@ TEST(Archive, ACutFileGivesItsLastMemberAsFarAsItGoes) {
     const std::string members = two_members().members();
     const Result<Archive> archive = Archive::parse(std::string_view(members).substr(0, members.size() - 4));
     ASSERT_TRUE(archive.ok());
-    EXPECT_EQ(content(*archive, 0, Fate::verified), "first");
-    EXPECT_EQ(content(*archive, 1, Fate::damaged), "second");
+    EXPECT_EQ(content(*archive, 0, Verdict::verified), "first");
+    EXPECT_EQ(content(*archive, 1, Verdict::damaged), "second");
 }
 
 TEST(Archive, AStoredMemberCutBeforeItsSizeIsToldIsDamaged) {
@@ -125,7 +125,7 @@ TEST(Archive, AStoredMemberCutBeforeItsSizeIsToldIsDamaged) {
     const Result<Archive> archive =
         Archive::parse(std::string_view(members).substr(0, members.size() - descriptor_and_more));
     ASSERT_TRUE(archive.ok());
-    EXPECT_EQ(content(*archive, 0, Fate::damaged), "some con");
+    EXPECT_EQ(content(*archive, 0, Verdict::damaged), "some con");
 }
 
 TEST(Archive, AnArchiveInsideAMemberIsNotTakenForTheCutOneAroundIt) {
@@ -169,7 +169,7 @@ TEST(Archive, Zip64SizesStandInTheExtraField) {
             .finish();
     const Result<Archive> archive = Archive::parse(bytes);
     ASSERT_TRUE(archive.ok());
-    EXPECT_EQ(content(*archive, 0, Fate::verified), "hello");
+    EXPECT_EQ(content(*archive, 0, Verdict::verified), "hello");
 }
 
 TEST(Archive, NamesAreUnicodeWhereverTheyComeFrom) {
@@ -302,34 +302,34 @@ TEST(MemberReader, TakesTheNumbersThatTheDataAgreeWith) {
     const struct {
         const char* what;
         Odd odd;
-        Fate fate;
+        Verdict verdict;
         const char* bytes;
     } cases[] = {
         {"a size in the directory that leads into it",
          {.stated_packed_size = 5000, .local_packed_size = 5},
-         Fate::verified,
+         Verdict::verified,
          "hello"},
         {"a size in the directory that is too small",
          {.stated_size = 2, .stated_packed_size = 2, .local_size = 5, .local_packed_size = 5},
-         Fate::verified,
+         Verdict::verified,
          "hello"},
         {"a wrong size of deflated content",
          {.method = 8, .packed = deflated, .stated_size = 4, .local_size = 5},
-         Fate::verified,
+         Verdict::verified,
          "hello"},
-        {"a wrong local header", {.local_size = 7, .local_packed_size = 2}, Fate::verified, "hello"},
+        {"a wrong local header", {.local_size = 7, .local_packed_size = 2}, Verdict::verified, "hello"},
         {"a local header that leads into the next member",
          {.stated_size = 2, .stated_packed_size = 2, .local_size = 40, .local_packed_size = 40},
-         Fate::damaged,
+         Verdict::damaged,
          "he"},
-        {"neither", {.stated_size = 4, .local_size = 3}, Fate::damaged, nullptr},
+        {"neither", {.stated_size = 4, .local_size = 3}, Verdict::damaged, nullptr},
         {"deflated data that end before it",
          {.method = 8, .packed = deflated, .stated_packed_size = 5000},
-         Fate::verified,
+         Verdict::verified,
          "hello"},
         {"a descriptor behind the data of a member that runs into the directory",
          {.method = 8, .packed = deflated, .stated_packed_size = 5000, .silent_local = true},
-         Fate::verified,
+         Verdict::verified,
          "hello"},
     };
     for (const auto& c : cases) {
@@ -342,7 +342,7 @@ TEST(MemberReader, TakesTheNumbersThatTheDataAgreeWith) {
             const Result<Archive> archive = Archive::parse(bytes);
             ASSERT_TRUE(archive.ok());
             EXPECT_FALSE(archive->members()[0].overlaps);
-            const std::string out = content(*archive, 0, c.fate);
+            const std::string out = content(*archive, 0, c.verdict);
             if (c.bytes != nullptr) {
                 EXPECT_EQ(out, c.bytes);
             }
@@ -363,7 +363,7 @@ TEST(Extraction, LimitsHoldWhereSizesAreNotStatedTooAndCanBeLifted) {
         options.limits = limits;
         std::string out;
         const Status done = test_members(*archive, {0, 1}, options, [&](const MemberResult& result) {
-            out += std::string(name_of(result.fate)) + " " + kinds(result.problems) + ".";
+            out += std::string(name_of(result.verdict)) + " " + kinds(result.problems) + ".";
         });
         return done ? out : std::string("not begun");
     };

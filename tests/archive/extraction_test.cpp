@@ -36,7 +36,7 @@ std::vector<MemberResult> extract_all(const std::string& bytes, const std::strin
 
 std::string kinds(const MemberResult& result) {
     std::string out;
-    for (const Problem& problem : result.problems) out += (out.empty() ? "" : " ") + problem.kind;
+    for (const Problem& problem : result.problems) out += (out.empty() ? "" : " ") + std::string(word_of(problem));
     return out;
 }
 
@@ -117,13 +117,13 @@ TEST(Extraction, OneBadMemberStopsNoOther) {
                                          .add("d/", "hidden content")
                                          .finish(),
                                      dir.path());
-    EXPECT_EQ(results[0].fate, Fate::damaged);
+    EXPECT_EQ(results[0].verdict, Verdict::damaged);
     EXPECT_EQ(dir.read("bad"), "content");  // kept, and said to be damaged
-    EXPECT_EQ(results[1].fate, Fate::refused);
+    EXPECT_EQ(results[1].verdict, Verdict::refused);
     EXPECT_EQ(kinds(results[2]), "overlap");
-    EXPECT_EQ(results[3].fate, Fate::verified);
+    EXPECT_EQ(results[3].verdict, Verdict::verified);
     EXPECT_EQ(dir.read("good"), "fine");
-    EXPECT_EQ(results[4].fate, Fate::damaged);
+    EXPECT_EQ(results[4].verdict, Verdict::damaged);
     EXPECT_THAT(dir.names(), ::testing::ElementsAre("bad", "d", "good"));
 }
 
@@ -153,7 +153,7 @@ TEST(Extraction, FollowsNoLinkThatIsInTheDirectory) {
     fs::create_symlink(outside, into + "/sub");
     fs::create_symlink(outside + "/target", into + "/file");
     const auto results = extract_all(ArchiveBuilder().add("sub/x", "1").add("file", "2").add("y", "3").finish(), into);
-    EXPECT_EQ(results[0].fate, Fate::refused);
+    EXPECT_EQ(results[0].verdict, Verdict::refused);
     EXPECT_EQ(results[1].path, "file (2)");
     EXPECT_EQ(dir.read("into/y"), "3");
     EXPECT_TRUE(fs::is_empty(outside));
@@ -200,7 +200,7 @@ TEST(Extraction, CanBeStopped) {
         return false;
     };
     const auto check = [](const MemberResult& result) {
-        EXPECT_TRUE(result.fate == Fate::verified || kinds(result) == "cancelled");
+        EXPECT_TRUE(result.verdict == Verdict::verified || kinds(result) == "cancelled");
     };
     ASSERT_TRUE(extract_members(*archive, {0, 1}, MemberPaths(archive->members()), dir.path(), options, check).ok());
     EXPECT_GT(calls, 0U);
@@ -299,7 +299,7 @@ TEST(Extraction, ADirectoryIsVerifiedOnlyWhereItsMemberHasNothing) {
         const std::vector<MemberResult> results =
             extract_all(ArchiveBuilder().add("d/", "", c.odd).finish(), dir.path());
         ASSERT_EQ(results.size(), 1U);
-        EXPECT_EQ(std::string(name_of(results[0].fate)) + " " + kinds(results[0]), c.outcome);
+        EXPECT_EQ(std::string(name_of(results[0].verdict)) + " " + kinds(results[0]), c.outcome);
         EXPECT_TRUE(dir.has("d"));
     }
 }

@@ -36,7 +36,8 @@ Read read_first(const std::string& archive_bytes, const std::string& password = 
 
 std::string kinds(const Read& read) {
     std::string out;
-    for (const Problem& problem : read.content.problems) out += (out.empty() ? "" : " ") + problem.kind;
+    for (const Problem& problem : read.content.problems)
+        out += (out.empty() ? "" : " ") + std::string(word_of(problem));
     return out;
 }
 
@@ -102,45 +103,45 @@ TEST(MemberReader, SaysWhatIsWrongAndGivesWhatThereIs) {
     const struct {
         const char* what;
         Odd odd;
-        Fate fate;
+        Verdict verdict;
         const char* bytes;
         const char* problems;
     } cases[] = {
-        {"deflated", {.method = 8, .packed = deflated}, Fate::verified, "hello", ""},
-        {"bad CRC", {.crc = 1}, Fate::damaged, "hello", "bad-crc"},
-        {"stated too long", {.stated_size = 9}, Fate::damaged, "hello", "wrong-size"},
+        {"deflated", {.method = 8, .packed = deflated}, Verdict::verified, "hello", ""},
+        {"bad CRC", {.crc = 1}, Verdict::damaged, "hello", "bad-crc"},
+        {"stated too long", {.stated_size = 9}, Verdict::damaged, "hello", "wrong-size"},
         {"deflated, stated too short",
          {.method = 8, .packed = deflated, .stated_size = 2},
-         Fate::damaged,
+         Verdict::damaged,
          "he",
          "wrong-size"},
         {"deflated, stated enormous",
          {.method = 8, .packed = deflated, .stated_size = 0xF0000000},
-         Fate::damaged,
+         Verdict::damaged,
          "hello",
          "wrong-size"},
-        {"deflated and cut", {.method = 8, .packed = deflated.substr(0, 4)}, Fate::damaged, nullptr, "cut"},
-        {"deflated and broken", {.method = 8, .packed = "\xFF\xFF\xFF\xFF"}, Fate::refused, "", "bad-data"},
-        {"another name inside", {.local_name = "evil"}, Fate::verified, "hello", "names-differ"},
+        {"deflated and cut", {.method = 8, .packed = deflated.substr(0, 4)}, Verdict::damaged, nullptr, "cut"},
+        {"deflated and broken", {.method = 8, .packed = "\xFF\xFF\xFF\xFF"}, Verdict::refused, "", "bad-data"},
+        {"another name inside", {.local_name = "evil"}, Verdict::verified, "hello", "names-differ"},
         {"another content by its own header",
          {.local_size = 2, .local_packed_size = 2, .local_crc = quill::crc32(0, "he")},
-         Fate::verified,
+         Verdict::verified,
          "hello",
          "header-differs contents-differ"},
-        {"an unknown method", {.method = 77}, Fate::refused, "", "unsupported"},
-        {"a method with a name", {.method = 97}, Fate::refused, "", "unsupported"},
-        {"strong encryption", {.flags = encrypted_flag | strong_encryption_flag}, Fate::refused, "", "unsupported"},
-        {"no password", {.flags = encrypted_flag}, Fate::refused, "", "password"},
-        {"a member where none begins", {.offset = 3}, Fate::refused, "", "no-local-header"},
-        {"stored, stated too short", {.stated_size = 2}, Fate::damaged, "he", "wrong-size"},
-        {"stated to have nothing", {.crc = 0, .stated_size = 0}, Fate::damaged, "", "wrong-size"},
-        {"bytes behind the stream", {.method = 8, .packed = deflated + "x"}, Fate::verified, "hello", "extra-data"},
-        {"a member far outside", {.offset = 0xFFFFFFF0}, Fate::refused, "", "no-local-header"},
+        {"an unknown method", {.method = 77}, Verdict::refused, "", "unsupported"},
+        {"a method with a name", {.method = 97}, Verdict::refused, "", "unsupported"},
+        {"strong encryption", {.flags = encrypted_flag | strong_encryption_flag}, Verdict::refused, "", "unsupported"},
+        {"no password", {.flags = encrypted_flag}, Verdict::refused, "", "password"},
+        {"a member where none begins", {.offset = 3}, Verdict::refused, "", "no-local-header"},
+        {"stored, stated too short", {.stated_size = 2}, Verdict::damaged, "he", "wrong-size"},
+        {"stated to have nothing", {.crc = 0, .stated_size = 0}, Verdict::damaged, "", "wrong-size"},
+        {"bytes behind the stream", {.method = 8, .packed = deflated + "x"}, Verdict::verified, "hello", "extra-data"},
+        {"a member far outside", {.offset = 0xFFFFFFF0}, Verdict::refused, "", "no-local-header"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         const Read read = read_first(ArchiveBuilder().add("a", "hello", c.odd).finish());
-        EXPECT_EQ(name_of(read.content.fate), name_of(c.fate));
+        EXPECT_EQ(name_of(read.content.verdict), name_of(c.verdict));
         EXPECT_EQ(kinds(read), c.problems);
         if (c.bytes != nullptr) {
             EXPECT_EQ(read.bytes, c.bytes);
@@ -156,7 +157,7 @@ TEST(MemberReader, ReadsEveryMethodInEveryCipher) {
               aes_member(packed, aes, 1), aes_member(packed, aes, 2)}) {
             SCOPED_TRACE(std::string(packed.what) + ", method " + std::to_string(odd.method) + odd.extra.substr(0, 5));
             const Read read = read_member(odd);
-            EXPECT_EQ(name_of(read.content.fate), "verified");
+            EXPECT_EQ(name_of(read.content.verdict), "verified");
             EXPECT_EQ(kinds(read), "");
             EXPECT_EQ(read.bytes, text);
         }
@@ -180,7 +181,7 @@ TEST(MemberReader, CallsNoChangedBytesOfAesVerified) {
         with_each_byte_changed(tests::aes_encrypted(packed.bytes, "sesame"), [&](const std::string& changed) {
             for (const std::uint16_t version : {std::uint16_t{1}, std::uint16_t{2}}) {
                 const Read read = read_member(aes_member(packed, changed, version));
-                EXPECT_TRUE(read.content.fate == Fate::damaged || read.content.fate == Fate::refused);
+                EXPECT_TRUE(read.content.verdict == Verdict::damaged || read.content.verdict == Verdict::refused);
                 EXPECT_THAT(kinds(read), ::testing::AnyOf(::testing::HasSubstr("bad-code"), "password"));
             }
         });
@@ -192,8 +193,8 @@ TEST(MemberReader, CallsNoOtherBytesThanTheContentVerified) {
         SCOPED_TRACE(packed.what);
         const auto check = [&](const Odd& odd) {
             const Read read = read_member(odd);
-            EXPECT_NE(read.content.fate, Fate::whole);
-            EXPECT_TRUE(read.content.fate != Fate::verified || read.bytes == text);
+            EXPECT_NE(read.content.verdict, Verdict::whole);
+            EXPECT_TRUE(read.content.verdict != Verdict::verified || read.bytes == text);
         };
         with_each_byte_changed(packed.bytes, [&](const std::string& bytes) { check(plain_member(packed, bytes)); });
         with_each_byte_changed(traditionally_encrypted(packed.bytes),
@@ -207,12 +208,12 @@ TEST(MemberReader, ReadsTheAuthenticationCodeWhereverTheStreamEnds) {
         if (packed.method < 2 || packed.method == 98) continue;  // take all of the data
         std::string aes = tests::aes_encrypted(packed.bytes + std::string(100, 'x'), "sesame");
         Read read = read_member(aes_member(packed, aes, 2));
-        EXPECT_EQ(name_of(read.content.fate), "verified");
+        EXPECT_EQ(name_of(read.content.verdict), "verified");
         EXPECT_EQ(kinds(read), "extra-data");
         constexpr std::size_t before_code = 12;
         aes[aes.size() - before_code] = static_cast<char>(aes[aes.size() - before_code] ^ 1);
         read = read_member(aes_member(packed, aes, 2));
-        EXPECT_EQ(name_of(read.content.fate), "damaged");
+        EXPECT_EQ(name_of(read.content.verdict), "damaged");
         EXPECT_EQ(read.bytes, text);
     }
 }
@@ -228,29 +229,29 @@ TEST(MemberReader, SaysWhatIsWrongWithAesMembers) {
     const struct {
         const char* what;
         Odd odd;
-        Fate fate;
+        Verdict verdict;
         const char* problems;
     } cases[] = {
-        {"of another password", aes_member(stored, tests::aes_encrypted(text, "another"), 2), Fate::refused,
+        {"of another password", aes_member(stored, tests::aes_encrypted(text, "another"), 2), Verdict::refused,
          "password"},
-        {"without a field", with([](Odd& odd) { odd.extra = ""; }), Fate::refused, "unsupported"},
-        {"of an unknown strength", with([](Odd& odd) { odd.extra = tests::aes_field(2, 0, 4); }), Fate::refused,
+        {"without a field", with([](Odd& odd) { odd.extra = ""; }), Verdict::refused, "unsupported"},
+        {"of an unknown strength", with([](Odd& odd) { odd.extra = tests::aes_field(2, 0, 4); }), Verdict::refused,
          "unsupported"},
-        {"of an unknown method", aes_member(unknown, aes, 2), Fate::refused, "unsupported"},
-        {"without its flag", with([](Odd& odd) { odd.flags = 0; }), Fate::verified, ""},
-        {"of two methods", with([](Odd& odd) { odd.local_extra = tests::aes_field(2, 8); }), Fate::damaged,
+        {"of an unknown method", aes_member(unknown, aes, 2), Verdict::refused, "unsupported"},
+        {"without its flag", with([](Odd& odd) { odd.flags = 0; }), Verdict::verified, ""},
+        {"of two methods", with([](Odd& odd) { odd.local_extra = tests::aes_field(2, 8); }), Verdict::damaged,
          "header-differs"},
-        {"AE-1 without a CRC", with([](Odd& odd) { odd.extra = tests::aes_field(1, 0); }), Fate::damaged, "bad-crc"},
-        {"AE-2 with another CRC", with([](Odd& odd) { odd.crc = 5; }), Fate::damaged, "bad-crc"},
-        {"AE-2 with its CRC", with([](Odd& odd) { odd.crc = quill::crc32(0, text); }), Fate::verified, ""},
-        {"without data", with([](Odd& odd) { odd.packed = ""; }), Fate::refused, "cut"},
-        {"without a code", with([&](Odd& odd) { odd.packed = aes.substr(0, 20); }), Fate::damaged,
+        {"AE-1 without a CRC", with([](Odd& odd) { odd.extra = tests::aes_field(1, 0); }), Verdict::damaged, "bad-crc"},
+        {"AE-2 with another CRC", with([](Odd& odd) { odd.crc = 5; }), Verdict::damaged, "bad-crc"},
+        {"AE-2 with its CRC", with([](Odd& odd) { odd.crc = quill::crc32(0, text); }), Verdict::verified, ""},
+        {"without data", with([](Odd& odd) { odd.packed = ""; }), Verdict::refused, "cut"},
+        {"without a code", with([&](Odd& odd) { odd.packed = aes.substr(0, 20); }), Verdict::damaged,
          "bad-code wrong-size"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         const Read read = read_member(c.odd);
-        EXPECT_EQ(name_of(read.content.fate), name_of(c.fate));
+        EXPECT_EQ(name_of(read.content.verdict), name_of(c.verdict));
         EXPECT_EQ(kinds(read), c.problems);
     }
 }
@@ -261,10 +262,10 @@ TEST(MemberReader, VerifiesEmptyAesMembersByTheirCode) {
     };
     std::string aes = tests::aes_encrypted("", "sesame");
     for (const std::uint16_t method : {method_stored, method_deflated}) {
-        EXPECT_EQ(read(method, aes).content.fate, Fate::verified);
+        EXPECT_EQ(read(method, aes).content.verdict, Verdict::verified);
     }
     aes.back() = static_cast<char>(aes.back() ^ 1);
-    EXPECT_EQ(read(method_stored, aes).content.fate, Fate::damaged);
+    EXPECT_EQ(read(method_stored, aes).content.verdict, Verdict::damaged);
 }
 
 TEST(MemberReader, AMemberCutInItsEncryptedDataIsDamagedAndItsEndNotTakenForTheCode) {
@@ -272,7 +273,7 @@ TEST(MemberReader, AMemberCutInItsEncryptedDataIsDamagedAndItsEndNotTakenForTheC
     const std::string members = ArchiveBuilder().add("a", text, odd).members();
     constexpr std::size_t code_and_more = 10 + 4;
     const Read read = read_first(members.substr(0, members.size() - code_and_more), "sesame");
-    EXPECT_EQ(name_of(read.content.fate), "damaged");
+    EXPECT_EQ(name_of(read.content.verdict), "damaged");
     EXPECT_EQ(kinds(read), "cut wrong-size");
     EXPECT_EQ(read.bytes, text.substr(0, text.size() - 4));
 }
@@ -290,14 +291,14 @@ TEST(MemberReader, AnUnknownSizeIsVerifiedByTheWholeDescriptor) {
         Odd odd = plain_member(packed, packed.bytes);
         odd.silent_local = true;
         const std::string members = ArchiveBuilder().add("a", text, odd).members();
-        EXPECT_EQ(read_first(members).content.fate, Fate::verified);
+        EXPECT_EQ(read_first(members).content.verdict, Verdict::verified);
         for (const auto& c : cases) {
             SCOPED_TRACE(c.what);
             std::string changed = members;
             changed[changed.size() - c.at] = static_cast<char>(changed[changed.size() - c.at] ^ 0x40);
             const Read read = read_first(changed);
             EXPECT_EQ(read.bytes, text);
-            EXPECT_EQ(read.content.fate, Fate::damaged);
+            EXPECT_EQ(read.content.verdict, Verdict::damaged);
             EXPECT_EQ(kinds(read), c.kind);
         }
     }
@@ -315,20 +316,20 @@ TEST(MemberReader, WhatFollowsAStreamOfUnknownSizeMustAgreeWithIt) {
     const struct {
         const char* what;
         std::string rest;
-        Fate fate;
+        Verdict verdict;
     } cases[] = {
-        {"all of it", behind, Fate::verified},
-        {"without its signature", behind.substr(4), Fate::verified},
-        {"nothing", "", Fate::whole},
-        {"a part of it", behind.substr(0, 11), Fate::whole},
-        {"a part without the signature", behind.substr(4, 5), Fate::whole},
-        {"another header", ArchiveBuilder().add("b", "x").members(), Fate::whole},
-        {"a part with another CRC", behind.substr(0, 4) + "wrong", Fate::damaged},
-        {"something else", std::string(100, 'x'), Fate::damaged},
+        {"all of it", behind, Verdict::verified},
+        {"without its signature", behind.substr(4), Verdict::verified},
+        {"nothing", "", Verdict::whole},
+        {"a part of it", behind.substr(0, 11), Verdict::whole},
+        {"a part without the signature", behind.substr(4, 5), Verdict::whole},
+        {"another header", ArchiveBuilder().add("b", "x").members(), Verdict::whole},
+        {"a part with another CRC", behind.substr(0, 4) + "wrong", Verdict::damaged},
+        {"something else", std::string(100, 'x'), Verdict::damaged},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
-        EXPECT_EQ(name_of(read_first(data + c.rest).content.fate), name_of(c.fate));
+        EXPECT_EQ(name_of(read_first(data + c.rest).content.verdict), name_of(c.verdict));
     }
 }
 

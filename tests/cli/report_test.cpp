@@ -10,7 +10,7 @@ namespace quill::cli {
 namespace {
 
 using codec::Format;
-using codec::Grade;
+using codec::ProblemKind;
 using codec::Verdict;
 
 /// A console whose streams are strings.
@@ -43,8 +43,8 @@ TEST(Report, DamageIsExplainedOnStandardErrorWithoutWhatWasRepaired) {
     Streams streams;
     Report report(streams.console, ReportStyle::lines);
     codec::Recovered damaged = file("a.png", Verdict::damaged);
-    damaged.outcome.problems = {{Grade::repaired, "odd-line", 10, {}, "A line was odd"},
-                                {Grade::damaged, "bad-crc", 20, 5, "The checksum\x1b[2J differs"}};
+    damaged.outcome.problems = {{ProblemKind::quoted, 10, {}, "A line was odd"},
+                                {ProblemKind::bad_crc, 20, 5, "The checksum\x1b[2J differs"}};
     report.add(damaged, no_input);
     EXPECT_EQ(report.finish(), ExitStatus::damaged);
     EXPECT_EQ(streams.err.str(), "quill: a.png: at byte 20: The checksum?[2J differs\n");
@@ -54,8 +54,8 @@ TEST(Report, WhatWasLeftOutOfAWholeResultIsSaidOnStandardError) {
     Streams streams;
     Report report(streams.console, ReportStyle::lines);
     codec::Recovered whole = file("a.png", Verdict::whole);
-    whole.outcome.problems = {{Grade::repaired, "missing-padding", 10, {}, "The padding is missing"},
-                              {Grade::repaired, "text-after-data", 20, {}, "Text follows the data"}};
+    whole.outcome.problems = {{ProblemKind::missing_padding, 10, {}, "The padding is missing", {}, true},
+                              {ProblemKind::text_after_data, 20, {}, "Text follows the data"}};
     report.add(whole, no_input);
     EXPECT_EQ(report.finish(), ExitStatus::good);
     EXPECT_EQ(streams.err.str(), "quill: a.png: at byte 20: Text follows the data\n");
@@ -66,8 +66,8 @@ TEST(Report, JsonIsOneArrayWithEveryMember) {
     Report report(streams.console, ReportStyle::json);
     codec::Recovered first = file("a \"b\".png", Verdict::incomplete);
     first.path = "in/a \"b\".png";
-    first.outcome.problems = {{Grade::lost, "missing-end", 99, {}, "The end is missing"},
-                              {Grade::repaired, "odd-line", 3, {}, "A line was odd"}};
+    first.outcome.problems = {{ProblemKind::missing_end, 99, {}, "The end is missing"},
+                              {ProblemKind::quoted, 3, {}, "A line was odd"}};
     first.sources = {"1.uue", "2.uue"};
     report.add(first, no_input);
     report.add(file("c.txt", Verdict::whole), no_input);
@@ -76,7 +76,7 @@ TEST(Report, JsonIsOneArrayWithEveryMember) {
         streams.out.str(),
         R"([{"name": "a \"b\".png", "path": "in/a \"b\".png", "size": 7, "format": "UUE", )"
         R"("verdict": "incomplete", "already_there": false, "problems": [{"kind": "missing-end", "input": null, "at": 99, "text": "The end is missing"}, )"
-        R"({"kind": "odd-line", "input": null, "at": 3, "text": "A line was odd"}], "sources": ["1.uue", "2.uue"]},)"
+        R"({"kind": "quoted", "input": null, "at": 3, "text": "A line was odd"}], "sources": ["1.uue", "2.uue"]},)"
         "\n"
         R"( {"name": "c.txt", "path": null, "size": 7, "format": "UUE", "verdict": "whole", "already_there": false, "problems": [], )"
         R"("sources": ["post.uue"]}])"

@@ -38,7 +38,7 @@ TEST_P(DamagedBase64, IsRecoveredAndNeverCalledRight) {
     EXPECT_EQ(bytes, GetParam().bytes) << GetParam().body;
     EXPECT_EQ(name_of(outcome.verdict), name_of(GetParam().verdict)) << GetParam().body;
     ASSERT_FALSE(outcome.problems.empty());
-    EXPECT_EQ(outcome.problems.front().kind, GetParam().kind);
+    EXPECT_EQ(word_of(outcome.problems.front()), GetParam().kind);
 }
 
 INSTANTIATE_TEST_SUITE_P(Bodies, DamagedBase64,
@@ -80,7 +80,7 @@ TEST(Problems, AreKeptUpToTheirLimitAndCountedBeyond) {
     const std::array inputs = {std::string_view(body)};
     const Outcome outcome = decode(attachment, inputs, [](std::string_view) { return true; });
     EXPECT_EQ(outcome.problems.size(), most_problems + 1);
-    EXPECT_EQ(outcome.problems.back().kind, "more-problems");
+    EXPECT_EQ(word_of(outcome.problems.back()), "more-problems");
     EXPECT_EQ(outcome.size, 12000U);
 }
 
@@ -89,8 +89,8 @@ TEST(Problems, StandInTheOrderOfTheirPlaces) {
     ASSERT_EQ(files.size(), 1U);
     const std::vector<Problem>& problems = files[0].outcome.problems;
     ASSERT_EQ(problems.size(), 2U);
-    EXPECT_EQ(problems[0].kind, "bad-character");
-    EXPECT_EQ(problems[1].kind, "missing-end");
+    EXPECT_EQ(word_of(problems[0]), "bad-character");
+    EXPECT_EQ(word_of(problems[1]), "missing-end");
 }
 
 TEST(BinHex, GivesBothForksVerified) {

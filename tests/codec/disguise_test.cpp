@@ -45,8 +45,8 @@ TEST(Disguise, ANameThatHidesAProgramIsTold) {
 TEST(Disguise, IsNoDamage) {
     const auto problem = disguise_of("photo.jpg.exe", 7);
     ASSERT_TRUE(problem);
-    EXPECT_EQ(problem->grade, Grade::repaired);
-    EXPECT_EQ(problem->kind, disguised_name);
+    EXPECT_EQ(grade_of(*problem), Grade::repaired);
+    EXPECT_EQ(problem->kind, ProblemKind::disguised_name);
     EXPECT_EQ(problem->at_input, 7U);
 }
 

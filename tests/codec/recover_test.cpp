@@ -107,7 +107,7 @@ TEST(Recovery, AnInputThatDoesNotStayAsItWasVouchesForNothing) {
     const auto opened = [&] { return Recovery::open(std::array{in}).value(); };
     const auto kinds = [](const Outcome& outcome) {
         std::vector<std::string> out;
-        for (const Problem& problem : outcome.problems) out.push_back(problem.kind);
+        for (const Problem& problem : outcome.problems) out.emplace_back(word_of(problem));
         return out;
     };
     const Recovery changed = opened();
@@ -234,13 +234,13 @@ TEST(Recovery, AFileAtTheEndOfACutOffEncodedMessageIsNotCalledWhole) {
     EXPECT_EQ(cut.check(cut.attachments()[0]).verdict, Verdict::whole);
     EXPECT_EQ(cut.check(cut.attachments()[1]).verdict, Verdict::incomplete);
     EXPECT_THAT(cut.check(cut.attachments()[1]).problems,
-                testing::Contains(testing::Field(&Problem::kind, "cut-off-message")));
+                testing::Contains(testing::Field(&Problem::kind, ProblemKind::cut_off_message)));
     EXPECT_TRUE(cut.problems().empty());
 
     const Recovery nothing = open("Subject: " + std::string(45, 'x'));
     EXPECT_TRUE(nothing.attachments().empty());
     ASSERT_EQ(nothing.problems().size(), 1U);
-    EXPECT_EQ(nothing.problems().front().kind, "cut-off-message");
+    EXPECT_EQ(word_of(nothing.problems().front()), "cut-off-message");
     EXPECT_TRUE(open("Subject: " + std::string(46, 'x')).problems().empty()) << "padding vouches for the end";
 }
 
@@ -249,7 +249,7 @@ TEST(Recovery, FollowsEncodedMessagesToALimitAndSaysSo) {
     const Result<Recovery> deep = Recovery::open(std::array{dir.write("m", encoded_message(5))});
     ASSERT_TRUE(deep);
     ASSERT_EQ(deep->problems().size(), 1U);
-    EXPECT_EQ(deep->problems().front().kind, "unopened-message");
+    EXPECT_EQ(word_of(deep->problems().front()), "unopened-message");
     EXPECT_EQ(deep->problems().front().at_input, encoded_message(5).find("\n\n", 60) + 2);
     EXPECT_TRUE(Recovery::open(std::array{dir.write("m", encoded_message(4))})->problems().empty());
 }

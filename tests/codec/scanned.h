@@ -20,7 +20,7 @@ struct ScannedFile {
 
     bool has_problem(std::string_view kind) const {
         for (const codec::Problem& problem : outcome.problems) {
-            if (problem.kind == kind) return true;
+            if (word_of(problem) == kind) return true;
         }
         return false;
     }

@@ -243,7 +243,7 @@ TEST(Scanner, ReadsNestingBeyondItsLimitAsTextAndSaysSo) {
     LineCursor cursor({{text, {0, text.size(), 0}}});
     const Found found = scan(cursor);
     ASSERT_FALSE(found.problems.empty());
-    EXPECT_EQ(found.problems.front().kind, "too-deep");
+    EXPECT_EQ(word_of(found.problems.front()), "too-deep");
 }
 
 TEST(Scanner, KeepsNoMoreFilesThanItsLimit) {
@@ -253,7 +253,7 @@ TEST(Scanner, KeepsNoMoreFilesThanItsLimit) {
     const Found found = scan(cursor);
     EXPECT_EQ(found.files.size(), most_files);
     ASSERT_EQ(found.problems.size(), 1U);
-    EXPECT_EQ(found.problems.front().kind, "too-many-files");
+    EXPECT_EQ(word_of(found.problems.front()), "too-many-files");
 }
 
 TEST(Scanner, TextsThatNobodyWantsTakeNoFilesPlace) {

@@ -21,7 +21,7 @@ std::string joined(std::initializer_list<std::string_view> rows, std::string_vie
 
 bool has(const Outcome& outcome, std::string_view kind) {
     for (const Problem& problem : outcome.problems) {
-        if (problem.kind == kind) return true;
+        if (word_of(problem) == kind) return true;
     }
     return false;
 }

@@ -44,7 +44,7 @@ std::vector<Decoded> decode_all(const std::vector<std::string>& paths) {
         one.bytes = files::read_file(written->path).value();
         one.verdict = written->outcome.verdict;
         one.sources = written->sources;
-        for (const Problem& problem : written->outcome.problems) one.problems.push_back(problem.kind);
+        for (const Problem& problem : written->outcome.problems) one.problems.emplace_back(word_of(problem));
         files::remove_file(written->path);
     }
     return out;

@@ -115,8 +115,8 @@ TEST(YencVerify, ACrcThatAgreesOutweighsAWrongSize) {
     const Verification found = verify(*post, *decode_data(text, *post, false));
     EXPECT_TRUE(found.vouched_for);
     ASSERT_EQ(found.problems.size(), 1U);
-    EXPECT_EQ(found.problems[0].kind, "size-differs");
-    EXPECT_EQ(found.problems[0].grade, Grade::repaired);
+    EXPECT_EQ(word_of(found.problems[0]), "size-differs");
+    EXPECT_EQ(grade_of(found.problems[0]), Grade::repaired);
     EXPECT_EQ(found.problems[0].at_input, text.find("=yend"));
 }
 

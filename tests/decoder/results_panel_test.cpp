@@ -289,9 +289,9 @@ TEST_F(ResultsPanel, ARowSaysSizeTypeVerdictAndWhatIsWrong) {
     found("photo", jpeg + std::string(1234567 - jpeg.size(), '.'),
           codec::Outcome{codec::Verdict::damaged,
                          0,
-                         {{codec::Grade::repaired, "quoted", 0, {}, "The lines are quoted"},
-                          {codec::Grade::repaired, "text-after-data", 8, {}, "Text follows the data"},
-                          {codec::Grade::lost, "missing-end", 9, {}, "The end is missing"}}});
+                         {{codec::ProblemKind::quoted, 0, {}, "The lines are quoted"},
+                          {codec::ProblemKind::text_after_data, 8, {}, "Text follows the data"},
+                          {codec::ProblemKind::missing_end, 9, {}, "The end is missing"}}});
     found("letter.doc", "x", codec::Outcome{codec::Verdict::verified, 1, {}});
     found("gone.zip", "");
     EXPECT_TRUE(files::remove_file(directory_.path("gone.zip")));

@@ -216,7 +216,7 @@ TEST_F(Triage, TextThatLostItsTagsIsNotCalledWhole) {
     decode("a.mim");
     ASSERT_EQ(w.List3.items(), Names{"a.htm"});
     EXPECT_EQ(result_row(w, 0).verdict, codec::Verdict::damaged);
-    EXPECT_EQ(result_row(w, 0).problems.back().kind, "tags-removed");
+    EXPECT_EQ(result_row(w, 0).problems.back().kind, codec::ProblemKind::tags_removed_from_text);
     EXPECT_EQ(dir.read("a.mim"), text);
 }
 

@@ -144,7 +144,7 @@ TEST_F(YencRun, AProgramInDisguiseIsListedUnderANameThatShowsIt) {
     decode(post("cat.jpg      .exe", "klm"));
     EXPECT_EQ(dir.read("cat.jpg .exe"), "ABC");
     ASSERT_EQ(row("cat.jpg .exe").problems.size(), 1U);
-    EXPECT_EQ(row("cat.jpg .exe").problems[0].kind, codec::disguised_name);
+    EXPECT_EQ(row("cat.jpg .exe").problems[0].kind, codec::ProblemKind::disguised_name);
 }
 
 TEST_F(YencRun, WhatAPostStatesIsCheckedAgainstTheResult) {

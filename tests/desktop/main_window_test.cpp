@@ -85,7 +85,7 @@ TEST_F(MainWindow, ResultsTellNameSizeAndCondition) {
     const TemporaryDirectory here;
     here.write("good.txt", "hello");
     here.write("poor.bin", "hel");
-    const codec::Problem differs{.kind = "bad-crc", .text = "the checksum differs"};
+    const codec::Problem differs{.kind = codec::ProblemKind::bad_crc, .text = "the checksum differs"};
     w.Results = {{here.path(), codec::Outcome{codec::Verdict::verified, 5, {}}},
                  {here.path(), codec::Outcome{codec::Verdict::damaged, 3, {differs, differs, differs}}}};
     show_results({"good.txt", "poor.bin", "gone.txt"});

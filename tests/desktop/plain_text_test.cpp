@@ -183,7 +183,8 @@ TEST_F(HostileText, IsShownAsItIsInEveryWindow) {
     views.add<viewer::SavPic, desktop::ProgressView>();
     views.add<zip::Form1, desktop::ContentsView>();
     program.main_window.Results = {
-        {here.path(), codec::Outcome{codec::Verdict::damaged, 1, {{.kind = "bad-crc", .text = hostile}}}}};
+        {here.path(),
+         codec::Outcome{codec::Verdict::damaged, 1, {{.kind = codec::ProblemKind::bad_crc, .text = hostile}}}}};
     check(program.main_window);
     check(program.windows.load<shell::AboutBox>());
     check(program.windows.load<decoder::Form3>());

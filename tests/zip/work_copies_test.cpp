@@ -71,7 +71,7 @@ TEST(WorkCopies, ReportsWhatBecameOfAFile) {
 
 TEST(WorkCopies, ADamagedMembersFileIsKnownByItsOwnBytes) {
     Extracted e(ArchiveBuilder().add("letter", "12345", {.crc = 1}).finish());
-    ASSERT_EQ(e.copies.of(0)->result.fate, Fate::damaged);
+    ASSERT_EQ(e.copies.of(0)->result.verdict, Verdict::damaged);
     e.dir.write("letter", "12345");
     EXPECT_EQ(e.copies.state_of(0), CopyState::untouched);
     e.dir.write("letter", "54321");

@@ -309,7 +309,7 @@ Status ArchiveChange::State::check_added(const Archive& made, std::size_t row) c
     if (member.is_directory()) return Done{};
     MemberReader reader(made, rows[row].password);
     const Content content = reader.read(member, [&](std::string_view bytes) { return keeper.count(bytes.size()); });
-    if (content.fate == Fate::verified) return Done{};
+    if (content.verdict == Verdict::verified) return Done{};
     return keeper.goes_on() ? not_as_written() : stopped();
 }
 

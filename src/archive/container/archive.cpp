@@ -118,14 +118,10 @@ bool Archive::recover(bool directory_is_empty) {
     }
     if (!directory_ && scanned.empty()) return false;
     if (!directory_) {
-        problems_.push_back({Grade::repaired,
-                             "no-directory",
-                             bytes_.size(),
-                             {},
-                             "the directory at the end is missing; members were found by their own headers"});
+        problems_.push_back({ProblemKind::no_directory, bytes_.size()});
     }
     if (has_more) {
-        problems_.push_back({Grade::lost, "too-many", 0, {}, "there are more headers of members than are looked for"});
+        problems_.push_back({ProblemKind::too_many, 0, {}, "there are more headers of members than are looked for"});
     }
     if (!directory_ || (directory_is_empty && !scanned.empty())) directory_whole_ = false;
     if (!directory_whole_) add_missing(members_, std::move(scanned), most);

@@ -14,7 +14,11 @@
 namespace quill::zip {
 
 using report::Grade;
+using report::grade_of;
+using report::name_of;
 using report::Problem;
+using report::ProblemKind;
+using report::Verdict;
 
 /// One member of an archive, as its central header tells it (its local header, where it was recovered from that).
 struct Member {

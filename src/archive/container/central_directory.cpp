@@ -102,15 +102,13 @@ std::uint64_t count_entries(std::string_view bytes, const Directory& directory) 
 void check_surroundings(std::string_view bytes, const Directory& directory, std::vector<Problem>& problems) {
     const std::uint64_t end = directory.end_record + end_of_directory_size + directory.comment.size();
     if (directory.shift != 0) {
-        problems.push_back({Grade::repaired,
-                            "shifted",
+        problems.push_back({ProblemKind::shifted,
                             0,
                             {},
                             "the archive lies " + std::to_string(directory.shift) + " bytes from where it says"});
     }
     if (end < bytes.size()) {
-        problems.push_back({Grade::repaired,
-                            "junk-behind",
+        problems.push_back({ProblemKind::junk_behind,
                             end,
                             {},
                             std::to_string(bytes.size() - end) + " bytes follow that are not the archive's"});
@@ -161,7 +159,7 @@ DirectoryContent read_directory(std::string_view bytes, const Directory& directo
             continue;
         }
         content.whole = false;
-        content.problems.push_back({Grade::repaired, "bad-directory", at, {}, "a directory entry is unreadable"});
+        content.problems.push_back({ProblemKind::bad_directory, at});
         const std::size_t next = bytes.find(central_mark, at + 1);
         if (next == std::string_view::npos || next >= directory.end) break;
         at = next;
@@ -169,16 +167,14 @@ DirectoryContent read_directory(std::string_view bytes, const Directory& directo
     const std::uint64_t count = content.members.size();
     if (at + central_header_size <= directory.end && count == most) {
         content.whole = false;
-        content.problems.push_back(
-            {Grade::lost, "too-many", at, {}, "the directory has more entries than the file can have members"});
+        content.problems.push_back({ProblemKind::too_many, at});
         return content;
     }
     const bool agrees =
         directory.wide_count ? count == directory.stated_count : count % count_modulus == directory.stated_count;
     if (!agrees) {
         content.whole = content.whole && count > directory.stated_count;
-        content.problems.push_back({Grade::repaired,
-                                    "wrong-count",
+        content.problems.push_back({ProblemKind::wrong_count,
                                     directory.end_record,
                                     {},
                                     "the directory has " + std::to_string(count) + " entries and says " +

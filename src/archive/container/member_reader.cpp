@@ -19,10 +19,8 @@ using archive::AesField;
 using archive::Passed;
 using archive::StreamState;
 
-constexpr std::array<std::string_view, 4> fate_names{"verified", "whole", "damaged", "refused"};
-
-void tell(Content& content, Grade grade, std::string kind, std::uint64_t at, std::string text) {
-    content.problems.push_back({grade, std::move(kind), at, {}, std::move(text)});
+void report(Content& content, ProblemKind kind, std::uint64_t at, std::string text = {}) {
+    content.problems.push_back({kind, at, {}, std::move(text)});
 }
 
 /// Returns the field 9901 of `extra`; nullopt where it is missing or too short.
@@ -38,7 +36,7 @@ bool has_ended(StreamState state) {
 }
 
 bool refuse_password(Content& content, std::uint64_t at, std::string text) {
-    tell(content, Grade::lost, "password", at, std::move(text));
+    report(content, ProblemKind::password, at, std::move(text));
     content.needs_password = true;
     return false;
 }
@@ -58,10 +56,6 @@ std::array<std::string, 4> descriptors(std::uint32_t crc, std::uint64_t packed_s
 }
 
 }  // namespace
-
-std::string_view name_of(Fate fate) {
-    return fate_names.at(static_cast<std::size_t>(fate));
-}
 
 /// A member's compressed bytes, and what decrypts them.
 struct MemberReader::Source {
@@ -106,11 +100,10 @@ Content MemberReader::read(const Member& member, const Sink& sink) {
     const bool is_right = checks_out(member, sink);
     Content content = read_as(is_right ? member : *own, sink);
     if (!is_right) {
-        tell(content, Grade::repaired, "header-differs", member.header_offset,
-             "its own header and the directory disagree, and its data agree with its own header");
+        report(content, ProblemKind::header_differs, member.header_offset,
+               "its own header and the directory disagree, and its data agree with its own header");
     } else if (own->crc != member.crc || own->uncompressed_size != member.uncompressed_size) {
-        tell(content, Grade::damaged, "contents-differ", member.header_offset,
-             "by its own header it has another content, which other programs may read");
+        report(content, ProblemKind::contents_differ, member.header_offset);
     }
     return content;
 }
@@ -136,7 +129,7 @@ std::optional<Member> MemberReader::as_in_own_header(const Member& member) const
 
 /// Reads the member without giving its bytes to `sink`, and returns whether it is verified.
 bool MemberReader::checks_out(const Member& member, const Sink& sink) {
-    return read_as(member, [&](std::string_view) { return sink({}); }).fate == Fate::verified;
+    return read_as(member, [&](std::string_view) { return sink({}); }).verdict == Verdict::verified;
 }
 
 Content MemberReader::read_as(const Member& member, const Sink& sink) {
@@ -148,7 +141,7 @@ Content MemberReader::read_as(const Member& member, const Sink& sink) {
     const std::uint16_t number = empty ? method_stored : member.content_method();
     const archive::Method* const method = archive::find_method(number);
     if (method == nullptr || method->make == nullptr) {
-        tell(content, Grade::lost, "unsupported", source.at, "its method, " + method_name(number) + ", can't be read");
+        report(content, ProblemKind::unsupported, source.at, "its method, " + method_name(number) + ", can't be read");
         return content;
     }
     Meter meter(sink);
@@ -161,11 +154,11 @@ Content MemberReader::read_as(const Member& member, const Sink& sink) {
 bool MemberReader::locate(const Member& member, Source& source, Content& content) const {
     const std::string_view bytes = archive_.bytes();
     if (member.elsewhere) {
-        tell(content, Grade::lost, "other-volume", 0, "it lies in another volume of a split archive");
+        report(content, ProblemKind::other_volume, 0);
         return false;
     }
     if ((member.flags & (strong_encryption_flag | masked_header_flag | patch_flag)) != 0) {
-        tell(content, Grade::lost, "unsupported", member.local_offset, "it has strong encryption, which can't be read");
+        report(content, ProblemKind::unsupported, member.local_offset, "it has strong encryption, which can't be read");
         return false;
     }
     std::uint64_t at = member.local_offset;
@@ -175,7 +168,7 @@ bool MemberReader::locate(const Member& member, Source& source, Content& content
         local = parse_local_header(bytes, at);
     }
     if (!local) {
-        tell(content, Grade::lost, "no-local-header", member.local_offset, "no member begins where it should");
+        report(content, ProblemKind::no_local_header, member.local_offset);
         return false;
     }
     source.local = *local;
@@ -185,15 +178,15 @@ bool MemberReader::locate(const Member& member, Source& source, Content& content
     const std::uint64_t stated = member.recovered ? local->compressed_size : member.compressed_size;
     source.cut = member.sizes_known && source.data.size() < stated;
     if (local->name != member.raw_name) {
-        tell(content, Grade::damaged, "names-differ", at,
-             "its own header calls it \"" + text::to_utf8(local->name) + "\", the directory calls it \"" +
-                 std::string(member.name) + "\"");
+        report(content, ProblemKind::names_differ, at,
+               "its own header calls it \"" + text::to_utf8(local->name) + "\", the directory calls it \"" +
+                   std::string(member.name) + "\"");
     }
     const bool silent = !states_sizes(*local);
     const bool sizes_differ = local->compressed_size != member.compressed_size ||
                               local->uncompressed_size != member.uncompressed_size || local->crc != member.crc;
     if (!member.recovered && (local->method != member.method || (sizes_differ && !silent))) {
-        tell(content, Grade::repaired, "header-differs", at, "its own header and the directory disagree");
+        report(content, ProblemKind::header_differs, at);
     }
     return true;
 }
@@ -204,7 +197,7 @@ bool MemberReader::open_cipher(const Member& member, Source& source, Content& co
     if (password_.empty()) return refuse_password(content, source.at, "it needs a password");
     if (member.is_aes()) return open_aes(member, source, content);
     if (member.method != method_aes) return open_traditional(member, source, content);
-    tell(content, Grade::lost, "unsupported", source.at, "it is encrypted in an unknown way");
+    report(content, ProblemKind::unsupported, source.at, "it is encrypted in an unknown way");
     return false;
 }
 
@@ -229,12 +222,12 @@ bool MemberReader::open_aes(const Member& member, Source& source, Content& conte
     source.aes = aes_field(member.extra);
     const std::size_t head_size = source.aes ? source.aes->head_size() : 0;
     if (head_size == 0) {
-        tell(content, Grade::lost, "unsupported", source.at, "it is encrypted in an unknown way");
+        report(content, ProblemKind::unsupported, source.at, "it is encrypted in an unknown way");
         return false;
     }
     const bool has_code = member.sizes_known && !source.cut && source.data.size() >= head_size + archive::aes_code_size;
     if (source.data.size() < head_size) {
-        tell(content, Grade::lost, "cut", source.at, "its encrypted data are too short");
+        report(content, ProblemKind::cut, source.at, "its encrypted data are too short");
         return false;
     }
     const std::string_view head = source.data.substr(0, head_size);
@@ -268,18 +261,18 @@ void MemberReader::judge(const Member& member, const Source& source, const Passe
                          Content& content) const {
     content.size = meter.size();
     content.sink_failed = passed.stopped;
-    content.fate = Fate::damaged;
+    content.verdict = Verdict::damaged;
     if (passed.stopped) return;
     check_ends(member, source, passed, content);
     if (passed.state == StreamState::broken || passed.state == StreamState::too_large ||
         (passed.state == StreamState::running && !passed.too_long)) {
-        if (meter.size() == 0) content.fate = Fate::refused;
+        if (meter.size() == 0) content.verdict = Verdict::refused;
         return;
     }
     if (!member.sizes_known) {
-        content.fate = judge_by_descriptor(source, passed, meter, content);
+        content.verdict = judge_by_descriptor(source, passed, meter, content);
     } else if (check_numbers(member, source, passed, meter, content) && passed.authentic != false) {
-        content.fate = Fate::verified;
+        content.verdict = Verdict::verified;
     }
 }
 
@@ -289,21 +282,20 @@ bool MemberReader::check_numbers(const Member& member, const Source& source, con
                                  Content& content) const {
     if (passed.too_long || meter.size() != member.uncompressed_size) {
         const std::string size = std::to_string(meter.size());
-        tell(content, Grade::damaged, "wrong-size", source.at,
-             passed.too_long ? "it has more than the " + size + " bytes that it states"
-                             : "it has " + size + " bytes and states " + std::to_string(member.uncompressed_size));
+        report(content, ProblemKind::wrong_size, source.at,
+               passed.too_long ? "it has more than the " + size + " bytes that it states"
+                               : "it has " + size + " bytes and states " + std::to_string(member.uncompressed_size));
         return false;
     }
     const bool crc_left_out = source.aes && source.aes->version == 2 && member.crc == 0;
     if (!crc_left_out && meter.crc() != member.crc) {
-        tell(content, Grade::damaged, "bad-crc", source.at, "its CRC is wrong");
+        report(content, ProblemKind::bad_crc, source.at, "its CRC is wrong");
         return false;
     }
     // The code authenticates the encrypted bytes alone, not how they are to be understood.
     const std::optional<AesField> own = aes_field(source.local.extra);
     if (crc_left_out && own && *own != *source.aes) {
-        tell(content, Grade::damaged, "header-differs", source.at,
-             "its own header and the directory disagree on what the encrypted data are");
+        report(content, ProblemKind::cipher_differs, source.at);
         return false;
     }
     return true;
@@ -312,44 +304,44 @@ bool MemberReader::check_numbers(const Member& member, const Source& source, con
 /// Reports what is wrong with the end of the compressed data, or with their authentication code.
 void MemberReader::check_ends(const Member& member, const Source& source, const Passed& passed,
                               Content& content) const {
-    if (source.cut) tell(content, Grade::damaged, "cut", source.at + source.data.size(), "it is cut off");
+    if (source.cut) report(content, ProblemKind::cut, source.at + source.data.size());
     const std::uint64_t at = source.at + passed.read;
     if (passed.state == StreamState::broken) {
-        tell(content, Grade::damaged, "bad-data", at, "its compressed data are broken");
+        report(content, ProblemKind::bad_data, at);
     } else if (passed.state == StreamState::too_large) {
-        tell(content, Grade::lost, "unsupported", at, "it needs more memory than is allowed");
+        report(content, ProblemKind::unsupported, at, "it needs more memory than is allowed");
     } else if (passed.state == StreamState::running && !passed.too_long && !source.cut) {
-        tell(content, Grade::damaged, "cut", at, "its compressed data end too early");
+        report(content, ProblemKind::cut, at, "its compressed data end too early");
     } else if (has_ended(passed.state) && !passed.too_long && member.sizes_known && passed.read < source.data.size()) {
-        tell(content, Grade::repaired, "extra-data", at, "bytes follow its compressed data");
+        report(content, ProblemKind::extra_data, at);
     }
     if (passed.authentic == false && member.sizes_known && !source.cut) {
-        tell(content, Grade::damaged, "bad-code", source.at + source.data.size(), "its authentication code is wrong");
+        report(content, ProblemKind::bad_code, source.at + source.data.size());
     }
 }
 
 /// Compares what came out with what follows a stream that ended by itself: its data descriptor, unless the file ends
 /// before or within it, or the next header follows at once.
-Fate MemberReader::judge_by_descriptor(const Source& source, const Passed& passed, const Meter& meter,
-                                       Content& content) const {
+Verdict MemberReader::judge_by_descriptor(const Source& source, const Passed& passed, const Meter& meter,
+                                          Content& content) const {
     if (passed.state != StreamState::ended || source.aes) {
-        tell(content, Grade::damaged, "cut", source.at, "nothing shows where it ends");
-        return Fate::damaged;
+        report(content, ProblemKind::cut, source.at, "nothing shows where it ends");
+        return Verdict::damaged;
     }
     const std::uint64_t end = source.at + passed.read;
     const std::string_view rest = slice(archive_.bytes(), end, std::string_view::npos);
-    Fate fate = Fate::damaged;
+    Verdict verdict = Verdict::damaged;
     if (const std::uint32_t next = get32(rest, 0); next == local_signature || next == central_signature) {
-        fate = Fate::whole;
+        verdict = Verdict::whole;
     }
     for (const std::string& descriptor : descriptors(meter.crc(), end - source.begin, meter.size())) {
-        if (rest.starts_with(descriptor)) return Fate::verified;
-        if (descriptor.starts_with(rest)) fate = Fate::whole;
+        if (rest.starts_with(descriptor)) return Verdict::verified;
+        if (descriptor.starts_with(rest)) verdict = Verdict::whole;
     }
-    if (fate == Fate::damaged) {
-        tell(content, Grade::damaged, "bad-descriptor", end, "the CRC and sizes behind its data are others");
+    if (verdict == Verdict::damaged) {
+        report(content, ProblemKind::bad_descriptor, end);
     }
-    return fate;
+    return verdict;
 }
 
 }  // namespace quill::zip

@@ -14,20 +14,9 @@
 
 namespace quill::zip {
 
-/// What became of a member that was to be read.
-enum class Fate : std::uint8_t {
-    verified,  ///< Its CRC, or the code that authenticates it, agrees, and so does its size.
-    whole,     ///< Its data ended as they should; nothing vouches for the bytes.
-    damaged,   ///< Bytes of it were given out, but are wrong, cut or in doubt.
-    refused    ///< Nothing was given out: the problem says why.
-};
-
-/// Returns "verified", "whole", "damaged" or "refused".
-std::string_view name_of(Fate fate);
-
 /// What reading one member came to.
 struct Content {
-    Fate fate = Fate::refused;
+    Verdict verdict = Verdict::refused;
     std::uint64_t size = 0;  ///< bytes given out, never more than the member states
     std::vector<Problem> problems;
     bool sink_failed = false;     ///< the sink refused the bytes
@@ -66,8 +55,8 @@ class MemberReader {
                Content& content) const;
     bool check_numbers(const Member& member, const Source& source, const archive::Passed& passed, const Meter& meter,
                        Content& content) const;
-    Fate judge_by_descriptor(const Source& source, const archive::Passed& passed, const Meter& meter,
-                             Content& content) const;
+    Verdict judge_by_descriptor(const Source& source, const archive::Passed& passed, const Meter& meter,
+                                Content& content) const;
     void check_ends(const Member& member, const Source& source, const archive::Passed& passed, Content& content) const;
 
     const Archive& archive_;

@@ -20,14 +20,14 @@ constexpr std::size_t piece = 4U << 20U;  // written between two looks whether t
 /// decides.
 void read_directory(const Member& directory, MemberReader& reader, ExtractionRun& run, const ExtractOptions& options,
                     MemberResult& result) {
-    result.fate = Fate::verified;
+    result.verdict = Verdict::verified;
     if (!directory.is_encrypted() || !options.password.empty()) {
         run.record(reader.read(directory, [&](std::string_view bytes) { return run.take(bytes.size()); }), result);
-        if (result.fate == Fate::refused) result.fate = Fate::damaged;  // the directory itself may be made
+        if (result.verdict == Verdict::refused) result.verdict = Verdict::damaged;  // the directory itself may be made
     }
     if (directory.uncompressed_size == 0 && result.size == 0) return;
-    result.fate = Fate::damaged;
-    report(result, Grade::lost, "content", "it is a directory, and its content is not written");
+    result.verdict = Verdict::damaged;
+    report(result, ProblemKind::content);
 }
 
 /// Writes members into files below one directory. Each thread has its own.
@@ -41,10 +41,10 @@ class Writer {
         const Member& member = archive_.members()[result.member];
         const MemberPath path = paths_[result.member];
         if (!tree_) {
-            report(result, Grade::lost, "not-written", tree_.error().text);
+            report(result, ProblemKind::not_written, tree_.error().text);
             return;
         }
-        if (path.renamed) report(result, Grade::repaired, "renamed", "its name is not safe or not unique here");
+        if (path.renamed) report(result, ProblemKind::renamed);
         if (member.is_directory()) {
             make_directory(member, path.path, reader, result);
         } else {
@@ -56,7 +56,7 @@ class Writer {
     void make_directory(const Member& member, const std::string& path, MemberReader& reader, MemberResult& result) {
         const Result<std::string> entered = tree_->enter(path);
         if (!entered) {
-            report(result, Grade::lost, "not-written", entered.error().text);
+            report(result, ProblemKind::not_written, entered.error().text);
             return;
         }
         read_directory(member, reader, run_, options_, result);
@@ -67,7 +67,7 @@ class Writer {
         const std::string directory = files::dir_of(path);
         const Result<std::string> entered = tree_->enter(directory);
         if (!entered) {
-            report(result, Grade::lost, "not-written", entered.error().text);
+            report(result, ProblemKind::not_written, entered.error().text);
             return;
         }
         std::optional<files::AtomicFile> file;
@@ -91,12 +91,12 @@ class Writer {
             return run_.goes_on();
         });
         run_.record(std::move(content), result);
-        if (!run_.goes_on() && result.fate == Fate::refused) return;
-        if (!failure && result.fate != Fate::refused && !file) open();  // an empty file
+        if (!run_.goes_on() && result.verdict == Verdict::refused) return;
+        if (!failure && result.verdict != Verdict::refused && !file) open();  // an empty file
         if (!failure && file) publish(*file, directory, member, result, failure);
         if (failure) {
-            result.fate = Fate::refused;
-            report(result, Grade::lost, "not-written", failure->text);
+            result.verdict = Verdict::refused;
+            report(result, ProblemKind::not_written, failure->text);
         }
     }
 
@@ -110,8 +110,7 @@ class Writer {
         const std::string name = files::name_of(*published);
         result.path = files::join(directory, name);
         tree_->set_time(name, modified_time(member));
-        if (member.is_link())
-            report(result, Grade::repaired, "link", "a symbolic link, written as a text of its target");
+        if (member.is_link()) report(result, ProblemKind::link);
     }
 
     ExtractionRun& run_;

@@ -51,7 +51,7 @@ struct ExtractOptions {
 /// What became of one member.
 struct MemberResult {
     std::size_t member = 0;  ///< its number in the archive
-    Fate fate = Fate::refused;
+    Verdict verdict = Verdict::refused;
     std::uint64_t size = 0;  ///< bytes written, or read where nothing is written
     std::string path;        ///< where it is now, below the directory; empty where nothing was written
     std::vector<Problem> problems;

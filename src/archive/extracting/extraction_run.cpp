@@ -33,8 +33,8 @@ std::uint64_t expected_size(const Member& member) {
 
 }  // namespace
 
-void report(MemberResult& result, Grade grade, std::string kind, std::string text) {
-    result.problems.push_back({grade, std::move(kind), 0, {}, std::move(text)});
+void report(MemberResult& result, ProblemKind kind, std::string text) {
+    result.problems.push_back({kind, 0, {}, std::move(text)});
 }
 
 void OrderedResults::put(std::size_t place, MemberResult result) {
@@ -111,20 +111,20 @@ bool ExtractionRun::take(std::uint64_t bytes) {
 }
 
 void ExtractionRun::record(Content content, MemberResult& result) const {
-    result.fate = content.fate;
+    result.verdict = content.verdict;
     result.size = content.size;
     result.needs_password = content.needs_password;
     std::move(content.problems.begin(), content.problems.end(), std::back_inserter(result.problems));
     if (!content.sink_failed || goes_on()) return;
-    result.fate = Fate::refused;
+    result.verdict = Verdict::refused;
     report_stop(result);
 }
 
 void ExtractionRun::report_stop(MemberResult& result) const {
     if (stop_ == Stop::limit) {
-        report(result, Grade::lost, "limit", "the archive comes to more bytes than the limit allows");
+        report(result, ProblemKind::limit);
     } else {
-        report(result, Grade::lost, "cancelled", "the run was stopped before it was done");
+        report(result, ProblemKind::cancelled);
     }
 }
 
@@ -134,11 +134,11 @@ bool ExtractionRun::allowed(std::size_t place, MemberResult& result) const {
         return false;
     }
     if (place >= limits_.most_members) {
-        report(result, Grade::lost, "limit", "the archive has more members than the limit allows");
+        report(result, ProblemKind::limit, "the archive has more members than the limit allows");
         return false;
     }
     if (member(place).overlaps && !limits_.overlaps) {
-        report(result, Grade::lost, "overlap", "it begins inside another member, as in an archive bomb");
+        report(result, ProblemKind::overlap);
         return false;
     }
     return true;

@@ -15,7 +15,7 @@
 namespace quill::zip {
 
 /// Adds a problem to a member's result.
-void report(MemberResult& result, Grade grade, std::string kind, std::string text);
+void report(MemberResult& result, ProblemKind kind, std::string text = {});
 
 /// Hands results on in their order, whatever the order in which they are put in. Few should have to wait.
 class OrderedResults {

@@ -250,7 +250,7 @@ std::int16_t ZipLibrary::extract(const UnzipCommand& command, const UnzipStrings
     std::int16_t worst = library_success;
     for (const MemberResult& result : extraction_) {
         if (result.needs_password) return library_password;
-        if (result.fate == Fate::damaged || result.fate == Fate::refused) worst = library_damaged;
+        if (result.verdict == Verdict::damaged || result.verdict == Verdict::refused) worst = library_damaged;
     }
     return worst;
 }

@@ -50,7 +50,7 @@ LineMake examine(std::string_view line) {
 /// Whether its rows were found between tags.
 bool is_tagged(const Attachment& attachment) {
     return std::any_of(attachment.problems.begin(), attachment.problems.end(),
-                       [](const Problem& problem) { return problem.kind == "tagged-lines"; });
+                       [](const Problem& problem) { return problem.kind == ProblemKind::tagged_lines; });
 }
 
 /// What stands behind the row that `text` begins with and the tags and line ends behind that.
@@ -183,7 +183,7 @@ std::size_t Base64Run::pass_gap() {
 /// Passes over "<BR>", which stands for the end of a line in text that was copied from a page, and over those behind
 /// it.
 void Base64Run::take_tags() {
-    if (tag_runs_++ == 0) sink_.report(Grade::repaired, "tagged-lines", body_.at(), "Lines end in <BR>");
+    if (tag_runs_++ == 0) sink_.report(ProblemKind::tagged_lines, body_.at());
     const std::size_t held = std::min<std::uint64_t>(longest_examined, body_.at() - std::min(row_begin_, body_.at()));
     std::string_view before = body_.behind(held);
     while (before.ends_with(' ') || before.ends_with('\t')) before.remove_suffix(1);
@@ -224,10 +224,9 @@ void Base64Run::judge_row(std::size_t ends) {
     if (between || is_words(row)) {
         if (++examined_ <= most_examined && !data_ahead()) {
             text_behind_ = true;
-            sink_.report(Grade::repaired, "text-after-data", body_.at(), "Text follows the end of the data");
+            sink_.report(ProblemKind::text_after_data, body_.at());
         } else {
-            sink_.report(Grade::damaged, "foreign-line", body_.at(),
-                         "A line in the middle of the Base64 data is other text; it is left out");
+            sink_.report(ProblemKind::foreign_line, body_.at());
             body_.pass(row.size());
         }
         return;
@@ -243,7 +242,7 @@ void Base64Run::judge_row(std::size_t ends) {
     if (more && (uneven_ || next.ends_with('='))) return;
     doubted_ = more || ends > usual_gap_ || (state_.pending + row.size()) % 4 != 0;
     if (doubted_) {
-        sink_.report(Grade::damaged, "doubtful-row", body_.at(), "This may be data, or other text after its end");
+        sink_.report(ProblemKind::doubtful_row, body_.at());
     }
 }
 
@@ -252,7 +251,7 @@ void Base64Run::judge_row(std::size_t ends) {
 void Base64Run::judge_padding() {
     const std::uint64_t at = body_.at();
     if (state_.pending == 1) {
-        sink_.report(Grade::damaged, "bad-group", at, "A group of the data has a single character");
+        sink_.report(ProblemKind::bad_group, at);
         return;
     }
     const std::string_view before = body_.behind(1);
@@ -260,7 +259,7 @@ void Base64Run::judge_padding() {
     const std::string_view ahead = body_.ahead(4);
     const std::size_t count = std::min(ahead.find_first_not_of('='), ahead.size());
     if (state_.pending == 0 || count < 4 - state_.pending) {
-        sink_.report(Grade::damaged, "bad-padding", at, "The padding does not fit the data; characters are missing");
+        sink_.report(ProblemKind::bad_padding, at);
     }
 }
 
@@ -280,11 +279,11 @@ void Base64Run::take_padding() {
     row_begin_ = body_.at();
     if (body_.at_end()) return;
     if (body_.behind(1) == "=" && is_base64_line(body_.ahead(1))) {
-        sink_.report(Grade::damaged, "inner-padding", body_.at(), "The line goes on after its padding");
+        sink_.report(ProblemKind::inner_padding, body_.at());
     }
     if (goes_on() || skip_text_between()) return;
     text_behind_ = true;
-    sink_.report(Grade::repaired, "text-after-data", body_.at(), "Text follows the end of the data");
+    sink_.report(ProblemKind::text_after_data, body_.at());
 }
 
 /// Whether more data follows padding: pieces that were encoded one by one.
@@ -293,19 +292,18 @@ bool Base64Run::goes_on() {
     const std::string_view characters = first_row(line);
     if (!is_base64_line(characters)) return false;
     if (characters.size() >= shortest_resumed) {
-        sink_.report(Grade::damaged, "inner-padding", body_.at(),
-                     "The data goes on after its padding; this may be another file");
+        sink_.report(ProblemKind::inner_padding, body_.at());
         return true;
     }
     if (characters.size() < shortest_doubtful || characters.size() % 4 != 0) return false;
-    sink_.report(Grade::damaged, "doubtful-row", body_.at(), "What follows the padding may be data, or other text");
+    sink_.report(ProblemKind::doubtful_row, body_.at());
     return true;
 }
 
 /// Skips a line after padding where full rows follow: that padding is not the end.
 bool Base64Run::skip_text_between() {
     if (++examined_ > most_examined || !data_ahead(std::max(shortest_sure, rows_.width()))) return false;
-    sink_.report(Grade::damaged, "foreign-line", body_.at(), "A line among the data is not Base64; it is left out");
+    sink_.report(ProblemKind::foreign_line, body_.at());
     body_.pass(body_.line(longest_examined).size());
     return true;
 }
@@ -339,7 +337,7 @@ void Base64Run::take_foreign(std::size_t written) {
     const std::uint64_t at = body_.at();
     if (++examined_ > most_examined) {
         sink_.put({room_.data(), written});
-        sink_.report(Grade::damaged, "bad-character", at, "A character among the data is not Base64");
+        sink_.report(ProblemKind::bad_character, at);
         body_.pass(1);
         return;
     }
@@ -354,12 +352,11 @@ void Base64Run::take_foreign(std::size_t written) {
     sink_.put({room_.data(), good});
     const bool taken_back = good < written || so_far.empty();
     if (taken_back && (make.foreign * 8 > make.data || (make.words && make.foreign > 0))) {
-        sink_.report(Grade::damaged, "foreign-line", at - so_far.size(),
-                     "A line in the middle of the Base64 data is other text; it is left out");
+        sink_.report(ProblemKind::foreign_line, at - so_far.size());
         body_.pass(rest.size());
         return;
     }
-    sink_.report(Grade::damaged, "bad-character", at, "A character among the data is not Base64");
+    sink_.report(ProblemKind::bad_character, at);
     if (good < written || so_far.empty()) {
         take_damaged_line(line, make);
         body_.pass(rest.size());
@@ -385,25 +382,24 @@ void Base64Run::end() {
     const std::uint64_t at = body_.at();
     const bool whole = state_.pending == 0;
     if (state_.pending == 1) {
-        sink_.report(Grade::lost, "cut-group", at, "The data ends within a group of four characters");
+        sink_.report(ProblemKind::cut_group, at);
     } else if (!whole && !attachment_.cut_off) {
-        sink_.report(Grade::damaged, "missing-padding", at,
-                     "The padding at the end of the data is missing, and perhaps data before it");
+        sink_.report(ProblemKind::missing_padding, at);
     }
     if (rows_.uneven() && tag_runs_ == 0 && !in_rows_) {
-        sink_.report(Grade::damaged, "uneven-lines", at, "A line among the data is not as long as the others");
+        sink_.report(ProblemKind::uneven_lines, at);
     }
     std::array<char, 2> last = {};
     sink_.put({last.data(), sixbit::finish(last.data(), state_)});
     if (sink_.size() == 0 && (tag_runs_ > 0 || in_rows_)) {
-        sink_.report(Grade::damaged, "no-data", at, "The header announces encoded data, but there is none");
+        sink_.report(ProblemKind::no_data, at);
     }
     if (!attachment_.cut_off) return;
     const bool sure = padded_ || (attachment_.stated_size && *attachment_.stated_size == sink_.size());
     if (sure) {
-        sink_.report(Grade::repaired, "missing-boundary", at, "The line that closes this part is missing");
+        sink_.report(ProblemKind::unclosed_part, at);
     } else {
-        sink_.report(Grade::lost, "missing-boundary", at, "The text ends before the line that closes this part");
+        sink_.report(ProblemKind::missing_boundary, at);
     }
 }
 

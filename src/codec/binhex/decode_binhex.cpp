@@ -62,8 +62,7 @@ void ForkSplitter::take_header(std::string_view& stream, std::uint64_t at_input)
     stream.remove_prefix(n - (held_.size() - header->size));
     held_.clear();
     header_agrees_ = header->crc_agrees;
-    if (!header_agrees_)
-        sink_.report(Grade::damaged, "bad-header-crc", at_input, "The checksum of the header is wrong");
+    if (!header_agrees_) sink_.report(ProblemKind::bad_header_crc, at_input);
     left_ = header->data_size;
     resource_size_ = header->resource_size;
     stage_ = Stage::fork;
@@ -90,7 +89,7 @@ void ForkSplitter::take_crc(std::string_view& stream, std::uint64_t at_input) {
     held_.clear();
     if (wanted()) {
         if (stated != crc_)
-            sink_.report(Grade::damaged, "bad-crc", at_input, "The checksum of the fork is wrong");
+            sink_.report(ProblemKind::bad_crc, at_input, "The checksum of the fork is wrong");
         else if (header_agrees_)
             sink_.prove();
         stage_ = Stage::done;
@@ -102,7 +101,7 @@ void ForkSplitter::take_crc(std::string_view& stream, std::uint64_t at_input) {
 }
 
 void ForkSplitter::end(std::uint64_t at_input) {
-    if (stage_ != Stage::done) sink_.report(Grade::lost, "cut-off", at_input, "The data ends before the file does");
+    if (stage_ != Stage::done) sink_.report(ProblemKind::cut_off, at_input);
 }
 
 class BinHexRun {
@@ -139,7 +138,7 @@ void BinHexRun::expand(std::string_view packed) {
 
 /// A single foreign character is passed over; a line of other text among the data is, whole, where the scan left it in.
 void BinHexRun::take_foreign() {
-    sink_.report(Grade::damaged, "bad-character", body_.at(), "A character among the data is no BinHex");
+    sink_.report(ProblemKind::bad_character, body_.at());
     body_.pass(1);
 }
 

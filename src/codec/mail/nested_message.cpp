@@ -47,7 +47,7 @@ bool decode_to(files::TemporaryFile& spool, const std::vector<Encoded>& messages
             });
         if (!written) return false;
         const bool damaged = std::any_of(outcome.problems.begin(), outcome.problems.end(),
-                                         [](const Problem& problem) { return problem.grade == Grade::damaged; });
+                                         [](const Problem& problem) { return grade_of(problem) == Grade::damaged; });
         opened.push_back({message, {begin, spool.size(), source}, damaged, outcome.verdict == Verdict::incomplete});
     }
     return true;
@@ -58,11 +58,10 @@ std::vector<Problem> problems_by(const Opened& message, const Attachment& file) 
     std::vector<Problem> out;
     const std::uint64_t at = message.message.place;
     if (message.damaged) {
-        out.push_back(
-            {Grade::damaged, "damaged-message", at, {}, "The encoded message that holds this file is damaged"});
+        out.push_back({ProblemKind::damaged_message, at});
     }
     if (message.cut_off && !file.body.empty() && file.body.back().end == message.text.end) {
-        out.push_back({Grade::lost, "cut-off-message", at, {}, "The encoded message that holds this file is cut off"});
+        out.push_back({ProblemKind::cut_off_message, at});
     }
     return out;
 }
@@ -81,8 +80,7 @@ void scan_opened(const Opened& message, const files::MappedFile& input, Texts te
         problems.push_back(std::move(problem));
     }
     if (found.files.empty() && (message.damaged || message.cut_off)) {
-        problems.push_back({message.cut_off ? Grade::lost : Grade::damaged,
-                            message.cut_off ? "cut-off-message" : "damaged-message",
+        problems.push_back({message.cut_off ? ProblemKind::cut_off_message : ProblemKind::damaged_message,
                             place,
                             {},
                             message.cut_off ? "An encoded message is cut off, and no file was found in it"
@@ -129,12 +127,7 @@ void open_encoded_messages(Found& found, files::MappedFile& input, std::uint32_t
         input.release_before(input.bytes().size());
     }
     if (!messages.empty()) {
-        found.problems.push_back(
-            {Grade::lost,
-             "unopened-message",
-             messages.front().place,
-             {},
-             "What lies in an encoded message is not looked for: too large, too deep or no room for a copy"});
+        found.problems.push_back({ProblemKind::unopened_message, messages.front().place});
     }
     const auto unwanted = [&](const FoundFile& file) {
         return texts == Texts::left_out && file.attachment.message_text && is_encoded_message(file.attachment);

@@ -52,8 +52,7 @@ void decode_quoted_printable(Body& body, Sink& sink) {
             out.clear();
         }
         if (doubt == quoted_printable::Doubt::bad_escape) {
-            sink.report(Grade::damaged, "bad-escape", at,
-                        "A '=' in the line is not followed by two hexadecimal digits");
+            sink.report(ProblemKind::bad_escape, at);
         }
         body.pass(line.size());
     }

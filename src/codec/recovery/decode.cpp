@@ -9,6 +9,9 @@
 #include <utility>
 
 namespace quill::codec {
+
+using report::Evidence;
+
 namespace {
 
 constexpr std::size_t small = std::size_t{64} << 10;  // of what is written, to be held back and joined
@@ -115,14 +118,14 @@ void Sink::flush() {
     held_.clear();
 }
 
-void Sink::report(Grade grade, std::string_view kind, std::uint64_t at_input, std::string_view text) {
+void Sink::report(ProblemKind kind, std::uint64_t at_input, std::string text) {
     if (outcome_.problems.size() >= most_problems) {
         ++unkept_;
-        worst_unkept_ = std::max(worst_unkept_, grade);
+        worst_unkept_ = std::max(worst_unkept_, report::traits_of(kind).grade);
         return;
     }
     const std::optional<std::uint32_t> source = source_ ? source_ : body_.source();
-    outcome_.problems.push_back({grade, std::string(kind), at_input, outcome_.size, std::string(text), source});
+    outcome_.problems.push_back({kind, at_input, outcome_.size, std::move(text), source});
 }
 
 void Sink::compare_size(std::uint64_t at_input) {
@@ -130,15 +133,15 @@ void Sink::compare_size(std::uint64_t at_input) {
     const std::uint64_t stated = *attachment_.stated_size;
     if (stated == size()) {
         vouch();
-        proof_ = std::max(proof_, Proof::size);
+        evidence_ = std::max(evidence_, Evidence::size);
         return;
     }
     const bool is_text = attachment_.format == Format::identity || attachment_.format == Format::quoted_printable;
     const std::string text = "The text states " + count_of(stated, "bytes") + ", and " + count_of(size(), "came out");
     if (is_text) {
-        report(Grade::repaired, "size-differs", at_input, text);  // line ends may have been changed on the way
+        report(ProblemKind::size_differs, at_input, text);  // line ends may have been changed on the way
     } else {
-        report(stated > size() ? Grade::lost : Grade::damaged, "bad-size", at_input, text);
+        report(stated > size() ? ProblemKind::too_few_bytes : ProblemKind::bad_size, at_input, text);
     }
 }
 
@@ -147,17 +150,16 @@ void Sink::compare_checksums(std::uint64_t at_input) {
         if (md5_.finish() == *attachment_.stated_md5) {
             prove();
         } else if (attachment_.content_type.starts_with("text/")) {
-            report(Grade::repaired, "md5-differs", at_input,
-                   "The stated MD5 is not that of the text with these line ends");
+            report(ProblemKind::md5_differs, at_input);
         } else {
-            report(Grade::damaged, "bad-md5", at_input, "The stated MD5 is not that of the bytes that came out");
+            report(ProblemKind::bad_md5, at_input);
         }
     }
     if (!attachment_.stated_sum) return;
     if (sum_ == *attachment_.stated_sum) {
         prove();
     } else {
-        report(Grade::damaged, "bad-sum", at_input, "The stated checksum is not that of the bytes that came out");
+        report(ProblemKind::bad_sum, at_input);
     }
 }
 
@@ -171,17 +173,15 @@ void Sink::compare_length() {
 
 /// Makes the problems repaired that what was checked settles.
 void Sink::settle_problems() {
-    for (Problem& problem : outcome_.problems) {
-        if (is_settled(problem, proof_)) problem.grade = Grade::repaired;
-    }
+    for (Problem& problem : outcome_.problems) settle(problem, evidence_);
 }
 
 Verdict Sink::verdict() const {
     Grade worst = worst_unkept_;
-    for (const Problem& problem : outcome_.problems) worst = std::max(worst, problem.grade);
+    for (const Problem& problem : outcome_.problems) worst = std::max(worst, grade_of(problem));
     if (worst == Grade::lost) return Verdict::incomplete;
     if (worst == Grade::damaged) return Verdict::damaged;
-    return vouched_ || proof_ != Proof::none ? Verdict::verified : Verdict::whole;
+    return vouched_ || evidence_ != Evidence::none ? Verdict::verified : Verdict::whole;
 }
 
 /// Into the order of their places in the input. Offsets in several inputs have none: there the parts' order stays.
@@ -201,9 +201,9 @@ Outcome Sink::finish(std::uint64_t at_input) {
     sort_problems();
     outcome_.verdict = verdict();
     if (unkept_ > 0) {
-        const Grade grade = outcome_.verdict == Verdict::incomplete ? Grade::lost : Grade::damaged;
-        outcome_.problems.push_back(
-            {grade, "more-problems", at_input, size(), "There are " + count_of(unkept_, "further problems")});
+        const bool harmless = worst_unkept_ == Grade::repaired;
+        outcome_.problems.push_back({harmless ? ProblemKind::more_repairs : ProblemKind::more_problems, at_input,
+                                     size(), "There are " + count_of(unkept_, "further problems")});
     }
     return std::move(outcome_);
 }
@@ -242,7 +242,7 @@ Outcome decode(const Attachment& attachment, std::span<const std::string_view> i
     }
     const std::uint64_t end = attachment.body.empty() ? 0 : attachment.body.back().end;
     if (attachment.cut_off && attachment.format != Format::base64) {
-        sink.report(Grade::lost, "missing-boundary", end, "The text ends before the line that closes this part");
+        sink.report(ProblemKind::missing_boundary, end);
     }
     return sink.finish(end);
 }

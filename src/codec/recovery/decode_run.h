@@ -2,7 +2,6 @@
 
 #include "checksum/md5.h"
 #include "codec/recovery/decode.h"
-#include "codec/recovery/problem_kinds.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -103,13 +102,13 @@ class Sink {
     void read_from(std::uint32_t source) { source_ = source; }
 
     /// Adds a problem at a place of the input, at the current place of the output.
-    void report(Grade grade, std::string_view kind, std::uint64_t at_input, std::string_view text);
+    void report(ProblemKind kind, std::uint64_t at_input, std::string text = {});
 
     /// Something vouches for the bytes.
     void vouch() { vouched_ = true; }
 
     /// A checksum of all the bytes agrees.
-    void prove() { proof_ = Proof::checksum; }
+    void prove() { evidence_ = report::Evidence::checksum; }
 
     /// The outcome, with sizes and checksums that the text states compared. `at_input` is where the body ends.
     Outcome finish(std::uint64_t at_input);
@@ -133,7 +132,7 @@ class Sink {
     std::uint16_t sum_ = 0;
     std::size_t unkept_ = 0;
     Grade worst_unkept_ = Grade::repaired;
-    Proof proof_ = Proof::none;
+    report::Evidence evidence_ = report::Evidence::none;
     bool vouched_ = false;
     bool stopped_ = false;
 };

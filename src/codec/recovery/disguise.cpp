@@ -51,8 +51,7 @@ std::optional<Problem> disguise_of(std::string_view name, std::uint64_t at_input
     if (!is_one_of(programs, extension)) return std::nullopt;
     const std::string_view stem = text::trim(std::string_view(safe).substr(0, files::extension_at(safe)));
     if (!misleads(text::trim(name)) && !is_one_of(documents, extension_of(stem))) return std::nullopt;
-    return Problem{Grade::repaired,
-                   std::string(disguised_name),
+    return Problem{ProblemKind::disguised_name,
                    at_input,
                    {},
                    "The name makes this file look like something else, but it is a program (" + extension + ")"};

@@ -8,9 +8,6 @@
 
 namespace quill::codec {
 
-/// The kind of the problem that a disguised name is.
-constexpr std::string_view disguised_name = "disguised-name";
-
 /// What is to be said of `name`, as it came out of a message, where it makes a program look like something else: blanks
 /// that push its extension out of sight, characters that turn the direction of writing or are not seen, or the
 /// extension of a document before its own. `at_input` is where the file's data begins.

@@ -43,8 +43,9 @@ Recovered unwritten(const Attachment& attachment, const std::string& name, const
     out.name = name;
     out.format = attachment.format;
     out.outcome.verdict = Verdict::incomplete;
-    const char* const kind = error.code == ErrorCode::bad_input ? "not-decoded" : "not-written";
-    out.outcome.problems = {{Grade::lost, kind, error.offset, {}, error.text}};
+    const bool nothing = error.code == ErrorCode::bad_input;
+    out.outcome.problems = {
+        {nothing ? ProblemKind::not_decoded : ProblemKind::not_written, error.offset, {}, error.text}};
     return out;
 }
 

@@ -134,27 +134,21 @@ void report_copies(Attachment& attachment, const PartCopies& copies, std::uint32
     const std::optional<std::uint32_t> source =
         attachment.body.empty() ? std::nullopt : std::optional(attachment.body.front().source);
     if (copies.kept.size() > 1) {
-        attachment.problems.push_back({Grade::damaged,
-                                       "parts-differ",
+        attachment.problems.push_back({ProblemKind::parts_differ,
                                        at_input,
                                        {},
                                        part + " exists in " + std::to_string(copies.kept.size()) +
                                            " forms that differ, and nothing says which belongs to this file",
                                        source});
     } else if (copies.doubtful) {
-        attachment.problems.push_back({Grade::repaired,
-                                       "damaged-copy",
+        attachment.problems.push_back({ProblemKind::damaged_copy,
                                        at_input,
                                        {},
                                        part + " exists more than once; a copy that is damaged or cut off is left out",
                                        source});
     } else if (!copies.left_out.empty()) {
-        attachment.problems.push_back({Grade::repaired,
-                                       "duplicate-part",
-                                       at_input,
-                                       {},
-                                       part + " exists more than once, with the same lines",
-                                       source});
+        attachment.problems.push_back(
+            {ProblemKind::duplicate_part, at_input, {}, part + " exists more than once, with the same lines", source});
     }
 }
 

@@ -44,13 +44,13 @@ Place end_of(const FoundFile& file) {
     return body.empty() ? Place{} : Place{body.back().end, body.back().source};
 }
 
-void report(Attachment& attachment, Grade grade, std::string kind, const Place& at, std::string text) {
-    attachment.problems.push_back({grade, std::move(kind), at.offset, {}, std::move(text), at.source});
+void report(Attachment& attachment, ProblemKind kind, const Place& at, std::string text = {}) {
+    attachment.problems.push_back({kind, at.offset, {}, std::move(text), at.source});
 }
 
 void add_missing(Attachment& attachment, std::uint32_t number, std::uint32_t total, const Place& at) {
     if (attachment.problems.size() >= most_missing_told) return;
-    report(attachment, Grade::lost, "missing-part", at, part_text(number, total));
+    report(attachment, ProblemKind::missing_part, at, part_text(number, total));
 }
 
 /// Adds the inputs of `copies` to those that hold copies of the attachment's parts.
@@ -150,7 +150,7 @@ void tell_gaps(FoundFile& file, const JoinedMessage& message, const std::vector<
 void report_unknown_total(FoundFile& file, const JoinedMessage& message) {
     Attachment& attachment = file.attachment;
     if (attachment.body.empty() || attachment.body.back().end != message.segments.back().range.end) return;
-    report(attachment, Grade::damaged, "unnumbered-parts", end_of(file),
+    report(attachment, ProblemKind::unnumbered_parts, end_of(file),
            "Nothing says how many parts there are; the last may be missing");
 }
 
@@ -240,10 +240,9 @@ struct Piece {
 };
 
 void report_guess(Attachment& attachment, const Place& at) {
-    const auto said = [](const Problem& problem) { return problem.kind == "unnumbered-parts"; };
+    const auto said = [](const Problem& problem) { return problem.kind == ProblemKind::unnumbered_parts; };
     if (std::any_of(attachment.problems.begin(), attachment.problems.end(), said)) return;
-    report(attachment, Grade::damaged, "unnumbered-parts", at,
-           "Nothing says that this part follows the one before it; others may be missing");
+    report(attachment, ProblemKind::unnumbered_parts, at);
 }
 
 /// Appends `piece`, whose number is `number`, to `whole`, of which `last` was the last so far.
@@ -397,13 +396,12 @@ void judge_ends(FoundFile& file) {
     if (!is_piece(file) || (is_binhex_data(file) && file.has_begin)) return;
     if (!file.has_begin) {
         attachment.headless = is_binhex_data(file);
-        report(attachment, Grade::lost, "missing-begin", begin_of(file),
-               "The line that begins the file is missing, and perhaps data after it");
+        report(attachment, ProblemKind::missing_begin, begin_of(file));
     }
     if (!file.has_end && attachment.format == Format::base64) {
         attachment.cut_off = true;
     } else if (!file.has_end && !attachment.headless) {
-        report(attachment, Grade::lost, "missing-end", end_of(file), "The line that ends the data is missing");
+        report(attachment, ProblemKind::missing_end, end_of(file));
     }
 }
 

@@ -48,12 +48,7 @@ void tell_tags(Found& found) {
         Attachment& attachment = file.attachment;
         const std::uint64_t at = attachment.body.empty() ? 0 : attachment.body.front().begin;
         const bool text = attachment.format == Format::identity || attachment.format == Format::quoted_printable;
-        attachment.problems.push_back({text ? Grade::damaged : Grade::repaired,
-                                       "tagged-lines",
-                                       at,
-                                       {},
-                                       text ? "<BR> stands in place of the ends of lines, which are lost"
-                                            : "<BR> stands in place of the ends of lines"});
+        attachment.problems.push_back({text ? ProblemKind::tagged_text : ProblemKind::tagged_lines, at});
     }
 }
 
@@ -75,11 +70,9 @@ void name_source(Found& found, std::uint32_t source) {
     }
 }
 
-constexpr const char* input_changed = "The input changed while it was read";
-
 /// Says of a result, or of the inputs as a whole, that an input did not stay as it was.
 Problem changed_problem(bool cut_short) {
-    return {cut_short ? Grade::lost : Grade::damaged, "input-changed", 0, {}, input_changed};
+    return {cut_short ? ProblemKind::input_cut : ProblemKind::input_changed};
 }
 
 }  // namespace

@@ -110,8 +110,7 @@ void report_several(std::vector<FoundFile>& files, const Gathering& gathering) {
     for (const std::size_t file : gathering.files) {
         Attachment& attachment = files[file].attachment;
         if (attachment.body.size() < 2) continue;
-        attachment.problems.push_back({Grade::damaged,
-                                       "parts-differ",
+        attachment.problems.push_back({ProblemKind::parts_differ,
                                        attachment.body.front().begin,
                                        {},
                                        "Several files have this name and size, and parts may be exchanged"});
@@ -259,13 +258,12 @@ void Assembly::choose_copy(Part& before, const Part& copy) {
     const bool second_good = agrees(copy.post, second);
     sink_.read_from(copy.range.source);
     if (first == second) {
-        sink_.report(Grade::repaired, "duplicate-part", copy.range.begin, "This part exists more than once");
+        sink_.report(ProblemKind::duplicate_part, copy.range.begin);
     } else if (first_good == second_good) {
-        sink_.report(Grade::damaged, "parts-differ", copy.range.begin,
+        sink_.report(ProblemKind::parts_differ, copy.range.begin,
                      "This part exists in two forms that differ; the first is used");
     } else {
-        sink_.report(Grade::repaired, "damaged-copy", copy.range.begin,
-                     "This part exists more than once; a copy that is damaged is left out");
+        sink_.report(ProblemKind::damaged_copy, copy.range.begin);
     }
     if (!first_good && second_good) before = copy;
 }
@@ -279,8 +277,7 @@ void Assembly::check_numbers() {
         const std::uint64_t number = part.post.begin.part.value_or(wanted);
         if (number > wanted && reported++ < most_missing_reported) {
             sink_.read_from(part.range.source);
-            sink_.report(Grade::lost, "missing-part", part.range.begin,
-                         "Part " + std::to_string(wanted) + " is missing");
+            sink_.report(ProblemKind::missing_part, part.range.begin, "Part " + std::to_string(wanted) + " is missing");
         }
         wanted = number + 1;
     }
@@ -297,7 +294,7 @@ void Assembly::find_whole_crc() {
     if (stated.size() == 1) whole_crc_ = *stated.begin();
     if (beside_own.size() < 2) return;
     sink_.read_from(parts_.front().range.source);
-    sink_.report(Grade::damaged, "parts-differ", parts_.front().range.begin,
+    sink_.report(ProblemKind::parts_differ, parts_.front().range.begin,
                  "The parts state different CRCs of the whole file; they are of different files");
 }
 
@@ -328,14 +325,14 @@ bool Assembly::begin_part(const Part& part) {
     in_one_row_ = false;
     if (wanted < at) {
         passed_over_ = at - wanted;
-        sink_.report(Grade::damaged, "overlapping-parts", part.range.begin,
+        sink_.report(ProblemKind::overlapping_parts, part.range.begin,
                      "This part overlaps the one before it by " + std::to_string(passed_over_) + " bytes");
         return true;
     }
     const std::uint64_t gap = wanted - at;
     const bool in_proportion =
         gap <= most_zeros - std::min(zeros_, most_zeros) || (zeros_ + gap) / most_zeros_per_byte <= input_bytes_;
-    sink_.report(Grade::lost, "missing-part", part.range.begin,
+    sink_.report(ProblemKind::missing_part, part.range.begin,
                  std::to_string(gap) + " bytes before this part are missing" +
                      (in_proportion ? " and are zeros in the result" : " and are left out of the result"));
     if (!in_proportion) return true;
@@ -358,7 +355,7 @@ bool Assembly::decode(const Part& part) {
         const bool by_newsreader =
             dots_doubled_ && !agrees(part.post, *decode_data(part.text, part.post, false, {}, read));
         if (!by_newsreader && !dots_were_added(part, read)) return false;
-        sink_.report(Grade::repaired, "dots-added", part.range.begin, "Dots that were added to lines are taken off");
+        sink_.report(ProblemKind::dots_added, part.range.begin);
         return true;
     };
     const TakeBytes take = [&](std::string_view bytes, std::size_t read_to) {
@@ -373,12 +370,12 @@ bool Assembly::decode(const Part& part) {
 void Assembly::verify_part(const Part& part, const Data& data) {
     const Verification verification = verify(part.post, data);
     for (const Problem& problem : verification.problems) {
-        sink_.report(problem.grade, problem.kind, part.range.begin + problem.at_input, problem.text);
+        sink_.report(problem.kind, part.range.begin + problem.at_input, problem.text);
     }
     all_vouched_for_ = all_vouched_for_ && verification.vouched_for;
     if (part.post.stated_crc() || !part.post.end || data.even_rows) return;
     if (!has_uneven_rows(part.text, part.post)) return;
-    sink_.report(Grade::damaged, "uneven-lines", part.range.begin, "A line is not as long as the others");
+    sink_.report(ProblemKind::uneven_lines, part.range.begin);
 }
 
 std::optional<std::string> Assembly::what_is_missing() const {
@@ -409,11 +406,11 @@ bool Assembly::end_is_unknown() const {
 void Assembly::check_whole() {
     const Part& last = parts_.back();
     if (const auto missing = what_is_missing()) {
-        sink_.report(Grade::lost, "missing-part", last.range.end, *missing);
+        sink_.report(ProblemKind::missing_part, last.range.end, *missing);
         return;
     }
     if (end_is_unknown()) {
-        sink_.report(Grade::damaged, "unnumbered-parts", last.range.end,
+        sink_.report(ProblemKind::unnumbered_parts, last.range.end,
                      "Nothing says how long the file is; parts at its end may be missing");
     }
     if (!whole_crc_ || !in_one_row_) return;
@@ -421,7 +418,7 @@ void Assembly::check_whole() {
         all_vouched_for_ = true;
         if (parts_.size() > 1) sink_.prove();
     } else {
-        sink_.report(Grade::damaged, "bad-crc", last.range.end,
+        sink_.report(ProblemKind::bad_crc, last.range.end,
                      "The text states the CRC " + hexadecimal(*whole_crc_) + " of the whole file, and it is " +
                          hexadecimal(crc_));
     }

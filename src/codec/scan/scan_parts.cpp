@@ -49,11 +49,7 @@ void Scanner::open_part(bool in_digest, bool embedded) {
 /// Reports nesting that is too deep, once.
 void Scanner::report_too_deep() {
     if (std::exchange(too_deep_, true)) return;
-    found_.problems.push_back({Grade::lost,
-                               "too-deep",
-                               cursor_.position().offset,
-                               {},
-                               "Messages are nested more deeply than the program follows"});
+    found_.problems.push_back({ProblemKind::too_deep, cursor_.position().offset});
 }
 
 void Scanner::open_multipart(ContentHeader header) {
@@ -135,14 +131,9 @@ void Scanner::name_wrapped(const Leaf& leaf) {
 void Scanner::report_text_behind(const Leaf& leaf, Attachment& attachment) const {
     const Position at = *leaf.data_end;
     if (ends_base64(cursor_, at, leaf.line_size)) {
-        attachment.problems.push_back(
-            {Grade::repaired, "text-after-data", at.offset, {}, "Text that is not Base64 follows the data"});
+        attachment.problems.push_back({ProblemKind::text_after_data, at.offset});
     } else {
-        attachment.problems.push_back({Grade::damaged,
-                                       "doubtful-end",
-                                       at.offset,
-                                       {},
-                                       "Text follows a full row of the data, perhaps in place of its last rows"});
+        attachment.problems.push_back({ProblemKind::doubtful_end, at.offset});
     }
 }
 
@@ -160,22 +151,13 @@ void Scanner::close_leaf(Level& level, Position end, bool cut_off) {
     if (leaf.embedded && file.attachment.message_text) return;
     file.attachment.cut_off = cut_off && level.multipart;
     if (leaf.wraps_file) {
-        file.attachment.problems.push_back(
-            {Grade::damaged, "no-data", leaf.begin.offset, {}, "The header announces encoded data, but there is none"});
+        file.attachment.problems.push_back({ProblemKind::no_data, leaf.begin.offset});
     }
     if (leaf.in_header && file.attachment.body.empty()) {
-        file.attachment.problems.push_back({Grade::lost,
-                                            "missing-body",
-                                            leaf.begin.offset,
-                                            {},
-                                            "The text ends in the header; nothing that can be read follows it"});
+        file.attachment.problems.push_back({ProblemKind::missing_body, leaf.begin.offset});
     }
     if (level.guessed) {
-        file.attachment.problems.push_back({Grade::repaired,
-                                            "wrong-boundary",
-                                            leaf.begin.offset,
-                                            {},
-                                            "The boundary between the parts is not the one that the header names"});
+        file.attachment.problems.push_back({ProblemKind::wrong_boundary, leaf.begin.offset});
     }
     text_.add(std::move(file), leaf.order);
 }

@@ -43,8 +43,7 @@ void TextScan::add(FoundFile file, std::uint32_t at_order) {
 void TextScan::report_full(const Attachment& attachment) {
     if (std::exchange(full, true)) return;
     const std::uint64_t at = attachment.body.empty() ? 0 : attachment.body.front().begin;
-    found.problems.push_back(
-        {Grade::lost, "too-many-files", at, {}, "The input holds too many files; those from here on are left out"});
+    found.problems.push_back({ProblemKind::too_many_files, at});
 }
 
 bool is_blank_line(std::string_view line) {

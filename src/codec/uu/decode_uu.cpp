@@ -80,8 +80,7 @@ void UuRun::run() {
     while (!body_.at_end() && !body_.stopped() && !sink_.stopped()) read_lines();
     if (body_.stopped() || sink_.stopped()) return;
     if (rows_.checks_disagree()) {
-        sink_.report(Grade::damaged, "bad-check", body_.at(),
-                     "Check characters at the ends of lines disagree or are missing");
+        sink_.report(ProblemKind::bad_check, body_.at());
     }
 }
 
@@ -125,8 +124,7 @@ void UuRun::look_at_rows(std::string_view lines) {
 void UuRun::report_uneven(std::uint64_t at) {
     if (!rows_.uneven() || reported_uneven_) return;
     reported_uneven_ = true;
-    sink_.report(Grade::damaged, "uneven-lines", at,
-                 "The line before this one is not as long as the others, as only the last may be");
+    sink_.report(ProblemKind::uneven_lines, at);
 }
 
 /// The next line without its line end and a quotation's mark; one that an input's end cuts in two is put together.
@@ -188,9 +186,9 @@ std::size_t UuRun::bytes_of(const uu::DataLine& data, std::string_view line, std
         case uu::Fit::stripped:
             rows_.take_exact(line, data.bytes);
             if (lost_blanks(data, line)) {
-                sink_.report(Grade::repaired, "lost-blanks", at, "Blanks at the end of a line were lost, and put back");
+                sink_.report(ProblemKind::lost_blanks, at);
             } else {
-                sink_.report(Grade::damaged, "short-line", at, "A line is shorter than its length character says");
+                sink_.report(ProblemKind::short_line, at);
             }
             return data.bytes;
         case uu::Fit::none:
@@ -199,10 +197,10 @@ std::size_t UuRun::bytes_of(const uu::DataLine& data, std::string_view line, std
     const bool filled_up =
         have > data.expected && have <= uu::characters_for(std::max(rows_.width(), uu::full_line)) + 1;
     if (filled_up && is_last_line()) {
-        sink_.report(Grade::repaired, "long-line", at, "The last line holds more characters than its length needs");
+        sink_.report(ProblemKind::long_line, at);
         return data.bytes;
     }
-    sink_.report(Grade::damaged, "bad-length", at, "A line's length and its length character do not agree");
+    sink_.report(ProblemKind::bad_length, at);
     const std::size_t full = uu::characters_for(uu::full_line);
     return have >= full && have <= full + 1 ? uu::full_line : std::min(most_bytes, have / 4 * 3);
 }
@@ -227,7 +225,7 @@ void UuRun::take_off_dot(std::string& line, std::uint64_t at) {
     const std::string rest = line.substr(1);
     const uu::DataLine data = uu::judge(alphabet_, rest);
     if (!data.clean || data.fit != uu::Fit::exact) return;
-    sink_.report(Grade::repaired, "dots-added", at, "A dot that was added to a line is taken off");
+    sink_.report(ProblemKind::dots_added, at);
     line = rest;
 }
 
@@ -240,12 +238,11 @@ void UuRun::take_odd_line() {
     const uu::DataLine data = uu::judge(alphabet_, line);
     if (data.fit != uu::Fit::none && data.bytes == 0) return;
     if (!is_data(data, line)) {
-        sink_.report(Grade::damaged, "foreign-line", at,
-                     "A line in the middle of the encoded data is other text; it is left out");
+        sink_.report(ProblemKind::foreign_line, at);
         return;
     }
     if (!data.clean) {
-        sink_.report(Grade::damaged, "bad-character", at, "A line holds characters outside the alphabet");
+        sink_.report(ProblemKind::bad_character, at);
     }
     keeps_blanks_ = keeps_blanks_ || (data.clean && line.find('`') != line.npos);
     decode(std::string_view(line).substr(1), bytes_of(data, line, at));

@@ -247,17 +247,12 @@ void finish_uu(TextScan& scan, FoundFile& file, uu::Alphabet alphabet, Position 
     Line next;
     if (body.ended && scan.cursor.peek(scan.cursor.position(), peeked_characters, next) && !scan.is_stop(next) &&
         is_run_of_lines(scan, next, alphabet)) {
-        file.attachment.problems.push_back(
-            {Grade::damaged, "doubtful-end", body.end.offset, {}, "Lines of data follow the line that ends the data"});
+        file.attachment.problems.push_back({ProblemKind::doubtful_end, body.end.offset});
     }
     if (body.end_line) {
         read_trailer(scan, scan.cursor.position(), file.attachment);
     } else if (body.ended) {
-        file.attachment.problems.push_back({Grade::repaired,
-                                            "missing-end",
-                                            body.end.offset,
-                                            {},
-                                            "The line \"end\" is missing after the last line of data"});
+        file.attachment.problems.push_back({ProblemKind::missing_end_line, body.end.offset});
     }
 }
 
@@ -305,11 +300,7 @@ bool open_quoted_begin(TextScan& scan, const Line& line) {
     if (!begin || !begin->has_mode || begin->base64) return false;
     FoundFile file;
     file.attachment.name = begin->name;
-    file.attachment.problems.push_back({Grade::repaired,
-                                        "quoted",
-                                        line.begin.offset,
-                                        {},
-                                        "The lines are quoted, and the marks before them are taken off"});
+    file.attachment.problems.push_back({ProblemKind::quoted, line.begin.offset});
     scan.cursor.set_quote(line.text.substr(0, mark));
     const bool opened = open_lines(scan, std::move(file), line.next, true);
     scan.cursor.set_quote({});

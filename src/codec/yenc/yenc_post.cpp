@@ -319,11 +319,11 @@ bool agrees(const Post& post, const Data& data) {
 
 Verification verify(const Post& post, const Data& data) {
     Verification out;
-    const auto problem = [&](Grade grade, std::string kind, std::string text) {
-        out.problems.push_back({grade, std::move(kind), post.data_end, {}, std::move(text)});
+    const auto problem = [&](ProblemKind kind, std::string text = {}) {
+        out.problems.push_back({kind, post.data_end, {}, std::move(text)});
     };
     if (!post.end) {
-        problem(Grade::lost, "missing-end", "The line that ends the data is missing");
+        problem(ProblemKind::missing_end);
         return out;
     }
     // Some encoders state a part's own CRC as though it were the file's.
@@ -331,17 +331,17 @@ Verification verify(const Post& post, const Data& data) {
     out.vouched_for = agrees(post, data) || own_crc;
     if (post.end->unreadable_crc) {
         out.vouched_for = false;
-        problem(Grade::repaired, "bad-field", "The stated CRC is no number of 32 bits");
+        problem(ProblemKind::bad_field, "The stated CRC is no number of 32 bits");
     }
     const std::optional<std::uint32_t> crc = post.stated_crc();
     const bool crc_agrees = own_crc || (crc && *crc == data.crc);
     if (const auto size = wrong_size(post, data.size)) {
         out.vouched_for = crc_agrees;
-        problem(crc_agrees ? Grade::repaired : Grade::damaged, crc_agrees ? "size-differs" : "bad-size",
+        problem(crc_agrees ? ProblemKind::size_differs : ProblemKind::bad_size,
                 "The text states " + std::to_string(*size) + " bytes, and " + std::to_string(data.size) + " came out");
     }
     if (crc && *crc != data.crc) {
-        problem(Grade::damaged, "bad-crc",
+        problem(ProblemKind::bad_crc,
                 "The text states the CRC " + hexadecimal(*crc) + ", and that of the bytes is " + hexadecimal(data.crc));
     }
     return out;
