@@ -38,6 +38,7 @@ struct ZipRequest {
     std::string into = ".";
     std::string method = "deflate";
     std::string names_in;  ///< a character set; empty: the one that fits best
+    std::string encryption;  ///< empty: as the archive has it
     ResultOptions results;
     bool bare_names = false;
     bool no_limits = false;
@@ -210,6 +211,30 @@ std::uint16_t method_of(const ZipRequest& request) {
         ->number;
 }
 
+struct EncryptionRow {
+    const char* name;
+    archive::Encryption encryption;
+};
+
+constexpr EncryptionRow encryptions[] = {{"traditional", archive::Encryption::traditional},
+                                         {"aes128", archive::Encryption::aes128},
+                                         {"aes192", archive::Encryption::aes192},
+                                         {"aes256", archive::Encryption::aes256}};
+
+std::vector<std::string> encryption_names() {
+    std::vector<std::string> names;
+    for (const EncryptionRow& row : encryptions) names.emplace_back(row.name);
+    return names;
+}
+
+/// The encryption asked for, else the one that the archive has.
+archive::Encryption encryption_for(const ZipRequest& request, const zip::ArchiveChange& change) {
+    for (const EncryptionRow& row : encryptions) {
+        if (row.name == request.encryption) return row.encryption;
+    }
+    return change.usual_encryption().value_or(archive::Encryption::traditional);
+}
+
 ExitStatus add(const ZipRequest& request, const Console& console) {
     ZipReport report(console, ReportStyle::silent);
     const Result<std::string> password = read_password(request.password_file);
@@ -223,13 +248,14 @@ ExitStatus add(const ZipRequest& request, const Console& console) {
         report.fail(request.archive, distinct.error());
         return report.finish();
     }
-    const zip::PackOptions options{.password = *password, .method = method_of(request)};
+    zip::PackOptions options{.password = *password, .method = method_of(request)};
     const Interruption interruption;
     std::vector<Failure> failures;
     std::size_t added = 0;
     const auto edit = [&](zip::ArchiveChange& change) {
         failures = unread;
         added = 0;
+        options.encryption = encryption_for(request, change);
         for (const zip::TreeEntry& entry : entries) {
             Status status = add_entry(change, entry, options);
             if (!status && status.error().code == ErrorCode::cancelled) return status;
@@ -336,6 +362,11 @@ void add_changing_options(CLI::App& command, ZipRequest& request) {
                     "Compress by this method; a file that would not become smaller\nis stored")
         ->check(one_of(method_names()))
         ->capture_default_str();
+    command
+        .add_option("--encryption", request.encryption,
+                    "With --password-file, encrypt in this way (default: as the archive's\n"
+                    "other members are, or else traditional, which can be broken)")
+        ->check(one_of(encryption_names()));
     command.add_flag("--bare-names", request.bare_names, "Store names without directories");
 }
 

@@ -137,6 +137,8 @@ void ArchiveWindowView::build_menus() {
     add(edit, w_.adtozip, QKeySequence(Qt::Key_Insert));
     add(edit, w_.remzip, QKeySequence::Delete);
     add(edit, w_.savzipch, QKeySequence::Save);
+    edit->addSeparator();
+    add(edit, w_.lock);
     QMenu* names = bind(w_.nam, bar->addMenu(QString()));
     w_.names_in.for_each([&](int i, controls::MenuItem& item) {
         add(names, item);
@@ -192,7 +194,7 @@ QWidget* ArchiveWindowView::make_toolbar() {
     auto* layout = new QHBoxLayout(bar);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(make_tool(1, "&Open"));
-    layout->addWidget(make_tool(ArchiveTool::extract, "Ex&tract...", extract_));
+    layout->addWidget(make_tool(ArchiveTool::extract, "Extr&act...", extract_));
     layout->addWidget(make_tool(ArchiveTool::test, "&Test", test_));
     layout->addWidget(make_tool(2, "&Move all..."));
     layout->addWidget(make_tool(3, "&Repack"));

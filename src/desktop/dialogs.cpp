@@ -9,6 +9,7 @@
 #include <QDialogButtonBox>
 #include <QFile>
 #include <QFileDialog>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -52,6 +53,21 @@ void fill(QMessageBox& box, const std::string& text, const std::string& title, Q
     const int least = box.fontMetrics().averageCharWidth() * least_characters;
     auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
     if (label != nullptr && text_width(box, words) < least) label->setMinimumWidth(least);
+}
+
+/// Hides what is typed into `line`. Returns a button that shows it.
+QPushButton* hide_typing(QLineEdit* line) {
+    line->setEchoMode(QLineEdit::Password);
+    auto* button = new QPushButton(QStringLiteral("&Show"));
+    button->setCheckable(true);
+    button->setAutoDefault(false);
+    button->setAccessibleName(QStringLiteral("Show the password"));
+    QObject::connect(button, &QPushButton::toggled, line, [line, button](bool shown) {
+        line->setEchoMode(shown ? QLineEdit::Normal : QLineEdit::Password);
+        button->setText(shown ? QStringLiteral("&Hide") : QStringLiteral("&Show"));
+        line->setFocus();
+    });
+    return button;
 }
 
 QString as_qt_filter(const std::string& patterns) {
@@ -129,12 +145,16 @@ std::string BoxDialogs::input(const platform::Prompt& prompt) {
     const QString offered = shown_name(prompt.default_answer);
     auto* line = new QLineEdit(offered);
     line->setAccessibleName(words);
-    if (prompt.secret) line->setEchoMode(QLineEdit::Password);
     line->selectAll();
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     QObject::connect(buttons, &QDialogButtonBox::accepted, &box, &QDialog::accept);
     QObject::connect(buttons, &QDialogButtonBox::rejected, &box, &QDialog::reject);
-    for (QWidget* part : std::initializer_list<QWidget*>{label, line, buttons}) layout->addWidget(part);
+    layout->addWidget(label);
+    auto* entry = new QHBoxLayout;
+    entry->addWidget(line);
+    if (prompt.secret) entry->addWidget(hide_typing(line));
+    layout->addLayout(entry);
+    layout->addWidget(buttons);
     layout->setSpacing(box.fontMetrics().height() / 2);
     line->setFocus();
     if (run(box) != QDialog::Accepted) return {};

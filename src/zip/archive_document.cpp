@@ -5,6 +5,7 @@
 #include "files/path.h"
 #include "text/count.h"
 #include "text/printable.h"
+#include "zip/archive_encryption.h"
 #include "zip/archive_loading.h"
 #include "zip/archive_rows.h"
 #include "zip/archive_run.h"
@@ -144,6 +145,7 @@ void take_archive(arcview& w) {
     const std::vector<std::size_t> changed = w.archives.copies().changed();
     w.changed_rows = {changed.begin(), changed.end()};
     w.tested.clear();
+    w.lock.enabled = !has_encrypted_members(w);
     w.nam.enabled = w.listed && w.listed->archive.has_names_without_sign();
     w.extract.enabled = w.exs.enabled = w.test.enabled = w.List1.count() != 0;
     ++w.shown_revision;

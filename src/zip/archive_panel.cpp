@@ -17,7 +17,7 @@ constexpr unsigned usual_mode = 0777;  // less the umask
 void show_panel(arcview& w, bool extracts, const std::string& directory) {
     w.panel_extracts = extracts;
     w.panel_title.text = extracts ? "Extract to" : "Move all files to";
-    w.Command2.caption = extracts ? "Extract the files to this folder" : "Move the files to this directory folder";
+    w.Command2.caption = extracts ? "Extract the files &into this folder" : "Move the files to this directory folder";
     for (controls::Control* part :
          std::initializer_list<controls::Control*>{&w.take_all, &w.take_selected, &w.own_folder, &w.opens_folder}) {
         part->visible = extracts;

@@ -4,6 +4,7 @@
 #include "shell/main_workflow.h"
 #include "zip/archive_actions.h"
 #include "zip/archive_document.h"
+#include "zip/archive_encryption.h"
 #include "zip/archive_leaving.h"
 #include "zip/archive_loading.h"
 #include "zip/archive_names.h"
@@ -46,6 +47,7 @@ void set_captions(arcview& w) {
     w.adtozip.caption = "&Add files to ZIP file";
     w.remzip.caption = "&Remove selected file from ZIP";
     w.savzipch.caption = "&Save changes in selected file into ZIP file";
+    w.lock.caption = "&Password for added files...";
     w.nam.caption = "&Names";
     w.names_in.for_each([](int i, controls::MenuItem& item) { item.caption = caption_of_names(i); });
     w.names_in(0).checked = true;
@@ -118,6 +120,7 @@ void wire_menus(arcview& w) {
     w.adtozip.click = w.ads.click = [&w] { zippadd(w); };
     w.remzip.click = w.rrm.click = [&w] { RemoveMember(w); };
     w.savzipch.click = [&w] { SaveChangedFile(w); };
+    w.lock.click = [&w] { choose_encryption(w); };
     w.names_in.for_each([&](int i, controls::MenuItem& item) { item.click = [&w, i] { choose_names(w, i); }; });
     w.help.click = [&w] { shell::open_user_guide(w.context); };
     w.abt.click = [&w] { shell::show_about_box(w.context); };

@@ -100,6 +100,7 @@ struct arcview : controls::Window {
     controls::MenuItem adtozip;                                                   // add files
     controls::MenuItem remzip;                                                    // remove the selected members
     controls::MenuItem savzipch;                                                  // save changed files into the archive
+    controls::MenuItem lock;      // password for added files
     controls::MenuItem nam;                                                       // menu Names
     controls::ControlArray<controls::MenuItem> names_in{0, 1, 2, 3, 4, 5, 6, 7};  // automatic, and the character sets
     controls::MenuItem hlp;                                                       // menu Help
@@ -204,6 +205,7 @@ void visit_controls(arcview& w, F&& f) {
     f("adtozip", "Add files", w.adtozip);
     f("remzip", "Remove the selected members", w.remzip);
     f("savzipch", "Save changes into the archive", w.savzipch);
+    f("lock", "Password for added files", w.lock);
     f("nam", "Names menu", w.nam);
     w.names_in.for_each([&](int i, controls::MenuItem& item) {
         f(controls::member_name("names_in", i), "Character set of the names", item);

@@ -94,6 +94,27 @@ TEST(AesCipher, CountsOverManyBlocks) {
     EXPECT_TRUE(decrypted.authentic);
 }
 
+TEST(AesEncryptor, IsReadByTheCipher) {
+    for (std::uint8_t strength = 1; strength <= 3; ++strength) {
+        const AesField field{2, strength, 0};
+        std::string heads[2];
+        for (std::string& head : heads) {
+            const auto encryptor = make_aes_encryptor(strength, "sesame");
+            head = encryptor->head(0);
+            std::string text(10'007, 'x');
+            for (std::size_t at = 0; at < text.size(); at += 1000) {
+                encryptor->encrypt(std::span(text).subspan(at, std::min<std::size_t>(1000, text.size() - at)));
+            }
+            const auto cipher = make_aes_cipher(field, "sesame", head, encryptor->tail());
+            ASSERT_NE(cipher, nullptr);
+            const Decrypted decrypted = decrypt(*cipher, text, 999);
+            EXPECT_EQ(decrypted.text, std::string(10'007, 'x'));
+            EXPECT_TRUE(decrypted.authentic);
+        }
+        EXPECT_NE(heads[0], heads[1]);  // another salt for each member
+    }
+}
+
 TEST(AesField, OfAnUnknownStrengthHasNoHead) {
     std::vector<std::size_t> sizes;
     for (std::uint8_t strength = 0; strength < 5; ++strength) sizes.push_back(AesField{2, strength, 0}.head_size());

@@ -110,6 +110,21 @@ class Interop(unittest.TestCase):
         run("unzip", "-q", "-P", "open sesame", "a.zip")
         self.check_extracted("in")
 
+    def test_our_aes_is_read_by_7z_and_kept_by_later_additions(self):
+        for kind, name in (("aes128", "AES-128"), ("aes192", "AES-192"), ("aes256", "AES-256"), ("traditional", "ZipCrypto")):
+            with self.subTest(kind=kind):
+                run("rm", "-f", "a.zip")
+                run(QUILL, "zip", "add", "--password-file", "password", "--encryption", kind, "a.zip", "in")
+                with open("later.txt", "w") as file:
+                    file.write("added later")
+                run(QUILL, "zip", "add", "--password-file", "password", "a.zip", "later.txt")
+                run("7z", "t", "-popen sesame", "a.zip")
+                run("7z", "t", "-pwrong", "a.zip", status=2)
+                methods = [line for line in run("7z", "l", "-slt", "a.zip").splitlines() if line.startswith("Method = ")]
+                files = len(self.files) + 1
+                self.assertEqual(len([line for line in methods if name in line]), files, methods)
+                run(QUILL, "zip", "test", "--password-file", "password", "a.zip")
+
     def test_a_changed_archive_is_read_by_all(self):
         run("sh", "-c", "cd in && zip -qr -z ../a.zip . < text.txt")
         os.chdir("in")

@@ -4,6 +4,7 @@
 #include "archive/container/archive_layout.h"
 #include "archive/container/format.h"
 #include "archive/container/member_reader.h"
+#include "checksum/checksum.h"
 #include "files/directory.h"
 #include "files/path.h"
 #include "files/unfinished.h"
@@ -200,6 +201,14 @@ std::vector<std::size_t> ArchiveChange::find(std::string_view name) const {
     return found;
 }
 
+std::optional<archive::Encryption> ArchiveChange::usual_encryption() const {
+    const std::vector<Member>& members = old_members();
+    for (auto member = members.rbegin(); member != members.rend(); ++member) {
+        if (const std::optional<archive::Encryption> encryption = member->encryption()) return encryption;
+    }
+    return std::nullopt;
+}
+
 const std::vector<Member>& ArchiveChange::old_members() const {
     static const std::vector<Member> none;
     return state_->old ? state_->old->members() : none;
@@ -305,11 +314,16 @@ Status ArchiveChange::State::check_kept(const Archive& made, std::size_t row) co
 
 Status ArchiveChange::State::check_added(const Archive& made, std::size_t row) const {
     const Member& member = made.members()[row];
-    if (member.name != rows[row].added->name || member.crc != rows[row].added->crc) return not_as_written();
+    const PackedMember& added = *rows[row].added;
+    if (member.name != added.name || member.crc != added.stated_crc()) return not_as_written();
     if (member.is_directory()) return Done{};
     MemberReader reader(made, rows[row].password);
-    const Content content = reader.read(member, [&](std::string_view bytes) { return keeper.count(bytes.size()); });
-    if (content.verdict == Verdict::verified) return Done{};
+    std::uint32_t crc = 0;
+    const Content content = reader.read(member, [&](std::string_view bytes) {
+        crc = quill::crc32(crc, bytes);
+        return keeper.count(bytes.size());
+    });
+    if (content.verdict == Verdict::verified && crc == added.crc) return Done{};
     return keeper.goes_on() ? not_as_written() : stopped();
 }
 

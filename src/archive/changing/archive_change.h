@@ -57,6 +57,8 @@ class ArchiveChange {
     /// Drops members of the old archive, by their numbers. Fails with `bad_argument`, and drops none, where it does not
     /// have one of them (any more).
     Status remove(const std::vector<std::size_t>& members);
+    /// How the last member of the old archive is encrypted that is encrypted at all; nullopt where none is.
+    std::optional<archive::Encryption> usual_encryption() const;
     /// The members of the old archive.
     const std::vector<Member>& old_members() const;
     /// The numbers of those that stay and are called `name`.

@@ -1,6 +1,5 @@
 #include "archive/changing/packing.h"
 
-#include "archive/ciphers/traditional_cipher.h"
 #include "archive/container/format.h"
 #include "archive/container/member_time.h"
 #include "archive/methods/compressors.h"
@@ -27,6 +26,7 @@ constexpr std::uint64_t needs_zip64 = 0xFFFFFFFF;
 constexpr std::uint16_t made_by_unix = 3U << 8U | 30U;
 constexpr std::uint16_t version_plain = 20;
 constexpr std::uint16_t version_zip64 = 45;
+constexpr std::uint16_t version_aes = 51;
 constexpr std::uint32_t regular_file = 0100000;
 constexpr std::uint32_t directory_file = 0040000;
 constexpr std::uint32_t link_file = 0120000;
@@ -38,23 +38,21 @@ Error stopped() {
 /// Encrypts on the way, where there is a password, and puts everything into the staging place.
 class Stager {
   public:
-    Stager(Staging& staging, const std::string& password, WatchKeeper& keeper) : staging_(staging), keeper_(keeper) {
-        if (!password.empty()) cipher_.emplace(password);
+    Stager(Staging& staging, const PackOptions& options, WatchKeeper& keeper) : staging_(staging), keeper_(keeper) {
+        if (!options.password.empty()) encryptor_ = archive::make_encryptor(options.encryption, options.password);
     }
 
-    Status begin(std::uint32_t crc) {
-        if (!cipher_) return Done{};
-        return staging_.append(cipher_->make_header(static_cast<std::uint8_t>(crc >> 24U)));
-    }
+    Status begin(std::uint32_t crc) { return encryptor_ ? staging_.append(encryptor_->head(crc)) : Status(Done{}); }
+    Status end() { return encryptor_ ? staging_.append(encryptor_->tail()) : Status(Done{}); }
 
     Status put(std::string_view bytes) {
         Status status = Done{};
         const bool all = in_pieces(bytes, keeper_, [&](std::string_view part) {
-            if (!cipher_) {
+            if (!encryptor_) {
                 status = staging_.append(part);
             } else {
                 std::string encrypted(part);
-                cipher_->encrypt(encrypted);
+                encryptor_->encrypt(encrypted);
                 status = staging_.append(encrypted);
             }
             return status.ok();
@@ -67,7 +65,7 @@ class Stager {
   private:
     Staging& staging_;
     WatchKeeper& keeper_;
-    std::optional<archive::TraditionalCipher> cipher_;
+    std::unique_ptr<archive::Encryptor> encryptor_;
 };
 
 struct FreeCompressor {
@@ -115,11 +113,10 @@ Result<std::string> compress_whole(std::string_view bytes, const PackOptions& op
     return out.size() < bytes.size() ? std::move(out) : std::string();
 }
 
-Status pack_bytes(std::string_view bytes, const PackOptions& options, Stager& stager, PackedMember& member) {
+Status pack_content(std::string_view bytes, const PackOptions& options, Stager& stager, PackedMember& member) {
     constexpr std::size_t sample = 1U << 20U;
     member.uncompressed_size = bytes.size();
     member.method = method_stored;
-    if (Status begun = stager.begin(member.crc); !begun) return begun;
     if (options.method == method_stored) return stager.put(bytes);
     // Whether a large file gets smaller is judged by its beginning.
     const bool large = bytes.size() > largest_in_one;
@@ -133,16 +130,23 @@ Status pack_bytes(std::string_view bytes, const PackOptions& options, Stager& st
     return compress(bytes, *compressor, stager, [&](std::string_view part) { return stager.put(part); });
 }
 
+Status pack_bytes(std::string_view bytes, const PackOptions& options, Stager& stager, PackedMember& member) {
+    Status status = stager.begin(member.crc);
+    if (status) status = pack_content(bytes, options, stager, member);
+    return status ? stager.end() : status;
+}
+
 /// The fields that both headers share, from `version needed` to the uncompressed size.
 std::string shared_fields(const PackedMember& member, bool wide_sizes, bool zip64) {
     std::string out;
     const archive::CompressionMethod* const method = archive::find_compression(member.method);
+    const bool is_aes = member.aes_strength != 0;
     const std::uint16_t of_method = method == nullptr ? version_plain : method->version;
-    put16(out, std::max(of_method, zip64 ? version_zip64 : version_plain));
+    put16(out, std::max({of_method, zip64 ? version_zip64 : version_plain, is_aes ? version_aes : version_plain}));
     put16(out, member.flags);
-    put16(out, member.method);
+    put16(out, is_aes ? method_aes : member.method);
     put32(out, to_dos_time(member.modified));
-    put32(out, member.crc);
+    put32(out, member.stated_crc());
     put32(out, wide_sizes ? needs_zip64 : member.compressed_size);
     put32(out, wide_sizes ? needs_zip64 : member.uncompressed_size);
     return out;
@@ -164,6 +168,20 @@ std::string timestamp_extra(std::time_t modified) {
     return out;
 }
 
+/// The field that says how a member is encrypted with AES.
+std::string aes_extra(const PackedMember& member) {
+    constexpr std::uint16_t without_crc = 2;
+    std::string out;
+    if (member.aes_strength == 0) return out;
+    put16(out, extra_aes);
+    put16(out, 7);
+    put16(out, without_crc);
+    out += "AE";
+    out.push_back(static_cast<char>(member.aes_strength));
+    put16(out, member.method);
+    return out;
+}
+
 std::uint16_t name_flags(const std::string& name) {
     const bool ascii =
         std::all_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
@@ -179,7 +197,10 @@ Result<PackedMember> begin_member(const std::string& name, const struct stat& st
         return Error{ErrorCode::bad_argument, 0, "a member needs a name of at most 65535 bytes"};
     }
     member.flags = name_flags(member.name);
-    if (!options.password.empty()) member.flags |= encrypted_flag;
+    if (!options.password.empty()) {
+        member.flags |= encrypted_flag;
+        member.aes_strength = archive::aes_strength(options.encryption);
+    }
     member.modified = status.st_mtime;
     member.staged_at = staging.size();
     return member;
@@ -216,7 +237,7 @@ std::string PackedMember::local_header() const {
         put64(extra, uncompressed_size);
         put64(extra, compressed_size);
     }
-    extra += timestamp_extra(modified);
+    extra += timestamp_extra(modified) + aes_extra(*this);
     std::string out;
     put32(out, local_signature);
     out += shared_fields(*this, wide, wide);
@@ -235,7 +256,7 @@ std::string PackedMember::central_header(std::uint64_t local_offset) const {
         if (wide) put64(extra, compressed_size);
         if (far) put64(extra, local_offset);
     }
-    extra += timestamp_extra(modified);
+    extra += timestamp_extra(modified) + aes_extra(*this);
     std::string out;
     put32(out, central_signature);
     put16(out, made_by_unix);
@@ -267,7 +288,7 @@ Result<PackedMember> pack_file(const std::string& path, const std::string& name,
         return true;
     });
     if (!all || !keeper.goes_on()) return stopped();
-    Stager stager(staging, options.password, keeper);
+    Stager stager(staging, options, keeper);
     if (Status packed = pack_bytes(file->bytes(), options, stager, *member); !packed) return packed.error();
     member->compressed_size = staging.size() - member->staged_at;
     if (file->cut_short()) return Error{ErrorCode::io, 0, "the file was cut while it was read"};
@@ -286,7 +307,7 @@ Result<PackedMember> pack_link(const std::string& path, const std::string& name,
     member->mode = link_file | 0777U;
     member->crc = quill::crc32(0, target);
     WatchKeeper unwatched({});
-    Stager stager(staging, options.password, unwatched);
+    Stager stager(staging, options, unwatched);
     if (Status packed = pack_bytes(target, options, stager, *member); !packed) return packed.error();
     member->compressed_size = staging.size() - member->staged_at;
     return member;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "archive/ciphers/encryption.h"
 #include "archive/container/format.h"
 #include "archive/progress.h"
 #include "files/atomic_file.h"
@@ -50,8 +51,9 @@ class Staging {
 
 struct PackOptions {
     int level = 5;         ///< of libdeflate; of the method's library for files over 16 MiB and for other methods
-    std::string password;  ///< empty for none; else traditional encryption
-    std::uint16_t method = method_deflated;  ///< one of `archive::compression_methods`
+    std::string password;  ///< empty for none
+    archive::Encryption encryption = archive::Encryption::traditional;  ///< where there is a password
+    std::uint16_t method = method_deflated;                             ///< one of `archive::compression_methods`
 };
 
 /// A member that is ready to be written: its headers' fields, and where its bytes wait.
@@ -61,11 +63,14 @@ struct PackedMember {
     std::uint16_t method = 0;
     std::uint32_t mode = 0;  ///< file type and permission bits
     std::uint32_t crc = 0;
+    std::uint8_t aes_strength = 0;  ///< 0 where it is not encrypted with AES
     std::time_t modified = 0;
     std::uint64_t compressed_size = 0;
     std::uint64_t uncompressed_size = 0;
     std::uint64_t staged_at = 0;
 
+    /// The CRC that its headers state: none for AES, which has a code of its own (AE-2).
+    std::uint32_t stated_crc() const { return aes_strength == 0 ? crc : 0; }
     /// Gives it another name, in UTF-8.
     void rename(std::string_view new_name);
     /// The headers' bytes (APPNOTE 4.3.7, 4.3.12), with ZIP64 fields where a number needs them.

@@ -6,6 +6,7 @@
 #include <nettle/hmac.h>
 #include <nettle/memops.h>
 #include <nettle/pbkdf2.h>
+#include <random>
 #include <string>
 #include <variant>
 #include <vector>
@@ -18,12 +19,12 @@ constexpr std::size_t check_size = 2;
 constexpr unsigned rounds = 1000;
 constexpr std::size_t blocks_at_once = 256;
 
-std::size_t key_size(const AesField& field) {
-    return 8 + 8U * field.strength;
+std::size_t key_size(std::uint8_t strength) {
+    return 8 + 8U * strength;
 }
 
-std::size_t salt_size(const AesField& field) {
-    return key_size(field) / 2;
+std::size_t salt_size(std::uint8_t strength) {
+    return key_size(strength) / 2;
 }
 
 const std::uint8_t* unsigned_bytes(std::string_view bytes) {
@@ -92,12 +93,32 @@ class KeyStream {
     std::size_t at_ = stream_.size();
 };
 
+/// What the password and the salt make: the key of AES, the key of the code, and the check of the password.
+class Keys {
+  public:
+    Keys(std::uint8_t strength, std::string_view password, std::string_view salt)
+        : strength_(strength), size_(key_size(strength)), derived_(2 * size_ + check_size) {
+        pbkdf2_hmac_sha1(password.size(), unsigned_bytes(password), rounds, salt.size(), unsigned_bytes(salt),
+                         derived_.size(), derived_.data());
+    }
+
+    BlockCipher aes() const { return {strength_, derived_.data()}; }
+    hmac_sha1_ctx code() const {
+        hmac_sha1_ctx context{};
+        hmac_sha1_set_key(&context, size_, &derived_[size_]);
+        return context;
+    }
+    std::string_view check() const { return {reinterpret_cast<const char*>(&derived_[2 * size_]), check_size}; }
+
+  private:
+    std::uint8_t strength_;
+    std::size_t size_;
+    std::vector<std::uint8_t> derived_;
+};
+
 class AesCipher final : public Cipher {
   public:
-    AesCipher(const BlockCipher& aes, std::span<const std::uint8_t> code_key, std::string_view code)
-        : stream_(aes), code_(code) {
-        hmac_sha1_set_key(&hmac_, code_key.size(), code_key.data());
-    }
+    AesCipher(const Keys& keys, std::string_view code) : stream_(keys.aes()), hmac_(keys.code()), code_(code) {}
 
     void decrypt(std::span<char> bytes) override {
         hmac_sha1_update(&hmac_, bytes.size(), unsigned_bytes({bytes.data(), bytes.size()}));
@@ -112,26 +133,53 @@ class AesCipher final : public Cipher {
 
   private:
     KeyStream stream_;
-    hmac_sha1_ctx hmac_{};
+    hmac_sha1_ctx hmac_;
     std::string code_;
+};
+
+class AesEncryptor final : public Encryptor {
+  public:
+    AesEncryptor(const Keys& keys, std::string_view salt)
+        : stream_(keys.aes()), hmac_(keys.code()), head_(std::string(salt).append(keys.check())) {}
+
+    std::string head(std::uint32_t) override { return head_; }
+
+    void encrypt(std::span<char> bytes) override {
+        stream_.apply(bytes);
+        hmac_sha1_update(&hmac_, bytes.size(), unsigned_bytes({bytes.data(), bytes.size()}));
+    }
+
+    std::string tail() override {
+        std::array<std::uint8_t, aes_code_size> code{};
+        hmac_sha1_digest(&hmac_, code.size(), code.data());
+        return {code.begin(), code.end()};
+    }
+
+  private:
+    KeyStream stream_;
+    hmac_sha1_ctx hmac_;
+    std::string head_;
 };
 
 }  // namespace
 
 std::size_t AesField::head_size() const {
-    return strength == 0 || strength > most_strength ? 0 : salt_size(*this) + check_size;
+    return strength == 0 || strength > most_strength ? 0 : salt_size(strength) + check_size;
 }
 
 std::unique_ptr<Cipher> make_aes_cipher(const AesField& field, std::string_view password, std::string_view head,
                                         std::string_view code) {
-    // The key of AES, the key of the code, and the check of the password.
-    const std::size_t key = key_size(field);
-    std::vector<std::uint8_t> derived(2 * key + check_size);
-    pbkdf2_hmac_sha1(password.size(), unsigned_bytes(password), rounds, salt_size(field), unsigned_bytes(head),
-                     derived.size(), derived.data());
-    if (memeql_sec(&derived[2 * key], head.data() + salt_size(field), check_size) != 1) return nullptr;
-    return std::make_unique<AesCipher>(BlockCipher(field.strength, derived.data()),
-                                       std::span(derived).subspan(key, key), code);
+    const std::size_t salt = salt_size(field.strength);
+    const Keys keys(field.strength, password, head.substr(0, salt));
+    if (memeql_sec(keys.check().data(), head.data() + salt, check_size) != 1) return nullptr;
+    return std::make_unique<AesCipher>(keys, code);
+}
+
+std::unique_ptr<Encryptor> make_aes_encryptor(std::uint8_t strength, std::string_view password) {
+    std::random_device random;
+    std::string salt(salt_size(strength), '\0');
+    for (char& byte : salt) byte = static_cast<char>(random());
+    return std::make_unique<AesEncryptor>(Keys(strength, password, salt), salt);
 }
 
 }  // namespace quill::archive

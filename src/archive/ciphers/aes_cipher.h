@@ -30,4 +30,7 @@ constexpr std::size_t aes_code_size = 10;
 std::unique_ptr<Cipher> make_aes_cipher(const AesField& field, std::string_view password, std::string_view head,
                                         std::string_view code);
 
+/// Makes the encryptor of a member with a fresh random salt. REQUIRES: `strength` is 1, 2 or 3.
+std::unique_ptr<Encryptor> make_aes_encryptor(std::uint8_t strength, std::string_view password);
+
 }  // namespace quill::archive

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 
 namespace quill::archive {
 
@@ -19,6 +21,22 @@ class Cipher {
     /// Returns whether the data's authentication code is right; nullopt for a cipher without one.
     /// REQUIRES: all of the data has been decrypted.
     virtual std::optional<bool> authentic() { return std::nullopt; }
+};
+
+/// Encrypts one member's data.
+class Encryptor {
+  public:
+    Encryptor() = default;
+    Encryptor(const Encryptor&) = delete;
+    Encryptor& operator=(const Encryptor&) = delete;
+    virtual ~Encryptor() = default;
+
+    /// Returns the bytes that come before the encrypted ones. `crc` is that of the plain data.
+    virtual std::string head(std::uint32_t crc) = 0;
+    /// Encrypts `bytes`, the next of the data, in place.
+    virtual void encrypt(std::span<char> bytes) = 0;
+    /// Returns the bytes that follow the encrypted ones. REQUIRES: all of the data has been encrypted.
+    virtual std::string tail() = 0;
 };
 
 }  // namespace quill::archive

@@ -70,6 +70,17 @@ bool Member::is_link() const {
     return made_on_unix() && (external_attributes >> 16U & file_type_mask) == link_type;
 }
 
+std::optional<archive::Encryption> Member::encryption() const {
+    if (!is_encrypted() || (flags & (strong_encryption_flag | masked_header_flag)) != 0) return std::nullopt;
+    if (!is_aes()) return archive::Encryption::traditional;
+    constexpr std::size_t strength_at = 4;
+    const std::string_view field = *extra_field(extra, extra_aes);
+    const auto strength = static_cast<std::uint8_t>(get16(field, strength_at) & 0xFFU);
+    const bool known = strength >= archive::aes_strength(archive::Encryption::aes128) &&
+                       strength <= archive::aes_strength(archive::Encryption::aes256);
+    return known ? std::optional(static_cast<archive::Encryption>(strength)) : std::nullopt;
+}
+
 std::uint16_t Member::content_method() const {
     return is_aes() ? get16(*extra_field(extra, extra_aes), aes_method_at) : method;
 }

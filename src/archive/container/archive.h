@@ -1,5 +1,6 @@
 #pragma once
 
+#include "archive/ciphers/encryption.h"
 #include "files/mapped_file.h"
 #include "report/problem.h"
 #include "text/result.h"
@@ -48,6 +49,8 @@ struct Member {
     bool is_aes() const;
     bool is_directory() const;
     bool is_link() const;  ///< a symbolic link, whose content is the path that it leads to
+    /// How the content is encrypted; nullopt where it is not, or in a way that nothing can be written in.
+    std::optional<archive::Encryption> encryption() const;
     /// How the content is compressed, behind AES too.
     std::uint16_t content_method() const;
     /// Whether the writer's system was one of the Unix kind, so that the upper attribute bits are a file mode.

@@ -97,6 +97,7 @@ Status ZipLibrary::add_items(ArchiveChange& change, const ZipCommand& command, c
     PackOptions options;
     options.level = command.compressionLevel;
     if (command.usePassword == flag_on) options.password = strings.password;
+    const archive::Encryption encryption = change.usual_encryption().value_or(new_encryption);
     std::vector<PackedMember> packed;
     std::set<std::size_t> replaced;
     for (const ZipItem& item : strings.itemList) {
@@ -104,6 +105,8 @@ Status ZipLibrary::add_items(ArchiveChange& change, const ZipCommand& command, c
             return Error{ErrorCode::bad_argument, 0, "the archive has no such member"};
         }
         const bool keeps_path = command.noDirectoryNames == flag_off;
+        options.encryption = encryption;
+        if (item.number) options.encryption = change.old_members()[*item.number].encryption().value_or(encryption);
         Result<PackedMember> member =
             change.pack(item.name, keeps_path ? member_name_of(item.name) : files::name_of(item.name), options);
         if (!member) return member.error();

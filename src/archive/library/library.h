@@ -75,6 +75,8 @@ class ZipLibrary {
     /// Asked before function 8 writes more than the limits allow; see ExtractOptions.
     std::function<bool(const Expansion&)> confirm_large;
     Limits limits;
+    /// How members with a password are encrypted in an archive that has none yet.
+    archive::Encryption new_encryption = archive::Encryption::traditional;
 
   private:
     std::int16_t add(const ZipCommand& command, const ZipStrings& strings);
