@@ -86,8 +86,8 @@ RowCondition condition_of(const MemberResult& result) {
         case Verdict::whole:
             return RowCondition::whole;
         case Verdict::damaged:
-            return RowCondition::damaged;
         case Verdict::incomplete:
+            return RowCondition::damaged;
         case Verdict::refused:
             break;
     }

@@ -115,7 +115,7 @@ TEST(BookCheck, ReportsPagesThatCantBeReadWhole) {
     ASSERT_TRUE(archive);
     const BookCheck check = check_book(*archive, {});
     ASSERT_EQ(check.doubtful.size(), 1U);
-    EXPECT_EQ(check.doubtful[0].content.fate, zip::Fate::damaged);
+    EXPECT_EQ(check.doubtful[0].content.verdict, report::Verdict::damaged);
     EXPECT_TRUE(check.broken.empty());
 }
 

@@ -38,7 +38,7 @@ class Checker {
         const PageReferences page =
             kind == FileKind::style ? PageReferences{{}, references_of_style(text)} : references_of_page(text);
         check_links(paths_[number], page, text);
-        const bool is_whole = content.fate == zip::Fate::verified || content.fate == zip::Fate::whole;
+        const bool is_whole = content.verdict == report::Verdict::verified || content.verdict == report::Verdict::whole;
         if (!is_whole) check.doubtful.push_back({paths_[number], std::move(content)});
     }
 
