@@ -1,5 +1,6 @@
 #include "cli/commands.h"
 
+#include "cli/album_command.h"
 #include "cli/book_command.h"
 #include "cli/report.h"
 #include "cli/usage.h"
@@ -59,6 +60,7 @@ ExitStatus run(std::span<const std::string> arguments, const Console& console) {
     add_merge_command(app, work);
     add_zip_command(app, work);
     add_book_command(app, work);
+    add_album_command(app, work);
     try {
         app.parse(for_parser(arguments));
     } catch (const CLI::ParseError& error) {

@@ -17,6 +17,12 @@ std::string json_of(const codec::Problem& problem, const NameOfInput& input_of) 
 
 }  // namespace
 
+std::string json_of(const report::Problem& problem) {
+    return json_object({{"kind", json_string(word_of(problem))},
+                        {"at", std::to_string(problem.at_input)},
+                        {"text", json_string(text_of(problem))}});
+}
+
 Error output_exists() {
     return {ErrorCode::exists, 0, "exists already; use --force to replace it"};
 }

@@ -24,6 +24,9 @@ Error output_is_input();
 /// One result as a line without its end: name, size, verdict, format, with tabs between, and `already there`.
 std::string line_of(const codec::Recovered& file);
 
+/// A problem of an archive or an album as a JSON object: kind, at, text.
+std::string json_of(const report::Problem& problem);
+
 /// Returns the name of the input that a problem is in; empty where there is only one, or it is not known.
 using NameOfInput = std::function<std::string(const codec::Problem&)>;
 

@@ -16,12 +16,6 @@ std::string method_of(const zip::Member& member) {
     return method;
 }
 
-std::string json_of(const zip::Problem& problem) {
-    return json_object({{"kind", json_string(word_of(problem))},
-                        {"at", std::to_string(problem.at_input)},
-                        {"text", json_string(text_of(problem))}});
-}
-
 std::string line_of(const zip::Member& member) {
     return printable(member.name) + "\t" + std::to_string(member.uncompressed_size) + "\t" +
            std::to_string(member.compressed_size) + "\t" + method_of(member) + "\t" +
@@ -46,7 +40,7 @@ std::string line_of(const zip::Member& member, const zip::MemberResult& result, 
 }
 
 std::string json_of(const zip::Member& member, const zip::MemberResult& result, const std::string& path) {
-    const auto problem = [](const zip::Problem& item) { return json_of(item); };
+    const auto problem = [](const zip::Problem& item) { return cli::json_of(item); };
     return json_object({{"name", json_string(member.name)},
                         {"path", json_or_null(path)},
                         {"size", std::to_string(result.size)},

@@ -5,7 +5,10 @@
 #include "files/unfinished.h"
 #include "text/result.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -63,6 +66,12 @@ class AtomicFile {
     /// appends after the furthest byte written. A pipe takes bytes in order only.
     bool write_at(std::uint64_t offset, std::string_view bytes);
 
+    /// Appends `size` bytes of `source` from `offset` on, within the system where it can. Returns how many the source
+    /// had. `watch` is called with the bytes copied so far, at least every 16 MiB; the copy fails with `cancelled` when
+    /// it returns false. Other failures are remembered as those of `write` are.
+    Result<std::uint64_t> copy(const MappedFile& source, std::uint64_t offset, std::uint64_t size,
+                               const std::function<bool(std::uint64_t done)>& watch);
+
     /// Bytes from the beginning to the furthest one written.
     std::uint64_t size() const { return size_; }
 
@@ -93,6 +102,7 @@ class AtomicFile {
     Result<std::string> take_name(OnCollision on_collision, LastNumbers* last_numbers);
     Result<std::string> take_free_name(unsigned first, unsigned most);
     Result<std::string> choose_name(LastNumbers* last_numbers);
+    std::optional<std::size_t> copy_within_system(const MappedFile& source, std::uint64_t offset, std::size_t size);
     bool settle(bool flushed);
     bool fail(int number);
 

@@ -27,6 +27,9 @@ class MappedFile {
     /// through a large file that is cheaper than touching page after page. Returns how many bytes the file had.
     std::size_t read(std::uint64_t offset, char* out, std::size_t size) const;
 
+    /// The open file, for system calls that copy from one to another.
+    int descriptor() const { return fd_.get(); }
+
     /// Whether the file has lost bytes since it was opened, so that what was read from here is not to be trusted.
     bool cut_short() const;
 

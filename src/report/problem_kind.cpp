@@ -142,6 +142,18 @@ constexpr std::array kinds = {
     KindTraits{unsupported, "unsupported", lost, programs, none, "it is stored in a way that cannot be read"},
     KindTraits{wrong_count, "wrong-count", repaired, programs, none, "the directory states another number of entries"},
     KindTraits{wrong_size, "wrong-size", damaged, programs, none, "it has another size than it states"},
+
+    KindTraits{bad_record, "bad-record", damaged, programs, none, "its record in the album can't be read"},
+    KindTraits{beyond_old_readers, "beyond-old-readers", repaired, people, none,
+        "older programs read no more than 9,999 pictures and 2 GiB of an album"},
+    KindTraits{cut_picture, "cut-picture", lost, programs, none, "bytes of it are missing"},
+    KindTraits{doubtful_place, "doubtful-place", damaged, programs, none,
+        "where it begins and ends in the album is in doubt"},
+    KindTraits{missing_picture, "missing-picture", lost, programs, none, "all of its bytes are missing"},
+    KindTraits{missing_records, "missing-records", lost, programs, none,
+        "the end of the album is missing, and with it the records of pictures"},
+    KindTraits{sizes_disagree, "sizes-disagree", damaged, programs, none,
+        "the sizes of the pictures do not come to the size of the album"},
 };
 // clang-format on
 

@@ -112,6 +112,14 @@ enum class ProblemKind : std::uint8_t {
     unsupported,
     wrong_count,
     wrong_size,
+    // Of picture albums and their pictures.
+    bad_record,
+    beyond_old_readers,
+    cut_picture,
+    doubtful_place,
+    missing_picture,
+    missing_records,
+    sizes_disagree,
 };
 
 /// All that is fixed about a kind of problem.
