@@ -33,6 +33,12 @@ ArchiveTable::ArchiveTable(zip::arcview& window)
     QObject::connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { report_scrolling(); });
 }
 
+void ArchiveTable::make_narrow(bool narrow) {
+    for (const int column : {ArchiveModel::packed_column, ArchiveModel::method_column, ArchiveModel::date_column}) {
+        setColumnHidden(column, narrow);
+    }
+}
+
 void ArchiveTable::report_scrolling() {
     const QModelIndex top = indexAt(QPoint(0, 0));
     if (scrolled && top.isValid() && model_.in_archive_order()) scrolled(model_.member_at(top.row()));

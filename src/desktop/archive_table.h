@@ -16,6 +16,9 @@ class ArchiveTable final : public RowTable {
     explicit ArchiveTable(zip::arcview& window);
 
     void keyboardSearch(const QString& search) override;
+    /// Shows only the columns that matter most, where a panel has taken a part of the room.
+    void make_narrow(bool narrow);
+
     /// The next letter begins another name.
     void forget_typing() { typed_.clear(); }
 

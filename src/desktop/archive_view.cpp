@@ -21,6 +21,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QShortcut>
 #include <QToolButton>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -53,6 +54,17 @@ class HoverFilter final : public QObject {
   private:
     std::function<void()> reached_;
 };
+
+QToolButton* tool_button(ArchiveTool tool, const char* caption) {
+    auto* button = new QToolButton;
+    button->setIcon(archive_tool_icon(tool, button->palette().buttonText().color()));
+    button->setText(QString::fromLatin1(caption));
+    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    button->setIconSize(QSize(line_height(), line_height()) * 3 / 2);
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::TabFocus);
+    return button;
+}
 
 }  // namespace
 
@@ -159,16 +171,10 @@ QMenu* ArchiveWindowView::make_row_menu() {
 
 QToolButton* ArchiveWindowView::make_tool(int index, const char* caption) {
     zip::ToolPicture& tool = w_.Image1(index);
-    auto* button = new QToolButton;
+    QToolButton* button = tool_button(static_cast<ArchiveTool>(index), caption);
     adopt(tool, button);
-    button->setIcon(archive_tool_icon(static_cast<ArchiveTool>(index), button->palette().buttonText().color()));
-    button->setText(QString::fromLatin1(caption));
     button->setToolTip(tool_tip(shown(tool.caption)));
     button->setAccessibleName(shown(tool.caption));
-    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    button->setIconSize(QSize(line_height(), line_height()) * 3 / 2);
-    button->setAutoRaise(true);
-    button->setFocusPolicy(Qt::TabFocus);
     QObject::connect(button, &QToolButton::pressed, button, [this, &tool] { hand_in(tool.press); });
     QObject::connect(button, &QToolButton::released, button, [this, &tool] { hand_in(tool.release); });
     QObject::connect(button, &QToolButton::clicked, button, [this, &tool] { hand_in(tool.click); });
@@ -177,15 +183,11 @@ QToolButton* ArchiveWindowView::make_tool(int index, const char* caption) {
 }
 
 /// A button that does what an item of a menu does.
-QToolButton* ArchiveWindowView::make_tool(ArchiveTool tool, const char* caption, QAction* action) {
-    auto* button = new QToolButton;
-    button->setDefaultAction(action);
-    button->setIcon(archive_tool_icon(tool, button->palette().buttonText().color()));
-    button->setText(QString::fromLatin1(caption));
-    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    button->setIconSize(QSize(line_height(), line_height()) * 3 / 2);
-    button->setAutoRaise(true);
-    button->setFocusPolicy(Qt::TabFocus);
+QToolButton* ArchiveWindowView::make_tool(ArchiveTool tool, const char* caption, const controls::MenuItem& item,
+                                          QAction* action) {
+    QToolButton* button = tool_button(tool, caption);
+    QObject::connect(button, &QToolButton::clicked, action, &QAction::trigger);
+    on_sync([button, &item] { button->setEnabled(item.enabled); });
     return button;
 }
 
@@ -194,8 +196,8 @@ QWidget* ArchiveWindowView::make_toolbar() {
     auto* layout = new QHBoxLayout(bar);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(make_tool(1, "&Open"));
-    layout->addWidget(make_tool(ArchiveTool::extract, "Extr&act...", extract_));
-    layout->addWidget(make_tool(ArchiveTool::test, "&Test", test_));
+    layout->addWidget(make_tool(ArchiveTool::extract, "Extr&act...", w_.extract, extract_));
+    layout->addWidget(make_tool(ArchiveTool::test, "&Test", w_.test, test_));
     layout->addWidget(make_tool(2, "&Move all..."));
     layout->addWidget(make_tool(3, "&Repack"));
     layout->addWidget(make_tool(4, "E&xit"));
@@ -276,7 +278,8 @@ QWidget* ArchiveWindowView::make_panel() {
     title->setFont(bold);
     layout->addWidget(bind(w_.panel_title, title));
     layout->addWidget(bind(w_.Drive1, new DriveBox));
-    layout->addWidget(bind(w_.Dir1, new DirectoryList), 1);
+    DirectoryList* directories = bind(w_.Dir1, new DirectoryList);
+    layout->addWidget(directories, 1);
     auto* path = new QLabel;
     path->setWordWrap(true);
     layout->addWidget(bind(w_.Label5, path));
@@ -287,6 +290,15 @@ QWidget* ArchiveWindowView::make_panel() {
     for (controls::Button* button : {&w_.Command2, &w_.Command3, &w_.Command4}) {
         layout->addWidget(bind(*button, push_button()));
     }
+    auto* escape = new QShortcut(Qt::Key_Escape, &frame());
+    QObject::connect(escape, &QShortcut::activated, panel, [this] { hand_in(w_.Command4.click); });
+    on_sync([this, escape, directories, drawn = Drawn<bool>()]() mutable {
+        drawn.update(w_.Picture2.visible, [&](bool now) {
+            escape->setEnabled(now);
+            table_->make_narrow(now);
+            (now ? static_cast<QWidget*>(directories) : table_)->setFocus();
+        });
+    });
     return panel;
 }
 

@@ -43,7 +43,7 @@ class ArchiveWindowView final : public View {
     QMenu* make_row_menu();
     QWidget* make_toolbar();
     QToolButton* make_tool(int index, const char* caption);
-    static QToolButton* make_tool(ArchiveTool tool, const char* caption, QAction* action);
+    QToolButton* make_tool(ArchiveTool tool, const char* caption, const controls::MenuItem& item, QAction* action);
     QWidget* make_list();
     QWidget* make_facts();
     QWidget* make_panel();

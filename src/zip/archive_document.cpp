@@ -126,14 +126,19 @@ void keep_for_undo(arcview& w, const std::string& what) {
 
 }  // namespace
 
+std::string as_caption(std::string_view text) {
+    std::string caption;
+    for (const char c : text) caption.append(c == '&' ? 2 : 1, c);
+    return caption;
+}
+
 void show_title(arcview& w) {
     w.caption = files::name_of(w.ArchivePath);
     if (!w.changed_rows.empty()) w.caption += " - " + text::counted(w.changed_rows.size(), "changed file");
     w.undo.enabled = !w.undo_states.empty();
     w.undo.caption = "&Undo";
     if (w.undo_states.empty()) return;
-    w.undo.caption += ' ';
-    for (const char c : w.undo_states.back().change) w.undo.caption.append(c == '&' ? 2 : 1, c);
+    w.undo.caption += ' ' + as_caption(w.undo_states.back().change);
 }
 
 void take_archive(arcview& w) {

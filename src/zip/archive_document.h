@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// The archive as a document: what was changed in it and around it, and taking changes back.
@@ -34,6 +35,9 @@ void undo_change(arcview& w);
 
 /// Saves the files of `rows` into the archive.
 bool save_rows(arcview& w, const std::vector<std::size_t>& rows);
+
+/// `text` as a part of a caption, in which a single `&` would mark the letter of a key.
+std::string as_caption(std::string_view text);
 
 /// Name of the archive and what is not saved.
 void show_title(arcview& w);

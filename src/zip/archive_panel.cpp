@@ -4,6 +4,8 @@
 #include "files/mounts.h"
 #include "files/path.h"
 #include "text/count.h"
+#include "text/printable.h"
+#include "zip/archive_document.h"
 #include "zip/archive_rows.h"
 
 #include <algorithm>
@@ -12,7 +14,8 @@
 namespace quill::zip {
 namespace {
 
-constexpr unsigned usual_mode = 0777;  // less the umask
+constexpr unsigned usual_mode = 0777;       // less the umask
+constexpr auto name_without_any = "files";  // of a directory for what is in ".zip"
 
 void show_panel(arcview& w, bool extracts, const std::string& directory) {
     w.panel_extracts = extracts;
@@ -60,6 +63,7 @@ void count_selected(arcview& w) {
         w.take_selected.chosen = false;
         w.take_all.chosen = true;
     }
+    w.own_folder.caption = "In a new folder, " + as_caption(text::printable(own_folder_name(w)));
     w.own_folder.checked = has_many_tops(w, rows_to_extract(w));
 }
 
@@ -84,6 +88,12 @@ std::string panel_directory(const arcview& w) {
     std::string directory = files::absolute(w.Dir1.path);
     while (directory.size() > 1 && directory.back() == '/') directory.pop_back();
     return directory;
+}
+
+std::string own_folder_name(const arcview& w) {
+    const std::string archive = files::name_of(w.ArchivePath);
+    const std::string stem = archive.substr(0, files::extension_at(archive));
+    return stem.empty() ? name_without_any : stem;
 }
 
 std::vector<std::size_t> rows_to_extract(const arcview& w) {

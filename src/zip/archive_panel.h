@@ -27,6 +27,9 @@ void make_panel_directory(arcview& w);
 /// The panel's directory as an absolute path without a slash at its end.
 std::string panel_directory(const arcview& w);
 
+/// The name of the new directory that is proposed for extracted files: the archive's without its ending.
+std::string own_folder_name(const arcview& w);
+
 /// The rows that are to be extracted.
 std::vector<std::size_t> rows_to_extract(const arcview& w);
 

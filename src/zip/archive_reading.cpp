@@ -19,7 +19,6 @@ namespace {
 constexpr auto password_again =
     "The password does not seem to be the right one for this ZIP file. Type in another one, or click Cancel to go on "
     "without the members that need it.";
-constexpr auto name_without_any = "files";  // of a directory for what is in ".zip"
 
 using ReadRows = std::function<Status(const std::vector<std::size_t>&, const ExtractOptions&, const TakeResult&)>;
 
@@ -54,10 +53,7 @@ Status read_rows(arcview& w, const std::string& doing, std::vector<std::size_t> 
 /// Makes a directory of the archive's name in `parent`, which goes again where nothing is written into it.
 Result<files::Unfinished> make_own_folder(const arcview& w, const std::string& parent) {
     constexpr unsigned usual_mode = 0777;  // less the umask
-    const std::string archive = files::name_of(w.ArchivePath);
-    const std::string stem = archive.substr(0, files::extension_at(archive));
-    Result<std::string> made =
-        files::make_new_directory(files::join(parent, stem.empty() ? name_without_any : stem), usual_mode);
+    Result<std::string> made = files::make_new_directory(files::join(parent, own_folder_name(w)), usual_mode);
     if (!made) return made.error();
     return files::Unfinished(std::move(*made));
 }

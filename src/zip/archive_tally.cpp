@@ -4,6 +4,7 @@
 #include "text/printable.h"
 
 #include <numeric>
+#include <string_view>
 
 namespace quill::zip {
 namespace {
@@ -33,7 +34,8 @@ void Tally::add(const Archive& archive, const MemberResult& result) {
         ++without_reason_;
         return;
     }
-    reasons_.push_back(text::printable(archive.members().at(result.member).name) + ": " + result.problems.back().text);
+    const std::string_view reason = report::text_of(result.problems.back());
+    reasons_.push_back(text::printable(archive.members().at(result.member).name).append(": ").append(reason));
 }
 
 std::size_t Tally::all() const {

@@ -34,7 +34,6 @@ void set_captions(arcview& w) {
     w.stop.caption = "Stop";
     w.Command3.caption = "Create a new directory in current directory folder";
     w.Command4.caption = "Cancel";
-    w.own_folder.caption = "In a new folder";
     w.opens_folder.caption = "Open the folder afterwards";
     w.fil.caption = "&File";
     w.peo.caption = "&Open";

@@ -100,7 +100,7 @@ struct arcview : controls::Window {
     controls::MenuItem adtozip;                                                   // add files
     controls::MenuItem remzip;                                                    // remove the selected members
     controls::MenuItem savzipch;                                                  // save changed files into the archive
-    controls::MenuItem lock;      // password for added files
+    controls::MenuItem lock;                                                      // password for added files
     controls::MenuItem nam;                                                       // menu Names
     controls::ControlArray<controls::MenuItem> names_in{0, 1, 2, 3, 4, 5, 6, 7};  // automatic, and the character sets
     controls::MenuItem hlp;                                                       // menu Help

@@ -7,9 +7,11 @@
 #include "shell/open_archive.h"
 #include "support/temporary_directory.h"
 
+#include <QAbstractButton>
 #include <QHeaderView>
 #include <QMenu>
 #include <QScrollBar>
+#include <QShortcut>
 
 #include <gmock/gmock.h>
 
@@ -124,6 +126,40 @@ TEST_F(ArchiveWindowTest, SeveralRowsAreRemovedByTheKey) {
     widget<QAction>(w, "undo")->trigger();
     EXPECT_EQ(shown_names().size(), 3U);
     EXPECT_TRUE(failures.empty());
+}
+
+TEST_F(ArchiveWindowTest, ThePanelTakesColumnsAwayAndEscapeClosesIt) {
+    zip::arcview& w = open(three_members());
+    QAction* extract = widget<QAction>(w, "extract");
+    for (const bool by_escape : {true, false}) {
+        extract->trigger();
+        EXPECT_TRUE(widget(w, "Picture2")->isVisible());
+        EXPECT_TRUE(widget(w, "take_all")->isVisible());
+        EXPECT_TRUE(table()->isColumnHidden(ArchiveModel::packed_column));
+        EXPECT_FALSE(table()->isColumnHidden(ArchiveModel::condition_column));
+        if (by_escape) {
+            Q_EMIT frame_of(w).findChild<QShortcut*>()->activated();
+        } else {
+            widget<QAbstractButton>(w, "Command4")->click();
+        }
+        EXPECT_FALSE(widget(w, "Picture2")->isVisible());
+        EXPECT_FALSE(table()->isColumnHidden(ArchiveModel::packed_column));
+    }
+    EXPECT_TRUE(failures.empty());
+}
+
+TEST_F(ArchiveWindowTest, OneCharacterSetIsCheckedHoweverOftenItIsClicked) {
+    zip::arcview& w = open(ArchiveBuilder().add("Gr\x81n", "1").finish());
+    for (const char* set : {"names_in(3)", "names_in(3)", "names_in(1)", "names_in(0)"}) {
+        widget<QAction>(w, set)->trigger();
+        std::vector<std::string> checked;
+        w.names_in.for_each([&](int i, controls::MenuItem&) {
+            const std::string name = controls::member_name("names_in", i);
+            if (widget<QAction>(w, name.c_str())->isChecked()) checked.push_back(name);
+        });
+        EXPECT_THAT(checked, ElementsAre(set));
+    }
+    EXPECT_THAT(shown_names(), ElementsAre("Gr\xC3\xBCn"));
 }
 
 TEST_F(ArchiveWindowTest, DrawsAHundredThousandRowsWithoutAskingForAll) {

@@ -106,7 +106,7 @@ TEST(Extracting, SaysWhatItCouldNotDo) {
     w.own_folder.checked = w.opens_folder.checked = false;
     p.platform.expect_message("1 verified, 1 damaged, 1 not readable");
     w.Command2.click();
-    EXPECT_THAT(p.platform.messages.back(), HasSubstr("odd: "));
+    EXPECT_THAT(p.platform.messages.back(), HasSubstr("odd: its method"));
     EXPECT_EQ(p.dir.read("target/good"), "1");
     EXPECT_FALSE(p.dir.has("target/odd"));
     EXPECT_THAT(p.platform.opened, IsEmpty());
