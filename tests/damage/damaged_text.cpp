@@ -50,7 +50,8 @@ DamagedText damaged_text(std::uint64_t seed) {
     text.container = &chosen(random, containers(), [&](const Container& c) { return fits(c, *text.writing); });
     text.seed = random.next();
     for (std::size_t count = 1 + random.below(3); count > 0; --count) {
-        text.mutations.emplace_back(&random.of(mutations()), random.next());
+        const Mutation& mutation = random.of(mutations());
+        text.mutations.emplace_back(&mutation, random.next());
     }
     std::sort(text.mutations.begin(), text.mutations.end());
     return text;

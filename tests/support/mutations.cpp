@@ -218,7 +218,8 @@ void put_words(Rows& rows, Random& random) {
         "On Tue, 3 Mar 1998 Ann Other wrote:\n",
         "[continued]\n",
         "*** Warning: this message was checked ***\n"};
-    insert(rows, some_row(rows, random), random.of(words));
+    const std::size_t at = some_row(rows, random);
+    insert(rows, at, random.of(words));
 }
 void add_words(Rows& rows, Random& random) {
     constexpr std::array<std::string_view, 5> words = {" ", "  (more)", "ABCD", "X", " <BR>"};
@@ -228,7 +229,8 @@ void strip_row_ends(Rows& rows, Random&) {
     each(rows, strip_blanks);
 }
 void pad_row_ends(Rows& rows, Random& random) {
-    const std::string pad(1 + random.below(3), random.once_in(3) ? '\t' : ' ');
+    const std::size_t width = 1 + random.below(3);
+    const std::string pad(width, random.once_in(3) ? '\t' : ' ');
     each(rows, [&pad](std::string& text) { text += pad; });
 }
 void put_tabs(Rows& rows, Random&) {
