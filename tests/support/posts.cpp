@@ -193,8 +193,9 @@ bool fits(const Container& container, const Writing& writing) {
 }
 
 std::string payload(Random& random, const Writing& writing) {
+    const std::size_t row = random.once_in(2) ? 45 : 57;
     const std::size_t size = random.once_in(4)   ? 1 + random.below(200)
-                             : random.once_in(3) ? (1 + random.below(20)) * (random.once_in(2) ? 45 : 57)
+                             : random.once_in(3) ? (1 + random.below(20)) * row
                                                  : 200 + random.below(3000);
     const std::size_t kind = writing.transfer == Transfer::quoted_printable ? 1 : random.below(4);
     std::string out;
