@@ -124,6 +124,19 @@ void keep_for_undo(arcview& w, const std::string& what) {
     w.undo_states.push_back({std::move(*before), w.archives.copies(), what});
 }
 
+/// Gives the archive the bytes that it had. Fails with `cancelled` where the user stops it, and changes nothing then.
+Status write_again(arcview& w, const ArchiveState& before) {
+    const ArchiveRun run(w, "Taking back the " + before.change);
+    Result<files::AtomicFile> file = files::AtomicFile::create(real_path(w.ArchivePath));
+    if (!file) return file.error();
+    WatchKeeper keeper(w.archives.progress);
+    keeper.expect(before.bytes.bytes().size());
+    const bool all = in_pieces(before.bytes.bytes(), keeper, [&](std::string_view part) { return file->write(part); });
+    if (!all && !keeper.goes_on()) return Error{ErrorCode::cancelled, 0, "stopped"};
+    if (before.bytes.cut_short()) return Error{ErrorCode::io, 0, "its bytes from before are lost"};
+    return file->publish_as_rewrite();
+}
+
 }  // namespace
 
 std::string as_caption(std::string_view text) {
@@ -198,21 +211,17 @@ bool make_change(arcview& w, const std::string& what, const std::function<std::i
 }
 
 void undo_change(arcview& w) {
+    const Unwatched unwatched(w);
     if (w.undo_states.empty() || !archive_is_ours(w)) return;
-    const ArchiveState before = std::move(w.undo_states.back());
-    w.undo_states.pop_back();
-    Result<files::AtomicFile> file = files::AtomicFile::create(real_path(w.ArchivePath));
-    Status written = file ? Status(Done{}) : Status(file.error());
+    const ArchiveState& before = w.undo_states.back();
+    const Status written = write_again(w, before);
+    if (!written && written.error().code == ErrorCode::cancelled) return;
     if (written) {
-        file->write(before.bytes.bytes());
-        written = before.bytes.cut_short() ? Status(Error{ErrorCode::io, 0, "its bytes from before are lost"})
-                                           : file->publish_as_rewrite();
-    }
-    if (!written) {
-        w.context.platform.message("The change could not be taken back: " + written.error().text + ".");
-    } else {
         w.archives.copies().go_back_to(before.copies);
+    } else {
+        w.context.platform.message("The change could not be taken back: " + written.error().text + ".");
     }
+    w.undo_states.pop_back();
     w.archives.ListContents(w.view());
     take_archive(w);
 }

@@ -72,6 +72,26 @@ def a_changed_member_is_saved_and_taken_back(program, screen, folder):
     assert contents(p.archive) == LETTERS | {"first.txt": "by another program\n"}
 
 
+def an_archive_in_an_archive_is_saved_back(program, screen, folder):
+    write_archive(folder / "inner.zip", {"one.txt": "1", "two.txt": "2"})
+    members = {"inner.zip": (folder / "inner.zip").read_bytes(), "letter.txt": "3"}
+    (folder / "inner.zip").unlink()
+    with ArchiveProgram(program, screen, folder, members).opened() as p:
+        wait_for("the unpacked files", (folder / "inner.zip").exists)
+        screen.key("Home", "Return")
+        screen.window("^inner.zip")
+        screen.key("Home", "Delete")
+        screen.window("^Warning: file erasure alert")
+        screen.key("alt+y")
+        wait_for("the removal", lambda: list(contents(folder / "inner.zip")) == ["two.txt"])
+        screen.key("ctrl+r")  # repack and exit
+        screen.window("letters.zip - 1 changed file")
+        screen.key("Home", "ctrl+s")
+        wait_for("the saved archive", lambda: screen.xdotool("search", "--name", "^letters.zip$"))
+        with zipfile.ZipFile(p.archive) as outer, zipfile.ZipFile(outer.open("inner.zip")) as inner:
+            assert inner.namelist() == ["two.txt"]
+
+
 def members_are_extracted_by_the_keyboard(program, screen, folder):
     (folder / "first").mkdir()
     inside = folder / "first"
@@ -191,6 +211,7 @@ def a_kill_during_a_save_leaves_the_old_or_the_new_archive(program, screen, fold
 
 RUNS = (
     (a_changed_member_is_saved_and_taken_back, "a changed member was saved and taken back"),
+    (an_archive_in_an_archive_is_saved_back, "an archive in an archive was changed and saved back"),
     (members_are_extracted_by_the_keyboard, "members were extracted"),
     (rows_are_dragged_to_another_program, "a row was dragged to another program"),
     (wrong_passwords_are_asked_for_again, "a wrong password was asked for again"),

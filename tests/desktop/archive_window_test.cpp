@@ -3,13 +3,18 @@
 #include "archive/archive_builder.h"
 #include "desktop/archive_table.h"
 #include "desktop/archive_view.h"
+#include "desktop/dialogs.h"
 #include "desktop/view_fixture.h"
 #include "shell/open_archive.h"
 #include "support/temporary_directory.h"
 
 #include <QAbstractButton>
+#include <QApplication>
+#include <QDialog>
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QMenu>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QShortcut>
 
@@ -160,6 +165,27 @@ TEST_F(ArchiveWindowTest, OneCharacterSetIsCheckedHoweverOftenItIsClicked) {
         EXPECT_THAT(checked, ElementsAre(set));
     }
     EXPECT_THAT(shown_names(), ElementsAre("Gr\xC3\xBCn"));
+}
+
+TEST_F(ArchiveWindowTest, APasswordIsHiddenUntilItIsToBeShown) {
+    desktop::BoxDialogs boxes(events, views);
+    for (const bool secret : {true, false}) {
+        QTimer::singleShot(0, [secret] {
+            QWidget* box = QApplication::activeModalWidget();
+            auto* line = box->findChild<QLineEdit*>();
+            EXPECT_EQ(line->echoMode() == QLineEdit::Password, secret);
+            for (auto* button : box->findChildren<QPushButton*>()) {
+                if (!button->isCheckable()) continue;
+                for (const auto mode : {QLineEdit::Normal, QLineEdit::Password}) {
+                    button->click();
+                    EXPECT_EQ(line->echoMode(), mode);
+                }
+            }
+            line->setText(QStringLiteral("sesame"));
+            qobject_cast<QDialog*>(box)->accept();
+        });
+        EXPECT_EQ(boxes.input({.text = "Password?", .secret = secret}), "sesame");
+    }
 }
 
 TEST_F(ArchiveWindowTest, DrawsAHundredThousandRowsWithoutAskingForAll) {
