@@ -1,6 +1,7 @@
 #include "decoder/naming_window.h"
 #include "decoder/repair_guide.h"
 #include "desktop/about_view.h"
+#include "desktop/archive_view.h"
 #include "desktop/chooser_view.h"
 #include "desktop/contents_view.h"
 #include "desktop/dialogs.h"
@@ -182,6 +183,7 @@ TEST_F(HostileText, IsShownAsItIsInEveryWindow) {
     views.add<encoder::cmdg, desktop::ChooserView>();
     views.add<viewer::SavPic, desktop::ProgressView>();
     views.add<zip::Form1, desktop::ContentsView>();
+    views.add<zip::arcview, desktop::ArchiveWindowView>();
     program.main_window.Results = {
         {here.path(),
          codec::Outcome{codec::Verdict::damaged, 1, {{.kind = codec::ProblemKind::bad_crc, .text = hostile}}}}};
@@ -192,6 +194,9 @@ TEST_F(HostileText, IsShownAsItIsInEveryWindow) {
     check(encoder::show_chooser(program.context, encoder::ChooserMode::open, here.path()));
     check(viewer::show_progress_panel(program.windows));
     check(program.windows.load<zip::Form1>(program.context));
+    zip::NewZIP archives(program.context);
+    check(program.windows.load<zip::arcview>(program.context, archives));
+    program.windows.unload<zip::arcview>();
 }
 
 TEST_F(HostileText, IsShownAsItIsInEveryBox) {

@@ -69,6 +69,22 @@ TEST(ArchiveDocument, EachKindOfChangeIsTakenBack) {
     }
 }
 
+TEST(ArchiveDocument, TakingAChangeBackCanBeStoppedAndDoneLater) {
+    WindowProgram p(two_members());
+    arcview& w = p.open();
+    add_files(w, {p.dir.write("from/new", "n")});
+    const std::string changed = p.dir.read("a.zip");
+    p.platform.on_repaint = [&](controls::Window&) {
+        if (w.stop.visible) w.stop_wanted = true;
+    };
+    w.undo.click();
+    EXPECT_EQ(p.dir.read("a.zip"), changed);
+    EXPECT_EQ(w.List1.count(), 3U);
+    p.platform.on_repaint = {};
+    w.undo.click();
+    EXPECT_EQ(p.dir.read("a.zip"), two_members());
+}
+
 TEST(ArchiveDocument, ASaveThatIsTakenBackLeavesTheFileChanged) {
     WindowProgram p(two_members());
     arcview& w = p.open();
