@@ -238,6 +238,13 @@ class ControlArray {
         for (auto& [index, control] : members_) f(index, control);
     }
 
+    /// Pointers to all, in order.
+    std::vector<T*> all() {
+        std::vector<T*> pointers;
+        for (auto& [index, control] : members_) pointers.push_back(&control);
+        return pointers;
+    }
+
   private:
     template <class Self>
     static auto& member(Self& self, int index) {

@@ -59,6 +59,13 @@ class Windows {
     /// Destroys what was unloaded since the last call. REQUIRES: no action of those windows is running.
     void collect() { unloaded_.clear(); }
 
+    /// Unloads and destroys all. REQUIRES: none of their actions is running.
+    void close_all() {
+        for (Entry& entry : entries_) unloaded_.push_back(std::move(entry.window));
+        entries_.clear();
+        collect();
+    }
+
     /// Calls f(type, window) for each loaded window, in the order of loading. `f` must not load or unload.
     template <class F>
     void for_each(F&& f) {

@@ -136,14 +136,25 @@ QAction* View::bind(controls::MenuItem& item, QAction* action) {
         caption.update(item.caption, [&](const std::string& now) { set_text(*action, desktop::shown(now)); });
         if (item.checked) action->setCheckable(true);
         if (action->isCheckable()) action->setChecked(item.checked);  // a click has changed it already
-        action->setVisible(item.visible);
+        action->setVisible(item.visible && !item.caption.empty());
         action->setEnabled(item.enabled);
     });
     return action;
 }
 
+QMenu* View::bind(controls::MenuItem& item, QMenu* menu, const std::vector<controls::MenuItem*>& items) {
+    for (controls::MenuItem* each : items) {
+        QAction* action = bind(*each, menu->addAction(QString()));
+        action->setSeparator(each->caption == "-");
+    }
+    return bind(item, menu);
+}
+
 QMenu* View::bind(controls::MenuItem& item, QMenu* menu) {
     adopt(item, menu);
+    QObject::connect(menu, &QMenu::aboutToShow, menu, [this, &item] {
+        if (item.click) hand_in(item.click);
+    });
     on_sync([&item, menu, caption = Drawn<std::string>()]() mutable {
         caption.update(item.caption, [&](const std::string& now) {
             const QString title = desktop::shown(now);

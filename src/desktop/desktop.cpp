@@ -8,13 +8,18 @@
 #include "desktop/guide_window.h"
 #include "desktop/main_window_view.h"
 #include "desktop/naming_view.h"
-#include "desktop/progress_view.h"
 #include "desktop/repair_view.h"
 #include "desktop/text_editor.h"
+#include "desktop/viewer/column_view.h"
+#include "desktop/viewer/frame_view.h"
+#include "desktop/viewer/open_pictures_view.h"
+#include "desktop/viewer/picture_view.h"
+#include "desktop/viewer/pictures_window_view.h"
 #include "encoder/chooser_routes.h"
 #include "shell/command_line.h"
 #include "shell/select_file.h"
 #include "shell/startup.h"
+#include "viewer/connect.h"
 
 namespace quill::desktop {
 
@@ -32,6 +37,8 @@ Desktop::Desktop(EventLoop& events) : events_(events), views_(windows_, events),
 Desktop::~Desktop() {
     events_.after_event = {};
     events_.failed = {};
+    views_.close_all();
+    windows_.close_all();  // before the machine that they use
 }
 
 void Desktop::add_views() {
@@ -40,7 +47,11 @@ void Desktop::add_views() {
     views_.add<decoder::Form3, RepairView>();
     views_.add<decoder::Form4, NamingView>();
     views_.add<encoder::cmdg, ChooserView>();
-    views_.add<viewer::SavPic, ProgressView>();
+    views_.add<viewer::SavPic, PicturesWindowView>();
+    views_.add<viewer::frmMDI, FrameView>(desk_);
+    views_.add<viewer::frmPic, PictureView>(desk_);
+    views_.add<viewer::tittwo, ColumnView>(desk_);
+    views_.add<viewer::frmOpen, OpenPicturesView>(desk_);
     views_.add<zip::Form1, ContentsView>();
     views_.add<zip::arcview, ArchiveWindowView>();
 }
@@ -54,6 +65,7 @@ void Desktop::open_own_windows() {
 void Desktop::provide_routes() {
     decoder::connect_decoder(context_);
     encoder::provide_chooser(context_);
+    viewer::provide_viewer(context_);
     zip::provide_contents(context_, archives_);
     zip::provide_archive_window(context_, archives_);
 }

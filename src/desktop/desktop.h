@@ -3,6 +3,7 @@
 #include "controls/windows.h"
 #include "desktop/event_loop.h"
 #include "desktop/qt_platform.h"
+#include "desktop/viewer/viewer_frame.h"
 #include "desktop/views.h"
 #include "shell/routes.h"
 #include "shell/session.h"
@@ -35,6 +36,7 @@ class Desktop {
     shell::Session session_;
     controls::Windows windows_;
     shell::Routes routes_;
+    ViewerDesk desk_;
     Views views_;
     QtPlatform platform_;
     shell::Context context_{session_, windows_, platform_, routes_};

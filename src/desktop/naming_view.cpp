@@ -81,6 +81,9 @@ QWidget* NamingView::make_favorite_panel() {
     bind(w_.Frame2, panel);
     auto* layout = new QVBoxLayout(panel);
     layout->setContentsMargins(0, 0, 0, 0);
+    QLabel* copied = bind(w_.Label1, text_label());
+    on_sync([this, copied] { copied->setVisible(!w_.Label1.text.empty()); });
+    layout->addWidget(copied);
     layout->addWidget(bind(w_.Drive1, new DriveBox), 0, Qt::AlignLeft);
     layout->addWidget(bind(w_.Dir1, new DirectoryList), 1);
     auto* buttons = new QHBoxLayout;

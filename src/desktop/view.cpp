@@ -87,15 +87,17 @@ void View::sync_frame() {
             frame_->unsetCursor();
         }
     });
-    drawn_visible_.update(window_.visible, [&](bool visible) {
-        if (visible && !placed_) place();
-        frame_->setVisible(visible);
-        if (!visible) return;
-        grow_to_content();
-        frame_->raise();
-        frame_->activateWindow();
-        on_shown();
-    });
+    drawn_visible_.update(window_.visible, [&](bool visible) { show_or_hide(visible); });
+}
+
+void View::show_or_hide(bool visible) {
+    if (visible && !placed_) place();
+    frame_->setVisible(visible);
+    if (!visible) return;
+    grow_to_content();
+    frame_->raise();
+    frame_->activateWindow();
+    on_shown();
 }
 
 QSize View::told_size() const {

@@ -91,7 +91,10 @@ class View {
     QAbstractButton* bind_stop(controls::Button& button, QAbstractButton* widget);
     QCheckBox* bind(controls::CheckBox& box, QCheckBox* widget);
     QAction* bind(controls::MenuItem& item, QAction* action);
+    /// The item's `click` runs when the menu opens.
     QMenu* bind(controls::MenuItem& item, QMenu* menu);
+    /// Binds the menu and adds its items, of which those called "-" are lines.
+    QMenu* bind(controls::MenuItem& item, QMenu* menu, const std::vector<controls::MenuItem*>& items);
     QLineEdit* bind(controls::TextBox& box, QLineEdit* widget);
     QPlainTextEdit* bind(controls::TextBox& box, QPlainTextEdit* widget);
     QWidget* bind(controls::Picture& picture, QWidget* widget);
@@ -125,6 +128,9 @@ class View {
 
     /// What to do when the window has come onto the screen.
     virtual void on_shown() {}
+
+    /// Puts the frame on the screen, or takes it off.
+    virtual void show_or_hide(bool visible);
 
     EventLoop& events() const { return events_; }
 

@@ -28,6 +28,12 @@ void Views::sync_all() {
     }
 }
 
+void Views::close_all() {
+    makers_.clear();
+    retired_.clear();
+    while (!views_.empty()) views_.pop_back();
+}
+
 void Views::make_missing() {
     windows_.for_each([&](std::type_index type, controls::Window& window) {
         const auto maker = makers_.find(type);

@@ -20,13 +20,16 @@ class Views {
     Views(controls::Windows& windows, EventLoop& events);
     ~Views();
 
-    /// Has windows of type W drawn by views of type V.
-    template <class W, class V>
-    void add() {
-        makers_[typeid(W)] = [this](controls::Window& window) -> std::unique_ptr<View> {
-            return std::make_unique<V>(static_cast<W&>(window), events_);
+    /// Has windows of type W drawn by views of type V, which get `shared` too; it must outlive them.
+    template <class W, class V, class... Shared>
+    void add(Shared&... shared) {
+        makers_[typeid(W)] = [this, &shared...](controls::Window& window) -> std::unique_ptr<View> {
+            return std::make_unique<V>(static_cast<W&>(window), events_, shared...);
         };
     }
+
+    /// Destroys all views; their windows are not drawn again.
+    void close_all();
 
     /// Makes the views of new windows, takes those of unloaded ones off the screen, draws what has changed in all.
     void sync_all();

@@ -67,6 +67,10 @@ bool follow_command_line(Context& context) {
         w.Label1.visible = false;
         return false;
     }
+    if (context.routes.show_directory && files::is_directory(start.path)) {
+        context.routes.show_directory(start.path);
+        return true;
+    }
     offer_file(context, start.path);
     if (start.open_at_once) openarchive(context);
     if (start.view_only) show_contents(context);

@@ -12,6 +12,9 @@
 namespace quill::viewer {
 namespace {
 
+// Where a window comes up until its picture is there, in twips: each beside the one before.
+constexpr int first_left = 1815, cascade_step = 360, cascade_steps = 8;
+
 /// The row of the column's list whose picture the window shows.
 std::optional<std::size_t> row_of(const tittwo& column, const std::string& path) {
     if (column.current && picture_of_row(column, *column.current).path == path) return column.current;
@@ -103,6 +106,7 @@ frmPic& new_picture_window(shell::Context& context) {
     auto& w = context.windows.add<frmPic>(context);
     context.session.PicsTable[static_cast<std::size_t>(slot - 1)] = &w;
     w.Tag = std::to_string(slot);
+    w.left = first_left + (slot - 1) % cascade_steps * cascade_step;
     w.visible = false;
     return w;
 }

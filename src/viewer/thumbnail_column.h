@@ -75,6 +75,11 @@ struct tittwo : controls::Window {
     std::vector<std::string> set;        ///< pictures shown instead of those of directories
     bool at_back = false;                ///< it lies below the picture windows
     std::optional<std::size_t> current;  ///< the row that the keyboard is on
+    /// The rows that a view shows, where that is more than the page.
+    struct Sight {
+        std::size_t first = 0, count = 0;
+    };
+    std::optional<Sight> sight;
     Thumbnails thumbnails;
 
     /// What the lists were built from, so that they are built again only when that has changed.
@@ -122,6 +127,9 @@ void refresh_column(tittwo& column);
 
 /// The page was scrolled: paints it, from lists rebuilt where what they come from has changed.
 void scroll_column(tittwo& column);
+
+/// A view shows `count` rows from `first` on: their thumbnails are decoded, and the page begins there.
+void look_at_rows(tittwo& column, std::size_t first, std::size_t count);
 
 /// Turns to the tab: 0 Files, 1 Favorites.
 void choose_tab(tittwo& column, int tab);

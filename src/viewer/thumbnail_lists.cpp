@@ -66,8 +66,8 @@ void paintcell(tittwo& w, const std::string& item, int cell) {
     if (to.kind == CellKind::picture) to.stretch = true;
 }
 
-/// Has the thumbnails of the page decoded, and those of its neighbours after them.
-void look_at_page(tittwo& w, const controls::ListBox& list, std::size_t first, std::size_t shown) {
+/// Has the thumbnails in sight decoded, and those of their neighbours after them.
+void look_at(tittwo& w, const controls::ListBox& list, std::size_t first, std::size_t shown) {
     const auto& items = list.items();
     const auto part = [&](std::size_t from, std::size_t to) {
         const auto at = [&](std::size_t i) {
@@ -90,7 +90,7 @@ void paintpage(tittwo& w, const controls::ListBox& list, std::size_t counted) {
     const std::size_t shown = std::min(page, list.count() - std::min(first, list.count()));
     for (std::size_t i = 0; i < shown; ++i) paintcell(w, list.items()[first + i], static_cast<int>(i));
     if (w.current && *w.current >= list.count()) w.current.reset();
-    look_at_page(w, list, first, shown);
+    w.sight ? look_at(w, list, w.sight->first, w.sight->count) : look_at(w, list, first, shown);
 }
 
 /// An album with thumbnails lies twice in its directory.
@@ -187,6 +187,12 @@ void refresh_column(tittwo& w) {
     } else {
         imgrefresh(w);
     }
+}
+
+void look_at_rows(tittwo& w, std::size_t first, std::size_t count) {
+    w.sight = tittwo::Sight{first, count};
+    w.VScroll1.value = std::min(first, w.VScroll1.maximum);
+    scroll_column(w);
 }
 
 void scroll_column(tittwo& w) {

@@ -7,7 +7,7 @@
 #include "desktop/dialogs.h"
 #include "desktop/main_window_view.h"
 #include "desktop/naming_view.h"
-#include "desktop/progress_view.h"
+#include "desktop/viewer/pictures_window_view.h"
 #include "desktop/repair_view.h"
 #include "desktop/shown_text.h"
 #include "desktop/text_editor.h"
@@ -181,7 +181,7 @@ TEST_F(HostileText, IsShownAsItIsInEveryWindow) {
     views.add<decoder::Form3, desktop::RepairView>();
     views.add<decoder::Form4, desktop::NamingView>();
     views.add<encoder::cmdg, desktop::ChooserView>();
-    views.add<viewer::SavPic, desktop::ProgressView>();
+    views.add<viewer::SavPic, desktop::PicturesWindowView>();
     views.add<zip::Form1, desktop::ContentsView>();
     views.add<zip::arcview, desktop::ArchiveWindowView>();
     program.main_window.Results = {
