@@ -3,6 +3,7 @@
 #include "files/directory.h"
 #include "files/names.h"
 #include "files/path.h"
+#include "viewer/picture_names.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -36,6 +37,12 @@ std::optional<std::size_t> find_row(const shell::swit& w, const std::string& dir
         if (row != except && w.List3.items()[row] == name && directory_of(w, row) == directory) return row;
     }
     return std::nullopt;
+}
+
+/// Offers to show pictures while there are any.
+void offer_pictures(shell::swit& w) {
+    const auto& names = w.List3.items();
+    w.pictures.visible = std::any_of(names.begin(), names.end(), viewer::is_picture_name);
 }
 
 }  // namespace
@@ -74,10 +81,12 @@ void add_results(shell::swit& w, const std::string& directory, std::vector<NewRe
     }
     w.List3.selected = first;
     w.Command5.enabled = w.Command7.enabled = w.Command8.enabled = true;
+    offer_pictures(w);
 }
 
 void replace_result(shell::swit& w, std::size_t row, const std::string& name) {
     w.List3.replace(row, name);
+    offer_pictures(w);
     const std::optional<std::size_t> former = find_row(w, directory_of(w, row), name, row);
     if (!former) return;
     std::optional<std::size_t> selected = w.List3.selected;
@@ -90,6 +99,7 @@ void replace_result(shell::swit& w, std::size_t row, const std::string& name) {
 void remove_result(shell::swit& w, std::size_t row) {
     if (row < w.Results.size()) w.Results.erase(w.Results.begin() + static_cast<std::ptrdiff_t>(row));
     w.List3.remove(row);
+    offer_pictures(w);
 }
 
 }  // namespace quill::decoder

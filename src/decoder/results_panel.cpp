@@ -86,6 +86,7 @@ void connect_results_panel(shell::Context& context) {
     shell::swit& w = main_window(context);
     w.List3.double_click = [context]() mutable { open_result(context); };
     w.Command4.click = [context] { context.platform.end_process(); };
+    w.pictures.click = [context]() mutable { show_result_pictures(context); };
     w.Command5.click = [context]() mutable { rename_result(context); };
     w.Command6.click = [context]() mutable { explain_results(context); };
     w.Command7.click = [context]() mutable { erase_result(context); };
@@ -110,6 +111,13 @@ void open_result(shell::Context& context) {
         "may need to rename the file to view it correctly.");
     add_missing_ending(w, row, path);
     context.platform.opener().open_with_default(path);
+}
+
+void show_result_pictures(shell::Context& context) {
+    const shell::swit& w = main_window(context);
+    std::vector<std::string> paths;
+    for (std::size_t row = 0; row < w.List3.count(); ++row) paths.push_back(result_path(w, row));
+    shell::show_pictures(context.platform, context.routes, paths);
 }
 
 void rename_result(shell::Context& context) {

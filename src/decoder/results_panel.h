@@ -20,6 +20,9 @@ void connect_results_panel(shell::Context& context);
 /// where that name is taken. A file that is empty or gone leads to the repair guide.
 void open_result(shell::Context& context);
 
+/// Shows the pictures among the files in the viewer, as one set.
+void show_result_pictures(shell::Context& context);
+
 /// Asks for a new name and renames the selected file. A name that is taken, or holds a slash, is refused with a
 /// message; the list then stays as it is.
 void rename_result(shell::Context& context);

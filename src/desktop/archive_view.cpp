@@ -138,6 +138,7 @@ void ArchiveWindowView::build_menus() {
     };
     QMenu* file = bind(w_.fil, bar->addMenu(QString()));
     add(file, w_.peo, QKeySequence::Open);
+    add(file, w_.pictures);
     extract_ = add(file, w_.extract, QKeySequence(Qt::CTRL | Qt::Key_E));
     test_ = add(file, w_.test, QKeySequence(Qt::CTRL | Qt::Key_T));
     file->addSeparator();

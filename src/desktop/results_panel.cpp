@@ -191,7 +191,7 @@ QWidget* MainWindowView::make_results_buttons() {
     auto* area = new QWidget;
     auto* layout = new QHBoxLayout(area);
     layout->setContentsMargins(0, 0, 0, 0);
-    for (controls::Button* button : {&w_.Command5, &w_.Command7, &w_.Command8, &w_.Command6}) {
+    for (controls::Button* button : {&w_.pictures, &w_.Command5, &w_.Command7, &w_.Command8, &w_.Command6}) {
         layout->addWidget(bind(*button, push_button()));
     }
     layout->addStretch(1);

@@ -26,6 +26,8 @@ void set_results_captions(swit& w) {
     w.Command5.caption = "Rename";
     w.Command7.caption = "Erase file";
     w.Command8.caption = "Virus check file";
+    w.pictures.caption = "Show all pictures";
+    w.pictures.visible = false;
     w.Command6.caption = "Help";
     w.Command4.caption = "Exit";
 }

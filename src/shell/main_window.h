@@ -47,6 +47,7 @@ struct swit : controls::Window {
     controls::Button Command5;          // rename the selected file
     controls::Button Command7;          // erase the selected file
     controls::Button Command8;          // check the selected file for viruses
+    controls::Button pictures;          // show the pictures among the files
     controls::Button Command6;          // help on misnamed files
     controls::Button Command4;          // end the program
 
@@ -139,6 +140,7 @@ void visit_controls(swit& w, F&& f) {
     f("Command5", "Rename the selected file", w.Command5);
     f("Command7", "Erase the selected file", w.Command7);
     f("Command8", "Check the selected file for viruses", w.Command8);
+    f("pictures", "Show all pictures", w.pictures);
     f("Command6", "Help on misnamed files", w.Command6);
     f("Command4", "End the program", w.Command4);
 

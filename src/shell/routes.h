@@ -46,6 +46,9 @@ struct Routes {
 /// Says that the program can't do `what` ("open ZIP files") yet.
 void say_not_yet(platform::Platform& platform, const std::string& what);
 
+/// Shows the pictures among the files at `paths` in the viewer, or says that the program can't do so yet.
+void show_pictures(platform::Platform& platform, const Routes& routes, const std::vector<std::string>& paths);
+
 /// Takes the route, or says that the program can't do `what` yet.
 void follow(platform::Platform& platform, const controls::Action& route, const std::string& what);
 

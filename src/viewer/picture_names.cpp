@@ -1,6 +1,7 @@
 #include "viewer/picture_names.h"
 
 #include "files/names.h"
+#include "pics/format.h"
 #include "text/ascii.h"
 
 #include <algorithm>
@@ -8,8 +9,8 @@
 namespace quill::viewer {
 namespace {
 
-constexpr std::string_view thumbnail_prefix = "!R29!";
-constexpr std::string_view thumbnail_extension = ".bmp";
+using pics::thumbnail_prefix;
+using pics::thumbnail_suffix;
 
 }  // namespace
 
@@ -36,8 +37,12 @@ bool is_album_thumbnail(std::string_view name) {
 
 std::string picture_of_album_thumbnail(std::string_view name) {
     name.remove_prefix(std::min(name.size(), thumbnail_prefix.size()));
-    name.remove_suffix(std::min(name.size(), thumbnail_extension.size()));
+    name.remove_suffix(std::min(name.size(), thumbnail_suffix.size()));
     return std::string(name);
+}
+
+std::string album_thumbnail_of(std::string_view picture) {
+    return std::string(thumbnail_prefix).append(picture).append(thumbnail_suffix);
 }
 
 }  // namespace quill::viewer

@@ -32,5 +32,6 @@ bool is_album_name(std::string_view name);
 /// A stored thumbnail's name is the picture's between "!R29!" and ".bmp".
 bool is_album_thumbnail(std::string_view name);
 std::string picture_of_album_thumbnail(std::string_view name);
+std::string album_thumbnail_of(std::string_view picture);
 
 }  // namespace quill::viewer

@@ -213,11 +213,17 @@ void delete_selected(tittwo& w) {
 }
 
 void show_set(shell::Context& context, const std::vector<std::string>& paths) {
+    std::vector<std::string> set;
+    std::copy_if(paths.begin(), paths.end(), std::back_inserter(set),
+                 [](const std::string& path) { return is_picture_name(files::name_of(path)); });
+    if (set.empty()) {
+        context.platform.message("There are no pictures here.");
+        return;
+    }
     unload_column(context);
     show_frame(context);
     auto& w = context.windows.load<tittwo>(context);
-    std::copy_if(paths.begin(), paths.end(), std::back_inserter(w.set),
-                 [](const std::string& path) { return is_picture_name(files::name_of(path)); });
+    w.set = std::move(set);
     refresh_column(w);
     w.visible = true;
 }

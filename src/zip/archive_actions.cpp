@@ -152,6 +152,15 @@ void add_files(arcview& w, const std::vector<std::string>& paths) {
     make_change(w, "addition of " + what, [&] { return w.archives.add_files(w.view(), wanted); });
 }
 
+void show_member_pictures(arcview& w) {
+    std::vector<std::string> paths;
+    for (std::size_t row = 0; row < w.List1.count(); ++row) {
+        std::string path = w.archives.copies().path_of(row);
+        if (!path.empty()) paths.push_back(std::move(path));
+    }
+    shell::show_pictures(w.context.platform, w.context.routes, paths);
+}
+
 std::vector<std::string> files_to_drag(arcview& w) {
     std::vector<std::string> paths;
     for (const std::size_t row : w.List1.chosen_rows()) {

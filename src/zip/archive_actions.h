@@ -27,6 +27,9 @@ void add_files(arcview& w, const std::vector<std::string>& paths);
 /// The paths of the selected members' files, to be handed to another program. Members without a file are left out.
 std::vector<std::string> files_to_drag(arcview& w);
 
+/// Shows the pictures among the members in the viewer, as one set.
+void show_member_pictures(arcview& w);
+
 /// Puts the files of the selected members into the archive, in place of what it has.
 void SaveChangedFile(arcview& w);
 

@@ -56,6 +56,7 @@ void set_captions(arcview& w) {
     w.dvd.caption = "Selected files";
     w.opt.caption = "Open";
     w.exs.caption = "Extract to...";
+    w.pictures.caption = "Show all pictures";
     w.ads.caption = "Add files to ZIP file";
     w.rrm.caption = "Remove selected file from ZIP";
     w.lod.caption = "Load file into ..";
@@ -109,6 +110,7 @@ void wire_panel(arcview& w) {
 }
 
 void wire_menus(arcview& w) {
+    w.pictures.click = [&w] { show_member_pictures(w); };
     w.peo.click = w.opt.click = [&w] { OpenMember(w); };
     w.extract.click = [&w] { choose_extraction(w); };
     w.exs.click = [&w] { choose_extraction(w, true); };

@@ -90,6 +90,7 @@ struct arcview : controls::Window {
 
     // Menus.
     controls::MenuItem fil;                                                       // menu File
+    controls::MenuItem pictures;                                                  // show the pictures among the members
     controls::MenuItem peo;                                                       // open the member
     controls::MenuItem extract;                                                   // extract members to a directory
     controls::MenuItem test;                                                      // test all members
@@ -195,6 +196,7 @@ void visit_controls(arcview& w, F&& f) {
     f("Command4", "Leave the panel", w.Command4);
 
     f("fil", "File menu", w.fil);
+    f("pictures", "Show all pictures", w.pictures);
     f("peo", "Open the member", w.peo);
     f("extract", "Extract members", w.extract);
     f("test", "Test the archive", w.test);

@@ -38,6 +38,23 @@ class ResultsPanel : public testing::Test {
     tests::Program program_;
 };
 
+TEST_F(ResultsPanel, AllPicturesGoToTheViewerWhereThereAreSome) {
+    found("letter.txt", "x");
+    EXPECT_FALSE(program_.main_window.pictures.visible);
+    found("a.png", "x");
+    found("b.JPG", "x");
+    EXPECT_TRUE(program_.main_window.pictures.visible);
+    program_.platform.expect_message("can't show pictures yet");
+    click(program_.main_window.pictures);
+    std::vector<std::string> shown;
+    program_.routes.show_pictures = [&](const std::vector<std::string>& paths) { shown = paths; };
+    click(program_.main_window.pictures);
+    EXPECT_THAT(shown, ElementsAre(directory_.path("letter.txt"), directory_.path("a.png"), directory_.path("b.JPG")));
+    remove_result(program_.main_window, 2);
+    remove_result(program_.main_window, 1);
+    EXPECT_FALSE(program_.main_window.pictures.visible);
+}
+
 struct Opening {
     const char* name;
     std::string bytes;

@@ -62,6 +62,14 @@ TEST_F(Startup, FixesTheDirectoriesAndTheWindow) {
     EXPECT_EQ(session.StartMode, 0);
 }
 
+TEST_F(Startup, ADirectoryShowsItsPictures) {
+    std::string shown;
+    program.routes.show_directory = [&](const std::string& directory) { shown = directory; };
+    start_with(dir.path());
+    EXPECT_EQ(shown, dir.path());
+    EXPECT_EQ(w.apt(1).text, "Select/Open/View a file");
+}
+
 TEST_F(Startup, InTheRootDirectoryThereIsNoDirectoryAbove) {
     files::change_directory("/");
     start_with("");

@@ -202,6 +202,9 @@ TEST_F(Column, OnlyThumbnailsInSightAndBesideAreAskedFor) {
 }
 
 TEST_F(Column, SetShowsThePicturesOfAnyPlace) {
+    program_.platform.expect_message("no pictures");
+    show_set(program_.context, {dir_.write("mail/letter.txt", "x")});
+    EXPECT_EQ(program_.windows.loaded<tittwo>(), nullptr);
     const std::string a = picture("mail/a.png"), b = picture("photos/b.webp");
     show_set(program_.context, {a, dir_.write("mail/letter.txt", "x"), b});
     tittwo& w = *program_.windows.loaded<tittwo>();

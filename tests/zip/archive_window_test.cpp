@@ -42,6 +42,15 @@ TEST(ArchiveWindow, OpensWithAllMembersUnpackedInAPrivateDirectory) {
     EXPECT_EQ(row_details(p.open(), 0).name, "Letter.TXT");
 }
 
+TEST(ArchiveWindow, ShowsAllPicturesInTheViewer) {
+    WindowProgram p(ArchiveBuilder().add("a.png", "1").add("letter.txt", "2").finish());
+    arcview& w = p.open();
+    std::vector<std::string> shown;
+    p.routes.show_pictures = [&](const std::vector<std::string>& paths) { shown = paths; };
+    controls::run(w.pictures.click);
+    EXPECT_THAT(shown, ElementsAre(p.file(0), p.file(1)));
+}
+
 TEST(ArchiveWindow, WhatCannotBeOpenedIsReportedAndLeavesTheMainWindow) {
     const struct {
         const char *name, *bytes, *message;
