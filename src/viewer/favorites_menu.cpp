@@ -4,6 +4,7 @@
 #include "files/path.h"
 #include "files/unfinished.h"
 #include "shell/startup.h"
+#include "viewer/album_from_list.h"
 #include "viewer/copy_file.h"
 #include "viewer/copy_job.h"
 #include "viewer/favorites_list.h"
@@ -74,7 +75,9 @@ void wire_favorites(shell::Context& context, controls::ControlArray<controls::Me
         shell::follow(context.platform, context.routes.make_picture_book, "make HTX books");
     };
     items(4).click = [&context] { show_copy_job(context); };
-    items(5).click = [&context] { shell::follow(context.platform, context.routes.make_pics_file, "make PICS files"); };
+    items(5).click = [&context] {
+        context.routes.make_pics_file ? context.routes.make_pics_file() : make_album_of_list(context);
+    };
     items(7).click = [&context] { favhelp(context.platform); };
 }
 

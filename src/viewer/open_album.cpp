@@ -56,8 +56,7 @@ void unpack_pictures(shell::Context& context, const pics::Album& album, Unpacked
     for (std::size_t i = 0; i < entries.size() && !unpacked.stopped; ++i) {
         const pics::Entry& entry = entries[i];
         const pics::Watch watch = [&](std::uint64_t done) { return run.goes_on(done, entry.size, i, entries.size()); };
-        const auto made =
-            pics::unpack_picture(album, entry, free_path(context.session, album, entry.file_name), watch);
+        const auto made = pics::unpack_picture(album, entry, free_path(context.session, album, entry.file_name), watch);
         if (made) unpacked.names.push_back(files::name_of(made->path));
         if (!made || entry.verdict > report::Verdict::whole) ++unpacked.not_whole;
         unpacked.stopped = !made && made.error().code == ErrorCode::cancelled;

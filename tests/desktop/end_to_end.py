@@ -8,6 +8,7 @@ import contextlib
 import os
 import pathlib
 import random
+import struct
 import subprocess
 import sys
 import tempfile
@@ -264,6 +265,34 @@ def view_the_contents_of_an_archive(program, screen, folder):
     assert archive.read_bytes() == before, "the archive was changed"
 
 
+def bitmap(side):
+    """A BMP file of 24 bits a pixel, `side` pixels wide and high; `side` is a multiple of 4."""
+    pixels = bytes(3 * side * side)
+    header = struct.pack("<2sIHHI", b"BM", 54 + len(pixels), 0, 0, 54)
+    return header + struct.pack("<IiiHHIIiiII", 40, side, side, 1, 24, 0, len(pixels), 0, 0, 0, 0) + pixels
+
+
+def look_at_a_directory_of_pictures(program, screen, folder):
+    for name in ("a.bmp", "b.bmp"):
+        (folder / name).write_bytes(bitmap(40))
+    with started(program, str(folder), env=screen.environment) as running:
+        viewer = screen.window("^Lumenreel Pro")
+        screen.key("Home", "Delete")
+        screen.window("^Quillbright Pro$")
+        screen.key("alt+y")
+        wait_for("the picture to go to the trash", lambda: not (folder / "a.bmp").exists())
+        assert list(pathlib.Path(screen.environment["XDG_DATA_HOME"]).rglob("a.bmp")), "it is not in the trash"
+        wait_for("the viewer", lambda: screen.xdotool("getactivewindow") == [viewer])
+        screen.key("alt+F4")
+        main_window = screen.window(MAIN_WINDOW)
+        assert running.poll() is None, "closing the viewer ended the program"
+        screen.xdotool("windowactivate", main_window)
+        screen.key("ctrl+q")
+        wait_for("the end of the program", lambda: running.poll() is not None)
+        assert running.returncode == 0, running.returncode
+    assert (folder / "b.bmp").exists()
+
+
 def main():
     program, samples = os.path.abspath(sys.argv[1]), pathlib.Path(sys.argv[2])
     with tempfile.TemporaryDirectory() as root, x_server() as environment:
@@ -282,6 +311,7 @@ def main():
             (encode_and_decode_again, "a file was encoded and decoded again"),
             (erase_the_first_result_of_a_second_run, "the first result of a second run was erased"),
             (stop_a_long_encoding, "a long encoding was stopped"),
+            (look_at_a_directory_of_pictures, "a directory of pictures was shown, and one went to the trash"),
             (view_the_contents_of_an_archive, "an archive's contents were viewed"),
         ):
             place = pathlib.Path(root, run.__name__)

@@ -7,8 +7,8 @@
 namespace quill::viewer {
 namespace {
 
-using tests::AlbumBuilder;
 using ::testing::ElementsAre;
+using tests::AlbumBuilder;
 
 class OpenAlbum : public ViewerTest {
   protected:
@@ -37,7 +37,8 @@ TEST_F(OpenAlbum, BothFormsAreUnpackedIntoTheColumn) {
 }
 
 TEST_F(OpenAlbum, PicturesOfOneNameAreBothThere) {
-    const std::vector<AlbumBuilder::Picture> same = {{"a.gif", "GIF89a 1"}, {"a.gif", "GIF89a 2"}, {"../x", "GIF89a 3"}};
+    const std::vector<AlbumBuilder::Picture> same = {
+        {"a.gif", "GIF89a 1"}, {"a.gif", "GIF89a 2"}, {"../x", "GIF89a 3"}};
     openpics(program_.context, dir_.write("same.pics", AlbumBuilder::with_thumbnails(same)));
     const tittwo& w = *program_.windows.loaded<tittwo>();
     for (std::size_t row = 0; row < 3; ++row) {
