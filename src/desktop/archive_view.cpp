@@ -2,6 +2,7 @@
 
 #include "desktop/archive_signs.h"
 #include "desktop/directory_list.h"
+#include "desktop/drop_list.h"
 #include "desktop/pieces.h"
 #include "desktop/shown_text.h"
 #include "desktop/signs.h"
@@ -28,16 +29,6 @@
 
 namespace quill::desktop {
 namespace {
-
-/// The local files that are dragged.
-std::vector<std::string> dragged_files(const QMimeData* data) {
-    std::vector<std::string> paths;
-    for (const QUrl& url : data->urls()) {
-        if (url.isLocalFile())
-            paths.push_back(QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()).toStdString());
-    }
-    return paths;
-}
 
 /// Runs `reached` when the pointer comes over a widget.
 class HoverFilter final : public QObject {

@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QShortcut>
@@ -201,6 +202,9 @@ QWidget* ChooserView::make_collected() {
     buttons->addWidget(bind(w_.Command5, new QPushButton));
     buttons->addWidget(bind(w_.Command6, new QPushButton));
     buttons->addStretch(1);
+    buttons->addWidget(bind(w_.doing, text_label()));
+    buttons->addWidget(bind(w_.bar, w_.bar_done, new QProgressBar));
+    buttons->addWidget(bind_stop(w_.stop, new QPushButton));
     layout->addWidget(buttons->parentWidget());
     area->setMaximumHeight(area->fontMetrics().height() * 10);
     on_sync([this, area] { area->setVisible(w_.List2.visible); });

@@ -1,9 +1,14 @@
 #include "desktop/directory_list.h"
+#include "desktop/drop_list.h"
 #include "desktop/main_window_view.h"
 #include "desktop/pieces.h"
+#include "desktop/shown_text.h"
 
+#include <QCheckBox>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QVBoxLayout>
 
 /// The create wizard's panel: what to create, which kind of it, and where.
@@ -63,11 +68,68 @@ QWidget* MainWindowView::make_directory_page() {
     layout->addWidget(bind(w_.Drive1, new DriveBox), 0, Qt::AlignLeft);
     layout->addWidget(bind(w_.Dir1, new DirectoryList), 1);
     layout->addWidget(bind(w_.Label5, text_label()));
+    layout->addWidget(make_name_page());
+    layout->addWidget(make_files_page(), 1);
     auto* buttons = new QHBoxLayout;
+    buttons->addWidget(bind(w_.back, push_button()));
     buttons->addStretch(1);
-    buttons->addWidget(bind(w_.Command1, push_button()));
+    for (controls::Button* button : {&w_.open_made, &w_.show_made, &w_.Command1, &w_.Command2}) {
+        buttons->addWidget(bind(*button, push_button()));
+    }
     layout->addLayout(buttons);
     on_sync([this, page] { page->setVisible(!is_choosing_kind()); });
+    return page;
+}
+
+QWidget* MainWindowView::make_name_page() {
+    auto* page = new QWidget;
+    auto* layout = new QGridLayout(page);
+    layout->setContentsMargins(0, 0, 0, 0);
+    const auto add = [&](int row, controls::Label& heading, controls::TextBox& box) {
+        auto* line = new QLineEdit;
+        QLabel* label = bind(heading, plain_label());
+        label->setBuddy(line);
+        layout->addWidget(label, row, 0);
+        layout->addWidget(bind(box, line), row, 1);
+        QObject::connect(line, &QLineEdit::returnPressed, page, [this] { hand_in(w_.Command1.click); });
+        return line;
+    };
+    QLineEdit* name = add(0, w_.Label6, w_.Text2);
+    add(1, w_.Label9, w_.Text3)->setEchoMode(QLineEdit::Password);
+    layout->addWidget(bind(w_.Label10, text_label()), 2, 1);
+    layout->addWidget(bind(w_.Label11, text_label()), 3, 1);
+    on_sync([this, page, name, shown = Drawn<bool>()]() mutable {
+        page->setVisible(w_.Text2.visible);
+        shown.update(w_.Text2.visible, [name](bool now) {
+            if (now) name->setFocus();
+        });
+    });
+    return page;
+}
+
+QWidget* MainWindowView::make_files_page() {
+    auto* page = new QWidget;
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto* list = new DropList;
+    adopt(w_.List1, list);
+    list->dropped = [this](const std::vector<std::string>& paths) {
+        if (files_dropped) hand_in([this, paths] { files_dropped(paths); });
+    };
+    on_sync([this, list, revision = Drawn<std::uint64_t>()]() mutable {
+        revision.update(w_.List1.revision(), [&](std::uint64_t) {
+            list->clear();
+            for (const std::string& item : w_.List1.items()) list->addItem(shown_name(item));
+        });
+    });
+    layout->addWidget(list, 1);
+    auto* line = new QHBoxLayout;
+    line->addWidget(bind(w_.Label12, plain_label()));
+    line->addStretch(1);
+    line->addWidget(bind(w_.Check1, new QCheckBox));
+    line->addWidget(bind(w_.Command3, push_button()));
+    layout->addLayout(line);
+    on_sync([this, page] { page->setVisible(w_.List1.visible); });
     return page;
 }
 

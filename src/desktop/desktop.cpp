@@ -3,6 +3,7 @@
 #include "decoder/connect.h"
 #include "desktop/about_view.h"
 #include "desktop/archive_view.h"
+#include "desktop/book_view.h"
 #include "desktop/chooser_view.h"
 #include "desktop/contents_view.h"
 #include "desktop/guide_window.h"
@@ -16,6 +17,8 @@
 #include "desktop/viewer/picture_view.h"
 #include "desktop/viewer/pictures_window_view.h"
 #include "encoder/chooser_routes.h"
+#include "htx/making/create_wizard.h"
+#include "htx/open_book.h"
 #include "shell/command_line.h"
 #include "shell/select_file.h"
 #include "shell/startup.h"
@@ -54,6 +57,7 @@ void Desktop::add_views() {
     views_.add<viewer::frmOpen, OpenPicturesView>(desk_);
     views_.add<zip::Form1, ContentsView>();
     views_.add<zip::arcview, ArchiveWindowView>();
+    views_.add<htx::Form7, BookView>();
 }
 
 void Desktop::open_own_windows() {
@@ -68,14 +72,17 @@ void Desktop::provide_routes() {
     viewer::provide_viewer(context_);
     zip::provide_contents(context_, archives_);
     zip::provide_archive_window(context_, archives_);
+    htx::provide_create_wizard(context_);
+    htx::provide_reader(context_, archives_);
 }
 
 void Desktop::accept_dropped_files() {
     auto* main = static_cast<MainWindowView*>(views_.view_of(windows_.load<shell::swit>()));
-    if (main != nullptr)
-        main->dropped = [this](const std::string& path) {
-            if (shell::names_a_file(path)) shell::offer_file(context_, path);
-        };
+    if (main == nullptr) return;
+    main->dropped = [this](const std::string& path) {
+        if (shell::names_a_file(path)) shell::offer_file(context_, path);
+    };
+    main->files_dropped = [this](const std::vector<std::string>& paths) { htx::add_to_wizard(context_, paths); };
 }
 
 void Desktop::start(const std::string& command_line) {

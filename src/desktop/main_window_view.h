@@ -43,6 +43,8 @@ class MainWindowView final : public View {
 
     /// What to do with a file dropped on the window.
     std::function<void(const std::string& path)> dropped;
+    /// What to do with files and directories dropped on the create wizard's list.
+    std::function<void(const std::vector<std::string>& paths)> files_dropped;
 
   protected:
     void on_shown() override;
@@ -76,6 +78,8 @@ class MainWindowView final : public View {
     QWidget* make_create_panel();
     QWidget* make_choices(controls::Frame& frame, std::vector<controls::Choice*> choices);
     QWidget* make_directory_page();
+    QWidget* make_name_page();
+    QWidget* make_files_page();
     bool is_choosing_kind() const;
 
     shell::swit& w_;

@@ -59,6 +59,7 @@ void set_captions(cmdg& w) {
     w.Command4.caption = "Add valid pages ";
     w.Command5.caption = "Spyder hunt all links";
     w.Command6.caption = "Definitions of \"valid\" and spyder hunting";
+    w.stop.caption = "Stop";
     w.Option1.caption = "Show only HTML files";
     w.Option2.caption = "Show all files in directory";
     w.Label2.text = "Short cuts to the most common favorite download directories";
@@ -80,6 +81,9 @@ void hide_what_starts_hidden(cmdg& w) {
     w.List1.visible = w.List6.visible = w.List8.visible = false;
     w.Picture2.visible = false;
     w.Picture3.visible = true;
+    w.doing.visible = w.bar.visible = w.bar_done.visible = w.stop.visible = false;
+    constexpr int progress_width = 3000;
+    w.bar.width = w.bar_done.width = progress_width;
     w.Image1.enabled = w.Image2.enabled = false;
     w.Command3.enabled = w.Command4.enabled = w.Command5.enabled = false;
     w.Option3.enabled = false;

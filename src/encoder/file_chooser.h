@@ -71,6 +71,11 @@ struct cmdg : controls::Window {
     controls::Button Command4;        // add the valid pages
     controls::Button Command5;        // hunt all links
     controls::Button Command6;        // help on the links
+    controls::Label doing;            // what a hunt is doing
+    controls::Picture bar;            // its progress bar
+    controls::Picture bar_done;       // the filled part: `left` is how far it is
+    controls::Button stop;            // stop it
+    bool stop_wanted = false;         // it was pressed
     controls::Choice Option1;         // list only HTML files
     controls::Choice Option2;         // list all files
 
@@ -150,6 +155,10 @@ void visit_controls(cmdg& w, F&& f) {
     f("Command4", "Add the valid pages", w.Command4);
     f("Command5", "Hunt all links", w.Command5);
     f("Command6", "Help on the links", w.Command6);
+    f("doing", "What the hunt is doing", w.doing);
+    f("bar", "Progress", w.bar);
+    f("bar_done", "Progress made", w.bar_done);
+    f("stop", "Stop the hunt", w.stop);
     f("Option1", "List only HTML files", w.Option1);
     f("Option2", "List all files", w.Option2);
 

@@ -121,7 +121,7 @@ void open_create_wizard(Context& context) {
     w.Label2.text.clear();
     w.Frame1.visible = true;
     w.Label4.text = "Step One - Select a directory to create the new ZIP file in";
-    w.Command1.caption = "&Next >";
+    show_create_step(w, CreateStep::directory);
     w.Dir1.path = in_parent_directory(context.session, "zip-htx directory");
     w.Drive1.drive = files::drive_of(w.Dir1.path, files::drives());
     files::change_directory(w.Dir1.path);
@@ -142,7 +142,13 @@ void connect_create_panels(Context& context) {
         choice.click = [&context, index] { choose_kind(context, index); };
     });
     w.Option4.click = [&w] { hide_create_panels(w); };
-    w.Command1.click = [&context] { go_on_creating(context, make_zip); };
+    w.Command1.click = [&context] {
+        if (context.routes.next_creating) {
+            context.routes.next_creating();
+        } else {
+            go_on_creating(context, make_zip);
+        }
+    };
     w.Dir1.change = [&context] { enter_directory(context); };
     w.Drive1.change = [&context, &w] {
         w.Dir1.path = w.Drive1.drive;

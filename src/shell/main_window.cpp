@@ -38,6 +38,38 @@ void set_create_captions(swit& w) {
     w.Opti(4).caption = "Cancel";
     w.Option4.caption = "Cancel";
     w.Command1.caption = "&Next >";
+    w.back.caption = "< &Back";
+    w.Command2.caption = "Cancel";
+    w.Command3.caption = "Add to this list";
+    w.open_made.caption = "&Open it";
+    w.show_made.caption = "&Show it in its folder";
+    w.Label6.text = "Name of file:";
+    w.Label9.text = "Password?";
+    w.Label10.text = "(Note: if you set a password you'll need to know it to open it)";
+    w.Label11.text = "Password is optional, leaving it blank is o.k.";
+    w.Check1.caption = "Keep paths";
+    show_create_step(w, CreateStep::directory);
+}
+
+/// What is shown in each step.
+struct StepControls {
+    bool directory, name, files, done, can_go_back;
+};
+
+constexpr StepControls controls_of(CreateStep step) {
+    switch (step) {
+        case CreateStep::directory:
+            return {true, false, false, false, true};
+        case CreateStep::name:
+            return {false, true, false, false, true};
+        case CreateStep::files:
+            return {false, false, true, false, true};
+        case CreateStep::compressing:
+            return {};
+        case CreateStep::done:
+            return {false, false, false, true, false};
+    }
+    return {};
 }
 
 void set_menu_captions(swit& w) {
@@ -107,6 +139,19 @@ void show_file_captions(swit& w, const std::string& name) {
 
 void fremy(swit& w) {
     w.opt.for_each([&](int i, const controls::Label& label) { w.apt(i).colour = label.colour; });
+}
+
+void show_create_step(swit& w, CreateStep step) {
+    const StepControls shown = controls_of(step);
+    w.Dir1.visible = w.Drive1.visible = w.Label5.visible = shown.directory;
+    w.Label6.visible = w.Text2.visible = w.Label9.visible = w.Text3.visible = shown.name;
+    w.Label10.visible = w.Label11.visible = shown.name;
+    w.List1.visible = w.Command3.visible = w.Check1.visible = w.Label12.visible = shown.files;
+    w.open_made.visible = w.show_made.visible = shown.done;
+    w.back.visible = shown.can_go_back;
+    w.Command1.visible = step != CreateStep::compressing;
+    w.Command2.visible = step != CreateStep::compressing && step != CreateStep::done;
+    w.Command1.caption = step == CreateStep::done ? "&Finish" : "&Next >";
 }
 
 void hide_create_panels(swit& w) {

@@ -4,6 +4,7 @@
 #include "controls/control.h"
 #include "shell/star_field.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -62,7 +63,19 @@ struct swit : controls::Window {
     controls::Label Label4;                                        // the step at hand
     controls::Label Label5;                                        // the wizard's directory
     controls::Label Label12;                                       // how many files it will take
+    controls::Label Label6;                                        // "Name of file:"
+    controls::TextBox Text2;                                       // name of the new file
+    controls::Label Label9;                                        // "Password?"
+    controls::TextBox Text3;                                       // its password
+    controls::Label Label10;                                       // what a password means
+    controls::Label Label11;                                       // that none is needed
+    controls::CheckBox Check1;                                     // keep the paths of the files
+    controls::Button Command3;                                     // choose more files
     controls::Button Command1;                                     // next step
+    controls::Button back;                                         // the step before
+    controls::Button Command2;                                     // leave the wizard
+    controls::Button open_made;                                    // open the file that was made
+    controls::Button show_made;                                    // show the directory that it is in
     controls::DriveListBox Drive1;                                 // drive of the wizard
     controls::DirListBox Dir1;                                     // directory of the wizard
     controls::ListBox List1;                                       // names between two steps of a run
@@ -108,6 +121,12 @@ void show_file_captions(swit& window, const std::string& name);
 
 /// Gives all options their normal colour again.
 void fremy(swit& window);
+
+/// The steps of the create wizard, as far as what is shown differs.
+enum class CreateStep : std::uint8_t { directory, name, files, compressing, done };
+
+/// Shows the controls of a step and hides those of the others.
+void show_create_step(swit& window, CreateStep step);
 
 /// Leaves the create wizard: its panel and frames hidden, the stars moving.
 void hide_create_panels(swit& window);
@@ -157,7 +176,19 @@ void visit_controls(swit& w, F&& f) {
     f("Label4", "Step of the creation", w.Label4);
     f("Label5", "Directory of the new file", w.Label5);
     f("Label12", "Number of files chosen", w.Label12);
+    f("Label6", "Heading of the name", w.Label6);
+    f("Text2", "Name of the new file", w.Text2);
+    f("Label9", "Heading of the password", w.Label9);
+    f("Text3", "Password of the new file", w.Text3);
+    f("Label10", "What a password means", w.Label10);
+    f("Label11", "Whether a password is needed", w.Label11);
+    f("Check1", "Store directories with the names", w.Check1);
+    f("Command3", "Choose more files", w.Command3);
     f("Command1", "Next step", w.Command1);
+    f("back", "Step before", w.back);
+    f("Command2", "Leave the wizard", w.Command2);
+    f("open_made", "Open the new file", w.open_made);
+    f("show_made", "Show the directory of the new file", w.show_made);
     f("Drive1", "Drive of the new file", w.Drive1);
     f("Dir1", "Directory to create in", w.Dir1);
     f("List1", "Names at hand", w.List1);

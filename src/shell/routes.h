@@ -34,7 +34,9 @@ struct Routes {
     /// The pictures among `paths`, as one set in the viewer.
     std::function<void(const std::vector<std::string>& paths)> show_pictures;
 
-    controls::Action create_archive;  ///< the create wizard's steps after the choice of a kind
+    controls::Action create_archive;  ///< the create wizard's first step after the choice of a kind
+    controls::Action next_creating;   ///< goes on from the step that the wizard is at
+    controls::Action size_book;       ///< lets the user size the window of the book that is being made
     std::function<void(const std::string& caption)> open_encoder;  ///< the chooser, its caption naming what to make
     controls::Action make_picture_book;                            ///< the picture book wizard, for HTX
     controls::Action make_pics_file;                               ///< the same, for PICS

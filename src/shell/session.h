@@ -39,6 +39,9 @@ struct Session {
     std::string ZipPassword;    ///< password of the archive at hand; empty for none
     bool ZipEncrypted = false;  ///< a password is needed
 
+    /// Size and place of the book window, in twips. BookWidth 0: the user has not sized it.
+    float BookWidth = 0, BookHeight = 0, BookTop = 0, BookLeft = 0;
+
     std::string FavListPath;    ///< the current favorites list
     int PicsMode = 0;           ///< the open album: 0 none, 1 of form `xyz`, 2 of form `abc`
     bool OpenerLoaded = false;  ///< the window that opens pictures is loaded

@@ -100,6 +100,12 @@ void close_archive_window(arcview& w) {
     leave(w);
 }
 
+void close_book_archive(arcview& w) {
+    remove_own_files(w);
+    w.context.session.StartMode = another_window_took_over;
+    leave(w);
+}
+
 void move_files(arcview& w) {
     const Unwatched unwatched(w);
     if (!settle_changes(w)) return;

@@ -20,4 +20,7 @@ void move_files(arcview& w);
 /// and so of no use to anybody.
 void close_archive_window(arcview& w);
 
+/// Leaves after a book was read: deletes the files that were made for it and nobody has changed.
+void close_book_archive(arcview& w);
+
 }  // namespace quill::zip

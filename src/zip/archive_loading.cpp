@@ -232,13 +232,12 @@ void load_archive_window(shell::Context& context, NewZIP& archives) {
     w.Picture1.visible = true;
     take_archive(w);
     leave_main_window(w);
-    if (text::ends_with_ignoring_case(w.ArchivePath, "htx")) {
-        context.platform.message(
-            "Quillbright Pro can't show books yet. This one opens as an archive: its pages and "
-            "pictures are the files in the list.");
-    }
-    w.visible = true;
+    const bool is_book = text::ends_with_ignoring_case(w.ArchivePath, "htx") && archives.show_book;
+    w.visible = !is_book;
     report_unpacking(w);
+    if (!is_book) return;
+    w.watch.enabled = false;
+    archives.show_book();
 }
 
 }  // namespace quill::zip

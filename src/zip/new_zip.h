@@ -74,6 +74,9 @@ class NewZIP {
     /// operation leaves the archive as it was; files that were extracted by then stay.
     Watch progress;
 
+    /// Shows the book whose members are in WorkDir, instead of its archive window. May be empty.
+    controls::Action show_book;
+
     /// The one place where a status line can be attached.
     std::function<void(int pane, int percent, const std::string& text)> ZipStatus;
     std::function<void()> ZipStatusClear;

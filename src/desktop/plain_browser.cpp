@@ -1,0 +1,103 @@
+#include "desktop/plain_browser.h"
+
+#include "desktop/picture_reading.h"
+#include "desktop/pieces.h"
+#include "desktop/shown_text.h"
+#include "files/mapped_file.h"
+#include "htx/book/book_check.h"
+#include "htx/html/page_text.h"
+
+#include <QImage>
+#include <QMouseEvent>
+#include <QPrintDialog>
+#include <QPrinter>
+
+#include <algorithm>
+
+namespace quill::desktop {
+namespace {
+
+constexpr auto scheme = "book";
+
+QUrl url_of(const std::string& page, const std::string& fragment) {
+    QUrl url;
+    url.setScheme(QLatin1String(scheme));
+    url.setPath(QLatin1Char('/') + QString::fromStdString(page));
+    if (!fragment.empty()) url.setFragment(QString::fromStdString(fragment));
+    return url;
+}
+
+QVariant nothing(int type) {
+    if (type != QTextDocument::ImageResource) return QByteArray();
+    QImage empty(1, 1, QImage::Format_ARGB32);
+    empty.fill(Qt::transparent);
+    return empty;
+}
+
+QVariant text_of(const std::string& path) {
+    const Result<files::MappedFile> file = files::MappedFile::open(path);
+    if (!file) return QString();
+    return QString::fromStdString(htx::decode_page(file->bytes().substr(0, htx::most_page_bytes)));
+}
+
+}  // namespace
+
+PlainBrowser::PlainBrowser(const htx::Form7& book) : book_(book) {
+    setOpenLinks(false);
+    setUndoRedoEnabled(false);
+    document()->setDocumentMargin(line_height());
+    setFrameShape(QFrame::NoFrame);
+    connect(this, &QTextBrowser::sourceChanged, this, [this] {
+        if (arrived) arrived(page(), documentTitle().toStdString());
+    });
+    connect(this, &QTextBrowser::anchorClicked, this, [this](const QUrl& link) {
+        const bool is_in_book = link.scheme() == QLatin1String(scheme);
+        const QString address = is_in_book ? link.toString(QUrl::FullyEncoded | QUrl::RemoveScheme) : link.toString();
+        const std::string text = address.toStdString();
+        if (clicked)
+            clicked(page(), is_in_book ? text.substr(std::min(text.find_first_not_of('/'), text.size())) : text);
+    });
+}
+
+std::string PlainBrowser::page() const {
+    return source().path(QUrl::FullyDecoded).mid(1).toStdString();
+}
+
+void PlainBrowser::navigate(const std::string& page, const std::string& fragment) {
+    setSource(url_of(page, fragment), QTextDocument::HtmlResource);
+}
+
+bool PlainBrowser::find(const std::string& text) {
+    return QTextBrowser::find(shown(text));
+}
+
+void PlainBrowser::print() {
+    QPrinter printer;
+    QPrintDialog dialog(&printer, this);
+    if (dialog.exec() == QDialog::Accepted) QTextBrowser::print(&printer);
+}
+
+std::string PlainBrowser::file_of(const QUrl& name) const {
+    if (!name.isRelative() && name.scheme() != QLatin1String(scheme)) return {};
+    const std::string address = name.toString(QUrl::FullyEncoded | QUrl::RemoveScheme).toStdString();
+    if (name.isRelative()) return book_.path_of(htx::resolve(page(), address));
+    return book_.path_of(htx::resolve({}, address.substr(std::min(address.find_first_not_of('/'), address.size()))));
+}
+
+QVariant PlainBrowser::loadResource(int type, const QUrl& name) {
+    const std::string path = file_of(name);
+    if (path.empty()) return nothing(type);
+    if (type != QTextDocument::ImageResource) return text_of(path);
+    const int room = std::max(200, viewport()->width() - line_height() * 3);
+    constexpr int most_height = 10'000;
+    const QImage picture = read_picture(path, QSize(room, most_height));
+    return picture.isNull() ? nothing(type) : picture;
+}
+
+void PlainBrowser::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::BackButton) go_back();
+    if (event->button() == Qt::ForwardButton) go_forward();
+    QTextBrowser::mouseReleaseEvent(event);
+}
+
+}  // namespace quill::desktop

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "htx/book_reader.h"
+#include "platform/browser.h"
+
+#include <QTextBrowser>
+
+#include <functional>
+
+namespace quill::desktop {
+
+/// Shows a book's pages as Qt's own text browser can: no scripts, no network, no files but the book's.
+class PlainBrowser final : public QTextBrowser, public platform::Browser {
+  public:
+    explicit PlainBrowser(const htx::Form7& book);
+
+    std::function<void(const std::string& page, const std::string& title)> arrived;
+    std::function<void(const std::string& page, const std::string& address)> clicked;
+
+    void navigate(const std::string& page, const std::string& fragment) override;
+    void go_back() override { backward(); }
+    void go_forward() override { forward(); }
+    void copy() override { QTextBrowser::copy(); }
+    void select_all() override { selectAll(); }
+    bool find(const std::string& text) override;
+    void print() override;
+
+    /// What the document asks for: a file of the book, or nothing. Never null, because the document then looks for a
+    /// file by itself.
+    QVariant loadResource(int type, const QUrl& name) override;
+
+  protected:
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+  private:
+    std::string page() const;
+    std::string file_of(const QUrl& name) const;
+
+    const htx::Form7& book_;
+};
+
+}  // namespace quill::desktop

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "shell/session.h"
+#include "zip/new_zip.h"
+
+namespace quill::htx {
+
+/// Has archives that are books shown in the reader, and lets the create wizard size a book's window there. Both
+/// arguments must outlive the last book.
+void provide_reader(shell::Context& context, zip::NewZIP& archives);
+
+}  // namespace quill::htx

@@ -1,0 +1,217 @@
+#include "desktop/book_view.h"
+
+#include "desktop/plain_browser.h"
+#include "desktop/view_fixture.h"
+#include "htx/book_reader.h"
+#include "support/temporary_directory.h"
+
+#include <QEventLoop>
+#include <QImage>
+#include <QTextDocument>
+
+#include <array>
+#include <netinet/in.h>
+#include <string>
+#include <sys/socket.h>
+#include <unistd.h>
+#include <vector>
+
+namespace quill::tests {
+namespace {
+
+/// A port of this machine that somebody listens on.
+class Listener {
+  public:
+    Listener() : fd_(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0)) {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof(address);
+        auto* const any = reinterpret_cast<sockaddr*>(&address);
+        if (bind(fd_, any, size) != 0 || listen(fd_, 16) != 0 || getsockname(fd_, any, &size) != 0) fd_ = -1;
+        port_ = ntohs(address.sin_port);
+    }
+    ~Listener() { close(fd_); }
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
+
+    bool works() const { return fd_ >= 0; }
+    std::string host() const { return "127.0.0.1:" + std::to_string(port_); }
+    bool was_called() const { return accept(fd_, nullptr, nullptr) >= 0; }
+
+  private:
+    int fd_;
+    int port_ = 0;
+};
+
+class BookViewTest : public ViewTest {
+  protected:
+    /// The reader on a book of these pages.
+    htx::Form7& open(const std::vector<std::pair<std::string, std::string>>& files) {
+        views.add<htx::Form7, desktop::BookView>();
+        std::vector<htx::Form7::File> unpacked;
+        for (const auto& [name, bytes] : files) unpacked.push_back({name, directory.write("book/" + name, bytes)});
+        auto& w = program.windows.load<htx::Form7>(program.context);
+        w.show_files(unpacked);
+        w.visible = true;
+        views.sync_all();
+        settle();
+        return w;
+    }
+    static void settle() {
+        for (int i = 0; i < 20; ++i) QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    }
+    desktop::PlainBrowser* browser(htx::Form7& w) {
+        return dynamic_cast<desktop::PlainBrowser*>(widget<QTextBrowser>(w, "WebBrowser1"));
+    }
+
+    TemporaryDirectory directory;
+};
+
+/// What pages do to phone home, to read files or to run. HOST, FILE are replaced.
+const std::vector<std::string> attacks = {
+    "<img src=http://HOST/a.png>",
+    "<img src=//HOST/a.png>",
+    "<img srcset='http://HOST/a.png 2x'>",
+    "<link rel=stylesheet href=http://HOST/a.css>",
+    "<link rel=preload as=image href=http://HOST/a.png>",
+    "<link rel=prefetch href=http://HOST/a>",
+    "<link rel=dns-prefetch href=//HOST>",
+    "<link rel=preconnect href=http://HOST>",
+    "<link rel=icon href=http://HOST/a.ico>",
+    "<link rel=manifest href=http://HOST/a>",
+    "<link rel=import href=http://HOST/a>",
+    "<style>@import 'http://HOST/a.css';</style>",
+    "<style>@import url(http://HOST/a.css);</style>",
+    "<style>p{background:url(http://HOST/a.png)}</style><p>x</p>",
+    "<p style='background:url(http://HOST/a.png)'>x</p>",
+    "<p style='list-style-image:url(http://HOST/a.png)'>x</p>",
+    "<style>@font-face{font-family:x;src:url(http://HOST/a.woff)}*{font-family:x}</style>x",
+    "<style>p:before{content:url(http://HOST/a.png)}</style><p>x</p>",
+    "<body background=http://HOST/a.png>x",
+    "<table background=http://HOST/a.png><tr><td background=http://HOST/b.png>x</table>",
+    "<meta http-equiv=refresh content='0;url=http://HOST/a'>",
+    "<meta http-equiv=refresh content='0;url=file://FILE'>",
+    "<iframe src=http://HOST/a></iframe>",
+    "<iframe src=file://FILE></iframe>",
+    "<iframe srcdoc='<img src=http://HOST/a>'></iframe>",
+    "<frameset><frame src=http://HOST/a></frameset>",
+    "<object data=http://HOST/a></object>",
+    "<object data=file://FILE></object>",
+    "<embed src=http://HOST/a>",
+    "<applet code=a codebase=http://HOST/></applet>",
+    "<video src=http://HOST/a poster=http://HOST/b></video>",
+    "<audio src=http://HOST/a autoplay></audio>",
+    "<video><source src=http://HOST/a><track src=http://HOST/b></video>",
+    "<svg><image href=http://HOST/a.png /></svg>",
+    "<svg><use xlink:href='http://HOST/a.svg#x'/></svg>",
+    "<svg><script>x</script></svg>",
+    "<svg><feImage href=http://HOST/a /></svg>",
+    "<input type=image src=http://HOST/a.png>",
+    "<base href=http://HOST/><img src=a.png>",
+    "<base href=file:///><img src=FILE>",
+    "<a ping=http://HOST/a href=x.htm>x</a>",
+    "<form action=http://HOST/a><input autofocus onfocus=submit()></form>",
+    "<script src=http://HOST/a.js></script>",
+    "<script>new Image().src='http://HOST/a'</script>",
+    "<script>location='http://HOST/a'</script>",
+    "<script>new WebSocket('ws://HOST/a')</script>",
+    "<script>new RTCPeerConnection({iceServers:[{urls:'stun:HOST'}]})</script>",
+    "<img src=x onerror=\"location='http://HOST/a'\">",
+    "<body onload=\"location='http://HOST/a'\">",
+    "<script src='data:text/javascript,location=1'></script>",
+    "<iframe src='data:text/html,<img src=http://HOST/a>'></iframe>",
+    "<img src='data:image/svg+xml,<svg xmlns=\"http://www.w3.org/2000/svg\"><image href=\"http://HOST/a\"/></svg>'>",
+    "<img src=file://FILE>",
+    "<img src=FILE>",
+    "<img src=../outside.png>",
+    "<img src='..%2Foutside.png'>",
+    "<img src='\\\\HOST\\a.png'>",
+    "<link rel=stylesheet href=file://FILE>",
+    "<style>@import 'file://FILE';</style>",
+    "<img src='book://HOST/../../outside.png'>",
+    "<img src=qrc:/a.png><img src=ftp://HOST/a><img src='about:blank'>",
+    "<?xml version='1.0'?><!DOCTYPE x [<!ENTITY e SYSTEM 'file://FILE'>]><p>&e;</p>",
+};
+
+std::string filled(std::string page, const std::string& host, const std::string& file) {
+    for (const auto& [key, value] : {std::pair<std::string, std::string>{"HOST", host}, {"FILE", file}}) {
+        for (std::size_t at = 0; (at = page.find(key, at)) != std::string::npos; at += value.size())
+            page.replace(at, key.size(), value);
+    }
+    return page;
+}
+
+TEST_F(BookViewTest, HostilePagesReachNeitherTheNetworkNorOtherFiles) {
+    const Listener listener;
+    ASSERT_TRUE(listener.works());
+    QImage secret(64, 64, QImage::Format_RGB32);
+    secret.fill(Qt::red);
+    secret.save(QString::fromStdString(directory.path("outside.png")));
+    std::vector<std::pair<std::string, std::string>> pages;
+    for (std::size_t i = 0; i < attacks.size(); ++i) {
+        pages.emplace_back(std::to_string(1000 + i) + ".htm",
+                           filled(attacks[i], listener.host(), directory.path("outside.png")));
+    }
+    ASSERT_GE(pages.size(), 60U);
+    auto& w = open(pages);
+    for (std::size_t page = 0; page < pages.size(); ++page) {
+        events.hand_in([&] { w.go_to(page); });
+        settle();
+        EXPECT_EQ(w.page(), page) << pages[page].second;
+        const QImage drawn = frame_of(w).grab().toImage();
+        for (int y = 0; y < drawn.height(); y += 8) {
+            for (int x = 0; x < drawn.width(); x += 8)
+                ASSERT_NE(drawn.pixelColor(x, y), QColor(Qt::red)) << pages[page].second;
+        }
+        EXPECT_FALSE(listener.was_called()) << pages[page].second;
+    }
+    for (const char* address : {"file:///etc/passwd", "../outside.png", "http://x/", "qrc:/x", "data:text/css,p{}"}) {
+        const QVariant style =
+            browser(w)->loadResource(QTextDocument::StyleSheetResource, QUrl(QLatin1String(address)));
+        EXPECT_TRUE(style.isValid() && !style.isNull() && style.toByteArray().isEmpty()) << address;
+    }
+    EXPECT_TRUE(program.platform.started.empty());
+    EXPECT_TRUE(program.platform.opened.empty());
+}
+
+TEST_F(BookViewTest, ShowsPagesPicturesAndLinksOfTheBook) {
+    QImage picture(40, 40, QImage::Format_RGB32);
+    picture.fill(Qt::green);
+    const std::string file = directory.path("green.png");
+    picture.save(QString::fromStdString(file));
+    auto& w =
+        open({{"a.htm", "<title>Caf&eacute;</title><p>one</p><img src='d/my%20green.png'><a href='d/b.htm#x'>on</a>"},
+              {"d/b.htm", "<title>Two</title><p>two</p><a name=x>here</a>"},
+              {"d/my green.png", directory.read("green.png")}});
+    EXPECT_EQ(w.caption, "Caf\xC3\xA9");
+    EXPECT_TRUE(browser(w)->toPlainText().contains(QStringLiteral("one")));
+    EXPECT_EQ(browser(w)
+                  ->loadResource(QTextDocument::ImageResource, QUrl(QStringLiteral("d/my%20green.png")))
+                  .value<QImage>()
+                  .width(),
+              40);
+    Q_EMIT browser(w)->anchorClicked(browser(w)->source().resolved(QUrl(QStringLiteral("d/b.htm#x"))));
+    settle();
+    EXPECT_EQ(w.Label2.text, "Page 2 of 2");
+    EXPECT_TRUE(browser(w)->toPlainText().contains(QStringLiteral("two")));
+    events.hand_in(w.Command3(0).click);
+    settle();
+    EXPECT_EQ(w.Label2.text, "Page 1 of 2");
+    events.hand_in(w.Command4.click);
+    EXPECT_TRUE(widget(w, "List3")->isVisible());
+    EXPECT_TRUE(failures.empty());
+}
+
+TEST_F(BookViewTest, EveryControlHasAnAccessibleName) {
+    auto& w = open({{"a.htm", "x"}});
+    visit_controls(w, [&](const std::string& name, const char*, auto&) {
+        auto* drawn = frame_of(w).findChild<QWidget*>(QString::fromStdString(name));
+        if (drawn != nullptr) {
+            EXPECT_TRUE(qobject_cast<QMenu*>(drawn) != nullptr || !drawn->accessibleName().isEmpty()) << name;
+        }
+    });
+}
+
+}  // namespace
+}  // namespace quill::tests

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/browser.h"
+
+#include <string>
+#include <vector>
+
+namespace quill::tests {
+
+/// A browser that shows nothing and records what it was asked for.
+struct FakeBrowser final : platform::Browser {
+    std::vector<std::string> asked;
+    bool has_text = true;  ///< whether a search finds something
+
+    void navigate(const std::string& page, const std::string& fragment) override {
+        asked.push_back(fragment.empty() ? page : page + "#" + fragment);
+    }
+    void go_back() override { asked.emplace_back("back"); }
+    void go_forward() override { asked.emplace_back("forward"); }
+    void copy() override { asked.emplace_back("copy"); }
+    void select_all() override { asked.emplace_back("select all"); }
+    bool find(const std::string& text) override {
+        asked.push_back("find " + text);
+        return has_text;
+    }
+    void print() override { asked.emplace_back("print"); }
+};
+
+}  // namespace quill::tests
