@@ -48,19 +48,15 @@ PlainBrowser::PlainBrowser(const htx::Form7& book) : book_(book) {
     document()->setDocumentMargin(line_height());
     setFrameShape(QFrame::NoFrame);
     connect(this, &QTextBrowser::sourceChanged, this, [this] {
-        if (arrived) arrived(page(), documentTitle().toStdString());
+        if (arrived) arrived(page_, documentTitle().toStdString());
     });
     connect(this, &QTextBrowser::anchorClicked, this, [this](const QUrl& link) {
         const bool is_in_book = link.scheme() == QLatin1String(scheme);
         const QString address = is_in_book ? link.toString(QUrl::FullyEncoded | QUrl::RemoveScheme) : link.toString();
         const std::string text = address.toStdString();
         if (clicked)
-            clicked(page(), is_in_book ? text.substr(std::min(text.find_first_not_of('/'), text.size())) : text);
+            clicked(page_, is_in_book ? text.substr(std::min(text.find_first_not_of('/'), text.size())) : text);
     });
-}
-
-std::string PlainBrowser::page() const {
-    return source().path(QUrl::FullyDecoded).mid(1).toStdString();
 }
 
 void PlainBrowser::navigate(const std::string& page, const std::string& fragment) {
@@ -80,12 +76,13 @@ void PlainBrowser::print() {
 std::string PlainBrowser::file_of(const QUrl& name) const {
     if (!name.isRelative() && name.scheme() != QLatin1String(scheme)) return {};
     const std::string address = name.toString(QUrl::FullyEncoded | QUrl::RemoveScheme).toStdString();
-    if (name.isRelative()) return book_.path_of(htx::resolve(page(), address));
+    if (name.isRelative()) return book_.path_of(htx::resolve(page_, address));
     return book_.path_of(htx::resolve({}, address.substr(std::min(address.find_first_not_of('/'), address.size()))));
 }
 
 QVariant PlainBrowser::loadResource(int type, const QUrl& name) {
     const std::string path = file_of(name);
+    if (type == QTextDocument::HtmlResource) page_ = name.path(QUrl::FullyDecoded).mid(1).toStdString();
     if (path.empty()) return nothing(type);
     if (type != QTextDocument::ImageResource) return text_of(path);
     const int room = std::max(200, viewport()->width() - line_height() * 3);

@@ -33,10 +33,10 @@ class PlainBrowser final : public QTextBrowser, public platform::Browser {
     void mouseReleaseEvent(QMouseEvent* event) override;
 
   private:
-    std::string page() const;
     std::string file_of(const QUrl& name) const;
 
     const htx::Form7& book_;
+    std::string page_;  ///< the one that was loaded last; `source` is still the one before while it is loaded
 };
 
 }  // namespace quill::desktop

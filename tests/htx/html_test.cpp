@@ -143,10 +143,12 @@ TEST(Addresses, CountFromTheBaseThatAPageNames) {
 }
 
 TEST(Addresses, NamesComeBackFromTheirPercents) {
-    const std::string name = "a%20b \"#?&<>\xC3\xA9:.jpg";
-    const std::string written = encode_percents(name);
-    EXPECT_EQ(written.find_first_of("\"#?&<>:"), std::string::npos);
-    EXPECT_EQ(resolve("0001.htm", written).path, name);
+    for (const std::string name :
+         {"a%20b \"#?&<>\xC3\xA9:.jpg", " a.jpg", "a.jpg ", "a\\b.jpg", "C:x.jpg", "%2e.jpg"}) {
+        const std::string written = encode_percents(name);
+        EXPECT_EQ(written.find_first_of("\"#?&<>:"), std::string::npos);
+        EXPECT_EQ(resolve("0001.htm", written).path, name);
+    }
 }
 
 TEST(Pages, AreReadInTheirCharacterSet) {

@@ -127,8 +127,10 @@ std::string encode_percents(std::string_view path) {
     constexpr std::string_view harmless = " -._~!$'()*+,;=@/";
     constexpr std::string_view digits = "0123456789ABCDEF";
     std::string out;
-    for (const char c : path) {
-        if (is_alphanumeric(c) || harmless.find(c) != std::string_view::npos) {
+    for (std::size_t i = 0; i < path.size(); ++i) {
+        const char c = path[i];
+        const bool is_lost = c == ' ' && (i == 0 || i + 1 == path.size());
+        if (!is_lost && (is_alphanumeric(c) || harmless.find(c) != std::string_view::npos)) {
             out += c;
         } else {
             const auto byte = static_cast<unsigned char>(c);

@@ -33,8 +33,8 @@ Address resolve(std::string_view page, std::string_view base, std::string_view a
 /// Replaces %41 and the like by their bytes; what is not followed by two hexadecimal digits stays.
 std::string decode_percents(std::string_view text);
 
-/// Writes a path so that it can be an address in quotes: all bytes but letters, digits, blanks and the signs that mean
-/// nothing in an address become percents.
+/// Writes a path so that it can be an address in quotes: all bytes but letters, digits, blanks inside it and the signs
+/// that mean nothing in an address become percents.
 std::string encode_percents(std::string_view path);
 
 }  // namespace quill::htx
