@@ -68,8 +68,8 @@ bool follow_command_line(Context& context) {
         return false;
     }
     if (context.routes.show_directory && files::is_directory(start.path)) {
-        context.routes.show_directory(start.path);
-        return true;
+        context.routes.show_directory(start.path);  // it stays the current one
+        return false;
     }
     offer_file(context, start.path);
     if (start.open_at_once) openarchive(context);

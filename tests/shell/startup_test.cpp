@@ -67,6 +67,7 @@ TEST_F(Startup, ADirectoryShowsItsPictures) {
     program.routes.show_directory = [&](const std::string& directory) { shown = directory; };
     start_with(dir.path());
     EXPECT_EQ(shown, dir.path());
+    EXPECT_EQ(w.Text1.text, dir.path("quill/program/temp"));
     EXPECT_EQ(w.apt(1).text, "Select/Open/View a file");
 }
 

@@ -84,6 +84,7 @@ PictureView::PictureView(viewer::frmPic& window, EventLoop& events, ViewerDesk& 
     on_sync([this, whole = false]() mutable {
         if (std::exchange(whole, w_.full_screen) == w_.full_screen || !desk_.frame || sub_window_ == nullptr) return;
         desk_.frame->set_whole_screen(w_.full_screen);
+        sub_window_->setWindowFlag(Qt::FramelessWindowHint, w_.full_screen);  // no title over the picture
         w_.full_screen ? sub_window_->showMaximized() : sub_window_->showNormal();
         pane_->setFocus();
     });
