@@ -203,7 +203,9 @@ QWidget* ChooserView::make_collected() {
     buttons->addWidget(bind(w_.Command6, new QPushButton));
     buttons->addStretch(1);
     buttons->addWidget(bind(w_.doing, text_label()));
-    buttons->addWidget(bind(w_.bar, w_.bar_done, new QProgressBar));
+    QProgressBar* const bar = bind(w_.bar, w_.bar_done, new QProgressBar);
+    on_sync([this, bar] { bar->setVisible(w_.bar.visible); });
+    buttons->addWidget(bar);
     buttons->addWidget(bind_stop(w_.stop, new QPushButton));
     layout->addWidget(buttons->parentWidget());
     area->setMaximumHeight(area->fontMetrics().height() * 10);
