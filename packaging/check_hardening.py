@@ -11,7 +11,7 @@ import subprocess
 import sys
 from pathlib import Path
 
-PROGRAMS = ["src/cli/quill", "src/desktop/quillbright", "src/desktop/qpunwrap"]
+PROGRAMS = ["src/cli/quill", "src/desktop/quillbright", "src/desktop/qpunwrap", "src/picture/quillpicture"]
 
 
 def readelf(*arguments):

@@ -2,7 +2,7 @@
 """Reads every #include under src/ and says where one breaks the order of the layers.
 
 Nothing includes upwards; the folders of the program itself may include each other, but no file may include itself by
-way of others. Only desktop/ uses Qt, only the kernels (sources and -inl.h files) use SIMD, only the commands use the command line parser.
+way of others. Only desktop/ and picture/ use Qt, only the kernels (sources and -inl.h files) use SIMD, only the commands use the command line parser.
 """
 
 import re
@@ -14,7 +14,7 @@ SRC = Path(__file__).resolve().parent.parent / "src"
 PROGRAM = {"shell", "decoder", "encoder", "zip", "htx", "pics", "viewer", "integration"}
 BASE = {"text", "files"}
 SUMS = BASE | {"report", "simd", "checksum"}
-CORE = SUMS | {"codec", "archive", "controls", "platform"} | PROGRAM
+CORE = SUMS | {"codec", "archive", "controls", "platform", "worker"} | PROGRAM
 
 # Folder: the folders that it may include, besides itself.
 MAY_INCLUDE = {
@@ -27,15 +27,17 @@ MAY_INCLUDE = {
     "archive": SUMS,
     "controls": BASE | {"report"},
     "platform": BASE | {"report", "controls"},
+    "worker": BASE | {"platform"},
     **{folder: CORE for folder in PROGRAM},
-    "desktop": CORE,
+    "desktop": CORE | {"picture"},
+    "picture": CORE,
     "cli": CORE,
     "qpunwrap": SUMS | {"codec"},
 }
 
 # What the includes of a library begin with, and the only files that may name it.
 LIBRARIES = [
-    ("Qt", re.compile(r"Q[A-Z]|Qt"), lambda file: file.parts[0] == "desktop"),
+    ("Qt", re.compile(r"Q[A-Z]|Qt"), lambda file: file.parts[0] in ("desktop", "picture")),
     ("SIMD", re.compile(r"hwy/|[a-z]*mmintrin\.h|x86intrin\.h|arm_neon\.h"),
      lambda file: file.parts[0] in ("simd", "checksum", "codec") and (file.suffix == ".cpp" or file.stem.endswith("-inl"))),
     ("CLI11", re.compile(r"CLI/"), lambda file: file.parts[0] in ("cli", "qpunwrap")),

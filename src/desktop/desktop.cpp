@@ -79,6 +79,7 @@ void Desktop::provide_routes() {
 void Desktop::accept_dropped_files() {
     auto* main = static_cast<MainWindowView*>(views_.view_of(windows_.load<shell::swit>()));
     if (main == nullptr) return;
+    main->use_pictures(platform_.pictures());
     main->dropped = [this](const std::string& path) {
         if (shell::names_a_file(path)) shell::offer_file(context_, path);
     };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desktop/option_button.h"
+#include "desktop/picture_preview.h"
 #include "desktop/results_model.h"
 #include "desktop/view.h"
 #include "shell/main_window.h"
@@ -16,7 +17,6 @@ class QVBoxLayout;
 
 namespace quill::desktop {
 
-class PicturePreview;
 class StarPanel;
 
 /// The frame of the main window: tells of a file dropped on it and of the number keys.
@@ -40,6 +40,9 @@ class MainWindowView final : public View {
   public:
     MainWindowView(shell::swit& window, EventLoop& events);
     ~MainWindowView() override { destroy_frame(); }
+
+    /// Has the selected result's picture shown.
+    void use_pictures(platform::Pictures& pictures) { preview_->use(pictures); }
 
     /// What to do with a file dropped on the window.
     std::function<void(const std::string& path)> dropped;

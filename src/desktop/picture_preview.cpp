@@ -1,26 +1,28 @@
 #include "desktop/picture_preview.h"
 
-#include <QCoreApplication>
 #include <QPainter>
 #include <QPointer>
 
+#include <algorithm>
 #include <utility>
 
 namespace quill::desktop {
 namespace {
 
-constexpr QSize largest_shown(1200, 1200);
+constexpr platform::PictureSize largest_shown = {1200, 1200};
+
+/// Returns an image of its own, since the preview keeps it for long.
+QImage image_of(const platform::Pixels& pixels) {
+    if (pixels.bytes == nullptr) return {};
+    return QImage(pixels.bytes.get(), pixels.size.width, pixels.size.height, static_cast<qsizetype>(pixels.stride),
+                  QImage::Format_ARGB32_Premultiplied)
+        .copy();
+}
 
 }  // namespace
 
-PicturePreview::PicturePreview(Reader reader)
-    : reader_(std::move(reader)), latest_(std::make_shared<std::atomic<unsigned>>(0)) {
-    thread_.setMaxThreadCount(1);
+PicturePreview::PicturePreview() {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-}
-
-PicturePreview::~PicturePreview() {
-    ++*latest_;
 }
 
 QSize PicturePreview::sizeHint() const {
@@ -28,22 +30,20 @@ QSize PicturePreview::sizeHint() const {
     return {side, side};
 }
 
+void PicturePreview::drop_request() {
+    if (ticket_ != 0) pictures_->cancel(std::exchange(ticket_, 0));
+}
+
 void PicturePreview::show_file(const std::string& path) {
-    const unsigned request = ++*latest_;
-    if (path.empty()) {
-        take({});
-        return;
-    }
-    thread_.start([path, request, read = reader_, latest = latest_, self = QPointer(this)] {
-        if (*latest != request) return;
-        QImage picture = read(path, largest_shown);
-        if (*latest != request) return;
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [self, latest, request, picture] {
-                if (self && *latest == request) self->take(picture);
-            },
-            Qt::QueuedConnection);
+    drop_request();
+    if (path.empty() || pictures_ == nullptr) return take({});
+    platform::PictureRequest request;
+    request.source.path = path;
+    request.bounds = largest_shown;
+    ticket_ = pictures_->request(request, [self = QPointer(this)](const platform::Picture& picture) {
+        if (!self) return;
+        self->ticket_ = 0;
+        self->take(image_of(picture.pixels));
     });
 }
 

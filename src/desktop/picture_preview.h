@@ -1,27 +1,24 @@
 #pragma once
 
+#include "platform/pictures.h"
+
 #include <QImage>
-#include <QThreadPool>
 #include <QWidget>
 
-#include <atomic>
-#include <functional>
-#include <memory>
 #include <string>
 
 namespace quill::desktop {
 
-/// Shows a picture file, scaled down to its own size. Pictures are read beside the interface, one at a time; of those
-/// asked for meanwhile, only the last one is read.
+/// Shows a picture file, scaled down to its own size. Empty until it is given the service that decodes pictures.
 class PicturePreview final : public QWidget {
   public:
-    /// Reads the picture at a path, no larger than the bounds; null where there is none to show.
-    using Reader = std::function<QImage(const std::string& path, QSize bounds)>;
+    PicturePreview();
 
-    explicit PicturePreview(Reader reader);
-    ~PicturePreview() override;
+    /// `pictures` must be there whenever a file is shown.
+    void use(platform::Pictures& pictures) { pictures_ = &pictures; }
 
-    /// Shows the file at `path` as soon as it is read. Empties itself for an empty path, and where there is no picture.
+    /// Shows the file at `path` as soon as it is decoded. Empties itself for an empty path, and where there is no
+    /// picture.
     void show_file(const std::string& path);
 
     bool has_picture() const { return !picture_.isNull(); }
@@ -31,12 +28,12 @@ class PicturePreview final : public QWidget {
     void paintEvent(QPaintEvent* event) override;
 
   private:
+    void drop_request();
     void take(const QImage& picture);
 
-    Reader reader_;
-    std::shared_ptr<std::atomic<unsigned>> latest_;  ///< number of the request that still counts
+    platform::Pictures* pictures_ = nullptr;
+    platform::Pictures::Ticket ticket_ = 0;
     QImage picture_;
-    QThreadPool thread_;
 };
 
 }  // namespace quill::desktop

@@ -1,113 +1,199 @@
 #include "desktop/picture_service.h"
 
-#include "desktop/picture_reading.h"
-#include "files/mapped_file.h"
-
-#include <QImage>
-#include <QMetaObject>
+#include <QThread>
 
 #include <algorithm>
-#include <memory>
-#include <utility>
+#include <poll.h>
+#include <variant>
 
 namespace quill::desktop {
 namespace {
 
-/// Returns the image's pixels; they live as long as the last copy of the answer.
-platform::Pixels pixels_of(const QImage& image) {
-    const auto kept = std::make_shared<QImage>(image.convertToFormat(QImage::Format_ARGB32_Premultiplied));
-    return {{kept->width(), kept->height()},
-            static_cast<std::size_t>(kept->bytesPerLine()),
-            {kept, reinterpret_cast<const std::uint8_t*>(kept->constBits())}};
-}
+constexpr int longest_decoding = 20'000;    // milliseconds
+constexpr unsigned most_pictures = 2'000;   // of one worker
+constexpr unsigned most_failed_starts = 3;  // until pictures fail without another
 
-platform::Picture decode(std::string_view bytes, QSize bounds) {
-    platform::Picture picture;
-    picture.reason = "the file is not a picture that can be shown";
-    const QImage image = read_picture(bytes, bounds);
-    if (image.isNull()) return picture;
-    picture.pixels = pixels_of(image);
-    picture.count = 1;
-    picture.state = platform::PictureState::whole;
-    picture.decoded_percent = 100;
-    picture.reason.clear();
-    return picture;
-}
-
-platform::Picture decode(const platform::PictureRequest& request) {
-    constexpr int any = 1 << 24;
-    const QSize bounds =
-        request.bounds.width > 0 ? QSize(request.bounds.width, request.bounds.height) : QSize(any, any);
-    if (request.source.bytes != nullptr) return decode(*request.source.bytes, bounds);
-    const auto file = files::MappedFile::open(request.source.path);
-    if (file && request.source.offset <= file->bytes().size()) {
-        return decode(file->bytes().substr(request.source.offset, request.source.length), bounds);
-    }
-    platform::Picture none;
-    none.reason = "the file can't be read";
-    return none;
-}
+constexpr const char* sentence_on_sandbox =
+    "Pictures are decoded in a process of their own that can't open files, use the network or start programs.";
+constexpr const char* sentence_on_process =
+    "Pictures are decoded in a process of their own. This system can't keep that process from opening files.";
+constexpr const char* sentence_on_nothing = "Pictures can't be shown: the decoder can't be started.";
 
 }  // namespace
 
-PictureService::PictureService(EventLoop& events) : events_(events) {}
+PictureService::PictureService(EventLoop& events, std::string program)
+    : events_(events),
+      program_(std::move(program)),
+      seats_(static_cast<std::size_t>(std::max(QThread::idealThreadCount(), 1))) {}
 
 PictureService::~PictureService() {
-    waiting_.clear();
-    threads_.clear();
-    threads_.waitForDone();
+    for (Seat& seat : seats_) dismiss(seat);
+}
+
+std::size_t PictureService::workers() const {
+    return static_cast<std::size_t>(
+        std::count_if(seats_.begin(), seats_.end(), [](const Seat& seat) { return seat.process.has_value(); }));
 }
 
 PictureService::Ticket PictureService::request(const platform::PictureRequest& request, Ready ready) {
-    waiting_[++last_ticket_] = {request, std::move(ready)};
+    const Ticket ticket = ++last_ticket_;
+    waiting_[ticket] = {request, std::move(ready)};
+    queue_.emplace(request.priority, ticket);
     start_more();
-    return last_ticket_;
+    return ticket;
 }
 
 void PictureService::cancel(Ticket ticket) {
-    waiting_.erase(ticket);
+    const auto found = waiting_.find(ticket);
+    if (found == waiting_.end()) return;
+    queue_.erase({found->second.request.priority, ticket});
+    waiting_.erase(found);
 }
 
 void PictureService::prioritise(Ticket ticket, platform::PicturePriority priority) {
     const auto found = waiting_.find(ticket);
-    if (found != waiting_.end()) found->second.request.priority = priority;
+    if (found == waiting_.end()) return;
+    platform::PicturePriority& old = found->second.request.priority;
+    if (queue_.erase({old, ticket}) != 0) queue_.emplace(priority, ticket);
+    old = priority;
 }
 
-std::string PictureService::confinement() {
-    return "Pictures are decoded in the program itself.";
+/// Returns a seat that can take the request: the one that has its animation open, else any that is idle.
+PictureService::Seat* PictureService::idle_seat(const platform::PictureRequest& request) {
+    Seat* found = nullptr;
+    for (Seat& each : seats_) {
+        if (each.running != 0) continue;
+        if (each.process && each.source == request.source) return &each;
+        if (found == nullptr || (each.process && !found->process)) found = &each;
+    }
+    return found;
 }
 
 void PictureService::start_more() {
-    while (running_ < threads_.maxThreadCount()) {
-        auto next = waiting_.end();
-        for (auto each = waiting_.begin(); each != waiting_.end(); ++each) {
-            if (each->second.started) continue;
-            if (next == waiting_.end() || each->second.request.priority < next->second.request.priority) next = each;
+    while (!queue_.empty()) {
+        const Ticket ticket = queue_.begin()->second;
+        Seat* free = idle_seat(waiting_.at(ticket).request);
+        if (free == nullptr) return;
+        queue_.erase(queue_.begin());
+        if (seat(*free)) {
+            send(*free, ticket);
+        } else {
+            answer_later(ticket, "the picture decoder can't be started");
         }
-        if (next == waiting_.end()) return;
-        next->second.started = true;
-        ++running_;
-        threads_.start([this, ticket = next->first, request = next->second.request] {
-            QMetaObject::invokeMethod(
-                this, [this, ticket, picture = decode(request)] { deliver(ticket, picture); }, Qt::QueuedConnection);
-        });
     }
 }
 
-void PictureService::deliver(Ticket ticket, const platform::Picture& picture) {
-    --running_;
-    const auto found = waiting_.find(ticket);
-    if (found != waiting_.end()) {
-        const Ready ready = std::move(found->second.ready);
-        waiting_.erase(found);
-        const auto answer = [ready, picture] { ready(picture); };
-        if (events_.breathing()) {
-            events_.hand_in_later(answer);
-        } else {
-            events_.hand_in(answer);
-        }
+/// Sees to it that a worker is in the seat.
+bool PictureService::seat(Seat& seat) {
+    if (seat.process) return true;
+    if (program_.empty() || failed_starts_ >= most_failed_starts) return false;
+    Result<worker::WorkerProcess> started = worker::WorkerProcess::start(program_);
+    if (!started) {
+        ++failed_starts_;
+        return false;
     }
+    seat.process = *std::move(started);
+    seat.answers = std::make_unique<QSocketNotifier>(seat.process->line(), QSocketNotifier::Read);
+    connect(seat.answers.get(), &QSocketNotifier::activated, this, [this, &seat] { receive(seat); });
+    seat.deadline = std::make_unique<QTimer>();
+    seat.deadline->setSingleShot(true);
+    connect(seat.deadline.get(), &QTimer::timeout, this,
+            [this, &seat] { give_up(seat, "the picture takes too long to decode"); });
+    return true;
+}
+
+void PictureService::send(Seat& seat, Ticket ticket) {
+    const platform::PictureRequest& wanted = waiting_.at(ticket).request;
+    const Result<worker::OpenSource> source = worker::open_source(wanted.source);
+    if (!source) return answer_later(ticket, source.error().text);
+    if (!(seat.source == wanted.source) || wanted.index == 0) seat.source_number = ++last_source_;
+    seat.source = wanted.source;
+    worker::Request request;
+    request.id = ticket;
+    request.source = seat.source_number;
+    request.offset = source->offset;
+    request.length = source->length;
+    request.width = wanted.bounds.width;
+    request.height = wanted.bounds.height;
+    request.index = static_cast<std::uint32_t>(wanted.index);
+    seat.running = ticket;
+    ++seat.pictures;
+    seat.deadline->start(longest_decoding);
+    // A line that is broken already reports that when it is read.
+    static_cast<void>(seat.process->send(request, source->file.get()));
+}
+
+void PictureService::receive(Seat& seat) {
+    const auto message = seat.process->receive();
+    if (const auto* nothing = std::get_if<worker::WorkerProcess::Nothing>(&message)) {
+        if (*nothing == worker::WorkerProcess::Nothing::any_more) give_up(seat, "the picture made the decoder fail");
+        return;
+    }
+    if (const auto* hello = std::get_if<worker::Hello>(&message)) {
+        seat.hello = *hello;
+        failed_starts_ = 0;
+        return;
+    }
+    const auto& reply = std::get<worker::WorkerProcess::Reply>(message);
+    if (reply.id != seat.running) return give_up(seat, "the picture made the decoder fail");
+    seat.running = 0;
+    seat.deadline->stop();
+    if (seat.pictures >= most_pictures) dismiss(seat);
     start_more();
+    answer(reply.id, reply.picture);
+}
+
+/// Ends the seat's worker; what it was at fails for `reason`.
+void PictureService::give_up(Seat& seat, const char* reason) {
+    const Ticket ticket = seat.running;
+    if (!seat.hello) ++failed_starts_;
+    dismiss(seat);
+    start_more();
+    if (ticket != 0) answer(ticket, worker::failed_picture(reason));
+}
+
+void PictureService::dismiss(Seat& seat) {
+    // These may be what has called.
+    if (seat.answers) {
+        seat.answers->setEnabled(false);
+        seat.answers.release()->deleteLater();
+    }
+    if (seat.deadline) {
+        seat.deadline->stop();
+        seat.deadline.release()->deleteLater();
+    }
+    seat = Seat();
+}
+
+void PictureService::answer_later(Ticket ticket, std::string reason) {
+    QMetaObject::invokeMethod(
+        this, [this, ticket, reason = std::move(reason)] { answer(ticket, worker::failed_picture(reason)); },
+        Qt::QueuedConnection);
+}
+
+void PictureService::answer(Ticket ticket, const platform::Picture& picture) {
+    const auto found = waiting_.find(ticket);
+    if (found == waiting_.end()) return;
+    const Ready ready = std::move(found->second.ready);
+    waiting_.erase(found);
+    const auto event = [ready, picture] {
+        if (ready) ready(picture);
+    };
+    if (events_.breathing()) {
+        events_.hand_in_later(event);
+    } else {
+        events_.hand_in(event);
+    }
+}
+
+std::string PictureService::confinement() {
+    constexpr int patience = 2'000;  // milliseconds
+    Seat& first = seats_.front();
+    if (!seat(first)) return sentence_on_nothing;
+    pollfd line{first.process->line(), POLLIN, 0};
+    if (!first.hello && poll(&line, 1, patience) > 0) receive(first);
+    if (!first.hello) return sentence_on_nothing;
+    return first.hello->has_seccomp != 0 ? sentence_on_sandbox : sentence_on_process;
 }
 
 }  // namespace quill::desktop

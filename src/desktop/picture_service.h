@@ -2,19 +2,27 @@
 
 #include "desktop/event_loop.h"
 #include "platform/pictures.h"
+#include "worker/worker_process.h"
 
 #include <QObject>
-#include <QThreadPool>
+#include <QSocketNotifier>
+#include <QTimer>
 
 #include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace quill::desktop {
 
-/// Decodes pictures beside the interface, those that are seen first.
+/// Decodes pictures in worker processes, one for each core, those that are seen first. Workers start with the first
+/// request. One that ends or takes too long costs the picture that it was at; the next picture gets a new one.
 class PictureService final : public QObject, public platform::Pictures {
   public:
-    explicit PictureService(EventLoop& events);
+    explicit PictureService(EventLoop& events, std::string program = worker::find_worker());
     ~PictureService() override;
 
     Ticket request(const platform::PictureRequest& request, Ready ready) override;
@@ -22,21 +30,44 @@ class PictureService final : public QObject, public platform::Pictures {
     void prioritise(Ticket ticket, platform::PicturePriority priority) override;
     std::string confinement() override;
 
+    /// How many workers are alive.
+    std::size_t workers() const;
+
   private:
     struct Waiting {
         platform::PictureRequest request;
         Ready ready;
-        bool started = false;
+    };
+    /// A place for a worker.
+    struct Seat {
+        std::optional<worker::WorkerProcess> process;
+        std::unique_ptr<QSocketNotifier> answers;
+        std::unique_ptr<QTimer> deadline;
+        std::optional<worker::Hello> hello;
+        Ticket running = 0;              ///< what it decodes
+        platform::PictureSource source;  ///< of its last request
+        std::uint64_t source_number = 0;
+        unsigned pictures = 0;  ///< that it has been sent
     };
 
     void start_more();
-    void deliver(Ticket ticket, const platform::Picture& picture);
+    bool seat(Seat& seat);
+    Seat* idle_seat(const platform::PictureRequest& request);
+    void send(Seat& seat, Ticket ticket);
+    void receive(Seat& seat);
+    void give_up(Seat& seat, const char* reason);
+    void dismiss(Seat& seat);
+    void answer(Ticket ticket, const platform::Picture& picture);
+    void answer_later(Ticket ticket, std::string reason);
 
     EventLoop& events_;
-    std::map<Ticket, Waiting> waiting_;
+    std::string program_;
+    std::map<Ticket, Waiting> waiting_;                             ///< all that are not answered
+    std::set<std::pair<platform::PicturePriority, Ticket>> queue_;  ///< those of them that no worker has, in order
+    std::vector<Seat> seats_;
     Ticket last_ticket_ = 0;
-    int running_ = 0;
-    QThreadPool threads_;
+    std::uint64_t last_source_ = 0;
+    unsigned failed_starts_ = 0;  ///< of workers, one after the other
 };
 
 }  // namespace quill::desktop

@@ -1,6 +1,5 @@
 #include "desktop/main_window_view.h"
 #include "desktop/picture_preview.h"
-#include "desktop/picture_reading.h"
 #include "desktop/pieces.h"
 #include "desktop/shown_text.h"
 #include "files/path.h"
@@ -98,7 +97,7 @@ QWidget* MainWindowView::make_results_panel() {
     results_list_ = make_results_list();
     middle->addWidget(results_list_, 3);
     auto* beside = new QVBoxLayout;
-    preview_ = new PicturePreview([](const std::string& path, QSize bounds) { return read_picture(path, bounds); });
+    preview_ = new PicturePreview;
     preview_->setObjectName(QStringLiteral("preview"));
     preview_->setAccessibleName(QStringLiteral("Preview of the selected picture"));
     preview_->hide();

@@ -1,0 +1,189 @@
+#include "picture/decoder.h"
+
+#include "picture/icon.h"
+#include "picture/jpeg.h"
+#include "picture/pcx.h"
+#include "picture/reading.h"
+
+#include <QTransform>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+namespace quill::picture {
+namespace {
+
+using worker::Fault;
+
+constexpr unsigned most_frames = 100'000;
+
+/// Turns a picture as its file says it is to be shown.
+QImage upright(const QImage& image, QImageIOHandler::Transformations turn) {
+    QImage out = image;
+    if ((turn & QImageIOHandler::TransformationRotate90) != 0) out = out.transformed(QTransform().rotate(90));
+    const bool flip = (turn & QImageIOHandler::TransformationFlip) != 0;
+    const bool mirror = (turn & QImageIOHandler::TransformationMirror) != 0;
+    const bool turned = (turn & QImageIOHandler::TransformationRotate90) != 0;
+    // Mirrors are of the picture before it is turned.
+    return flip || mirror ? out.mirrored(turned ? flip : mirror, turned ? mirror : flip) : out;
+}
+
+QSize upright(QSize size, QImageIOHandler::Transformations turn) {
+    return (turn & QImageIOHandler::TransformationRotate90) != 0 ? size.transposed() : size;
+}
+
+QImage fitted(const QImage& image, QSize original, QSize bounds) {
+    QImage out = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    if (bounds.isEmpty()) return out;
+    const QSize wanted =
+        original.boundedTo(bounds) == original ? original : original.scaled(bounds, Qt::KeepAspectRatio);
+    const QSize size = wanted.expandedTo({1, 1});
+    return size == out.size() ? out : out.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+/// Fills in what follows from the image as it was drawn.
+void finish(Decoded& decoded, const Drawn& drawn, QImageIOHandler::Transformations turn, QSize bounds) {
+    decoded.original = upright(drawn.original, turn);
+    decoded.percent = drawn.image.isNull() ? 0 : drawn.percent;
+    decoded.fault = drawn.percent == 100 ? Fault::none : drawn.cut ? Fault::cut : Fault::damaged;
+    if (!drawn.image.isNull()) decoded.image = fitted(upright(drawn.image, turn), decoded.original, bounds);
+    if (decoded.count == 0) decoded.count = 1;
+}
+
+QImageIOHandler::Transformations orientation(std::string_view file) {
+    QByteArray bytes = QByteArray::fromRawData(file.data(), static_cast<qsizetype>(file.size()));
+    QBuffer buffer(&bytes);
+    return QImageReader(&buffer, "jpeg").transformation();
+}
+
+Decoded draw(const char* format, const Drawn& drawn, QImageIOHandler::Transformations turn, const Wanted& wanted) {
+    Decoded decoded;
+    decoded.format = format;
+    if (wanted.index > 0) {
+        decoded.fault = Fault::no_such_image;
+        decoded.count = 1;
+        return decoded;
+    }
+    finish(decoded, drawn, turn, wanted.bounds);
+    if (qint64{drawn.original.width()} * drawn.original.height() > most_pixels) decoded.fault = Fault::too_large;
+    return decoded;
+}
+
+void clear_row(QImage& image, int row) {
+    std::fill_n(image.scanLine(row), image.bytesPerLine(), uchar{0});
+}
+
+/// Returns an image for a reader to draw into, with nothing in it; a null one where the reader makes its own.
+QImage blank(const QImageReader& reader, QSize size) {
+    const QImage::Format format = reader.imageFormat();
+    if (format == QImage::Format_Invalid || size.isEmpty()) return {};
+    QImage image(size, format);
+    for (int row = 0; row < image.height(); ++row) clear_row(image, row);
+    return image;
+}
+
+/// Says for each row whether it was drawn: whether it is no longer blank, as pixels without transparency never are.
+std::vector<bool> drawn_rows(const QImage& image) {
+    std::vector<bool> drawn;
+    for (int row = 0; row < image.height(); ++row) {
+        const uchar* bytes = image.constScanLine(row);
+        drawn.push_back(std::any_of(bytes, bytes + image.bytesPerLine(), [](uchar byte) { return byte != 0; }));
+    }
+    return drawn;
+}
+
+/// Reads the next image, of the size stated. What a decoder that fails has drawn by then is kept.
+Drawn read_next(QImageReader& reader, QSize size) {
+    QImage image = blank(reader, size);
+    const void* ours = image.constBits();
+    const bool whole = reader.read(&image);
+    const bool reused = !image.isNull() && image.constBits() == ours;
+    Drawn drawn;
+    drawn.original = image.isNull() ? size : image.size();
+    if (!whole && !reused) return drawn;
+    // Some decoders call a file whole that ends early. Without transparency, rows that they left out can be told.
+    std::vector<bool> rows(static_cast<std::size_t>(image.height()), true);
+    if (reused && (!whole || image.format() == QImage::Format_RGB32)) rows = drawn_rows(image);
+    const auto there = static_cast<int>(std::count(rows.begin(), rows.end(), true));
+    if (there == 0) return drawn;
+    drawn.image = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    for (int row = 0; row < image.height(); ++row) {
+        if (!rows[static_cast<std::size_t>(row)]) clear_row(drawn.image, row);
+    }
+    drawn.percent = whole && there == image.height() ? 100 : std::min(99, 100 * there / image.height());
+    return drawn;
+}
+
+}  // namespace
+
+Decoded Decoder::decode(std::string_view file, const Wanted& wanted) {
+    if (is_jpeg(file)) {
+        const QImageIOHandler::Transformations turn = orientation(file);
+        const bool turned = (turn & QImageIOHandler::TransformationRotate90) != 0;
+        const QSize bounds = turned ? wanted.bounds.transposed() : wanted.bounds;
+        return draw("jpeg", draw_jpeg(file, bounds, most_pixels), turn, wanted);
+    }
+    if (is_pcx(file)) return draw("pcx", draw_pcx(file, most_pixels), {}, wanted);
+    return decode_by_plugin(file, wanted);
+}
+
+bool Decoder::open(std::string_view file, const Wanted& wanted) {
+    if (opened_ && wanted.source != 0 && opened_->source == wanted.source && opened_->next <= wanted.index) return true;
+    opened_ = std::make_unique<Opened>();
+    opened_->source = wanted.source;
+    opened_->bytes = plain_picture(file, wanted.index);
+    opened_->buffer.setBuffer(&opened_->bytes);
+    opened_->reader.setDevice(&opened_->buffer);
+    opened_->reader.setAutoTransform(false);
+    opened_->reader.setDecideFormatFromContent(true);
+    return opened_->reader.canRead();
+}
+
+/// Goes to an image of the file that is open.
+bool Decoder::seek(unsigned index) {
+    if (opened_->next == index) return true;
+    if (opened_->reader.jumpToImage(static_cast<int>(index))) {
+        opened_->next = index;
+        return true;
+    }
+    if (index > most_frames || !opened_->reader.supportsAnimation()) return false;
+    while (opened_->next < index) {
+        if (opened_->reader.read().isNull()) return false;
+        ++opened_->next;
+    }
+    return true;
+}
+
+Decoded Decoder::decode_by_plugin(std::string_view file, const Wanted& wanted) {
+    Decoded decoded;
+    decoded.fault = Fault::not_a_picture;
+    const unsigned icons = icon_count(file);
+    if (icons != 0 && wanted.index >= icons) decoded.fault = Fault::no_such_image;
+    if (icons != 0 && wanted.index >= icons) return decoded;
+    if (!open(file, wanted)) return decoded;
+    QImageReader& reader = opened_->reader;
+    const std::optional<qint64> memory = picture_memory(reader);
+    decoded.format = icons != 0 ? QByteArray("ico") : reader.format();
+    decoded.animated = icons == 0 && reader.supportsAnimation() && reader.imageCount() != 1;
+    decoded.count = icons != 0 ? icons : static_cast<unsigned>(std::max(reader.imageCount(), 1));
+    decoded.repeats = decoded.animated ? std::max(reader.loopCount(), -1) : 0;
+    const QSize size = stated_size(reader);
+    if (!memory) return decoded;
+    decoded.fault = *memory > most_picture_memory ? Fault::too_large : Fault::no_such_image;
+    if (*memory > most_picture_memory || (icons == 0 && !seek(wanted.index))) return decoded;
+    const bool is_other_page = icons == 0 && wanted.index > 0;
+    if (is_other_page && picture_memory(reader).value_or(most_picture_memory + 1) > most_picture_memory) {
+        decoded.fault = Fault::too_large;
+        return decoded;
+    }
+    const QImageIOHandler::Transformations turn = reader.transformation();
+    const Drawn drawn = read_next(reader, is_other_page ? stated_size(reader) : size);
+    ++opened_->next;
+    finish(decoded, drawn, turn, wanted.bounds);
+    if (decoded.animated) decoded.delay = std::max(reader.nextImageDelay(), 0);
+    if (decoded.fault != Fault::none || !decoded.animated) opened_.reset();
+    return decoded;
+}
+
+}  // namespace quill::picture

@@ -1,0 +1,82 @@
+#include "picture/icon.h"
+
+#include <QtEndian>
+
+#include <algorithm>
+#include <cstdint>
+#include <vector>
+
+namespace quill::picture {
+namespace {
+
+constexpr std::size_t header_size = 6;
+constexpr std::size_t entry_size = 16;
+constexpr std::uint32_t largest_icon = 256;  // what the directory of an icon file can state
+
+template <class T>
+T little_endian(std::string_view bytes, std::size_t at) {
+    return at + sizeof(T) <= bytes.size() ? qFromLittleEndian<T>(bytes.data() + at) : T{0};
+}
+
+struct Entry {
+    std::string_view bytes;  ///< of the directory
+    std::string_view image;
+    unsigned area = 0;
+    unsigned bits = 0;
+};
+
+unsigned stated(std::uint8_t side) {
+    return side == 0 ? largest_icon : side;
+}
+
+Entry entry_at(std::string_view file, std::size_t i) {
+    const std::string_view bytes = file.substr(header_size + i * entry_size, entry_size);
+    const std::size_t offset = little_endian<quint32>(bytes, 12);
+    const std::size_t size = little_endian<quint32>(bytes, 8);
+    return {bytes, offset < file.size() ? file.substr(offset, size) : std::string_view(),
+            stated(little_endian<quint8>(bytes, 0)) * stated(little_endian<quint8>(bytes, 1)),
+            little_endian<quint16>(bytes, 6)};
+}
+
+/// Returns true for a bitmap no larger than the directory can state: Qt takes its size from either.
+bool is_honest_bitmap(std::string_view bitmap) {
+    constexpr std::uint32_t header = 40;
+    return little_endian<quint32>(bitmap, 0) >= header && little_endian<quint32>(bitmap, 4) <= largest_icon &&
+           little_endian<quint32>(bitmap, 8) <= 2 * largest_icon;
+}
+
+QByteArray copy_of(std::string_view bytes) {
+    return {bytes.data(), static_cast<qsizetype>(bytes.size())};
+}
+
+/// Returns an icon file with this image alone.
+QByteArray alone(std::string_view file, const Entry& entry) {
+    QByteArray out = copy_of(file.substr(0, 4)) + QByteArray("\1\0", 2) + copy_of(entry.bytes.substr(0, 12));
+    const quint32 offset = qToLittleEndian(static_cast<quint32>(header_size + entry_size));
+    out.append(reinterpret_cast<const char*>(&offset), sizeof offset);
+    return out + copy_of(entry.image);
+}
+
+}  // namespace
+
+unsigned icon_count(std::string_view file) {
+    const bool is_icon =
+        file.starts_with(std::string_view("\0\0\1\0", 4)) || file.starts_with(std::string_view("\0\0\2\0", 4));
+    if (!is_icon || file.size() < header_size + entry_size) return 0;
+    const std::size_t room = (file.size() - header_size) / entry_size;
+    return static_cast<unsigned>(std::min<std::size_t>(little_endian<quint16>(file, 4), room));
+}
+
+QByteArray icon_image(std::string_view file, unsigned index) {
+    std::vector<Entry> entries;
+    for (unsigned i = 0; i < icon_count(file); ++i) entries.push_back(entry_at(file, i));
+    if (index >= entries.size()) return {};
+    std::stable_sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) {
+        return a.area != b.area ? a.area > b.area : a.bits > b.bits;
+    });
+    const Entry& entry = entries[index];
+    if (entry.image.starts_with("\x89PNG")) return copy_of(entry.image);
+    return is_honest_bitmap(entry.image) ? alone(file, entry) : QByteArray();
+}
+
+}  // namespace quill::picture

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QImage>
+#include <QSize>
+
+#include <string_view>
+
+namespace quill::picture {
+
+/// A picture as far as it could be decoded.
+struct Drawn {
+    QImage image = {};  ///< null: nothing
+    QSize original = {};
+    int percent = 0;   ///< of the rows: 100 for all
+    bool cut = false;  ///< the data end too early
+};
+
+bool is_jpeg(std::string_view file);
+
+/// Decodes a JPEG file, as small as it may be to cover `bounds` (empty: in full). Rows that are missing are
+/// transparent. Null where the header can't be read or states more pixels than `most_pixels`.
+Drawn draw_jpeg(std::string_view file, QSize bounds, qint64 most_pixels);
+
+}  // namespace quill::picture

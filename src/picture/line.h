@@ -1,0 +1,12 @@
+#pragma once
+
+#include "picture/decoder.h"
+#include "worker/message.h"
+
+namespace quill::picture {
+
+/// Takes requests from `line`, one after the other, decodes their pictures and sends the answers, until the line is
+/// closed.
+void serve(int line);
+
+}  // namespace quill::picture
