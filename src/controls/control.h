@@ -47,6 +47,7 @@ struct Label : Control {
     std::string text;
     Colour colour;
     Action click;
+    Action double_click;
     Action hover;  ///< the pointer came over it
 };
 

@@ -57,6 +57,25 @@ QToolButton* tool_button(ArchiveTool tool, const char* caption) {
     return button;
 }
 
+/// Hands in the clicks and double clicks on a text.
+class ClickFilter final : public QObject {
+  public:
+    ClickFilter(QWidget* widget, std::function<void()> clicked, std::function<void()> double_clicked)
+        : QObject(widget), clicked_(std::move(clicked)), double_clicked_(std::move(double_clicked)) {
+        widget->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::MouseButtonPress) clicked_();
+        if (event->type() == QEvent::MouseButtonDblClick) double_clicked_();
+        return QObject::eventFilter(watched, event);
+    }
+
+  private:
+    std::function<void()> clicked_;
+    std::function<void()> double_clicked_;
+};
+
 }  // namespace
 
 ArchiveFrame::ArchiveFrame() {
@@ -89,6 +108,7 @@ ArchiveWindowView::ArchiveWindowView(zip::arcview& window, EventLoop& events)
     layout->setContentsMargins(space / 2, space / 2, space / 2, space / 2);
     layout->setSpacing(space / 2);
     layout->addWidget(make_toolbar());
+    layout->addWidget(make_path());
     auto* middle = new QHBoxLayout;
     middle->setSpacing(space / 2);
     middle->addWidget(make_list(), 3);
@@ -212,6 +232,14 @@ QWidget* ArchiveWindowView::make_toolbar() {
     layout->addWidget(bind(w_.Label4, name));
     on_sync([this, name] { name->setToolTip(tool_tip(shown_name(w_.ArchivePath))); });
     return bar;
+}
+
+QWidget* ArchiveWindowView::make_path() {
+    auto* path = new QLabel;
+    path->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);  // a long one does not widen the window
+    new ClickFilter(
+        path, [this] { hand_in(w_.Label21.click); }, [this] { hand_in(w_.Label21.double_click); });
+    return bind(w_.Label21, path);
 }
 
 QWidget* ArchiveWindowView::make_list() {

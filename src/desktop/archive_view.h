@@ -42,6 +42,7 @@ class ArchiveWindowView final : public View {
     void build_menus();
     QMenu* make_row_menu();
     QWidget* make_toolbar();
+    QWidget* make_path();
     QToolButton* make_tool(int index, const char* caption);
     QToolButton* make_tool(ArchiveTool tool, const char* caption, const controls::MenuItem& item, QAction* action);
     QWidget* make_list();

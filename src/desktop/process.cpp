@@ -26,8 +26,8 @@ std::string own_directory() {
 }
 
 /// In the grandchild: becomes the program, or tells the parent through `report` why it could not.
-[[noreturn]] void become(const std::vector<char*>& argv, const char* directory, int report) {
-    if (*directory == '\0' || chdir(directory) == 0) execv(argv.front(), argv.data());
+[[noreturn]] void become(char* const* argv, const char* directory, int report) {
+    if (*directory == '\0' || chdir(directory) == 0) execv(*argv, argv);
     const int reason = errno;
     const ssize_t told = write(report, &reason, sizeof reason);
     _exit(told == sizeof reason ? 126 : 127);
@@ -50,20 +50,21 @@ std::string find_program(const std::string& program) {
     return {};
 }
 
-bool start_detached(const std::string& path, const std::vector<std::string>& arguments, const std::string& directory) {
-    std::vector<std::string> words{path};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<char*> argv;
-    for (std::string& word : words) argv.push_back(word.data());
-    argv.push_back(nullptr);
+Arguments::Arguments(const std::string& path, const std::vector<std::string>& arguments) : words_{path} {
+    words_.insert(words_.end(), arguments.begin(), arguments.end());
+    for (std::string& word : words_) argv_.push_back(word.data());
+    argv_.push_back(nullptr);
+}
 
+bool start_detached(const std::string& path, const std::vector<std::string>& arguments, const std::string& directory) {
+    const Arguments words(path, arguments);
     std::array<int, 2> report{};
     if (pipe2(report.data(), O_CLOEXEC) != 0) return false;
     const pid_t child = fork();
     if (child == 0) {  // its own child goes on alone
         setsid();
         const pid_t grandchild = fork();
-        if (grandchild == 0) become(argv, directory.c_str(), report[1]);
+        if (grandchild == 0) become(words.argv(), directory.c_str(), report[1]);
         _exit(grandchild > 0 ? 0 : 1);
     }
     close(report[1]);

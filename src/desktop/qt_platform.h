@@ -5,6 +5,7 @@
 #include "desktop/file_opener.h"
 #include "desktop/picture_service.h"
 #include "desktop/views.h"
+#include "desktop/waited_program.h"
 #include "platform/platform.h"
 
 #include <QElapsedTimer>
@@ -30,6 +31,12 @@ class DesktopMachine final : public platform::Machine {
     std::minstd_rand generator_{std::random_device{}()};
 };
 
+/// A machine on which no device can be opened.
+class NoMedia final : public platform::Media {
+  public:
+    std::string command(const std::string&) override { return "There is no media device of this name."; }
+};
+
 /// Draws windows while an action runs, some twenty-five times a second at most. An action that is soon over is not
 /// shown, so that nothing flickers.
 class ViewDisplay final : public platform::Display {
@@ -51,6 +58,8 @@ class QtPlatform final : public platform::Platform {
 
     BoxDialogs& dialogs() override { return dialogs_; }
     FileOpener& opener() override { return opener_; }
+    WaitedPrograms& programs() override { return programs_; }
+    NoMedia& media() override { return media_; }
     DesktopMachine& machine() override { return machine_; }
     ViewDisplay& display() override { return display_; }
     PictureService& pictures() override { return pictures_; }
@@ -58,6 +67,8 @@ class QtPlatform final : public platform::Platform {
   private:
     BoxDialogs dialogs_;
     FileOpener opener_;
+    WaitedPrograms programs_;
+    NoMedia media_;
     DesktopMachine machine_;
     ViewDisplay display_;
     PictureService pictures_;

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -92,6 +93,39 @@ class Opener {
     virtual bool move_to_trash(const std::string& path) = 0;
 };
 
+/// How a program ended that was waited for.
+enum class ProgramEnd : std::uint8_t {
+    exited,       ///< by itself
+    killed,       ///< by a signal
+    stopped,      ///< because the caller wanted no more of it
+    not_started,  ///< it never ran
+};
+
+struct ProgramResult {
+    ProgramEnd end = ProgramEnd::not_started;
+    int status = 0;  ///< its exit status, where it exited
+};
+
+/// Programs whose end is waited for.
+class Programs {
+  public:
+    virtual ~Programs() = default;
+    /// Returns the path that the bare name `program` would be started from; empty where it is not installed.
+    virtual std::string find(const std::string& program) = 0;
+    /// Starts the executable at `path` and waits for its end. Its input and output lead nowhere. `goes_on` is asked
+    /// many times a second; where it returns false, the program and those that it started are ended.
+    virtual ProgramResult run(const std::string& path, const std::vector<std::string>& arguments,
+                              const std::function<bool()>& goes_on) = 0;
+};
+
+/// Devices that play sound and films.
+class Media {
+  public:
+    virtual ~Media() = default;
+    /// Sends a command such as "status NAME mode". Returns the reply, or the text of the error.
+    virtual std::string command(const std::string& command) = 0;
+};
+
 /// Facts of the machine that do not change during a run.
 class Machine {
   public:
@@ -128,6 +162,8 @@ class Platform {
     virtual ~Platform() = default;
     virtual Dialogs& dialogs() = 0;
     virtual Opener& opener() = 0;
+    virtual Programs& programs() = 0;
+    virtual Media& media() = 0;
     virtual Machine& machine() = 0;
     virtual Display& display() = 0;
     virtual Pictures& pictures() = 0;

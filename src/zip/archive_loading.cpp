@@ -162,6 +162,7 @@ void report_unpacking(arcview& w) {
 void show_archive_path(arcview& w, const std::string& path) {
     w.ArchivePath = path;
     w.Label21.text = text::to_lower(path);
+    w.Label2.text = files::dir_of(path);
     w.Label4.text = files::name_of(path);
 }
 

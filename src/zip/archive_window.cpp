@@ -11,6 +11,7 @@
 #include "zip/archive_panel.h"
 #include "zip/archive_reading.h"
 #include "zip/archive_rows.h"
+#include "zip/media_label.h"
 
 #include <array>
 
@@ -66,6 +67,7 @@ void hide_what_starts_hidden(arcview& w) {
     w.visible = false;
     w.Picture1.visible = w.Picture2.visible = w.Picture9.visible = false;
     w.doing.visible = w.bar.visible = w.stop.visible = false;
+    w.Label2.visible = w.Label24.visible = false;  // the path shows the directory, and the list is plain to see
     w.Command1.visible = w.Label3.visible = w.progress.visible = w.IDC_ENCRYPTCODE.visible = false;
     w.Image2.for_each([](int, controls::Picture& picture) { picture.visible = false; });
     w.lodnone.enabled = w.undo.enabled = false;
@@ -94,6 +96,8 @@ void wire_list(arcview& w) {
         show_selected_row(w);
         count_selected(w);
     };
+    w.Label21.click = [&w] { toggle_media(w); };
+    w.Label21.double_click = [&w] { close_media(w); };
     w.List1.double_click = w.List7.double_click = [&w] { OpenMember(w); };
     w.List7.change = [&w] { select_page_row(w); };
     w.VScroll2.change = [&w] { scroll_page(w); };

@@ -55,8 +55,10 @@ struct arcview : controls::Window {
     controls::Label Label23;            // number of rows
     controls::Label Label18;            // size of the archive
     controls::Label Label20;            // size of all members
-    controls::Label Label21;            // its path, in lower case
+    controls::Label Label21;            // its path, in lower case; a click plays or pauses the media device
+    controls::Label Label2;             // its directory
     controls::Label Label4;             // its name
+    controls::Label Label24;            // "Files"
     controls::Label Label13;            // what the picture under the pointer does
     controls::Label Label3;             // "1"
     controls::Label progress;           // how far an extraction is; never seen
@@ -117,6 +119,8 @@ struct arcview : controls::Window {
 
     controls::Timer watch;  // looks whether other programs have changed the files
 
+    std::string MediaAlias;                       // the media device; nothing opens one
+    std::string MediaReply;                       // its last reply, or the text of its error
     std::string ArchivePath;                      // full path of the archive
     std::shared_ptr<const OpenedArchive> listed;  // the archive as the rows show it; nullptr for a new one
     std::optional<files::MappedFile> bytes;       // its bytes, which stay when another program replaces it
@@ -168,7 +172,9 @@ void visit_controls(arcview& w, F&& f) {
     f("Label18", "Size of the archive", w.Label18);
     f("Label20", "Size of all members", w.Label20);
     f("Label21", "Path of the archive", w.Label21);
+    f("Label2", "Directory of the archive", w.Label2);
     f("Label4", "Name of the archive", w.Label4);
+    f("Label24", "What the list shows", w.Label24);
     f("Label13", "What the button does", w.Label13);
     f("Label3", "Number of the window", w.Label3);
     f("progress", "Progress of the extraction", w.progress);

@@ -127,6 +127,27 @@ bool ScriptedPlatform::move_to_trash(const std::string& path) {
     return true;
 }
 
+std::string ScriptedPlatform::find(const std::string& program) {
+    const auto path = installed.find(program);
+    return path == installed.end() ? std::string() : path->second;
+}
+
+platform::ProgramResult ScriptedPlatform::run(const std::string& path, const std::vector<std::string>& arguments,
+                                              const std::function<bool()>& goes_on) {
+    waited_for.push_back({path, arguments, {}});
+    controls::run(while_waiting);
+    if (!goes_on()) return {platform::ProgramEnd::stopped};
+    if (program_results.empty()) return {};
+    const platform::ProgramResult result = program_results.front();
+    program_results.pop_front();
+    return result;
+}
+
+std::string ScriptedPlatform::command(const std::string& command) {
+    media_commands.push_back(command);
+    return media_reply;
+}
+
 int ScriptedPlatform::random(int bound) {
     if (random_number) return random_number(bound);
     return static_cast<int>(generator_() % static_cast<unsigned>(bound));

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <deque>
 #include <functional>
+#include <map>
 #include <random>
 #include <string>
 #include <vector>
@@ -21,6 +22,8 @@ namespace quill::tests {
 class ScriptedPlatform final : public platform::Platform,
                                private platform::Dialogs,
                                private platform::Opener,
+                               private platform::Programs,
+                               private platform::Media,
                                private platform::Machine,
                                private platform::Display {
   public:
@@ -54,8 +57,10 @@ class ScriptedPlatform final : public platform::Platform,
     std::vector<platform::Question> questions;  ///< asked with Yes and No
     std::vector<platform::Prompt> prompts;      ///< asked for a line of text
     std::vector<platform::FileRequest> file_requests;
-    std::vector<std::string> opened;   ///< paths handed to their default program
-    std::vector<Start> started;        ///< programs started
+    std::vector<std::string> opened;  ///< paths handed to their default program
+    std::vector<Start> started;       ///< programs started
+    std::vector<Start> waited_for;    ///< programs started and waited for
+    std::vector<std::string> media_commands;
     std::vector<std::string> edited;   ///< paths handed to a text editor
     std::vector<std::string> trashed;  ///< paths moved to the trash; their files are deleted
     std::size_t repaints = 0;
@@ -73,12 +78,18 @@ class ScriptedPlatform final : public platform::Platform,
     bool editing_works = true;
     bool trash_works = true;
     double twips_of_pixel = 15;
-    std::function<int(int bound)> random_number;  ///< replaces the generator of fixed seed
+    std::map<std::string, std::string> installed;         ///< paths of programs by their names
+    std::deque<platform::ProgramResult> program_results;  ///< of the programs waited for; none: not started
+    std::string media_reply = "no such device";           ///< to each command
+    controls::Action while_waiting;                       ///< runs while a program is waited for
+    std::function<int(int bound)> random_number;          ///< replaces the generator of fixed seed
     std::function<void(controls::Window&)> on_repaint;
     FakePictures fake_pictures;  ///< the table of pictures, and the requests that wait
 
     platform::Dialogs& dialogs() override { return *this; }
     platform::Opener& opener() override { return *this; }
+    platform::Programs& programs() override { return *this; }
+    platform::Media& media() override { return *this; }
     platform::Machine& machine() override { return *this; }
     platform::Display& display() override { return *this; }
     FakePictures& pictures() override { return fake_pictures; }
@@ -108,6 +119,10 @@ class ScriptedPlatform final : public platform::Platform,
                const std::string& directory) override;
     bool edit_text(const std::string& path) override;
     bool move_to_trash(const std::string& path) override;
+    std::string find(const std::string& program) override;
+    platform::ProgramResult run(const std::string& path, const std::vector<std::string>& arguments,
+                                const std::function<bool()>& goes_on) override;
+    std::string command(const std::string& command) override;
     std::string user_name() const override { return name_of_user; }
     std::string home_directory() const override { return directory_of_user; }
     std::string system_directory() const override { return directory_of_system; }

@@ -1,0 +1,103 @@
+#include "desktop/waited_program.h"
+
+#include "desktop/process.h"
+
+#include <array>
+#include <csignal>
+#include <fcntl.h>
+#include <optional>
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
+
+namespace quill::desktop {
+namespace {
+
+using platform::ProgramEnd;
+using platform::ProgramResult;
+
+constexpr int time_between_questions = 20;  // milliseconds
+constexpr int rounds_of_grace = 50;         // between asking a program to end and killing it
+
+/// In the child: becomes the program, in a process group of its own. Writes into `report` where that fails.
+[[noreturn]] void become(char* const* argv, int report) {
+    setpgid(0, 0);
+    const int nowhere = open("/dev/null", O_RDWR | O_CLOEXEC);
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nowhere, stream);
+    execv(*argv, argv);
+    const char failed = 1;
+    const ssize_t written = write(report, &failed, 1);
+    _exit(written == 1 ? 126 : 127);
+}
+
+/// A process that is waited for. Its group does not survive this object.
+class Child {
+  public:
+    explicit Child(pid_t process) : process_(process) { setpgid(process, process); }
+    ~Child() {
+        if (!status_) end();
+    }
+    Child(const Child&) = delete;
+    Child& operator=(const Child&) = delete;
+
+    /// Waits for a moment. Returns true once the process has ended.
+    bool has_ended() {
+        poll(nullptr, 0, time_between_questions);
+        int status = 0;
+        if (!status_ && waitpid(process_, &status, WNOHANG) == process_) status_ = status;
+        return status_.has_value();
+    }
+
+    /// Ends the process and its group: politely, then not.
+    void end() {
+        kill(-process_, SIGTERM);
+        for (int round = 0; round < rounds_of_grace && !has_ended(); ++round) continue;
+        kill(-process_, SIGKILL);
+        int status = 0;
+        if (!status_ && waitpid(process_, &status, 0) == process_) status_ = status;
+    }
+
+    ProgramResult result() const {
+        if (!status_) return {ProgramEnd::killed};
+        return WIFEXITED(*status_) ? ProgramResult{ProgramEnd::exited, WEXITSTATUS(*status_)}
+                                   : ProgramResult{ProgramEnd::killed};
+    }
+
+  private:
+    pid_t process_;
+    std::optional<int> status_;
+};
+
+}  // namespace
+
+std::string WaitedPrograms::find(const std::string& program) {
+    return find_program(program);
+}
+
+ProgramResult WaitedPrograms::run(const std::string& path, const std::vector<std::string>& arguments,
+                                  const std::function<bool()>& goes_on) {
+    const Arguments words(path, arguments);
+    std::array<int, 2> report{};
+    if (pipe2(report.data(), O_CLOEXEC) != 0) return {};
+    const pid_t process = fork();
+    if (process == 0) become(words.argv(), report[1]);
+    close(report[1]);
+    char failed = 0;
+    const bool not_started = process < 0 || read(report[0], &failed, 1) != 0;  // an exec that works closes the pipe
+    close(report[0]);
+    if (process < 0) return {};
+    Child child(process);
+    if (not_started) {
+        child.end();
+        return {};
+    }
+    while (!child.has_ended()) {
+        if (goes_on()) continue;
+        child.end();
+        return {ProgramEnd::stopped};
+    }
+    return child.result();
+}
+
+}  // namespace quill::desktop
