@@ -45,6 +45,13 @@ void offer_pictures(shell::swit& w) {
     w.pictures.visible = std::any_of(names.begin(), names.end(), viewer::is_picture_name);
 }
 
+/// Returns true where the file at `path` has the bytes that were checked. Its name may be another.
+bool is_of(const shell::Scan& scan, const std::string& path) {
+    const std::optional<files::FileStamp> now = files::stamp_through_links(path);
+    return now && now->same_file(scan.stamp) && now->size == scan.stamp.size && now->modified == scan.stamp.modified &&
+           now->modified_fraction == scan.stamp.modified_fraction;
+}
+
 }  // namespace
 
 std::string result_path(const shell::swit& w, std::size_t row) {
@@ -59,6 +66,10 @@ ResultRow result_row(const shell::swit& w, std::size_t row) {
     if (row < w.Results.size() && w.Results[row].outcome) {
         result.verdict = w.Results[row].outcome->verdict;
         result.problems = w.Results[row].outcome->problems;
+    }
+    if (row < w.Results.size() && w.Results[row].scan && is_of(*w.Results[row].scan, result.path)) {
+        result.scan = w.Results[row].scan->answer;
+        result.scan_text = w.Results[row].scan->text;
     }
     return result;
 }
@@ -75,7 +86,7 @@ void add_results(shell::swit& w, const std::string& directory, std::vector<NewRe
             w.Results.push_back({directory, std::move(result.outcome)});
         } else {
             w.List3.replace(place->second, result.name);  // the same name, of another file
-            w.Results[place->second].outcome = std::move(result.outcome);
+            w.Results[place->second] = {directory, std::move(result.outcome)};
         }
         if (!first) first = place->second;
     }
@@ -94,6 +105,15 @@ void replace_result(shell::swit& w, std::size_t row, const std::string& name) {
     if (selected == former) selected = row;
     if (selected && *selected > *former) --*selected;
     w.List3.selected = selected;
+}
+
+void keep_scan(shell::swit& w, const std::string& path, const shell::Scan& scan) {
+    complete_records(w);
+    for (std::size_t row = 0; row < w.List3.count(); ++row) {
+        if (result_path(w, row) != path) continue;
+        w.Results[row].scan = scan;
+        w.List3.replace(row, w.List3.items()[row]);  // draws it again
+    }
 }
 
 void remove_result(shell::swit& w, std::size_t row) {

@@ -18,6 +18,8 @@ struct ResultRow {
     std::optional<std::uint64_t> size = {};      ///< bytes it has on the disk now; absent where it is gone
     std::optional<codec::Verdict> verdict = {};  ///< absent where no decoder checked the file
     std::vector<codec::Problem> problems = {};
+    std::optional<shell::ScanAnswer> scan = {};  ///< absent where no check is known of the file as it is now
+    std::string scan_text = {};
 
     bool operator==(const ResultRow&) const = default;
 };
@@ -42,6 +44,9 @@ void add_results(shell::swit& w, const std::string& directory, std::vector<NewRe
 /// Gives row `row`, and what is known of its file, the name `name`. Renames no file. Removes another row that names the
 /// same file: that file cannot be there any more.
 void replace_result(shell::swit& w, std::size_t row, const std::string& name);
+
+/// Keeps what an anti-virus program said of the file at `path` in the rows of that file.
+void keep_scan(shell::swit& w, const std::string& path, const shell::Scan& scan);
 
 /// Removes row `row` and what is known of its file. Deletes no file.
 void remove_result(shell::swit& w, std::size_t row);

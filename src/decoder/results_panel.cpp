@@ -72,6 +72,13 @@ void add_missing_ending(shell::swit& w, std::size_t row, std::string& path) {
     path = files::join(dir, name);
 }
 
+bool wants_harmful(shell::Context& context, const std::string& path) {
+    return context.platform.ask({.text = "   The virus check found something harmful in " + files::name_of(path) +
+                                         ". Do you want to open it all the same?",
+                                 .no_is_default = true,
+                                 .question_mark = true});
+}
+
 /// Renames the file within its directory; the reason where that is impossible.
 Status rename_there(const std::string& path, const std::string& name) {
     if (name.find('/') != std::string::npos) {
@@ -104,6 +111,7 @@ void open_result(shell::Context& context) {
         show_repair_guide(context);
         return;
     }
+    if (result_row(w, row).scan == shell::ScanAnswer::found && !wants_harmful(context, path)) return;
     if (!may_open(context, path)) return;
     context.platform.message(
         " This program will now attempt to load this file into the default program on your computer for this type of "
@@ -186,7 +194,7 @@ RowDetails row_details(const shell::swit& w, std::size_t row) {
         details.problems.emplace_back(text_of(problem));
         details.disguised = details.disguised || problem.kind == codec::ProblemKind::disguised_name;
     }
-    details.doubtful = details.doubtful || details.disguised;
+    details.doubtful = details.doubtful || details.disguised || result.scan == shell::ScanAnswer::found;
     return details;
 }
 

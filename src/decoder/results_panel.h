@@ -42,7 +42,7 @@ struct RowDetails {
     std::string_view icon;              ///< name of the icon of its type (freedesktop.org icon naming)
     bool picture = false;               ///< a picture by its first bytes, fit for a preview
     std::string verdict;                ///< "verified", "damaged" ...; empty where nothing is known
-    bool doubtful = false;              ///< the file is damaged, incomplete, empty, gone or disguised
+    bool doubtful = false;              ///< the file is damaged, incomplete, empty, gone or disguised, or harmful
     bool disguised = false;             ///< a program whose name looks like that of something else
     std::vector<std::string> problems;  ///< one sentence each, those that people must hear of first
 };

@@ -1,9 +1,137 @@
 #include "decoder/virus_guard.h"
 
+#include "decoder/results.h"
+#include "files/directory.h"
+#include "files/file_stamp.h"
 #include "files/path.h"
+#include "shell/long_run.h"
 #include "shell/main_window.h"
 
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <iterator>
+#include <optional>
+#include <string_view>
+#include <vector>
+
 namespace quill::decoder {
+namespace {
+
+using platform::ProgramEnd;
+using platform::ProgramResult;
+using shell::Scan;
+using shell::ScanAnswer;
+
+/// A program that ends with status 0 where it found nothing and 1 where it found something.
+struct Scanner {
+    std::string_view name;
+    std::array<std::string_view, 3> options;  ///< empty ones are left out
+    std::uint64_t most_bytes;                 ///< of larger files it reads nothing, and reports that it found nothing
+};
+
+constexpr Scanner scanners[] = {
+    {"clamdscan", {"--fdpass", "--no-summary", ""}, 25'000'000},
+    {"clamscan", {"--no-summary", "--max-filesize=2000M", "--max-scansize=2000M"}, 2'000'000'000},
+};
+
+/// Returns the row of `program`; nullptr where nothing is known about its answers.
+const Scanner* known_scanner(const std::string& program) {
+    const std::string name = files::name_of(program);
+    const auto* const scanner =
+        std::find_if(std::begin(scanners), std::end(scanners), [&](const Scanner& each) { return each.name == name; });
+    return scanner == std::end(scanners) ? nullptr : scanner;
+}
+
+/// Returns the programs of the table that are installed, the first one first.
+std::vector<std::string> installed_scanners(shell::Context& context) {
+    std::vector<std::string> found;
+    for (const Scanner& scanner : scanners) {
+        const std::string path = context.platform.programs().find(std::string(scanner.name));
+        if (!path.empty()) found.push_back(path);
+    }
+    return found;
+}
+
+/// Returns why a result is no answer; empty where it is one.
+std::string reason_for_no_answer(const ProgramResult& result) {
+    switch (result.end) {
+        case ProgramEnd::not_started:
+            return "it could not be started";
+        case ProgramEnd::killed:
+            return "it was killed";
+        case ProgramEnd::stopped:
+            return "you stopped it";
+        case ProgramEnd::exited:
+            break;
+    }
+    return result.status == 0 || result.status == 1 ? "" : "it ended with status " + std::to_string(result.status);
+}
+
+/// Runs `program` on the file at `path`. Whatever is not a plain answer about the whole file as it still is, means that
+/// the file was not checked.
+Scan run_scanner(shell::Context& context, const Scanner& scanner, const std::string& program, const std::string& path) {
+    const std::string name(scanner.name);
+    const auto not_checked = [&](const std::string& reason) {
+        return Scan{ScanAnswer::not_checked, name + " did not check this file: " + reason,
+                    files::stamp_through_links(path).value_or(files::FileStamp())};
+    };
+    const std::optional<files::FileStamp> before = files::stamp_through_links(path);
+    if (!before) return not_checked("it can't be read");
+    if (before->size > scanner.most_bytes) return not_checked("it is too large");
+    shell::LongRun run(context.platform, shell::run_panel(context.windows.load<shell::swit>()),
+                       "Checking " + files::name_of(path) + " with " + name);
+    std::vector<std::string> arguments(scanner.options.begin(), scanner.options.end());
+    std::erase(arguments, "");
+    arguments.push_back(files::absolute(path));
+    const ProgramResult result = context.platform.programs().run(program, arguments, [&] { return run.goes_on(0, 1); });
+    if (const std::string reason = reason_for_no_answer(result); !reason.empty()) return not_checked(reason);
+    if (files::stamp_through_links(path) != before) return not_checked("it changed meanwhile");
+    if (result.status == 1) return {ScanAnswer::found, name + " found something harmful in this file", *before};
+    return {ScanAnswer::nothing_found, name + " found nothing harmful in this file", *before};
+}
+
+/// Where `program` gives no answer, those that come after it in the table get their turn: the first needs a service
+/// that may not run.
+Scan run_scanners(shell::Context& context, const std::string& program, const std::string& path) {
+    Scan scan = run_scanner(context, *known_scanner(program), program, path);
+    const std::vector<std::string> installed = installed_scanners(context);
+    auto next = std::find(installed.begin(), installed.end(), program);
+    while (scan.answer == ScanAnswer::not_checked && next != installed.end() && ++next != installed.end()) {
+        if (context.windows.load<shell::swit>().stop_wanted) break;
+        scan = run_scanner(context, *known_scanner(*next), *next, path);
+    }
+    return scan;
+}
+
+void start_only(shell::Context& context, const std::string& program, const std::string& path,
+                const std::string& directory) {
+    const std::vector<std::string> arguments = files::exists(path) ? std::vector{path} : std::vector<std::string>();
+    if (context.platform.opener().start(program, arguments, directory)) return;
+    context.platform.message(files::name_of(program) + " could not be started.");
+}
+
+/// Returns true where the user had another wish than to choose a program.
+bool scanned_with_known(shell::Context& context, const std::string& path) {
+    std::string program = context.session.Scanner;
+    if (program.empty()) {
+        const std::vector<std::string> installed = installed_scanners(context);
+        if (installed.empty()) return false;
+        program = installed.front();
+    }
+    enum Answer : std::size_t { check, another, cancel };
+    const std::size_t answer = context.platform.choose(
+        {.text = "Check " + files::name_of(path) + " for viruses with " + files::name_of(program) + "?",
+         .title = "Virus check",
+         .answers = {"&Check", "&Another program", "Cancel"},
+         .default_answer = check,
+         .escape_answer = cancel});
+    if (answer == check) scan_with(context, program, path, files::dir_of(program));
+    if (answer == another) context.routes.choose_scanner(path);
+    return true;
+}
+
+}  // namespace
 
 void scanbutt(shell::Context& context) {
     context.windows.load<shell::swit>().Option1.chosen = true;
@@ -11,17 +139,27 @@ void scanbutt(shell::Context& context) {
 }
 
 void offer_scan(shell::Context& context, const std::string& path) {
+    if (!context.routes.choose_scanner) return shell::say_not_yet(context.platform, "check files for viruses");
+    if (scanned_with_known(context, path)) return;
     const bool yes = context.platform.ask({.text = " You have not configured this program to work with your anti-virus "
                                                    "program to scan zip files, would you like to do so now?",
                                            .title = "No Anti-virus has been setup",
                                            .no_is_default = true,
                                            .question_mark = true});
-    if (!yes) return;
-    if (context.routes.choose_scanner) {
-        context.routes.choose_scanner(path);
-    } else {
-        shell::say_not_yet(context.platform, "check files for viruses");
+    if (yes) context.routes.choose_scanner(path);
+}
+
+void scan_with(shell::Context& context, const std::string& program, const std::string& path,
+               const std::string& directory) {
+    if (files::same_file(program, path)) {
+        context.platform.message(files::name_of(path) + " is the file to be checked, so it is not started.");
+        return;
     }
+    context.session.Scanner = program;
+    if (known_scanner(program) == nullptr) return start_only(context, program, path, directory);
+    const Scan scan = run_scanners(context, program, path);
+    keep_scan(context.windows.load<shell::swit>(), path, scan);
+    context.platform.message(files::name_of(path) + ": " + scan.text + ".");
 }
 
 }  // namespace quill::decoder

@@ -50,12 +50,26 @@ const Words& words_of(codec::Verdict verdict) {
 
 }  // namespace
 
-QString verdict_text(const ResultsModel::Row& row) {
-    if (!row.result.size) return QStringLiteral("Gone");
+namespace {
+
+QString verdict_word(const ResultsModel::Row& row) {
     if (row.details.disguised) return QStringLiteral("Program");
     if (row.result.size == 0U) return QStringLiteral("Empty");
     if (row.result.verdict) return QString::fromLatin1(words_of(*row.result.verdict).brief);
     return QStringLiteral("Not checked");
+}
+
+/// By shell::ScanAnswer.
+constexpr std::array<const char*, 3> scan_words = {", no virus found", "", ", not scanned"};
+
+}  // namespace
+
+QString verdict_text(const ResultsModel::Row& row) {
+    if (!row.result.size) return QStringLiteral("Gone");
+    if (row.result.scan == shell::ScanAnswer::found) return QStringLiteral("Virus found");
+    QString text = verdict_word(row);
+    if (row.result.scan) text += QString::fromLatin1(scan_words.at(static_cast<std::size_t>(*row.result.scan)));
+    return text;
 }
 
 QString verdict_reasons(const ResultsModel::Row& row) {
@@ -70,6 +84,7 @@ QString verdict_reasons(const ResultsModel::Row& row) {
         if (each.times > 1) text += QStringLiteral(" (%L1 times)").arg(each.times);
     }
     if (more) text += QStringLiteral("\n• and other problems");
+    if (row.result.scan) text += QStringLiteral("\n• ") + shown(row.result.scan_text);
     return text;
 }
 

@@ -1,5 +1,6 @@
 #include "encoder/chooser_select.h"
 
+#include "decoder/virus_guard.h"
 #include "encoder/encode_file.h"
 #include "encoder/yenc_encode.h"
 #include "files/directory.h"
@@ -80,18 +81,16 @@ void open_selected(shell::Context& context, cmdg& w) {
     context.windows.unload<cmdg>();
 }
 
-/// Starts the chosen program on the file that is to be scanned, as an argument of its own. Never the file itself.
+/// Has the chosen program check the file that is to be scanned.
 void start_anti_virus(shell::Context& context, cmdg& w) {
     const std::string name = w.File1.selected_item();
     if (says_what_is_missing(context, name, no_program)) return;
     const std::string target =
         w.scan_target.empty() ? files::join(context.session.SelectedDir, context.session.SelectedFile) : w.scan_target;
     const std::string program = files::join(w.Dir1.path, name);
-    const std::vector<std::string> arguments = files::exists(target) ? std::vector{target} : std::vector<std::string>();
-    if (!context.platform.opener().start(program, arguments, w.Dir1.path)) {
-        context.platform.message(name + " could not be started.");
-    }
+    const std::string directory = w.Dir1.path;
     context.windows.unload<cmdg>();
+    decoder::scan_with(context, program, target, directory);
 }
 
 /// Adds the selected files to those that the create wizard will take. The window stays for more.

@@ -2,6 +2,7 @@
 
 #include "codec/attachment.h"
 #include "controls/control.h"
+#include "files/file_stamp.h"
 #include "shell/star_field.h"
 
 #include <cstdint>
@@ -13,10 +14,25 @@ namespace quill::shell {
 
 using controls::Action;
 
+/// What an anti-virus program said of a file.
+enum class ScanAnswer : std::uint8_t {
+    nothing_found,
+    found,
+    not_checked,  ///< it gave no answer, for whatever reason
+};
+
+/// A check by an anti-virus program, of the file as it was then.
+struct Scan {
+    ScanAnswer answer = ScanAnswer::not_checked;
+    std::string text;        ///< one sentence without a full stop
+    files::FileStamp stamp;  ///< of the file
+};
+
 /// What is known of the file in a row of the results.
 struct ResultRecord {
     std::string directory;                  ///< where it is
     std::optional<codec::Outcome> outcome;  ///< what decoding it came to; absent where no decoder checked it
+    std::optional<Scan> scan = {};
 };
 
 /// The main window, a single window in which panels take turns. State that many operations read and set; the workflow

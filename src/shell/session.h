@@ -42,6 +42,8 @@ struct Session {
     /// Size and place of the book window, in twips. BookWidth 0: the user has not sized it.
     float BookWidth = 0, BookHeight = 0, BookTop = 0, BookLeft = 0;
 
+    std::string Scanner;  ///< the anti-virus program of this run; empty before it is chosen
+
     std::string FavListPath;    ///< the current favorites list
     int PicsMode = 0;           ///< the open album: 0 none, 1 of form `xyz`, 2 of form `abc`
     bool OpenerLoaded = false;  ///< the window that opens pictures is loaded
