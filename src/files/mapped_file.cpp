@@ -32,6 +32,7 @@ Result<MappedFile> MappedFile::open(const std::string& path) {
 }
 
 std::size_t MappedFile::read(std::uint64_t offset, char* out, std::size_t size) const {
+    if (!fd_.is_open()) return offset < bytes().size() ? bytes().copy(out, size, offset) : 0;
     std::size_t done = 0;
     while (done < size) {
         const ssize_t n = pread(fd_.get(), out + done, size - done, static_cast<off_t>(offset + done));

@@ -9,6 +9,7 @@
 #include <ctime>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace quill::files {
 
@@ -20,6 +21,9 @@ class MappedFile {
     /// Fails with the system's reason, or `unsupported` for what is no regular file (a directory, a pipe, a device).
     /// An empty file gives empty bytes.
     static Result<MappedFile> open(const std::string& path);
+
+    /// Reads as a file what is mapped already, such as a part of a temporary file. It never changes.
+    explicit MappedFile(Mapping mapping) : mapping_(std::move(mapping)) {}
 
     std::string_view bytes() const { return mapping_.bytes(); }
 

@@ -84,10 +84,10 @@ void release(GuardedRange* range) {
 
 }  // namespace
 
-Result<Mapping> Mapping::of(int fd, std::size_t size) {
+Result<Mapping> Mapping::of(int fd, std::size_t size, std::uint64_t offset) {
     Mapping out;
     if (size == 0) return out;
-    void* const data = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, fd, 0);
+    void* const data = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, fd, static_cast<off_t>(offset));
     if (data == MAP_FAILED) return system_error(errno);
     madvise(data, size, MADV_SEQUENTIAL);
     out.data_ = static_cast<const char*>(data);

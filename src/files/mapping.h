@@ -3,6 +3,7 @@
 #include "text/result.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 namespace quill::files {
@@ -15,8 +16,9 @@ class Mapping {
   public:
     Mapping() = default;
 
-    /// Maps the first `size` bytes of the open file `fd`; none gives an empty mapping. Fails with the system's reason.
-    static Result<Mapping> of(int fd, std::size_t size);
+    /// Maps `size` bytes of the open file `fd` from `offset` on, which is a multiple of the page size; none gives an
+    /// empty mapping. Fails with the system's reason.
+    static Result<Mapping> of(int fd, std::size_t size, std::uint64_t offset = 0);
 
     Mapping(Mapping&& other) noexcept;
     Mapping& operator=(Mapping&& other) noexcept;

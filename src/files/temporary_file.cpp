@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
+#include <string>
 #include <unistd.h>
 
 namespace quill::files {
@@ -29,6 +30,15 @@ Status TemporaryFile::write(std::string_view bytes) {
 
 std::string TemporaryFile::path() const {
     return "/proc/self/fd/" + std::to_string(fd_.get());
+}
+
+Status TemporaryFile::begin_page() {
+    const auto page = static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+    return write(std::string((page - size_ % page) % page, '\0'));
+}
+
+Result<Mapping> TemporaryFile::map(std::uint64_t begin) const {
+    return Mapping::of(fd_.get(), static_cast<std::size_t>(size_ - begin), begin);
 }
 
 }  // namespace quill::files

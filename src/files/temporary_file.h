@@ -1,6 +1,7 @@
 #pragma once
 
 #include "files/descriptor.h"
+#include "files/mapping.h"
 #include "text/result.h"
 
 #include <cstdint>
@@ -23,6 +24,13 @@ class TemporaryFile {
 
     /// What opens it as long as this object lives.
     std::string path() const;
+
+    /// Appends zeros up to the next page, where a later `map` can begin. Fails with the system's reason.
+    Status begin_page();
+
+    /// Maps what was written from `begin` on, where a page begins, to the end. The mapping outlives this object. Fails
+    /// with the system's reason.
+    Result<Mapping> map(std::uint64_t begin) const;
 
   private:
     explicit TemporaryFile(Descriptor fd) : fd_(std::move(fd)) {}
