@@ -141,7 +141,7 @@ Inputs::Inputs(std::span<Input> inputs, const Request& request, Report& report, 
 }
 
 void Inputs::mark(const codec::Attachment& attachment) const {
-    for (const codec::Range& range : attachment.body) inputs_[range.source].held_something = true;
+    for (const std::uint32_t input : recovery_->inputs_of(attachment)) inputs_[input].held_something = true;
     for (const std::uint32_t source : attachment.copies_in) inputs_[source].held_something = true;
 }
 
@@ -156,8 +156,8 @@ NameOfInput Inputs::input_of(const codec::Attachment& attachment) const {
 
 std::vector<std::string> Inputs::sources_of(const codec::Attachment& attachment) const {
     std::vector<std::string> sources;
-    for (const codec::Range& range : attachment.body) {
-        const std::string& name = inputs_[range.source].name;
+    for (const std::uint32_t input : recovery_->inputs_of(attachment)) {
+        const std::string& name = inputs_[input].name;
         if (std::find(sources.begin(), sources.end(), name) == sources.end()) sources.push_back(name);
     }
     if (sources.empty()) sources.push_back(inputs_.front().name);
@@ -165,7 +165,8 @@ std::vector<std::string> Inputs::sources_of(const codec::Attachment& attachment)
 }
 
 const std::string& Inputs::beside(const codec::Attachment& attachment) const {
-    return inputs_[attachment.body.empty() ? 0 : attachment.body.front().source].beside;
+    const std::vector<std::uint32_t> inputs = recovery_->inputs_of(attachment);
+    return inputs_[inputs.empty() ? 0 : inputs.front()].beside;
 }
 
 }  // namespace quill::cli

@@ -3,8 +3,8 @@
 #include "codec/attachment.h"
 #include "codec/recovery/decode.h"
 #include "codec/recovery/found_file.h"
+#include "codec/recovery/sources.h"
 #include "files/atomic_file.h"
-#include "files/mapped_file.h"
 #include "text/result.h"
 
 #include <cstdint>
@@ -12,7 +12,7 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <string_view>
+#include <utility>
 #include <vector>
 
 /// From encoded files on the disk to decoded files on the disk.
@@ -57,15 +57,18 @@ class Recovery {
     Result<Recovered> write(const Attachment& attachment, const std::string& path, files::OnCollision on_collision,
                             const OnProgress& progress = {}, const FindCopy& find_copy = {}) const;
 
+    /// The inputs that hold a part of it, each once, in the order of the parts.
+    std::vector<std::uint32_t> inputs_of(const Attachment& attachment) const;
+
   private:
+    explicit Recovery(Sources sources) : sources_(std::move(sources)) {}
+
     void take(std::vector<FoundFile> files);
     void note_changes(const Attachment& attachment, Outcome& outcome) const;
     ReadInput reader() const;
     OnRead release_behind(const Attachment& attachment, const OnProgress& progress) const;
 
-    std::vector<std::string> paths_;
-    std::vector<files::MappedFile> inputs_;
-    std::vector<std::string_view> bytes_;  ///< of the inputs
+    Sources sources_;
     std::vector<Attachment> attachments_;
     std::vector<Problem> problems_;
     mutable files::LastNumbers last_numbers_;  ///< of the names of the files written

@@ -335,6 +335,7 @@ Verification verify(const Post& post, const Data& data) {
     }
     const std::optional<std::uint32_t> crc = post.stated_crc();
     const bool crc_agrees = own_crc || (crc && *crc == data.crc);
+    out.crc_agrees = crc_agrees;
     if (const auto size = wrong_size(post, data.size)) {
         out.vouched_for = crc_agrees;
         problem(crc_agrees ? ProblemKind::size_differs : ProblemKind::bad_size,

@@ -114,6 +114,7 @@ bool agrees(const Post& post, const Data& data);
 struct Verification {
     std::vector<Problem> problems;  ///< offsets of the input count from the post's beginning
     bool vouched_for = false;       ///< a CRC agrees or, where none is stated, all sizes do
+    bool crc_agrees = false;        ///< the CRC of these bytes is stated, and agrees
 };
 
 /// Holds `data` against what `post` states. Any size that disagrees is a problem, and any CRC; a CRC that agrees
