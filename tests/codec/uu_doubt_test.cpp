@@ -99,6 +99,55 @@ TEST(UuDoubt, CheckCharactersAreCompared) {
     }
 }
 
+TEST(UuDoubt, ABodyThatBreaksItsOwnLawIsNeverWhole) {
+    const std::string zeros = noise(100) + std::string(200, '\0') + noise(100, 2) + std::string(20, '\0');
+    const std::vector<Doubt> doubts = {
+        {"a row cut by a character, and zeros as graves", [](Lines& l) { l[2].resize(60); }, "short-line"},
+        {"a blank for a character, and zeros as graves", [](Lines& l) { l[1][30] = ' '; }, "bad-character"},
+        {"a last row that lacks a character before its padding",
+         [](Lines& l) { l.back() = "#" + l.back().substr(1, 1) + "A`"; }, "short-line"},
+        {"a last row with a character more", [](Lines& l) { l.back() += 'A'; }, "bad-check"},
+        {"surplus characters that change",
+         [](Lines& l) {
+             for (std::size_t i = 0; i < l.size(); ++i) l[i] += static_cast<char>('a' + i);
+         },
+         "bad-check"},
+        {"a check character lost, and zeros as graves",
+         [](Lines& l) {
+             l = checked(l);
+             for (std::string& line : l) {
+                 if (line.ends_with("``")) {
+                     line.pop_back();
+                     break;
+                 }
+             }
+         },
+         "bad-check"},
+        {"the row of length 0 before the last", [](Lines& l) { l.insert(l.end() - 1, "`"); }, "doubtful-end"},
+    };
+    for (const Doubt& doubt : doubts) {
+        Lines lines = uu_lines(zeros);
+        doubt.spoil(lines);
+        const ScannedFile file = scan_and_decode(post_of(lines, doubt.kind == "doubtful-end" ? "" : "`\n")).at(0);
+        EXPECT_EQ(name_of(file.outcome.verdict), "damaged") << doubt.what;
+        EXPECT_TRUE(file.has_problem(doubt.kind)) << doubt.what;
+    }
+}
+
+TEST(UuDoubt, WhatTransportsAddToTheEndsOfRowsIsNoDoubt) {
+    for (const std::string& added :
+         {std::string(" "), std::string("\t\t"), std::string(6, ' '), std::string(1, '\0')}) {
+        for (Lines lines : {uu_lines(original), checked(uu_lines(original))}) {
+            for (std::string& line : lines) line += added;
+            const std::vector<ScannedFile> files = scan_and_decode(post_of(lines));
+            ASSERT_EQ(files.size(), 1U) << testing::PrintToString(added);
+            const ScannedFile& file = files[0];
+            EXPECT_EQ(file.bytes, original);
+            EXPECT_EQ(file.outcome.verdict, Verdict::whole);
+        }
+    }
+}
+
 TEST(UuDoubt, BlanksThatWereLostAreOnlyPutBackWhereTheyCanHaveBeen) {
     const std::string zeros = noise(100) + std::string(200, '\0') + noise(100, 2) + std::string(20, '\0');
     ScannedFile file = scan_and_decode(post_of(blanked(uu_lines(zeros), true), "\n")).at(0);

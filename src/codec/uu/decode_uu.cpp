@@ -1,7 +1,7 @@
 #include "codec/recovery/decode_run.h"
 #include "codec/uu/uu.h"
+#include "codec/uu/uu_law.h"
 #include "codec/uu/uu_line.h"
-#include "codec/uu/uu_rows.h"
 #include "text/ascii.h"
 
 #include <algorithm>
@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t longest_text = 256;  // characters; a line of data has 85 and some more
 constexpr std::size_t most_bytes = 63;
-constexpr std::size_t sampled = 4096;  // characters that show how zeros are written
+constexpr std::size_t most_blank = 8;  // characters of an empty line, in data that writes zeros as blanks
 constexpr std::size_t few_blanks = 2;  // that bytes which are not zero end in by chance
 
 std::string_view without_line_end(std::string_view line) {
@@ -40,6 +40,14 @@ std::uint64_t count_alike(std::string_view lines, std::size_t stride) {
     return count;
 }
 
+/// Returns true where all characters after the first `expected` ones are zeros, as in a last row that is filled up to
+/// the length of the others.
+bool is_filled_up(std::string_view row, std::size_t expected, uu::Alphabet alphabet) {
+    const std::string_view rest = row.substr(std::min(row.size(), 1 + expected));
+    const auto is_zero = [alphabet](char c) { return c == '\t' || c == ' ' || uu::value_of(alphabet, c) == 0; };
+    return !rest.empty() && std::all_of(rest.begin(), rest.end(), is_zero);
+}
+
 class UuRun {
   public:
     UuRun(const Attachment& attachment, Body& body, Sink& sink)
@@ -47,8 +55,9 @@ class UuRun {
           body_(body),
           sink_(sink),
           room_(uu::decoded_bound(body.piece())),
-          rows_(alphabet_),
-          keeps_blanks_(attachment.keeps_blanks) {}
+          law_(alphabet_) {
+        if (attachment.keeps_blanks) law_.keep_blanks();
+    }
 
     void run();
 
@@ -70,8 +79,7 @@ class UuRun {
     Body& body_;
     Sink& sink_;
     std::vector<char> room_;
-    uu::Rows rows_;
-    bool keeps_blanks_ = false;  ///< what is missing at a line's end is not a lost blank
+    uu::Law law_;
     bool reported_uneven_ = false;
     std::size_t part_ = 0;
 };
@@ -79,13 +87,13 @@ class UuRun {
 void UuRun::run() {
     while (!body_.at_end() && !body_.stopped() && !sink_.stopped()) read_lines();
     if (body_.stopped() || sink_.stopped()) return;
-    if (rows_.checks_disagree()) {
-        sink_.report(ProblemKind::bad_check, body_.at());
-    }
+    if (const auto at = law_.wrong_check()) sink_.report(ProblemKind::bad_check, *at);
+    if (const auto at = law_.wrongly_stripped()) sink_.report(ProblemKind::short_line, *at);
+    if (const auto at = law_.mixed_zeros()) sink_.report(ProblemKind::bad_character, *at);
 }
 
 void UuRun::read_lines() {
-    if (body_.part() != part_) rows_.begin_part();
+    if (body_.part() != part_) law_.begin_part();
     part_ = body_.part();
     if (body_.quote() > 0) {
         take_odd_line();
@@ -104,17 +112,17 @@ void UuRun::read_lines() {
 
 /// Looks at lines that were decoded at once.
 void UuRun::look_at_rows(std::string_view lines) {
-    keeps_blanks_ = keeps_blanks_ || lines.substr(0, sampled).find('`') != lines.npos;
+    law_.take_zeros(lines, body_.at());
     for (std::size_t at = 0; at < lines.size();) {
         const auto bytes = static_cast<std::size_t>(uu::value_of(alphabet_, lines[at]));
         const std::size_t size = 1 + uu::characters_for(bytes);
         const std::size_t stride = size + (lines[at + size] == '\r' ? 2U : 1U);
-        if (rows_.are_settled(bytes)) {
+        if (law_.are_settled(bytes)) {
             const std::uint64_t alike = count_alike(lines.substr(at), stride);
-            rows_.take_more(alike);
+            law_.take_more(alike, body_.at() + at);
             at += alike * stride;
         } else {
-            rows_.take_exact(lines.substr(at, size), bytes);
+            law_.take_exact(lines.substr(at, size), bytes, body_.at() + at);
             report_uneven(body_.at() + at);
             at += stride;
         }
@@ -122,7 +130,7 @@ void UuRun::look_at_rows(std::string_view lines) {
 }
 
 void UuRun::report_uneven(std::uint64_t at) {
-    if (!rows_.uneven() || reported_uneven_) return;
+    if (!law_.uneven() || reported_uneven_) return;
     reported_uneven_ = true;
     sink_.report(ProblemKind::uneven_lines, at);
 }
@@ -156,8 +164,8 @@ bool UuRun::zeros_follow() {
 /// the line is all zeros, or zeros go on in the next line or end the file.
 bool UuRun::lost_blanks(const uu::DataLine& data, std::string_view line) {
     const std::size_t have = line.size() - 1;
-    if (keeps_blanks_ || data.fit != uu::Fit::stripped) return false;
     const std::size_t holding_data = (data.bytes * 4 + 2) / 3;
+    if (law_.keeps_blanks() || data.fit != uu::Fit::stripped || have > holding_data) return false;
     if (have == 0 || holding_data - have <= few_blanks || zeros_follow()) return true;
     return is_last_line() && 2 * have >= data.expected;
 }
@@ -169,7 +177,8 @@ bool UuRun::is_data(const uu::DataLine& data, std::string_view line) {
     if (uu::value_of(alphabet_, line.front()) < 0) return false;
     if (data.fit != uu::Fit::none && !far_too_short) return true;
     if (!data.clean) return false;
-    return !far_too_short || lost_blanks(data, line) || (!keeps_blanks_ && rows_.allow(data.bytes, is_last_line()));
+    return !far_too_short || lost_blanks(data, line) ||
+           (!law_.keeps_blanks() && law_.allow(data.bytes, is_last_line()));
 }
 
 /// How many bytes the line is taken to hold.
@@ -178,14 +187,15 @@ std::size_t UuRun::bytes_of(const uu::DataLine& data, std::string_view line, std
     switch (data.fit) {
         case uu::Fit::exact:
         case uu::Fit::unpadded:
-            rows_.take_exact(line, data.bytes);
+            law_.take_exact(line, data.bytes, at, data.blanks_after);
             return data.bytes;
         case uu::Fit::extra:
-            rows_.take_longer(line, data);
+            law_.take_longer(line, data, at);
             return data.bytes;
         case uu::Fit::stripped:
-            rows_.take_exact(line, data.bytes);
+            law_.take_exact(line, data.bytes, at);
             if (lost_blanks(data, line)) {
+                law_.take_stripped(at);
                 sink_.report(ProblemKind::lost_blanks, at);
             } else {
                 sink_.report(ProblemKind::short_line, at);
@@ -194,9 +204,7 @@ std::size_t UuRun::bytes_of(const uu::DataLine& data, std::string_view line, std
         case uu::Fit::none:
             break;
     }
-    const bool filled_up =
-        have > data.expected && have <= uu::characters_for(std::max(rows_.width(), uu::full_line)) + 1;
-    if (filled_up && is_last_line()) {
+    if (is_filled_up(line, data.expected, alphabet_) && is_last_line()) {
         sink_.report(ProblemKind::long_line, at);
         return data.bytes;
     }
@@ -221,7 +229,7 @@ void UuRun::decode(std::string_view characters, std::size_t bytes) {
 /// Takes off the dot that mail and news put before a line that begins with one (RFC 5321 4.5.2), where the line then
 /// is as long as it says.
 void UuRun::take_off_dot(std::string& line, std::uint64_t at) {
-    if (!line.starts_with("..") || rows_.has_checks()) return;
+    if (!line.starts_with("..") || law_.has_checks()) return;
     const std::string rest = line.substr(1);
     const uu::DataLine data = uu::judge(alphabet_, rest);
     if (!data.clean || data.fit != uu::Fit::exact) return;
@@ -233,7 +241,10 @@ void UuRun::take_off_dot(std::string& line, std::uint64_t at) {
 void UuRun::take_odd_line() {
     const std::uint64_t at = body_.at();
     std::string line = take_line();
-    if (is_blank(line)) return;
+    if (is_blank(line)) {
+        if (law_.writes_blanks() && line.size() > most_blank) sink_.report(ProblemKind::bad_length, at);
+        return;
+    }
     take_off_dot(line, at);
     const uu::DataLine data = uu::judge(alphabet_, line);
     if (data.fit != uu::Fit::none && data.bytes == 0) return;
@@ -244,7 +255,7 @@ void UuRun::take_odd_line() {
     if (!data.clean) {
         sink_.report(ProblemKind::bad_character, at);
     }
-    keeps_blanks_ = keeps_blanks_ || (data.clean && line.find('`') != line.npos);
+    if (data.clean) law_.take_zeros(line, at);
     decode(std::string_view(line).substr(1), bytes_of(data, line, at));
     report_uneven(at);
 }

@@ -19,10 +19,14 @@ enum class Fit : unsigned char {
 /// A line of data as it stands: `bytes` of result from its length character, and how much of its text is there for it.
 struct DataLine {
     Fit fit = Fit::none;
-    std::size_t bytes = 0;     ///< 0 for the line that ends the data
-    std::size_t expected = 0;  ///< characters of all groups, the length character not among them
-    bool clean = true;         ///< every character that counts is of the alphabet
+    std::size_t bytes = 0;      ///< 0 for the line that ends the data
+    std::size_t expected = 0;   ///< characters of all groups, the length character not among them
+    bool blanks_after = false;  ///< blanks follow the data, and nothing else
+    bool clean = true;          ///< every character that counts is of the alphabet
 };
+
+/// What transports add to the ends of lines.
+constexpr std::string_view blanks{" \t\0", 3};
 
 /// Judges a line without its line end.
 DataLine judge(Alphabet alphabet, std::string_view line);

@@ -187,7 +187,7 @@ BodyEnd read_body(TextScan& scan, uu::Alphabet alphabet) {
             out.ended = out.end_line = true;
             return out;
         }
-        if (!out.ended) out.keeps_blanks = text.empty() || text == "`";
+        if (!out.ended) out.keeps_blanks = text.empty() || text.find_first_not_of('`') == text.npos;
         if (text.empty()) continue;
         const uu::DataLine data = uu::judge(alphabet, line.text);
         const bool stops = scan.is_stop(line) || is_sure_begin(line.text) || begins_article(scan.cursor, line);
@@ -238,6 +238,18 @@ bool is_run_of_lines(const TextScan& scan, const Line& line, uu::Alphabet alphab
     return data.clean && (data.fit == uu::Fit::exact || data.fit == uu::Fit::extra) && data.bytes > 0;
 }
 
+/// Whether `line` is all the data of a file's last part, or of a later part that the text announces: a line that fits
+/// to the letter with "end" behind it, or with nothing.
+bool is_lone_line(const TextScan& scan, const Line& line, uu::Alphabet alphabet) {
+    const uu::DataLine data = uu::judge(alphabet, line.text);
+    if (!data.clean || data.fit != uu::Fit::exact || data.bytes == 0) return false;
+    Line next;
+    if (!peek_text(scan, line.next, 3, next)) return scan.label.number > 1;
+    const uu::DataLine last = uu::judge(alphabet, next.text);
+    if (last.fit != uu::Fit::none && last.bytes == 0 && !peek_text(scan, next.next, 3, next)) return false;
+    return next.text == "end";
+}
+
 void finish_uu(TextScan& scan, FoundFile& file, uu::Alphabet alphabet, Position begin) {
     const BodyEnd body = read_body(scan, alphabet);
     file.attachment.format = alphabet == uu::Alphabet::uu ? Format::uu : Format::xx;
@@ -246,7 +258,7 @@ void finish_uu(TextScan& scan, FoundFile& file, uu::Alphabet alphabet, Position 
     file.has_end = body.ended;
     Line next;
     if (body.ended && scan.cursor.peek(scan.cursor.position(), peeked_characters, next) && !scan.is_stop(next) &&
-        is_run_of_lines(scan, next, alphabet)) {
+        (is_run_of_lines(scan, next, alphabet) || (!body.end_line && is_lone_line(scan, next, alphabet)))) {
         file.attachment.problems.push_back({ProblemKind::doubtful_end, body.end.offset});
     }
     if (body.end_line) {
@@ -318,18 +330,6 @@ bool sniff_bare_uu(std::string_view line) {
 }
 
 namespace {
-
-/// Whether `line` is all the data of a file's last part, or of a later part that the text announces: a line that fits
-/// to the letter with "end" behind it, or with nothing.
-bool is_lone_line(const TextScan& scan, const Line& line, uu::Alphabet alphabet) {
-    const uu::DataLine data = uu::judge(alphabet, line.text);
-    if (!data.clean || data.fit != uu::Fit::exact || data.bytes == 0) return false;
-    Line next;
-    if (!peek_text(scan, line.next, 3, next)) return scan.label.number > 1;
-    const uu::DataLine last = uu::judge(alphabet, next.text);
-    if (last.fit != uu::Fit::none && last.bytes == 0 && !peek_text(scan, next.next, 3, next)) return false;
-    return next.text == "end";
-}
 
 std::optional<uu::Alphabet> alphabet_of_bare(const TextScan& scan, const Line& line) {
     for (const uu::Alphabet alphabet : {uu::Alphabet::uu, uu::Alphabet::xx}) {
