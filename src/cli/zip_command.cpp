@@ -37,7 +37,7 @@ struct ZipRequest {
     std::string password_file;
     std::string into = ".";
     std::string method = "deflate";
-    std::string names_in;  ///< a character set; empty: the one that fits best
+    std::string names_in;    ///< a character set; empty: the one that fits best
     std::string encryption;  ///< empty: as the archive has it
     ResultOptions results;
     bool bare_names = false;
