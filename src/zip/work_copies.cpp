@@ -45,7 +45,10 @@ void WorkCopies::record(const Archive& archive, const MemberResult& result) {
 
 void WorkCopies::record_copy(std::size_t member, const std::string& name, const std::string& path, bool made_here) {
     const std::string full = files::join(directory_, path);
-    WorkCopy& copy = at(member).emplace(WorkCopy{name, {}, files::stamp_of(full), crc_of_file(full).value_or(0)});
+    WorkCopy& copy = at(member).emplace();
+    copy.member = name;
+    copy.stamp = files::stamp_of(full);
+    copy.crc = crc_of_file(full).value_or(0);
     copy.result.member = member;
     copy.result.verdict = Verdict::verified;
     copy.result.path = path;

@@ -77,6 +77,16 @@ TEST(Base64Doubt, RowsWithoutAHeaderThatAreSpoiltAreNotWhole) {
     expect_doubt("\xEF\xBB\xBF", "");
 }
 
+/// A row of zeros is all 'A', which a row of hexadecimal digits could be too.
+TEST(Base64Doubt, ZerosBeforeRowsWithoutAHeaderAreNotLostInSilence) {
+    for (const std::size_t zeros : {57U, 300U, 1'200U, 6'000U}) {
+        const std::string data = std::string(zeros, '\0') + original;
+        const ScannedFile file = scan_and_decode(tests::base64(data) + "\n").at(0);
+        EXPECT_EQ(file.bytes == data, file.outcome.verdict == Verdict::whole) << zeros;
+        EXPECT_TRUE(file.bytes == data || zeros > 1'500) << zeros;
+    }
+}
+
 TEST(Base64Doubt, RowsBehindABeginLineThatAreSpoiltAreNotWhole) {
     expect_doubt("begin-base64 644 a\n", "====\n");
 }

@@ -16,16 +16,11 @@ struct KnownFault {
 constexpr std::array known_fault_table = {
     KnownFault{"base64: all-cut", 1},
     KnownFault{"base64: boundary-lost", 1},
-    KnownFault{"base64: character-doubled", 3},
-    KnownFault{"base64: character-lost", 1},
-    KnownFault{"base64: dots-stuffed", 1},
-    KnownFault{"base64: indented", 1},
+    KnownFault{"base64: character-doubled", 4},
     KnownFault{"base64: middle-lost", 1},
-    KnownFault{"base64: nothing", 3},
     KnownFault{"base64: row-cut", 1},
     KnownFault{"base64: row-doubled", 1},
-    KnownFault{"base64: row-joined", 1},
-    KnownFault{"base64: row-lost", 3},
+    KnownFault{"base64: row-lost", 2},
     KnownFault{"base64: row-start-lost", 2},
     KnownFault{"base64: row-wrapped", 2},
     KnownFault{"base64: rows-swapped", 3},
@@ -61,8 +56,8 @@ constexpr std::size_t known_faults(std::string_view class_name) {
     return row == known_fault_table.end() ? 0 : row->count;
 }
 
-constexpr std::size_t least_exact = 1545;  ///< of all texts
-constexpr std::size_t most_accused = 70;   ///< exact, nothing lost, and yet called damaged
+constexpr std::size_t least_exact = 1548;  ///< of all texts
+constexpr std::size_t most_accused = 71;   ///< exact, nothing lost, and yet called damaged
 constexpr std::size_t most_silent = 13;    ///< files lost of which nothing is said
 
 }  // namespace quill::tests

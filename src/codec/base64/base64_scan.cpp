@@ -20,6 +20,7 @@ constexpr unsigned lines_to_resume = 8;
 constexpr std::size_t shortest_padded_line = 8;
 constexpr std::size_t shortest_damaged_row = 20;
 constexpr unsigned lines_for_evidence = 3;
+constexpr unsigned hex_lines_for_evidence = 32;  // where the first ones could be hexadecimal, as rows of zeros are
 constexpr std::size_t first_bytes = 48;
 
 constexpr std::array<bool, 256> make_table() {
@@ -42,19 +43,21 @@ bool is_hex(std::string_view s) {
     return std::all_of(s.begin(), s.end(), [](char c) { return hex_value(c) >= 0; });
 }
 
-/// Whether `line` and those behind it can be nothing but Base64: lines of one length, or one whose first bytes are
-/// those of a known kind of file.
+/// Whether `line` and those behind it can be nothing but Base64: lines of one length, not all of them hexadecimal, or
+/// one whose first bytes are those of a known kind of file.
 bool is_bare_base64(const TextScan& scan, const Line& line) {
     const std::string_view characters = characters_of(line.text);
-    if (!is_base64_line(line.text) || is_hex(characters)) return false;
-    if (!extension_for_bytes(decode_base64_text(line.text.substr(0, first_bytes / 3 * 4))).empty()) return true;
+    if (!is_base64_line(line.text)) return false;
+    bool hex = is_hex(characters);
+    if (!hex && !extension_for_bytes(decode_base64_text(line.text.substr(0, first_bytes / 3 * 4))).empty()) return true;
     if (characters.size() % 4 != 0) return false;
     Line next = line;
-    for (unsigned i = 1; i < lines_for_evidence; ++i) {
+    for (unsigned i = 1; i < lines_for_evidence || (hex && i < hex_lines_for_evidence); ++i) {
         if (!peek_text(scan, next.next, 2, next) || !is_base64_line(next.text)) return false;
         if (next.text.size() != line.text.size()) return false;
+        hex = hex && is_hex(characters_of(next.text));
     }
-    return true;
+    return !hex;
 }
 
 }  // namespace
@@ -132,8 +135,9 @@ bool sniff_bare_base64(std::string_view line) {
 
 namespace {
 
-/// Whether the line before `at` may be a row of Base64 in which a character was lost or damaged.
-bool follows_damaged_row(const LineCursor& cursor, Position at) {
+/// Whether the line before `at` may be a row of the same Base64 text: one in which a character was lost or damaged, or
+/// one of zeros, of as many characters as the row at `at`.
+bool follows_row(const LineCursor& cursor, Position at, std::size_t width) {
     const Segment& segment = cursor.segment(at);
     const Position end = before_line_end(cursor, at);
     if (end.offset == at.offset) return false;
@@ -143,7 +147,7 @@ bool follows_damaged_row(const LineCursor& cursor, Position at) {
     row = characters_of(row.substr(row.find_last_of("\r\n") + 1));
     const auto foreign =
         std::count_if(row.begin(), row.end(), [](char c) { return !in_alphabet[static_cast<unsigned char>(c)]; });
-    return row.size() >= shortest_damaged_row && foreign <= 1 && !is_hex(row);
+    return row.size() >= shortest_damaged_row && foreign <= 1 && (!is_hex(row) || row.size() == width);
 }
 
 /// Rows of Base64 without a header, read one after the other.
@@ -225,7 +229,8 @@ bool open_bare_base64(TextScan& scan, const Line& line) {
     file.label = std::exchange(scan.label, {});
     file.attachment.name = file.label.file;
     file.attachment.format = Format::base64;
-    file.has_begin = file.label.number <= 1 && !scan.base64_open && !follows_damaged_row(scan.cursor, line.begin);
+    file.has_begin =
+        file.label.number <= 1 && !scan.base64_open && !follows_row(scan.cursor, line.begin, line.text.size());
     file.has_end = file.label.number > 0 ? file.label.number == file.label.total : rows.ended();
     file.attachment.body = scan.cursor.ranges(line.begin, rows.end());
     scan.base64_open = !file.has_end;
