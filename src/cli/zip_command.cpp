@@ -19,6 +19,7 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <filesystem>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -154,13 +155,21 @@ std::vector<zip::TreeEntry> entries_to_add(const ZipRequest& request, std::vecto
     return entries;
 }
 
+/// Returns true where both would be the same member.
+bool are_same(const zip::TreeEntry& one, const zip::TreeEntry& other) {
+    if (one.kind != other.kind) return false;
+    if (one.kind != zip::EntryKind::link) return files::same_file(one.path, other.path);
+    std::error_code failure;
+    return std::filesystem::read_symlink(one.path, failure) == std::filesystem::read_symlink(other.path, failure);
+}
+
 /// Fails where two files would become one member, so that one of them would be lost.
 Status check_names(const std::vector<zip::TreeEntry>& entries) {
     std::unordered_map<std::string, const zip::TreeEntry*> known;
     for (const zip::TreeEntry& entry : entries) {
         if (entry.kind == zip::EntryKind::directory) continue;
         const auto [other, is_new] = known.try_emplace(text::to_utf8(entry.member_name), &entry);
-        if (is_new || files::same_file(other->second->path, entry.path)) continue;
+        if (is_new || are_same(*other->second, entry)) continue;
         return Error{ErrorCode::bad_argument, 0,
                      other->second->path + " would be a member of the same name, " + entry.member_name};
     }

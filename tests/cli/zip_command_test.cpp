@@ -184,6 +184,24 @@ TEST_F(ZipCommandTest, TwoFilesOfOneMemberNameAreRefused) {
     EXPECT_EQ(call({"zip", "add", path("a.zip"), "p1/f", "p2/../p1/../f", "p2"}), ExitStatus::failed);  // no such file
 }
 
+TEST_F(ZipCommandTest, LinksAreStoredAsLinks) {
+    directory.write("secret", "outside");
+    directory.write("d/f", "inside");
+    ASSERT_EQ(symlink("secret", "to file"), 0);
+    ASSERT_EQ(symlink("d", "to directory"), 0);
+    ASSERT_EQ(symlink("nowhere", "dangling"), 0);
+    EXPECT_EQ(call({"zip", "add", path("a.zip"), "dangling", "to directory", "to file"}), ExitStatus::good) << err;
+    call({"zip", "list", path("a.zip")});
+    EXPECT_THAT(out, testing::ContainsRegex("dangling\t7\t.*\n?to directory\t1\t.*\n?to file\t6\t"));
+    EXPECT_THAT(out, Not(HasSubstr("d/f")));
+    EXPECT_EQ(call({"zip", "add", path("b.zip"), "to directory/"}), ExitStatus::good) << err;
+    call({"zip", "list", path("b.zip")});
+    EXPECT_THAT(out, HasSubstr("to directory/f\t6\t"));
+    ASSERT_EQ(symlink("../secret", "d/secret"), 0);  // a member of that name, which the file would be lost to
+    EXPECT_EQ(call({"zip", "add", "--bare-names", path("c.zip"), "secret", "d/secret"}), ExitStatus::failed);
+    EXPECT_FALSE(directory.has("c.zip"));
+}
+
 TEST_F(ZipCommandTest, NamesThatBecomeOneInUnicodeAreRefused) {
     directory.write("\xE9", "Latin-1");
     directory.write("\xC3\xA9", "UTF-8");

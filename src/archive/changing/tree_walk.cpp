@@ -25,6 +25,10 @@ EntryKind kind_of(const std::string& path) {
     return S_ISDIR(status.st_mode) ? EntryKind::directory : EntryKind::file;
 }
 
+EntryKind kind_behind(const std::string& path) {
+    return files::is_directory(path) ? EntryKind::directory : EntryKind::file;
+}
+
 /// Appends what is in the directory `entries[at]`, or notes there why that can't be read.
 void add_entries_of(std::size_t at, std::vector<TreeEntry>& entries) {
     const std::string path = entries[at].path;
@@ -53,8 +57,9 @@ std::string member_name_of(std::string_view path) {
     return name;
 }
 
-std::vector<TreeEntry> walk_tree(const std::string& path) {
-    if (!files::is_directory(path)) return {{path, member_name_of(path), EntryKind::file, 0}};
+std::vector<TreeEntry> walk_tree(const std::string& path, NamedLink named) {
+    const EntryKind kind = named == NamedLink::kept ? kind_of(path) : kind_behind(path);
+    if (kind != EntryKind::directory) return {{path, member_name_of(path), kind, 0}};
     std::vector<TreeEntry> entries{{path, member_name_of(path), EntryKind::directory, 0}};
     for (std::size_t i = 0; i < entries.size(); ++i) {
         if (entries[i].kind == EntryKind::directory) add_entries_of(i, entries);

@@ -263,7 +263,7 @@ void add_to_wizard(Context& context, const std::vector<std::string>& paths) {
     auto& w = main_window(context);
     for (const std::string& path : paths) {
         const std::string above = files::join(files::dir_of(path), "");
-        for (const zip::TreeEntry& entry : zip::walk_tree(path)) {
+        for (const zip::TreeEntry& entry : zip::walk_tree(path, zip::NamedLink::followed)) {
             if (entry.kind != zip::EntryKind::file) continue;
             w.List1.add(entry.path.starts_with(above) ? entry.path.substr(above.size()) : files::name_of(entry.path));
             w.List2.add(entry.path);
