@@ -122,6 +122,28 @@ TEST(ZipLibrary, AdditionsInARowAreOneRewrite) {
     EXPECT_EQ(rewrites, 2);
 }
 
+TEST(ZipLibrary, WhereAllAdditionsFailNothingIsWritten) {
+    const TemporaryDirectory dir;
+    for (const bool there : {false, true}) {
+        if (there) dir.write("a.zip", ArchiveBuilder().add("a", "1").finish());
+        const std::vector<std::string> names = dir.names();
+        Caller caller(dir.path("a.zip"));
+        caller.library.begin_adding();
+        EXPECT_EQ(caller.add(dir.path("missing")), library_not_found);
+        EXPECT_EQ(caller.library.end_adding(), library_not_found);
+        EXPECT_EQ(dir.names(), names);
+        EXPECT_EQ(caller.library.end_adding(), library_success) << "nothing waits";
+    }
+    Caller caller(dir.path("b.zip"));
+    caller.library.begin_adding();
+    EXPECT_EQ(caller.add(dir.path("missing")), library_not_found);
+    caller.zip_strings.zipFile = dir.path("c.zip");
+    EXPECT_EQ(caller.add(dir.write("f", "x")), library_success);  // the failure was of another archive
+    EXPECT_EQ(caller.library.end_adding(), library_success);
+    EXPECT_FALSE(dir.has("b.zip"));
+    EXPECT_TRUE(dir.has("c.zip"));
+}
+
 TEST(ZipLibrary, AStoppedCallSaysSo) {
     const TemporaryDirectory dir;
     Caller caller(dir.write("a.zip", ArchiveBuilder().add("a", "1").finish()));

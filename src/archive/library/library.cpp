@@ -77,7 +77,7 @@ std::string library_error_text(std::int16_t result) {
 ZipLibrary::ZipLibrary(MakeOutput make_output) : make_output_(std::move(make_output)) {}
 
 ZipLibrary::~ZipLibrary() {
-    end_adding();
+    write_waiting();
 }
 
 std::int16_t ZipLibrary::fail(const Error& error) {
@@ -126,7 +126,7 @@ Status ZipLibrary::add_items(ArchiveChange& change, const ZipCommand& command, c
 std::int16_t ZipLibrary::add(const ZipCommand& command, const ZipStrings& strings) {
     if (strings.itemList.empty()) return library_success;
     if (waiting_ && waiting_for_ != strings.zipFile) {
-        if (const std::int16_t result = end_adding(); result != library_success) return result;
+        if (const std::int16_t result = write_waiting(); result != library_success) return result;
         adding_ = true;
     }
     if (!waiting_) {
@@ -134,26 +134,32 @@ std::int16_t ZipLibrary::add(const ZipCommand& command, const ZipStrings& string
         if (!change) return fail(change.error());
         waiting_ = std::move(*change);
         waiting_for_ = strings.zipFile;
+        has_additions_ = false;
+        first_failure_.reset();
     }
     const Status added = add_items(*waiting_, command, strings);
-    if (adding_) return added ? static_cast<std::int16_t>(library_success) : fail(added.error());
-    if (!added) {
-        waiting_.reset();
-        return fail(added.error());
-    }
-    return end_adding();
+    has_additions_ = has_additions_ || added.ok();
+    if (!added && !first_failure_) first_failure_ = added.error();
+    if (!adding_) return end_adding();
+    return added ? static_cast<std::int16_t>(library_success) : fail(added.error());
 }
 
 std::int16_t ZipLibrary::end_adding() {
+    const bool nothing_added = waiting_ && !has_additions_;
+    const std::int16_t result = write_waiting();
+    return nothing_added ? fail(*first_failure_) : result;
+}
+
+std::int16_t ZipLibrary::write_waiting() {
     adding_ = false;
     if (!waiting_) return library_success;
-    const Status finished = waiting_->finish();
+    const Status finished = has_additions_ ? waiting_->finish() : Status(Done{});
     waiting_.reset();
     return finished ? static_cast<std::int16_t>(library_success) : fail(finished.error());
 }
 
 std::int16_t ZipLibrary::remove(const ZipStrings& strings) {
-    if (const std::int16_t result = end_adding(); result != library_success) return result;
+    if (const std::int16_t result = write_waiting(); result != library_success) return result;
     Result<ArchiveChange> change = ArchiveChange::begin(strings.zipFile, make_output_, progress, code_page_);
     if (!change) return fail(change.error());
     std::vector<std::size_t> members;
@@ -169,7 +175,7 @@ std::int16_t ZipLibrary::remove(const ZipStrings& strings) {
 }
 
 std::shared_ptr<const OpenedArchive> ZipLibrary::open(const std::string& path) {
-    if (end_adding() != library_success) return nullptr;
+    if (write_waiting() != library_success) return nullptr;
     const std::optional<files::FileStamp> stamp = files::stamp_through_links(path);
     if (opened_ && stamp && opened_path_ == path && opened_stamp_ == stamp) return opened_;
     opened_.reset();
@@ -188,7 +194,7 @@ std::shared_ptr<const OpenedArchive> ZipLibrary::open(const std::string& path) {
 
 void ZipLibrary::read_names_in(std::string_view code_page) {
     if (code_page_ == code_page) return;
-    end_adding();
+    write_waiting();
     code_page_ = code_page;
     opened_.reset();
 }

@@ -56,7 +56,8 @@ class ZipLibrary {
     /// From here on the additions to one archive wait: their files are read and compressed at once, the archive is
     /// written by `end_adding`, or before any other call needs it.
     void begin_adding() { adding_ = true; }
-    /// Writes what waits. The additions are lost where it fails.
+    /// Writes what waits. The additions are lost where it fails. Where all additions have failed, it writes nothing and
+    /// fails as the first of them did.
     std::int16_t end_adding();
 
     /// The archive at `path`, from memory where the file has not changed. Nullptr where it can't be read.
@@ -79,6 +80,7 @@ class ZipLibrary {
     archive::Encryption new_encryption = archive::Encryption::traditional;
 
   private:
+    std::int16_t write_waiting();
     std::int16_t add(const ZipCommand& command, const ZipStrings& strings);
     std::int16_t remove(const ZipStrings& strings);
     std::int16_t tell_member(std::size_t number, ZipItemInfo& info);
@@ -94,7 +96,9 @@ class ZipLibrary {
     std::size_t next_member_ = 0;
     bool adding_ = false;
     std::optional<ArchiveChange> waiting_;
-    std::string waiting_for_;  // the path that `waiting_` was begun for
+    std::string waiting_for_;             // the path that `waiting_` was begun for
+    bool has_additions_ = false;          // whether `waiting_` has any
+    std::optional<Error> first_failure_;  // of the additions to `waiting_`
     Error error_;
     std::vector<MemberResult> extraction_;
 };
