@@ -52,6 +52,11 @@ bool is_of(const shell::Scan& scan, const std::string& path) {
            now->modified_fraction == scan.stamp.modified_fraction;
 }
 
+/// Returns true where something harmful was found in the bytes that the file at `path` has.
+bool has_find(const shell::ResultRecord& record, const std::string& path) {
+    return record.scan && record.scan->answer == shell::ScanAnswer::found && is_of(*record.scan, path);
+}
+
 }  // namespace
 
 std::string result_path(const shell::swit& w, std::size_t row) {
@@ -111,6 +116,7 @@ void keep_scan(shell::swit& w, const std::string& path, const shell::Scan& scan)
     complete_records(w);
     for (std::size_t row = 0; row < w.List3.count(); ++row) {
         if (result_path(w, row) != path) continue;
+        if (scan.answer == shell::ScanAnswer::not_checked && has_find(w.Results[row], path)) continue;
         w.Results[row].scan = scan;
         w.List3.replace(row, w.List3.items()[row]);  // draws it again
     }

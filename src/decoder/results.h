@@ -45,7 +45,8 @@ void add_results(shell::swit& w, const std::string& directory, std::vector<NewRe
 /// same file: that file cannot be there any more.
 void replace_result(shell::swit& w, std::size_t row, const std::string& name);
 
-/// Keeps what an anti-virus program said of the file at `path` in the rows of that file.
+/// Keeps what an anti-virus program said of the file at `path` in the rows of that file. What it found stays there
+/// until a check of the same bytes gives another answer.
 void keep_scan(shell::swit& w, const std::string& path, const shell::Scan& scan);
 
 /// Removes row `row` and what is known of its file. Deletes no file.

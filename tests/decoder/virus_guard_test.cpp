@@ -53,6 +53,7 @@ TEST_F(VirusGuard, OnlyStatusZeroOfAProgramThatEndedByItselfMeansThatNothingWasF
         {{ProgramEnd::not_started, 0}, ScanAnswer::not_checked},
     };
     for (const auto& row : table) {
+        add_results(w_, directory_.path(), {{"a.exe"}});
         program_.platform.program_results = {row.result};
         check_with("clamscan");
         EXPECT_EQ(answer(), row.answer) << static_cast<int>(row.result.end) << ' ' << row.result.status;
@@ -62,6 +63,25 @@ TEST_F(VirusGuard, OnlyStatusZeroOfAProgramThatEndedByItselfMeansThatNothingWasF
     }
     EXPECT_THAT(program_.platform.started, IsEmpty());
     EXPECT_EQ(chosen_for_, "");
+}
+
+TEST_F(VirusGuard, AFindStaysUntilTheSameBytesAreCheckedAgain) {
+    using enum ScanAnswer;
+    const struct {
+        ProgramResult result;
+        ScanAnswer shown;
+        bool changes = false;
+    } steps[] = {
+        {{ProgramEnd::exited, 1}, found}, {{ProgramEnd::stopped, 0}, found},
+        {{ProgramEnd::exited, 2}, found}, {{ProgramEnd::exited, 0}, nothing_found},
+        {{ProgramEnd::exited, 1}, found}, {{ProgramEnd::exited, 2}, not_checked, true},
+    };
+    for (const auto& step : steps) {
+        if (step.changes) directory_.write("a.exe", "MZ and other bytes");
+        program_.platform.program_results = {step.result};
+        check_with("clamscan");
+        EXPECT_EQ(answer(), step.shown);
+    }
 }
 
 TEST_F(VirusGuard, StoppingItMeansThatTheFileWasNotChecked) {
