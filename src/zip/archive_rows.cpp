@@ -80,11 +80,13 @@ std::vector<std::size_t> all_rows(const arcview& w) {
 
 RowCondition condition_of(const MemberResult& result) {
     if (result.needs_password) return RowCondition::locked;
+    const Problem* worst = worst_problem(result);
+    const bool in_doubt = worst != nullptr && grade_of(*worst) != Grade::repaired;
     switch (result.verdict) {
         case Verdict::verified:
-            return RowCondition::verified;
+            return in_doubt ? RowCondition::damaged : RowCondition::verified;
         case Verdict::whole:
-            return RowCondition::whole;
+            return in_doubt ? RowCondition::damaged : RowCondition::whole;
         case Verdict::damaged:
         case Verdict::incomplete:
             return RowCondition::damaged;
@@ -94,6 +96,12 @@ RowCondition condition_of(const MemberResult& result) {
     const bool stopped = std::any_of(result.problems.begin(), result.problems.end(),
                                      [](const Problem& p) { return p.kind == ProblemKind::cancelled; });
     return stopped ? RowCondition::not_unpacked : RowCondition::refused;
+}
+
+const Problem* worst_problem(const MemberResult& result) {
+    const auto worst = std::max_element(result.problems.begin(), result.problems.end(),
+                                        [](const Problem& a, const Problem& b) { return grade_of(a) < grade_of(b); });
+    return worst == result.problems.end() ? nullptr : &*worst;
 }
 
 void RenderRows(arcview& w) {

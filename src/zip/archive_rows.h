@@ -57,8 +57,11 @@ struct RowDetails {
     std::vector<std::string> problems;  ///< one sentence each
 };
 
-/// How a member came out of a run that read it.
+/// How a member came out of a run that read it: no better than its verdict, and than the worst of its problems.
 RowCondition condition_of(const MemberResult& result);
+
+/// Returns the problem that takes most away from the member, the first of those; nullptr where there is none.
+const Problem* worst_problem(const MemberResult& result);
 
 /// REQUIRES: row < List1.count(). Reads no file.
 RowDetails row_details(arcview& w, std::size_t row);

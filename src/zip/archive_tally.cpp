@@ -30,11 +30,12 @@ void Tally::add(const Archive& archive, const MemberResult& result) {
     ++counts_.at(static_cast<std::size_t>(condition));
     const bool is_bad = condition == RowCondition::damaged || condition == RowCondition::refused;
     if (!is_bad) return;
-    if (reasons_.size() == most_reasons || result.problems.empty()) {
+    const Problem* worst = worst_problem(result);
+    if (reasons_.size() == most_reasons || worst == nullptr) {
         ++without_reason_;
         return;
     }
-    const std::string_view reason = report::text_of(result.problems.back());
+    const std::string_view reason = report::text_of(*worst);
     reasons_.push_back(text::printable(archive.members().at(result.member).name).append(": ").append(reason));
 }
 

@@ -180,6 +180,34 @@ TEST(Testing, EachRowGetsItsConditionAndABoxSumsUp) {
     EXPECT_EQ(p.bytes_of(0), "as stored");  // it writes nothing
 }
 
+TEST(Testing, AMemberWithRightBytesUnderTwoNamesIsNotVerified) {
+    WindowProgram p(ArchiveBuilder().add("a.txt", "x", {.local_name = "evil.sh"}).add("good", "1").finish());
+    p.platform.expect_message("1 member is damaged");
+    arcview& w = p.open();
+    EXPECT_EQ(row_details(w, 0).condition, RowCondition::damaged);
+    p.platform.expect_message("2 members: 1 verified, 1 damaged");
+    w.test.click();
+    EXPECT_THAT(p.platform.messages.back(), HasSubstr("evil.sh"));
+    EXPECT_EQ(row_details(w, 0).condition, RowCondition::damaged);
+    EXPECT_EQ(row_details(w, 1).condition, RowCondition::verified);
+}
+
+TEST(Testing, TheWorstProblemIsTheReason) {
+    const auto of = [](ProblemKind kind) {
+        Problem problem;
+        problem.kind = kind;
+        return problem;
+    };
+    MemberResult result;
+    result.verdict = Verdict::verified;
+    EXPECT_EQ(worst_problem(result), nullptr);
+    result.problems = {of(ProblemKind::renamed)};
+    EXPECT_EQ(condition_of(result), RowCondition::verified);
+    result.problems = {of(ProblemKind::renamed), of(ProblemKind::contents_differ), of(ProblemKind::renamed)};
+    EXPECT_EQ(worst_problem(result)->kind, ProblemKind::contents_differ);
+    EXPECT_EQ(condition_of(result), RowCondition::damaged);
+}
+
 TEST(Testing, AsksForThePasswordAndSaysWhatItMissed) {
     WindowProgram p(ArchiveBuilder().add("open", "1").finish());
     p.session.ZipPassword = "secret";
