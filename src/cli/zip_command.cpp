@@ -225,13 +225,14 @@ struct EncryptionRow {
     archive::Encryption encryption;
 };
 
+constexpr auto no_encryption = "none";
 constexpr EncryptionRow encryptions[] = {{"traditional", archive::Encryption::traditional},
                                          {"aes128", archive::Encryption::aes128},
                                          {"aes192", archive::Encryption::aes192},
                                          {"aes256", archive::Encryption::aes256}};
 
 std::vector<std::string> encryption_names() {
-    std::vector<std::string> names;
+    std::vector<std::string> names{no_encryption};
     for (const EncryptionRow& row : encryptions) names.emplace_back(row.name);
     return names;
 }
@@ -244,8 +245,32 @@ archive::Encryption encryption_for(const ZipRequest& request, const zip::Archive
     return change.usual_encryption().value_or(archive::Encryption::traditional);
 }
 
+/// Fails where an encryption is asked for without a password, or a password is given and not to be used.
+Status check_encryption(const ZipRequest& request) {
+    const bool is_encrypted = !request.encryption.empty() && request.encryption != no_encryption;
+    if (is_encrypted && request.password_file.empty()) {
+        return Error{ErrorCode::bad_argument, 0, "--encryption " + request.encryption + " needs --password-file"};
+    }
+    if (request.encryption == no_encryption && !request.password_file.empty()) {
+        return Error{ErrorCode::bad_argument, 0, "--encryption none and --password-file exclude each other"};
+    }
+    return Done{};
+}
+
+/// Fails where files would get unencrypted among encrypted members and nobody has asked for that.
+Status check_password(const ZipRequest& request, const zip::ArchiveChange& change) {
+    if (!request.password_file.empty() || request.encryption == no_encryption) return Done{};
+    if (!change.usual_encryption()) return Done{};
+    return Error{ErrorCode::bad_argument, 0,
+                 "its members are encrypted: --password-file is needed, or --encryption none to add without"};
+}
+
 ExitStatus add(const ZipRequest& request, const Console& console) {
     ZipReport report(console, ReportStyle::silent);
+    if (const Status possible = check_encryption(request); !possible) {
+        report.fail(request.archive, possible.error());
+        return report.finish();
+    }
     const Result<std::string> password = read_password(request.password_file);
     if (!password) {
         report.fail(request.password_file, password.error());
@@ -264,6 +289,7 @@ ExitStatus add(const ZipRequest& request, const Console& console) {
     const auto edit = [&](zip::ArchiveChange& change) {
         failures = unread;
         added = 0;
+        if (Status possible = check_password(request, change); !possible) return possible;
         options.encryption = encryption_for(request, change);
         for (const zip::TreeEntry& entry : entries) {
             Status status = add_entry(change, entry, options);
@@ -374,7 +400,8 @@ void add_changing_options(CLI::App& command, ZipRequest& request) {
     command
         .add_option("--encryption", request.encryption,
                     "With --password-file, encrypt in this way (default: as the archive's\n"
-                    "other members are, or else traditional, which can be broken)")
+                    "other members are, or else traditional, which can be broken); `none`\n"
+                    "adds without a password to an archive with encrypted members")
         ->check(one_of(encryption_names()));
     command.add_flag("--bare-names", request.bare_names, "Store names without directories");
 }

@@ -174,6 +174,26 @@ TEST_F(ZipCommandTest, AddsByTheMethodThatIsAskedFor) {
     EXPECT_FALSE(directory.has("a.zip"));
 }
 
+TEST_F(ZipCommandTest, NothingIsStoredPlainWhereEncryptionIsToBeExpected) {
+    directory.write("secret", "a secret");
+    directory.write("password", "sesame");
+    const auto add = [&](std::vector<std::string> options) {
+        options.insert(options.begin(), {"zip", "add", "--bare-names", path("a.zip"), path("secret")});
+        return call(options);
+    };
+    EXPECT_EQ(add({"--encryption", "aes256"}), ExitStatus::failed);
+    EXPECT_THAT(err, HasSubstr("--password-file"));
+    EXPECT_EQ(add({"--encryption", "none", "--password-file", path("password")}), ExitStatus::failed);
+    EXPECT_FALSE(directory.has("a.zip"));
+    EXPECT_EQ(add({"--encryption", "aes256", "--password-file", path("password")}), ExitStatus::good) << err;
+    const std::string encrypted = directory.read("a.zip");
+    EXPECT_EQ(add({}), ExitStatus::failed);
+    EXPECT_THAT(err, HasSubstr("--password-file"));
+    EXPECT_EQ(directory.read("a.zip"), encrypted);
+    EXPECT_EQ(add({"--encryption", "none"}), ExitStatus::good) << err;
+    EXPECT_EQ(call({"zip", "test", path("a.zip")}), ExitStatus::good) << err;
+}
+
 TEST_F(ZipCommandTest, TwoFilesOfOneMemberNameAreRefused) {
     directory.write("p1/f", "one");
     directory.write("p2/f", "two");
