@@ -11,6 +11,7 @@
 #include <array>
 #include <cstdint>
 #include <iterator>
+#include <limits>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -26,13 +27,21 @@ using shell::ScanAnswer;
 /// A program that ends with status 0 where it found nothing and 1 where it found something.
 struct Scanner {
     std::string_view name;
-    std::array<std::string_view, 3> options;  ///< empty ones are left out
-    std::uint64_t most_bytes;                 ///< of larger files it reads nothing, and reports that it found nothing
+    std::array<std::string_view, 4> options;  ///< empty ones are left out
+    std::uint64_t most_bytes;                 ///< it is not asked about larger files
+    std::string_view checked;                 ///< what "nothing found" is said of, where that may not be the whole file
 };
 
 constexpr Scanner scanners[] = {
-    {"clamdscan", {"--fdpass", "--no-summary", ""}, 25'000'000},
-    {"clamscan", {"--no-summary", "--max-filesize=2000M", "--max-scansize=2000M"}, 2'000'000'000},
+    // The settings of its service say how much is read, and what is beyond that counts as clean.
+    {"clamdscan",
+     {"--fdpass", "--no-summary", "", ""},
+     std::numeric_limits<std::uint64_t>::max(),
+     ", within its limits"},
+    {"clamscan",
+     {"--no-summary", "--max-filesize=2000M", "--max-scansize=2000M", "--alert-exceeds-max=yes"},
+     2'000'000'000,
+     ""},
 };
 
 /// Returns the row of `program`; nullptr where nothing is known about its answers.
@@ -59,7 +68,7 @@ std::string reason_for_no_answer(const ProgramResult& result) {
         case ProgramEnd::not_started:
             return "it could not be started";
         case ProgramEnd::killed:
-            return "it was killed";
+            return "it was killed, or the system kept no status of it";
         case ProgramEnd::stopped:
             return "you stopped it";
         case ProgramEnd::exited:
@@ -83,12 +92,13 @@ Scan run_scanner(shell::Context& context, const Scanner& scanner, const std::str
                        "Checking " + files::name_of(path) + " with " + name);
     std::vector<std::string> arguments(scanner.options.begin(), scanner.options.end());
     std::erase(arguments, "");
-    arguments.push_back(files::absolute(path));
+    arguments.push_back(files::absolute(files::resolved(path)));  // it may skip links
     const ProgramResult result = context.platform.programs().run(program, arguments, [&] { return run.goes_on(0, 1); });
     if (const std::string reason = reason_for_no_answer(result); !reason.empty()) return not_checked(reason);
     if (files::stamp_through_links(path) != before) return not_checked("it changed meanwhile");
-    if (result.status == 1) return {ScanAnswer::found, name + " found something harmful in this file", *before};
-    return {ScanAnswer::nothing_found, name + " found nothing harmful in this file", *before};
+    if (result.status == 1)
+        return {ScanAnswer::found, name + " found something harmful in this file, or more than it reads", *before};
+    return {ScanAnswer::nothing_found, "no virus found by " + name + std::string(scanner.checked), *before};
 }
 
 /// Where `program` gives no answer, those that come after it in the table get their turn: the first needs a service

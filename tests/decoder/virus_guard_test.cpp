@@ -106,6 +106,21 @@ TEST_F(VirusGuard, WhereTheServiceDoesNotRunTheOtherProgramIsAsked) {
     EXPECT_EQ(program_.platform.waited_for[1].program, "/usr/bin/clamscan");
 }
 
+TEST_F(VirusGuard, WhatWasNotReadIsNotCalledClean) {
+    std::filesystem::rename(directory_.path("a.exe"), directory_.path("real"));
+    std::filesystem::create_symlink("real", directory_.path("a.exe"));
+    program_.platform.program_results = {{ProgramEnd::exited, 0}, {ProgramEnd::exited, 0}};
+    check_with("clamscan");
+    const auto& arguments = program_.platform.waited_for.back().arguments;
+    EXPECT_THAT(arguments, testing::Contains("--alert-exceeds-max=yes"));
+    EXPECT_EQ(arguments.back(), directory_.path("real")) << "a link may be skipped";
+    EXPECT_THAT(result_row(w_, 0).scan_text, Not(HasSubstr("limits")));
+    program_.session.Scanner.clear();
+    check_with("clamdscan");
+    EXPECT_THAT(result_row(w_, 0).scan_text, HasSubstr("within its limits"));
+    EXPECT_EQ(answer(), ScanAnswer::nothing_found);
+}
+
 TEST_F(VirusGuard, AnAnswerIsOfTheBytesThatWereChecked) {
     program_.platform.program_results = {{ProgramEnd::exited, 0}, {ProgramEnd::exited, 0}, {ProgramEnd::exited, 0}};
     program_.platform.while_waiting = [&] { directory_.write("a.exe", "MZ and more"); };
