@@ -1,6 +1,8 @@
 #include "zip/archive_document.h"
 
+#include "archive/changing/archive_lock.h"
 #include "files/atomic_file.h"
+#include "files/directory.h"
 #include "files/names.h"
 #include "files/path.h"
 #include "text/count.h"
@@ -11,7 +13,6 @@
 #include "zip/archive_run.h"
 #include "zip/member_rows.h"
 
-#include <filesystem>
 #include <utility>
 
 namespace quill::zip {
@@ -51,11 +52,9 @@ Answer ask_about(arcview& w, std::size_t row, bool more) {
     return offered.at(w.context.platform.choose(choices));
 }
 
-/// The file that the archive's path leads to, through links.
-std::string real_path(const std::string& path) {
-    std::error_code failed;
-    const std::filesystem::path real = std::filesystem::canonical(path, failed);
-    return failed ? path : real.string();
+/// Returns whether all bytes are still those that were there when the file was opened.
+bool is_as_opened(const files::MappedFile& file) {
+    return !file.cut_short() && !file.changed();
 }
 
 void use_archive(arcview& w, const std::string& path) {
@@ -88,7 +87,7 @@ struct ForeignChange {
 
 ForeignChange foreign_change(const arcview& w) {
     const std::optional<files::FileStamp> now = files::stamp_through_links(w.ArchivePath);
-    return {!now, w.bytes && !w.bytes->cut_short() && !(now && w.stamp && now->same_file(*w.stamp))};
+    return {!now, w.bytes && is_as_opened(*w.bytes) && !(now && w.stamp && now->same_file(*w.stamp))};
 }
 
 bool resolve_foreign_change(arcview& w) {
@@ -124,16 +123,28 @@ void keep_for_undo(arcview& w, const std::string& what) {
     w.undo_states.push_back({std::move(*before), w.archives.copies(), what});
 }
 
-/// Gives the archive the bytes that it had. Fails with `cancelled` where the user stops it, and changes nothing then.
+/// Fails where the locked archive is no longer what the rows show.
+Status check_ours(const arcview& w, const ArchiveLock& lock) {
+    if (lock.stamp() == w.stamp && lock.holds()) return Done{};
+    return Error{ErrorCode::access, 0, "another program has changed the archive meanwhile"};
+}
+
+/// Gives the archive the bytes that it had. Where that fails, with `cancelled` when the user stops it, nothing changes.
 Status write_again(arcview& w, const ArchiveState& before) {
     const ArchiveRun run(w, "Taking back the " + before.change);
-    Result<files::AtomicFile> file = files::AtomicFile::create(real_path(w.ArchivePath));
+    const std::string real = files::resolved(w.ArchivePath);
+    const Result<ArchiveLock> lock = ArchiveLock::take(real, w.archives.progress);
+    if (!lock) return lock.error();
+    if (Status ours = check_ours(w, *lock); !ours) return ours;
+    Result<files::AtomicFile> file = files::AtomicFile::create(real, files::Access::of_old);
     if (!file) return file.error();
     WatchKeeper keeper(w.archives.progress);
     keeper.expect(before.bytes.bytes().size());
-    const bool all = in_pieces(before.bytes.bytes(), keeper, [&](std::string_view part) { return file->write(part); });
-    if (!all && !keeper.goes_on()) return Error{ErrorCode::cancelled, 0, "stopped"};
-    if (before.bytes.cut_short()) return Error{ErrorCode::io, 0, "its bytes from before are lost"};
+    in_pieces(before.bytes.bytes(), keeper, [&](std::string_view part) { return file->write(part); });
+    if (file->failed()) return file->error();
+    if (!keeper.goes_on()) return Error{ErrorCode::cancelled, 0, "stopped"};
+    if (!is_as_opened(before.bytes)) return Error{ErrorCode::io, 0, "its bytes from before are lost"};
+    if (Status ours = check_ours(w, *lock); !ours) return ours;
     return file->publish_as_rewrite();
 }
 
@@ -215,12 +226,12 @@ void undo_change(arcview& w) {
     if (w.undo_states.empty() || !archive_is_ours(w)) return;
     const ArchiveState& before = w.undo_states.back();
     const Status written = write_again(w, before);
-    if (!written && written.error().code == ErrorCode::cancelled) return;
-    if (written) {
-        w.archives.copies().go_back_to(before.copies);
-    } else {
-        w.context.platform.message("The change could not be taken back: " + written.error().text + ".");
+    if (!written) {
+        const bool stopped = written.error().code == ErrorCode::cancelled;
+        if (!stopped) w.context.platform.message("The change could not be taken back: " + written.error().text + ".");
+        return;
     }
+    w.archives.copies().go_back_to(before.copies);
     w.undo_states.pop_back();
     w.archives.ListContents(w.view());
     take_archive(w);

@@ -30,7 +30,7 @@ bool archive_is_ours(arcview& w);
 /// the rows afterwards; a failure is reported. Returns whether the archive was changed.
 bool make_change(arcview& w, const std::string& what, const std::function<std::int16_t()>& change);
 
-/// Gives the archive the bytes that it had before the last change.
+/// Gives the archive the bytes that it had before the last change. Where that fails it can be tried again.
 void undo_change(arcview& w);
 
 /// Saves the files of `rows` into the archive.

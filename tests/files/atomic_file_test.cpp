@@ -1,5 +1,6 @@
 #include "files/atomic_file.h"
 
+#include "support/full_disk.h"
 #include "support/temporary_directory.h"
 #include "support/without_unnamed_files.h"
 
@@ -278,31 +279,10 @@ TEST_F(Atomic, ADirectoryAtTheTargetStaysAsItIs) {
     EXPECT_EQ(dir.read("d/inside"), "x");
 }
 
-/// Lets no file of this process grow beyond `bytes` while it lives, as a full disk does.
-class FullDisk {
-  public:
-    explicit FullDisk(rlim_t bytes) {
-        let_oversized_writes_fail();
-        getrlimit(RLIMIT_FSIZE, &before_);
-        rlimit limit = before_;
-        limit.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-    ~FullDisk() {
-        setrlimit(RLIMIT_FSIZE, &before_);
-        signal(SIGXFSZ, SIG_DFL);
-    }
-
-  private:
-    rlimit before_ = {};
-};
-
 TEST_F(Atomic, AFullDiskLeavesTheOldFileAndNothingElse) {
     dir.write("a", "old");
     {
-        const FullDisk full(1000);
+        const tests::FullDisk full(1000);
         const Status rewritten = rewrite_file(dir.path("a"), std::string(5000, 'x'));
         ASSERT_FALSE(rewritten.ok());
         EXPECT_EQ(rewritten.error().code, ErrorCode::no_space);

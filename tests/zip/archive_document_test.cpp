@@ -1,5 +1,7 @@
 #include "zip/archive_document.h"
 
+#include "archive/changing/archive_lock.h"
+#include "support/full_disk.h"
 #include "zip/archive_actions.h"
 #include "zip/archive_rows.h"
 #include "zip/archive_window_fixture.h"
@@ -7,6 +9,7 @@
 #include <filesystem>
 #include <functional>
 #include <gmock/gmock.h>
+#include <optional>
 
 namespace quill::zip {
 namespace {
@@ -83,6 +86,77 @@ TEST(ArchiveDocument, TakingAChangeBackCanBeStoppedAndDoneLater) {
     p.platform.on_repaint = {};
     w.undo.click();
     EXPECT_EQ(p.dir.read("a.zip"), two_members());
+}
+
+TEST(ArchiveDocument, TakingBackThatFailsCanBeTriedAgain) {
+    WindowProgram p(two_members());
+    arcview& w = p.open();
+    add_files(w, {p.dir.write("from/new", "n")});
+    const std::string changed = p.dir.read("a.zip");
+    {
+        const tests::FullDisk disk(20);
+        p.platform.expect_message("could not be taken back");
+        w.undo.click();
+    }
+    EXPECT_EQ(p.dir.read("a.zip"), changed);
+    EXPECT_EQ(w.List1.count(), 3U);
+    ASSERT_TRUE(w.undo.enabled);
+    w.undo.click();
+    EXPECT_EQ(p.dir.read("a.zip"), two_members());
+}
+
+TEST(ArchiveDocument, TakingBackKeepsWhoMayReadTheArchive) {
+    WindowProgram p(two_members());
+    const auto owner_only = std::filesystem::perms::owner_read | std::filesystem::perms::owner_write;
+    std::filesystem::permissions(p.dir.path("a.zip"), owner_only);
+    arcview& w = p.open();
+    add_files(w, {p.dir.write("from/new", "n")});
+    w.undo.click();
+    EXPECT_EQ(p.dir.read("a.zip"), two_members());
+    EXPECT_EQ(std::filesystem::status(p.dir.path("a.zip")).permissions(), owner_only);
+}
+
+TEST(ArchiveDocument, TakingBackReplacesNothingThatAnotherProgramWroteMeanwhile) {
+    const std::string theirs = ArchiveBuilder().add("theirs", "3").finish();
+    WindowProgram p(two_members());
+    arcview& w = p.open();
+    add_files(w, {p.dir.write("from/new", "n")});
+    p.platform.on_repaint = [&](controls::Window&) {
+        p.platform.on_repaint = {};
+        std::filesystem::rename(p.dir.write("new", theirs), p.dir.path("a.zip"));
+    };
+    p.platform.expect_message("another program has changed the archive");
+    w.undo.click();
+    EXPECT_EQ(p.dir.read("a.zip"), theirs);
+    EXPECT_TRUE(w.undo.enabled);
+}
+
+TEST(ArchiveDocument, TakingBackWaitsWhereAnotherChangeHasTheArchive) {
+    WindowProgram p(two_members());
+    arcview& w = p.open();
+    add_files(w, {p.dir.write("from/new", "n")});
+    const std::string changed = p.dir.read("a.zip");
+    std::optional<Result<ArchiveLock>> theirs = ArchiveLock::take(p.dir.path("a.zip"), {});
+    ASSERT_TRUE(theirs->ok());
+    p.platform.on_repaint = [&](controls::Window&) {
+        EXPECT_EQ(p.dir.read("a.zip"), changed);
+        theirs.reset();
+    };
+    w.undo.click();
+    EXPECT_FALSE(theirs);
+    EXPECT_EQ(p.dir.read("a.zip"), two_members());
+}
+
+TEST(ArchiveDocument, BytesFromBeforeThatWereChangedAreNotTakenBack) {
+    WindowProgram p(two_members());
+    std::filesystem::create_hard_link(p.dir.path("a.zip"), p.dir.path("second name"));
+    arcview& w = p.open();
+    add_files(w, {p.dir.write("from/new", "n")});
+    const std::string changed = p.dir.read("a.zip");
+    p.dir.write("second name", std::string(two_members().size(), 'x'));
+    p.platform.expect_message("bytes from before are lost");
+    w.undo.click();
+    EXPECT_EQ(p.dir.read("a.zip"), changed);
 }
 
 TEST(ArchiveDocument, ASaveThatIsTakenBackLeavesTheFileChanged) {
