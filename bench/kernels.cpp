@@ -84,12 +84,13 @@ void add(const std::string& name, std::string in, Run run) {
 
 /// `run` with the kernel on each target of this processor.
 void add_on_targets(const std::string& name, const std::string& in, const Run& run) {
-    for (const simd::Target target : simd::available_targets()) {
-        if (target == simd::Target::reference) continue;
-        add(name + "/" + std::string(simd::name_of(target)), in, [run, target](std::string_view text, char* out) {
-            simd::choose_target(target);
-            run(text, out);
-        });
+    for (const quill::simd::Target target : quill::simd::available_targets()) {
+        if (target == quill::simd::Target::reference) continue;
+        add(name + "/" + std::string(quill::simd::name_of(target)), in,
+            [run, target](std::string_view text, char* out) {
+                quill::simd::choose_target(target);
+                run(text, out);
+            });
     }
 }
 
