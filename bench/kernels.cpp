@@ -147,8 +147,9 @@ void add_bytes() {
     add("memcpy", data(), [](std::string_view in, char* out) { std::memcpy(out, in.data(), in.size()); });
     add_on_targets("line_ends_of_76", base64_text(), each_line_end(find_line_end));
     add("line_ends_of_76/reference", base64_text(), each_line_end(find_line_end_reference));
-    add("crc32", data(), [](std::string_view in, char*) { benchmark::DoNotOptimize(crc32(0, in)); });
-    add("crc16_binhex", data(), [](std::string_view in, char*) { benchmark::DoNotOptimize(crc16_binhex(0, in)); });
+    add("crc32", data(), [](std::string_view in, char*) { benchmark::DoNotOptimize(quill::crc32(0, in)); });
+    add("crc16_binhex", data(),
+        [](std::string_view in, char*) { benchmark::DoNotOptimize(quill::crc16_binhex(0, in)); });
     add("binhex_runs", data(), [](std::string_view in, char* out) {
         binhex::RunState state;
         for (std::size_t capacity = 2 * in.size(); !in.empty();) {

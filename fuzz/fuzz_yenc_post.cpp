@@ -50,7 +50,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
             return true;
         });
         if (!data || out != decode_with_reference(text, *post, dotted)) std::abort();
-        if (data->size != out.size() || data->crc != crc32(0, out)) std::abort();
+        if (data->size != out.size() || data->crc != quill::crc32(0, out)) std::abort();
         if (yenc::verify(*post, *data).vouched_for && !post->end) std::abort();
     }
     yenc::dots_look_added(text, *post);
