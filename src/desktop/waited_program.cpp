@@ -3,6 +3,7 @@
 #include "desktop/process.h"
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <optional>
@@ -31,12 +32,20 @@ constexpr int rounds_of_grace = 50;         // between asking a program to end a
     _exit(written == 1 ? 126 : 127);
 }
 
+/// Calls `call` until no signal interrupts it; returns its answer.
+template <class Call>
+auto again_after_signals(Call&& call) {
+    auto answer = call();
+    while (answer < 0 && errno == EINTR) answer = call();
+    return answer;
+}
+
 /// A process that is waited for. Its group does not survive this object.
 class Child {
   public:
     explicit Child(pid_t process) : process_(process) { setpgid(process, process); }
     ~Child() {
-        if (!status_) end();
+        if (!ended_) end();
     }
     Child(const Child&) = delete;
     Child& operator=(const Child&) = delete;
@@ -44,9 +53,8 @@ class Child {
     /// Waits for a moment. Returns true once the process has ended.
     bool has_ended() {
         poll(nullptr, 0, time_between_questions);
-        int status = 0;
-        if (!status_ && waitpid(process_, &status, WNOHANG) == process_) status_ = status;
-        return status_.has_value();
+        wait(WNOHANG);
+        return ended_;
     }
 
     /// Ends the process and its group: politely, then not.
@@ -54,8 +62,7 @@ class Child {
         kill(-process_, SIGTERM);
         for (int round = 0; round < rounds_of_grace && !has_ended(); ++round) continue;
         kill(-process_, SIGKILL);
-        int status = 0;
-        if (!status_ && waitpid(process_, &status, 0) == process_) status_ = status;
+        wait(0);
     }
 
     ProgramResult result() const {
@@ -65,8 +72,17 @@ class Child {
     }
 
   private:
+    void wait(int options) {
+        if (ended_) return;
+        int status = 0;
+        const pid_t answer = again_after_signals([&] { return waitpid(process_, &status, options); });
+        ended_ = answer != 0;
+        if (answer == process_) status_ = status;
+    }
+
     pid_t process_;
-    std::optional<int> status_;
+    bool ended_ = false;
+    std::optional<int> status_;  ///< absent where the system keeps none: SIGCHLD is ignored
 };
 
 }  // namespace
@@ -84,7 +100,8 @@ ProgramResult WaitedPrograms::run(const std::string& path, const std::vector<std
     if (process == 0) become(words.argv(), report[1]);
     close(report[1]);
     char failed = 0;
-    const bool not_started = process < 0 || read(report[0], &failed, 1) != 0;  // an exec that works closes the pipe
+    // An exec that works closes the pipe.
+    const bool not_started = process < 0 || again_after_signals([&] { return read(report[0], &failed, 1); }) != 0;
     close(report[0]);
     if (process < 0) return {};
     Child child(process);

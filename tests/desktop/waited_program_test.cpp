@@ -55,6 +55,14 @@ TEST_F(WaitedPrograms, TheEndOfAProgramIsReported) {
     EXPECT_EQ(programs_.find("no program has this name"), "");
 }
 
+TEST_F(WaitedPrograms, TheWaitEndsWhereTheSystemKeepsNoStatus) {
+    const auto former = std::signal(SIGCHLD, SIG_IGN);
+    unsigned questions = 0;
+    const auto result = programs_.run(script("exit 0"), {}, [&] { return ++questions < 500; });
+    std::signal(SIGCHLD, former);
+    EXPECT_EQ(result.end, ProgramEnd::killed);
+}
+
 TEST_F(WaitedPrograms, StoppingEndsTheProgramAndThoseThatItStarted) {
     for (const char* patience : {"", "trap '' TERM;"}) {
         const std::string scanner =
