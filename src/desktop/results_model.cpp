@@ -59,8 +59,10 @@ QString verdict_word(const ResultsModel::Row& row) {
     return QStringLiteral("Not checked");
 }
 
-/// By shell::ScanAnswer.
-constexpr std::array<const char*, 3> scan_words = {", no virus found", "", ", not scanned"};
+QString scan_words(const ResultsModel::Row& row) {
+    const bool is_answer = row.result.scan == shell::ScanAnswer::nothing_found;
+    return QStringLiteral(", ") + (is_answer ? shown(row.result.scan_text) : QStringLiteral("not scanned"));
+}
 
 }  // namespace
 
@@ -68,7 +70,7 @@ QString verdict_text(const ResultsModel::Row& row) {
     if (!row.result.size) return QStringLiteral("Gone");
     if (row.result.scan == shell::ScanAnswer::found) return QStringLiteral("Virus found");
     QString text = verdict_word(row);
-    if (row.result.scan) text += QString::fromLatin1(scan_words.at(static_cast<std::size_t>(*row.result.scan)));
+    if (row.result.scan) text += scan_words(row);
     return text;
 }
 
