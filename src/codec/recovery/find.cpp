@@ -60,7 +60,6 @@ class FindRun {
     Texts texts_;
     const OnScanned& on_scanned_;
     Found found_;
-    bool unopened_ = false;
     bool stopped_ = false;
 };
 
