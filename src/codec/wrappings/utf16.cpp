@@ -14,8 +14,8 @@ constexpr std::size_t sampled_units = 128;
 constexpr std::string_view yenc_begin = "=ybegin ";
 
 std::uint32_t unit_at(std::string_view text, std::size_t at, Order order) {
-    const auto first = static_cast<unsigned char>(text[at]);
-    const auto second = static_cast<unsigned char>(text[at + 1]);
+    const std::uint32_t first = static_cast<unsigned char>(text[at]);
+    const std::uint32_t second = static_cast<unsigned char>(text[at + 1]);
     return order == Order::little ? first | second << 8U : first << 8U | second;
 }
 

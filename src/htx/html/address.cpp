@@ -96,8 +96,10 @@ Address resolve(std::string_view page, std::string_view address) {
     const std::string directory = rest.starts_with('/') ? std::string() : directory_of(page);
     out.written_path = directory + rest;
     out.path = directory + decode_percents(rest);
-    const bool stays = normalise(out.path) & normalise(out.written_path);
-    if (!stays || out.path.find('\0') != std::string::npos) return {AddressKind::climbing, {}, {}, {}};
+    const bool stays = normalise(out.path);
+    const bool stays_as_written = normalise(out.written_path);
+    if (!stays || !stays_as_written || out.path.find('\0') != std::string::npos)
+        return {AddressKind::climbing, {}, {}, {}};
     return out;
 }
 
