@@ -127,8 +127,8 @@ class Program(unittest.TestCase):
         def few_files():
             resource.setrlimit(resource.RLIMIT_NOFILE, (32, 32))
 
-        for kind in "--yenc", "--text":
-            done = self.call("merge", "--force", kind, *reversed(names), preexec_fn=few_files)
+        for kind, inputs in ("--yenc", names[::-1]), ("--text", names):
+            done = self.call("merge", "--force", kind, *inputs, preexec_fn=few_files)
             self.assertEqual((done.returncode, done.stderr), (0, b""))
             self.assertTrue(done.stdout.endswith(b"\t100 parts\n"))
 
