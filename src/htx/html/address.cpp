@@ -91,6 +91,7 @@ Address resolve(std::string_view page, std::string_view address) {
     if (rest.starts_with("//")) return {AddressKind::elsewhere, {}, {}, {}};
     if (rest.empty()) {
         out.path = out.written_path = page;
+        normalise(out.path);
         return out;
     }
     const std::string directory = rest.starts_with('/') ? std::string() : directory_of(page);
