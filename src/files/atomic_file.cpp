@@ -93,6 +93,13 @@ Result<AtomicFile> AtomicFile::create(const std::string& path, Access access) {
     return file;
 }
 
+Result<AtomicFile> AtomicFile::create_like(const std::string& path, const MappedFile& model) {
+    AtomicFile file;
+    file.path_ = path;
+    if (const Status opened = file.open_like(descriptor_path(model.descriptor())); !opened) return opened.error();
+    return file;
+}
+
 Result<AtomicFile> AtomicFile::create_output(const std::string& path) {
     AtomicFile file;
     file.path_ = path;
@@ -112,16 +119,24 @@ Result<AtomicFile> AtomicFile::create_output(const std::string& path) {
 Status AtomicFile::open_new(Access access) {
     struct stat old = {};
     const bool like_old = access == Access::of_old && stat(path_.c_str(), &old) == 0 && S_ISREG(old.st_mode);
-    const mode_t mode = like_old ? old.st_mode & owner_mode : access == Access::of_owner ? owner_mode : output_mode;
+    if (like_old) return open_like(path_);
+    return open_with(access == Access::of_owner ? owner_mode : output_mode);
+}
+
+/// Opens a new file that the users of the file at `model` may use.
+Status AtomicFile::open_like(const std::string& model) {
+    struct stat old = {};
+    if (stat(model.c_str(), &old) != 0) return system_error(errno);
+    if (Status opened = open_with(old.st_mode & owner_mode); !opened) return opened;
+    return take_access(fd_.get(), model, old) ? Status(Done{}) : Status(system_error(errno));
+}
+
+Status AtomicFile::open_with(unsigned mode) {
     const std::string dir = dir_of(path_);
     if (may_be_named_later()) {
         fd_ = Descriptor(open(dir.empty() ? "." : dir.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, mode));
     }
-    if (!fd_.is_open()) {
-        if (const Status named = open_named(mode); !named) return named;
-    }
-    if (like_old && !take_access(fd_.get(), path_, old)) return system_error(errno);
-    return Done{};
+    return fd_.is_open() ? Status(Done{}) : open_named(mode);
 }
 
 Status AtomicFile::open_named(unsigned mode) {
@@ -198,6 +213,13 @@ Result<std::uint64_t> AtomicFile::copy(const MappedFile& source, std::uint64_t o
         if (n < buffer.size()) break;
     }
     return done;
+}
+
+void AtomicFile::take_time(const MappedFile& model) {
+    struct stat status = {};
+    if (fstat(model.descriptor(), &status) != 0) return;
+    const timespec times[] = {status.st_mtim, status.st_mtim};
+    futimens(fd_.get(), times);
 }
 
 unsigned AtomicFile::permissions() const {

@@ -53,6 +53,10 @@ class AtomicFile {
     /// Fails with the system's reason where the directory does not take a new file.
     static Result<AtomicFile> create(const std::string& path, Access access = Access::usual);
 
+    /// Begins a file at `path` that may be used by whom `model` may be: its permission bits, owner, group and extended
+    /// attributes, as for Access::of_old.
+    static Result<AtomicFile> create_like(const std::string& path, const MappedFile& model);
+
     /// Begins output under a path that the user chose, which may lead to something: a link is followed, a regular file
     /// there gives the new one its access (of_old), and a pipe or a character device is written to directly; what it
     /// has taken cannot be taken back. Fails with `exists` for a link that leads nowhere, with `access` for a
@@ -71,6 +75,9 @@ class AtomicFile {
     /// it returns false. Other failures are remembered as those of `write` are.
     Result<std::uint64_t> copy(const MappedFile& source, std::uint64_t offset, std::uint64_t size,
                                const std::function<bool(std::uint64_t done)>& watch);
+
+    /// Gives the file the time of `model`'s last change, as far as the system allows. For after the last write.
+    void take_time(const MappedFile& model);
 
     /// Bytes from the beginning to the furthest one written.
     std::uint64_t size() const { return size_; }
@@ -96,6 +103,8 @@ class AtomicFile {
   private:
     AtomicFile() = default;
     Status open_new(Access access);
+    Status open_like(const std::string& model);
+    Status open_with(unsigned mode);
     Status open_named(unsigned mode);
     Status open_directly();
     Status name_exclusively(const std::string& target);

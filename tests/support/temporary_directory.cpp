@@ -12,8 +12,10 @@
 namespace quill::tests {
 namespace fs = std::filesystem;
 
-TemporaryDirectory::TemporaryDirectory() : previous_(fs::current_path()) {
-    std::string pattern = fs::canonical(fs::temp_directory_path()) / ("quill-test-" + std::string(6, 'X'));
+TemporaryDirectory::TemporaryDirectory() : TemporaryDirectory(fs::temp_directory_path().string()) {}
+
+TemporaryDirectory::TemporaryDirectory(const std::string& parent) : previous_(fs::current_path()) {
+    std::string pattern = fs::canonical(parent) / ("quill-test-" + std::string(6, 'X'));
     if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary directory");
     path_ = pattern;
     fs::current_path(path_);

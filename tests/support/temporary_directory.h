@@ -11,6 +11,8 @@ namespace quill::tests {
 class TemporaryDirectory {
   public:
     TemporaryDirectory();
+    /// The same in `parent`.
+    explicit TemporaryDirectory(const std::string& parent);
     TemporaryDirectory(const TemporaryDirectory&) = delete;
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
     ~TemporaryDirectory();
