@@ -175,7 +175,8 @@ void ArchiveWindowView::build_menus() {
 
 QMenu* ArchiveWindowView::make_row_menu() {
     QMenu* menu = bind(w_.dvd, new QMenu(table_));
-    for (controls::MenuItem* item : {&w_.opt, &w_.exs, &w_.ads, &w_.rrm}) bind(*item, menu->addAction(QString()));
+    for (controls::MenuItem* item : {&w_.opt, &w_.exs, &w_.mvs, &w_.ads, &w_.rrm})
+        bind(*item, menu->addAction(QString()));
     QMenu* load = bind(w_.lod, menu->addMenu(QString()));
     bind(w_.lodnone, load->addAction(QString()));
     return menu;
@@ -210,7 +211,7 @@ QWidget* ArchiveWindowView::make_toolbar() {
     layout->addWidget(make_tool(1, "&Open"));
     layout->addWidget(make_tool(ArchiveTool::extract, "Extr&act...", w_.extract, extract_));
     layout->addWidget(make_tool(ArchiveTool::test, "&Test", w_.test, test_));
-    layout->addWidget(make_tool(2, "&Move all..."));
+    layout->addWidget(make_tool(2, "&Move..."));
     layout->addWidget(make_tool(3, "&Repack"));
     layout->addWidget(make_tool(4, "E&xit"));
     auto* program = new QToolButton;

@@ -1,16 +1,11 @@
 #include "zip/archive_leaving.h"
 
 #include "encoder/file_chooser.h"
-#include "files/atomic_file.h"
 #include "files/directory.h"
-#include "files/mapped_file.h"
 #include "files/path.h"
 #include "shell/main_window.h"
-#include "text/count.h"
 #include "zip/archive_document.h"
-#include "zip/archive_panel.h"
 
-#include <filesystem>
 #include <unistd.h>
 
 namespace quill::zip {
@@ -45,29 +40,6 @@ void remove_own_files(arcview& w) {
     if (w.work_dir_is_private) rmdir(w.context.session.WorkDir.c_str());
 }
 
-/// Copies to another file system, under a free name, and deletes the old file.
-Status move_by_copy(const std::string& from, const std::string& to) {
-    const Result<files::MappedFile> source = files::MappedFile::open(from);
-    if (!source) return source.error();
-    Result<files::AtomicFile> copy = files::AtomicFile::create(to);
-    if (!copy) return copy.error();
-    copy->write(source->bytes());
-    const Result<std::string> published = copy->publish(files::OnCollision::choose_name, files::Durability::flushed);
-    if (!published) return published.error();
-    std::error_code ignored;
-    std::filesystem::last_write_time(*published, std::filesystem::last_write_time(from, ignored), ignored);
-    files::remove_file(from);
-    return Done{};
-}
-
-/// Moves a file to `to`, or to a free name like it.
-Status move_file(const std::string& from, const std::string& to) {
-    std::error_code ignored;
-    std::filesystem::create_directories(files::dir_of(to), ignored);
-    const Status renamed = files::rename_new(from, to);
-    return renamed ? renamed : move_by_copy(from, to);
-}
-
 }  // namespace
 
 void RepackAndExit(arcview& w) {
@@ -78,8 +50,7 @@ void RepackAndExit(arcview& w) {
     }
     const Unwatched unwatched(w);
     if (!settle_changes(w)) return;
-    remove_own_files(w);
-    leave(w);
+    clear_away_and_leave(w);
 }
 
 void gogo(arcview& w) {
@@ -101,31 +72,11 @@ void close_archive_window(arcview& w) {
 }
 
 void close_book_archive(arcview& w) {
-    remove_own_files(w);
     w.context.session.StartMode = another_window_took_over;
-    leave(w);
+    clear_away_and_leave(w);
 }
 
-void move_files(arcview& w) {
-    const Unwatched unwatched(w);
-    if (!settle_changes(w)) return;
-    const std::string target = panel_directory(w);
-    WorkCopies& copies = w.archives.copies();
-    std::size_t failed = 0;
-    std::string reason;
-    for (std::size_t row = 0; row < copies.count(); ++row) {
-        const WorkCopy* copy = copies.of(row);
-        if (copy == nullptr || !copy->stamp || !files::exists(copies.path_of(row))) continue;
-        const Status moved = move_file(copies.path_of(row), files::join(target, copy->result.path));
-        if (moved) continue;
-        ++failed;
-        reason = moved.error().text;
-    }
-    if (failed != 0) {
-        w.context.platform.message(text::counted(failed, "file") + " could not be moved and stay in " +
-                                   w.context.session.WorkDir + ": " + reason + ".");
-        return;
-    }
+void clear_away_and_leave(arcview& w) {
     remove_own_files(w);
     leave(w);
 }

@@ -12,15 +12,14 @@ void RepackAndExit(arcview& w);
 /// Asks, and leaves with all files staying in WorkDir.
 void gogo(arcview& w);
 
-/// Moves the files of all members to the panel's directory, never over a file that is there, and leaves. Those that
-/// can't be moved are reported and stay.
-void move_files(arcview& w);
-
 /// The window's close box: asks about changed files. The files stay in WorkDir, unless that is private to this window
 /// and so of no use to anybody.
 void close_archive_window(arcview& w);
 
 /// Leaves after a book was read: deletes the files that were made for it and nobody has changed.
 void close_book_archive(arcview& w);
+
+/// Deletes the files that this window has made and nobody has changed, and leaves.
+void clear_away_and_leave(arcview& w);
 
 }  // namespace quill::zip

@@ -19,14 +19,22 @@ constexpr auto name_without_any = "files";  // of a directory for what is in ".z
 
 void show_panel(arcview& w, bool extracts, const std::string& directory) {
     w.panel_extracts = extracts;
-    w.panel_title.text = extracts ? "Extract to" : "Move all files to";
+    w.panel_title.text = extracts ? "Extract to" : "Move to";
     w.Command2.caption = extracts ? "Extract the files &into this folder" : "Move the files to this directory folder";
-    for (controls::Control* part :
-         std::initializer_list<controls::Control*>{&w.take_all, &w.take_selected, &w.own_folder, &w.opens_folder}) {
-        part->visible = extracts;
-    }
+    w.own_folder.visible = w.opens_folder.visible = extracts;
     w.Picture2.visible = true;
     show_panel_directory(w, directory);
+    count_selected(w);
+}
+
+void choose_rows(arcview& w, bool selected) {
+    w.take_selected.chosen = selected;
+    w.take_all.chosen = !selected;
+}
+
+void show_move_panel(arcview& w, bool selected) {
+    choose_rows(w, selected);
+    show_panel(w, false, files::drive_of(w.Dir1.path.empty() ? w.ArchivePath : w.Dir1.path, files::drives()));
 }
 
 /// Whether the rows have more than one name at the top, so that they would lie about in a directory.
@@ -42,29 +50,30 @@ bool has_many_tops(const arcview& w, const std::vector<std::size_t>& rows) {
 }  // namespace
 
 void mover(arcview& w) {
-    show_panel(w, false, files::drive_of(w.Dir1.path.empty() ? w.ArchivePath : w.Dir1.path, files::drives()));
+    show_move_panel(w, false);
+}
+
+void choose_move(arcview& w) {
+    show_move_panel(w, true);
 }
 
 void choose_extraction(arcview& w, bool selected) {
     const std::size_t chosen = w.List1.chosen_rows().size();
-    w.take_selected.chosen = chosen != 0 && (selected || (chosen > 1 && chosen < w.List1.count()));
-    w.take_all.chosen = !w.take_selected.chosen;
+    choose_rows(w, chosen != 0 && (selected || (chosen > 1 && chosen < w.List1.count())));
     show_panel(w, true, files::dir_of(w.ArchivePath));
-    count_selected(w);
 }
 
 void count_selected(arcview& w) {
-    if (!w.Picture2.visible || !w.panel_extracts) return;
+    if (!w.Picture2.visible) return;
     const std::size_t selected = w.List1.chosen_rows().size();
-    w.take_all.caption = "All files (" + text::grouped(w.List1.count()) + ")";
+    w.take_all.caption =
+        "All files (" + text::grouped(w.List1.count()) + (w.panel_extracts ? ")" : "), then close the archive");
     w.take_selected.caption = "Selected files (" + text::grouped(selected) + ")";
     w.take_selected.enabled = selected != 0;
-    if (selected == 0) {
-        w.take_selected.chosen = false;
-        w.take_all.chosen = true;
-    }
+    if (selected == 0) choose_rows(w, false);
+    if (!w.panel_extracts) return;
     w.own_folder.caption = "In a new folder, " + as_caption(text::printable(own_folder_name(w)));
-    w.own_folder.checked = has_many_tops(w, rows_to_extract(w));
+    w.own_folder.checked = has_many_tops(w, panel_rows(w));
 }
 
 void show_panel_directory(arcview& w, const std::string& directory) {
@@ -96,7 +105,7 @@ std::string own_folder_name(const arcview& w) {
     return stem.empty() ? name_without_any : stem;
 }
 
-std::vector<std::size_t> rows_to_extract(const arcview& w) {
+std::vector<std::size_t> panel_rows(const arcview& w) {
     return w.take_selected.chosen ? w.List1.chosen_rows() : all_rows(w);
 }
 

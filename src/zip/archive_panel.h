@@ -4,18 +4,21 @@
 
 #include <string>
 
-/// The panel beside the list: a directory to move all files to, or to extract members to.
+/// The panel beside the list: a directory to move files to, or to extract members to.
 namespace quill::zip {
 
-/// Shows the panel that moves all files to another directory.
+/// Shows the panel that moves files to another directory, all of them unless the user chooses otherwise.
 void mover(arcview& w);
 
-/// Shows the panel that extracts members, all of them or the selected ones. Offers the selected ones first where
+/// Does the same for the files of the selected members.
+void choose_move(arcview& w);
+
+/// Shows the panel that extracts members, all of them or the selected ones. Proposes the selected ones where
 /// `selected` says so, or where several are selected.
 void choose_extraction(arcview& w, bool selected = false);
 
-/// Shows how many rows are selected, and offers a new directory where those to be extracted have several names at the
-/// top.
+/// Shows how many rows are selected, and proposes a new directory where those to be extracted have several names at
+/// the top.
 void count_selected(arcview& w);
 
 /// Enters a directory of the panel.
@@ -30,7 +33,7 @@ std::string panel_directory(const arcview& w);
 /// The name of the new directory that is proposed for extracted files: the archive's without its ending.
 std::string own_folder_name(const arcview& w);
 
-/// The rows that are to be extracted.
-std::vector<std::size_t> rows_to_extract(const arcview& w);
+/// Returns the rows that the panel is to extract or move.
+std::vector<std::size_t> panel_rows(const arcview& w);
 
 }  // namespace quill::zip

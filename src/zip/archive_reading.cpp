@@ -103,7 +103,7 @@ std::string archive_problems(const arcview& w) {
 
 void extract_files(arcview& w) {
     const Unwatched unwatched(w);
-    const std::vector<std::size_t> rows = rows_to_extract(w);
+    const std::vector<std::size_t> rows = panel_rows(w);
     const std::string parent = panel_directory(w);
     if (rows.empty() || !archive_is_ours(w) || !settle_changes(w) || !has_room(w, rows, parent)) return;
     const std::shared_ptr<const OpenedArchive> opened = w.listed;

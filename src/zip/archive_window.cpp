@@ -7,6 +7,7 @@
 #include "zip/archive_encryption.h"
 #include "zip/archive_leaving.h"
 #include "zip/archive_loading.h"
+#include "zip/archive_moving.h"
 #include "zip/archive_names.h"
 #include "zip/archive_panel.h"
 #include "zip/archive_reading.h"
@@ -58,6 +59,7 @@ void set_captions(arcview& w) {
     w.opt.caption = "Open";
     w.exs.caption = "Extract to...";
     w.pictures.caption = "Show all pictures";
+    w.mvs.caption = "Move to...";
     w.ads.caption = "Add files to ZIP file";
     w.rrm.caption = "Remove selected file from ZIP";
     w.lod.caption = "Load file into ..";
@@ -118,6 +120,7 @@ void wire_menus(arcview& w) {
     w.peo.click = w.opt.click = [&w] { OpenMember(w); };
     w.extract.click = [&w] { choose_extraction(w); };
     w.exs.click = [&w] { choose_extraction(w, true); };
+    w.mvs.click = [&w] { choose_move(w); };
     w.test.click = [&w] { test_archive(w); };
     w.rpnex.click = [&w] { RepackAndExit(w); };
     w.exnrp.click = [&w] { gogo(w); };

@@ -81,14 +81,14 @@ struct arcview : controls::Window {
     controls::DriveListBox Drive1;    // drive to go to
     controls::DirListBox Dir1;        // directory to go to
     controls::Label Label5;           // its path
-    controls::Choice take_all;        // extract all members
-    controls::Choice take_selected;   // extract the selected ones
+    controls::Choice take_all;        // move or extract all files
+    controls::Choice take_selected;   // those of the selected members
     controls::CheckBox own_folder;    // put them into a new directory there
     controls::CheckBox opens_folder;  // open the directory afterwards
     controls::Button Command2;        // move or extract the files there
     controls::Button Command3;        // make a directory there
     controls::Button Command4;        // leave the panel
-    bool panel_extracts = false;      // the panel extracts members; else it moves all files
+    bool panel_extracts = false;      // the panel extracts members; else it moves their files
 
     // Menus.
     controls::MenuItem fil;                                                       // menu File
@@ -112,6 +112,7 @@ struct arcview : controls::Window {
     controls::MenuItem dvd;                                                       // menu of a row
     controls::MenuItem opt;                                                       // open the member
     controls::MenuItem exs;                                                       // extract the selected members
+    controls::MenuItem mvs;                                                       // move the selected members' files
     controls::MenuItem ads;                                                       // add files
     controls::MenuItem rrm;                                                       // remove the selected members
     controls::MenuItem lod;                                                       // "Load file into .."
@@ -193,8 +194,8 @@ void visit_controls(arcview& w, F&& f) {
     f("Drive1", "Drive to go to", w.Drive1);
     f("Dir1", "Directory to go to", w.Dir1);
     f("Label5", "Path to go to", w.Label5);
-    f("take_all", "Extract all members", w.take_all);
-    f("take_selected", "Extract the selected members", w.take_selected);
+    f("take_all", "Move or extract all files", w.take_all);
+    f("take_selected", "Move or extract the selected files", w.take_selected);
     f("own_folder", "Extract into a new directory", w.own_folder);
     f("opens_folder", "Open the directory afterwards", w.opens_folder);
     f("Command2", "Move or extract the files there", w.Command2);
@@ -224,6 +225,7 @@ void visit_controls(arcview& w, F&& f) {
     f("dvd", "Menu of a member", w.dvd);
     f("opt", "Open the member from its menu", w.opt);
     f("exs", "Extract the selected members from their menu", w.exs);
+    f("mvs", "Move the selected members' files from their menu", w.mvs);
     f("ads", "Add files from the member's menu", w.ads);
     f("rrm", "Remove the members from their menu", w.rrm);
     f("lod", "Load the file into a program", w.lod);

@@ -8,7 +8,6 @@
 
 #include <filesystem>
 #include <map>
-#include <set>
 #include <utility>
 
 namespace quill::zip {
@@ -89,6 +88,15 @@ void WorkCopies::follow(const WorkCopies& moved) {
         if (file == now.end() || file->second->result.path == copy->result.path) continue;
         copy->result.path = file->second->result.path;
         copy->stamp = file->second->stamp;
+    }
+}
+
+void WorkCopies::leave_to_user(const std::set<std::string>& paths) {
+    for (std::optional<WorkCopy>& copy : copies_) {
+        if (!copy || !paths.contains(copy->result.path)) continue;
+        copy->result.path.clear();
+        copy->stamp.reset();
+        copy->opened = false;
     }
 }
 

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -52,6 +53,9 @@ class WorkCopies {
     bool move(std::size_t member, const std::string& path);
     /// Takes over the paths of files that `moved` has renamed since this was copied from it.
     void follow(const WorkCopies& moved);
+
+    /// Leaves the files at `paths`, below the work directory, to the user: they are no member's any more.
+    void leave_to_user(const std::set<std::string>& paths);
 
     /// Goes back to what was recorded earlier. Files made since then are deleted where they are untouched.
     void go_back_to(const WorkCopies& before);

@@ -114,27 +114,6 @@ TEST(LeavingAnArchive, ExitWithoutRepackingLeavesTheFiles) {
     EXPECT_EQ(p.dir.read(file), "as stored");
 }
 
-TEST(LeavingAnArchive, MovesAllFilesAndReplacesNone) {
-    WindowProgram p(two_members());
-    arcview& w = p.open();
-    p.dir.write("target/letter", "the user's own");
-    w.Image1(2).click();
-    EXPECT_TRUE(w.Picture2.visible);
-    w.Dir1.path = p.dir.path("target");
-    w.Dir1.change();
-    EXPECT_EQ(w.Label5.text, p.dir.path("target"));
-    p.platform.expect_input("new folder", "deeper");
-    w.Command3.click();
-    EXPECT_EQ(w.Dir1.path, p.dir.path("target/deeper"));
-    w.Dir1.path = p.dir.path("target");
-    w.Command2.click();
-    EXPECT_EQ(p.window(), nullptr);
-    EXPECT_EQ(p.dir.read("target/letter"), "the user's own");
-    EXPECT_EQ(p.dir.read("target/letter (2)"), "as stored");
-    EXPECT_EQ(p.dir.read("target/d/below"), "2");
-    EXPECT_FALSE(p.dir.has("temp/a.zip"));
-}
-
 TEST(LeavingAnArchive, AWorkDirThatIsGoneStopsRepacking) {
     WindowProgram p(two_members());
     arcview& w = p.open();

@@ -88,7 +88,8 @@ TEST(Extracting, ThePanelCountsAndFollowsTheSelection) {
     EXPECT_FALSE(w.take_selected.enabled);
     EXPECT_TRUE(w.take_all.chosen);
     mover(w);
-    EXPECT_FALSE(w.take_all.visible);
+    EXPECT_TRUE(w.take_all.visible);
+    EXPECT_FALSE(w.own_folder.visible);
 }
 
 TEST(Extracting, SaysWhatItCouldNotDo) {
