@@ -27,8 +27,8 @@ class MappedFile {
 
     std::string_view bytes() const { return mapping_.bytes(); }
 
-    /// Copies up to `size` bytes from `offset` on to `out`, by the system's read and not through the mapping: for a run
-    /// through a large file that is cheaper than touching page after page. Returns how many bytes the file had.
+    /// Copies up to `size` bytes from `offset` on to `out`, by the system's read and not through the mapping. Returns
+    /// how many bytes the file had.
     std::size_t read(std::uint64_t offset, char* out, std::size_t size) const;
 
     /// The open file, for system calls that copy from one to another.

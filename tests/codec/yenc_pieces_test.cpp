@@ -12,43 +12,6 @@
 namespace quill::codec::yenc {
 namespace {
 
-/// What comes out of `text`, read through `read` or in place.
-std::string decoded(std::string_view text, bool dotted, const ReadText& read) {
-    std::string out;
-    decode_data(
-        text, *read_post(text), dotted,
-        [&](std::string_view bytes, std::size_t) {
-            out += bytes;
-            return true;
-        },
-        read);
-    return out;
-}
-
-/// Posts longer than several pieces: lines that end the data for a moment, dots at line starts, no line ends at all.
-TEST(YencPieces, AreTheSameReadAsTouched) {
-    std::string text;
-    for (int i = 0; i < 12'000; ++i) {
-        text += std::string(static_cast<std::size_t>(i % 131), static_cast<char>('a' + i % 20)) + "\r\n";
-        if (i % 7 == 0) text += "..dots=}\r\n";
-        if (i % 500 == 0) text += "=yx\r\n=y\r\n=y1\r\n";
-    }
-    for (const std::string& data : {text, std::string(700'000, 'x'), std::string("a"), std::string()}) {
-        const std::string post = "=ybegin line=128 size=9 name=a\r\n" + data + "\r\n=yend size=9\r\n";
-        const ReadText copy = [&](std::size_t at, char* out, std::size_t size) {
-            return std::string_view(post).copy(out, size, at);
-        };
-        const ReadText cut_off = [](std::size_t, char*, std::size_t) { return std::size_t{0}; };
-        const Post read = *read_post(post);
-        EXPECT_EQ(dots_look_added(post, read, copy), dots_look_added(post, read));
-        for (const bool dotted : {false, true}) {
-            const std::string in_place = decoded(post, dotted, {});
-            EXPECT_EQ(decoded(post, dotted, copy), in_place);
-            EXPECT_EQ(decoded(post, dotted, cut_off), in_place);
-        }
-    }
-}
-
 /// One dot that was not doubled is enough, wherever a piece ends.
 TEST(YencPieces, ShowASingleDotAtTheSeamOfTwo) {
     constexpr std::size_t piece = std::size_t{256} << 10U;
@@ -57,31 +20,11 @@ TEST(YencPieces, ShowASingleDotAtTheSeamOfTwo) {
         data.replace(at, 4, "\r\n..");
         const auto looks_added = [](const std::string& lines) {
             const std::string post = "=ybegin line=128 size=9 name=a\r\n" + lines + "\r\n=yend size=9\r\n";
-            const ReadText copy = [&](std::size_t from, char* out, std::size_t size) {
-                return std::string_view(post).copy(out, size, from);
-            };
-            return dots_look_added(post, *read_post(post), copy);
+            return dots_look_added(post, *read_post(post));
         };
         EXPECT_TRUE(looks_added(data)) << at;
         data[at + 3] = 'x';
         EXPECT_FALSE(looks_added(data)) << at;
-    }
-}
-
-/// Lines that might each be the end of a post are all looked at, and yet none is read twice.
-TEST(YencScan, ReadsNoByteAgainForEachLineThatLooksLikeAnEnd) {
-    for (const std::string line : {"=y\r\n", ".\r\n", "--\r\n", "x\r\n"}) {
-        std::string post = "=ybegin line=128 size=9 name=a\r\n";
-        for (int i = 0; i < 20'000; ++i) post += line;
-        post += "=yend size=9\r\n";
-        std::size_t read = 0;
-        LineCursor cursor({{post, {0, post.size(), 0}}}, {},
-                          [&](const Segment&, std::uint64_t offset, char* out, std::size_t size) {
-                              read += size;
-                              return std::string_view(post).copy(out, size, offset);
-                          });
-        EXPECT_EQ(scan(cursor).files.size(), 1U);
-        EXPECT_LE(read, 2 * post.size()) << line;
     }
 }
 

@@ -21,8 +21,8 @@ std::size_t line_end_size(std::string_view bytes, std::size_t at) {
 
 }  // namespace
 
-LineCursor::LineCursor(std::vector<Segment> segments, OnMove on_move, Read read)
-    : segments_(std::move(segments)), on_move_(std::move(on_move)), read_(std::move(read)) {
+LineCursor::LineCursor(std::vector<Segment> segments, OnMove on_move)
+    : segments_(std::move(segments)), on_move_(std::move(on_move)) {
     for (Segment& segment : segments_) {
         const bool marked = segment.range.begin == 0 && segment.input.starts_with(byte_order_mark) &&
                             segment.range.end >= byte_order_mark.size();
@@ -94,20 +94,6 @@ void LineCursor::move_to(Position to) {
 
 void LineCursor::pass_to(std::uint64_t offset) {
     move_to({at_.segment, offset});
-}
-
-std::string_view LineCursor::look_ahead(std::size_t size) {
-    const std::string_view mapped = rest(at_).substr(0, size);
-    // A window too small to be used again would be read anew for each line.
-    if (!read_ || mapped.size() < size || size <= least_ahead) return mapped;
-    if (at_.segment == window_begin_.segment && at_ >= window_begin_) {
-        const std::uint64_t from = at_.offset - window_begin_.offset;
-        if (from + least_ahead <= window_size_) return {window_.data() + from, std::min(size, window_size_ - from)};
-    }
-    window_.resize(std::max(window_.size(), size));
-    window_size_ = read_(segments_[at_.segment], at_.offset, window_.data(), size);
-    window_begin_ = at_;
-    return {window_.data(), window_size_};
 }
 
 void LineCursor::skip_to_line_with(char a, char b) {

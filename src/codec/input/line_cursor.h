@@ -47,10 +47,7 @@ class LineCursor {
   public:
     /// `on_move` is told now and then up to where a segment has been read; where it returns false the reading ends.
     using OnMove = std::function<bool(const Segment&, std::uint64_t)>;
-    /// `read` copies bytes of a segment's input, where that is cheaper than touching them: up to `size` from `offset`
-    /// on, and returns how many.
-    using Read = std::function<std::size_t(const Segment&, std::uint64_t offset, char* out, std::size_t size)>;
-    explicit LineCursor(std::vector<Segment> segments, OnMove on_move = {}, Read read = {});
+    explicit LineCursor(std::vector<Segment> segments, OnMove on_move = {});
 
     /// Reads the next line; false at the end, or where the reading was stopped.
     bool next(Line& line);
@@ -62,10 +59,8 @@ class LineCursor {
     /// here on, or to the end of the segment: a fast way over lines that can hold neither.
     void skip_to_line_with(char a, char b);
 
-    /// The bytes from here on, of this segment, for one look: up to `size` of them, fewer where fewer are at hand, but
-    /// at least `least_ahead` where there are so many. They stay until the next call.
-    std::string_view look_ahead(std::size_t size);
-    static constexpr std::size_t least_ahead = 4096;
+    /// Returns the bytes from here on, of this segment: `size` of them, or what is left.
+    std::string_view look_ahead(std::size_t size) const { return rest(at_).substr(0, size); }
 
     /// Moves to `offset` of the current segment, in what is known to be lines.
     void pass_to(std::uint64_t offset);
@@ -100,10 +95,6 @@ class LineCursor {
     std::vector<Segment> segments_;
     std::string quote_;
     OnMove on_move_;
-    Read read_;
-    std::vector<char> window_;
-    Position window_begin_;
-    std::size_t window_size_ = 0;
     Position at_;
     std::uint64_t told_ = 0;
     bool stopped_ = false;

@@ -34,30 +34,9 @@ void Body::settle() {
     }
 }
 
-std::string_view Body::ahead(std::size_t most) {
-    return bytes_ahead(most, least_ahead);
-}
-
-/// At least `least` of the next bytes, where there are so many, at most `most`: out of what was read last, or read
-/// anew.
-std::string_view Body::bytes_ahead(std::size_t most, std::size_t least) {
+std::string_view Body::ahead(std::size_t most) const {
     if (at_end()) return {};
-    const Range& range = ranges_[index_];
-    const std::uint64_t left = range.end - at_;
-    if (!read_input_) return input().substr(at_, std::min<std::uint64_t>(most, left));
-    const bool held = window_range_.source == range.source && window_range_.begin <= at_ &&
-                      at_ + std::min<std::uint64_t>(least, left) <= window_range_.end;
-    if (!held) read_window(std::min<std::uint64_t>(std::max(piece_, least), input().size() - at_));
-    const std::uint64_t size = std::min(window_range_.end, range.end) - at_;
-    return {window_.data() + (at_ - window_range_.begin), std::min<std::uint64_t>(most, size)};
-}
-
-/// What the file lost meanwhile reads as zeros.
-void Body::read_window(std::size_t size) {
-    window_.resize(std::max(window_.size(), size));
-    const std::size_t got = read_input_(ranges_[index_].source, at_, window_.data(), size);
-    std::fill_n(window_.begin() + static_cast<std::ptrdiff_t>(got), size - got, '\0');
-    window_range_ = {at_, at_ + size, ranges_[index_].source};
+    return input().substr(at_, std::min<std::uint64_t>(most, ranges_[index_].end - at_));
 }
 
 void Body::pass(std::size_t n) {
@@ -74,13 +53,9 @@ void Body::pass(std::size_t n) {
     settle();
 }
 
-std::string_view Body::line(std::size_t most) {
-    std::string_view rest = ahead(most);
+std::string_view Body::line(std::size_t most) const {
+    const std::string_view rest = ahead(most);
     std::size_t end = find_line_end(rest, 0);
-    if (end + 1 >= rest.size() && rest.size() < most && !reach_end(rest)) {
-        rest = bytes_ahead(most, most);
-        end = find_line_end(rest, end);
-    }
     if (end < rest.size()) end += rest.substr(end, 2) == "\r\n" ? 2U : 1U;
     return rest.substr(0, end);
 }
@@ -216,8 +191,8 @@ void decode_identity(Body& body, Sink& sink) {
 }
 
 Outcome decode(const Attachment& attachment, std::span<const std::string_view> inputs, const Write& write,
-               const OnRead& on_read, const ReadInput& read_input) {
-    Body body(attachment.body, inputs, on_read, read_input);
+               const OnRead& on_read) {
+    Body body(attachment.body, inputs, on_read);
     Sink sink(attachment, write, body);
     switch (attachment.format) {
         case Format::base64:
@@ -234,7 +209,7 @@ Outcome decode(const Attachment& attachment, std::span<const std::string_view> i
             decode_quoted_printable(body, sink);
             break;
         case Format::yenc:
-            decode_yenc(attachment, inputs, on_read, read_input, sink);
+            decode_yenc(attachment, inputs, on_read, sink);
             break;
         case Format::identity:
             decode_identity(body, sink);

@@ -15,15 +15,11 @@ using Write = std::function<bool(std::string_view)>;
 /// Told now and then that the inputs before `offset` of input `source` are done with; returns false to stop.
 using OnRead = std::function<bool(std::uint32_t source, std::uint64_t offset)>;
 
-/// Copies up to `size` bytes from `offset` on of input `source` to `out`, and returns how many there were: for inputs
-/// that are files, where that is cheaper than touching the mapped bytes.
-using ReadInput = std::function<std::size_t(std::uint32_t source, std::uint64_t offset, char* out, std::size_t size)>;
-
 /// Decodes `attachment`, whose ranges lie in `inputs`, and says what came of it. What can be recovered is written;
 /// every doubt is a problem of the outcome. Uses some hundred KiB whatever the sizes. The outcome means nothing where
 /// `write` or `on_read` stopped it.
 Outcome decode(const Attachment& attachment, std::span<const std::string_view> inputs, const Write& write,
-               const OnRead& on_read = {}, const ReadInput& read_input = {});
+               const OnRead& on_read = {});
 
 /// The first bytes of the result, at most `most`.
 std::string decode_first_bytes(const Attachment& attachment, std::span<const std::string_view> inputs,

@@ -19,23 +19,21 @@ constexpr std::size_t piece_size = std::size_t{384} << 10;
 /// The encoded bytes of an attachment, range after range.
 class Body {
   public:
-    Body(std::span<const Range> ranges, std::span<const std::string_view> inputs, const OnRead& on_read,
-         const ReadInput& read_input)
-        : ranges_(ranges), inputs_(inputs), on_read_(on_read), read_input_(read_input) {
+    Body(std::span<const Range> ranges, std::span<const std::string_view> inputs, const OnRead& on_read)
+        : ranges_(ranges), inputs_(inputs), on_read_(on_read) {
         for (const Range& range : ranges_)
             piece_ = std::min<std::uint64_t>(piece_size, piece_ + (range.end - range.begin));
         settle();
     }
 
-    /// The next bytes, at most `most`, all of one range; empty at the end. They stay until the next call of any of
-    /// these.
-    std::string_view ahead(std::size_t most);
+    /// Returns the next bytes: `most` of them, or what is left of the range; none at the end.
+    std::string_view ahead(std::size_t most) const;
 
     /// Moves on by `n` bytes, no more than `ahead` gave.
     void pass(std::size_t n);
 
     /// The rest of the line at the current place, with its line end: at most `most` bytes, and to the end of the range.
-    std::string_view line(std::size_t most);
+    std::string_view line(std::size_t most) const;
 
     /// The bytes of the current range before the current place, at most `most`.
     std::string_view behind(std::size_t most) const;
@@ -65,19 +63,12 @@ class Body {
     bool stopped() const { return stopped_; }
 
   private:
-    static constexpr std::size_t least_ahead = 4096;
-
     void settle();
-    std::string_view bytes_ahead(std::size_t most, std::size_t least);
-    void read_window(std::size_t size);
     std::string_view input() const { return inputs_[ranges_[index_].source]; }
 
     std::span<const Range> ranges_;
     std::span<const std::string_view> inputs_;
     const OnRead& on_read_;
-    const ReadInput& read_input_;
-    std::vector<char> window_;  ///< bytes that were read from the input
-    Range window_range_;        ///< what they are of it
     std::size_t piece_ = 0;
     std::size_t index_ = 0;
     std::uint64_t at_ = 0;

@@ -70,13 +70,10 @@ bool FindRun::goes_on(std::uint64_t offset) {
 
 Found FindRun::scan_text(std::uint32_t source) {
     const files::MappedFile& text = sources_.text(source);
-    LineCursor cursor(
-        {{text.bytes(), {0, text.bytes().size(), source}}},
-        [&](const Segment&, std::uint64_t offset) {
-            text.release_before(offset);
-            return goes_on(static_cast<std::uint64_t>(sources_.file_offset(source, offset)));
-        },
-        [&](const Segment&, std::uint64_t offset, char* to, std::size_t size) { return text.read(offset, to, size); });
+    LineCursor cursor({{text.bytes(), {0, text.bytes().size(), source}}}, [&](const Segment&, std::uint64_t offset) {
+        text.release_before(offset);
+        return goes_on(static_cast<std::uint64_t>(sources_.file_offset(source, offset)));
+    });
     Found found = scan(cursor, texts_, most_files - std::min(found_.files.size(), most_files));
     text.release_before(text.bytes().size());
     name_source(found, source);

@@ -80,12 +80,6 @@ void Recovery::take(std::vector<FoundFile> files) {
     }
 }
 
-ReadInput Recovery::reader() const {
-    return [this](std::uint32_t source, std::uint64_t offset, char* out, std::size_t size) {
-        return sources_.text(source).read(offset, out, size);
-    };
-}
-
 OnRead Recovery::release_behind(const Attachment& attachment, const OnProgress& progress) const {
     return
         [this, &attachment, &progress, total = size_of(attachment.body)](std::uint32_t source, std::uint64_t offset) {
@@ -103,8 +97,7 @@ OnRead Recovery::release_behind(const Attachment& attachment, const OnProgress& 
 
 Outcome Recovery::check(const Attachment& attachment, const OnProgress& progress) const {
     Outcome outcome = decode(
-        attachment, sources_.bytes(), [](std::string_view) { return true; }, release_behind(attachment, progress),
-        reader());
+        attachment, sources_.bytes(), [](std::string_view) { return true; }, release_behind(attachment, progress));
     note_changes(attachment, outcome);
     sources_.map_problems(attachment.body, outcome.problems);
     return outcome;
@@ -141,7 +134,7 @@ Result<Recovered> Recovery::write(const Attachment& attachment, const std::strin
     out.format = attachment.format;
     out.outcome = decode(
         attachment, sources_.bytes(), [&](std::string_view bytes) { return file->write(bytes); },
-        [&](std::uint32_t source, std::uint64_t offset) { return !(stopped = !on_read(source, offset)); }, reader());
+        [&](std::uint32_t source, std::uint64_t offset) { return !(stopped = !on_read(source, offset)); });
     if (stopped) return Error{ErrorCode::cancelled, 0, "Stopped"};
     for (const std::uint32_t input : inputs_of(attachment)) {
         if (sources_.text(input).cut_short()) return files::changed_while_read();

@@ -65,7 +65,6 @@ class Recovery {
 
     void take(std::vector<FoundFile> files);
     void note_changes(const Attachment& attachment, Outcome& outcome) const;
-    ReadInput reader() const;
     OnRead release_behind(const Attachment& attachment, const OnProgress& progress) const;
 
     Sources sources_;

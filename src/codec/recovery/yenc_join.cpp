@@ -149,30 +149,26 @@ namespace {
 
 /// Whether the post states what comes out once dots are taken off its lines, and not what comes out with them. Where
 /// its CRC agrees with neither, its size decides.
-bool dots_were_added(const Part& part, const ReadText& read) {
-    if (!dots_look_added(part.text, part.post, read)) return false;
-    const Data kept = *decode_data(part.text, part.post, false, {}, read);
+bool dots_were_added(const Part& part) {
+    if (!dots_look_added(part.text, part.post)) return false;
+    const Data kept = *decode_data(part.text, part.post, false);
     if (agrees(part.post, kept)) return false;
-    const Data taken_off = *decode_data(part.text, part.post, true, {}, read);
+    const Data taken_off = *decode_data(part.text, part.post, true);
     const std::optional<std::uint64_t> size = part.post.stated_size();
     return agrees(part.post, taken_off) || (size && kept.size != *size && taken_off.size == *size);
 }
 
-Data data_of(const Part& part, const ReadText& read) {
-    const AskDotted dotted = [&] { return dots_were_added(part, read); };
-    return *decode_data(part.text, part.post, dotted, {}, read);
+Data data_of(const Part& part) {
+    const AskDotted dotted = [&] { return dots_were_added(part); };
+    return *decode_data(part.text, part.post, dotted);
 }
 
 /// The parts of one file on their way to the sink.
 class Assembly {
   public:
     /// `dots_doubled`: the newsreader is known for it.
-    Assembly(std::vector<Part> parts, bool dots_doubled, const OnRead& on_read, const ReadInput& read_input, Sink& sink)
-        : parts_(std::move(parts)),
-          dots_doubled_(dots_doubled),
-          on_read_(on_read),
-          read_input_(read_input),
-          sink_(sink) {
+    Assembly(std::vector<Part> parts, bool dots_doubled, const OnRead& on_read, Sink& sink)
+        : parts_(std::move(parts)), dots_doubled_(dots_doubled), on_read_(on_read), sink_(sink) {
         for (const Part& part : parts_) input_bytes_ += part.text.size();
     }
 
@@ -194,7 +190,6 @@ class Assembly {
     void choose_copy(Part& before, const Part& copy);
     void check_numbers();
     void find_whole_crc();
-    ReadText reader(const Part& part) const;
     bool decode(const Part& part);
     bool begin_part(const Part& part);
     bool fill_gap(std::uint64_t gap);
@@ -207,7 +202,6 @@ class Assembly {
     std::vector<Part> parts_;
     bool dots_doubled_;
     const OnRead& on_read_;
-    const ReadInput& read_input_;
     Sink& sink_;
     std::uint64_t input_bytes_ = 0;
 
@@ -252,8 +246,8 @@ void Assembly::drop_duplicates() {
 
 /// Puts `copy` in place of `before` where that is not good; says so where both are, and differ.
 void Assembly::choose_copy(Part& before, const Part& copy) {
-    const Data first = data_of(before, reader(before));
-    const Data second = data_of(copy, reader(copy));
+    const Data first = data_of(before);
+    const Data second = data_of(copy);
     const bool first_good = agrees(before.post, first);
     const bool second_good = agrees(copy.post, second);
     sink_.read_from(copy.range.source);
@@ -340,28 +334,19 @@ bool Assembly::begin_part(const Part& part) {
     return fill_gap(gap);
 }
 
-ReadText Assembly::reader(const Part& part) const {
-    if (!read_input_) return {};
-    return [this, range = part.range](std::size_t at, char* out, std::size_t size) {
-        return read_input_(range.source, range.begin + at, out, size);
-    };
-}
-
 bool Assembly::decode(const Part& part) {
-    const ReadText read = reader(part);
     sink_.read_from(part.range.source);
     if (!begin_part(part)) return false;
     const AskDotted dotted = [&] {
-        const bool by_newsreader =
-            dots_doubled_ && !agrees(part.post, *decode_data(part.text, part.post, false, {}, read));
-        if (!by_newsreader && !dots_were_added(part, read)) return false;
+        const bool by_newsreader = dots_doubled_ && !agrees(part.post, *decode_data(part.text, part.post, false));
+        if (!by_newsreader && !dots_were_added(part)) return false;
         sink_.report(ProblemKind::dots_added, part.range.begin);
         return true;
     };
     const TakeBytes take = [&](std::string_view bytes, std::size_t read_to) {
         return put(bytes) && (!on_read_ || on_read_(part.range.source, part.range.begin + read_to));
     };
-    const std::optional<Data> data = decode_data(part.text, part.post, dotted, take, read);
+    const std::optional<Data> data = decode_data(part.text, part.post, dotted, take);
     if (!data) return false;
     verify_part(part, *data);
     return true;
@@ -431,13 +416,13 @@ void Assembly::check_whole() {
 namespace quill::codec {
 
 void decode_yenc(const Attachment& attachment, std::span<const std::string_view> inputs, const OnRead& on_read,
-                 const ReadInput& read_input, Sink& sink) {
+                 Sink& sink) {
     std::vector<yenc::Part> parts;
     parts.reserve(attachment.body.size());
     for (const Range& range : attachment.body) {
         if (std::optional<yenc::Part> part = yenc::read_part(inputs, range)) parts.push_back(*part);
     }
-    if (!parts.empty()) yenc::Assembly(std::move(parts), attachment.dots_doubled, on_read, read_input, sink).run();
+    if (!parts.empty()) yenc::Assembly(std::move(parts), attachment.dots_doubled, on_read, sink).run();
 }
 
 }  // namespace quill::codec

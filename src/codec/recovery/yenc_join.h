@@ -34,6 +34,6 @@ namespace quill::codec {
 /// all there is of its file stands at the beginning. Dots added to lines are taken off where the size or the checksum
 /// then agrees.
 void decode_yenc(const Attachment& attachment, std::span<const std::string_view> inputs, const OnRead& on_read,
-                 const ReadInput& read_input, Sink& sink);
+                 Sink& sink);
 
 }  // namespace quill::codec

@@ -196,44 +196,11 @@ std::optional<Post> read_post(std::string_view text) {
     return post;
 }
 
-namespace {
-
-/// A text piece by piece.
-class Pieces {
-  public:
-    Pieces(std::string_view text, std::size_t size, const ReadText& read)
-        : text_(text), read_(read), room_(std::make_unique_for_overwrite<char[]>(read ? size : 0)) {}
-
-    /// Bytes from `at` on, which stay until the next call: `size` of them, or what is left of those read before.
-    std::string_view at(std::size_t at, std::size_t size) {
-        if (!read_) return text_.substr(at, size);
-        const std::size_t left = at >= begin_ && at < end_ ? end_ - at : 0;
-        if (left < std::min(size, least_left)) {
-            begin_ = end_ = at;
-            if (read_(at, room_.get(), size) != size) return text_.substr(at, size);
-            end_ = at + size;
-        }
-        return {room_.get() + (at - begin_), std::min(size, end_ - at)};
-    }
-
-  private:
-    static constexpr std::size_t least_left = 4096;
-
-    std::string_view text_;
-    const ReadText& read_;
-    std::unique_ptr<char[]> room_;
-    std::size_t begin_ = 0;  ///< what the room holds of the text
-    std::size_t end_ = 0;
-};
-
-}  // namespace
-
-bool dots_look_added(std::string_view text, const Post& post, const ReadText& read) {
+bool dots_look_added(std::string_view text, const Post& post) {
     const std::size_t most = std::min(piece_size, post.data_end - post.data_begin);
-    Pieces pieces(text, most, read);
     bool found = false;
     for (std::size_t at = post.data_begin; at < post.data_end;) {
-        const std::string_view piece = pieces.at(at, std::min(most, post.data_end - at));
+        const std::string_view piece = text.substr(at, std::min(most, post.data_end - at));
         const bool last = at + piece.size() == post.data_end;
         std::size_t line = at == post.data_begin ? 0 : find_line_beginning(piece, 0, ".");
         for (; line < piece.size(); line = find_line_beginning(piece, line, ".")) {
@@ -264,8 +231,8 @@ bool has_dotted_line(std::string_view piece, std::size_t from, char before) {
 
 }  // namespace
 
-std::optional<Data> decode_data(std::string_view text, const Post& post, const AskDotted& dotted, const TakeBytes& take,
-                                const ReadText& read) {
+std::optional<Data> decode_data(std::string_view text, const Post& post, const AskDotted& dotted,
+                                const TakeBytes& take) {
     Rules rules = Rules::draft;
     bool asked = false;
     std::size_t searched = 0;  // in the text, for lines that begin with a dot
@@ -273,14 +240,13 @@ std::optional<Data> decode_data(std::string_view text, const Post& post, const A
     const std::uint64_t limit = post.end ? no_limit : post.stated_size().value_or(no_limit);
     const std::size_t most = std::min(piece_size, post.data_end - post.data_begin);
     const auto out = std::make_unique_for_overwrite<char[]>(decoded_bound(most));
-    Pieces pieces(text, most, read);
     RowWatch rows(post);
     const bool watched = take && post.end && !post.stated_crc();
     Data data;
     std::size_t at = post.data_begin;
     char before = '\n';
     while (at < post.data_end && data.size < limit) {
-        const std::string_view piece = pieces.at(at, std::min(most, post.data_end - at));
+        const std::string_view piece = text.substr(at, std::min(most, post.data_end - at));
         const bool last = at + piece.size() == post.data_end;
         if (!asked && has_dotted_line(piece, std::max(at, searched) - at, before)) {
             asked = true;
@@ -305,10 +271,9 @@ std::optional<Data> decode_data(std::string_view text, const Post& post, const A
     return data;
 }
 
-std::optional<Data> decode_data(std::string_view text, const Post& post, bool dotted, const TakeBytes& take,
-                                const ReadText& read) {
+std::optional<Data> decode_data(std::string_view text, const Post& post, bool dotted, const TakeBytes& take) {
     return decode_data(
-        text, post, [dotted] { return dotted; }, take, read);
+        text, post, [dotted] { return dotted; }, take);
 }
 
 bool agrees(const Post& post, const Data& data) {

@@ -76,12 +76,9 @@ struct Post {
 /// breaks off. nullopt where it begins otherwise. Lines may end in CR LF, LF, CR or CR CR LF.
 std::optional<Post> read_post(std::string_view text);
 
-/// Copies up to `size` bytes of the text from `at` on, where that is cheaper than touching them, and returns how many.
-using ReadText = std::function<std::size_t(std::size_t at, char* out, std::size_t size)>;
-
 /// Whether there are lines of data that begin with a dot, and each of them begins with two: perhaps one was added on
 /// the way, as NNTP (RFC 3977 3.1.1) and SMTP do.
-bool dots_look_added(std::string_view text, const Post& post, const ReadText& read = {});
+bool dots_look_added(std::string_view text, const Post& post);
 
 /// What the data of a post came to.
 struct Data {
@@ -103,9 +100,8 @@ using AskDotted = std::function<bool()>;
 /// post that breaks off gives no more bytes than it states, as anything may stand behind it. Works in pieces of fixed
 /// size. nullopt where `take` stopped it.
 std::optional<Data> decode_data(std::string_view text, const Post& post, const AskDotted& dotted,
-                                const TakeBytes& take = {}, const ReadText& read = {});
-std::optional<Data> decode_data(std::string_view text, const Post& post, bool dotted, const TakeBytes& take = {},
-                                const ReadText& read = {});
+                                const TakeBytes& take = {});
+std::optional<Data> decode_data(std::string_view text, const Post& post, bool dotted, const TakeBytes& take = {});
 
 /// Whether the data are what the post states: its CRC agrees or, where it states none, its size.
 bool agrees(const Post& post, const Data& data);
