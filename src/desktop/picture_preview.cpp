@@ -1,5 +1,7 @@
 #include "desktop/picture_preview.h"
 
+#include "desktop/viewer/pixels_image.h"
+
 #include <QPainter>
 #include <QPointer>
 
@@ -10,14 +12,6 @@ namespace quill::desktop {
 namespace {
 
 constexpr platform::PictureSize largest_shown = {1200, 1200};
-
-/// Returns an image of its own, since the preview keeps it for long.
-QImage image_of(const platform::Pixels& pixels) {
-    if (pixels.bytes == nullptr) return {};
-    return QImage(pixels.bytes.get(), pixels.size.width, pixels.size.height, static_cast<qsizetype>(pixels.stride),
-                  QImage::Format_ARGB32_Premultiplied)
-        .copy();
-}
 
 }  // namespace
 
@@ -43,7 +37,7 @@ void PicturePreview::show_file(const std::string& path) {
     ticket_ = pictures_->request(request, [self = QPointer(this)](const platform::Picture& picture) {
         if (!self) return;
         self->ticket_ = 0;
-        self->take(image_of(picture.pixels));
+        self->take(image_of(picture.pixels).copy());  // kept for long
     });
 }
 

@@ -1,6 +1,5 @@
 #include "desktop/plain_browser.h"
 
-#include "desktop/picture_reading.h"
 #include "desktop/pieces.h"
 #include "desktop/shown_text.h"
 #include "files/mapped_file.h"
@@ -11,6 +10,8 @@
 #include <QMouseEvent>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QScrollBar>
+#include <QTextCursor>
 
 #include <algorithm>
 
@@ -42,7 +43,8 @@ QVariant text_of(const std::string& path) {
 
 }  // namespace
 
-PlainBrowser::PlainBrowser(const htx::Form7& book) : book_(book) {
+PlainBrowser::PlainBrowser(const htx::Form7& book) : book_(book), pictures_(book.context.platform.pictures()) {
+    pictures_.arrived = [this](const auto& pictures) { show_pictures(pictures); };
     setOpenLinks(false);
     setUndoRedoEnabled(false);
     document()->setDocumentMargin(line_height());
@@ -82,13 +84,28 @@ std::string PlainBrowser::file_of(const QUrl& name) const {
 
 QVariant PlainBrowser::loadResource(int type, const QUrl& name) {
     const std::string path = file_of(name);
-    if (type == QTextDocument::HtmlResource) page_ = name.path(QUrl::FullyDecoded).mid(1).toStdString();
+    if (type == QTextDocument::HtmlResource) {
+        page_ = name.path(QUrl::FullyDecoded).mid(1).toStdString();
+        pictures_.drop_all();
+    }
     if (path.empty()) return nothing(type);
     if (type != QTextDocument::ImageResource) return text_of(path);
     const int room = std::max(200, viewport()->width() - line_height() * 3);
     constexpr int most_height = 10'000;
-    const QImage picture = read_picture(path, QSize(room, most_height));
-    return picture.isNull() ? nothing(type) : picture;
+    pictures_.ask(name, path, {room, most_height});
+    return nothing(type);
+}
+
+/// Puts pictures into their places, which then take the room that they need. The line at the top of the window stays
+/// there.
+void PlainBrowser::show_pictures(const std::vector<PagePictures::Arrived>& pictures) {
+    QScrollBar* const bar = verticalScrollBar();
+    const bool is_at_top = bar->value() == bar->minimum();
+    const QTextCursor top = cursorForPosition({0, 0});
+    const int before = cursorRect(top).top();
+    for (const auto& [name, image] : pictures) document()->addResource(QTextDocument::ImageResource, name, image);
+    document()->markContentsDirty(0, document()->characterCount());
+    if (!is_at_top) bar->setValue(bar->value() + cursorRect(top).top() - before);
 }
 
 void PlainBrowser::mouseReleaseEvent(QMouseEvent* event) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/page_pictures.h"
 #include "htx/book_reader.h"
 #include "platform/browser.h"
 
@@ -25,8 +26,8 @@ class PlainBrowser final : public QTextBrowser, public platform::Browser {
     bool find(const std::string& text) override;
     void print() override;
 
-    /// What the document asks for: a file of the book, or nothing. Never null, because the document then looks for a
-    /// file by itself.
+    /// Returns what the document asks for: a file of the book, or nothing; for a picture, an empty one until it is
+    /// decoded. Never null, because the document then looks for a file by itself.
     QVariant loadResource(int type, const QUrl& name) override;
 
   protected:
@@ -34,8 +35,10 @@ class PlainBrowser final : public QTextBrowser, public platform::Browser {
 
   private:
     std::string file_of(const QUrl& name) const;
+    void show_pictures(const std::vector<PagePictures::Arrived>& pictures);
 
     const htx::Form7& book_;
+    PagePictures pictures_;
     std::string page_;  ///< the one that was loaded last; `source` is still the one before while it is loaded
 };
 

@@ -145,9 +145,8 @@ std::string filled(std::string page, const std::string& host, const std::string&
 TEST_F(BookViewTest, HostilePagesReachNeitherTheNetworkNorOtherFiles) {
     const Listener listener;
     ASSERT_TRUE(listener.works());
-    QImage secret(64, 64, QImage::Format_RGB32);
-    secret.fill(Qt::red);
-    secret.save(QString::fromStdString(directory.path("outside.png")));
+    FakePictures& pictures = program.platform.fake_pictures;
+    pictures.set(directory.write("outside.png", "a picture"), plain_picture(64, 64, 0xFFFF0000));
     std::vector<std::pair<std::string, std::string>> pages;
     for (std::size_t i = 0; i < attacks.size(); ++i) {
         pages.emplace_back(std::to_string(1000 + i) + ".htm",
@@ -157,6 +156,8 @@ TEST_F(BookViewTest, HostilePagesReachNeitherTheNetworkNorOtherFiles) {
     auto& w = open(pages);
     for (std::size_t page = 0; page < pages.size(); ++page) {
         events.hand_in([&] { w.go_to(page); });
+        settle();
+        pictures.answer_all();
         settle();
         EXPECT_EQ(w.page(), page) << pages[page].second;
         const QImage drawn = frame_of(w).grab().toImage();
@@ -176,21 +177,22 @@ TEST_F(BookViewTest, HostilePagesReachNeitherTheNetworkNorOtherFiles) {
 }
 
 TEST_F(BookViewTest, ShowsPagesPicturesAndLinksOfTheBook) {
-    QImage picture(40, 40, QImage::Format_RGB32);
-    picture.fill(Qt::green);
-    const std::string file = directory.path("green.png");
-    picture.save(QString::fromStdString(file));
     auto& w =
         open({{"a.htm", "<title>Caf&eacute;</title><p>one</p><img src='d/my%20green.png'><a href='d/b.htm#x'>on</a>"},
               {"d/b.htm", "<title>Two</title><p>two</p><a name=x>here</a>"},
-              {"d/my green.png", directory.read("green.png")}});
+              {"d/my green.png", "a picture"}});
     EXPECT_EQ(w.caption, "Caf\xC3\xA9");
     EXPECT_TRUE(browser(w)->toPlainText().contains(QStringLiteral("one")));
-    EXPECT_EQ(browser(w)
-                  ->loadResource(QTextDocument::ImageResource, QUrl(QStringLiteral("d/my%20green.png")))
-                  .value<QImage>()
-                  .width(),
-              40);
+    const auto shown = [&] {
+        const QVariant found =
+            browser(w)->document()->resource(QTextDocument::ImageResource, QUrl(QStringLiteral("d/my%20green.png")));
+        return found.value<QImage>().width();
+    };
+    EXPECT_EQ(shown(), 1) << "a place until it is decoded";
+    program.platform.fake_pictures.set(directory.path("book/d/my green.png"), plain_picture(40, 30, 0xFF00FF00));
+    EXPECT_EQ(program.platform.fake_pictures.answer_all(), 1U);
+    settle();
+    EXPECT_EQ(shown(), 40);
     Q_EMIT browser(w)->anchorClicked(browser(w)->source().resolved(QUrl(QStringLiteral("d/b.htm#x"))));
     settle();
     EXPECT_EQ(w.Label2.text, "Page 2 of 2");
