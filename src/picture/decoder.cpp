@@ -1,13 +1,18 @@
 #include "picture/decoder.h"
 
+#include "picture/bmp.h"
 #include "picture/icon.h"
 #include "picture/jpeg.h"
+#include "picture/pbm.h"
 #include "picture/pcx.h"
+#include "picture/planar_tiff.h"
 #include "picture/reading.h"
+#include "picture/tga.h"
 
 #include <QTransform>
 
 #include <algorithm>
+#include <array>
 #include <utility>
 #include <vector>
 
@@ -70,6 +75,20 @@ Decoded draw(const char* format, const Drawn& drawn, QImageIOHandler::Transforma
     return decoded;
 }
 
+/// A kind that Qt does not read, or not well. Only JPEG turns its pictures among those without a plugin.
+struct OwnKind {
+    const char* name;
+    bool (*is)(std::string_view file);
+    Drawn (*draw)(std::string_view file, qint64 most_pixels);
+};
+constexpr std::array<OwnKind, 5> own_kinds = {{
+    {"bmp", is_bmp, draw_bmp},
+    {"pcx", is_pcx, draw_pcx},
+    {"pbm", is_plain_pbm, draw_plain_pbm},
+    {"tiff", is_planar_tiff, draw_planar_tiff},
+    {"tga", is_tga, draw_tga},  // it has no signature
+}};
+
 void clear_row(QImage& image, int row) {
     std::fill_n(image.scanLine(row), image.bytesPerLine(), uchar{0});
 }
@@ -93,11 +112,25 @@ std::vector<bool> drawn_rows(const QImage& image) {
     return drawn;
 }
 
+/// Makes the pixels of one color clear.
+void clear_color(QImage& image, QRgba64 color) {
+    if (image.isNull()) return;
+    image.convertTo(QImage::Format_RGBA64);
+    for (int y = 0; y < image.height(); ++y) {
+        auto* const row = reinterpret_cast<QRgba64*>(image.scanLine(y));
+        std::replace(row, row + image.width(), color, QRgba64());
+    }
+}
+
 /// Reads the next image, of the size stated. What a decoder that fails has drawn by then is kept.
-Drawn read_next(QImageReader& reader, QSize size) {
+Drawn read_next(QImageReader& reader, QSize size, std::optional<QRgba64> clear) {
     QImage image = blank(reader, size);
     const void* ours = image.constBits();
     const bool whole = reader.read(&image);
+    if (clear && whole) {
+        clear_color(image, *clear);
+        ours = nullptr;
+    }
     const bool reused = !image.isNull() && image.constBits() == ours;
     Drawn drawn;
     drawn.original = image.isNull() ? size : image.size();
@@ -124,7 +157,16 @@ Decoded Decoder::decode(std::string_view file, const Wanted& wanted) {
         const QSize bounds = turned ? wanted.bounds.transposed() : wanted.bounds;
         return draw("jpeg", draw_jpeg(file, bounds, most_pixels), turn, wanted);
     }
-    if (is_pcx(file)) return draw("pcx", draw_pcx(file, most_pixels), {}, wanted);
+    const QByteArray icon = icon_image(file, wanted.index);
+    const std::string_view bitmap(icon.constData(), static_cast<std::size_t>(icon.size()));
+    for (const OwnKind& kind : own_kinds) {
+        if (kind.is(file)) return draw(kind.name, kind.draw(file, most_pixels), {}, wanted);
+    }
+    if (is_bmp(bitmap)) {
+        Decoded decoded = draw("ico", draw_bmp(bitmap, most_pixels), {}, {wanted.bounds, 0, 0});
+        decoded.count = icon_count(file);
+        return decoded;
+    }
     return decode_by_plugin(file, wanted);
 }
 
@@ -178,7 +220,7 @@ Decoded Decoder::decode_by_plugin(std::string_view file, const Wanted& wanted) {
         return decoded;
     }
     const QImageIOHandler::Transformations turn = reader.transformation();
-    const Drawn drawn = read_next(reader, is_other_page ? stated_size(reader) : size);
+    const Drawn drawn = read_next(reader, is_other_page ? stated_size(reader) : size, clear_color_of(file));
     ++opened_->next;
     finish(decoded, drawn, turn, wanted.bounds);
     if (decoded.animated) decoded.delay = std::max(reader.nextImageDelay(), 0);

@@ -1,5 +1,7 @@
 #include "picture/icon.h"
 
+#include "picture/fields.h"
+
 #include <QtEndian>
 
 #include <algorithm>
@@ -12,11 +14,6 @@ namespace {
 constexpr std::size_t header_size = 6;
 constexpr std::size_t entry_size = 16;
 constexpr std::uint32_t largest_icon = 256;  // what the directory of an icon file can state
-
-template <class T>
-T little_endian(std::string_view bytes, std::size_t at) {
-    return at + sizeof(T) <= bytes.size() ? qFromLittleEndian<T>(bytes.data() + at) : T{0};
-}
 
 struct Entry {
     std::string_view bytes;  ///< of the directory
@@ -31,22 +28,44 @@ unsigned stated(std::uint8_t side) {
 
 Entry entry_at(std::string_view file, std::size_t i) {
     const std::string_view bytes = file.substr(header_size + i * entry_size, entry_size);
-    const std::size_t offset = little_endian<quint32>(bytes, 12);
-    const std::size_t size = little_endian<quint32>(bytes, 8);
+    const std::size_t offset = long_at(bytes, 12);
+    const std::size_t size = long_at(bytes, 8);
     return {bytes, offset < file.size() ? file.substr(offset, size) : std::string_view(),
-            stated(little_endian<quint8>(bytes, 0)) * stated(little_endian<quint8>(bytes, 1)),
-            little_endian<quint16>(bytes, 6)};
+            stated(byte_at(bytes, 0)) * stated(byte_at(bytes, 1)), word_at(bytes, 6)};
 }
 
 /// Returns true for a bitmap no larger than the directory can state: Qt takes its size from either.
 bool is_honest_bitmap(std::string_view bitmap) {
     constexpr std::uint32_t header = 40;
-    return little_endian<quint32>(bitmap, 0) >= header && little_endian<quint32>(bitmap, 4) <= largest_icon &&
-           little_endian<quint32>(bitmap, 8) <= 2 * largest_icon;
+    return long_at(bitmap, 0) >= header && long_at(bitmap, 4) <= largest_icon && long_at(bitmap, 8) <= 2 * largest_icon;
 }
 
 QByteArray copy_of(std::string_view bytes) {
     return {bytes.data(), static_cast<qsizetype>(bytes.size())};
+}
+
+constexpr std::uint32_t largest_masked_header = 124;
+
+/// Returns true for a bitmap whose header states an alpha mask. It needs no other mask.
+bool is_masked_bitmap(std::string_view bitmap) {
+    const std::uint32_t header = long_at(bitmap, 0);
+    return header >= 56 && header <= largest_masked_header && word_at(bitmap, 14) == 32 && long_at(bitmap, 52) != 0;
+}
+
+void append_long(QByteArray& out, std::uint32_t value) {
+    for (const unsigned shift : {0U, 8U, 16U, 24U}) out.append(static_cast<char>(value >> shift & 0xFFU));
+}
+
+/// Returns a bitmap file of an icon's bitmap, whose height counts the mask below it too.
+QByteArray bitmap_file(std::string_view bitmap) {
+    constexpr std::uint32_t file_header = 14;
+    QByteArray out = "BM";
+    append_long(out, file_header + static_cast<std::uint32_t>(bitmap.size()));
+    append_long(out, 0);
+    append_long(out, file_header + long_at(bitmap, 0));
+    out += copy_of(bitmap.substr(0, 8));
+    append_long(out, long_at(bitmap, 8) / 2);
+    return out + copy_of(bitmap.substr(12));
 }
 
 /// Returns an icon file with this image alone.
@@ -64,7 +83,7 @@ unsigned icon_count(std::string_view file) {
         file.starts_with(std::string_view("\0\0\1\0", 4)) || file.starts_with(std::string_view("\0\0\2\0", 4));
     if (!is_icon || file.size() < header_size + entry_size) return 0;
     const std::size_t room = (file.size() - header_size) / entry_size;
-    return static_cast<unsigned>(std::min<std::size_t>(little_endian<quint16>(file, 4), room));
+    return static_cast<unsigned>(std::min<std::size_t>(word_at(file, 4), room));
 }
 
 QByteArray icon_image(std::string_view file, unsigned index) {
@@ -76,7 +95,8 @@ QByteArray icon_image(std::string_view file, unsigned index) {
     });
     const Entry& entry = entries[index];
     if (entry.image.starts_with("\x89PNG")) return copy_of(entry.image);
-    return is_honest_bitmap(entry.image) ? alone(file, entry) : QByteArray();
+    if (!is_honest_bitmap(entry.image)) return {};
+    return is_masked_bitmap(entry.image) ? bitmap_file(entry.image) : alone(file, entry);
 }
 
 }  // namespace quill::picture

@@ -1,19 +1,10 @@
 #pragma once
 
-#include <QImage>
-#include <QSize>
+#include "picture/drawn.h"
 
 #include <string_view>
 
 namespace quill::picture {
-
-/// A picture as far as it could be decoded.
-struct Drawn {
-    QImage image = {};  ///< null: nothing
-    QSize original = {};
-    int percent = 0;   ///< of the rows: 100 for all
-    bool cut = false;  ///< the data end too early
-};
 
 bool is_jpeg(std::string_view file);
 

@@ -1,5 +1,7 @@
 #include "picture/pcx.h"
 
+#include "picture/fields.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -11,14 +13,6 @@ namespace {
 constexpr std::size_t header_size = 128;
 constexpr std::size_t palette_size = 768;  // at the end, after a byte 12
 constexpr std::uint8_t palette_mark = 12;
-
-std::uint8_t byte_at(std::string_view bytes, std::size_t at) {
-    return at < bytes.size() ? static_cast<std::uint8_t>(bytes[at]) : std::uint8_t{0};
-}
-
-int word_at(std::string_view bytes, std::size_t at) {
-    return byte_at(bytes, at) | byte_at(bytes, at + 1) << 8;
-}
 
 /// The header's fields that matter.
 struct Header {
@@ -87,15 +81,18 @@ class Rows {
 
   private:
     bool next_run() {
-        if (at_ >= data_.size()) return false;
-        value_ = byte_at(data_, at_++);
-        run_ = 1;
         constexpr std::uint8_t run_mark = 0xC0;
-        if (!packed_ || (value_ & run_mark) != run_mark) return true;
-        if (at_ >= data_.size()) return false;
-        run_ = value_ & 0x3FU;
-        value_ = byte_at(data_, at_++);
-        return run_ != 0 || next_run();
+        while (at_ < data_.size()) {
+            value_ = byte_at(data_, at_++);
+            run_ = 1;
+            if (!packed_ || (value_ & run_mark) != run_mark) return true;
+            if (at_ == data_.size()) break;
+            run_ = value_ & 0x3FU;
+            value_ = byte_at(data_, at_++);
+            if (run_ != 0) return true;  // a run of none is skipped
+        }
+        run_ = 0;
+        return false;
     }
 
     std::string_view data_;
@@ -140,7 +137,7 @@ Drawn draw_pcx(std::string_view file, qint64 most_pixels) {
     const Header header = read_header(file);
     Drawn drawn;
     drawn.original = header.size;
-    if (!is_pcx(file) || qint64{header.size.width()} * header.size.height() > most_pixels) return drawn;
+    if (!is_pcx(file) || !has_pixels(header.size, most_pixels)) return drawn;
     drawn.image = QImage(header.size, QImage::Format_ARGB32_Premultiplied);
     if (drawn.image.isNull()) return drawn;
     drawn.image.fill(0);
@@ -151,9 +148,7 @@ Drawn draw_pcx(std::string_view file, qint64 most_pixels) {
     for (; done < header.size.height() && rows.read(row); ++done) {
         draw_row(row, header, colors, reinterpret_cast<QRgb*>(drawn.image.scanLine(done)));
     }
-    drawn.cut = done < header.size.height();
-    drawn.percent = std::min(100 * done / header.size.height(), drawn.cut ? 99 : 100);
-    if (done == 0) drawn.image = QImage();
+    count_rows(drawn, done);
     return drawn;
 }
 

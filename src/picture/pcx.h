@@ -1,6 +1,6 @@
 #pragma once
 
-#include "picture/jpeg.h"
+#include "picture/drawn.h"
 
 #include <string_view>
 

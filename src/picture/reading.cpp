@@ -1,6 +1,7 @@
 #include "picture/reading.h"
 
 #include "checksum/checksum.h"
+#include "picture/fields.h"
 #include "picture/icon.h"
 
 #include <QImageReader>
@@ -60,11 +61,13 @@ QByteArray drawn_chunks(std::string_view png) {
     constexpr std::array<std::string_view, 5> drawn = {"IHDR", "PLTE", "tRNS", "IDAT", "IEND"};
     constexpr std::size_t before = 8;           // bytes of a chunk before its data: length, type
     constexpr std::size_t around = before + 4;  // and after them: CRC
+    const bool has_clear_color = clear_color_of(png).has_value();
     QByteArray out = copy_of(png_signature);
     for (std::size_t at = png_signature.size(); at + around <= png.size();) {
         const std::size_t stated = around + std::size_t{big_endian(png, at)};
         const std::string_view chunk = png.substr(at, stated);
         at += chunk.size();
+        if (has_clear_color && chunk.substr(4, 4) == "tRNS") continue;
         if (std::find(drawn.begin(), drawn.end(), chunk.substr(4, 4)) == drawn.end()) continue;
         if (chunk.size() == stated) {
             out.append(chunk.data(), static_cast<qsizetype>(chunk.size()));
@@ -78,6 +81,20 @@ QByteArray drawn_chunks(std::string_view png) {
 }
 
 }  // namespace
+
+std::optional<QRgba64> clear_color_of(std::string_view png) {
+    constexpr std::size_t header_end = 33;  // IHDR, always first
+    constexpr std::size_t chunk_size = 18;  // length, type, three channels, CRC
+    if (!png.starts_with(png_signature) || part_at(png, 24, 2) != "\x10\x02") return std::nullopt;
+    for (std::size_t at = header_end; at + chunk_size <= png.size(); at += std::size_t{12} + big_endian(png, at)) {
+        const std::string_view type = png.substr(at + 4, 4);
+        if (type == "IDAT") return std::nullopt;
+        if (type != "tRNS" || big_endian(png, at) != 6) continue;
+        const auto channel = [&](std::size_t i) { return qFromBigEndian<quint16>(png.data() + at + 8 + 2 * i); };
+        return qRgba64(channel(0), channel(1), channel(2), 0xFFFF);
+    }
+    return std::nullopt;
+}
 
 QByteArray plain_picture(std::string_view bytes, unsigned index) {
     if (icon_count(bytes) == 0) return bytes.starts_with(png_signature) ? drawn_chunks(bytes) : copy_of(bytes);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QRgba64>
 #include <QSize>
 #include <QtGlobal>
 
@@ -26,7 +27,11 @@ QSize stated_size(const QImageReader& reader);
 std::optional<qint64> picture_memory(const QImageReader& reader);
 
 /// Returns what is decoded of a picture file: of an icon, the image `index`; of a PNG, the chunks that draw it. Chunks
-/// of text are left out, since a few kilobytes of them can expand to gigabytes.
+/// of text are left out, since a few kilobytes of them can expand to gigabytes; so is the clear color that
+/// clear_color_of gives.
 QByteArray plain_picture(std::string_view bytes, unsigned index = 0);
+
+/// Returns the color of a PNG's clear pixels where that is of 16 bits a channel, which Qt mistakes.
+std::optional<QRgba64> clear_color_of(std::string_view png);
 
 }  // namespace quill::picture

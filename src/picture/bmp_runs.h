@@ -1,0 +1,13 @@
+#pragma once
+
+#include "picture/bmp_header.h"
+
+#include <QImage>
+
+namespace quill::picture {
+
+/// Draws the runs of a packed bitmap (RLE4, RLE8). Pixels that they leave out have the first color of the palette.
+/// Returns how many rows are there, from the first one in the file: all of them, where the runs say that they are done.
+int draw_runs(std::string_view data, const BmpHeader& header, QImage& image);
+
+}  // namespace quill::picture
