@@ -29,7 +29,7 @@ MAY_INCLUDE = {
     "platform": BASE | {"report", "controls"},
     "worker": BASE | {"platform"},
     **{folder: CORE for folder in PROGRAM},
-    "desktop": CORE | {"picture"},
+    "desktop": CORE,
     "picture": CORE,
     "cli": CORE,
     "qpunwrap": SUMS | {"codec"},
