@@ -6,6 +6,7 @@
 #include "files/path.h"
 
 #include <QApplication>
+#include <QColorDialog>
 #include <QDialogButtonBox>
 #include <QFile>
 #include <QFileDialog>
@@ -169,6 +170,14 @@ std::string BoxDialogs::choose_file(const platform::FileRequest& request) {
     box.setFileMode(QFileDialog::ExistingFile);
     if (run(box) != QDialog::Accepted || box.selectedFiles().isEmpty()) return {};
     return QFile::encodeName(box.selectedFiles().front()).toStdString();
+}
+
+std::optional<controls::Colour> BoxDialogs::choose_colour(const controls::Colour& current) {
+    QColorDialog box(QColor(current.red, current.green, current.blue), QApplication::activeWindow());
+    if (run(box) != QDialog::Accepted) return std::nullopt;
+    const QColor chosen = box.currentColor().toRgb();
+    const auto part = [](int value) { return static_cast<std::uint8_t>(value); };
+    return controls::Colour{part(chosen.red()), part(chosen.green()), part(chosen.blue())};
 }
 
 }  // namespace quill::desktop

@@ -21,6 +21,7 @@ class BoxDialogs final : public platform::Dialogs {
     std::size_t choose(const platform::Choices& choices) override;
     std::string input(const platform::Prompt& prompt) override;
     std::string choose_file(const platform::FileRequest& request) override;
+    std::optional<controls::Colour> choose_colour(const controls::Colour& current) override;
 
   private:
     /// Shows `box` and returns what its exec() does.

@@ -1,14 +1,13 @@
 #pragma once
 
+#include "controls/control.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
-
-namespace quill::controls {
-struct Window;
-}
 
 /// What the program asks of the machine it runs on. The desktop answers with real dialogs and programs, a test from a
 /// script.
@@ -74,6 +73,8 @@ class Dialogs {
     virtual std::string input(const Prompt& prompt) = 0;
     /// The absolute path of the file chosen; empty for Cancel.
     virtual std::string choose_file(const FileRequest& request) = 0;
+    /// The color chosen, beginning with `current`; nullopt for Cancel.
+    virtual std::optional<controls::Colour> choose_colour(const controls::Colour& current) = 0;
 };
 
 /// What the desktop does with files: other programs, the trash. None of these waits for a program's end or runs the
@@ -177,6 +178,9 @@ class Platform {
     std::size_t choose(const Choices& choices) { return dialogs().choose(choices); }
     std::string input(const Prompt& prompt) { return dialogs().input(prompt); }
     std::string choose_file(const FileRequest& request) { return dialogs().choose_file(request); }
+    std::optional<controls::Colour> choose_colour(const controls::Colour& current) {
+        return dialogs().choose_colour(current);
+    }
     void repaint(controls::Window& window) { display().repaint(window); }
 };
 

@@ -28,6 +28,8 @@ std::string ScriptedPlatform::describe(Kind kind) {
             return "input box";
         case Kind::file_request:
             return "file request";
+        case Kind::colour:
+            return "choice of a color";
     }
     return {};
 }
@@ -54,6 +56,10 @@ void ScriptedPlatform::expect_input(std::string part, std::string answer, contro
 
 void ScriptedPlatform::expect_file_request(std::string part, std::string answer, controls::Action meanwhile) {
     script_.push_back({Kind::file_request, std::move(part), std::move(answer), false, std::move(meanwhile)});
+}
+
+void ScriptedPlatform::expect_colour(std::optional<controls::Colour> answer) {
+    script_.push_back({.kind = Kind::colour, .part = {}, .answer = {}, .meanwhile = {}, .colour = answer});
 }
 
 ScriptedPlatform::Step ScriptedPlatform::next(Kind kind, const std::string& text) {
@@ -103,6 +109,10 @@ std::string ScriptedPlatform::input(const platform::Prompt& prompt) {
 std::string ScriptedPlatform::choose_file(const platform::FileRequest& request) {
     file_requests.push_back(request);
     return next(Kind::file_request, request.title).answer;
+}
+
+std::optional<controls::Colour> ScriptedPlatform::choose_colour(const controls::Colour&) {
+    return next(Kind::colour, {}).colour;
 }
 
 bool ScriptedPlatform::open_with_default(const std::string& path) {

@@ -8,6 +8,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
@@ -47,6 +48,8 @@ class ScriptedPlatform final : public platform::Platform,
     /// `answer`: the caption of the button pressed.
     void expect_choice(std::string part, std::string answer, controls::Action meanwhile = {});
     void expect_input(std::string part, std::string answer, controls::Action meanwhile = {});
+    /// `answer`: nullopt for Cancel.
+    void expect_colour(std::optional<controls::Colour> answer);
     void expect_file_request(std::string part, std::string answer, controls::Action meanwhile = {});
 
     /// Whether all of the script has been used.
@@ -95,7 +98,7 @@ class ScriptedPlatform final : public platform::Platform,
     FakePictures& pictures() override { return fake_pictures; }
 
   private:
-    enum class Kind { message, question, collision, choice, input, file_request };
+    enum class Kind { message, question, collision, choice, input, file_request, colour };
     struct Step {
         Kind kind;
         std::string part;
@@ -103,6 +106,7 @@ class ScriptedPlatform final : public platform::Platform,
         bool yes = false;
         controls::Action meanwhile;
         platform::Collision collision = platform::Collision::cancel;
+        std::optional<controls::Colour> colour = std::nullopt;
     };
 
     static std::string describe(Kind kind);
@@ -114,6 +118,7 @@ class ScriptedPlatform final : public platform::Platform,
     std::size_t choose(const platform::Choices& choices) override;
     std::string input(const platform::Prompt& prompt) override;
     std::string choose_file(const platform::FileRequest& request) override;
+    std::optional<controls::Colour> choose_colour(const controls::Colour& current) override;
     bool open_with_default(const std::string& path) override;
     bool start(const std::string& program, const std::vector<std::string>& arguments,
                const std::string& directory) override;
