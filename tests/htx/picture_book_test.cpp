@@ -1,6 +1,7 @@
 #include "htx/picture_book/picture_book.h"
 
 #include "htx/html/references.h"
+#include "htx/picture_book/exif_description.h"
 
 #include <gtest/gtest.h>
 
@@ -64,6 +65,48 @@ TEST(PictureBook, ProposesTitlesFromNames) {
     EXPECT_EQ(proposed_title("/p/My_summer.day.jpg"), "My summer.day");
     EXPECT_EQ(proposed_title(".jpg"), ".jpg");
     EXPECT_EQ(proposed_title("_.jpg"), "_.jpg");
+}
+
+/// A JPEG file with EXIF data whose first directory has a description.
+std::string described(const std::string& text, bool big, std::size_t count_beyond = 0) {
+    const auto number = [&](std::size_t value, std::size_t size) {
+        std::string out(size, '\0');
+        for (std::size_t i = 0; i < size; ++i)
+            out[big ? size - 1 - i : i] = static_cast<char>(value >> (8 * i) & 0xFFU);
+        return out;
+    };
+    std::string tiff = (big ? "MM" : "II") + number(42, 2) + number(8, 4);                 // the directory is at 8
+    tiff += number(2, 2) + number(256, 2) + number(4, 2) + number(1, 4) + number(640, 4);  // ImageWidth
+    const std::size_t after = 8 + 2 + 2 * 12;
+    tiff += number(270, 2) + number(2, 2) + number(text.size() + count_beyond, 4);  // ImageDescription
+    tiff += text.size() <= 4 ? text + std::string(4 - text.size(), '\0') : number(after, 4) + text;
+    const std::string segment = std::string("Exif\0\0", 6) + tiff;
+    const std::size_t length = segment.size() + 2;
+    std::string jpeg("\xFF\xD8\xFF\xE0\0\4ab\xFF\xE1", 10);  // an APP0 segment before it
+    jpeg.append(1, static_cast<char>(length >> 8U)).append(1, static_cast<char>(length & 0xFFU));
+    return jpeg + segment;
+}
+
+TEST(ExifDescription, IsReadInBothByteOrders) {
+    const struct {
+        std::string text, read;
+    } cases[] = {
+        {std::string("The harbour\0", 12), "The harbour"},
+        {"Sea", "Sea"},
+        {"  two\r\nlines  ", "two  lines"},
+        {"caf\xE9 au lait", "caf\xC3\xA9 au lait"},
+        {"ACME DIGITAL CAMERA", ""},
+        {"      ", ""},
+    };
+    for (const auto& c : cases) {
+        for (const bool big : {false, true}) EXPECT_EQ(exif_description(described(c.text, big)), c.read) << c.text;
+    }
+}
+
+TEST(ExifDescription, IsNotReadBeyondItsData) {
+    const std::string whole = described("A long description", false);
+    EXPECT_EQ(exif_description(described("A long description", false, 4'000'000)), "A long description");
+    for (std::size_t size = 0; size + 1 < whole.size(); ++size) EXPECT_EQ(exif_description(whole.substr(0, size)), "");
 }
 
 TEST(PicturePage, HasTheLettersAndColoursOfItsBook) {

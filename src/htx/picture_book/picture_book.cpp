@@ -1,8 +1,10 @@
 #include "htx/picture_book/picture_book.h"
 
+#include "files/mapped_file.h"
 #include "files/names.h"
 #include "files/path.h"
 #include "htx/html/address.h"
+#include "htx/picture_book/exif_description.h"
 #include "text/ascii.h"
 #include "text/utf8.h"
 #include "text/writer.h"
@@ -44,6 +46,13 @@ std::string index_page(const PictureBook& book, const std::vector<std::string>& 
 
 }  // namespace
 
+std::vector<std::string> distinct_names(const std::vector<std::string>& files) {
+    DistinctNames distinct;
+    std::vector<std::string> names;
+    for (const std::string& file : files) names.push_back(distinct.take(files::name_of(file)));
+    return names;
+}
+
 std::vector<zip::NewMember> files_of_book(const PictureBook& book) {
     std::vector<zip::NewMember> members;
     std::vector<std::string> names;
@@ -68,7 +77,12 @@ std::vector<zip::NewMember> files_of_book(const PictureBook& book) {
     return members;
 }
 
-std::string proposed_title(std::string_view file) {
+std::string proposed_title(const std::string& file) {
+    constexpr std::size_t most_bytes = 1 << 20;
+    if (const Result<files::MappedFile> picture = files::MappedFile::open(file)) {
+        std::string described = exif_description(picture->bytes().substr(0, most_bytes));
+        if (!described.empty()) return described;
+    }
     std::string name = files::name_of(file);
     name.resize(files::extension_at(name));
     std::replace(name.begin(), name.end(), '_', ' ');

@@ -27,11 +27,15 @@ struct PictureBook {
     bool has_index = false;  ///< a page before the first with all pictures in small
 };
 
+/// Returns the files' names, those that differ in no more than their case kept apart by numbers: "a.jpg", "A (2).jpg".
+std::vector<std::string> distinct_names(const std::vector<std::string>& files);
+
 /// Returns the book's files: the pictures, a page for each of `order`, index.r29. Pictures of one name get different
 /// ones. REQUIRES: `order` has at most `most_pages` numbers.
 std::vector<zip::NewMember> files_of_book(const PictureBook& book);
 
-/// Returns the title that is proposed for a picture: its file's name without the ending, underscores as blanks.
-std::string proposed_title(std::string_view file);
+/// Returns the title that is proposed for a picture: the description in its EXIF data, else its file's name without the
+/// ending, underscores as blanks. Reads the beginning of the file.
+std::string proposed_title(const std::string& file);
 
 }  // namespace quill::htx

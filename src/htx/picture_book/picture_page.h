@@ -2,12 +2,16 @@
 
 #include "controls/control.h"
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
 
 /// The pages of a picture book, one for each picture.
 namespace quill::htx {
+
+/// The sizes that letters may have, in points.
+constexpr std::array<int, 7> letter_sizes = {8, 10, 12, 14, 18, 24, 36};
 
 /// The letters of a book's captions, and its colours.
 struct PageStyle {
@@ -17,6 +21,8 @@ struct PageStyle {
     bool has_colours = false;  ///< the colours were chosen
     controls::Colour foreground = {0, 0, 0};
     controls::Colour background = {255, 255, 255};
+
+    bool operator==(const PageStyle&) const = default;
 };
 
 /// What one page shows. Text is UTF-8.
