@@ -9,6 +9,7 @@
 #include "desktop/guide_window.h"
 #include "desktop/main_window_view.h"
 #include "desktop/naming_view.h"
+#include "desktop/picture_wizard_view.h"
 #include "desktop/repair_view.h"
 #include "desktop/text_editor.h"
 #include "desktop/viewer/column_view.h"
@@ -58,6 +59,7 @@ void Desktop::add_views() {
     views_.add<zip::Form1, ContentsView>();
     views_.add<zip::arcview, ArchiveWindowView>();
     views_.add<htx::Form7, BookView>();
+    views_.add<htx::HtxWiz, PictureWizardView>();
 }
 
 void Desktop::open_own_windows() {
@@ -73,6 +75,7 @@ void Desktop::provide_routes() {
     zip::provide_contents(context_, archives_);
     zip::provide_archive_window(context_, archives_);
     htx::provide_create_wizard(context_);
+    htx::provide_picture_wizard(context_);
     htx::provide_reader(context_, archives_);
 }
 

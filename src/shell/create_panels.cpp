@@ -89,6 +89,11 @@ void choose_misc_files(Context& context) {
     go_on_creating(context, make_htx);
 }
 
+void make_of_pictures(Context& context, const Routes::MakeOfPictures& make, const std::string& what) {
+    if (make) return make({});
+    say_not_yet(context.platform, what);
+}
+
 void choose_kind(Context& context, int index) {
     auto& w = context.windows.load<swit>();
     if (!shows_pages_and_pictures(w)) {
@@ -98,11 +103,11 @@ void choose_kind(Context& context, int index) {
     if (index == 0) choose_misc_files(context);
     if (index == 1) {
         hide_create_panels(w);
-        follow(context.platform, context.routes.make_pics_file, make_pics);
+        make_of_pictures(context, context.routes.make_pics_file, make_pics);
     }
     if (index == 2) {
         hide_create_panels(w);
-        follow(context.platform, context.routes.make_picture_book, make_htx);
+        make_of_pictures(context, context.routes.make_picture_book, make_htx);
     }
     if (index == 4) say_all(context.platform, book_and_pics_texts());
 }

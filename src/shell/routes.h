@@ -38,8 +38,10 @@ struct Routes {
     controls::Action next_creating;   ///< goes on from the step that the wizard is at
     controls::Action size_book;       ///< lets the user size the window of the book that is being made
     std::function<void(const std::string& caption)> open_encoder;  ///< the chooser, its caption naming what to make
-    controls::Action make_picture_book;                            ///< the picture book wizard, for HTX
-    controls::Action make_pics_file;                               ///< the same, for PICS
+    /// The picture wizard, which begins with the files at `pictures`.
+    using MakeOfPictures = std::function<void(const std::vector<std::string>& pictures)>;
+    MakeOfPictures make_picture_book;  ///< for HTX
+    MakeOfPictures make_pics_file;     ///< for PICS
 
     controls::Action make_zip_default;  ///< be the default program for ZIP files
     controls::Action edit_file_types;   ///< default settings of other file types

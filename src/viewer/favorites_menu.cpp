@@ -4,7 +4,6 @@
 #include "files/path.h"
 #include "files/unfinished.h"
 #include "shell/startup.h"
-#include "viewer/album_from_list.h"
 #include "viewer/copy_file.h"
 #include "viewer/copy_job.h"
 #include "viewer/favorites_list.h"
@@ -71,13 +70,12 @@ void caption_favorites(controls::ControlArray<controls::MenuItem>& items) {
 
 void wire_favorites(shell::Context& context, controls::ControlArray<controls::MenuItem>& items) {
     items(1).click = [&context] { show_list_manager(context); };
-    items(3).click = [&context] {
-        shell::follow(context.platform, context.routes.make_picture_book, "make HTX books");
+    const auto with_list = [&context](const shell::Routes::MakeOfPictures& make) {
+        if (make) make(favorite_pictures(context.session.FavListPath));
     };
+    items(3).click = [&context, with_list] { with_list(context.routes.make_picture_book); };
     items(4).click = [&context] { show_copy_job(context); };
-    items(5).click = [&context] {
-        context.routes.make_pics_file ? context.routes.make_pics_file() : make_album_of_list(context);
-    };
+    items(5).click = [&context, with_list] { with_list(context.routes.make_pics_file); };
     items(7).click = [&context] { favhelp(context.platform); };
 }
 

@@ -6,9 +6,11 @@
 #include "desktop/contents_view.h"
 #include "desktop/main_window_view.h"
 #include "desktop/naming_view.h"
+#include "desktop/picture_wizard_view.h"
 #include "desktop/repair_view.h"
 #include "desktop/view_fixture.h"
 #include "encoder/file_chooser.h"
+#include "htx/picture_wizard/picture_wizard.h"
 #include "shell/about_box.h"
 #include "shell/main_workflow.h"
 #include "zip/archive_window.h"
@@ -94,6 +96,22 @@ class ViewContract : public ViewTest {
         EXPECT_TRUE(failures.empty());
     }
 };
+
+TEST_F(ViewContract, ThePictureWizardDrawsItsControlsInEachStep) {
+    views.add<htx::HtxWiz, desktop::PictureWizardView>();
+    for (const char* mode : {htx::book_caption, htx::album_caption}) {
+        htx::show_picture_wizard(program.context, mode, {"/gone/a.jpg", "/gone/b.jpg"});
+        auto& w = *program.windows.loaded<htx::HtxWiz>();
+        views.sync_all();
+        run(w.Command1.click);
+        while (true) {
+            SCOPED_TRACE(w.Label4.text);
+            check_all(w, {"bar_done"});
+            if (w.step == htx::WizardStep::saving) break;
+            run(w.step == htx::WizardStep::titles && w.next_picture.enabled ? w.next_picture.click : w.Command4.click);
+        }
+    }
+}
 
 TEST_F(ViewContract, MainWindowDrawsItsControlsInEachState) {
     views.add<shell::swit, desktop::MainWindowView>();

@@ -45,8 +45,8 @@ class MainWindow : public testing::Test {
         routes.open_favorites = [this] { way.push_back("favorites"); };
         routes.create_archive = [this] { way.push_back("create"); };
         routes.open_encoder = [this](const std::string& caption) { way.push_back(caption); };
-        routes.make_picture_book = [this] { way.push_back("picture book"); };
-        routes.make_pics_file = [this] { way.push_back("pics maker"); };
+        routes.make_picture_book = [this](const auto&) { way.push_back("picture book"); };
+        routes.make_pics_file = [this](const auto&) { way.push_back("pics maker"); };
         routes.make_zip_default = [this] { way.push_back("zip default"); };
         routes.edit_file_types = [this] { way.push_back("file types"); };
     }

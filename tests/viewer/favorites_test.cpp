@@ -1,4 +1,3 @@
-#include "viewer/album_from_list.h"
 #include "viewer/copy_job.h"
 #include "viewer/favorites_list.h"
 #include "viewer/list_manager.h"
@@ -115,10 +114,13 @@ TEST_F(Favorites, APictureOfAnAlbumIsCopiedToALastingPlaceFirst) {
 
 TEST_F(Favorites, TheMenusLeadToTheirWindows) {
     frmPic& w = open(picture("photos/a.png"));
-    program_.platform.expect_message("can't make HTX books yet");
+    write_list("/photos/a.png\r\n");
+    std::vector<std::string> made;
+    program_.routes.make_picture_book = [&](const auto& pictures) { made = pictures; };
+    program_.routes.make_pics_file = [&](const auto& pictures) { made.push_back(pictures.at(0)); };
     run(w.favmen(3).click);
-    program_.platform.expect_input("call the new Favorite Pictures Album", "");
     run(w.favmen(5).click);
+    EXPECT_THAT(made, ElementsAre("/photos/a.png", "/photos/a.png"));
     run(w.favmen(4).click);
     EXPECT_EQ(program_.windows.loaded<SavPic>()->caption, "Copy files on favorites list to a directory");
     run(w.favmen(1).click);
@@ -130,20 +132,6 @@ TEST_F(Favorites, TheMenusLeadToTheirWindows) {
     run(program_.windows.loaded<tittwo>()->fvmn(1).click);
     EXPECT_EQ(program_.windows.loaded<tittwo>(), nullptr);
     EXPECT_TRUE(program_.windows.loaded<SavPic>()->Frame2.visible);
-}
-
-TEST_F(Favorites, AListBecomesAnAlbum) {
-    write_list(picture("photos/a.png") + "\r\n/gone.png\r\n" + picture("photos/b.png") + "\r\n");
-    dir_.write("zip-htx directory/mine.pics", "an album of before");
-    for (const char* name : {"mine.pics", "new"}) {
-        program_.platform.expect_input("call the new Favorite Pictures Album", name);
-        program_.platform.expect_message("/gone.png");
-        program_.platform.expect_message(std::string(name) == "new" ? "Done." : "already exists");
-        make_album_of_list(program_.context);
-    }
-    EXPECT_EQ(dir_.read("zip-htx directory/mine.pics"), "an album of before");
-    openpics(program_.context, dir_.path("zip-htx directory/new.pics"));
-    EXPECT_THAT(show_frame(program_.context).List1.items(), ElementsAre("a.png", "b.png"));
 }
 
 class ListManager : public Favorites {

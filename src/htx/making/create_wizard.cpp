@@ -137,17 +137,6 @@ SameNames ask_about_same_names(Context& context, const std::string& name) {
     return answer == 0 ? SameNames::keep_both : answer == 1 ? SameNames::keep_last : SameNames::cancel;
 }
 
-void report_failures(Context& context, const std::vector<zip::MemberFailure>& failures) {
-    if (failures.empty()) return;
-    constexpr std::size_t most_named = 10;
-    std::string text = "These files could not be read, and are not in the new file:\n";
-    for (std::size_t i = 0; i < failures.size() && i < most_named; ++i) {
-        text += "\n" + failures[i].first + ": " + failures[i].second.text;
-    }
-    if (failures.size() > most_named) text += "\nand " + std::to_string(failures.size() - most_named) + " more";
-    context.platform.message(text, "Not all files are in it");
-}
-
 /// Makes the archive of all files in one step. It is not there where that fails or is stopped.
 void compress(Context& context, const std::vector<zip::NewMember>& members) {
     auto& w = main_window(context);
@@ -171,7 +160,7 @@ void compress(Context& context, const std::vector<zip::NewMember>& members) {
     }
     w.Label4.text = finished;
     show_create_step(w, CreateStep::done);
-    report_failures(context, failures);
+    report_left_out(context.platform, failures);
 }
 
 /// Returns false where the user is to size the book's window first.

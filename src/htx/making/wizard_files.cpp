@@ -77,4 +77,15 @@ zip::NewMember write_geometry(const shell::Session& session, shell::swit& w) {
     return {name, path, text};
 }
 
+void report_left_out(platform::Platform& platform, const std::vector<zip::MemberFailure>& failures) {
+    if (failures.empty()) return;
+    constexpr std::size_t most_named = 10;
+    std::string text = "These files could not be read, and are not in the new file:\n";
+    for (std::size_t i = 0; i < failures.size() && i < most_named; ++i) {
+        text += "\n" + failures[i].first + ": " + failures[i].second.text;
+    }
+    if (failures.size() > most_named) text += "\nand " + std::to_string(failures.size() - most_named) + " more";
+    platform.message(text, "Not all files are in it");
+}
+
 }  // namespace quill::htx

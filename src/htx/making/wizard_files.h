@@ -25,4 +25,7 @@ void keep_all_names(std::vector<zip::NewMember>& members);
 /// file of that name is something else.
 zip::NewMember write_geometry(const shell::Session& session, shell::swit& window);
 
+/// Names the files that a new archive lacks, and why; nothing where it has them all.
+void report_left_out(platform::Platform& platform, const std::vector<zip::MemberFailure>& failures);
+
 }  // namespace quill::htx
