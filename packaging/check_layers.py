@@ -14,7 +14,7 @@ SRC = Path(__file__).resolve().parent.parent / "src"
 PROGRAM = {"shell", "decoder", "encoder", "zip", "htx", "pics", "viewer", "integration"}
 BASE = {"text", "files"}
 SUMS = BASE | {"report", "simd", "checksum"}
-CORE = SUMS | {"codec", "archive", "controls", "platform", "worker"} | PROGRAM
+CORE = SUMS | {"codec", "archive", "controls", "platform", "worker", "thumbnails"} | PROGRAM
 
 # Folder: the folders that it may include, besides itself.
 MAY_INCLUDE = {
@@ -28,6 +28,7 @@ MAY_INCLUDE = {
     "controls": BASE | {"report"},
     "platform": BASE | {"report", "controls"},
     "worker": BASE | {"platform"},
+    "thumbnails": BASE | {"checksum", "platform"},
     **{folder: CORE for folder in PROGRAM},
     "desktop": CORE,
     "picture": CORE,

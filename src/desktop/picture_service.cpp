@@ -1,6 +1,9 @@
 #include "desktop/picture_service.h"
 
+#include "files/file_stamp.h"
+
 #include <QThread>
+#include <QThreadPool>
 
 #include <algorithm>
 #include <poll.h>
@@ -19,11 +22,19 @@ constexpr const char* sentence_on_process =
     "Pictures are decoded in a process of their own. This system can't keep that process from opening files.";
 constexpr const char* sentence_on_nothing = "Pictures can't be shown: the decoder can't be started.";
 
+/// Returns what the thumbnail asked for is of; an empty path where it may not come from the cache.
+thumbnails::ThumbnailCache::Subject subject_of(const platform::PictureRequest& request) {
+    const auto stamp = request.thumbnail ? files::stamp_through_links(request.source.path) : std::nullopt;
+    if (!stamp || request.source.bytes || request.bounds.width != request.bounds.height) return {};
+    return {request.source.path, stamp->modified, request.bounds.width};
+}
+
 }  // namespace
 
-PictureService::PictureService(EventLoop& events, std::string program)
+PictureService::PictureService(EventLoop& events, std::string program, std::string thumbnails)
     : events_(events),
       program_(std::move(program)),
+      cache_(std::move(thumbnails)),
       seats_(static_cast<std::size_t>(std::max(QThread::idealThreadCount(), 1))) {}
 
 PictureService::~PictureService() {
@@ -37,7 +48,7 @@ std::size_t PictureService::workers() const {
 
 PictureService::Ticket PictureService::request(const platform::PictureRequest& request, Ready ready) {
     const Ticket ticket = ++last_ticket_;
-    waiting_[ticket] = {request, std::move(ready)};
+    waiting_[ticket] = {.request = request, .ready = std::move(ready), .subject = subject_of(request)};
     queue_.emplace(request.priority, ticket);
     start_more();
     return ticket;
@@ -103,8 +114,12 @@ bool PictureService::seat(Seat& seat) {
 }
 
 void PictureService::send(Seat& seat, Ticket ticket) {
-    const platform::PictureRequest& wanted = waiting_.at(ticket).request;
-    const Result<worker::OpenSource> source = worker::open_source(wanted.source);
+    Waiting& waiting = waiting_.at(ticket);
+    const platform::PictureRequest& wanted = waiting.request;
+    if (!waiting.subject.path.empty()) waiting.kept = cache_.find(waiting.subject);
+    if (waiting.kept && waiting.kept->thumbnail.empty()) return answer_later(ticket, waiting.kept->reason);
+    const auto source =
+        worker::open_source(waiting.kept ? platform::PictureSource{waiting.kept->thumbnail} : wanted.source);
     if (!source) return answer_later(ticket, source.error().text);
     if (!(seat.source == wanted.source) || wanted.index == 0) seat.source_number = ++last_source_;
     seat.source = wanted.source;
@@ -139,8 +154,30 @@ void PictureService::receive(Seat& seat) {
     seat.running = 0;
     seat.deadline->stop();
     if (seat.pictures >= most_pictures) dismiss(seat);
+    take_reply(reply.id, reply.picture);
+}
+
+/// Answers with a picture as it came from a worker. A thumbnail goes into the cache; where what came from there can't
+/// be read, the picture itself is decoded.
+void PictureService::take_reply(Ticket ticket, platform::Picture picture) {
+    const auto found = waiting_.find(ticket);
+    if (found != waiting_.end() && !found->second.subject.path.empty()) {
+        Waiting& waiting = found->second;
+        if (waiting.kept && picture.state != platform::PictureState::whole) {
+            waiting.subject = {};
+            waiting.kept.reset();
+            queue_.emplace(waiting.request.priority, ticket);
+            return start_more();
+        }
+        if (waiting.kept) {
+            picture.original = waiting.kept->original;
+        } else {
+            QThreadPool::globalInstance()->start(
+                [cache = cache_, subject = waiting.subject, picture] { cache.keep(subject, picture); });
+        }
+    }
     start_more();
-    answer(reply.id, reply.picture);
+    answer(ticket, picture);
 }
 
 /// Ends the seat's worker; what it was at fails for `reason`.

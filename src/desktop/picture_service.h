@@ -2,6 +2,7 @@
 
 #include "desktop/event_loop.h"
 #include "platform/pictures.h"
+#include "thumbnails/thumbnail_cache.h"
 #include "worker/worker_process.h"
 
 #include <QObject>
@@ -20,9 +21,12 @@ namespace quill::desktop {
 
 /// Decodes pictures in worker processes, one for each core, those that are seen first. Workers start with the first
 /// request. One that ends or takes too long costs the picture that it was at; the next picture gets a new one.
+/// Thumbnails come from the user's cache, whose files are decoded like any other, and go there.
 class PictureService final : public QObject, public platform::Pictures {
   public:
-    explicit PictureService(EventLoop& events, std::string program = worker::find_worker());
+    /// `thumbnails` is the directory of the cache; an empty one keeps nothing.
+    explicit PictureService(EventLoop& events, std::string program = worker::find_worker(),
+                            std::string thumbnails = thumbnails::user_thumbnails());
     ~PictureService() override;
 
     Ticket request(const platform::PictureRequest& request, Ready ready) override;
@@ -37,6 +41,8 @@ class PictureService final : public QObject, public platform::Pictures {
     struct Waiting {
         platform::PictureRequest request;
         Ready ready;
+        thumbnails::ThumbnailCache::Subject subject = {};  ///< of a thumbnail; an empty path for other pictures
+        std::optional<thumbnails::ThumbnailCache::Kept> kept = {};
     };
     /// A place for a worker.
     struct Seat {
@@ -57,11 +63,13 @@ class PictureService final : public QObject, public platform::Pictures {
     void receive(Seat& seat);
     void give_up(Seat& seat, const char* reason);
     void dismiss(Seat& seat);
+    void take_reply(Ticket ticket, platform::Picture picture);
     void answer(Ticket ticket, const platform::Picture& picture);
     void answer_later(Ticket ticket, std::string reason);
 
     EventLoop& events_;
     std::string program_;
+    thumbnails::ThumbnailCache cache_;
     std::map<Ticket, Waiting> waiting_;                             ///< all that are not answered
     std::set<std::pair<platform::PicturePriority, Ticket>> queue_;  ///< those of them that no worker has, in order
     std::vector<Seat> seats_;

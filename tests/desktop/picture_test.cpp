@@ -1,5 +1,7 @@
 #include "desktop/picture_preview.h"
 #include "desktop/picture_service.h"
+#include "files/directory.h"
+#include "files/file_stamp.h"
 #include "support/fake_pictures.h"
 #include "support/temporary_directory.h"
 
@@ -7,8 +9,11 @@
 #include <QCoreApplication>
 #include <QImage>
 #include <QThread>
+#include <QThreadPool>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
 #include <functional>
 
 namespace quill::tests {
@@ -42,7 +47,7 @@ class PictureServiceTest : public ::testing::Test {
 
     TemporaryDirectory here;
     desktop::EventLoop events;
-    desktop::PictureService service{events, QUILL_PICTURE_PROGRAM};
+    desktop::PictureService service{events, QUILL_PICTURE_PROGRAM, here.path("thumbnails")};
     std::vector<std::pair<std::string, Picture>> answers;
 };
 
@@ -76,7 +81,7 @@ TEST_F(PictureServiceTest, TakesTheMostUrgentFirstAndDropsWhatIsCancelled) {
 }
 
 TEST_F(PictureServiceTest, AWorkerThatDiesCostsOnePicture) {
-    desktop::PictureService broken(events, "/bin/false");
+    desktop::PictureService broken(events, "/bin/false", {});
     platform::PictureRequest request;
     request.source.path = here.write("a.png", png_of(8, 8));
     std::size_t failed = 0;
@@ -94,6 +99,45 @@ TEST_F(PictureServiceTest, FilesThatCannotBeReadFail) {
     ask(here.path());
     wait_until([&] { return answers.size() == 2; });
     for (const auto& answer : answers) EXPECT_EQ(answer.second.state, PictureState::failed);
+}
+
+TEST_F(PictureServiceTest, ThumbnailsComeFromTheSharedCacheAndGoThere) {
+    const auto thumbnail = [&](const std::string& path) {
+        answers.clear();
+        service.request({.source = {.path = path}, .bounds = {128, 128}, .thumbnail = true},
+                        [this, path](const Picture& picture) { answers.emplace_back(path, picture); });
+        wait_until([&] { return !answers.empty(); });
+        QThreadPool::globalInstance()->waitForDone();
+        return answers[0].second;
+    };
+    const auto color = [](const Picture& picture) {
+        return picture.pixels.bytes ? *reinterpret_cast<const std::uint32_t*>(picture.pixels.bytes.get()) : 0;
+    };
+    const thumbnails::ThumbnailCache cache(here.path("thumbnails"));
+    const std::string path = here.write("a b.png", png_of(300, 200));
+    EXPECT_EQ(color(thumbnail(path)), 0xFF00FF00U);
+    const std::int64_t now = files::stamp_of(path)->modified;
+    const auto kept = cache.find({path, now, 128});
+    ASSERT_TRUE(kept);
+    EXPECT_EQ(std::filesystem::status(kept->thumbnail).permissions(), std::filesystem::perms(0600));
+    EXPECT_EQ(std::filesystem::status(here.path("thumbnails/normal")).permissions(), std::filesystem::perms(0700));
+    EXPECT_FALSE(cache.find({path, now + 1, 128})) << "an older file's";
+
+    // Another program's thumbnail is shown; one that is not a picture is replaced by the picture itself.
+    std::filesystem::remove(kept->thumbnail);
+    Picture red = plain_picture(128, 85, 0xFFFF0000);
+    red.original = {300, 200};
+    cache.keep({path, now, 128}, red);
+    EXPECT_EQ(color(thumbnail(path)), 0xFFFF0000U);
+    EXPECT_EQ(answers[0].second.original, (platform::PictureSize{300, 200}));
+    std::string png = *files::read_file(kept->thumbnail);
+    std::ofstream(kept->thumbnail, std::ios::binary) << png.substr(0, png.find("IDAT") + 8);
+    EXPECT_EQ(color(thumbnail(path)), 0xFF00FF00U);
+
+    const std::string bad = here.write("bad.png", "no picture");
+    const std::string reason = thumbnail(bad).reason;
+    EXPECT_FALSE(cache.find({bad, files::stamp_of(bad)->modified, 128})->reason.empty());
+    EXPECT_EQ(thumbnail(bad).reason, reason);
 }
 
 TEST(PicturePreview, ShowsOnlyTheLastFileThatItWasGiven) {
