@@ -4,6 +4,7 @@
 #include "cli/file_names.h"
 #include "cli/interruption.h"
 #include "cli/progress.h"
+#include "cli/usage.h"
 #include "files/copies.h"
 #include "files/directory.h"
 #include "files/path.h"
@@ -198,21 +199,15 @@ CLI::App* add_command(CLI::App& album, const char* name, const char* about, Work
     return command;
 }
 
-}  // namespace
-
-void add_album_command(CLI::App& app, Work& work) {
-    auto* album = app.add_subcommand("album", "List, extract and create picture albums (.pics)");
-    album->require_subcommand(1);
-    album->footer(footer);
+void add_commands(CLI::App& album, Work& work) {
     constexpr const char* about_names = "Pictures in it; all, if none";
 
     const auto listing = std::make_shared<AlbumOptions>();
-    add_command(*album, "list", "List what an album holds", work, list, listing)
+    add_command(album, "list", "List what an album holds", work, list, listing)
         ->add_option("NAME", listing->names, about_names);
 
     const auto extracting = std::make_shared<AlbumOptions>();
-    auto* extracts =
-        add_command(*album, "extract", "Write pictures of an album to the disk", work, extract, extracting);
+    auto* extracts = add_command(album, "extract", "Write pictures of an album to the disk", work, extract, extracting);
     extracts->add_option("NAME", extracting->names, about_names);
     extracts
         ->add_option("--into", extracting->into,
@@ -221,9 +216,18 @@ void add_album_command(CLI::App& app, Work& work) {
     extracts->add_flag("--again", extracting->again, "Write files that are there already once more, as name (2).ext");
 
     const auto creating = std::make_shared<AlbumOptions>();
-    auto* creates = add_command(*album, "create", "Put picture files into a new album", work, create, creating);
+    auto* creates = add_command(album, "create", "Put picture files into a new album", work, create, creating);
     add_file_names(*creates, creating->files, "Picture files, in the order of the album");
     creates->add_flag("--force", creating->force, "Replace an album that is there already");
+}
+
+}  // namespace
+
+void add_album_command(CLI::App& app, Work& work) {
+    auto* album = app.add_subcommand("album", "List, extract and create picture albums (.pics)");
+    album->require_subcommand(1);
+    album->footer(footer);
+    fill_when_used(*album, [&work](CLI::App& group) { add_commands(group, work); });
 }
 
 }  // namespace quill::cli

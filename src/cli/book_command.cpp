@@ -6,6 +6,7 @@
 #include "cli/interruption.h"
 #include "cli/password_file.h"
 #include "cli/progress.h"
+#include "cli/usage.h"
 #include "cli/zip_command.h"
 #include "files/directory.h"
 #include "files/path.h"
@@ -252,10 +253,12 @@ void add_book_command(CLI::App& app, Work& work) {
     auto* book = app.add_subcommand("book", "Make, list, extract and check HTX books");
     book->require_subcommand(1);
     book->footer(footer);
-    add_create(*book, work);
-    add_reader(*book, work, "list", "List a book's pages and files", list);
-    add_extract_command(*book, work);
-    add_reader(*book, work, "check", "Find the links of a book that lead nowhere in it", check);
+    fill_when_used(*book, [&work](CLI::App& group) {
+        add_create(group, work);
+        add_reader(group, work, "list", "List a book's pages and files", list);
+        add_extract_command(group, work);
+        add_reader(group, work, "check", "Find the links of a book that lead nowhere in it", check);
+    });
 }
 
 }  // namespace quill::cli

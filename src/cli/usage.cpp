@@ -104,6 +104,10 @@ CLI::Validator one_of(const std::vector<std::string>& names) {
             "{" + join(names, ",") + "}"};
 }
 
+void fill_when_used(CLI::App& group, const std::function<void(CLI::App& group)>& fill) {
+    group.preparse_callback([&group, fill](std::size_t) { fill(group); });
+}
+
 CLI::Validator above_zero() {
     return {[](std::string& value) {
                 const bool digits = value.find_first_not_of("0123456789") == std::string::npos;

@@ -436,7 +436,9 @@ void add_zip_command(CLI::App& app, Work& work) {
     auto* zip = app.add_subcommand("zip", "List, extract and change ZIP files");
     zip->require_subcommand(1);
     zip->footer(footer);
-    for (const CommandRow& row : commands) add_subcommand(*zip, row, work);
+    fill_when_used(*zip, [&work](CLI::App& group) {
+        for (const CommandRow& row : commands) add_subcommand(group, row, work);
+    });
 }
 
 void add_extract_command(CLI::App& parent, Work& work) {
