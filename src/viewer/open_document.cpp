@@ -3,6 +3,7 @@
 #include "files/directory.h"
 #include "files/path.h"
 #include "viewer/frame_window.h"
+#include "viewer/picture_images.h"
 #include "viewer/thumbnail_column.h"
 
 #include <optional>
@@ -39,30 +40,10 @@ void decode_neighbours(frmPic& w, const platform::Picture& picture) {
     frame->pictures.decode_ahead(paths);
 }
 
-/// What the window says of a picture that is not whole.
-std::string note_on(const platform::Picture& picture) {
-    switch (picture.state) {
-        case platform::PictureState::whole:
-            return {};
-        case platform::PictureState::failed:
-            return "This picture can't be shown: " + picture.reason + ".";
-        case platform::PictureState::partial:
-            return "Only " + std::to_string(picture.decoded_percent) +
-                   "% of this picture could be read: " + picture.reason + ".";
-    }
-    return {};
-}
-
 void take_picture(frmPic& w, const platform::Picture& picture) {
     w.ticket = 0;
-    w.Image20.take(picture.pixels);
-    w.Image1.take(picture.pixels);
-    w.Image20.width = w.Image1.width = static_cast<float>(picture.pixels.size.width);
-    w.Image20.height = w.Image1.height = static_cast<float>(picture.pixels.size.height);
-    w.Image1.left = w.Image1.top = 0;
-    w.Image1.stretch = true;
-    w.note.text = note_on(picture);
-    w.note.visible = !w.note.text.empty();
+    show_pixels(w, picture);
+    begin_images(w, picture);
     decode_neighbours(w, picture);
 }
 
@@ -70,6 +51,7 @@ void take_picture(frmPic& w, const platform::Picture& picture) {
 void with_picture(frmPic& w, const platform::Pictures::Ready& ready) {
     platform::Pictures& pictures = w.context.platform.pictures();
     if (w.ticket != 0) pictures.cancel(std::exchange(w.ticket, 0));
+    stop_images(w);
     const frmMDI* const frame = w.context.windows.loaded<frmMDI>();
     if (const platform::Picture* const ahead = frame == nullptr ? nullptr : frame->pictures.find(w.path)) {
         const platform::Picture picture = *ahead;

@@ -10,6 +10,7 @@
 #include "viewer/favorites_menu.h"
 #include "viewer/frame_window.h"
 #include "viewer/open_pictures.h"
+#include "viewer/picture_images.h"
 #include "viewer/picture_layout.h"
 #include "viewer/reduced_form.h"
 #include "viewer/thumbnail_column.h"
@@ -25,6 +26,7 @@ constexpr std::string_view add_to_list = "Add this picture to current Favorites 
 
 void drop_request(frmPic& w) {
     if (w.ticket != 0) w.context.platform.pictures().cancel(std::exchange(w.ticket, 0));
+    stop_images(w);
 }
 
 void caption_file_menu(frmPic& w) {
@@ -119,15 +121,30 @@ void wire_file_menu(frmPic& w) {
     w.mend.click = w.close = [&w] { close_picture_window(w); };
 }
 
+/// Mirrors the picture; an animation stays where it is, since its next frame would be as it was.
+void flip_still(frmPic& w, Axis axis) {
+    stop_images(w);
+    flip(w, axis);
+}
+
 void wire_picture_menus(frmPic& w) {
     w.zi.click = w.ipm(3).click = [&w] { zoom_in(w); };
     w.zox.click = w.ipm(4).click = [&w] { zoom_out(w); };
     w.zo.for_each(
         [&w](int i, controls::MenuItem& item) { item.click = w.zl(i).click = [&w, i] { set_zoom_level(w, i); }; });
-    w.fliph.click = w.fhv(1).click = [&w] { flip(w, Axis::horizontal); };
-    w.flipv.click = w.fhv(2).click = [&w] { flip(w, Axis::vertical); };
+    w.fliph.click = w.fhv(1).click = [&w] { flip_still(w, Axis::horizontal); };
+    w.flipv.click = w.fhv(2).click = [&w] { flip_still(w, Axis::vertical); };
     for (const int i : {1, 2}) w.sm(i).click = w.scm(i).click = [&w] { toggle_fit_mode(w); };
     w.HScroll1.change = w.VScroll1.change = [&w] { follow_scroll_bars(w); };
+}
+
+void wire_images(frmPic& w) {
+    w.page_back.caption = "&Previous page";
+    w.page_on.caption = "&Next page";
+    w.page_back.click = [&w] { turn_page(w, -1); };
+    w.page_on.click = [&w] { turn_page(w, 1); };
+    w.frame_time.enabled = false;
+    w.frame_time.tick = [&w] { end_frame(w); };
 }
 
 void wire_other_menus(frmPic& w) {
@@ -154,7 +171,7 @@ void wire_other_menus(frmPic& w) {
 
 frmPic::frmPic(shell::Context& shared) : context(shared) {
     Label1.visible = Image20.visible = opb.visible = npb.visible = false;
-    HScroll1.visible = VScroll1.visible = note.visible = false;
+    HScroll1.visible = VScroll1.visible = note.visible = pages.visible = false;
     HScroll1.height = VScroll1.width = bar_thickness;
     ipu.visible = false;
     caption_file_menu(*this);
@@ -163,6 +180,7 @@ frmPic::frmPic(shell::Context& shared) : context(shared) {
     caption_other_menus(*this);
     wire_file_menu(*this);
     wire_picture_menus(*this);
+    wire_images(*this);
     wire_other_menus(*this);
     if (context.session.OpenerLoaded) close_open_pictures(context);
 }

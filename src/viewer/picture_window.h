@@ -5,6 +5,8 @@
 #include "shell/session.h"
 #include "viewer/shown_picture.h"
 
+#include <cstddef>
+#include <optional>
 #include <string>
 
 namespace quill::viewer {
@@ -13,6 +15,17 @@ namespace quill::viewer {
 struct PaneBar : controls::ScrollBar {
     int left = 0, top = 0, width = 0, height = 0;
     std::size_t small_change = 1, large_change = 20;
+};
+
+/// Where a window is in a file of several images.
+struct ImageRun {
+    std::size_t shown = 0;
+    std::size_t count = 1;
+    int repeats = 0;                             ///< rounds of an animation that are left; -1: for ever
+    platform::Pictures::Ticket ticket = 0;       ///< of the request for another image; 0 where none waits
+    std::optional<platform::Picture> next = {};  ///< the animation's next frame, decoded ahead
+    std::size_t next_index = 0;
+    bool overdue = false;  ///< the next frame is to be shown as soon as it is there
 };
 
 /// A window that shows one picture. Its arithmetic is in picture_layout.h, its opening in open_document.h.
@@ -27,6 +40,11 @@ struct frmPic : controls::Window {
     controls::Picture opb;       // source of a flip; never seen
     controls::Picture npb;       // result of a flip; never seen
     controls::Label note;        // why there is no picture, or only a part of one
+    controls::Timer frame_time;  // of a frame of an animation
+    controls::Frame pages;       // choice of a page, where there are several
+    controls::Button page_back;
+    controls::Button page_on;
+    controls::Label page_number;  // "Page 1 of 3"
 
     controls::MenuItem fmen;   // menu File
     controls::MenuItem fopen;  // other directory
@@ -70,6 +88,7 @@ struct frmPic : controls::Window {
 
     std::string path;                       ///< of the picture shown
     platform::Pictures::Ticket ticket = 0;  ///< of the request for the picture; 0 where none waits
+    ImageRun images = {};
     bool full_screen = false;
 
     explicit frmPic(shell::Context& shared);
@@ -103,6 +122,11 @@ void visit_controls(frmPic& w, F&& f) {
     f("opb", "Source of a flip", w.opb);
     f("npb", "Result of a flip", w.npb);
     f("note", "What is wrong with the picture", w.note);
+    f("frame_time", "Time of a frame", w.frame_time);
+    f("pages", "Pages", w.pages);
+    f("page_back", "Previous page", w.page_back);
+    f("page_on", "Next page", w.page_on);
+    f("page_number", "Number of the page", w.page_number);
 
     f("fmen", "File menu", w.fmen);
     f("fopen", "Other directory", w.fopen);

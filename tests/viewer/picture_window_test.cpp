@@ -336,5 +336,66 @@ TEST_F(PictureWindow, NeighboursOfTheListShowInTheSameWindowAndAreDecodedAhead) 
     EXPECT_EQ(open_windows(), 1U);
 }
 
+/// The color of what is shown.
+std::uint32_t color_of(const frmPic& w) {
+    std::uint32_t color = 0;
+    if (w.Image1.pixels.bytes) std::memcpy(&color, w.Image1.pixels.bytes.get(), sizeof color);
+    return color;
+}
+
+TEST_F(PictureWindow, AnAnimationRunsAsOftenAsItSaysAndWaitsForNoFrame) {
+    const std::string path = picture("photos/a.gif");
+    for (std::size_t i = 0; i < 3; ++i) {
+        platform::Picture frame = tests::plain_picture(40, 30, 0xFF000000U + static_cast<std::uint32_t>(i));
+        frame.count = 3;
+        frame.animated = true;
+        frame.delay = i == 0 ? 0 : 40;
+        frame.repeats = 1;
+        pictures().set(path, frame, 0, i);
+    }
+    frmPic& w = open(path);
+    EXPECT_TRUE(w.frame_time.enabled);
+    EXPECT_EQ(w.frame_time.interval, 100) << "none is stated";
+    std::vector<std::uint32_t> shown;
+    for (int i = 0; i < 8; ++i) {
+        shown.push_back(color_of(w) & 0xFFU);
+        if (w.frame_time.enabled) run(w.frame_time.tick);
+        pictures().answer_all();
+    }
+    EXPECT_THAT(shown, ElementsAre(0U, 1U, 2U, 0U, 1U, 2U, 2U, 2U));
+    EXPECT_EQ(w.frame_time.interval, 40);
+
+    frmPic& late = opendoc(program_.context, path, path);
+    ASSERT_TRUE(pictures().answer_one());
+    run(late.frame_time.tick);
+    EXPECT_EQ(color_of(late), 0xFF000000U) << "the next frame is not there yet";
+    ASSERT_TRUE(pictures().answer_one());
+    EXPECT_EQ(color_of(late), 0xFF000001U);
+    run(late.fliph.click);
+    EXPECT_FALSE(late.frame_time.enabled);
+    EXPECT_EQ(pictures().answer_all(), 0U);
+}
+
+TEST_F(PictureWindow, PagesAreTurnedWithinTheFile) {
+    const std::string path = picture("photos/a.tif");
+    for (std::size_t i = 0; i < 2; ++i) {
+        platform::Picture page = tests::plain_picture(40 + 10 * static_cast<int>(i), 30, 0xFF000000U);
+        page.count = 2;
+        pictures().set(path, page, 0, i);
+    }
+    frmPic& w = open(path);
+    EXPECT_TRUE(w.pages.visible);
+    EXPECT_EQ(w.page_number.text, "Page 1 of 2");
+    EXPECT_FALSE(w.page_back.enabled);
+    for (int i = 0; i < 3; ++i) {
+        run(w.page_on.click);
+        pictures().answer_all();
+    }
+    EXPECT_EQ(w.page_number.text, "Page 2 of 2");
+    EXPECT_EQ(w.Image20.width, 50);
+    EXPECT_FALSE(w.page_on.enabled);
+    EXPECT_FALSE(open(picture("photos/b.png")).pages.visible);
+}
+
 }  // namespace
 }  // namespace quill::viewer

@@ -5,6 +5,7 @@
 #include "viewer/picture_layout.h"
 
 #include <QAction>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QMenu>
 #include <QVBoxLayout>
@@ -66,6 +67,8 @@ PictureView::PictureView(viewer::frmPic& window, EventLoop& events, ViewerDesk& 
     QLabel* note = bind(w_.note, text_label());
     note->setMargin(line_height() / 3);
     layout->addWidget(note);
+    layout->addWidget(make_pages());
+    bind(w_.frame_time, &frame(), 1);
     on_sync([this, note] { note->setVisible(w_.note.visible && w_.Image1.pixels.bytes != nullptr); });
     adopt(w_.Picture1, pane_);
     adopt(w_.Image1, pane_->viewport());
@@ -93,6 +96,19 @@ PictureView::PictureView(viewer::frmPic& window, EventLoop& events, ViewerDesk& 
 PictureView::~PictureView() {
     if (w_.full_screen && desk_.frame) desk_.frame->set_whole_screen(false);
     delete sub_window_;
+}
+
+QWidget* PictureView::make_pages() {
+    auto* area = new QWidget;
+    bind(w_.pages, area);
+    auto* layout = new QHBoxLayout(area);
+    layout->setContentsMargins(line_height() / 3, line_height() / 4, line_height() / 3, line_height() / 4);
+    layout->addWidget(bind(w_.page_back, push_button()));
+    layout->addStretch(1);
+    layout->addWidget(bind(w_.page_number, plain_label()));
+    layout->addStretch(1);
+    layout->addWidget(bind(w_.page_on, push_button()));
+    return area;
 }
 
 void PictureView::connect_pane() {

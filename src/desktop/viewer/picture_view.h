@@ -24,6 +24,7 @@ class PictureView final : public View {
     QMenu* make_window_menu();
     void list_windows(QMenu* menu);
     void make_popup();
+    QWidget* make_pages();
     void connect_pane();
     bool press_key(int key);
     void take_size(QSize client);
