@@ -38,6 +38,15 @@ QSize upright(QSize size, QImageIOHandler::Transformations turn) {
     return (turn & QImageIOHandler::TransformationRotate90) != 0 ? size.transposed() : size;
 }
 
+/// Turns colors into those of sRGB, which the desktop shows.
+QImage in_srgb(const QImage& image, const QColorSpace& colors) {
+    const QColorSpace srgb(QColorSpace::SRgb);
+    if (!colors.isValid() || colors == srgb || image.isNull()) return image;
+    QImage out = image;
+    out.setColorSpace(colors);
+    return out.convertedToColorSpace(srgb).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
 QImage fitted(const QImage& image, QSize original, QSize bounds) {
     QImage out = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
     if (bounds.isEmpty()) return out;
@@ -48,11 +57,12 @@ QImage fitted(const QImage& image, QSize original, QSize bounds) {
 }
 
 /// Fills in what follows from the image as it was drawn.
-void finish(Decoded& decoded, const Drawn& drawn, QImageIOHandler::Transformations turn, QSize bounds) {
+void finish(Decoded& decoded, const Drawn& drawn, QImageIOHandler::Transformations turn, const Wanted& wanted) {
     decoded.original = upright(drawn.original, turn);
     decoded.percent = drawn.image.isNull() ? 0 : drawn.percent;
     decoded.fault = drawn.percent == 100 ? Fault::none : drawn.cut ? Fault::cut : Fault::damaged;
-    if (!drawn.image.isNull()) decoded.image = fitted(upright(drawn.image, turn), decoded.original, bounds);
+    if (!drawn.image.isNull()) decoded.image = fitted(upright(drawn.image, turn), decoded.original, wanted.bounds);
+    if (!wanted.keeps_colors) decoded.image = in_srgb(decoded.image, drawn.colors);
     if (decoded.count == 0) decoded.count = 1;
 }
 
@@ -70,7 +80,7 @@ Decoded draw(const char* format, const Drawn& drawn, QImageIOHandler::Transforma
         decoded.count = 1;
         return decoded;
     }
-    finish(decoded, drawn, turn, wanted.bounds);
+    finish(decoded, drawn, turn, wanted);
     if (qint64{drawn.original.width()} * drawn.original.height() > most_pixels) decoded.fault = Fault::too_large;
     return decoded;
 }
@@ -140,6 +150,7 @@ Drawn read_next(QImageReader& reader, QSize size, std::optional<QRgba64> clear) 
     if (reused && (!whole || image.format() == QImage::Format_RGB32)) rows = drawn_rows(image);
     const auto there = static_cast<int>(std::count(rows.begin(), rows.end(), true));
     if (there == 0) return drawn;
+    drawn.colors = image.colorSpace();
     drawn.image = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
     for (int row = 0; row < image.height(); ++row) {
         if (!rows[static_cast<std::size_t>(row)]) clear_row(drawn.image, row);
@@ -163,7 +174,7 @@ Decoded Decoder::decode(std::string_view file, const Wanted& wanted) {
         if (kind.is(file)) return draw(kind.name, kind.draw(file, most_pixels), {}, wanted);
     }
     if (is_bmp(bitmap)) {
-        Decoded decoded = draw("ico", draw_bmp(bitmap, most_pixels), {}, {wanted.bounds, 0, 0});
+        Decoded decoded = draw("ico", draw_bmp(bitmap, most_pixels), {}, {wanted.bounds, 0, 0, wanted.keeps_colors});
         decoded.count = icon_count(file);
         return decoded;
     }
@@ -222,7 +233,7 @@ Decoded Decoder::decode_by_plugin(std::string_view file, const Wanted& wanted) {
     const QImageIOHandler::Transformations turn = reader.transformation();
     const Drawn drawn = read_next(reader, is_other_page ? stated_size(reader) : size, clear_color_of(file));
     ++opened_->next;
-    finish(decoded, drawn, turn, wanted.bounds);
+    finish(decoded, drawn, turn, wanted);
     if (decoded.animated) decoded.delay = std::max(reader.nextImageDelay(), 0);
     if (decoded.fault != Fault::none || !decoded.animated) opened_.reset();
     return decoded;

@@ -16,9 +16,10 @@ namespace quill::picture {
 
 /// What is wanted of a picture.
 struct Wanted {
-    QSize bounds = {};         ///< empty: all pixels
-    unsigned index = 0;        ///< of the frame, page or image
-    std::uint64_t source = 0;  ///< two calls with the same number have the same bytes; 0: never
+    QSize bounds = {};          ///< empty: all pixels
+    unsigned index = 0;         ///< of the frame, page or image
+    std::uint64_t source = 0;   ///< two calls with the same number have the same bytes; 0: never
+    bool keeps_colors = false;  ///< the file's own numbers, not those of sRGB
 };
 
 /// A decoded picture.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColorSpace>
 #include <QImage>
 #include <QSize>
 
@@ -9,8 +10,9 @@ namespace quill::picture {
 struct Drawn {
     QImage image = {};  ///< null: nothing
     QSize original = {};
-    int percent = 0;   ///< of the rows: 100 for all
-    bool cut = false;  ///< the data end too early
+    int percent = 0;          ///< of the rows: 100 for all
+    bool cut = false;         ///< the data end too early
+    QColorSpace colors = {};  ///< as the file states; invalid where it doesn't
 };
 
 /// Returns true where a picture of this size has from 1 to `most` pixels.

@@ -4,6 +4,7 @@
 #include <array>
 #include <csetjmp>
 #include <cstdio>
+#include <cstdlib>
 #include <vector>
 // libjpeg wants <cstdio> first
 #include <jerror.h>
@@ -95,10 +96,22 @@ void read_rows(Decompressor& jpeg) {
     if (is_progressive && jpeg.warned) jpeg.good = jpeg.there;
 }
 
+/// Returns the color profile that the header holds; an invalid one for ink, which is converted without it.
+QColorSpace profile_of(jpeg_decompress_struct& info) {
+    JOCTET* bytes = nullptr;
+    unsigned size = 0;
+    if (is_cmyk(info) || jpeg_read_icc_profile(&info, &bytes, &size) == 0) return {};
+    const QByteArray profile(reinterpret_cast<const char*>(bytes), static_cast<qsizetype>(size));
+    std::free(bytes);
+    return QColorSpace::fromIccProfile(profile);
+}
+
 /// Reads all of a file. Fatal errors jump out of it.
 void read_file(Decompressor& jpeg, std::string_view file, QSize bounds, qint64 most_pixels) {
     jpeg_mem_src(&jpeg.info, reinterpret_cast<const unsigned char*>(file.data()), file.size());
+    jpeg_save_markers(&jpeg.info, JPEG_APP0 + 2, 0xFFFF);  // color profiles
     jpeg_read_header(&jpeg.info, TRUE);
+    jpeg.drawn.colors = profile_of(jpeg.info);
     const QSize size(static_cast<int>(jpeg.info.image_width), static_cast<int>(jpeg.info.image_height));
     jpeg.drawn.original = size;
     if (qint64{size.width()} * size.height() > most_pixels) return;

@@ -77,8 +77,8 @@ Answer answer_of(const Request& request, const Decoded& decoded) {
 
 bool answer(int line, Decoder& decoder, const Request& request, const files::Descriptor& file) {
     const Mapped mapped(file.get(), request.offset, request.length);
-    const Decoded decoded =
-        decoder.decode(mapped.bytes(), {{request.width, request.height}, request.index, request.source});
+    const Decoded decoded = decoder.decode(
+        mapped.bytes(), {{request.width, request.height}, request.index, request.source, request.keeps_colors != 0});
     const files::Descriptor memory = decoded.image.isNull() ? files::Descriptor() : shared_pixels(decoded.image);
     Answer out = answer_of(request, decoded);
     if (!memory.is_open() && out.fault == Fault::none) out.fault = Fault::too_large;

@@ -58,7 +58,7 @@ QByteArray big_endian_bytes(std::uint32_t value) {
 /// Returns a PNG without what is not needed to draw it (PNG, third edition, 5.3 and 11). Where it ends within a chunk,
 /// that chunk is made to end there, so that its data are drawn too.
 QByteArray drawn_chunks(std::string_view png) {
-    constexpr std::array<std::string_view, 5> drawn = {"IHDR", "PLTE", "tRNS", "IDAT", "IEND"};
+    constexpr std::array<std::string_view, 6> drawn = {"IHDR", "iCCP", "PLTE", "tRNS", "IDAT", "IEND"};
     constexpr std::size_t before = 8;           // bytes of a chunk before its data: length, type
     constexpr std::size_t around = before + 4;  // and after them: CRC
     const bool has_clear_color = clear_color_of(png).has_value();

@@ -27,7 +27,8 @@ struct Request {
     std::uint64_t length = 0;
     std::int32_t width = 0;  ///< bounds; 0: none
     std::int32_t height = 0;
-    std::uint32_t index = 0;  ///< of the frame, page or image
+    std::uint32_t index = 0;         ///< of the frame, page or image
+    std::uint32_t keeps_colors = 0;  ///< 1: as the file has them, whatever its color profile
 };
 
 /// Why there is no picture, or not all of it.

@@ -31,6 +31,7 @@ platform::Picture decode(std::optional<WorkerProcess>& process, const std::strin
     if (!open) return worker::failed_picture(open.error().text);
     worker::Request request;
     request.length = open->length;
+    request.keeps_colors = 1;
     if (!process->send(request, open->file.get())) return worker::failed_picture("crash");
     for (;;) {
         pollfd line{process->line(), POLLIN, 0};

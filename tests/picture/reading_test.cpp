@@ -4,6 +4,7 @@
 #include "picture/decoder.h"
 
 #include <QBuffer>
+#include <QColorSpace>
 #include <QImageReader>
 #include <QImageWriter>
 #include <QtEndian>
@@ -86,6 +87,27 @@ TEST(Decoder, ShowsWhatADamagedFileStillHas) {
         EXPECT_LT(half.percent, 80) << format;
         if (half.image.isNull()) continue;
         EXPECT_EQ(qAlpha(half.image.pixel(32, format == "bmp"sv ? 63 : 0)), 255) << format;
+    }
+}
+
+TEST(Decoder, ShowsColorsAsTheProfileOfTheFileMeansThem) {
+    QImage image(8, 8, QImage::Format_RGB32);
+    image.fill(qRgb(100, 150, 200));
+    for (const char* format : {"png", "jpg"}) {
+        std::vector<QRgb> pixels;
+        for (const auto space : {QColorSpace::SRgb, QColorSpace::AdobeRgb}) {
+            image.setColorSpace(space);
+            QBuffer buffer;
+            QImageWriter writer(&buffer, format);
+            writer.setQuality(100);
+            writer.write(image);
+            for (const bool keeps : {true, false}) {
+                pixels.push_back(Decoder().decode(buffer.data().toStdString(), {{}, 0, 0, keeps}).image.pixel(4, 4));
+            }
+        }
+        EXPECT_EQ(pixels[1], pixels[0]) << format;
+        EXPECT_EQ(pixels[2], pixels[0]) << format;
+        EXPECT_LT(qRed(pixels[3]), qRed(pixels[0]) - 5) << format;
     }
 }
 
