@@ -139,6 +139,11 @@ Result<PackedMember> ArchiveChange::pack(const std::string& file, const std::str
     return pack_file(file, name, options, state_->staging, state_->keeper);
 }
 
+Result<PackedMember> ArchiveChange::pack_link(const std::string& path, const std::string& name,
+                                              const PackOptions& options) {
+    return zip::pack_link(path, name, options, state_->staging);
+}
+
 void ArchiveChange::put(PackedMember member, const PackOptions& options) {
     state_->add_row(std::move(member), options.password);
 }
@@ -151,7 +156,7 @@ Status ArchiveChange::add_file(const std::string& file, const std::string& name,
 }
 
 Status ArchiveChange::add_link(const std::string& path, const std::string& name, const PackOptions& options) {
-    Result<PackedMember> packed = pack_link(path, name, options, state_->staging);
+    Result<PackedMember> packed = pack_link(path, name, options);
     if (!packed) return packed.error();
     put(std::move(*packed), options);
     return Done{};

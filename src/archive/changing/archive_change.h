@@ -40,6 +40,8 @@ class ArchiveChange {
 
     /// Compresses the file at `file` to become the member `name`. It waits for `put` or `replace`.
     Result<PackedMember> pack(const std::string& file, const std::string& name, const PackOptions& options);
+    /// Does the same for the symbolic link at `path`, as a link.
+    Result<PackedMember> pack_link(const std::string& path, const std::string& name, const PackOptions& options);
     /// Adds a packed member instead of the last one of exactly its name, or at the end.
     void put(PackedMember member, const PackOptions& options);
     /// Adds a packed member in the place of a member of the old archive. REQUIRES: `has(old_member)`.

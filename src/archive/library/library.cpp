@@ -3,6 +3,7 @@
 #include "archive/changing/tree_walk.h"
 #include "archive/container/member_time.h"
 #include "files/path.h"
+#include "text/printable.h"
 
 #include <algorithm>
 #include <array>
@@ -67,6 +68,31 @@ std::int64_t stated(std::uint64_t size) {
     return static_cast<std::int64_t>(std::min(size, most));
 }
 
+std::string name_of_item(const ZipItem& item, bool keeps_path) {
+    if (!item.member.empty()) return item.member;
+    return keeps_path ? member_name_of(item.name) : files::name_of(item.name);
+}
+
+Result<PackedMember> pack_item(ArchiveChange& change, const ZipItem& item, const std::string& name,
+                               const PackOptions& options) {
+    switch (item.kind) {
+        case EntryKind::directory:
+            return pack_directory(name, item.modified);
+        case EntryKind::link:
+            return change.pack_link(item.name, name, options);
+        case EntryKind::file:
+            break;
+    }
+    return change.pack(item.name, name, options);
+}
+
+/// Says which of several items failed.
+Error failure_of(const ZipItem& item, const ZipStrings& strings, Error error) {
+    const bool is_one_of_many = strings.itemList.size() > 1 && error.code != ErrorCode::cancelled;
+    if (is_one_of_many) error.text = text::printable(files::name_of(item.name)) + ": " + error.text;
+    return error;
+}
+
 }  // namespace
 
 std::string library_error_text(std::int16_t result) {
@@ -98,26 +124,27 @@ Status ZipLibrary::add_items(ArchiveChange& change, const ZipCommand& command, c
     options.level = command.compressionLevel;
     if (command.usePassword == flag_on) options.password = strings.password;
     const archive::Encryption encryption = change.usual_encryption().value_or(new_encryption);
+    const bool keeps_paths = command.noDirectoryNames == flag_off;
     std::vector<PackedMember> packed;
     std::set<std::size_t> replaced;
     for (const ZipItem& item : strings.itemList) {
         if (item.number && (!change.has(*item.number) || !replaced.insert(*item.number).second)) {
             return Error{ErrorCode::bad_argument, 0, "the archive has no such member"};
         }
-        const bool keeps_path = command.noDirectoryNames == flag_off;
         options.encryption = encryption;
         if (item.number) options.encryption = change.old_members()[*item.number].encryption().value_or(encryption);
-        Result<PackedMember> member =
-            change.pack(item.name, keeps_path ? member_name_of(item.name) : files::name_of(item.name), options);
-        if (!member) return member.error();
+        Result<PackedMember> member = pack_item(change, item, name_of_item(item, keeps_paths), options);
+        if (!member) return failure_of(item, strings, member.error());
         packed.push_back(std::move(*member));
     }
     for (std::size_t i = 0; i < packed.size(); ++i) {
-        const std::optional<std::size_t>& number = strings.itemList[i].number;
-        if (number) {
-            change.replace(*number, std::move(packed[i]), options);
-        } else {
+        const ZipItem& item = strings.itemList[i];
+        if (item.number) {
+            change.replace(*item.number, std::move(packed[i]), options);
+        } else if (item.kind != EntryKind::directory) {
             change.put(std::move(packed[i]), options);
+        } else if (Status added = change.add_directory(name_of_item(item, keeps_paths), item.modified); !added) {
+            return added;
         }
     }
     return Done{};

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "archive/changing/tree_walk.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <ctime>
 #include <optional>
 #include <string>
 #include <vector>
@@ -102,6 +105,10 @@ struct ZipItem {
     std::string name;  ///< adding: a path; else a member's name
     /// The member of that number is meant, among several of the same name; adding: it is replaced and keeps its name.
     std::optional<std::size_t> number = {};
+    /// Adding: what is at the path. A file is read through links.
+    EntryKind kind = EntryKind::file;
+    std::string member = {};   ///< adding: the member's name; empty: from the path, as the command says
+    std::time_t modified = 0;  ///< adding: of a directory
 };
 
 /// The text record of `dzipVB`.
