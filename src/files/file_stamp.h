@@ -16,6 +16,13 @@ struct FileStamp {
 
     bool operator==(const FileStamp&) const = default;
 
+    /// Returns true where nobody has written to the file between the two stamps, unless a program has set its time
+    /// back. Its permissions and its other names may have changed.
+    bool same_bytes(const FileStamp& other) const {
+        return same_file(other) && size == other.size && modified == other.modified &&
+               modified_fraction == other.modified_fraction;
+    }
+
     /// Returns true where `other` is of the same file, whatever has been written to it since.
     bool same_file(const FileStamp& other) const { return device == other.device && inode == other.inode; }
 };

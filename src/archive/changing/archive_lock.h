@@ -20,8 +20,12 @@ class ArchiveLock {
 
     /// The file as it was; nullopt where there was none.
     const std::optional<files::FileStamp>& stamp() const { return stamp_; }
-    /// Whether there is nothing else at the path now.
-    bool holds() const { return files::stamp_of(path_) == stamp_; }
+    /// Returns true where the path still has that file with the same bytes, or still none.
+    bool holds() const { return is_as_locked(files::stamp_of(path_)); }
+    /// Returns true where `stamp` is of the locked file with the same bytes, or of none as the lock is.
+    bool is_as_locked(const std::optional<files::FileStamp>& stamp) const {
+        return stamp && stamp_ ? stamp->same_bytes(*stamp_) : stamp == stamp_;
+    }
 
   private:
     explicit ArchiveLock(std::string path) : path_(std::move(path)) {}
