@@ -8,20 +8,23 @@
 #include "text/ascii.h"
 #include "text/count.h"
 #include "text/printable.h"
+#include "zip/additions.h"
 #include "zip/archive_document.h"
 #include "zip/archive_loading.h"
+#include "zip/archive_password.h"
 #include "zip/archive_rows.h"
+#include "zip/foreign_changes.h"
 #include "zip/member_rows.h"
 
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <set>
+#include <string_view>
 
 namespace quill::zip {
 namespace {
 
-constexpr auto nothing_to_save =
-    "  No file was select to save changes to. Read the Help file on how to save changes to files within a ZIP file.";
 constexpr std::size_t many_to_open = 5;
 
 /// Endings of names that are opened as text.
@@ -32,11 +35,13 @@ bool is_text(std::string_view name) {
                        [&](std::string_view ending) { return text::ends_with_ignoring_case(name, ending); });
 }
 
-/// The path of the row's file, extracting it where there is none; empty, with the reason reported, where that fails.
+/// Returns the path of the row's file, extracting it where there is none; empty, with the reason reported, where that
+/// fails.
 std::string ready_file(arcview& w, std::size_t row) {
     WorkCopies& copies = w.archives.copies();
     const CopyState state = copies.state_of(row);
-    if (state == CopyState::none || state == CopyState::gone) unpack_rows(w, {row});
+    const bool is_missing = state == CopyState::none || state == CopyState::gone;
+    if (is_missing && !unpack_rows(w, {row})) return {};
     const std::string path = copies.path_of(row);
     if (!path.empty() && files::exists(path)) return path;
     const RowDetails details = row_details(w, row);
@@ -90,6 +95,19 @@ std::vector<std::size_t> named_rows(const arcview& w) {
     return rows;
 }
 
+/// Unpacks the added members that lie in directories; the others' files were copied.
+void unpack_added(arcview& w, const std::vector<ZipItem>& items) {
+    std::set<std::string_view> names;
+    for (const ZipItem& item : items) names.insert(item.member);
+    std::vector<std::size_t> rows;
+    for (std::size_t row = 0; w.listed && row < w.listed->archive.members().size(); ++row) {
+        const std::string_view name = w.listed->archive.members()[row].name;
+        const bool is_new = names.contains(name.substr(0, name.find_last_not_of('/') + 1));
+        if (is_new && w.archives.copies().of(row) == nullptr) rows.push_back(row);
+    }
+    if (!rows.empty()) unpack_rows(w, rows);
+}
+
 /// "letter.txt", or "3 files".
 std::string names_of(arcview& w, const std::vector<std::size_t>& rows) {
     return rows.size() == 1 ? text::printable(row_details(w, rows.front()).name) : text::counted(rows.size(), "file");
@@ -126,10 +144,7 @@ void zippadd(arcview& w) {
     encoder::cmdg& chooser =
         encoder::show_chooser(w.context, encoder::ChooserMode::add_to_archive, files::dir_of(w.ArchivePath));
     chooser.routes.add_chosen_files = [&w] {
-        make_change(w, "addition", [&] {
-            w.archives.AddChosenFiles(w.view());
-            return static_cast<std::int16_t>(w.archives.failure().text.empty() ? library_success : library_io);
-        });
+        w.archives.AddChosenFiles(w.view(), [&w](const std::vector<std::string>& paths) { add_files(w, paths); });
     };
     chooser.routes.show_archive_rows = [&w] { ziconize(w); };
     chooser.Command2.click = chooser.close = [&w] { w.context.windows.unload<encoder::cmdg>(); };
@@ -140,16 +155,19 @@ void ziconize(arcview& w) {
 }
 
 void add_files(arcview& w, const std::vector<std::string>& paths) {
-    std::vector<std::string> wanted;
-    std::copy_if(paths.begin(), paths.end(), std::back_inserter(wanted),
-                 [](const std::string& path) { return files::file_size(path).has_value(); });
-    if (wanted.size() < paths.size()) {
-        w.context.platform.message("Only files can be added here, not directories.");
-    }
-    if (wanted.empty()) return;
+    const Unwatched unwatched(w);
+    if (paths.empty() || !archive_is_ours(w)) return;
+    Additions additions = collect_additions(paths, w.ArchivePath);
+    report_left_out(w.context.platform, additions);
+    add_items(w, std::move(additions.items));
+}
+
+void add_items(arcview& w, std::vector<ZipItem> items) {
+    if (!settle_names(w.context.platform, w.listed.get(), items) || items.empty() || !is_ready_to_add(w)) return;
     const std::string what =
-        wanted.size() == 1 ? text::printable(files::name_of(wanted.front())) : text::counted(wanted.size(), "file");
-    make_change(w, "addition of " + what, [&] { return w.archives.add_files(w.view(), wanted); });
+        items.size() == 1 ? text::printable(files::name_of(items.front().member)) : text::counted(items.size(), "file");
+    const bool added = make_change(w, "addition of " + what, [&] { return w.archives.add_items(w.view(), items); });
+    if (added) unpack_added(w, items);
 }
 
 void show_member_pictures(arcview& w) {
@@ -170,15 +188,6 @@ std::vector<std::string> files_to_drag(arcview& w) {
         paths.push_back(std::move(path));
     }
     return paths;
-}
-
-void SaveChangedFile(arcview& w) {
-    const std::vector<std::size_t> rows = w.List1.chosen_rows();
-    if (rows.empty()) {
-        w.context.platform.message(nothing_to_save);
-        return;
-    }
-    save_rows(w, rows);
 }
 
 }  // namespace quill::zip

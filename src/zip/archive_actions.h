@@ -21,16 +21,17 @@ void zippadd(arcview& w);
 /// Shows the rows again after files were added.
 void ziconize(arcview& w);
 
-/// Adds the files at `paths`. A directory is not added; the user is told so.
+/// Adds what is at `paths`: files, links as links, directories with all that is in them. Says what can't be added. Asks
+/// where a name is taken.
 void add_files(arcview& w, const std::vector<std::string>& paths);
+
+/// Adds items that have names for their members; asks where one is taken.
+void add_items(arcview& w, std::vector<ZipItem> items);
 
 /// The paths of the selected members' files, to be handed to another program. Members without a file are left out.
 std::vector<std::string> files_to_drag(arcview& w);
 
 /// Shows the pictures among the members in the viewer, as one set.
 void show_member_pictures(arcview& w);
-
-/// Puts the files of the selected members into the archive, in place of what it has.
-void SaveChangedFile(arcview& w);
 
 }  // namespace quill::zip

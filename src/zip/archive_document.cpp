@@ -11,6 +11,7 @@
 #include "zip/archive_loading.h"
 #include "zip/archive_rows.h"
 #include "zip/archive_run.h"
+#include "zip/foreign_changes.h"
 #include "zip/member_rows.h"
 
 #include <utility>
@@ -21,101 +22,6 @@ namespace {
 constexpr std::size_t most_undo_states = 8;
 constexpr std::size_t few_members = 2000;  // so many files are looked at while nothing else goes on
 
-enum class Answer : std::uint8_t { save, save_all, leave_out, leave_out_all, cancel };
-
-struct AnswerRow {
-    Answer answer;
-    const char* caption;
-    bool for_one;  // offered where it is the only file, too
-};
-
-constexpr AnswerRow answers[] = {{Answer::save, "&Save", true},
-                                 {Answer::save_all, "Save &all", false},
-                                 {Answer::leave_out, "&Leave out", true},
-                                 {Answer::leave_out_all, "Leave &out all", false},
-                                 {Answer::cancel, "&Cancel", true}};
-
-Answer ask_about(arcview& w, std::size_t row, bool more) {
-    platform::Choices choices;
-    choices.text = text::printable(row_details(w, row).name) +
-                   " was changed after it was unpacked, and the archive still has it as it was. Save it into the "
-                   "archive?\n\nWhat is left out stays as a file in " +
-                   w.context.session.WorkDir + ".";
-    choices.title = "Changed files";
-    std::vector<Answer> offered;
-    for (const AnswerRow& row_of_answer : answers) {
-        if (!row_of_answer.for_one && !more) continue;
-        offered.push_back(row_of_answer.answer);
-        choices.answers.emplace_back(row_of_answer.caption);
-    }
-    choices.escape_answer = offered.size() - 1;
-    return offered.at(w.context.platform.choose(choices));
-}
-
-/// Returns whether all bytes are still those that were there when the file was opened.
-bool is_as_opened(const files::MappedFile& file) {
-    return !file.cut_short() && !file.changed();
-}
-
-void use_archive(arcview& w, const std::string& path) {
-    w.context.session.SelectedDir = files::dir_of(path);
-    w.context.session.SelectedFile = files::name_of(path);
-    show_archive_path(w, path);
-}
-
-/// Writes the archive as the rows show it under a free name, and goes on with that one.
-bool go_on_with_ours(arcview& w) {
-    Result<files::AtomicFile> copy = files::AtomicFile::create(w.ArchivePath);
-    if (copy) copy->write(w.bytes->bytes());
-    const Result<std::string> path = copy ? copy->publish(files::OnCollision::choose_name, files::Durability::flushed)
-                                          : Result<std::string>(copy.error());
-    if (!path) {
-        w.context.platform.message("The archive could not be written: " + path.error().text + ".");
-        return false;
-    }
-    use_archive(w, *path);
-    take_archive(w);
-    w.context.platform.message("The archive as this window shows it is now " + *path + ".");
-    return true;
-}
-
-/// What another program has done to the archive.
-struct ForeignChange {
-    bool gone = false;
-    bool ours_is_kept = false;  ///< its bytes from before are still there to be read
-};
-
-ForeignChange foreign_change(const arcview& w) {
-    const std::optional<files::FileStamp> now = files::stamp_through_links(w.ArchivePath);
-    return {!now, w.bytes && is_as_opened(*w.bytes) && !(now && w.stamp && now->same_file(*w.stamp))};
-}
-
-bool resolve_foreign_change(arcview& w) {
-    const ForeignChange change = foreign_change(w);
-    platform::Choices choices;
-    choices.title = "The archive was changed";
-    choices.text = w.ArchivePath + (change.gone ? " is no longer there." : " was changed by another program.");
-    enum { reload, ours, cancel };
-    std::vector<int> offered;
-    const auto offer = [&](int answer, const char* caption) {
-        offered.push_back(answer);
-        choices.answers.emplace_back(caption);
-    };
-    if (!change.gone) offer(reload, "&Reload");
-    if (change.ours_is_kept) offer(ours, "&Go on with mine");
-    offer(cancel, "&Cancel");
-    choices.escape_answer = offered.size() - 1;
-    switch (offered.at(w.context.platform.choose(choices))) {
-        case reload:
-            reload_archive(w);
-            return false;  // the rows that the user saw are not those that are there now
-        case ours:
-            return go_on_with_ours(w);
-        default:
-            return false;
-    }
-}
-
 void keep_for_undo(arcview& w, const std::string& what) {
     Result<files::MappedFile> before = files::MappedFile::open(w.ArchivePath);
     if (!before) return;
@@ -125,7 +31,7 @@ void keep_for_undo(arcview& w, const std::string& what) {
 
 /// Fails where the locked archive is no longer what the rows show.
 Status check_ours(const arcview& w, const ArchiveLock& lock) {
-    if (lock.stamp() == w.stamp && lock.holds()) return Done{};
+    if (lock.is_as_locked(w.stamp) && lock.holds()) return Done{};
     return Error{ErrorCode::access, 0, "another program has changed the archive meanwhile"};
 }
 
@@ -143,7 +49,7 @@ Status write_again(arcview& w, const ArchiveState& before) {
     in_pieces(before.bytes.bytes(), keeper, [&](std::string_view part) { return file->write(part); });
     if (file->failed()) return file->error();
     if (!keeper.goes_on()) return Error{ErrorCode::cancelled, 0, "stopped"};
-    if (!is_as_opened(before.bytes)) return Error{ErrorCode::io, 0, "its bytes from before are lost"};
+    if (before.bytes.changed()) return Error{ErrorCode::io, 0, "its bytes from before are lost"};
     if (Status ours = check_ours(w, *lock); !ours) return ours;
     return file->publish_as_rewrite();
 }
@@ -191,16 +97,7 @@ void notice_changes(arcview& w) {
         ++w.shown_revision;
         show_title(w);
     }
-    const std::optional<files::FileStamp> now = files::stamp_through_links(w.ArchivePath);
-    if (now == w.stamp || (w.asked_about && *w.asked_about == now)) return;
-    w.asked_about.emplace(now);
-    resolve_foreign_change(w);
-}
-
-bool archive_is_ours(arcview& w) {
-    if (files::stamp_through_links(w.ArchivePath) == w.stamp) return true;
-    const Unwatched unwatched(w);
-    return resolve_foreign_change(w);
+    notice_foreign_change(w);
 }
 
 bool make_change(arcview& w, const std::string& what, const std::function<std::int16_t()>& change) {
@@ -235,26 +132,6 @@ void undo_change(arcview& w) {
     w.undo_states.pop_back();
     w.archives.ListContents(w.view());
     take_archive(w);
-}
-
-bool save_rows(arcview& w, const std::vector<std::size_t>& rows) {
-    if (rows.empty()) return true;
-    const std::string what = rows.size() == 1 ? "save of " + text::printable(row_details(w, rows.front()).name)
-                                              : "save of " + text::counted(rows.size(), "file");
-    return make_change(w, what, [&] { return w.archives.save_copies(w.view(), rows, w.IDC_ENCRYPTCODE.text); });
-}
-
-bool settle_changes(arcview& w) {
-    const std::vector<std::size_t> changed = w.archives.copies().changed();
-    std::vector<std::size_t> saved;
-    std::optional<Answer> for_all;
-    for (std::size_t i = 0; i < changed.size(); ++i) {
-        const Answer answer = for_all ? *for_all : ask_about(w, changed[i], i + 1 < changed.size());
-        if (answer == Answer::cancel) return false;
-        if (answer == Answer::save_all || answer == Answer::leave_out_all) for_all = answer;
-        if (answer == Answer::save || answer == Answer::save_all) saved.push_back(changed[i]);
-    }
-    return save_rows(w, saved);
 }
 
 }  // namespace quill::zip

@@ -4,7 +4,7 @@
 #include "files/directory.h"
 #include "files/path.h"
 #include "shell/main_window.h"
-#include "zip/archive_document.h"
+#include "zip/archive_saving.h"
 
 #include <unistd.h>
 

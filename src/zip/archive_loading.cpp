@@ -6,14 +6,19 @@
 #include "shell/main_window.h"
 #include "text/ascii.h"
 #include "text/count.h"
+#include "zip/archive_actions.h"
 #include "zip/archive_document.h"
+#include "zip/archive_password.h"
 #include "zip/archive_reading.h"
 #include "zip/archive_rows.h"
 #include "zip/archive_run.h"
+#include "zip/archive_saving.h"
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <limits>
+#include <set>
 #include <sys/stat.h>
 #include <utility>
 
@@ -70,27 +75,39 @@ bool find_archive(arcview& w) {
     return ending == "zip" || ending == "htx";
 }
 
+void report_unreadable(arcview& w) {
+    w.context.platform.message(w.ArchivePath + " can't be opened: " + w.archives.library().last_error().text + ".");
+}
+
 /// Lists the archive. One that is not there yet is a new one, whose list is empty.
 bool list_archive(arcview& w) {
     if (!files::exists(w.ArchivePath)) return true;
     if (w.archives.ListContents(w.view()) || w.archives.library().open(w.ArchivePath)) return true;
-    w.context.platform.message(w.ArchivePath + " can't be opened: " + w.archives.library().last_error().text + ".");
+    report_unreadable(w);
     return false;
 }
 
-/// Makes a directory for this archive alone in the program's own work directory. A directory that is not the program's
-/// is used as it is.
-void choose_work_dir(arcview& w) {
+/// Makes a directory for this archive alone in the program's own work directory, also for an archive that lies there as
+/// another one's member. A directory that is not the program's is used as it is. Returns false, with the reason
+/// reported, where there is none to unpack into.
+bool choose_work_dir(arcview& w) {
     shell::Session& session = w.context.session;
     auto& main = w.context.windows.load<shell::swit>();
-    if (session.WorkDir != main.Text1.text) return;
+    const std::string& own = main.Text1.text;
+    if (session.WorkDir != own && !session.WorkDir.starts_with(own + '/')) return true;
+    session.WorkDir = own;
     constexpr mode_t for_the_user_alone = 0700;
     mkdir(session.WorkDir.c_str(), for_the_user_alone);
     const std::string wanted = files::join(session.WorkDir, files::safe_name(session.SelectedFile));
     const Result<std::string> made = files::make_new_directory(wanted, for_the_user_alone);
-    if (!made) return;
-    session.WorkDir = *made;
-    w.work_dir_is_private = true;
+    if (made) {
+        session.WorkDir = *made;
+        w.work_dir_is_private = true;
+    } else {
+        w.context.platform.message("No directory can be made in " + session.WorkDir + " to unpack into: " +
+                                   made.error().text + ". The files are listed, but they can't be opened.");
+    }
+    return made.ok();
 }
 
 std::uint64_t bytes_of(const Archive& archive, const std::vector<std::size_t>& rows) {
@@ -101,36 +118,53 @@ std::uint64_t bytes_of(const Archive& archive, const std::vector<std::size_t>& r
     return sum;
 }
 
-/// The rows among `rows` that another password may help. A wrong one passes for the right one now and then, and leaves
-/// a member that looks damaged: such a member counts unless the password has opened another.
-std::vector<std::size_t> locked_rows(arcview& w, const std::vector<std::size_t>& rows) {
+/// Notes how the members of `rows` came out with the password of the trial.
+void note_results(arcview& w, const std::vector<std::size_t>& rows, PasswordTrial& trial) {
     const std::shared_ptr<const OpenedArchive> opened = w.archives.library().open(w.ArchivePath);
-    std::vector<std::size_t> locked;
-    bool needed = false, fits = false;
     for (const std::size_t row : rows) {
         const WorkCopy* copy = w.archives.copies().of(row);
-        if (!opened || copy == nullptr || !opened->archive.members()[row].is_encrypted()) continue;
-        needed = needed || copy->result.needs_password;
-        fits = fits || copy->result.verdict == Verdict::verified || copy->result.verdict == Verdict::whole;
-        if (copy->result.needs_password || copy->result.verdict == Verdict::damaged) locked.push_back(row);
+        if (opened && copy != nullptr) trial.note(opened->archive.members()[row], copy->result);
     }
-    return needed || !fits ? locked : std::vector<std::size_t>();
 }
 
-void ask_for_passwords(arcview& w, std::vector<std::size_t> rows) {
-    while (!(rows = locked_rows(w, rows)).empty() && ask_for_another_password(w)) {
-        w.archives.ExtractRows(w.view(), rows);
+/// Extracts by `extract`, and again with other passwords what needs them. A password that opens nothing is dropped
+/// where `forgets_wrong_one` says so.
+std::int16_t extract_with_passwords(arcview& w, std::vector<std::size_t> rows, bool forgets_wrong_one,
+                                    const std::function<std::int16_t()>& extract) {
+    PasswordTrial trial(w);
+    const std::int16_t result = extract();
+    note_results(w, rows, trial);
+    if (forgets_wrong_one && trial.has_failed()) w.context.session.ZipPassword.clear();
+    while (!(rows = trial.next_rows()).empty()) {
+        w.archives.ExtractRows(w.view(), rows, trial.password());
+        note_results(w, rows, trial);
     }
+    return result;
+}
+
+/// Returns true where the extraction as a whole went on. Else says why it did not; the rows say it of single members.
+bool report_failure(arcview& w, std::int16_t result) {
+    const bool went_on = result == library_success || result == library_damaged || result == library_password ||
+                         result == library_cancelled;
+    const Error& failure = w.archives.failure();
+    const bool is_declined = failure.code == ErrorCode::limit;  // the user knows why
+    if (went_on || is_declined || failure.text.empty()) return went_on;
+    w.context.platform.message("The files could not be unpacked to " + w.context.session.WorkDir + ": " + failure.text +
+                               ".");
+    return false;
+}
+
+/// Extracts the members of `rows` by `extract`, where there is room.
+void unpack(arcview& w, const std::vector<std::size_t>& rows, const std::function<std::int16_t()>& extract) {
+    if (rows.empty()) return;
+    note_new_directories(w);
+    if (!has_room(w, rows, w.context.session.WorkDir)) return;
+    const ArchiveRun run(w, "Unpacking " + files::name_of(w.ArchivePath));
+    report_failure(w, extract_with_passwords(w, rows, true, extract));
 }
 
 void unpack_all(arcview& w) {
-    if (w.List1.count() == 0) return;
-    note_new_directories(w);
-    w.List1.selected = w.List1.count() - 1;
-    if (!has_room(w, all_rows(w), w.context.session.WorkDir)) return;
-    const ArchiveRun run(w, "Unpacking " + files::name_of(w.ArchivePath));
-    w.archives.ExtractSelected(w.view());
-    ask_for_passwords(w, all_rows(w));
+    unpack(w, all_rows(w), [&] { return w.archives.ExtractSelected(w.view()); });
 }
 
 void leave_main_window(arcview& w) {
@@ -155,6 +189,35 @@ void report_unpacking(arcview& w) {
     if (refused != 0) text += text::counted(refused, "member") + " could not be unpacked. ";
     if (refused + damaged != 0) text += "The list shows which, and why.";
     w.context.platform.message(text, "Not all of the archive is whole");
+}
+
+/// Leaves the files of the rows that are `changed` but not `saved` to the user.
+void leave_out(arcview& w, const std::vector<std::size_t>& changed, const std::vector<std::size_t>& saved) {
+    std::set<std::string> paths;
+    for (const std::size_t row : changed) {
+        const bool is_saved = std::find(saved.begin(), saved.end(), row) != saved.end();
+        if (!is_saved) paths.insert(w.archives.copies().of(row)->result.path);
+    }
+    w.archives.copies().leave_to_user(paths);
+}
+
+/// Extracts all members but those whose files are to be saved.
+void unpack_again(arcview& w) {
+    std::vector<std::size_t> rows = all_rows(w);
+    std::erase_if(rows, [&](std::size_t row) { return w.archives.copies().state_of(row) == CopyState::changed; });
+    unpack(w, rows, [&] { return w.archives.ExtractRows(w.view(), rows); });
+}
+
+/// Adds the files that are to be saved and whose members, those of `before`, are gone.
+void add_again(arcview& w, const std::shared_ptr<const OpenedArchive>& before, const std::vector<WorkCopy>& homeless) {
+    if (homeless.empty() || !before) return;
+    std::vector<ZipItem> items;
+    for (const WorkCopy& copy : homeless) {
+        ZipItem item{files::join(w.context.session.WorkDir, copy.result.path)};
+        item.member = before->archive.members().at(copy.result.member).name;
+        items.push_back(std::move(item));
+    }
+    add_items(w, std::move(items));
 }
 
 }  // namespace
@@ -201,21 +264,34 @@ bool has_room(arcview& w, const std::vector<std::size_t>& rows, const std::strin
                                    .question_mark = true});
 }
 
-void unpack_rows(arcview& w, std::vector<std::size_t> rows) {
+bool unpack_rows(arcview& w, const std::vector<std::size_t>& rows) {
     const Unwatched unwatched(w);
     const ArchiveRun run(w, "Unpacking");
-    w.archives.ExtractRows(w.view(), rows);
-    ask_for_passwords(w, std::move(rows));
+    note_new_directories(w);
+    const auto extract = [&] { return w.archives.ExtractRows(w.view(), rows); };
+    const bool went_on = report_failure(w, extract_with_passwords(w, rows, false, extract));
     w.context.windows.load<shell::swit>().Picture5.visible = false;
     take_archive(w);
+    return went_on;
 }
 
 void reload_archive(arcview& w) {
+    const std::shared_ptr<const OpenedArchive> before = w.listed, now = w.archives.library().open(w.ArchivePath);
+    if (!now) return report_unreadable(w);
+    WorkCopies& copies = w.archives.copies();
+    const std::vector<std::size_t> changed = copies.changed();
+    const auto saved = ask_about_changes(w, changed);
+    if (!saved) return;
+    leave_out(w, changed, *saved);
+    const std::vector<WorkCopy> homeless = copies.match_again(now->archive);
     w.undo_states.clear();
     w.archives.ListContents(w.view());
-    unpack_all(w);
+    unpack_again(w);
     leave_main_window(w);
     take_archive(w);
+    save_rows(w, copies.changed());
+    add_again(w, before, homeless);
+    report_unpacking(w);
 }
 
 void load_archive_window(shell::Context& context, NewZIP& archives) {
@@ -227,9 +303,10 @@ void load_archive_window(shell::Context& context, NewZIP& archives) {
         context.windows.unload<arcview>();
         return;
     }
-    choose_work_dir(w);
+    const bool can_unpack = choose_work_dir(w);
     archives.copies().begin(context.session.WorkDir);
-    unpack_all(w);
+    if (w.List1.count() != 0) w.List1.selected = w.List1.count() - 1;
+    if (can_unpack) unpack_all(w);
     w.Picture1.visible = true;
     take_archive(w);
     leave_main_window(w);

@@ -30,10 +30,13 @@ std::set<std::string> member_directories(const OpenedArchive& opened);
 /// Remembers which directories below WorkDir will be there only because of the archive.
 void note_new_directories(arcview& w);
 
-/// Extracts the members of `rows`. While members need another password, the user is asked for one.
-void unpack_rows(arcview& w, std::vector<std::size_t> rows);
+/// Extracts the members of `rows`. While members need another password, the user is asked for one. Returns
+/// false, with the reason reported, where that fails as a whole.
+bool unpack_rows(arcview& w, const std::vector<std::size_t>& rows);
 
-/// Lists the archive again and extracts all of it: another program has changed it. Files that were changed stay.
+/// Lists the archive again and extracts all of it: another program has changed it. Asks before about the files that
+/// were changed: those that are saved go into the archive as it is now, the others stay as files. Changes nothing where
+/// the user cancels, or the archive can't be read.
 void reload_archive(arcview& w);
 
 }  // namespace quill::zip

@@ -9,6 +9,7 @@
 #include "zip/archive_loading.h"
 #include "zip/archive_panel.h"
 #include "zip/archive_run.h"
+#include "zip/archive_saving.h"
 
 #include <filesystem>
 #include <set>
@@ -111,7 +112,7 @@ void move_files(arcview& w) {
     const bool selected = w.take_selected.chosen;
     const std::vector<std::size_t> rows = panel_rows(w);
     const std::string target = panel_directory(w);
-    if (!settle_changes(w)) return;
+    if (!(selected ? settle_changes(w, rows) : settle_changes(w))) return;
     if (selected) unpack_missing(w, rows);
     const bool in_place = files::same_file(target, w.context.session.WorkDir);
     const Moved moved = move_rows(w, rows, target, selected);

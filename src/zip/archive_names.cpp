@@ -4,6 +4,7 @@
 #include "files/path.h"
 #include "zip/archive_document.h"
 #include "zip/archive_loading.h"
+#include "zip/foreign_changes.h"
 
 #include <array>
 #include <filesystem>

@@ -7,47 +7,54 @@
 #include "zip/archive_document.h"
 #include "zip/archive_loading.h"
 #include "zip/archive_panel.h"
+#include "zip/archive_password.h"
 #include "zip/archive_rows.h"
 #include "zip/archive_run.h"
+#include "zip/archive_saving.h"
 #include "zip/archive_tally.h"
+#include "zip/foreign_changes.h"
 
+#include <map>
 #include <utility>
 
 namespace quill::zip {
 namespace {
 
-constexpr auto password_again =
-    "The password does not seem to be the right one for this ZIP file. Type in another one, or click Cancel to go on "
-    "without the members that need it.";
-
 using ReadRows = std::function<Status(const std::vector<std::size_t>&, const ExtractOptions&, const TakeResult&)>;
+
+ExtractOptions options_for(arcview& w, const std::string& password, ArchiveRun& run) {
+    ExtractOptions options;
+    options.password = password;
+    options.limits = w.archives.library().limits;
+    options.confirm_large = w.archives.library().confirm_large;
+    options.progress = [&run](const Progress& done) { return run.goes_on(done); };
+    return options;
+}
 
 /// Runs `read` over `rows`, and again over those that need another password while the user has one.
 Status read_rows(arcview& w, const std::string& doing, std::vector<std::size_t> rows, const ReadRows& read,
                  const std::function<void(const MemberResult&)>& take) {
-    while (true) {
+    const std::vector<Member>& members = w.listed->archive.members();
+    PasswordTrial trial(w);
+    std::map<std::size_t, MemberResult> locked;
+    Status done = Done{};
+    while (done && !rows.empty()) {
         ArchiveRun run(w, doing);
-        ExtractOptions options;
-        options.password = w.context.session.ZipPassword;
-        options.limits = w.archives.library().limits;
-        options.confirm_large = w.archives.library().confirm_large;
-        options.progress = [&run](const Progress& done) { return run.goes_on(done); };
-        std::vector<MemberResult> locked;
-        const Status done = read(rows, options, [&](MemberResult result) {
-            if (result.needs_password) {
-                locked.push_back(std::move(result));
-            } else {
+        done = read(rows, options_for(w, trial.password(), run), [&](MemberResult result) {
+            const bool is_read = !result.needs_password;
+            if (!is_read || result.verdict != Verdict::damaged) trial.note(members[result.member], result);
+            if (is_read) {
+                locked.erase(result.member);
                 take(result);
+            } else {
+                locked.insert_or_assign(result.member, std::move(result));
             }
         });
-        const bool again = done && !locked.empty() && !w.stop_wanted && ask_for_another_password(w);
-        if (!again) {
-            for (const MemberResult& result : locked) take(result);
-            return done;
-        }
         rows.clear();
-        for (const MemberResult& result : locked) rows.push_back(result.member);
+        if (done && !w.stop_wanted) rows = trial.next_rows();
     }
+    for (const auto& [member, result] : locked) take(result);
+    return done;
 }
 
 /// Makes a directory of the archive's name in `parent`, which goes again where nothing is written into it.
@@ -85,13 +92,6 @@ void report_test(arcview& w, const Tally& tally) {
 }
 
 }  // namespace
-
-bool ask_for_another_password(arcview& w) {
-    const std::string answer = w.context.platform.input({.text = password_again, .secret = true});
-    if (answer.empty()) return false;
-    w.context.session.ZipPassword = answer;
-    return true;
-}
 
 std::string archive_problems(const arcview& w) {
     std::string text;

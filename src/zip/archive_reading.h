@@ -7,9 +7,6 @@
 /// Reading members of the open archive: extracting them to a directory of the user's choice, and testing them.
 namespace quill::zip {
 
-/// Asks for another password and uses it from now on. Returns false where the user has none.
-bool ask_for_another_password(arcview& w);
-
 /// What is wrong with the archive as a whole, in sentences; empty where nothing is.
 std::string archive_problems(const arcview& w);
 

@@ -70,6 +70,16 @@ std::uint64_t number_of(arcview& w, std::size_t row, RowKey key) {
     }
 }
 
+/// The problems, the worst first.
+std::vector<std::string> sentences_of(const MemberResult& result) {
+    std::vector<Problem> problems = result.problems;
+    std::stable_sort(problems.begin(), problems.end(),
+                     [](const Problem& a, const Problem& b) { return grade_of(a) > grade_of(b); });
+    std::vector<std::string> sentences;
+    for (const Problem& problem : problems) sentences.emplace_back(text_of(problem));
+    return sentences;
+}
+
 }  // namespace
 
 std::vector<std::size_t> all_rows(const arcview& w) {
@@ -162,9 +172,7 @@ RowDetails row_details(arcview& w, std::size_t row) {
     details.encrypted = member.is_encrypted();
     details.directory = member.is_directory();
     details.condition = condition_of(w, row, member);
-    if (const MemberResult* result = last_result(w, row)) {
-        for (const Problem& problem : result->problems) details.problems.emplace_back(text_of(problem));
-    }
+    if (const MemberResult* result = last_result(w, row)) details.problems = sentences_of(*result);
     return details;
 }
 

@@ -54,7 +54,7 @@ struct RowDetails {
     RowCondition condition = RowCondition::not_unpacked;
     bool encrypted = false;
     bool directory = false;
-    std::vector<std::string> problems;  ///< one sentence each
+    std::vector<std::string> problems;  ///< one sentence each, the worst first
 };
 
 /// How a member came out of a run that read it: no better than its verdict, and than the worst of its problems.

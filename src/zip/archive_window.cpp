@@ -12,6 +12,7 @@
 #include "zip/archive_panel.h"
 #include "zip/archive_reading.h"
 #include "zip/archive_rows.h"
+#include "zip/archive_saving.h"
 #include "zip/media_label.h"
 
 #include <array>

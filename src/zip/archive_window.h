@@ -39,7 +39,8 @@ struct ArchiveState {
 
 /// The archive window: an open ZIP file, whose members are files in WorkDir. Every change goes into the archive at
 /// once. Its operations are in archive_loading.h, archive_rows.h, archive_actions.h, archive_document.h,
-/// archive_reading.h, archive_panel.h, archive_names.h and archive_leaving.h.
+/// archive_reading.h, archive_saving.h, foreign_changes.h, archive_panel.h, archive_names.h, archive_moving.h and
+/// archive_leaving.h.
 struct arcview : controls::Window {
     // The list.
     controls::Picture Picture1;                                                  // panel of the list

@@ -13,6 +13,9 @@
 
 #include <algorithm>
 #include <numeric>
+#include <set>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
 
 namespace quill::zip {
@@ -96,21 +99,19 @@ std::int16_t NewZIP::AddBookItems(const controls::ListBox& pages, const controls
     return call_add(std::move(items), keep_paths);
 }
 
-void NewZIP::AddChosenFiles(ArchiveView view) {
+void NewZIP::AddChosenFiles(ArchiveView view, const std::function<void(const std::vector<std::string>&)>& add) {
     std::vector<std::string> paths;
     if (const auto* chooser = context_.windows.loaded<encoder::cmdg>()) {
         for (const std::size_t row : chooser->File1.chosen_rows()) {
             paths.push_back(files::join(chooser->Dir1.path, chooser->File1.items().at(row)));
         }
     }
-    add_files(view, paths);
+    add(paths);
     enter_archive_directory(view);
     context_.windows.unload<encoder::cmdg>();
 }
 
-std::int16_t NewZIP::add_files(ArchiveView view, const std::vector<std::string>& paths) {
-    std::vector<ZipItem> items;
-    for (const std::string& path : paths) items.push_back({path});
+std::int16_t NewZIP::add_items(ArchiveView view, const std::vector<ZipItem>& items) {
     const std::int16_t result = call_add(items, false);
     if (result == library_success) copy_to_work_dir(items);
     ListContents(view);
@@ -123,12 +124,17 @@ void NewZIP::copy_to_work_dir(const std::vector<ZipItem>& items) {
     if (!opened) return;
     use_work_dir();
     const std::vector<Member>& members = opened->archive.members();
+    std::unordered_map<std::string_view, std::size_t> rows;
+    for (std::size_t row = 0; row < members.size(); ++row) rows[members[row].name] = row;
     for (const ZipItem& item : items) {
-        const std::string name = text::to_utf8(files::name_of(item.name));
-        const auto added =
-            std::find_if(members.rbegin(), members.rend(), [&](const Member& member) { return member.name == name; });
-        if (added == members.rend()) continue;
-        const auto row = static_cast<std::size_t>(members.rend() - added) - 1;
+        const std::string name = item.member.empty() ? text::to_utf8(files::name_of(item.name)) : item.member;
+        const auto named = rows.find(name);
+        if (item.number && !files::same_file(copies_.path_of(*item.number), item.name)) {
+            copies_.remove_untouched(*item.number);  // it is not what the archive has now
+            copies_.forget(*item.number);
+        }
+        if (item.kind != EntryKind::file || name.find('/') != std::string::npos || named == rows.end()) continue;
+        const std::size_t row = item.number.value_or(named->second);
         const std::string path = put_copy(item.name, row, opened->paths[row].path);
         const bool made_here = !files::same_file(path_in_work_dir(path), item.name);
         if (!path.empty()) copies_.record_copy(row, std::string(members[row].raw_name), path, made_here);
@@ -221,7 +227,9 @@ void NewZIP::DeleteSelectedItems(ArchiveView view) {
     failure_ = library_.last_error();
     status(100, result == library_success ? std::string() : library_error_text(result));
     if (result == library_success) {
-        for (auto item = deleted.rbegin(); item != deleted.rend(); ++item) copies_.erase(*item->number);
+        std::set<std::size_t> gone;
+        for (const ZipItem& item : deleted) gone.insert(*item.number);
+        copies_.erase(gone);
     }
     ListContents(view);
 }
@@ -305,29 +313,31 @@ void NewZIP::show_progress(ArchiveView view, const Progress& done) {
     context_.platform.repaint(main);
 }
 
-void NewZIP::ExtractSelected(ArchiveView view) {
+std::int16_t NewZIP::ExtractSelected(ArchiveView view) {
     const std::size_t wanted = CountSelected(view.List1), rows = view.List1.count();
-    if (wanted == 0 || rows == 0) return;
+    if (wanted == 0 || rows == 0) return library_success;
     status(0, "Extracting " + std::to_string(wanted) + " item(s)");
     view.List1.selected = rows - 1;
     std::vector<std::size_t> all(rows);
     std::iota(all.begin(), all.end(), std::size_t{0});
-    ExtractRows(view, all);
+    const std::int16_t result = ExtractRows(view, all);
     show_progress(view, {rows, rows, 1, 1});
     status(100, {});
     files::change_directory(context_.session.WorkDir);
+    return result;
 }
 
-std::int16_t NewZIP::ExtractRows(ArchiveView view, const std::vector<std::size_t>& rows) {
+std::int16_t NewZIP::ExtractRows(ArchiveView view, const std::vector<std::size_t>& rows,
+                                 const std::optional<std::string>& password) {
     InitUnzipRecord(unzip_command_);
     unzip_strings_.zipFile = archive_path();
     unzip_command_.option1 = unzip_command_.option2 = unzip_command_.option3 = 0;
     unzip_strings_.destinationDir = context_.session.WorkDir;
     forget_copies_of_others();
     use_work_dir();
-    PasswordOn = context_.session.ZipPassword.empty() ? 0 : -1;
+    unzip_strings_.password = password.value_or(context_.session.ZipPassword);
+    PasswordOn = unzip_strings_.password.empty() ? 0 : -1;
     unzip_command_.usePassword = PasswordOn;
-    if (PasswordOn == -1) unzip_strings_.password = context_.session.ZipPassword;
     unzip_command_.function = unzip_extract;
     for (const std::size_t row : rows) {
         copies_.remove_untouched(row);
@@ -338,6 +348,7 @@ std::int16_t NewZIP::ExtractRows(ArchiveView view, const std::vector<std::size_t
         return !progress || progress(done);
     };
     const std::int16_t result = library_.dunzipVB(unzip_command_, unzip_strings_, item_info_, status_block_);
+    failure_ = library_.last_error();
     library_.progress = [this](const Progress& done) { return !progress || progress(done); };
     const std::shared_ptr<const OpenedArchive> opened = library_.open(archive_path());
     if (!opened) return result;

@@ -41,23 +41,24 @@ class NewZIP {
     std::int16_t AddWizardItem(bool keep_paths);
     /// Adds the rows of `pages`, unless `chosen` is empty.
     std::int16_t AddBookItems(const controls::ListBox& pages, const controls::ListBox& chosen, bool keep_paths);
-    /// Adds the files selected in the chooser, copies them to WorkDir, lists the archive again and unloads the chooser.
-    void AddChosenFiles(ArchiveView view);
-    /// Adds the files at `paths` in the same way.
-    std::int16_t add_files(ArchiveView view, const std::vector<std::string>& paths);
+    /// Hands the paths of the files selected in the chooser to `add` and unloads the chooser.
+    void AddChosenFiles(ArchiveView view, const std::function<void(const std::vector<std::string>&)>& add);
+    /// Adds `items`, copies the files that lie in no directory of the archive to WorkDir, and lists the archive again.
+    std::int16_t add_items(ArchiveView view, const std::vector<ZipItem>& items);
     /// Puts WorkDir's copy of member number `row` back into the archive. `password` is used where one was used before;
     /// an empty one is the one that was.
     void SaveChangedFile(ArchiveView view, std::optional<std::size_t> row, const std::string& password);
     /// The same for several rows at once, in one change of the archive; says nothing where it fails.
     std::int16_t save_copies(ArchiveView view, const std::vector<std::size_t>& rows, const std::string& password);
     void DeleteSelectedItems(ArchiveView view);
-    /// Why the last addition, save or removal failed; an empty text where it did not.
+    /// Why the last addition, save, removal or extraction failed as a whole; an empty text where it did not.
     const Error& failure() const { return failure_; }
     /// Extracts all members into WorkDir and makes it the current directory. Shows its progress on the main window.
-    void ExtractSelected(ArchiveView view);
+    std::int16_t ExtractSelected(ArchiveView view);
     /// Extracts the members of `rows` into WorkDir. A file that is there already stays, and the member's gets a free
-    /// name, unless it is the untouched copy of an earlier extraction.
-    std::int16_t ExtractRows(ArchiveView view, const std::vector<std::size_t>& rows);
+    /// name, unless it is the untouched copy of an earlier extraction. Reads them with `password`, or else ZipPassword.
+    std::int16_t ExtractRows(ArchiveView view, const std::vector<std::size_t>& rows,
+                             const std::optional<std::string>& password = {});
 
     /// The files in WorkDir that were made for the members.
     WorkCopies& copies() { return copies_; }

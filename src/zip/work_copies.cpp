@@ -6,8 +6,11 @@
 #include "files/names.h"
 #include "files/path.h"
 
+#include <deque>
 #include <filesystem>
 #include <map>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
 
 namespace quill::zip {
@@ -91,6 +94,10 @@ void WorkCopies::follow(const WorkCopies& moved) {
     }
 }
 
+void WorkCopies::forget(std::size_t member) {
+    if (member < copies_.size()) copies_[member].reset();
+}
+
 void WorkCopies::leave_to_user(const std::set<std::string>& paths) {
     for (std::optional<WorkCopy>& copy : copies_) {
         if (!copy || !paths.contains(copy->result.path)) continue;
@@ -109,6 +116,29 @@ void WorkCopies::go_back_to(const WorkCopies& before) {
     *this = before;
 }
 
+std::vector<WorkCopy> WorkCopies::match_again(const Archive& archive) {
+    const std::vector<Member>& members = archive.members();
+    std::unordered_map<std::string_view, std::deque<std::size_t>> numbers;  // of one name, in their order
+    for (std::size_t i = 0; i < members.size(); ++i) numbers[members[i].raw_name].push_back(i);
+    std::vector<std::optional<WorkCopy>> matched(members.size());
+    std::vector<WorkCopy> homeless;
+    for (std::size_t i = 0; i < copies_.size(); ++i) {
+        if (!copies_[i]) continue;
+        std::deque<std::size_t>& free = numbers[copies_[i]->member];
+        if (!free.empty()) {
+            copies_[i]->result.member = free.front();
+            matched[free.front()] = std::move(copies_[i]);
+            free.pop_front();
+        } else if (state_of(i) == CopyState::changed) {
+            homeless.push_back(*copies_[i]);
+        } else if (!copies_[i]->opened) {
+            remove_untouched(i);
+        }
+    }
+    copies_ = std::move(matched);
+    return homeless;
+}
+
 void WorkCopies::keep_those_of(const Archive& archive) {
     copies_.resize(archive.members().size());
     for (std::size_t i = 0; i < copies_.size(); ++i) {
@@ -116,12 +146,15 @@ void WorkCopies::keep_those_of(const Archive& archive) {
     }
 }
 
-void WorkCopies::erase(std::size_t member) {
-    if (member >= copies_.size()) return;
-    copies_.erase(copies_.begin() + static_cast<std::ptrdiff_t>(member));
-    for (std::size_t i = member; i < copies_.size(); ++i) {
-        if (copies_[i]) copies_[i]->result.member = i;
+void WorkCopies::erase(const std::set<std::size_t>& members) {
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < copies_.size(); ++i) {
+        if (members.contains(i)) continue;
+        if (copies_[i]) copies_[i]->result.member = kept;
+        if (kept != i) copies_[kept] = std::move(copies_[i]);
+        ++kept;
     }
+    copies_.resize(kept);
 }
 
 const WorkCopy* WorkCopies::of(std::size_t member) const {

@@ -54,15 +54,21 @@ class WorkCopies {
     /// Takes over the paths of files that `moved` has renamed since this was copied from it.
     void follow(const WorkCopies& moved);
 
+    /// Forgets the member's file, which stays on the disk.
+    void forget(std::size_t member);
     /// Leaves the files at `paths`, below the work directory, to the user: they are no member's any more.
     void leave_to_user(const std::set<std::string>& paths);
 
     /// Goes back to what was recorded earlier. Files made since then are deleted where they are untouched.
     void go_back_to(const WorkCopies& before);
+    /// Gives the files to the members of `archive` that have the names, whatever their numbers: another program has
+    /// changed it. Untouched files of members that are gone are deleted, unless another program has them. Returns those
+    /// that were changed, with the numbers from before.
+    std::vector<WorkCopy> match_again(const Archive& archive);
     /// Forgets the files of members that the archive no longer has at that number under that name.
     void keep_those_of(const Archive& archive);
-    /// The archive has lost the member: those after it get the number before theirs. The file stays on the disk.
-    void erase(std::size_t member);
+    /// The archive has lost these members: those after them get lower numbers. The files stay on the disk.
+    void erase(const std::set<std::size_t>& members);
 
     /// nullptr where nothing was extracted for the member.
     const WorkCopy* of(std::size_t member) const;

@@ -240,24 +240,5 @@ TEST(ArchiveDocument, AChangeThatFailsIsReportedAndLeavesNothingToTakeBack) {
     EXPECT_EQ(w.List1.count(), 2U);
 }
 
-TEST(ArchivePasswords, AreAskedForAgainUntilTheyFit) {
-    WindowProgram p(ArchiveBuilder().finish());
-    p.session.ZipPassword = "secret";
-    p.main_window.List4.assign({p.dir.write("locked", "content")});
-    ASSERT_EQ(p.archives.AddWizardItem(false), library_success);
-    for (const bool gives_up : {false, true}) {
-        p.session.WorkDir = p.main_window.Text1.text;
-        p.platform.expect_input("password encoded", "wrong");
-        p.platform.expect_input("does not seem to be the right one", "wrong again");
-        p.platform.expect_input("does not seem to be the right one", gives_up ? "" : "secret");
-        if (gives_up) p.platform.expect_message("The list shows which, and why");
-        arcview& w = p.open();
-        EXPECT_TRUE(p.platform.prompts.back().secret);
-        EXPECT_EQ(w.List1.count(), 1U);
-        EXPECT_EQ(row_details(w, 0).condition == RowCondition::verified, !gives_up);
-        w.close();
-    }
-}
-
 }  // namespace
 }  // namespace quill::zip

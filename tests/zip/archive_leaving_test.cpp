@@ -1,5 +1,6 @@
 #include "zip/archive_leaving.h"
 
+#include "zip/archive_actions.h"
 #include "zip/archive_rows.h"
 #include "zip/archive_window_fixture.h"
 
@@ -128,7 +129,7 @@ TEST(LeavingAnArchive, AFileAddedOutOfWorkDirIsTheUsersAndStays) {
     p.unpack_beside();
     arcview& w = p.open();
     const std::string own = p.dir.write("own", "the user's");
-    p.archives.add_files(w.view(), {own});
+    add_files(w, {own});
     w.rpnex.click();
     EXPECT_EQ(p.dir.read("own"), "the user's");
 }

@@ -82,6 +82,54 @@ TEST(ArchiveWindow, MembersThatAreNotWholeSayWhy) {
     EXPECT_TRUE(p.platform.opened.empty());
 }
 
+TEST(ArchiveWindow, SaysTheWorstOfAMembersProblems) {
+    ArchiveBuilder builder;
+    builder.add("bad", "2", {.crc = 1});
+    WindowProgram p(builder.finish());
+    p.platform.expect_message("damaged");
+    arcview& w = p.open();
+    MemberResult result = p.archives.copies().of(0)->result;
+    const std::string worst = row_details(w, 0).problems.front();
+    result.problems.insert(result.problems.begin(), Problem{ProblemKind::renamed, 0, {}});
+    w.tested[0] = result;
+    EXPECT_EQ(row_details(w, 0).problems.front(), worst);
+    EXPECT_EQ(row_details(w, 0).problems.size(), 2U);
+}
+
+TEST(ArchiveWindow, AnExtractionThatFailsAsAWholeSaysWhy) {
+    const std::string archive = archive_of(2);
+    {
+        WindowProgram p(archive);  // no directory for this archive
+        p.session.WorkDir = p.main_window.Text1.text = p.dir.write("file", "no directory");
+        p.platform.expect_message("No directory can be made in " + p.dir.path("file"));
+        arcview& w = p.open();
+        EXPECT_EQ(row_details(w, 0).condition, RowCondition::not_unpacked);
+        p.platform.expect_message("could not be unpacked to");
+        w.peo.click();
+        EXPECT_TRUE(p.platform.opened.empty());
+    }
+    WindowProgram p(archive);  // the directory that was chosen is gone
+    p.session.WorkDir = p.dir.path("missing");
+    p.platform.expect_message("could not be unpacked to " + p.dir.path("missing"));
+    p.open();
+}
+
+TEST(ArchiveWindow, AnArchiveInAnArchiveUnpacksIntoADirectoryThatGoesWithItsWindow) {
+    WindowProgram p(ArchiveBuilder().add("inner.zip", archive_of(2)).finish());
+    p.open();
+    const std::string outer = p.session.WorkDir;
+    p.session.SelectedDir = p.session.WorkDir = outer;  // as the switch /un does
+    p.session.SelectedFile = "inner.zip";
+    arcview& inner = p.open();
+    EXPECT_THAT(p.session.WorkDir, StartsWith(p.dir.path("temp/inner.zip")));
+    EXPECT_EQ(p.bytes_of(0), "0");
+    inner.close();
+    EXPECT_THAT(p.dir.names(), ElementsAre("a.zip", "temp"));
+    EXPECT_TRUE(std::filesystem::exists(outer + "/inner.zip"));
+    EXPECT_FALSE(p.dir.has("temp/inner.zip"));
+    EXPECT_FALSE(p.dir.has("temp/a.zip/F0"));
+}
+
 TEST(ArchiveWindow, BeginsANewArchiveUnderANameThatIsAskedFor) {
     WindowProgram p(archive_of(1));
     p.session.SelectedDir = "?" + p.dir.path();

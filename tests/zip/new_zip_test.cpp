@@ -48,7 +48,11 @@ struct ZipProgram : tests::Program {
         chooser.File1.set_directory(dir.path("from"));
         const auto& files = chooser.File1.items();
         chooser.File1.selected = std::find(files.begin(), files.end(), name) - files.begin();
-        zip.AddChosenFiles(view());
+        zip.AddChosenFiles(view(), [&](const std::vector<std::string>& paths) {
+            std::vector<ZipItem> items;
+            for (const std::string& path : paths) items.push_back({path});
+            zip.add_items(view(), items);
+        });
     }
     std::vector<std::string> names() {
         std::vector<std::string> out;

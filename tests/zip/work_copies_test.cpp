@@ -87,5 +87,23 @@ TEST(WorkCopies, OfAnotherArchiveNoneIsKept) {
     EXPECT_TRUE(e.copies.path_of(0).empty());
 }
 
+TEST(WorkCopies, KeepTheirFilesWhenMembersGo) {
+    TemporaryDirectory dir;
+    WorkCopies copies;
+    copies.begin(dir.path());
+    for (std::size_t i = 0; i < 6; ++i) {
+        const std::string name = std::to_string(i);
+        dir.write(name, "x");
+        copies.record_copy(i, name, name, true);
+    }
+    copies.erase({0, 3, 4});
+    ASSERT_EQ(copies.count(), 3U);
+    const char* left[] = {"1", "2", "5"};
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(copies.path_of(i), dir.path(left[i]));
+        EXPECT_EQ(copies.of(i)->result.member, i);
+    }
+}
+
 }  // namespace
 }  // namespace quill::zip

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "zip/archive_window.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+/// The password of the open archive. Only one that has opened a member is kept for later: a wrong one would lock what
+/// is added.
+namespace quill::zip {
+
+/// Reads members with one password after the other, until the user has no more or all are open.
+class PasswordTrial {
+  public:
+    /// Begins with the password that is known.
+    explicit PasswordTrial(arcview& w);
+
+    /// The password to read with.
+    const std::string& password() const { return password_; }
+
+    /// Notes how a member came out with it.
+    void note(const Member& member, const MemberResult& result);
+
+    /// Keeps the password where it has opened a member. Asks for another one where members need it, and returns the
+    /// rows of those; none where there are none or the user has no more passwords.
+    std::vector<std::size_t> next_rows();
+
+    /// Returns true where members need a password and the last one has opened none.
+    bool has_failed() const { return !locked_.empty() && !fits_; }
+
+  private:
+    arcview& w_;
+    std::string password_;
+    bool fits_ = false;                ///< it has opened a member
+    bool is_refused_ = false;          ///< it is certainly not that of a member
+    std::vector<std::size_t> locked_;  ///< members that it has not opened
+};
+
+/// Returns true where files can be added as the archive's own are: none is encrypted, or their password is known. Asks
+/// for it, and where the user does not know it, whether the files may go in without one.
+bool is_ready_to_add(arcview& w);
+
+}  // namespace quill::zip
