@@ -27,7 +27,8 @@ PagePictures::~PagePictures() {
 void PagePictures::ask(const QUrl& name, const std::string& path, platform::PictureSize bounds) {
     if (waiting_.contains(name)) return;
     const platform::PictureRequest request{.source = {.path = path}, .bounds = bounds};
-    waiting_[name] = pictures_.request(request, [this, name](const platform::Picture& picture) { take(name, picture); });
+    waiting_[name] =
+        pictures_.request(request, [this, name](const platform::Picture& picture) { take(name, picture); });
 }
 
 void PagePictures::drop_all() {
