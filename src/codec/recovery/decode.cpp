@@ -22,6 +22,30 @@ std::string count_of(std::uint64_t n, std::string_view things) {
     return std::to_string(n).append(" ").append(things);
 }
 
+/// Shortens `ranges` to their first `most` bytes. Returns true if any were dropped.
+bool keep_beginning(std::vector<Range>& ranges, std::uint64_t most) {
+    for (std::size_t i = 0; i < ranges.size(); ++i) {
+        const std::uint64_t size = ranges[i].end - ranges[i].begin;
+        if (size > most) {
+            ranges[i].end = ranges[i].begin + most;
+            ranges.resize(i + 1);
+            return true;
+        }
+        most -= size;
+    }
+    return false;
+}
+
+/// Decodes until at least `enough` bytes have come out, or all.
+std::string decode_until(const Attachment& attachment, std::span<const std::string_view> inputs, std::size_t enough) {
+    std::string out;
+    decode(attachment, inputs, [&](std::string_view bytes) {
+        out += bytes.substr(0, enough - out.size());
+        return out.size() < enough;
+    });
+    return out;
+}
+
 }  // namespace
 
 /// Passes over ranges that hold nothing, or that no input has.
@@ -224,13 +248,12 @@ Outcome decode(const Attachment& attachment, std::span<const std::string_view> i
 
 std::string decode_first_bytes(const Attachment& attachment, std::span<const std::string_view> inputs,
                                std::size_t most) {
-    std::string out;
     Attachment beginning = attachment;
-    for (Range& range : beginning.body) range.end = std::min(range.end, range.begin + 8 * most + 256);
-    decode(beginning, inputs, [&](std::string_view bytes) {
-        out += bytes.substr(0, most - out.size());
-        return out.size() < most;
-    });
+    const bool is_part = keep_beginning(beginning.body, 8 * most + 256);
+    const std::size_t sure = 4 * most;  // the last row, which may be cut in two, is beyond the first `most`
+    std::string out = decode_until(beginning, inputs, sure);
+    if (is_part && out.size() < sure) out = decode_until(attachment, inputs, most);
+    out.resize(std::min(out.size(), most));
     return out;
 }
 
