@@ -97,7 +97,7 @@ class Viewer : public ViewTest {
 TEST_F(Viewer, WindowsDrawTheirControls) {
     auto& list = column(2);
     expect_drawn(list, {"Image7", "VScroll1", "Timer1"});
-    expect_drawn(open(dir.path("photos/1000.png")), {"HScroll1", "VScroll1"});
+    expect_drawn(open(dir.path("photos/1000.png")), {"HScroll1", "VScroll1", "frame_time"});
     act([&] { program.routes.open_pictures(); });
     expect_drawn(*program.windows.loaded<viewer::frmOpen>(), {});
     act([&] { program.routes.open_favorites(); });
