@@ -124,7 +124,7 @@ ExitStatus create(const BookRequest& request, const Console& console) {
     if (!members) return report.failed(request.of_pictures ? request.book : request.start_page, members.error());
     if (const Status distinct = check_names(*members); !distinct) return report.failed(request.book, distinct.error());
     std::vector<zip::MemberFailure> failures;
-    const Status made = zip::make_archive(request.book, *members, *password, is_not_interrupted, failures);
+    const Status made = zip::make_archive(request.book, *members, {*password}, is_not_interrupted, failures);
     if (Interruption::caught()) return ExitStatus::failed;
     for (const auto& [file, error] : failures) report.fail(file, error);
     if (!made) return report.failed(request.book, made.error());

@@ -98,7 +98,8 @@ QWidget* MainWindowView::make_name_page() {
     add(1, w_.Label9, w_.Text3)->setEchoMode(QLineEdit::Password);
     layout->addWidget(bind(w_.Label10, text_label()), 2, 1);
     layout->addWidget(bind(w_.Label11, text_label()), 3, 1);
-    layout->setRowStretch(4, 1);
+    layout->addWidget(bind(w_.old_protection, new QCheckBox), 4, 1);
+    layout->setRowStretch(5, 1);
     on_sync([this, page, name, shown = Drawn<bool>()]() mutable {
         page->setVisible(w_.Text2.visible);
         shown.update(w_.Text2.visible, [name](bool now) {

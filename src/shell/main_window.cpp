@@ -46,6 +46,7 @@ void set_create_captions(swit& w) {
     w.Label6.text = "Name of file:";
     w.Label9.text = "Password?";
     w.Label10.text = "(Note: if you set a password you'll need to know it to open it)";
+    w.old_protection.caption = "Old programs can open it, too (weaker than AES-256)";
     w.Label11.text = "Password is optional, leaving it blank is o.k.";
     w.Check1.caption = "Keep paths";
     show_create_step(w, CreateStep::directory);
@@ -145,7 +146,7 @@ void show_create_step(swit& w, CreateStep step) {
     const StepControls shown = controls_of(step);
     w.Dir1.visible = w.Drive1.visible = w.Label5.visible = shown.directory;
     w.Label6.visible = w.Text2.visible = w.Label9.visible = w.Text3.visible = shown.name;
-    w.Label10.visible = w.Label11.visible = shown.name;
+    w.Label10.visible = w.Label11.visible = w.old_protection.visible = shown.name;
     w.List1.visible = w.Command3.visible = w.Check1.visible = w.Label12.visible = shown.files;
     w.open_made.visible = w.show_made.visible = shown.done;
     w.back.visible = shown.can_go_back;

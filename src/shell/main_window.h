@@ -83,6 +83,7 @@ struct swit : controls::Window {
     controls::TextBox Text2;                                       // name of the new file
     controls::Label Label9;                                        // "Password?"
     controls::TextBox Text3;                                       // its password
+    controls::CheckBox old_protection;                             // protect it as old programs know
     controls::Label Label10;                                       // what a password means
     controls::Label Label11;                                       // that none is needed
     controls::CheckBox Check1;                                     // keep the paths of the files
@@ -196,6 +197,7 @@ void visit_controls(swit& w, F&& f) {
     f("Text2", "Name of the new file", w.Text2);
     f("Label9", "Heading of the password", w.Label9);
     f("Text3", "Password of the new file", w.Text3);
+    f("old_protection", "Protect it as old programs know", w.old_protection);
     f("Label10", "What a password means", w.Label10);
     f("Label11", "Whether a password is needed", w.Label11);
     f("Check1", "Store directories with the names", w.Check1);

@@ -169,6 +169,26 @@ TEST_F(CreateWizard, GoingBackLosesNothing) {
     EXPECT_THAT(members("a.zip"), ElementsAre("a.gif", "b.png"));
 }
 
+TEST_F(CreateWizard, APasswordProtectsByAesUnlessOldProgramsAreToReadIt) {
+    for (const bool for_old_programs : {false, true}) {
+        begin(false);
+        const std::string name = for_old_programs ? "old" : "new";
+        next();
+        w.Text2.text = name;
+        w.Text3.text = "sesame";
+        w.old_protection.checked = for_old_programs;
+        next();
+        auto& chooser = *windows.loaded<cmdg>();
+        encoder::enter_directory(chooser, directory.path("site"));
+        select(chooser, {"a.gif"});
+        run(chooser.Command2.click);
+        const Result<zip::Archive> made = zip::Archive::open(directory.path("zip-htx directory/" + name + ".zip"));
+        ASSERT_TRUE(made.ok());
+        EXPECT_EQ(made->members().front().encryption(),
+                  for_old_programs ? archive::Encryption::traditional : archive::Encryption::aes256);
+    }
+}
+
 TEST_F(CreateWizard, FilesOfOneNameAreKeptOrReplacedAsTheUserSays) {
     directory.write("other/a.gif", "other");
     const struct {

@@ -21,10 +21,10 @@ Status add_text(ArchiveChange& change, const NewMember& member, const PackOption
 
 }  // namespace
 
-Status make_archive(const std::string& path, const std::vector<NewMember>& members, const std::string& password,
+Status make_archive(const std::string& path, const std::vector<NewMember>& members, const Protection& protection,
                     const Watch& watch, std::vector<MemberFailure>& failures) {
     if (files::exists(path)) return Error{ErrorCode::exists, 0, "there is a file of that name already"};
-    const PackOptions options{.password = password};
+    const PackOptions options{.password = protection.password, .encryption = protection.encryption};
     Result<ArchiveChange> change = ArchiveChange::begin(path, output_beside, watch);
     if (!change) return change.error();
     std::size_t added = 0;

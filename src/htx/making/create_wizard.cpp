@@ -143,12 +143,13 @@ void compress(Context& context, const std::vector<zip::NewMember>& members) {
     const std::string path = files::join(context.session.SelectedDir, context.session.SelectedFile);
     w.Label4.text = step_five;
     show_create_step(w, CreateStep::compressing);
+    const auto encryption = w.old_protection.checked ? archive::Encryption::traditional : archive::Encryption::aes256;
     std::vector<zip::MemberFailure> failures;
     Status made = Done{};
     {
         shell::LongRun run(context.platform, run_panel(w), "Compressing " + context.session.SelectedFile);
         made = zip::make_archive(
-            path, members, context.session.ZipPassword,
+            path, members, {context.session.ZipPassword, encryption},
             [&](const zip::Progress& done) { return run.goes_on(done.bytes_done, done.bytes); }, failures);
     }
     if (!made) {
@@ -236,6 +237,7 @@ void begin(Context& context) {
     w.List2.clear();
     w.Text2.text.clear();
     w.Text3.text.clear();
+    w.old_protection.checked = false;
     w.Check1.checked = false;
     context.session.BookWidth = 0;
     show_create_step(w, CreateStep::directory);

@@ -121,7 +121,7 @@ void make_book(HtxWiz& w, const std::string& path) {
         shell::LongRun run(platform, {w, w.doing, w.bar, w.bar_done, w.stop, w.stop_wanted},
                            "Making " + files::name_of(path));
         const auto watch = [&](const zip::Progress& done) { return run.goes_on(done.bytes_done, done.bytes); };
-        made = zip::make_archive(path, members, w.Text4.text, watch, failures);
+        made = zip::make_archive(path, members, {w.Text4.text}, watch, failures);
         if (made) extra = write_extra_files(w, path, members, where, run);
     }
     if (!made) {
