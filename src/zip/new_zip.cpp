@@ -182,6 +182,7 @@ std::int16_t NewZIP::save_copies(ArchiveView view, const std::vector<std::size_t
         const std::string copy = extracted_name(row);
         if (copy.empty()) return library_bad_call;
         items.push_back({path_in_work_dir(copy), row});
+        items.back().keeps_protection = password.empty();
     }
     const std::int16_t result = call_add(std::move(items), false, password);
     if (result != library_success) return result;

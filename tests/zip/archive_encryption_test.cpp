@@ -74,5 +74,22 @@ TEST(ArchiveEncryption, AnArchiveKeepsItsMethodWhateverIsAddedOrSaved) {
     }
 }
 
+TEST(ArchiveEncryption, ASavedMemberIsAsProtectedAsBefore) {
+    WindowProgram p(ArchiveBuilder().add("plain", "1").finish());
+    p.session.ZipPassword = "sesame";
+    p.archives.library().new_encryption = Encryption::aes256;
+    p.main_window.List4.assign({p.dir.write("locked", "content")});
+    ASSERT_EQ(p.archives.AddWizardItem(false), library_success);
+    p.platform.expect_input("password encoded", "sesame");
+    arcview& w = p.open();
+    p.change(0, "changed");
+    p.change(1, "changed, too");
+    w.List1.selected_rows = {0, 1};
+    w.savzipch.click();
+    EXPECT_THAT(encryptions(p), ::testing::ElementsAre(std::nullopt, Encryption::aes256));
+    EXPECT_EQ(p.stored(0), "changed");
+    EXPECT_EQ(p.stored(1), "changed, too");
+}
+
 }  // namespace
 }  // namespace quill::zip

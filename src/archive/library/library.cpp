@@ -93,6 +93,15 @@ Error failure_of(const ZipItem& item, const ZipStrings& strings, Error error) {
     return error;
 }
 
+/// Returns how `item` is packed: as the others, or like the member that it replaces.
+PackOptions options_of(const ArchiveChange& change, const ZipItem& item, PackOptions options) {
+    if (!item.number) return options;
+    const std::optional<archive::Encryption> old = change.old_members()[*item.number].encryption();
+    options.encryption = old.value_or(options.encryption);
+    if (item.keeps_protection && !old) options.password.clear();
+    return options;
+}
+
 }  // namespace
 
 std::string library_error_text(std::int16_t result) {
@@ -123,7 +132,7 @@ Status ZipLibrary::add_items(ArchiveChange& change, const ZipCommand& command, c
     PackOptions options;
     options.level = command.compressionLevel;
     if (command.usePassword == flag_on) options.password = strings.password;
-    const archive::Encryption encryption = change.usual_encryption().value_or(new_encryption);
+    options.encryption = change.usual_encryption().value_or(new_encryption);
     const bool keeps_paths = command.noDirectoryNames == flag_off;
     std::vector<PackedMember> packed;
     std::set<std::size_t> replaced;
@@ -131,16 +140,15 @@ Status ZipLibrary::add_items(ArchiveChange& change, const ZipCommand& command, c
         if (item.number && (!change.has(*item.number) || !replaced.insert(*item.number).second)) {
             return Error{ErrorCode::bad_argument, 0, "the archive has no such member"};
         }
-        options.encryption = encryption;
-        if (item.number) options.encryption = change.old_members()[*item.number].encryption().value_or(encryption);
-        Result<PackedMember> member = pack_item(change, item, name_of_item(item, keeps_paths), options);
+        const PackOptions own = options_of(change, item, options);
+        Result<PackedMember> member = pack_item(change, item, name_of_item(item, keeps_paths), own);
         if (!member) return failure_of(item, strings, member.error());
         packed.push_back(std::move(*member));
     }
     for (std::size_t i = 0; i < packed.size(); ++i) {
         const ZipItem& item = strings.itemList[i];
         if (item.number) {
-            change.replace(*item.number, std::move(packed[i]), options);
+            change.replace(*item.number, std::move(packed[i]), options_of(change, item, options));
         } else if (item.kind != EntryKind::directory) {
             change.put(std::move(packed[i]), options);
         } else if (Status added = change.add_directory(name_of_item(item, keeps_paths), item.modified); !added) {

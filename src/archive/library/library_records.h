@@ -109,6 +109,8 @@ struct ZipItem {
     EntryKind kind = EntryKind::file;
     std::string member = {};   ///< adding: the member's name; empty: from the path, as the command says
     std::time_t modified = 0;  ///< adding: of a directory
+    /// Adding with a number: it is encrypted only where the member that it replaces is.
+    bool keeps_protection = false;
 };
 
 /// The text record of `dzipVB`.
