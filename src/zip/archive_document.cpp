@@ -72,8 +72,9 @@ void show_title(arcview& w) {
 }
 
 void take_archive(arcview& w) {
+    const std::optional<files::FileStamp> before = std::exchange(w.stamp, files::stamp_through_links(w.ArchivePath));
     w.listed = w.archives.library().open(w.ArchivePath);
-    w.stamp = files::stamp_through_links(w.ArchivePath);
+    if (w.stamp != before) w.crc = crc_of_archive(w.ArchivePath, w.stamp);
     Result<files::MappedFile> bytes = files::MappedFile::open(w.ArchivePath);
     w.bytes.reset();
     if (bytes) w.bytes.emplace(std::move(*bytes));

@@ -65,6 +65,7 @@ struct arcview : controls::Window {
     controls::Label progress;           // how far an extraction is; never seen
     controls::TextBox IDC_ENCRYPTCODE;  // another password for what is saved; never seen
 
+
     // A long run in this window.
     controls::Label doing;       // what it is doing
     controls::Picture bar;       // its progress bar
@@ -127,6 +128,7 @@ struct arcview : controls::Window {
     std::shared_ptr<const OpenedArchive> listed;  // the archive as the rows show it; nullptr for a new one
     std::optional<files::MappedFile> bytes;       // its bytes, which stay when another program replaces it
     std::optional<files::FileStamp> stamp;        // its file as the rows show it
+    std::optional<std::uint32_t> crc;             // of its bytes; nullopt where they are too many to be read again
     std::map<std::size_t, MemberResult> tested;   // what the last test has found of each row
     std::vector<ArchiveState> undo_states;        // before each change, the last one at the end
     std::set<std::size_t> changed_rows;           // rows whose files other programs have changed

@@ -1,5 +1,6 @@
 #include "zip/foreign_changes.h"
 
+#include "checksum/checksum.h"
 #include "files/atomic_file.h"
 #include "files/path.h"
 #include "zip/archive_document.h"
@@ -17,9 +18,11 @@ std::optional<files::MappedFile> mapped(const std::string& path) {
 }
 
 /// Returns true where the file that `now` is of has the bytes that the rows show. One that was replaced is compared
-/// byte by byte.
+/// byte by byte, one that was written to or got another date by its size and checksum.
 bool has_same_bytes(const arcview& w, const files::FileStamp& now) {
-    if (now.same_file(*w.stamp)) return now.same_bytes(*w.stamp);
+    if (now.same_bytes(*w.stamp)) return true;
+    if (now.same_file(*w.stamp))
+        return now.size == w.stamp->size && w.crc && w.crc == crc_of_archive(w.ArchivePath, now);
     if (!w.bytes || w.bytes->changed() || now.size != w.bytes->bytes().size()) return false;
     const std::optional<files::MappedFile> other = mapped(w.ArchivePath);
     return other && other->bytes() == w.bytes->bytes() && !other->changed();
@@ -30,7 +33,7 @@ bool is_unchanged(arcview& w) {
     const std::optional<files::FileStamp> now = files::stamp_through_links(w.ArchivePath);
     if (now == w.stamp) return true;
     if (!now || !w.stamp || !has_same_bytes(w, *now)) return false;
-    if (!now->same_file(*w.stamp)) w.bytes = mapped(w.ArchivePath);
+    if (!now->same_bytes(*w.stamp)) w.bytes = mapped(w.ArchivePath);
     w.stamp = now;
     return true;
 }
@@ -89,6 +92,15 @@ bool resolve(arcview& w) {
 
 }  // namespace
 
+std::optional<std::uint32_t> crc_of_archive(const std::string& path, const std::optional<files::FileStamp>& stamp) {
+    constexpr std::size_t most = std::size_t{1} << 30U;  // bytes that are read while nothing else goes on
+    const std::optional<files::MappedFile> file = mapped(path);
+    if (!file || file->bytes().size() > most) return std::nullopt;
+    const std::uint32_t crc = quill::crc32(0, file->bytes());
+    const bool is_as_shown = files::stamp_through_links(path) == stamp;
+    return is_as_shown ? std::optional(crc) : std::nullopt;
+}
+
 bool archive_is_ours(arcview& w) {
     const Unwatched unwatched(w);
     return is_unchanged(w) || resolve(w);
@@ -96,9 +108,9 @@ bool archive_is_ours(arcview& w) {
 
 void notice_foreign_change(arcview& w) {
     const Unwatched unwatched(w);
-    if (is_unchanged(w)) return;
     const std::optional<files::FileStamp> now = files::stamp_through_links(w.ArchivePath);
-    if (w.asked_about && *w.asked_about == now) return;
+    const bool was_asked = w.asked_about && *w.asked_about == now;
+    if (was_asked || is_unchanged(w)) return;
     w.asked_about.emplace(now);
     resolve(w);
 }

@@ -93,6 +93,8 @@ TEST(ForeignChanges, WhatLeavesTheBytesIsNoChange) {
         {"a second name",
          [](auto& p) { std::filesystem::create_hard_link(p.dir.path("a.zip"), p.dir.path("second name")); }},
         {"a copy in its place", [](auto& p) { replace(p, ours()); }},
+        {"another date", [](auto& p) { std::filesystem::last_write_time(p.dir.path("a.zip"), {}); }},
+        {"the same bytes once more", [](auto& p) { p.dir.write("a.zip", ours()); }},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
@@ -105,6 +107,17 @@ TEST(ForeignChanges, WhatLeavesTheBytesIsNoChange) {
         w.undo.click();
         EXPECT_EQ(p.dir.read("a.zip"), ours());
     }
+}
+
+TEST(ForeignChanges, BytesOfTheSameSizeThatDifferAreAChange) {
+    WindowProgram p(ours());
+    arcview& w = p.open();
+    std::string theirs = ours();
+    theirs[theirs.find("as stored")] = 'A';
+    p.dir.write("a.zip", theirs);
+    p.platform.expect_choice("changed by another program", "&Cancel");
+    w.watch.tick();
+    w.watch.tick();
 }
 
 TEST(ForeignChanges, GoingOnWithOursKeepsWhoMayReadIt) {
