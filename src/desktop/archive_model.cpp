@@ -53,8 +53,7 @@ QString text_of(const RowDetails& details, int column) {
         case ArchiveModel::date_column:
             return date_of(details);
         default:
-            return details.condition == RowCondition::directory ? QString()
-                                                                : shown(zip::condition_text(details.condition));
+            return details.condition == RowCondition::directory ? QString() : shown(zip::state_text(details));
     }
 }
 

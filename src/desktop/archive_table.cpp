@@ -29,7 +29,7 @@ ArchiveTable::ArchiveTable(zip::arcview& window)
                   {ArchiveModel::packed_column, "1,000.0 MB  "},
                   {ArchiveModel::method_column, "deflated, locked  "},
                   {ArchiveModel::date_column, "2026-12-28 20:28   "},
-                  {ArchiveModel::condition_column, "WW Needs a password  "}});
+                  {ArchiveModel::condition_column, "WW Damaged: its CRC is wrong, or so"}});
     QObject::connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { report_scrolling(); });
 }
 

@@ -114,6 +114,7 @@ ArchiveWindowView::ArchiveWindowView(zip::arcview& window, EventLoop& events)
     middle->addWidget(make_list(), 3);
     middle->addWidget(make_panel(), 2);
     layout->addLayout(middle, 1);
+    layout->addWidget(make_row_state());
     layout->addWidget(make_facts());
     archive_frame().setCentralWidget(centre);
     archive_frame().dropped = [this](std::vector<std::string> paths) {
@@ -261,6 +262,15 @@ QWidget* ArchiveWindowView::make_list() {
     on_sync([this] { table_->sync(); });
     layout->addWidget(table_);
     return panel;
+}
+
+/// What is wrong with the selected member, where something is: the line stays while any is to be reported.
+QWidget* ArchiveWindowView::make_row_state() {
+    auto* state = new QLabel;
+    state->setWordWrap(true);
+    state->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    state->setMinimumHeight(line_height());
+    return bind(w_.row_state, state);
 }
 
 /// The line below the table: the hint at the left, what is known of the archive at the right.

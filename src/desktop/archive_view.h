@@ -46,6 +46,7 @@ class ArchiveWindowView final : public View {
     QToolButton* make_tool(int index, const char* caption);
     QToolButton* make_tool(ArchiveTool tool, const char* caption, const controls::MenuItem& item, QAction* action);
     QWidget* make_list();
+    QWidget* make_row_state();
     QWidget* make_facts();
     QWidget* make_panel();
 

@@ -84,7 +84,7 @@ void take_archive(arcview& w) {
     w.lock.enabled = !has_encrypted_members(w);
     w.nam.enabled = w.listed && w.listed->archive.has_names_without_sign();
     w.extract.enabled = w.exs.enabled = w.test.enabled = w.List1.count() != 0;
-    ++w.shown_revision;
+    show_row_states(w);
     RenderRows(w);
     show_title(w);
 }
@@ -95,7 +95,7 @@ void notice_changes(arcview& w) {
     const std::set<std::size_t> rows(changed.begin(), changed.end());
     if (rows != w.changed_rows) {
         w.changed_rows = rows;
-        ++w.shown_revision;
+        show_row_states(w);
         show_title(w);
     }
     notice_foreign_change(w);

@@ -8,6 +8,7 @@
 #include "zip/archive_leaving.h"
 #include "zip/archive_loading.h"
 #include "zip/archive_panel.h"
+#include "zip/archive_rows.h"
 #include "zip/archive_run.h"
 #include "zip/archive_saving.h"
 
@@ -121,7 +122,7 @@ void move_files(arcview& w) {
     const bool all_gone = !selected && moved.failed == 0 && !moved.stopped;
     if (all_gone) return clear_away_and_leave(w);
     w.Picture2.visible = moved.failed != 0 || moved.stopped;
-    ++w.shown_revision;
+    show_row_states(w);
     report(w, moved, target);
 }
 

@@ -143,7 +143,7 @@ void test_archive(arcview& w) {
             tally.add(opened->archive, result);
             w.tested.insert_or_assign(result.member, result);
         });
-    ++w.shown_revision;
+    show_row_states(w);
     if (done) {
         report_test(w, tally);
     } else {

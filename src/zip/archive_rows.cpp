@@ -3,6 +3,7 @@
 #include "archive/container/format.h"
 #include "files/path.h"
 #include "text/ascii.h"
+#include "text/printable.h"
 #include "zip/member_rows.h"
 
 #include <algorithm>
@@ -80,6 +81,29 @@ std::vector<std::string> sentences_of(const MemberResult& result) {
     return sentences;
 }
 
+/// Returns what is to be known of a row that is not as it should be; empty for others.
+std::string state_in_words(arcview& w, std::size_t row) {
+    const RowDetails details = row_details(w, row);
+    if (details.directory || !needs_words(details.condition)) return {};
+    std::string text = text::printable(details.name) + ": " + state_text(details);
+    for (std::size_t i = 1; i < details.problems.size(); ++i) text += "; " + details.problems[i];
+    return text + '.';
+}
+
+bool any_row_needs_words(const arcview& w) {
+    if (!w.listed) return false;
+    const std::vector<Member>& members = w.listed->archive.members();
+    for (std::size_t row = 0; row < members.size(); ++row) {
+        if (needs_words(condition_of(w, row, members[row]))) return true;
+    }
+    return false;
+}
+
+void describe_selected_row(arcview& w) {
+    const std::optional<std::size_t> row = w.List1.selected;
+    w.row_state.text = row && *row < w.List1.count() ? state_in_words(w, *row) : std::string();
+}
+
 }  // namespace
 
 std::vector<std::size_t> all_rows(const arcview& w) {
@@ -149,8 +173,15 @@ void select_page_row(arcview& w) {
     show_program_icon(w);
 }
 
+void show_row_states(arcview& w) {
+    ++w.shown_revision;
+    w.row_state.visible = any_row_needs_words(w);
+    describe_selected_row(w);
+}
+
 void show_selected_row(arcview& w) {
     show_program_icon(w);
+    describe_selected_row(w);
     if (w.List1.selected) {
         const std::size_t row = *w.List1.selected;
         if (row < w.ListTop) turn_page_to(w, row);
@@ -180,6 +211,17 @@ std::string_view condition_text(RowCondition condition) {
     static constexpr std::array<std::string_view, condition_count> texts = {
         "Verified", "Whole", "Directory", "Changed", "Not unpacked", "Needs a password", "Damaged", "Refused"};
     return texts.at(static_cast<std::size_t>(condition));
+}
+
+bool needs_words(RowCondition condition) {
+    return condition > RowCondition::directory;
+}
+
+std::string state_text(const RowDetails& details) {
+    std::string text(condition_text(details.condition));
+    if (details.condition == RowCondition::changed) return text + " by another program since it was unpacked";
+    if (needs_words(details.condition) && !details.problems.empty()) text += ": " + details.problems.front();
+    return text;
 }
 
 void sort_rows(arcview& w, RowKey key, std::vector<std::size_t>& rows) {

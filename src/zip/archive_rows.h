@@ -63,11 +63,20 @@ RowCondition condition_of(const MemberResult& result);
 /// Returns the problem that takes most away from the member, the first of those; nullptr where there is none.
 const Problem* worst_problem(const MemberResult& result);
 
+/// Shows what is known of the rows now: views read them again, and `row_state` describes the selected one.
+void show_row_states(arcview& w);
+
 /// REQUIRES: row < List1.count(). Reads no file.
 RowDetails row_details(arcview& w, std::size_t row);
 
 /// "Verified", "Needs a password" ...
 std::string_view condition_text(RowCondition condition);
+
+/// Returns whether there is more to say of a row of that condition: its file is not there as the archive has it.
+bool needs_words(RowCondition condition);
+
+/// "Verified", or what is wrong and the worst reason: "Damaged: its checksum does not agree".
+std::string state_text(const RowDetails& details);
 
 /// What rows can be sorted by.
 enum class RowKey : std::uint8_t { name, size, packed, method, date, condition };

@@ -73,6 +73,7 @@ void hide_what_starts_hidden(arcview& w) {
     w.Label2.visible = w.Label24.visible = false;  // the path shows the directory, and the list is plain to see
     w.Command1.visible = w.Label3.visible = w.progress.visible = w.IDC_ENCRYPTCODE.visible = false;
     w.Image2.for_each([](int, controls::Picture& picture) { picture.visible = false; });
+    w.row_state.visible = false;
     w.lodnone.enabled = w.undo.enabled = false;
 }
 

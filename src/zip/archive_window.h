@@ -65,6 +65,7 @@ struct arcview : controls::Window {
     controls::Label progress;           // how far an extraction is; never seen
     controls::TextBox IDC_ENCRYPTCODE;  // another password for what is saved; never seen
 
+    controls::Label row_state;  // what is wrong with the selected member, and why
 
     // A long run in this window.
     controls::Label doing;       // what it is doing
@@ -182,6 +183,7 @@ void visit_controls(arcview& w, F&& f) {
     f("Label13", "What the button does", w.Label13);
     f("Label3", "Number of the window", w.Label3);
     f("progress", "Progress of the extraction", w.progress);
+    f("row_state", "State of the selected member", w.row_state);
     f("doing", "What is being done", w.doing);
     f("bar", "Progress", w.bar);
     f("bar_done", "Progress made", w.bar_done);

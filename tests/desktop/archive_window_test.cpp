@@ -71,7 +71,7 @@ TEST_F(ArchiveWindowTest, ShowsEachMemberAsTheArchiveHasIt) {
     EXPECT_EQ(cell(0, ArchiveModel::method_column), "stored");
     EXPECT_EQ(cell(0, ArchiveModel::date_column), "2025-03-11 17:33");
     EXPECT_EQ(cell(0, ArchiveModel::condition_column), "Verified");
-    EXPECT_EQ(cell(1, ArchiveModel::condition_column), "Damaged");
+    EXPECT_EQ(cell(1, ArchiveModel::condition_column), "Damaged: its CRC is wrong");
     EXPECT_EQ(cell(2, ArchiveModel::condition_column), "");
 }
 

@@ -225,5 +225,36 @@ TEST(Testing, AsksForThePasswordAndSaysWhatItMissed) {
     }
 }
 
+TEST(RowStates, TheReasonIsShownInTheRowAndInTheLineBelow) {
+    WindowProgram p(
+        ArchiveBuilder().add("good", "1").add("bad", "2", {.crc = 1}).add("odd", "3", {.method = 77}).finish());
+    p.platform.expect_message("The list shows which");
+    arcview& w = p.open();
+    EXPECT_TRUE(w.row_state.visible);
+    const std::pair<std::size_t, const char*> cases[] = {
+        {0, ""}, {1, "bad: Damaged: its CRC is wrong"}, {2, "odd: Refused: its method"}};
+    for (const auto& [row, text] : cases) {
+        w.List1.selected = row;
+        w.List1.change();
+        EXPECT_THAT(w.row_state.text, ::testing::StartsWith(text));
+        EXPECT_EQ(w.row_state.text.empty(), row == 0);
+    }
+    EXPECT_EQ(state_text(row_details(w, 0)), "Verified");
+    EXPECT_EQ(state_text(row_details(w, 1)), "Damaged: its CRC is wrong");
+}
+
+TEST(RowStates, AFileThatAnotherProgramChangesIsReportedWhileItsRowIsSelected) {
+    WindowProgram p(with_one_top());
+    arcview& w = p.open();
+    w.List1.selected = 1;
+    EXPECT_FALSE(w.row_state.visible);
+    p.change(1, "by an editor");
+    w.watch.tick();
+    EXPECT_TRUE(w.row_state.visible);
+    EXPECT_THAT(w.row_state.text, HasSubstr("Changed"));
+    w.savzipch.click();
+    EXPECT_FALSE(w.row_state.visible);
+}
+
 }  // namespace
 }  // namespace quill::zip
