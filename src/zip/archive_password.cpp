@@ -1,6 +1,8 @@
 #include "zip/archive_password.h"
 
 #include "zip/archive_encryption.h"
+#include "zip/archive_rows.h"
+#include "zip/archive_run.h"
 
 #include <algorithm>
 #include <utility>
@@ -23,31 +25,32 @@ bool proves_password(const Member& member, const MemberResult& result) {
     return member.is_encrypted() && is_whole && (member.is_aes() || member.uncompressed_size != 0);
 }
 
-/// The encrypted members that are read fastest.
-std::vector<std::size_t> smallest_encrypted(const std::vector<Member>& members) {
+/// Those of `rows` that are encrypted and are read fastest.
+std::vector<std::size_t> smallest_encrypted(const arcview& w, std::vector<std::size_t> rows) {
     constexpr std::size_t most = 4;
-    std::vector<std::size_t> numbers;
-    for (std::size_t i = 0; i < members.size(); ++i) {
-        if (members[i].is_encrypted() && members[i].uncompressed_size != 0) numbers.push_back(i);
-    }
-    std::stable_sort(numbers.begin(), numbers.end(), [&](std::size_t a, std::size_t b) {
+    const std::vector<Member>& members = w.listed->archive.members();
+    std::erase_if(rows,
+                  [&](std::size_t row) { return !members[row].is_encrypted() || members[row].uncompressed_size == 0; });
+    std::stable_sort(rows.begin(), rows.end(), [&](std::size_t a, std::size_t b) {
         return members[a].uncompressed_size < members[b].uncompressed_size;
     });
-    numbers.resize(std::min(numbers.size(), most));
-    return numbers;
+    rows.resize(std::min(rows.size(), most));
+    return rows;
 }
 
-bool opens_a_member(arcview& w, const std::string& password) {
+/// Returns true where the password opens one of the members `rows`, or the user stops the trial.
+bool opens_one_of(arcview& w, const std::vector<std::size_t>& rows, const std::string& password) {
     const Archive& archive = w.listed->archive;
+    ArchiveRun run(w, "Trying the password");
     ExtractOptions options;
     options.password = password;
     options.limits = w.archives.library().limits;
+    options.progress = [&run](const Progress& done) { return run.goes_on(done); };
     bool opens = false;
-    const Status read =
-        test_members(archive, smallest_encrypted(archive.members()), options, [&](const MemberResult& result) {
-            opens = opens || proves_password(archive.members()[result.member], result);
-        });
-    return read.ok() && opens;
+    const Status read = test_members(archive, rows, options, [&](const MemberResult& result) {
+        opens = opens || proves_password(archive.members()[result.member], result);
+    });
+    return w.stop_wanted || (read.ok() && opens);
 }
 
 }  // namespace
@@ -72,14 +75,27 @@ std::vector<std::size_t> PasswordTrial::next_rows() {
     return std::exchange(locked_, {});
 }
 
+bool find_password(arcview& w, const std::vector<std::size_t>& rows) {
+    const std::vector<std::size_t> encrypted = smallest_encrypted(w, rows);
+    if (encrypted.empty()) return true;
+    std::string password = w.context.session.ZipPassword;
+    while (!opens_one_of(w, encrypted, password)) {
+        password = w.context.platform.input({.text = password_again, .secret = true});
+        if (password.empty()) return false;
+    }
+    w.context.session.ZipPassword = password;
+    return true;
+}
+
 bool is_ready_to_add(arcview& w) {
     std::string& password = w.context.session.ZipPassword;
     if (!has_encrypted_members(w) || !password.empty()) return true;
+    const std::vector<std::size_t> encrypted = smallest_encrypted(w, all_rows(w));
     const char* text = password_to_add;
     while (true) {
         const std::string answer = w.context.platform.input({.text = text, .secret = true});
         if (answer.empty()) return w.context.platform.ask({.text = add_openly, .no_is_default = true});
-        if (opens_a_member(w, answer)) {
+        if (opens_one_of(w, encrypted, answer)) {
             password = answer;
             return true;
         }

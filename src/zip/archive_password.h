@@ -37,6 +37,11 @@ class PasswordTrial {
     std::vector<std::size_t> locked_;  ///< members that it has not opened
 };
 
+/// Makes sure that the password opens one of the members `rows` that are encrypted, and asks for another one until it
+/// does: a wrong one may pass the first check of the traditional encryption and give wrong bytes. Returns false where
+/// the user has none.
+bool find_password(arcview& w, const std::vector<std::size_t>& rows);
+
 /// Returns true where files can be added as the archive's own are: none is encrypted, or their password is known. Asks
 /// for it, and where the user does not know it, whether the files may go in without one.
 bool is_ready_to_add(arcview& w);

@@ -35,12 +35,16 @@ ExtractOptions options_for(arcview& w, const std::string& password, ArchiveRun& 
 Status read_rows(arcview& w, const std::string& doing, std::vector<std::size_t> rows, const ReadRows& read,
                  const std::function<void(const MemberResult&)>& take) {
     const std::vector<Member>& members = w.listed->archive.members();
+    w.stop_wanted = false;
+    const bool has_password = find_password(w, rows);
+    if (w.stop_wanted) return Error{ErrorCode::cancelled, 0, "stopped"};
     PasswordTrial trial(w);
     std::map<std::size_t, MemberResult> locked;
     Status done = Done{};
     while (done && !rows.empty()) {
         ArchiveRun run(w, doing);
-        done = read(rows, options_for(w, trial.password(), run), [&](MemberResult result) {
+        const std::string password = has_password ? trial.password() : std::string();
+        done = read(rows, options_for(w, password, run), [&](MemberResult result) {
             const bool is_read = !result.needs_password;
             if (!is_read || result.verdict != Verdict::damaged) trial.note(members[result.member], result);
             if (is_read) {
@@ -51,7 +55,7 @@ Status read_rows(arcview& w, const std::string& doing, std::vector<std::size_t> 
             }
         });
         rows.clear();
-        if (done && !w.stop_wanted) rows = trial.next_rows();
+        if (done && !w.stop_wanted && has_password) rows = trial.next_rows();
     }
     for (const auto& [member, result] : locked) take(result);
     return done;
@@ -123,7 +127,7 @@ void extract_files(arcview& w) {
     }
     if (done) {
         report_extraction(w, tally, directory);
-    } else {
+    } else if (done.error().code != ErrorCode::cancelled) {
         w.context.platform.message("The files could not be extracted to " + directory + ": " + done.error().text + ".");
     }
 }
@@ -146,7 +150,7 @@ void test_archive(arcview& w) {
     show_row_states(w);
     if (done) {
         report_test(w, tally);
-    } else {
+    } else if (done.error().code != ErrorCode::cancelled) {
         w.context.platform.message("The archive could not be tested: " + done.error().text + ".");
     }
 }

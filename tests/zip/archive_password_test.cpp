@@ -1,6 +1,7 @@
 #include "zip/archive_password.h"
 
 #include "zip/archive_actions.h"
+#include "zip/archive_panel.h"
 #include "zip/archive_rows.h"
 #include "zip/archive_window_fixture.h"
 
@@ -94,6 +95,37 @@ TEST(ArchivePasswords, ATestKeepsOnlyTheOneThatFits) {
     p.platform.expect_message("all are as they were packed");
     w.test.click();
     EXPECT_EQ(p.session.ZipPassword, "second");
+}
+
+/// A wrong password that the first check of the traditional encryption lets pass.
+std::string password_like_the_right_one(const Archive& archive) {
+    for (int i = 0;; ++i) {
+        ExtractOptions options;
+        options.password = "wrong " + std::to_string(i);
+        bool passes = false;
+        EXPECT_TRUE(test_members(archive, {0}, options, [&](const MemberResult& r) { passes = !r.needs_password; }));
+        if (passes) return options.password;
+    }
+}
+
+TEST(ArchivePasswords, AWrongOneThatPassesTheFirstCheckExtractsNothing) {
+    WindowProgram p(ArchiveBuilder().finish());
+    add_locked(p, "locked", "secret", Encryption::traditional);
+    const std::string wrong = password_like_the_right_one(*Archive::open(p.dir.path("a.zip")));
+    p.platform.expect_input("password encoded", "secret");
+    arcview& w = p.open();
+    for (const bool gives_up : {false, true}) {
+        SCOPED_TRACE(gives_up);
+        p.session.ZipPassword = wrong;
+        w.extract.click();
+        show_panel_directory(w, p.dir.make_directory(gives_up ? "kept out" : "target"));
+        w.own_folder.checked = w.opens_folder.checked = false;
+        p.platform.expect_input("does not seem to be the right one", gives_up ? "" : "secret");
+        p.platform.expect_message(gives_up ? "1 in need of another password" : "1 file extracted");
+        w.Command2.click();
+    }
+    EXPECT_EQ(p.dir.read("target/locked"), "content of locked");
+    EXPECT_FALSE(p.dir.has("kept out/locked"));
 }
 
 }  // namespace
