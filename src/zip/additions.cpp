@@ -11,8 +11,10 @@
 #include <algorithm>
 #include <optional>
 #include <set>
+#include <span>
 #include <unistd.h>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace quill::zip {
 namespace {
@@ -39,6 +41,29 @@ constexpr AnswerRow answers[] = {{Answer::replace, "&Replace it"},
                                  {Answer::keep_both_all, "Keep &both of all"},
                                  {Answer::cancel, "&Cancel"}};
 
+constexpr AnswerRow answers_where_none_can_go[] = {
+    {Answer::keep_both, "&Keep both"}, {Answer::keep_both_all, "Keep &both of all"}, {Answer::cancel, "&Cancel"}};
+
+Answer choose(platform::Platform& platform, const std::string& text, std::span<const AnswerRow> rows) {
+    platform::Choices choices;
+    choices.text = text;
+    choices.title = "Add files";
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        choices.answers.emplace_back(rows[i].caption);
+        if (rows[i].answer == Answer::keep_both) choices.default_answer = i;
+    }
+    choices.escape_answer = rows.size() - 1;
+    return rows[platform.choose(choices)].answer;
+}
+
+/// Calls f(directory) for each directory on the way to `member`, outer ones first, until it returns true.
+template <class F>
+void for_each_directory(const std::string& member, F&& f) {
+    for (std::size_t at = member.find('/'); at != std::string::npos; at = member.find('/', at + 1)) {
+        if (f(member.substr(0, at))) return;
+    }
+}
+
 /// What has a name already.
 struct Holder {
     std::optional<std::size_t> member;  ///< of the archive
@@ -51,13 +76,21 @@ class Naming {
     Naming(platform::Platform& platform, const OpenedArchive* opened) : platform_(platform) {
         if (opened == nullptr) return;
         const std::vector<Member>& members = opened->archive.members();
-        for (std::size_t i = 0; i < members.size(); ++i) holders_[std::string(members[i].name)] = {i, {}};
+        for (std::size_t i = 0; i < members.size(); ++i) {
+            const std::string name(members[i].name);
+            if (!members[i].is_directory()) holders_[name] = {i, {}};
+            note_directories(name);
+        }
     }
 
     /// Returns false where the user cancels.
     bool name_all(std::vector<ZipItem>& items) {
         for (std::size_t i = 0; i < items.size(); ++i) {
-            if (items[i].kind == EntryKind::directory) continue;
+            const bool is_directory = items[i].kind == EntryKind::directory;
+            if (!settle_directories(items[i].member, is_directory)) return false;
+            note_directories(items[i].member + (is_directory ? "/" : ""));
+            if (is_directory) continue;
+            if (directories_.contains(items[i].member) && !settle_as_directory(items[i].member)) return false;
             const auto holder = holders_.find(items[i].member);
             if (holder != holders_.end() && !settle(items, i, holder->second)) return false;
             const bool replaces = holder != holders_.end() && holder->second.item == i;
@@ -68,6 +101,49 @@ class Naming {
     }
 
   private:
+    void note_directories(const std::string& member) {
+        for_each_directory(member, [&](std::string directory) {
+            directories_.insert(std::move(directory));
+            return false;
+        });
+    }
+
+    /// Gives a directory on the way to `member` another name where a file has its name, which no directory can replace.
+    bool settle_directories(std::string& member, bool is_directory) {
+        const std::string way = is_directory ? member + '/' : member;
+        std::string taken;
+        for_each_directory(way, [&](const std::string& directory) {
+            if (holders_.contains(directory)) taken = directory;
+            return !taken.empty();
+        });
+        if (taken.empty()) return true;
+        std::string& name = renamed_[taken];
+        if (name.empty()) {
+            const std::string text =
+                "A file of the archive is called " + text::printable(taken) + ", like a folder that is to be added.";
+            if (!may_keep_both(text)) return false;
+            name = free_name(taken);
+        }
+        member = name + member.substr(taken.size());
+        return true;
+    }
+
+    /// Gives a file another name where the archive has a directory of its name.
+    bool settle_as_directory(std::string& member) {
+        const std::string text =
+            "A folder of the archive is called " + text::printable(member) + ", like a file that is to be added.";
+        if (!may_keep_both(text)) return false;
+        member = free_name(member);
+        return true;
+    }
+
+    bool may_keep_both(const std::string& text) {
+        if (for_all_ == Answer::keep_both_all) return true;
+        const Answer answer = choose(platform_, text, answers_where_none_can_go);
+        if (answer == Answer::keep_both_all) for_all_ = answer;
+        return answer != Answer::cancel;
+    }
+
     bool settle(std::vector<ZipItem>& items, std::size_t i, Holder& holder) {
         const Answer answer = for_all_ ? *for_all_ : ask(items[i].member, holder);
         if (answer == Answer::cancel) return false;
@@ -83,14 +159,10 @@ class Naming {
     }
 
     Answer ask(const std::string& member, const Holder& holder) {
-        platform::Choices choices;
-        choices.text = holder.item ? "Several of the files to be added are called " + text::printable(member) + "."
-                                   : text::printable(member) + " is in the archive already.";
-        choices.title = "Add files";
-        for (const AnswerRow& row : answers) choices.answers.emplace_back(row.caption);
-        choices.default_answer = static_cast<std::size_t>(Answer::keep_both);
-        choices.escape_answer = static_cast<std::size_t>(Answer::cancel);
-        return answers[platform_.choose(choices)].answer;
+        return choose(platform_,
+                      holder.item ? "Several of the files to be added are called " + text::printable(member) + "."
+                                  : text::printable(member) + " is in the archive already.",
+                      answers);
     }
 
     std::string free_name(const std::string& member) {
@@ -98,13 +170,15 @@ class Naming {
         for (unsigned& n = last_numbers_[member];;) {
             n = std::max(n + 1, 2U);
             std::string numbered = files::join(dir, files::numbered_name(name, n));
-            if (!holders_.contains(numbered)) return numbered;
+            if (!holders_.contains(numbered) && !directories_.contains(numbered)) return numbered;
         }
     }
 
     platform::Platform& platform_;
     std::optional<Answer> for_all_;
     std::unordered_map<std::string, Holder> holders_;  // by the name
+    std::unordered_set<std::string> directories_;
+    std::unordered_map<std::string, std::string> renamed_;  // directories, by the names that files have
     std::unordered_map<std::string, unsigned> last_numbers_;
 };
 

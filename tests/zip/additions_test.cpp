@@ -63,6 +63,36 @@ TEST(Additions, ATakenNameIsAskedAbout) {
     }
 }
 
+TEST(Additions, AFileAndADirectoryOfOneNameAreAskedAbout) {
+    const struct {
+        const char* what;
+        const char* file;  ///< is written and added with all that is in its first directory
+        const char* answer;
+        std::vector<std::string> names;
+    } cases[] = {
+        {"a file like a directory", "from/d", "&Keep both", {"d/below", "letter", "d (2)"}},
+        {"the user cancels", "from/d", "&Cancel", {"d/below", "letter"}},
+        {"a directory like a file",
+         "from/letter/x/y",
+         "&Keep both",
+         {"d/below", "letter", "letter (2)/", "letter (2)/x/", "letter (2)/x/y"}},
+        {"a directory, and the user cancels", "from/letter/x/y", "&Cancel", {"d/below", "letter"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        WindowProgram p(ArchiveBuilder().add("d/below", "2").add("letter", "as stored").finish());
+        arcview& w = p.open();
+        p.dir.write(c.file, "new");
+        const std::string name = std::string(c.file).substr(5);
+        p.platform.expect_choice("called " + name.substr(0, name.find('/')), c.answer);
+        add_files(w, {p.dir.path("from/" + name.substr(0, name.find('/')))});
+        EXPECT_EQ(p.names(), c.names);
+        EXPECT_EQ(p.stored(1), "as stored");
+        if (c.names.size() == 2) continue;
+        EXPECT_EQ(p.stored(c.names.size() - 1), "new");
+    }
+}
+
 TEST(Additions, ADirectoryGoesInWithItsTreeAndNoLinkIsFollowed) {
     WindowProgram p(ArchiveBuilder().add("tree/a", "old").finish());
     p.dir.write("secret/key", "not to be packed");
