@@ -8,6 +8,8 @@
 namespace quill::shell {
 namespace {
 
+constexpr std::string_view unpack_apart = "/unp";
+
 bool is_switch(std::string_view line) {
     return line.starts_with("/un") || line.starts_with("/vi") || line.starts_with("/ue") || line.starts_with("/um");
 }
@@ -15,7 +17,8 @@ bool is_switch(std::string_view line) {
 /// Whether the rest of the line behind `argument` is taken as it stands.
 bool takes_rest_whole(const std::string& argument) {
     constexpr std::size_t switch_length = 3;
-    return argument == "&" || (argument.size() == switch_length && is_switch(argument) && !names_a_file(argument));
+    const bool is_one = argument == unpack_apart || (argument.size() == switch_length && is_switch(argument));
+    return argument == "&" || (is_one && !names_a_file(argument));
 }
 
 std::string absolute_argument(const std::string& argument) {
@@ -29,10 +32,9 @@ void drop_outer_quotes(std::string& line) {
     if (line.starts_with('"')) line.erase(0, 1);
 }
 
-/// The line behind a switch and the character that follows it.
-std::string behind_switch(const std::string& line) {
-    constexpr std::size_t length = 4;
-    return line.size() <= length ? std::string() : line.substr(length);
+/// The line behind a switch of `length` characters and the character that follows it.
+std::string behind_switch(const std::string& line, std::size_t length = 3) {
+    return line.size() <= length + 1 ? std::string() : line.substr(length + 1);
 }
 
 }  // namespace
@@ -66,10 +68,9 @@ Start parse_command_line(const std::string& line, const std::function<bool(const
         const std::string behind(text::trim(std::string_view(rest).substr(1)));
         if (is_file(behind)) rest = behind;
     }
-    if (has_switch("/un")) {
-        rest = behind_switch(rest);
-        start.open_at_once = true;
-    }
+    start.open_at_once = has_switch("/un");
+    start.unpacks_apart = start.open_at_once && (rest == unpack_apart || rest.starts_with("/unp "));
+    if (start.open_at_once) rest = behind_switch(rest, start.unpacks_apart ? unpack_apart.size() : 3);
     start.create_htx = has_switch("/um");
     start.create = start.create_htx || has_switch("/ue");
     if (start.create) return start;

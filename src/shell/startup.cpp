@@ -72,6 +72,7 @@ bool follow_command_line(Context& context) {
         return false;
     }
     offer_file(context, start.path);
+    if (start.unpacks_apart) context.session.WorkDir = w.Text1.text;
     if (start.open_at_once) openarchive(context);
     if (start.view_only) show_contents(context);
     return true;

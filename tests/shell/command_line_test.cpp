@@ -27,23 +27,25 @@ TEST_P(CommandLine, IsTakenApart) {
     EXPECT_EQ(parse_command_line(GetParam().line, names_a_file), GetParam().start);
 }
 
-INSTANTIATE_TEST_SUITE_P(Kinds, CommandLine,
-                         testing::Values(LineCase{"?", {.no_file = true, .hides_options = true}},
-                                         LineCase{"/a/b.mim", {.path = "/a/b.mim"}},              //
-                                         LineCase{"\"/a b/c d.mim\"", {.path = "/a b/c d.mim"}},  //
-                                         LineCase{"/a/b.mim\"", {.path = "/a/b.mim"}},            // each end by itself
-                                         LineCase{"\"", {.hides_options = true}},                 //
-                                         LineCase{"\"\"", {.hides_options = true}},               //
-                                         LineCase{"/un /a/x.zip", {.open_at_once = true, .path = "/a/x.zip"}},
-                                         LineCase{"/un \"/a/my x.zip\"",
-                                                  {.open_at_once = true, .path = "\"/a/my x.zip"}},
-                                         LineCase{"\"/un /a/my x.zip\"", {.open_at_once = true, .path = "/a/my x.zip"}},
-                                         LineCase{"/un", {.hides_options = true, .open_at_once = true}},
-                                         LineCase{"/UN x", {.path = "/UN x"}},  // switches know their case
-                                         LineCase{"/vi /a/x.htx", {.view_only = true, .path = "/a/x.htx"}},
-                                         LineCase{"/ue", {.create = true, .path = "/ue"}},
-                                         LineCase{"/ue and more", {.create = true, .path = "/ue and more"}},
-                                         LineCase{"/um", {.create = true, .create_htx = true, .path = "/um"}}));
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, CommandLine,
+    testing::Values(LineCase{"?", {.no_file = true, .hides_options = true}},
+                    LineCase{"/a/b.mim", {.path = "/a/b.mim"}},              //
+                    LineCase{"\"/a b/c d.mim\"", {.path = "/a b/c d.mim"}},  //
+                    LineCase{"/a/b.mim\"", {.path = "/a/b.mim"}},            // each end by itself
+                    LineCase{"\"", {.hides_options = true}},                 //
+                    LineCase{"\"\"", {.hides_options = true}},               //
+                    LineCase{"/un /a/x.zip", {.open_at_once = true, .path = "/a/x.zip"}},
+                    LineCase{"/un \"/a/my x.zip\"", {.open_at_once = true, .path = "\"/a/my x.zip"}},
+                    LineCase{"\"/un /a/my x.zip\"", {.open_at_once = true, .path = "/a/my x.zip"}},
+                    LineCase{"/unp /a/my x.zip", {.open_at_once = true, .unpacks_apart = true, .path = "/a/my x.zip"}},
+                    LineCase{"/unpacked/x.zip", {.open_at_once = true, .path = "acked/x.zip"}},
+                    LineCase{"/un", {.hides_options = true, .open_at_once = true}},
+                    LineCase{"/UN x", {.path = "/UN x"}},  // switches know their case
+                    LineCase{"/vi /a/x.htx", {.view_only = true, .path = "/a/x.htx"}},
+                    LineCase{"/ue", {.create = true, .path = "/ue"}},
+                    LineCase{"/ue and more", {.create = true, .path = "/ue and more"}},
+                    LineCase{"/um", {.create = true, .create_htx = true, .path = "/um"}}));
 
 /// What a program reads that is started with `arguments`.
 Start start_with(const std::vector<std::string>& arguments) {
@@ -61,6 +63,7 @@ TEST(Arguments, AreOneLineWithBlanksQuotedAndPathsAbsolute) {
         {{"./x.mim"}, here + "x.mim"},
         {{"my mail.mim"}, "\"" + here + "my mail.mim\""},
         {{"/un", "x.zip"}, "/un " + here + "x.zip"},
+        {{"/unp", "x y.zip"}, "/unp " + here + "x y.zip"},
         {{"/vi", "my x.zip"}, "/vi " + here + "my x.zip"},
         {{"/ue"}, "/ue"},
         {{"a b", "c d"}, "\"" + here + "a b\" \"" + here + "c d\""},
