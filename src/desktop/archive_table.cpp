@@ -58,16 +58,20 @@ void ArchiveTable::keyboardSearch(const QString& search) {
 
 /// Hands the selected members out as files, by their paths, which every program understands.
 void ArchiveTable::startDrag(Qt::DropActions) {
+    const zip::Handed handed = zip::files_to_hand_out(window_);
+    const auto report = [&] {
+        if (left_out && !handed.without_file.empty()) left_out(handed.without_file);
+    };
+    if (handed.paths.empty()) return report();
     QList<QUrl> files;
-    for (const std::string& path : zip::files_to_drag(window_)) files.append(file_url(path));
-    if (files.isEmpty()) return;
+    for (const std::string& path : handed.paths) files.append(file_url(path));
     auto* urls = new QMimeData;
     urls->setUrls(files);
     auto* drag = new QDrag(this);
     drag->setMimeData(urls);
     drag->setPixmap(
         model_.data(currentIndex().siblingAtColumn(0), Qt::DecorationRole).value<QIcon>().pixmap(iconSize()));
-    drag->exec(Qt::CopyAction);
+    if (drag->exec(Qt::CopyAction) != Qt::IgnoreAction) report();
 }
 
 }  // namespace quill::desktop

@@ -27,6 +27,9 @@ class ArchiveTable final : public RowTable {
 
     std::function<void(std::size_t member)> scrolled;  ///< the first row in sight, while in the archive's order
 
+    /// The selected members that had no file to drag, after the others were dropped.
+    std::function<void(const std::vector<std::size_t>& members)> left_out;
+
   protected:
     void refresh_rows() override { model_.refresh(); }
     std::size_t item_at(int row) const override { return model_.member_at(row); }

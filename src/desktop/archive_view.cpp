@@ -254,6 +254,9 @@ QWidget* ArchiveWindowView::make_list() {
     table_->selection_changed = [this] { hand_in(w_.List1.change); };
     table_->acted = [this] { hand_in(w_.List1.double_click); };
     table_->scrolled = [this](std::size_t member) { hand_in([this, member] { zip::turn_page_to(w_, member); }); };
+    table_->left_out = [this](const std::vector<std::size_t>& rows) {
+        hand_in([this, rows] { zip::report_without_file(w_, rows); });
+    };
     table_->setContextMenuPolicy(Qt::CustomContextMenu);
     QMenu* menu = make_row_menu();
     QObject::connect(table_, &QWidget::customContextMenuRequested, table_,

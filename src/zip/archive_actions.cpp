@@ -35,6 +35,10 @@ bool is_text(std::string_view name) {
                        [&](std::string_view ending) { return text::ends_with_ignoring_case(name, ending); });
 }
 
+std::string reason_for_no_file(const RowDetails& details) {
+    return details.problems.empty() ? "it could not be unpacked" : details.problems.front();
+}
+
 /// Returns the path of the row's file, extracting it where there is none; empty, with the reason reported, where that
 /// fails.
 std::string ready_file(arcview& w, std::size_t row) {
@@ -45,8 +49,7 @@ std::string ready_file(arcview& w, std::size_t row) {
     const std::string path = copies.path_of(row);
     if (!path.empty() && files::exists(path)) return path;
     const RowDetails details = row_details(w, row);
-    const std::string reason = details.problems.empty() ? "it could not be unpacked" : details.problems.front();
-    w.context.platform.message(text::printable(details.name) + ": " + reason + ".");
+    w.context.platform.message(text::printable(details.name) + ": " + reason_for_no_file(details) + ".");
     return {};
 }
 
@@ -79,7 +82,7 @@ void open_row(arcview& w, std::size_t row) {
     if (is_text(details.name)) {
         opener.edit_text(path);
     } else if (text::ends_with_ignoring_case(details.name, ".zip")) {
-        opener.start("quillbright", {"/un", path}, w.context.session.WorkDir);
+        opener.start("quillbright", {"/unp", path}, w.context.session.WorkDir);
     } else {
         opener.open_with_default(path);
     }
@@ -179,15 +182,31 @@ void show_member_pictures(arcview& w) {
     shell::show_pictures(w.context.platform, w.context.routes, paths);
 }
 
-std::vector<std::string> files_to_drag(arcview& w) {
-    std::vector<std::string> paths;
+Handed files_to_hand_out(arcview& w) {
+    Handed handed;
     for (const std::size_t row : w.List1.chosen_rows()) {
         std::string path = w.archives.copies().path_of(row);
-        if (path.empty() || !files::exists(path)) continue;
+        if (path.empty() || !files::exists(path)) {
+            handed.without_file.push_back(row);
+            continue;
+        }
         w.archives.copies().record_opened(row);
-        paths.push_back(std::move(path));
+        handed.paths.push_back(std::move(path));
     }
-    return paths;
+    return handed;
+}
+
+void report_without_file(arcview& w, const std::vector<std::size_t>& rows) {
+    constexpr std::size_t most_lines = 8;
+    if (rows.empty()) return;
+    std::string text = text::counted(rows.size(), "selected member") +
+                       (rows.size() == 1 ? " was left out: it has no file.\n" : " were left out: they have no file.\n");
+    for (std::size_t i = 0; i < std::min(rows.size(), most_lines); ++i) {
+        const RowDetails details = row_details(w, rows[i]);
+        text += "\n" + text::printable(details.name) + ": " + reason_for_no_file(details) + ".";
+    }
+    if (rows.size() > most_lines) text += "\nand " + text::counted(rows.size() - most_lines, "other") + ".";
+    w.context.platform.message(text, "Not all of the files");
 }
 
 }  // namespace quill::zip

@@ -28,8 +28,17 @@ void add_files(arcview& w, const std::vector<std::string>& paths);
 /// Adds items that have names for their members; asks where one is taken.
 void add_items(arcview& w, std::vector<ZipItem> items);
 
-/// The paths of the selected members' files, to be handed to another program. Members without a file are left out.
-std::vector<std::string> files_to_drag(arcview& w);
+/// What of the selected members is handed to another program.
+struct Handed {
+    std::vector<std::string> paths;
+    std::vector<std::size_t> without_file;  ///< rows
+};
+
+/// Hands the selected members' files out.
+Handed files_to_hand_out(arcview& w);
+
+/// Reports that these members had no file to hand out, and why.
+void report_without_file(arcview& w, const std::vector<std::size_t>& rows);
 
 /// Shows the pictures among the members in the viewer, as one set.
 void show_member_pictures(arcview& w);

@@ -40,7 +40,8 @@ std::string question_about(arcview& w, std::size_t row) {
     if (is_of_damaged_member(w, row)) {
         text += "There it is damaged, and the file began with what could be read of it. Saving replaces the original. ";
     }
-    return text + "Save it into the archive?\n\nWhat is left out stays as a file in " + w.context.session.WorkDir + ".";
+    return text + "Save it into the archive?\n\nLeft out, it stays as the file " +
+           text::printable(w.archives.copies().path_of(row)) + ".";
 }
 
 Answer ask_about(arcview& w, std::size_t row, bool more) {

@@ -1,6 +1,7 @@
 #include "zip/archive_window.h"
 
 #include "encoder/file_chooser.h"
+#include "zip/archive_actions.h"
 #include "zip/archive_rows.h"
 #include "zip/archive_window_fixture.h"
 
@@ -214,7 +215,7 @@ TEST(ArchiveWindow, MembersOpenWithTheirOwnKindOfProgram) {
     EXPECT_THAT(p.platform.edited, ElementsAre(p.file(0), p.file(1)));
     EXPECT_THAT(p.platform.opened, ElementsAre(p.file(2)));
     using Start = tests::ScriptedPlatform::Start;
-    EXPECT_THAT(p.platform.started, ElementsAre(Start{"quillbright", {"/un", p.file(3)}, p.session.WorkDir}));
+    EXPECT_THAT(p.platform.started, ElementsAre(Start{"quillbright", {"/unp", p.file(3)}, p.session.WorkDir}));
 }
 
 TEST(ArchiveWindow, AFileThatIsGoneIsUnpackedAgainToBeOpened) {
@@ -303,6 +304,20 @@ TEST(ArchiveWindow, NamesEveryControlOnce) {
         EXPECT_FALSE(role.empty());
     });
     EXPECT_GT(names.size(), 50U);
+}
+
+TEST(HandingOut, GivesTheSelectedFilesAndReportsTheMembersWithoutOne) {
+    WindowProgram p(ArchiveBuilder().add("a", "1").add("odd", "2", {.method = 77}).add("b", "3").finish());
+    p.platform.expect_message("could not be unpacked");
+    arcview& w = p.open();
+    w.List1.selected_rows = {0, 1};
+    const Handed handed = files_to_hand_out(w);
+    EXPECT_THAT(handed.paths, ElementsAre(p.file(0)));
+    EXPECT_THAT(handed.without_file, ElementsAre(1U));
+    p.platform.expect_message("1 selected member was left out");
+    report_without_file(w, handed.without_file);
+    EXPECT_THAT(p.platform.messages.back(), ::testing::HasSubstr("odd: its method"));
+    report_without_file(w, {});
 }
 
 }  // namespace
