@@ -29,7 +29,7 @@ ArchiveTable::ArchiveTable(zip::arcview& window)
                   {ArchiveModel::packed_column, "1,000.0 MB  "},
                   {ArchiveModel::method_column, "deflated, locked  "},
                   {ArchiveModel::date_column, "2026-12-28 20:28   "},
-                  {ArchiveModel::condition_column, "WW Damaged: its CRC is wrong, or so"}});
+                  {ArchiveModel::condition_column, "WW Refused: its compressed data are broken  "}});
     QObject::connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { report_scrolling(); });
 }
 
