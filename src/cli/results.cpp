@@ -21,13 +21,14 @@ void add_result_options(CLI::App& command, ResultOptions& options) {
     command.add_flag("--quiet", options.quiet, "Print no result lines and no progress bar, only errors");
 }
 
-void Results::put(std::string_view result) {
+void Results::put(std::string_view result, Delivery delivery) {
     if (style_ == ReportStyle::silent) return;
     if (style_ == ReportStyle::json) {
-        console_.out << (any_ ? ",\n " : "[") << result << std::flush;
+        console_.out << (any_ ? ",\n " : "[") << result;
     } else {
-        console_.out << result << std::endl;
+        console_.out << result << '\n';
     }
+    if (delivery == Delivery::at_once) console_.out.flush();
     any_ = true;
 }
 

@@ -31,7 +31,13 @@ struct ResultOptions {
 /// Adds --json, --json-lines and --quiet to `command`.
 void add_result_options(CLI::App& command, ResultOptions& options);
 
-/// The results of a run on standard output, each printed as it comes.
+/// When a result reaches the reader of standard output.
+enum class Delivery : std::uint8_t {
+    at_once,  ///< for those that take time to come
+    later     ///< with others, at the end at the latest
+};
+
+/// The results of a run on standard output.
 class Results {
   public:
     Results(const Console& console, ReportStyle style) : console_(console), style_(style) {}
@@ -40,7 +46,7 @@ class Results {
     bool are_json() const { return style_ == ReportStyle::json || style_ == ReportStyle::json_lines; }
 
     /// Prints one result: a JSON object where are_json(), else a line without its end.
-    void put(std::string_view result);
+    void put(std::string_view result, Delivery delivery = Delivery::at_once);
 
     /// Closes what was begun.
     void finish();

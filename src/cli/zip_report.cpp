@@ -17,9 +17,12 @@ std::string method_of(const zip::Member& member) {
 }
 
 std::string line_of(const zip::Member& member) {
-    return printable(member.name) + "\t" + std::to_string(member.uncompressed_size) + "\t" +
-           std::to_string(member.compressed_size) + "\t" + method_of(member) + "\t" +
-           zip::iso_date_time(member.dos_time);
+    constexpr std::size_t usual_length = 128;
+    std::string line;
+    line.reserve(usual_length);
+    line.append(printable(member.name)).append("\t").append(std::to_string(member.uncompressed_size)).append("\t");
+    line.append(std::to_string(member.compressed_size)).append("\t").append(method_of(member)).append("\t");
+    return line.append(zip::iso_date_time(member.dos_time));
 }
 
 std::string json_of(const zip::Member& member) {
@@ -55,19 +58,18 @@ Error zip_member_missing() {
     return {ErrorCode::not_found, 0, "the archive has no such member"};
 }
 
-void ZipReport::put(std::string_view result) {
-    found_ = true;
-    results_.put(result);
-}
-
 void ZipReport::list(const zip::Member& member) {
-    put(results_.are_json() ? json_of(member) : line_of(member));
+    found_ = true;
+    if (results_.style() == ReportStyle::silent) return;
+    results_.put(results_.are_json() ? json_of(member) : line_of(member), Delivery::later);
 }
 
 void ZipReport::add(const zip::Member& member, const zip::MemberResult& result, const std::string& path) {
     if (result.verdict == zip::Verdict::damaged || result.verdict == zip::Verdict::refused) damaged_ = true;
     report_problems(member, result);
-    put(results_.are_json() ? json_of(member, result, path) : line_of(member, result, path));
+    found_ = true;
+    if (results_.style() == ReportStyle::silent) return;
+    results_.put(results_.are_json() ? json_of(member, result, path) : line_of(member, result, path));
 }
 
 void ZipReport::report_problems(const zip::Member& member, const zip::MemberResult& result) {

@@ -39,7 +39,6 @@ class ZipReport {
     ExitStatus finish();
 
   private:
-    void put(std::string_view result);
     void report_problems(const zip::Member& member, const zip::MemberResult& result);
 
     const Console& console_;
