@@ -2,8 +2,9 @@
 
 #include "archive/container/format.h"
 
-#include <cstdio>
+#include <chrono>
 #include <optional>
+#include <string_view>
 
 namespace quill::zip {
 namespace {
@@ -14,6 +15,30 @@ struct DosTime {
 
 DosTime parts_of(std::uint32_t t) {
     return {(t >> 25U) + 1980, t >> 21U & 15U, t >> 16U & 31U, t >> 11U & 31U, t >> 5U & 63U, (t & 31U) * 2};
+}
+
+/// Returns how far the local clock is ahead of UTC at `time`, in seconds.
+std::time_t offset_at(std::time_t time) {
+    std::tm tm = {};
+    return localtime_r(&time, &tm) != nullptr ? tm.tm_gmtoff : 0;
+}
+
+/// Returns when the local clock shows `t`; a month 0 or a day 31 too many counts from the months beside it. Unlike
+/// mktime it does not look at the zone's file each time, which would make the threads of an extraction wait.
+std::time_t from_local_clock(const DosTime& t) {
+    using namespace std::chrono;
+    const year_month month = year(static_cast<int>(t.year)) / January + months(static_cast<int>(t.month) - 1);
+    const sys_seconds shown =
+        sys_days(month / 1) + days(static_cast<int>(t.day) - 1) + hours(t.hour) + minutes(t.minute) + seconds(t.second);
+    const std::time_t clock = shown.time_since_epoch().count();
+    return clock - offset_at(clock - offset_at(clock));
+}
+
+/// Appends `value` in two digits, and `separator`.
+void append_digits(std::string& text, unsigned value, std::string_view separator = {}) {
+    text += static_cast<char>('0' + value / 10 % 10);
+    text += static_cast<char>('0' + value % 10);
+    text += separator;
 }
 
 std::optional<std::time_t> from_timestamp_field(const Member& member) {
@@ -37,16 +62,7 @@ std::optional<std::time_t> from_ntfs_field(const Member& member) {
 std::time_t modified_time(const Member& member) {
     if (const std::optional<std::time_t> time = from_timestamp_field(member)) return *time;
     if (const std::optional<std::time_t> time = from_ntfs_field(member)) return *time;
-    const DosTime parts = parts_of(member.dos_time);
-    std::tm tm = {};
-    tm.tm_year = static_cast<int>(parts.year) - 1900;
-    tm.tm_mon = static_cast<int>(parts.month) - 1;
-    tm.tm_mday = static_cast<int>(parts.day);
-    tm.tm_hour = static_cast<int>(parts.hour);
-    tm.tm_min = static_cast<int>(parts.minute);
-    tm.tm_sec = static_cast<int>(parts.second);
-    tm.tm_isdst = -1;
-    return std::mktime(&tm);
+    return from_local_clock(parts_of(member.dos_time));
 }
 
 std::uint32_t to_dos_time(std::time_t time) {
@@ -62,16 +78,26 @@ std::uint32_t to_dos_time(std::time_t time) {
 
 std::string date_time_text(std::uint32_t dos_time) {
     const DosTime t = parts_of(dos_time);
-    char text[32];
-    std::snprintf(text, sizeof text, "%02u/%02u/%02u %02u:%02u", t.month, t.day, t.year % 100, t.hour, t.minute);
+    std::string text;
+    append_digits(text, t.month, "/");
+    append_digits(text, t.day, "/");
+    append_digits(text, t.year, " ");
+    append_digits(text, t.hour, ":");
+    append_digits(text, t.minute);
     return text;
 }
 
 std::string iso_date_time(std::uint32_t dos_time) {
     const DosTime t = parts_of(dos_time);
-    char text[64];
-    std::snprintf(text, sizeof text, "%04u-%02u-%02u %02u:%02u:%02u", t.year, t.month, t.day, t.hour, t.minute,
-                  t.second);
+    std::string text;
+    text.reserve(sizeof "1980-01-01 00:00:00");
+    append_digits(text, t.year / 100);
+    append_digits(text, t.year, "-");
+    append_digits(text, t.month, "-");
+    append_digits(text, t.day, " ");
+    append_digits(text, t.hour, ":");
+    append_digits(text, t.minute, ":");
+    append_digits(text, t.second);
     return text;
 }
 
