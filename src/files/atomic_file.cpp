@@ -87,22 +87,25 @@ bool take_access(int fd, const std::string& path, const struct stat& old) {
 }  // namespace
 
 Result<AtomicFile> AtomicFile::create(const std::string& path, Access access) {
-    AtomicFile file;
-    file.path_ = path;
+    AtomicFile file(AT_FDCWD, path);
     if (const Status opened = file.open_new(access); !opened) return opened.error();
     return file;
 }
 
 Result<AtomicFile> AtomicFile::create_like(const std::string& path, const MappedFile& model) {
-    AtomicFile file;
-    file.path_ = path;
+    AtomicFile file(AT_FDCWD, path);
     if (const Status opened = file.open_like(descriptor_path(model.descriptor())); !opened) return opened.error();
     return file;
 }
 
+Result<AtomicFile> AtomicFile::create_in(int directory, const std::string& name) {
+    AtomicFile file(directory, name);
+    if (const Status opened = file.open_new(Access::usual); !opened) return opened.error();
+    return file;
+}
+
 Result<AtomicFile> AtomicFile::create_output(const std::string& path) {
-    AtomicFile file;
-    file.path_ = path;
+    AtomicFile file(AT_FDCWD, path);
     struct stat status = {};
     const bool is_there = stat(path.c_str(), &status) == 0;
     if (!is_there && exists(path)) return Error{ErrorCode::exists, 0, "A link that leads nowhere"};
@@ -134,14 +137,14 @@ Status AtomicFile::open_like(const std::string& model) {
 Status AtomicFile::open_with(unsigned mode) {
     const std::string dir = dir_of(path_);
     if (may_be_named_later()) {
-        fd_ = Descriptor(open(dir.empty() ? "." : dir.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, mode));
+        fd_ = Descriptor(openat(directory_, dir.empty() ? "." : dir.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, mode));
     }
     return fd_.is_open() ? Status(Done{}) : open_named(mode);
 }
 
 Status AtomicFile::open_named(unsigned mode) {
     for (unsigned attempt = 0; attempt < most_name_attempts; ++attempt) {
-        const std::string name = join(dir_of(path_), unfinished_name(attempt));
+        const std::string name = reachable(join(dir_of(path_), unfinished_name(attempt)));
         fd_ = Descriptor(open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
         if (fd_.is_open()) {
             unfinished_ = Unfinished(name);
@@ -159,6 +162,11 @@ Status AtomicFile::open_directly() {
     if (!fd_.is_open() || fstat(fd_.get(), &status) != 0) return system_error(errno);
     if (S_ISREG(status.st_mode)) return system_error(EEXIST);  // it has just been put there
     return Done{};
+}
+
+/// Returns `path`, relative to the file's directory, as a path that any call of the system understands.
+std::string AtomicFile::reachable(const std::string& path) const {
+    return directory_ == AT_FDCWD ? path : join(descriptor_path(directory_), path);
 }
 
 bool AtomicFile::fail(int number) {
@@ -222,6 +230,11 @@ void AtomicFile::take_time(const MappedFile& model) {
     futimens(fd_.get(), times);
 }
 
+void AtomicFile::set_time(std::time_t time) {
+    const timespec times[2] = {{time, 0}, {time, 0}};
+    futimens(fd_.get(), times);
+}
+
 unsigned AtomicFile::permissions() const {
     struct stat status = {};
     return fstat(fd_.get(), &status) == 0 ? status.st_mode & all_permissions : 0;
@@ -241,9 +254,11 @@ bool AtomicFile::settle(bool flushed) {
 
 /// Gives the file the name `target`, where there is none.
 Status AtomicFile::name_exclusively(const std::string& target) {
-    if (!unfinished_.path().empty()) return rename_new(unfinished_.path(), target);
-    const std::string unnamed = descriptor_path(fd_.get());
-    if (linkat(AT_FDCWD, unnamed.c_str(), AT_FDCWD, target.c_str(), AT_SYMLINK_FOLLOW) == 0) return Done{};
+    if (!unfinished_.path().empty()) return rename_new(unfinished_.path(), reachable(target));
+    if (linkat(fd_.get(), "", directory_, target.c_str(), AT_EMPTY_PATH) == 0) return Done{};
+    if (errno == EEXIST) return system_error(EEXIST);
+    const std::string unnamed = descriptor_path(fd_.get());  // the way before Linux 6.10 for all but root
+    if (linkat(AT_FDCWD, unnamed.c_str(), directory_, target.c_str(), AT_SYMLINK_FOLLOW) == 0) return Done{};
     return system_error(errno);
 }
 
@@ -257,7 +272,7 @@ Result<std::string> AtomicFile::take_free_name(unsigned first, unsigned most) {
         named = name_exclusively(target);
         if (named) return target;
         if (named.error().code != ErrorCode::exists) break;
-        if (n == first + tried_one_by_one - 1) n = last_taken_number(dir, name, n);
+        if (n == first + tried_one_by_one - 1) n = last_taken_number(reachable(dir), name, n);
         number_ = n + 1;
     }
     return named.error();
@@ -278,15 +293,15 @@ Result<std::string> AtomicFile::take_name(OnCollision on_collision, LastNumbers*
     for (unsigned attempt = 0; unfinished_.path().empty(); ++attempt) {
         const std::string name = join(dir_of(path_), unfinished_name(attempt));
         const Status named = name_exclusively(name);
-        if (named) unfinished_ = Unfinished(name);
+        if (named) unfinished_ = Unfinished(reachable(name));
         if (!named && (named.error().code != ErrorCode::exists || attempt == most_name_attempts)) return named.error();
     }
-    if (const Status renamed = rename_over(unfinished_.path(), path_); !renamed) return renamed.error();
+    if (const Status renamed = rename_over(unfinished_.path(), reachable(path_)); !renamed) return renamed.error();
     return path_;
 }
 
 Result<std::string> AtomicFile::publish(OnCollision on_collision, Durability durability, LastNumbers* last_numbers) {
-    const bool replaces = on_collision == OnCollision::replace && !direct_ && exists(path_);
+    const bool replaces = on_collision == OnCollision::replace && !direct_ && exists(reachable(path_));
     const bool flushed = replaces || durability == Durability::flushed;
     Result<std::string> named = path_;
     if (settle(flushed) && !direct_) named = take_name(on_collision, last_numbers);
@@ -294,7 +309,7 @@ Result<std::string> AtomicFile::publish(OnCollision on_collision, Durability dur
     if (named) unfinished_.finish();
     unfinished_ = Unfinished();
     fd_ = Descriptor();
-    if (named && flushed && !direct_) flush_directory(dir_of(path_));
+    if (named && flushed && !direct_) flush_directory(reachable(dir_of(path_)));
     return named;
 }
 

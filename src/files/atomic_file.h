@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <ctime>
 #include <functional>
 #include <optional>
 #include <string>
@@ -57,6 +58,10 @@ class AtomicFile {
     /// attributes, as for Access::of_old.
     static Result<AtomicFile> create_like(const std::string& path, const MappedFile& model);
 
+    /// Begins a file `name` in the directory that the descriptor `directory`, which must stay open, leads to: with
+    /// fewer steps than by a path, and no renaming or linking can lead it elsewhere. Fails as above.
+    static Result<AtomicFile> create_in(int directory, const std::string& name);
+
     /// Begins output under a path that the user chose, which may lead to something: a link is followed, a regular file
     /// there gives the new one its access (of_old), and a pipe or a character device is written to directly; what it
     /// has taken cannot be taken back. Fails with `exists` for a link that leads nowhere, with `access` for a
@@ -82,6 +87,9 @@ class AtomicFile {
     /// Bytes from the beginning to the furthest one written.
     std::uint64_t size() const { return size_; }
 
+    /// Sets when the file was last changed, for after the last write. Nothing reports a failure.
+    void set_time(std::time_t time);
+
     /// Its permission bits as they are now.
     unsigned permissions() const;
 
@@ -92,8 +100,9 @@ class AtomicFile {
     bool failed() const { return failed_; }
     const Error& error() const { return error_; }
 
-    /// Gives the file its name and returns the path that it got. On failure nothing of it is left. With `last_numbers`
-    /// the search for a free name goes on where the last one of that row ended.
+    /// Gives the file its name and returns the path that it got, relative as the one it was begun with. On failure
+    /// nothing of it is left. With `last_numbers` the search for a free name goes on where the last one of that row
+    /// ended.
     Result<std::string> publish(OnCollision on_collision, Durability durability = Durability::cached,
                                 LastNumbers* last_numbers = nullptr);
 
@@ -101,7 +110,7 @@ class AtomicFile {
     Status publish_as_rewrite();
 
   private:
-    AtomicFile() = default;
+    AtomicFile(int directory, std::string path) : directory_(directory), path_(std::move(path)) {}
     Status open_new(Access access);
     Status open_like(const std::string& model);
     Status open_with(unsigned mode);
@@ -112,9 +121,11 @@ class AtomicFile {
     Result<std::string> take_free_name(unsigned first, unsigned most);
     Result<std::string> choose_name(LastNumbers* last_numbers);
     std::optional<std::size_t> copy_within_system(const MappedFile& source, std::uint64_t offset, std::size_t size);
+    std::string reachable(const std::string& path) const;
     bool settle(bool flushed);
     bool fail(int number);
 
+    int directory_;  ///< what `path_` is relative to
     std::string path_;
     Unfinished unfinished_;  ///< its name so far, if it has one
     Descriptor fd_;

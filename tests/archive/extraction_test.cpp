@@ -4,10 +4,15 @@
 #include "archive/container/member_time.h"
 #include "support/temporary_directory.h"
 
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <fcntl.h>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <numeric>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 namespace quill::zip {
@@ -157,6 +162,29 @@ TEST(Extraction, FollowsNoLinkThatIsInTheDirectory) {
     EXPECT_EQ(results[1].path, "file (2)");
     EXPECT_EQ(dir.read("into/y"), "3");
     EXPECT_TRUE(fs::is_empty(outside));
+}
+
+TEST(Extraction, FollowsNoLinkThatADirectoryIsExchangedForMeanwhile) {
+    const TemporaryDirectory dir;
+    const std::string outside = dir.make_directory("outside"), into = dir.make_directory("into");
+    fs::create_directory(into + "/d");
+    fs::create_symlink(outside, dir.path("link"));
+    ArchiveBuilder builder;
+    for (int i = 0; i < 2000; ++i) builder.add((i % 2 == 0 ? "d/" : "") + std::to_string(i), "x");
+    const std::string bytes = builder.finish();
+    std::atomic<bool> over = false;
+    std::thread exchanging([&] {
+        while (!over) {
+            renameat2(AT_FDCWD, (into + "/d").c_str(), AT_FDCWD, dir.path("link").c_str(), RENAME_EXCHANGE);
+        }
+    });
+    const auto results = extract_all(bytes, into);
+    over = true;
+    exchanging.join();
+    EXPECT_TRUE(fs::is_empty(outside));
+    EXPECT_TRUE(std::any_of(results.begin(), results.end(), [](const MemberResult& result) {
+        return result.verdict == Verdict::verified && result.path.starts_with("d/");
+    }));
 }
 
 TEST(Extraction, ATakenNameGetsANumberAndNothingIsReplaced) {

@@ -9,6 +9,7 @@
 #include <array>
 #include <csignal>
 #include <fcntl.h>
+#include <filesystem>
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -177,6 +178,30 @@ TEST_F(Atomic, WritesOutOfOrderLeaveZerosInTheGaps) {
     file->write("ef");
     ASSERT_TRUE(file->publish(OnCollision::fail).ok());
     EXPECT_EQ(dir.read("a"), std::string("ab\0\0cdef", 8));
+}
+
+/// Publishes files in an open directory that is renamed meanwhile.
+void write_in_renamed_directory(const tests::TemporaryDirectory& dir, const std::string& from, const std::string& to) {
+    dir.make_directory(from);
+    const Descriptor open_directory(open(dir.path(from).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    for (const auto* const wanted : {"a.txt", "a (2).txt"}) {
+        Result<AtomicFile> file = AtomicFile::create_in(open_directory.get(), "a.txt");
+        ASSERT_TRUE(file.ok()) << file.error().text;
+        file->write("bytes");
+        file->set_time(1'000'000'000);
+        if (std::filesystem::exists(dir.path(from))) std::filesystem::rename(dir.path(from), dir.path(to));
+        EXPECT_EQ(*file->publish(OnCollision::choose_name), wanted);
+        EXPECT_EQ(dir.read(to + "/" + wanted), "bytes");
+        struct stat status = {};
+        ASSERT_EQ(stat(dir.path(to + "/" + wanted).c_str(), &status), 0);
+        EXPECT_EQ(status.st_mtime, 1'000'000'000);
+    }
+    EXPECT_FALSE(dir.has(to + "/" + unfinished_name(0)));
+}
+
+TEST_F(Atomic, FilesInAnOpenDirectoryGoWhereverItIsMoved) {
+    write_in_renamed_directory(dir, "one", "two");
+    where_files_need_names([&] { write_in_renamed_directory(dir, "three", "four"); });
 }
 
 TEST_F(Atomic, ATakenNameIsRefusedEvadedOrReplacedAsAsked) {

@@ -54,7 +54,7 @@ class Writer {
 
   private:
     void make_directory(const Member& member, const std::string& path, MemberReader& reader, MemberResult& result) {
-        const Result<std::string> entered = tree_->enter(path);
+        const Result<int> entered = tree_->enter(path);
         if (!entered) {
             report(result, ProblemKind::not_written, entered.error().text);
             return;
@@ -65,7 +65,7 @@ class Writer {
 
     void write_file(const Member& member, const std::string& path, MemberReader& reader, MemberResult& result) {
         const std::string directory = files::dir_of(path);
-        const Result<std::string> entered = tree_->enter(directory);
+        const Result<int> entered = tree_->enter(directory);
         if (!entered) {
             report(result, ProblemKind::not_written, entered.error().text);
             return;
@@ -73,7 +73,7 @@ class Writer {
         std::optional<files::AtomicFile> file;
         std::optional<Error> failure;
         const auto open = [&] {
-            Result<files::AtomicFile> created = files::AtomicFile::create(files::join(*entered, files::name_of(path)));
+            Result<files::AtomicFile> created = files::AtomicFile::create_in(*entered, files::name_of(path));
             if (created) {
                 file.emplace(std::move(*created));
             } else {
@@ -102,14 +102,13 @@ class Writer {
 
     void publish(files::AtomicFile& file, const std::string& directory, const Member& member, MemberResult& result,
                  std::optional<Error>& failure) {
+        file.set_time(modified_time(member));
         const Result<std::string> published = file.publish(files::OnCollision::choose_name);
         if (!published) {
             failure = published.error();
             return;
         }
-        const std::string name = files::name_of(*published);
-        result.path = files::join(directory, name);
-        tree_->set_time(name, modified_time(member));
+        result.path = files::join(directory, *published);
         if (member.is_link()) report(result, ProblemKind::link);
     }
 
@@ -124,7 +123,7 @@ class Writer {
 void set_directory_times(const Archive& archive, const std::vector<std::size_t>& made, const MemberPaths& paths,
                          SafeTree& tree) {
     for (auto member = made.rbegin(); member != made.rend(); ++member) {
-        if (tree.enter(paths[*member].path)) tree.set_time({}, modified_time(archive.members()[*member]));
+        if (tree.enter(paths[*member].path)) tree.set_time(modified_time(archive.members()[*member]));
     }
 }
 

@@ -55,7 +55,7 @@ void SafeTree::leave() {
     relative_.clear();
 }
 
-Result<std::string> SafeTree::enter(const std::string& relative) {
+Result<int> SafeTree::enter(const std::string& relative) {
     if (relative != relative_) {
         leave();
         std::string_view rest = relative;
@@ -70,16 +70,12 @@ Result<std::string> SafeTree::enter(const std::string& relative) {
         }
         relative_ = relative;
     }
-    return "/proc/self/fd/" + std::to_string(current_);
+    return current_;
 }
 
-void SafeTree::set_time(const std::string& name, std::time_t time) const {
+void SafeTree::set_time(std::time_t time) const {
     const timespec times[2] = {{time, 0}, {time, 0}};
-    if (name.empty()) {
-        futimens(current_, times);
-    } else {
-        utimensat(current_, name.c_str(), times, AT_SYMLINK_NOFOLLOW);
-    }
+    futimens(current_, times);
 }
 
 }  // namespace quill::zip

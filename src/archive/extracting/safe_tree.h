@@ -20,13 +20,12 @@ class SafeTree {
     ~SafeTree();
 
     /// Makes what is missing of the directory at `relative` (empty for the root; as `safe_path` gives it) with mode
-    /// 0755 and enters it. The result is a path to it that stays valid until the next call and that no renaming or
-    /// linking can lead elsewhere. Fails where a part of it is a link or a file.
-    Result<std::string> enter(const std::string& relative);
+    /// 0755 and enters it. Returns a descriptor of it that stays open until the next call. Fails where a part of it is
+    /// a link or a file.
+    Result<int> enter(const std::string& relative);
 
-    /// Sets when the file `name` of the directory that was last entered, or that directory itself where `name` is
-    /// empty, was last changed.
-    void set_time(const std::string& name, std::time_t time) const;
+    /// Sets when the directory that was last entered was last changed.
+    void set_time(std::time_t time) const;
 
   private:
     SafeTree() = default;
