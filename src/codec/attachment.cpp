@@ -1,5 +1,7 @@
 #include "codec/attachment.h"
 
+#include <utility>
+
 namespace quill::codec {
 
 std::string_view name_of(Format format) {
@@ -20,6 +22,12 @@ std::string_view name_of(Format format) {
             break;
     }
     return "plain";
+}
+
+void Outcome::add(Problem problem) {
+    count(proof, problem);
+    verdict = codec::verdict(proof);
+    problems.push_back(std::move(problem));
 }
 
 }  // namespace quill::codec

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "codec/recovery/proof.h"
 #include "report/problem.h"
 
 #include <array>
@@ -64,9 +65,13 @@ struct Attachment {
 
 /// What decoding one attachment came to.
 struct Outcome {
-    Verdict verdict = Verdict::whole;
-    std::uint64_t size = 0;         ///< bytes written
-    std::vector<Problem> problems;  ///< those of the scan and of the decoding, in the order of one input
+    Verdict verdict = Verdict::whole;  ///< what `proof` amounts to
+    std::uint64_t size = 0;            ///< bytes written
+    std::vector<Problem> problems;     ///< those of the scan and of the decoding, in the order of one input
+    Proof proof = {};
+
+    /// Adds a problem that was seen after the decoding, and decides the verdict again.
+    void add(Problem problem);
 };
 
 }  // namespace quill::codec

@@ -49,9 +49,7 @@ std::string unique_names(shell::swit& w, codec::DecodingLibrary& library, std::i
 /// Says of a file what the removal of `<BR>` means for it: where lines are text, it may have cost some of that.
 void note_removed_tags(codec::Recovered& file) {
     const bool text = file.format == codec::Format::identity || file.format == codec::Format::quoted_printable;
-    file.outcome.problems.push_back(
-        {text ? codec::ProblemKind::tags_removed_from_text : codec::ProblemKind::tags_removed, 0});
-    if (text) file.outcome.verdict = std::max(file.outcome.verdict, codec::Verdict::damaged);
+    file.outcome.add({text ? codec::ProblemKind::tags_removed_from_text : codec::ProblemKind::tags_removed, 0});
 }
 
 /// Has the library decode all that `path` holds.

@@ -120,7 +120,8 @@ void Sink::flush() {
 void Sink::report(ProblemKind kind, std::uint64_t at_input, std::string text) {
     if (outcome_.problems.size() >= most_problems) {
         ++unkept_;
-        worst_unkept_ = std::max(worst_unkept_, report::traits_of(kind).grade);
+        count(outcome_.proof, kind);
+        unkept_do_harm_ = unkept_do_harm_ || report::traits_of(kind).grade != Grade::repaired;
         return;
     }
     const std::optional<std::uint32_t> source = source_ ? source_ : body_.source();
@@ -170,17 +171,12 @@ void Sink::compare_length() {
     if (*attachment_.stated_length >= length && *attachment_.stated_length - length <= 2) vouch();
 }
 
-/// Makes the problems repaired that what was checked settles.
+/// Makes the problems repaired that what was checked settles, and counts all of them.
 void Sink::settle_problems() {
-    for (Problem& problem : outcome_.problems) settle(problem, evidence_);
-}
-
-Verdict Sink::verdict() const {
-    Grade worst = worst_unkept_;
-    for (const Problem& problem : outcome_.problems) worst = std::max(worst, grade_of(problem));
-    if (worst == Grade::lost) return Verdict::incomplete;
-    if (worst == Grade::damaged) return Verdict::damaged;
-    return vouched_ || evidence_ != Evidence::none ? Verdict::verified : Verdict::whole;
+    for (Problem& problem : outcome_.problems) {
+        settle(problem, evidence_);
+        count(outcome_.proof, problem);
+    }
 }
 
 /// Into the order of their places in the input. Offsets in several inputs have none: there the parts' order stays.
@@ -198,10 +194,9 @@ Outcome Sink::finish(std::uint64_t at_input) {
     compare_checksums(at_input);
     settle_problems();
     sort_problems();
-    outcome_.verdict = verdict();
+    outcome_.verdict = verdict(outcome_.proof);
     if (unkept_ > 0) {
-        const bool harmless = worst_unkept_ == Grade::repaired;
-        outcome_.problems.push_back({harmless ? ProblemKind::more_repairs : ProblemKind::more_problems, at_input,
+        outcome_.problems.push_back({unkept_do_harm_ ? ProblemKind::more_problems : ProblemKind::more_repairs, at_input,
                                      size(), "There are " + count_of(unkept_, "further problems")});
     }
     return std::move(outcome_);

@@ -95,11 +95,21 @@ class Sink {
     /// Adds a problem at a place of the input, at the current place of the output.
     void report(ProblemKind kind, std::uint64_t at_input, std::string text = {});
 
-    /// Something vouches for the bytes.
-    void vouch() { vouched_ = true; }
+    /// Notes that all sizes, or the checksums of all parts, agree.
+    void vouch() { outcome_.proof.size = Claim::agrees; }
 
-    /// A checksum of all the bytes agrees.
-    void prove() { evidence_ = report::Evidence::checksum; }
+    /// Notes that a checksum of all the bytes agrees.
+    void prove() {
+        outcome_.proof.checksum = Claim::agrees;
+        evidence_ = report::Evidence::checksum;
+    }
+
+    /// Notes that the rows were measured, and how many of them obey the law of their body. A broken law is reported as
+    /// a problem.
+    void note_law(std::uint64_t lawful_rows) {
+        outcome_.proof.law = BodyLaw::kept;
+        outcome_.proof.rows.lawful = lawful_rows;
+    }
 
     /// The outcome, with sizes and checksums that the text states compared. `at_input` is where the body ends.
     Outcome finish(std::uint64_t at_input);
@@ -111,7 +121,6 @@ class Sink {
     void compare_length();
     void settle_problems();
     void sort_problems();
-    Verdict verdict() const;
 
     const Attachment& attachment_;
     const Write& write_;
@@ -122,9 +131,8 @@ class Sink {
     std::string held_;
     std::uint16_t sum_ = 0;
     std::size_t unkept_ = 0;
-    Grade worst_unkept_ = Grade::repaired;
     report::Evidence evidence_ = report::Evidence::none;
-    bool vouched_ = false;
+    bool unkept_do_harm_ = false;
     bool stopped_ = false;
 };
 

@@ -42,10 +42,8 @@ Recovered unwritten(const Attachment& attachment, const std::string& name, const
     Recovered out;
     out.name = name;
     out.format = attachment.format;
-    out.outcome.verdict = Verdict::incomplete;
     const bool nothing = error.code == ErrorCode::bad_input;
-    out.outcome.problems = {
-        {nothing ? ProblemKind::not_decoded : ProblemKind::not_written, error.offset, {}, error.text}};
+    out.outcome.add({nothing ? ProblemKind::not_decoded : ProblemKind::not_written, error.offset, {}, error.text});
     return out;
 }
 

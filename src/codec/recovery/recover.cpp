@@ -118,8 +118,7 @@ void Recovery::note_changes(const Attachment& attachment, Outcome& outcome) cons
     for (const std::uint32_t input : inputs_of(attachment)) {
         const bool cut_short = sources_.text(input).cut_short();
         if (!cut_short && !sources_.text(input).changed()) continue;
-        outcome.problems.push_back(changed_problem(cut_short, input));
-        outcome.verdict = std::max(outcome.verdict, cut_short ? Verdict::incomplete : Verdict::damaged);
+        outcome.add(changed_problem(cut_short, input));
     }
 }
 
