@@ -53,6 +53,7 @@ struct Attachment {
     std::optional<std::array<unsigned char, 16>> stated_md5 = {};  ///< of the result (Content-MD5, RFC 1864)
     std::optional<std::uint64_t> stated_length = {};  ///< bytes of the body as it stands in the text (Content-Length)
     bool cut_off = false;           ///< the text ends where something should still mark the end of this body
+    bool before_boundary = false;   ///< a boundary follows, and the line end before it is no part of the body
     bool keeps_blanks = false;      ///< UUE: blanks at the ends of lines are not lost, or none were written
     bool message_text = false;      ///< a text part without a file name: written on request only
     bool resource_fork = false;     ///< BinHex: the resource fork of the file before it; written on request only

@@ -38,13 +38,20 @@ void Base64Rows::end_row() {
     if (width_ == 0) width_ = row_;
     if (before_ == width_) {
         ++usual_rows_;
+        end_odd_rows();
     } else if (before_ > 0) {
+        in_odd_rows_ += before_;
         if (odd_ == 0) odd_ = before_;
         ++odd_rows_;
         third_length_ = third_length_ || before_ != odd_;
     }
     before_ = row_;
     row_ = 0;
+}
+
+void Base64Rows::end_odd_rows() {
+    lost_ = lost_ || (width_ > 0 && in_odd_rows_ % width_ != 0);
+    in_odd_rows_ = 0;
 }
 
 /// Takes whole rows by their first and last characters alone, and falls back to a look at each character where these
@@ -87,9 +94,12 @@ std::uint64_t Base64Rows::take_to_line_end(std::string_view text) {
 void Base64Rows::end_padded() {
     end_row();
     before_ = 0;
+    end_odd_rows();
 }
 
 bool Base64Rows::uneven() const {
+    const bool broken_again = usual_rows_ > 0 && !lost_ && in_odd_rows_ % width_ == 0;
+    if (broken_again) return false;
     if (third_length_ || odd_rows_ == 1) return true;
     return usual_rows_ == 1 && odd_rows_ > 1;
 }

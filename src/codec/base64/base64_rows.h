@@ -18,10 +18,13 @@ class Base64Rows {
     void end_padded();
 
     /// Forgets the row that was begun and the one before it, where another part or other text begins.
-    void begin_part() { row_ = before_ = 0; }
+    void begin_part() { row_ = before_ = 0, in_odd_rows_ = 0; }
 
-    /// Returns true where a row in the middle is shorter or longer than the others. Text that was broken again has rows
-    /// of two lengths in turn, which is fine.
+    /// Returns the number of full rows.
+    std::uint64_t usual_rows() const { return usual_rows_; }
+
+    /// Returns true where a row in the middle is shorter or longer than the others. Text that was broken again is fine:
+    /// it has rows of two lengths in turn, or all characters of some full rows in rows of other lengths.
     bool uneven() const;
 
     /// Characters of the first row; 0 before it.
@@ -31,6 +34,7 @@ class Base64Rows {
     std::uint64_t take_rows(std::string_view bytes, bool by_stride);
     std::uint64_t take_to_line_end(std::string_view bytes);
     void end_row();
+    void end_odd_rows();
 
     std::size_t row_ = 0;     ///< characters so far of the row that was begun
     std::size_t before_ = 0;  ///< of the last row
@@ -38,7 +42,9 @@ class Base64Rows {
     std::size_t odd_ = 0;     ///< of the first row in the middle that is not so long
     std::uint64_t usual_rows_ = 0;
     std::uint64_t odd_rows_ = 0;
+    std::uint64_t in_odd_rows_ = 0;  ///< characters of the rows since the last usual one, without the last row
     bool third_length_ = false;
+    bool lost_ = false;  ///< odd rows between usual ones do not make whole rows
 };
 
 }  // namespace quill::codec

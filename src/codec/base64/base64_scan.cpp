@@ -16,7 +16,8 @@ namespace {
 
 constexpr std::size_t shortest_bare_line = 40;
 constexpr std::size_t longest_bare_line = 1000;
-constexpr unsigned lines_to_resume = 8;
+constexpr unsigned lines_to_resume = 8;  // of other text
+constexpr unsigned rows_to_resume = 64;  // of rows that are too short
 constexpr std::size_t shortest_padded_line = 8;
 constexpr std::size_t shortest_damaged_row = 20;
 constexpr unsigned lines_for_evidence = 3;
@@ -96,6 +97,19 @@ bool is_nearly_base64(std::string_view line) {
            static_cast<std::size_t>(foreign) * 4 <= row.size();
 }
 
+namespace {
+
+/// Returns true where the very next line may be a row of the data that "====" has ended.
+bool begins_with_row(const TextScan& scan, Position at) {
+    Line line;
+    if (!scan.cursor.peek(at, peeked_characters, line) || scan.is_stop(line) || !is_base64_line(line.text))
+        return false;
+    const std::string_view row = text::trim(line.text);
+    return row.size() >= shortest_damaged_row || (row.ends_with('=') && row.size() % 4 == 0);
+}
+
+}  // namespace
+
 bool open_base64_lines(TextScan& scan, FoundFile file, bool sure) {
     const Position begin = scan.cursor.position();
     Line line;
@@ -109,6 +123,9 @@ bool open_base64_lines(TextScan& scan, FoundFile file, bool sure) {
         if (!scan.cursor.next(line)) break;
         if (text::trim(line.text) == "====") {
             file.has_end = true;
+            if (begins_with_row(scan, line.next)) {
+                file.attachment.problems.push_back({ProblemKind::doubtful_end, line.begin.offset});
+            }
             break;
         }
         if (is_blank_line(line.text)) continue;
@@ -135,11 +152,16 @@ bool sniff_bare_base64(std::string_view line) {
 
 namespace {
 
+bool is_one_character(std::string_view row) {
+    return row.find_first_not_of(row.front()) == row.npos;
+}
+
 /// Whether the line before `at` may be a row of the same Base64 text: one in which a character was lost or damaged, or
-/// one of zeros, of as many characters as the row at `at`.
-bool follows_row(const LineCursor& cursor, Position at, std::size_t width) {
+/// one of zeros, of as many characters as the row at `at`. Where the rows are double-spaced, an empty line is between.
+bool follows_row(const LineCursor& cursor, Position at, std::size_t width, bool spaced) {
     const Segment& segment = cursor.segment(at);
-    const Position end = before_line_end(cursor, at);
+    Position end = before_line_end(cursor, at);
+    if (spaced && end.offset != at.offset) end = before_line_end(cursor, end);
     if (end.offset == at.offset) return false;
     const std::uint64_t from =
         std::max(segment.range.begin, end.offset - std::min(end.offset, std::uint64_t{longest_bare_line}));
@@ -147,7 +169,8 @@ bool follows_row(const LineCursor& cursor, Position at, std::size_t width) {
     row = characters_of(row.substr(row.find_last_of("\r\n") + 1));
     const auto foreign =
         std::count_if(row.begin(), row.end(), [](char c) { return !in_alphabet[static_cast<unsigned char>(c)]; });
-    return row.size() >= shortest_damaged_row && foreign <= 1 && (!is_hex(row) || row.size() == width);
+    return row.size() >= shortest_damaged_row && foreign <= 1 &&
+           (!is_hex(row) || row.size() == width || is_one_character(row));
 }
 
 /// Rows of Base64 without a header, read one after the other.
@@ -161,11 +184,15 @@ class BareRows {
         Line next;
         if (peek_text(scan_, last_.next, 2, next) && text::trim(next.text) == "====") {
             scan_.cursor.seek(next.next);
-            ended_ = true;
+            ended_ = marked_ = true;
         }
     }
 
     Position end() const { return last_.next; }
+
+    /// Returns true where "====" ends the rows, which a line that begins them goes with.
+    bool marked() const { return marked_; }
+    bool spaced() const { return spaced_; }
 
     /// Whether the last row shows that it is the last: it is shorter than the others, or padded.
     bool ended() const { return ended_ || !is_full(); }
@@ -191,11 +218,13 @@ class BareRows {
     /// ends the file.
     bool resume() {
         Line next = last_;
-        for (unsigned i = 0; i < lines_to_resume; ++i) {
+        for (unsigned lines = 0, others = 0; lines < rows_to_resume && others < lines_to_resume; ++lines) {
             const Position at = next.next;
-            if (!peek_text(scan_, at, 2, next) || (!is_full() && next.begin != at)) return false;
+            if (!peek_text(scan_, at, 2, next) || (!is_full() && !spaced_ && next.begin != at)) return false;
             if (begins_article(scan_.cursor, next)) return false;
-            if (next.text.size() != width_ || !is_base64_line(next.text)) continue;
+            const bool row = is_base64_line(next.text);
+            if (!row) ++others;
+            if (next.text.size() != width_ || !row) continue;
             take(next);
             return true;
         }
@@ -217,6 +246,7 @@ class BareRows {
     bool first_ = true;
     bool spaced_ = false;
     bool ended_ = false;
+    bool marked_ = false;
 };
 
 }  // namespace
@@ -229,8 +259,8 @@ bool open_bare_base64(TextScan& scan, const Line& line) {
     file.label = std::exchange(scan.label, {});
     file.attachment.name = file.label.file;
     file.attachment.format = Format::base64;
-    file.has_begin =
-        file.label.number <= 1 && !scan.base64_open && !follows_row(scan.cursor, line.begin, line.text.size());
+    file.has_begin = file.label.number <= 1 && !scan.base64_open && !rows.marked() &&
+                     !follows_row(scan.cursor, line.begin, line.text.size(), rows.spaced());
     file.has_end = file.label.number > 0 ? file.label.number == file.label.total : rows.ended();
     file.attachment.body = scan.cursor.ranges(line.begin, rows.end());
     scan.base64_open = !file.has_end;

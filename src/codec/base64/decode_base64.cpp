@@ -246,8 +246,8 @@ void Base64Run::judge_row(std::size_t ends) {
     }
 }
 
-/// Reports '=' at the current place that are fewer than the last group needs. On a line of their own they only mark
-/// the end.
+/// Reports '=' at the current place that are fewer than the last group needs, or more. On a line of their own they only
+/// mark the end.
 void Base64Run::judge_padding() {
     const std::uint64_t at = body_.at();
     if (state_.pending == 1) {
@@ -255,10 +255,11 @@ void Base64Run::judge_padding() {
         return;
     }
     const std::string_view before = body_.behind(1);
-    if (state_.pending == 0 && (before.empty() || is_blank(before.front()))) return;
     const std::string_view ahead = body_.ahead(4);
     const std::size_t count = std::min(ahead.find_first_not_of('='), ahead.size());
-    if (state_.pending == 0 || count < 4 - state_.pending) {
+    const bool own_line = before.empty() || is_blank(before.front());
+    if (state_.pending == 0 && own_line && count > 2) return;
+    if (count + state_.pending != 4) {
         sink_.report(ProblemKind::bad_padding, at);
     }
 }
@@ -386,6 +387,7 @@ void Base64Run::end() {
     } else if (!whole && !attachment_.cut_off) {
         sink_.report(ProblemKind::missing_padding, at);
     }
+    sink_.note_law(rows_.usual_rows());
     if (rows_.uneven() && tag_runs_ == 0 && !in_rows_) {
         sink_.report(ProblemKind::uneven_lines, at);
     }

@@ -1,6 +1,7 @@
 #include "checksum/checksum.h"
 #include "codec/base64/sixbit.h"
 #include "codec/binhex/binhex.h"
+#include "codec/binhex/binhex_rows.h"
 #include "codec/binhex/binhex_runs.h"
 #include "codec/recovery/decode_run.h"
 
@@ -126,6 +127,7 @@ class BinHexRun {
     std::vector<char> stream_;
     sixbit::State state_;
     binhex::RunState runs_;
+    binhex::Rows rows_;
 };
 
 void BinHexRun::expand(std::string_view packed) {
@@ -147,6 +149,7 @@ void BinHexRun::run() {
         const std::string_view in = body_.ahead(body_.piece());
         const sixbit::Progress done = sixbit::decode(sixbit::Alphabet::binhex, in, packed_.data(), state_);
         expand({packed_.data(), done.written});
+        rows_.take(in.substr(0, done.read));
         body_.pass(done.read);
         if (done.read < in.size() && !forks_.done()) take_foreign();
     }
@@ -154,6 +157,8 @@ void BinHexRun::run() {
     const std::size_t left = sixbit::finish(packed_.data(), state_);
     if (!forks_.done()) expand({packed_.data(), left});
     forks_.end(body_.at());
+    sink_.note_law(rows_.full_rows());
+    if (rows_.uneven()) sink_.report(ProblemKind::bad_length, body_.at(), "A row has lost characters, or has too many");
 }
 
 }  // namespace

@@ -225,7 +225,7 @@ Outcome decode(const Attachment& attachment, std::span<const std::string_view> i
             decode_binhex(attachment, body, sink);
             break;
         case Format::quoted_printable:
-            decode_quoted_printable(body, sink);
+            decode_quoted_printable(attachment, body, sink);
             break;
         case Format::yenc:
             decode_yenc(attachment, inputs, on_read, sink);

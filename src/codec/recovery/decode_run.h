@@ -139,7 +139,7 @@ class Sink {
 void decode_base64(const Attachment& attachment, Body& body, Sink& sink);
 void decode_uu(const Attachment& attachment, Body& body, Sink& sink);
 void decode_binhex(const Attachment& attachment, Body& body, Sink& sink);
-void decode_quoted_printable(Body& body, Sink& sink);
+void decode_quoted_printable(const Attachment& attachment, Body& body, Sink& sink);
 void decode_identity(Body& body, Sink& sink);
 
 }  // namespace quill::codec

@@ -71,12 +71,13 @@ FileOffset Sources::file_offset(std::uint32_t source, std::uint64_t at) const {
 }
 
 /// Returns true if the wrapping of the text that holds all of `attachment` is inside its body only: what comes before
-/// it is as it was in the wrapped text.
+/// it is as it was in the wrapped text. A message is encoded with its header.
 bool Sources::lies_within(const Attachment& attachment) const {
     if (attachment.body.size() != 1) return false;
     const Range& body = attachment.body.front();
     const Text& text = texts_[body.source];
-    if (text.parent == body.source || body.begin < 2) return false;
+    if (text.parent == body.source || body.begin < 2 || text.wrapping->kind == ProblemKind::encoded_message)
+        return false;
     return text.map.is_unchanged(PlainOffset{body.begin - 2}, PlainOffset{body.begin});
 }
 

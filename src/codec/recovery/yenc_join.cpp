@@ -359,8 +359,9 @@ void Assembly::verify_part(const Part& part, const Data& data) {
     }
     all_vouched_for_ = all_vouched_for_ && verification.vouched_for;
     if (parts_.size() == 1 && !part.post.is_part() && verification.crc_agrees) sink_.prove();
-    if (part.post.stated_crc() || !part.post.end || data.even_rows) return;
-    if (!has_uneven_rows(part.text, part.post)) return;
+    if (part.post.stated_crc() || !part.post.end) return;
+    if (has_tabs_for_blanks(part.text, part.post)) sink_.report(ProblemKind::bad_character, part.range.begin);
+    if (data.even_rows || !has_uneven_rows(part.text, part.post)) return;
     sink_.report(ProblemKind::uneven_lines, part.range.begin);
 }
 
@@ -372,10 +373,13 @@ std::optional<std::string> Assembly::what_is_missing() const {
     std::uint64_t total = 0;
     for (const Part& part : parts_) total = std::max(total, part.post.begin.total.value_or(0));
     const bool by_size = size && *size > begin + sink_.size();
+    const bool is_filled = placed_ && size && !by_size;
     const bool by_total = total > (placed_ ? last.begin.part.value_or(total) : parts_.size());
-    const bool behind = by_size || (by_total && !(placed_ && size));
-    if (begin > 0 || (alone_ && behind)) return "This part is all there is of the file";
-    if (behind) return "Parts at the end of the file are missing";
+    if (begin > 0 || (alone_ && (by_size || by_total))) return "This part is all there is of the file";
+    if (by_total && is_filled) {
+        return "The parts fill the stated size, but " + std::to_string(total) + " parts are stated";
+    }
+    if (by_size || by_total) return "Parts at the end of the file are missing";
     return std::nullopt;
 }
 
@@ -391,11 +395,10 @@ bool Assembly::end_is_unknown() const {
 /// What can be said only of the file: parts missing at its end, its own CRC.
 void Assembly::check_whole() {
     const Part& last = parts_.back();
-    if (const auto missing = what_is_missing()) {
+    const std::optional<std::string> missing = what_is_missing();
+    if (missing) {
         sink_.report(ProblemKind::missing_part, last.range.end, *missing);
-        return;
-    }
-    if (end_is_unknown()) {
+    } else if (end_is_unknown()) {
         sink_.report(ProblemKind::unnumbered_parts, last.range.end,
                      "Nothing says how long the file is; parts at its end may be missing");
     }
@@ -403,7 +406,7 @@ void Assembly::check_whole() {
     if (crc_ == *whole_crc_) {
         all_vouched_for_ = true;
         if (parts_.size() > 1) sink_.prove();
-    } else {
+    } else if (!missing) {
         sink_.report(ProblemKind::bad_crc, last.range.end,
                      "The text states the CRC " + hexadecimal(*whole_crc_) + " of the whole file, and it is " +
                          hexadecimal(crc_));

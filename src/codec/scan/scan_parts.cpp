@@ -97,7 +97,10 @@ FoundFile Scanner::file_of(const Leaf& leaf, Position end) const {
     Attachment& out = file.attachment;
     out.name = header.file_name;
     out.content_type = header.type;
-    if (header.encoding == TransferEncoding::base64) out.format = Format::base64;
+    if (header.encoding == TransferEncoding::base64) {
+        out.format = Format::base64;
+        file.label = text_.label;  // of the subject: its file may lie in several posts
+    }
     if (header.encoding == TransferEncoding::quoted_printable) out.format = Format::quoted_printable;
     out.body = cursor_.ranges(leaf.begin, std::max(leaf.begin, end));
     out.message_text = header.file_name.empty() && (header.type.empty() || header.type.starts_with("text/") ||
@@ -137,6 +140,13 @@ void Scanner::report_text_behind(const Leaf& leaf, Attachment& attachment) const
     }
 }
 
+/// Returns true for a part with a file in it whose boundary follows the empty line after the header at once. A body
+/// without bytes has a line of its own (RFC 2046 5.1.1).
+bool lacks_body(const Attachment& attachment, const Leaf& leaf, Position end) {
+    return attachment.before_boundary && !attachment.message_text && attachment.format != Format::identity &&
+           end < leaf.begin;
+}
+
 void Scanner::close_leaf(Level& level, Position end, bool cut_off) {
     if (!level.leaf) return;
     const Leaf leaf = std::move(*level.leaf);
@@ -150,10 +160,11 @@ void Scanner::close_leaf(Level& level, Position end, bool cut_off) {
     if (text_behind) report_text_behind(leaf, file.attachment);
     if (leaf.embedded && file.attachment.message_text) return;
     file.attachment.cut_off = cut_off && level.multipart;
+    file.attachment.before_boundary = !cut_off && level.multipart;
     if (leaf.wraps_file) {
         file.attachment.problems.push_back({ProblemKind::no_data, leaf.begin.offset});
     }
-    if (leaf.in_header && file.attachment.body.empty()) {
+    if ((leaf.in_header && file.attachment.body.empty()) || lacks_body(file.attachment, leaf, end)) {
         file.attachment.problems.push_back({ProblemKind::missing_body, leaf.begin.offset});
     }
     if (level.guessed) {

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -80,6 +81,7 @@ class UuRun {
     Sink& sink_;
     std::vector<char> room_;
     uu::Law law_;
+    std::optional<std::uint64_t> long_blank_;  ///< a row of blanks that is too long for an empty line
     bool reported_uneven_ = false;
     std::size_t part_ = 0;
 };
@@ -89,6 +91,7 @@ void UuRun::run() {
     if (body_.stopped() || sink_.stopped()) return;
     if (const auto at = law_.wrong_check()) sink_.report(ProblemKind::bad_check, *at);
     if (const auto at = law_.wrongly_stripped()) sink_.report(ProblemKind::short_line, *at);
+    if (long_blank_ && law_.writes_blanks()) sink_.report(ProblemKind::bad_length, *long_blank_);
     if (const auto at = law_.mixed_zeros()) sink_.report(ProblemKind::bad_character, *at);
 }
 
@@ -204,7 +207,7 @@ std::size_t UuRun::bytes_of(const uu::DataLine& data, std::string_view line, std
         case uu::Fit::none:
             break;
     }
-    if (is_filled_up(line, data.expected, alphabet_) && is_last_line()) {
+    if (data.bytes > 0 && is_filled_up(line, data.expected, alphabet_) && is_last_line()) {
         sink_.report(ProblemKind::long_line, at);
         return data.bytes;
     }
@@ -242,7 +245,7 @@ void UuRun::take_odd_line() {
     const std::uint64_t at = body_.at();
     std::string line = take_line();
     if (is_blank(line)) {
-        if (law_.writes_blanks() && line.size() > most_blank) sink_.report(ProblemKind::bad_length, at);
+        if (line.size() > most_blank && !long_blank_) long_blank_ = at;
         return;
     }
     take_off_dot(line, at);

@@ -17,19 +17,12 @@ std::size_t find_inner(std::string_view rows, char zero) {
     return rows.npos;
 }
 
-bool is_zero(char c) {
-    return c == '`' || c == '+' || c == ' ' || c == '\t';
-}
-
-bool is_all_zeros(std::string_view surplus) {
-    return std::all_of(surplus.begin(), surplus.end(), is_zero);
-}
-
 }  // namespace
 
 void Law::take_width(std::size_t bytes) {
     uneven_ = uneven_ || odd_;
     if (width_ == 0) width_ = bytes;
+    uneven_ = uneven_ || bytes > width_;
     odd_ = odd_ || bytes != width_;
 }
 
@@ -95,8 +88,6 @@ std::optional<std::uint64_t> Law::wrong_check() const {
         if (plain_.rows > 0) return right_.first;
         return lost_zeros > 0 ? std::optional(zero_.first) : std::nullopt;
     }
-    const bool last_alone = wrong_.rows == 1 && right_.rows == 0 && !last_is_plain_;
-    if (last_alone && odd_ && is_all_zeros(surplus_)) return std::nullopt;
     if (wrong_.rows == 1 && right_.rows == 0 && plain_.rows == 0) return wrong_.first;
     if (changed_.rows > 0) return changed_.first;
     const std::uint64_t allowed = last_is_plain_ && odd_ ? 1 : 0;

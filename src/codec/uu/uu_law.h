@@ -52,7 +52,7 @@ class Law {
     void keep_blanks() { keeps_blanks_ = true; }
     bool keeps_blanks() const { return keeps_blanks_; }
 
-    /// Returns true where a row follows one that is shorter or longer than the others, as only the last may be.
+    /// Returns true where a row is longer than the first, or follows one that is shorter, as only the last may be.
     bool uneven() const { return uneven_; }
 
     /// Returns where a row has another surplus than the others, or a check character that disagrees.

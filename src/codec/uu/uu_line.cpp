@@ -13,6 +13,11 @@ Fit fit_of(std::size_t have, std::size_t bytes, std::size_t expected) {
     return have == (bytes * 4 + 2) / 3 ? Fit::unpadded : Fit::stripped;
 }
 
+/// Returns true where `characters` are zeros alone, as in a check character of no data.
+bool are_zeros(Alphabet alphabet, std::string_view characters) {
+    return std::all_of(characters.begin(), characters.end(), [alphabet](char c) { return value_of(alphabet, c) == 0; });
+}
+
 /// Returns true where the last character holds bits of the last byte and none after it. A zero there is more likely to
 /// be one of the characters that fill the group, in a row that lost another.
 bool may_be_unpadded(Alphabet alphabet, std::string_view data, std::size_t bytes) {
@@ -35,6 +40,7 @@ DataLine judge(Alphabet alphabet, std::string_view line) {
         data = data.substr(0, std::max(last, out.expected));
     }
     out.fit = fit_of(data.size(), out.bytes, out.expected);
+    if (out.bytes == 0 && !are_zeros(alphabet, data)) out.fit = Fit::none;
     const std::string_view counted = data.substr(0, out.expected);
     out.clean = std::all_of(counted.begin(), counted.end(), [&](char c) { return value_of(alphabet, c) >= 0; });
     if (out.fit == Fit::unpadded && !may_be_unpadded(alphabet, data, out.bytes)) out.fit = Fit::stripped;

@@ -135,6 +135,8 @@ struct BodyEnd {
     Position end;               ///< after the last line of data
     bool ended = false;         ///< the line of length 0 or "end" was there
     bool end_line = false;      ///< "end" was there
+    bool zero_line = false;     ///< the line of length 0 was there
+    bool checked = false;       ///< the line of length 0 has a check character
     bool keeps_blanks = false;  ///< the line of length 0 shows that no blanks at the ends of lines were lost
 };
 
@@ -181,8 +183,9 @@ BodyEnd read_body(TextScan& scan, uu::Alphabet alphabet) {
         }
         const Position before = scan.cursor.position();
         if (!scan.cursor.next(line)) return out;
-        if (line.text.empty()) continue;
         const std::string_view text = text::trim(line.text);
+        out.zero_line = out.zero_line || text.empty();
+        if (line.text.empty()) continue;
         if (text == "end") {
             out.ended = out.end_line = true;
             return out;
@@ -192,7 +195,8 @@ BodyEnd read_body(TextScan& scan, uu::Alphabet alphabet) {
         const uu::DataLine data = uu::judge(alphabet, line.text);
         const bool stops = scan.is_stop(line) || is_sure_begin(line.text) || begins_article(scan.cursor, line);
         if (!stops && data.fit != uu::Fit::none && data.bytes == 0) {
-            out.ended = true;
+            out.ended = out.zero_line = true;
+            out.checked = text.size() == 2;
             continue;
         }
         const bool is_data = data.clean && data.fit != uu::Fit::none && !out.ended;
@@ -250,6 +254,14 @@ bool is_lone_line(const TextScan& scan, const Line& line, uu::Alphabet alphabet)
     return next.text == "end";
 }
 
+/// Returns true where the row at `at` may have a check character, or have lost one that was a blank.
+bool is_checked(const TextScan& scan, Position at, uu::Alphabet alphabet) {
+    Line line;
+    if (!peek_text(scan, at, 1, line)) return true;
+    const uu::DataLine data = uu::judge(alphabet, line.text);
+    return data.bytes == 0 || data.fit != uu::Fit::exact || data.blanks_after;
+}
+
 void finish_uu(TextScan& scan, FoundFile& file, uu::Alphabet alphabet, Position begin) {
     const BodyEnd body = read_body(scan, alphabet);
     file.attachment.format = alphabet == uu::Alphabet::uu ? Format::uu : Format::xx;
@@ -260,6 +272,12 @@ void finish_uu(TextScan& scan, FoundFile& file, uu::Alphabet alphabet, Position 
     if (body.ended && scan.cursor.peek(scan.cursor.position(), peeked_characters, next) && !scan.is_stop(next) &&
         (is_run_of_lines(scan, next, alphabet) || (!body.end_line && is_lone_line(scan, next, alphabet)))) {
         file.attachment.problems.push_back({ProblemKind::doubtful_end, body.end.offset});
+    }
+    if (body.checked && !is_checked(scan, begin, alphabet)) {
+        file.attachment.problems.push_back({ProblemKind::bad_check, begin.offset});
+    }
+    if (body.end_line && !body.zero_line && body.end == begin) {
+        file.attachment.problems.push_back({ProblemKind::no_data, begin.offset});
     }
     if (body.end_line) {
         read_trailer(scan, scan.cursor.position(), file.attachment);

@@ -134,6 +134,7 @@ std::optional<EndLine> parse_end(std::string_view line) {
     if (!fields) return std::nullopt;
     EndLine end;
     end.size = number(*fields, "size");
+    end.unreadable_size = !end.size && field(*fields, "size");
     end.part = number(*fields, "part");
     const auto crc = [&](std::string_view key) -> std::optional<std::uint32_t> {
         std::optional<std::string_view> digits = field(*fields, key);
@@ -305,6 +306,10 @@ Verification verify(const Post& post, const Data& data) {
         out.vouched_for = crc_agrees;
         problem(crc_agrees ? ProblemKind::size_differs : ProblemKind::bad_size,
                 "The text states " + std::to_string(*size) + " bytes, and " + std::to_string(data.size) + " came out");
+    }
+    if (post.end->unreadable_size && !crc_agrees) {
+        out.vouched_for = false;
+        problem(ProblemKind::bad_size, "The stated size is not a number");
     }
     if (crc && *crc != data.crc) {
         problem(ProblemKind::bad_crc,

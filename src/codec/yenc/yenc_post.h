@@ -33,7 +33,8 @@ struct EndLine {
     std::optional<std::uint64_t> part;
     std::optional<std::uint32_t> pcrc32;  ///< CRC-32 of the part
     std::optional<std::uint32_t> crc32;   ///< CRC-32 of the whole file
-    bool unreadable_crc = false;          ///< a CRC is stated that is no number of at most 32 bits
+    bool unreadable_crc = false;          ///< a CRC is stated that is not a number of at most 32 bits
+    bool unreadable_size = false;         ///< a size is stated that is not a number
 };
 
 /// What a line says, or nullopt where it is not of that kind. A `=ybegin` must state its line length, size or name.

@@ -25,6 +25,9 @@ struct Row {
         return bytes;
     }
 
+    /// Returns true where the last character is an escape, and what it escapes is lost.
+    bool ends_in_escape() const { return line.ends_with('=') && !ends_in_pair(); }
+
     /// Returns true where the last two characters are an escape and what it escapes.
     bool ends_in_pair() const {
         if (line.size() < 2) return false;
@@ -37,11 +40,13 @@ struct Row {
 
 bool has_characters(const Row& row, std::uint64_t length) {
     const auto fits = [&](std::size_t n) { return n == length || (n == length + 1 && row.ends_in_pair()); };
+    if (row.ends_in_escape()) return false;
     return fits(row.characters()) || (row.dotted() && fits(row.characters() - 1));
 }
 
 bool has_bytes(const Row& row, std::uint64_t length) {
     const std::size_t bytes = row.bytes();
+    if (row.ends_in_escape()) return false;
     return bytes == length || (row.dotted() && bytes - 1 == length);
 }
 
@@ -83,7 +88,8 @@ std::optional<std::size_t> size_of_rows(std::string_view text, std::uint64_t len
         std::size_t size = length;
         while (size < length + most_more && !is_ended_at(rest, size)) ++size;
         if (!is_ended_at(rest, size) || is_line_end(rest[size + 2])) return std::nullopt;
-        if (size > length && !has_characters(Row{rest.substr(0, size)}, length)) return std::nullopt;
+        const bool plain = size == length && rest[size - 1] != '=';
+        if (!plain && !has_characters(Row{rest.substr(0, size)}, length)) return std::nullopt;
         rest.remove_prefix(size + 2);
         line_ends += 2;
     }
@@ -105,8 +111,14 @@ bool has_uneven_rows(std::string_view text, const Post& post) {
     std::optional<Row> last =
         last_of_fitting_rows(data, [&](const Row& row) { return has_characters(row, characters); });
     if (!last) last = last_of_fitting_rows(data, [&](const Row& row) { return has_bytes(row, bytes); });
-    if (!last) return true;
+    if (!last || last->ends_in_escape()) return true;
     return last->characters() > characters + 1 + (last->dotted() ? 1 : 0) && last->bytes() > bytes;
+}
+
+bool has_tabs_for_blanks(std::string_view text, const Post& post) {
+    constexpr std::ptrdiff_t hardly_by_chance = 6;
+    const std::string_view data = text.substr(post.data_begin, post.data_end - post.data_begin);
+    return data.find(' ') == data.npos && std::count(data.begin(), data.end(), '\t') >= hardly_by_chance;
 }
 
 /// Measures the first row of `piece`. Returns the bytes before it, or nullopt where it isn't whole.
@@ -147,7 +159,7 @@ void RowWatch::take(std::string_view piece) {
 bool RowWatch::saw_even_rows() const {
     if (!even_ || rest_.find_first_not_of("\r\n") == std::string::npos) return false;
     const auto last = last_of_fitting_rows(rest_, [&](const Row& row) { return has_characters(row, length_); });
-    return last && last->characters() <= length_ + 1;
+    return last && last->characters() <= length_ + 1 && !last->ends_in_escape();
 }
 
 }  // namespace quill::codec::yenc
