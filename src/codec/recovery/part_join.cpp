@@ -1,5 +1,6 @@
 #include "codec/recovery/part_join.h"
 
+#include "codec/recovery/mime_pieces.h"
 #include "codec/recovery/part_copies.h"
 #include "codec/recovery/part_label.h"
 #include "codec/recovery/yenc_join.h"
@@ -412,6 +413,7 @@ Found join_parts(std::vector<FoundFile> files, std::span<const std::string_view>
     Found out;
     files = join_messages(std::move(files), inputs);
     yenc::join_posts(files, inputs);
+    mark_mime_pieces(files, inputs, paths);
     std::map<Key, std::vector<Piece>> groups;
     for (std::size_t i = 0; i < files.size(); ++i) {
         if (!is_piece(files[i])) continue;
