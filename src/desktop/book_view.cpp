@@ -5,9 +5,11 @@
 #include "desktop/shown_text.h"
 
 #include <QGroupBox>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QListWidget>
 #include <QMenuBar>
+#include <QScreen>
 #include <QShortcut>
 #include <QSplitter>
 #include <QStackedWidget>
@@ -19,6 +21,21 @@ namespace quill::desktop {
 namespace {
 
 constexpr int twips_per_pixel = 15;
+
+/// The screens' places on the desktop, that of the main one first.
+std::vector<htx::ScreenArea> screens() {
+    std::vector<htx::ScreenArea> areas;
+    const auto add = [&](const QScreen* screen) {
+        const QRectF area = screen->availableGeometry();
+        const auto twips = [](double pixels) { return static_cast<float>(pixels * twips_per_pixel); };
+        areas.push_back({twips(area.left()), twips(area.top()), twips(area.width()), twips(area.height())});
+    };
+    add(QGuiApplication::primaryScreen());
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        if (screen != QGuiApplication::primaryScreen()) add(screen);
+    }
+    return areas;
+}
 
 }  // namespace
 
@@ -70,6 +87,8 @@ void BookView::connect_browser() {
     browser_->clicked = [this, later](const std::string& page, const std::string& address) {
         later([this, page, address] { w_.follow(page, address); });
     };
+    browser_->zoomed = [this](int steps) { hand_in([this, steps] { w_.zoom_by(steps); }); };
+    browser_->turned = [this](bool forward) { hand_in(forward ? w_.nxt.click : w_.prv.click); };
     w_.attach(browser_);
 }
 
@@ -95,6 +114,10 @@ void BookView::build_menus() {
     add(page, w_.lst, QKeySequence(Qt::CTRL | Qt::Key_End));
     add(page, w_.goto_page, QKeySequence(Qt::CTRL | Qt::Key_G));
     add(page, w_.forth, QKeySequence::Forward);
+    QMenu* view = bind(w_.vie, bar->addMenu(QString()));
+    add(view, w_.larger, QKeySequence::ZoomIn);
+    add(view, w_.smaller, QKeySequence::ZoomOut);
+    add(view, w_.usual, QKeySequence(Qt::CTRL | Qt::Key_0));
     QMenu* search = bind(w_.sea, bar->addMenu(QString()));
     add(search, w_.fnd, QKeySequence::Find);
     add(search, w_.fnb, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F));
@@ -196,6 +219,7 @@ QListWidget* BookView::bind_rows(controls::ListBox& list) {
 
 void BookView::on_shown() {
     if (!std::exchange(placed_, true)) {
+        if (w_.wanted.width > 0) w_.fit_to(screens());
         frame().move(w_.left / twips_per_pixel, w_.top / twips_per_pixel);
         frame().resize(w_.width / twips_per_pixel, w_.height / twips_per_pixel);
     }

@@ -43,7 +43,8 @@ QVariant text_of(const std::string& path) {
 
 }  // namespace
 
-PlainBrowser::PlainBrowser(const htx::Form7& book) : book_(book), pictures_(book.context.platform.pictures()) {
+PlainBrowser::PlainBrowser(const htx::Form7& book)
+    : book_(book), pictures_(book.context.platform.pictures()), usual_points_(font().pointSizeF()) {
     pictures_.arrived = [this](const auto& pictures) { show_pictures(pictures); };
     setOpenLinks(false);
     setUndoRedoEnabled(false);
@@ -112,6 +113,48 @@ void PlainBrowser::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() == Qt::BackButton) go_back();
     if (event->button() == Qt::ForwardButton) go_forward();
     QTextBrowser::mouseReleaseEvent(event);
+}
+
+void PlainBrowser::set_zoom(int percent) {
+    QFont letters = font();
+    letters.setPointSizeF(usual_points_ * percent / 100);
+    const std::size_t top = place();
+    setFont(letters);
+    go_to_place(top);
+}
+
+std::size_t PlainBrowser::place() const {
+    return static_cast<std::size_t>(cursorForPosition({0, 0}).position());
+}
+
+void PlainBrowser::go_to_place(std::size_t place) {
+    const auto end = static_cast<std::size_t>(std::max(0, document()->characterCount() - 1));
+    QTextCursor cursor(document());
+    cursor.setPosition(static_cast<int>(std::min(place, end)));
+    verticalScrollBar()->setValue(verticalScrollBar()->value() + cursorRect(cursor).top());
+}
+
+void PlainBrowser::wheelEvent(QWheelEvent* event) {
+    if (!event->modifiers().testFlag(Qt::ControlModifier)) return QTextBrowser::wheelEvent(event);
+    constexpr int step = 120;
+    wheel_ += event->angleDelta().y();
+    const int steps = wheel_ / step;
+    wheel_ -= steps * step;
+    event->accept();
+    if (steps != 0 && zoomed) zoomed(steps);
+}
+
+void PlainBrowser::keyPressEvent(QKeyEvent* event) {
+    const bool space = event->key() == Qt::Key_Space, shift = event->modifiers().testFlag(Qt::ShiftModifier);
+    const bool forward = event->key() == Qt::Key_PageDown || (space && !shift);
+    const bool backward = event->key() == Qt::Key_PageUp || (space && shift);
+    QScrollBar* const bar = verticalScrollBar();
+    if (turned && !event->isAutoRepeat() &&
+        ((forward && bar->value() == bar->maximum()) || (backward && bar->value() == bar->minimum()))) {
+        return turned(forward);
+    }
+    if (!space) return QTextBrowser::keyPressEvent(event);
+    bar->triggerAction(forward ? QAbstractSlider::SliderPageStepAdd : QAbstractSlider::SliderPageStepSub);
 }
 
 }  // namespace quill::desktop

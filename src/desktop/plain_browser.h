@@ -18,6 +18,11 @@ class PlainBrowser final : public QTextBrowser, public platform::Browser {
     std::function<void(const std::string& page, const std::string& title)> arrived;
     std::function<void(const std::string& page, const std::string& address)> clicked;
 
+    /// The user wants the letters larger, or smaller, by so many steps.
+    std::function<void(int steps)> zoomed;
+    /// The user has pressed a key to scroll beyond an end of the page.
+    std::function<void(bool forward)> turned;
+
     void navigate(const std::string& page, const std::string& fragment) override;
     void go_back() override { backward(); }
     void go_forward() override { forward(); }
@@ -25,6 +30,9 @@ class PlainBrowser final : public QTextBrowser, public platform::Browser {
     void select_all() override { selectAll(); }
     bool find(const std::string& text) override;
     void print() override;
+    void set_zoom(int percent) override;
+    std::size_t place() const override;
+    void go_to_place(std::size_t place) override;
 
     /// Returns what the document asks for: a file of the book, or nothing; for a picture, an empty one until it is
     /// decoded. Never null, because the document then looks for a file by itself.
@@ -32,6 +40,8 @@ class PlainBrowser final : public QTextBrowser, public platform::Browser {
 
   protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
   private:
     std::string file_of(const QUrl& name) const;
@@ -39,7 +49,9 @@ class PlainBrowser final : public QTextBrowser, public platform::Browser {
 
     const htx::Form7& book_;
     PagePictures pictures_;
-    std::string page_;  ///< the one that was loaded last; `source` is still the one before while it is loaded
+    double usual_points_;  ///< size of the letters without zoom
+    int wheel_ = 0;        ///< eighths of a degree turned with Ctrl that made no step yet
+    std::string page_;     ///< the one that was loaded last; `source` is still the one before while it is loaded
 };
 
 }  // namespace quill::desktop

@@ -20,6 +20,7 @@ namespace {
 constexpr int first_width = 9495, first_height = 6960;  // twips
 constexpr int contents_width = 7000, contents_height = 5000;
 constexpr std::size_t most_hits = 1000;
+constexpr int usual_zoom = 100, zoom_step = 10;
 constexpr auto open_another =
     "To open another HTX book close this window and select another file from the programs main window.";
 constexpr auto sizing_caption = "Move & resize this window as you wish it to appear when opening it.";
@@ -48,6 +49,10 @@ void set_captions(Form7& w) {
     w.lst.caption = "&Last page";
     w.goto_page.caption = "&Goto page...";
     w.forth.caption = "Forward";
+    w.vie.caption = "&View";
+    w.larger.caption = "&Larger letters";
+    w.smaller.caption = "&Smaller letters";
+    w.usual.caption = "&Usual size";
     w.sea.caption = "&Search";
     w.fnd.caption = "Find on page";
     w.fnb.caption = "Find in book";
@@ -106,6 +111,9 @@ void Form7::wire() {
             Frame2.visible = Frame1.visible = false;
         };
     }
+    larger.click = [this] { zoom_by(1); };
+    smaller.click = [this] { zoom_by(-1); };
+    usual.click = [this] { set_zoom(usual_zoom); };
     ope.click = [this] { context.platform.message(open_another); };
     fnd.click = [this] { find_on_page(true); };
     fnb.click = [this] { find_in_book(); };
@@ -135,7 +143,40 @@ void Form7::show_files(std::vector<File> unpacked) {
     Command1.visible = Command2.visible = false;
     Label2.text = "Page 1 of " + std::to_string(pages_.size());
     if (List2.count() != 0) Label1.text = List2.items().front();
-    if (!pages_.empty()) navigate(pages_.front(), {});
+    goes_on_ = left_at_.page < pages_.size();
+    if (!pages_.empty()) navigate(pages_[goes_on_ ? left_at_.page : 0], {});
+}
+
+void Form7::remember_in(std::string memory, std::string book) {
+    memory_ = std::move(memory);
+    book_ = std::move(book);
+    left_at_ = remembered_place(memory_, book_).value_or(BookPlace());
+}
+
+void Form7::remember() {
+    if (memory_.empty() || browser_ == nullptr || pages_.empty()) return;
+    left_at_.page = page();
+    left_at_.place = browser_->place();
+    remember_place(memory_, book_, left_at_);
+}
+
+void Form7::set_zoom(int percent) {
+    left_at_.zoom = std::clamp(percent, least_zoom, most_zoom);
+    larger.enabled = left_at_.zoom < most_zoom;
+    smaller.enabled = left_at_.zoom > least_zoom;
+    if (browser_ != nullptr) browser_->set_zoom(left_at_.zoom);
+}
+
+void Form7::zoom_by(int steps) {
+    set_zoom(left_at_.zoom + steps * zoom_step);
+}
+
+void Form7::fit_to(const std::vector<ScreenArea>& screens) {
+    const BookGeometry fitted = fit_to_screens(wanted, screens);
+    width = static_cast<int>(fitted.width);
+    height = static_cast<int>(fitted.height);
+    top = static_cast<int>(fitted.top);
+    left = static_cast<int>(fitted.left);
 }
 
 std::string Form7::path_of(const Address& address) const {
@@ -151,6 +192,7 @@ std::size_t Form7::page() const {
 
 void Form7::attach(platform::Browser* browser) {
     browser_ = browser;
+    if (browser_ != nullptr) set_zoom(left_at_.zoom);
     if (browser_ != nullptr && !wanted_.empty()) browser_->navigate(wanted_, wanted_fragment_);
 }
 
@@ -168,6 +210,8 @@ void Form7::navigated(const std::string& address) {
     const auto found = std::find(pages_.begin(), pages_.end(), address);
     if (found != pages_.end()) Label3.text = std::to_string(found - pages_.begin());
     Label2.text = "Page " + std::to_string(page() + 1) + " of " + std::to_string(pages_.size());
+    const bool goes_on = std::exchange(goes_on_, false) && page() == left_at_.page;
+    if (goes_on && left_at_.place != 0 && browser_ != nullptr) browser_->go_to_place(left_at_.place);
 }
 
 void Form7::titled(const std::string& title) {
@@ -281,6 +325,7 @@ void Form7::resized() {
 
 void Form7::close_window() {
     const bool was_reading = List1.count() != 0;
+    remember();
     visible = false;
     auto& main = context.windows.load<shell::swit>();
     controls::run(closed);

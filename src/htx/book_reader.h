@@ -1,6 +1,8 @@
 #pragma once
 
 #include "controls/control.h"
+#include "htx/book/book_geometry.h"
+#include "htx/book/book_memory.h"
 #include "htx/book/book_pages.h"
 #include "platform/browser.h"
 #include "shell/session.h"
@@ -62,6 +64,10 @@ struct Form7 : controls::Window {
     controls::MenuItem lst;        // last page
     controls::MenuItem goto_page;  // contents
     controls::MenuItem forth;      // forward in history
+    controls::MenuItem vie;        // menu View
+    controls::MenuItem larger;     // larger letters
+    controls::MenuItem smaller;    // smaller letters
+    controls::MenuItem usual;      // letters of the usual size
     controls::MenuItem sea;        // menu Search
     controls::MenuItem fnd;        // find on the page
     controls::MenuItem fnb;        // find in the book
@@ -78,7 +84,10 @@ struct Form7 : controls::Window {
 
     explicit Form7(shell::Context& shared);
 
-    /// Takes the files of a book, sorts its pages and shows the first one.
+    /// Has the book at the path `book` go on where it was left, which is remembered in the file `memory`.
+    void remember_in(std::string memory, std::string book);
+    /// Takes the files of a book, sorts its pages and shows the first one, or the one that
+    /// it was left at.
     void show_files(std::vector<File> unpacked);
     /// Returns the path of the file that an address on a page of the book means; empty for what is not in the book.
     std::string path_of(const Address& address) const;
@@ -91,6 +100,10 @@ struct Form7 : controls::Window {
     void navigated(const std::string& address);
     /// The page shown has a title.
     void titled(const std::string& title);
+    /// Makes the letters larger or smaller by so many steps.
+    void zoom_by(int steps);
+    /// The window is to lie on one of these screens.
+    void fit_to(const std::vector<ScreenArea>& screens);
     /// The user has clicked a link on the page `from`.
     void follow(const std::string& from, const std::string& address);
     /// The frame has another place or size, in twips: these are the book's now.
@@ -101,6 +114,7 @@ struct Form7 : controls::Window {
 
     shell::Context& context;
     controls::Action closed;  ///< what becomes of the files when the window closes
+    BookGeometry wanted;      ///< the window as the book has it, wherever that is
 
   private:
     void wire();
@@ -110,6 +124,8 @@ struct Form7 : controls::Window {
     void show_hit();
     void next_hit();
     void close_window();
+    void remember();
+    void set_zoom(int percent);
     void navigate(const std::string& address, const std::string& fragment);
 
     std::vector<File> files_;
@@ -118,6 +134,9 @@ struct Form7 : controls::Window {
     platform::Browser* browser_ = nullptr;
     std::string wanted_, wanted_fragment_;
     std::string searched_;
+    std::string memory_, book_;
+    BookPlace left_at_;     ///< `zoom` is the current one
+    bool goes_on_ = false;  ///< the place in the first page shown is still to be found
     std::vector<BookHit> found_;
 };
 
@@ -160,6 +179,10 @@ void visit_controls(Form7& w, F&& f) {
     f("lst", "Last page", w.lst);
     f("goto_page", "Go to a page", w.goto_page);
     f("forth", "Forward", w.forth);
+    f("vie", "View menu", w.vie);
+    f("larger", "Larger letters", w.larger);
+    f("smaller", "Smaller letters", w.smaller);
+    f("usual", "Letters of the usual size", w.usual);
     f("sea", "Search menu", w.sea);
     f("fnd", "Find on the page", w.fnd);
     f("fnb", "Find in the book", w.fnb);

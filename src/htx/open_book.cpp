@@ -1,6 +1,7 @@
 #include "htx/open_book.h"
 
 #include "files/directory.h"
+#include "files/path.h"
 #include "htx/book/book_geometry.h"
 #include "htx/book_reader.h"
 #include "shell/main_window.h"
@@ -24,13 +25,8 @@ void size_window(Form7& w, const std::string& geometry_file) {
                     static_cast<float>(w.left)};
     }
     const platform::Machine& machine = w.context.platform.machine();
-    const ScreenArea screen{0, 0, static_cast<float>(machine.screen_width()),
-                            static_cast<float>(machine.screen_height())};
-    const BookGeometry shown = fit_to_screen(geometry, screen);
-    w.width = static_cast<int>(shown.width);
-    w.height = static_cast<int>(shown.height);
-    w.top = static_cast<int>(shown.top);
-    w.left = static_cast<int>(shown.left);
+    w.wanted = geometry;
+    w.fit_to({{0, 0, static_cast<float>(machine.screen_width()), static_cast<float>(machine.screen_height())}});
 }
 
 void show_book(shell::Context& context, zip::NewZIP& archives) {
@@ -43,6 +39,7 @@ void show_book(shell::Context& context, zip::NewZIP& archives) {
         if (!path.empty()) unpacked.push_back({copies.of(row)->result.path, std::move(path)});
     }
     w.caption = context.session.SelectedFile;
+    w.remember_in(book_memory_file(), files::join(context.session.SelectedDir, context.session.SelectedFile));
     w.show_files(std::move(unpacked));
     const std::string geometry(geometry_member);
     size_window(w, w.path_of({AddressKind::local, geometry, geometry, {}}));

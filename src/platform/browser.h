@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 namespace quill::platform {
@@ -20,6 +21,12 @@ class Browser {
     /// current one.
     virtual bool find(const std::string& text) = 0;
     virtual void print() = 0;
+    /// Shows letters at `percent` of their usual size, on this page and those that follow.
+    virtual void set_zoom(int percent) = 0;
+    /// Returns the place in the page's text that is at the top of the window, in characters from its beginning.
+    virtual std::size_t place() const = 0;
+    /// Brings that place to the top; the end, where the page is shorter.
+    virtual void go_to_place(std::size_t place) = 0;
 };
 
 }  // namespace quill::platform

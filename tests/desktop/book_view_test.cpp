@@ -7,7 +7,9 @@
 
 #include <QEventLoop>
 #include <QImage>
+#include <QScrollBar>
 #include <QTextDocument>
+#include <QWheelEvent>
 
 #include <array>
 #include <netinet/in.h>
@@ -203,6 +205,44 @@ TEST_F(BookViewTest, ShowsPagesPicturesAndLinksOfTheBook) {
     events.hand_in(w.Command4.click);
     EXPECT_TRUE(widget(w, "List3")->isVisible());
     EXPECT_TRUE(failures.empty());
+}
+
+TEST_F(BookViewTest, ZoomsScrollsAndTurnsByKeysAndWheel) {
+    std::string lines;
+    for (int i = 0; i < 400; ++i) lines += "<p>line " + std::to_string(i) + "</p>";
+    auto& w = open({{"a.htm", lines}, {"b.htm", lines}});
+    auto* page = browser(w);
+    page->go_to_place(1500);
+    const std::size_t top = page->place();
+    EXPECT_NEAR(static_cast<double>(top), 1500, 20);
+    const double usual = page->font().pointSizeF();
+    QWheelEvent wheel({5, 5}, page->mapToGlobal(QPointF(5, 5)), {}, {0, 240}, Qt::NoButton, Qt::ControlModifier,
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(page->viewport(), &wheel);
+    EXPECT_NEAR(page->font().pointSizeF(), usual * 1.2, 0.01);
+    EXPECT_NEAR(static_cast<double>(page->place()), static_cast<double>(top), 20);
+    events.hand_in(w.usual.click);
+    EXPECT_NEAR(page->font().pointSizeF(), usual, 0.01);
+
+    page->verticalScrollBar()->setValue(0);
+    press(page, Qt::Key_Space);
+    EXPECT_GT(page->verticalScrollBar()->value(), 0);
+    EXPECT_EQ(w.page(), 0U);
+    page->verticalScrollBar()->setValue(page->verticalScrollBar()->maximum());
+    press(page, Qt::Key_PageDown);
+    settle();
+    EXPECT_EQ(w.page(), 1U);
+    EXPECT_EQ(page->verticalScrollBar()->value(), 0);
+    press(page, Qt::Key_PageUp);
+    settle();
+    EXPECT_EQ(w.page(), 0U);
+    for (const Qt::MouseButton button : {Qt::BackButton, Qt::ForwardButton}) {
+        QMouseEvent release(QEvent::MouseButtonRelease, QPointF(5, 5), page->mapToGlobal(QPointF(5, 5)), button,
+                            Qt::NoButton, {});
+        QCoreApplication::sendEvent(page->viewport(), &release);
+        settle();
+        EXPECT_EQ(w.page(), button == Qt::BackButton ? 1U : 0U);
+    }
 }
 
 TEST_F(BookViewTest, EveryControlHasAnAccessibleName) {

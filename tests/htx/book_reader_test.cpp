@@ -34,6 +34,8 @@ std::string book() {
 /// The reader on a book that was opened from the main window.
 class BookReader : public testing::Test {
   protected:
+    BookReader() { setenv("XDG_STATE_HOME", state.path().c_str(), 1); }
+
     void open(const std::string& archive) {
         program = std::make_unique<tests::WindowProgram>(archive, "a.htx");
         provide_reader(program->context, program->archives);
@@ -44,6 +46,7 @@ class BookReader : public testing::Test {
     }
     std::string last() const { return browser.asked.empty() ? std::string() : browser.asked.back(); }
 
+    tests::TemporaryDirectory state;
     tests::FakeBrowser browser;
     std::unique_ptr<tests::WindowProgram> program;
     Form7* w = nullptr;
@@ -82,6 +85,50 @@ TEST_F(BookReader, TurnsPagesAndFollowsTheBrowser) {
     EXPECT_EQ(w->Label2.text, "Page 1 of 3");
     w->titled("A title");
     EXPECT_EQ(w->caption, "A title");
+}
+
+TEST_F(BookReader, GoesOnWhereTheBookWasLeft) {
+    open(book());
+    const std::string path = program->dir.path("a.htx");
+    run(w->larger.click);
+    EXPECT_EQ(browser.zoom, 110);
+    run(w->lst.click);
+    w->navigated(last());
+    browser.top = 7;
+    run(w->close);
+    const std::string memory = state.path("quillbright/books");
+    EXPECT_EQ(remembered_place(memory, path), (BookPlace{2, 7, 110}));
+
+    browser = {};
+    auto& again = program->windows.load<Form7>(program->context);
+    again.remember_in(memory, path);
+    again.show_files({{"a.htm", "a"}, {"b.htm", "b"}, {"c.htm", "c"}});
+    again.attach(&browser);
+    EXPECT_EQ(last(), "c.htm");
+    again.navigated("c.htm");
+    EXPECT_EQ(browser.top, 7U);
+    EXPECT_EQ(browser.zoom, 110);
+    run(again.usual.click);
+    again.zoom_by(-100);
+    EXPECT_EQ(browser.zoom, least_zoom);
+    EXPECT_FALSE(again.smaller.enabled);
+    again.attach(nullptr);
+}
+
+TEST_F(BookReader, BeginsAtTheFirstPageWhereTheRememberedOneIsGone) {
+    open(book());
+    const std::string memory = state.path("memory");
+    remember_place(memory, "x", {2, 7, 150});
+    program->windows.unload<Form7>();
+    auto& again = program->windows.load<Form7>(program->context);
+    again.remember_in(memory, "x");
+    again.show_files({{"a.htm", "a"}});
+    again.attach(&browser);
+    again.navigated("a.htm");
+    EXPECT_EQ(last(), "a.htm");
+    EXPECT_EQ(browser.top, 0U);
+    EXPECT_EQ(again.Label2.text, "Page 1 of 1");
+    again.attach(nullptr);
 }
 
 TEST_F(BookReader, ListsTheContents) {

@@ -2,6 +2,7 @@
 
 #include "platform/browser.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,8 @@ namespace quill::tests {
 /// A browser that shows nothing and records what it was asked for.
 struct FakeBrowser final : platform::Browser {
     std::vector<std::string> asked;
+    int zoom = 100;
+    std::size_t top = 0;   ///< place at the top of the window
     bool has_text = true;  ///< whether a search finds something
 
     void navigate(const std::string& page, const std::string& fragment) override {
@@ -24,6 +27,9 @@ struct FakeBrowser final : platform::Browser {
         return has_text;
     }
     void print() override { asked.emplace_back("print"); }
+    void set_zoom(int percent) override { zoom = percent; }
+    std::size_t place() const override { return top; }
+    void go_to_place(std::size_t place) override { top = place; }
 };
 
 }  // namespace quill::tests

@@ -34,6 +34,11 @@ void fit(float& begin, float& size, float screen_begin, float screen_size) {
     if (begin < screen_begin) begin = screen_begin;
 }
 
+/// The length that two stretches have in common.
+float common_length(float begin, float length, float other_begin, float other_length) {
+    return std::max(0.0F, std::min(begin + length, other_begin + other_length) - std::max(begin, other_begin));
+}
+
 }  // namespace
 
 std::string format_geometry(const BookGeometry& geometry) {
@@ -60,6 +65,19 @@ BookGeometry fit_to_screen(BookGeometry geometry, const ScreenArea& screen) {
     fit(geometry.left, geometry.width, screen.left, screen.width);
     fit(geometry.top, geometry.height, screen.top, screen.height);
     return geometry;
+}
+
+BookGeometry fit_to_screens(const BookGeometry& geometry, const std::vector<ScreenArea>& screens) {
+    const ScreenArea* best = nullptr;
+    float most = -1;
+    for (const ScreenArea& screen : screens) {
+        const float width = common_length(geometry.left, geometry.width, screen.left, screen.width);
+        const float area = width * common_length(geometry.top, geometry.height, screen.top, screen.height);
+        if (area <= most) continue;
+        most = area;
+        best = &screen;
+    }
+    return best == nullptr ? geometry : fit_to_screen(geometry, *best);
 }
 
 }  // namespace quill::htx

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace quill::htx {
 
@@ -30,5 +31,9 @@ struct ScreenArea {
 /// the screen's width, another that reaches beyond the right edge ends there; the same for its height, and where it
 /// begins left of the screen or above it.
 BookGeometry fit_to_screen(BookGeometry geometry, const ScreenArea& screen);
+
+/// The same with the screen, of those that are there, which most of the window lies on; the first where it lies on
+/// none.
+BookGeometry fit_to_screens(const BookGeometry& geometry, const std::vector<ScreenArea>& screens);
 
 }  // namespace quill::htx
