@@ -4,6 +4,7 @@
 #include "files/directory.h"
 #include "files/path.h"
 #include "shell/main_window.h"
+#include "zip/archive_run.h"
 #include "zip/archive_saving.h"
 
 #include <unistd.h>
@@ -31,13 +32,25 @@ void leave(arcview& w) {
     if (mode != back_to_main_window && mode != another_window_took_over) context.platform.end_process();
 }
 
-/// Deletes the untouched files that were made here, then the directories that are empty without them.
-void remove_own_files(arcview& w) {
+/// Deletes the untouched files that were made here. Returns false where the user stops it.
+bool remove_untouched_files(arcview& w) {
+    ArchiveRun run(w, "Deleting the unpacked files");
     WorkCopies& copies = w.archives.copies();
-    for (std::size_t row = 0; row < copies.count(); ++row) copies.remove_untouched(row);
+    for (std::size_t row = 0; row < copies.count(); ++row) {
+        if (!run.goes_on({row, copies.count(), 0, 0})) return false;
+        copies.remove_untouched(row);
+    }
+    return true;
+}
+
+/// Deletes the untouched files that were made here, then the directories that are empty without them. Returns false
+/// where the user stops it: the window stays, and unpacks again what is opened.
+bool remove_own_files(arcview& w) {
+    if (!remove_untouched_files(w)) return false;
     files::change_directory(files::dir_of(w.ArchivePath));
     for (auto path = w.made_directories.rbegin(); path != w.made_directories.rend(); ++path) rmdir(path->c_str());
     if (w.work_dir_is_private) rmdir(w.context.session.WorkDir.c_str());
+    return true;
 }
 
 }  // namespace
@@ -67,7 +80,7 @@ void gogo(arcview& w) {
 void close_archive_window(arcview& w) {
     const Unwatched unwatched(w);
     if (!settle_changes(w)) return;
-    if (w.work_dir_is_private) remove_own_files(w);
+    if (w.work_dir_is_private && !remove_own_files(w)) return;
     leave(w);
 }
 
@@ -77,8 +90,7 @@ void close_book_archive(arcview& w) {
 }
 
 void clear_away_and_leave(arcview& w) {
-    remove_own_files(w);
-    leave(w);
+    if (remove_own_files(w)) leave(w);
 }
 
 }  // namespace quill::zip

@@ -19,7 +19,7 @@ void close_archive_window(arcview& w);
 /// Leaves after a book was read: deletes the files that were made for it and nobody has changed.
 void close_book_archive(arcview& w);
 
-/// Deletes the files that this window has made and nobody has changed, and leaves.
+/// Deletes the files that this window has made and nobody has changed, and leaves; stays where the user stops that.
 void clear_away_and_leave(arcview& w);
 
 }  // namespace quill::zip

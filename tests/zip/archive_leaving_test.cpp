@@ -55,6 +55,25 @@ TEST(LeavingAnArchive, RepackDeletesOnlyWhatTheWindowMade) {
     EXPECT_TRUE(p.main_window.visible);
 }
 
+TEST(LeavingAnArchive, StoppingTheDeletionKeepsTheWindow) {
+    for (const bool by_repack : {true, false}) {
+        WindowProgram p(two_members());
+        arcview& w = p.open();
+        const std::string work_dir = p.session.WorkDir;
+        p.platform.on_repaint = [&](controls::Window&) {
+            if (w.stop.visible) w.stop_wanted = true;
+        };
+        by_repack ? w.rpnex.click() : w.close();
+        ASSERT_NE(p.window(), nullptr);
+        EXPECT_TRUE(w.visible);
+        EXPECT_TRUE(std::filesystem::exists(work_dir + "/letter"));
+        p.platform.on_repaint = {};
+        by_repack ? w.rpnex.click() : w.close();
+        EXPECT_EQ(p.window(), nullptr);
+        EXPECT_FALSE(std::filesystem::exists(work_dir));
+    }
+}
+
 TEST(LeavingAnArchive, RepackTakesItsEmptyDirectoriesAway) {
     for (const bool beside : {true, false}) {
         WindowProgram p(two_members());
