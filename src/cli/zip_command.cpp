@@ -242,7 +242,7 @@ archive::Encryption encryption_for(const ZipRequest& request, const zip::Archive
     for (const EncryptionRow& row : encryptions) {
         if (row.name == request.encryption) return row.encryption;
     }
-    return change.usual_encryption().value_or(archive::Encryption::traditional);
+    return change.usual_encryption().value_or(archive::Encryption::aes256);
 }
 
 /// Fails where an encryption is asked for without a password, or a password is given and not to be used.
@@ -400,8 +400,9 @@ void add_changing_options(CLI::App& command, ZipRequest& request) {
     command
         .add_option("--encryption", request.encryption,
                     "With --password-file, encrypt in this way (default: as the archive's\n"
-                    "other members are, or else traditional, which can be broken); `none`\n"
-                    "adds without a password to an archive with encrypted members")
+                    "other members are, or else aes256; old programs read only traditional,\n"
+                    "which can be broken); `none` adds without a password to an archive\n"
+                    "with encrypted members")
         ->check(one_of(encryption_names()));
     command.add_flag("--bare-names", request.bare_names, "Store names without directories");
 }

@@ -297,7 +297,7 @@ void reload_archive(arcview& w) {
 void load_archive_window(shell::Context& context, NewZIP& archives) {
     context.windows.unload<arcview>();
     archives.library().read_names_in({});
-    archives.library().new_encryption = archive::Encryption::traditional;
+    archives.library().new_encryption = archive::Encryption::aes256;
     auto& w = context.windows.load<arcview>(context, archives);
     if (!find_archive(w) || !list_archive(w)) {
         context.windows.unload<arcview>();

@@ -1,4 +1,5 @@
 #include "archive/archive_builder.h"
+#include "archive/container/archive.h"
 #include "cli/command_fixture.h"
 
 #include <algorithm>
@@ -192,6 +193,23 @@ TEST_F(ZipCommandTest, NothingIsStoredPlainWhereEncryptionIsToBeExpected) {
     EXPECT_EQ(directory.read("a.zip"), encrypted);
     EXPECT_EQ(add({"--encryption", "none"}), ExitStatus::good) << err;
     EXPECT_EQ(call({"zip", "test", path("a.zip")}), ExitStatus::good) << err;
+}
+
+TEST_F(ZipCommandTest, FilesAreEncryptedAsTheirArchiveIsOrSafely) {
+    using archive::Encryption;
+    directory.write("secret", "a secret");
+    directory.write("another", "a secret, too");
+    directory.write("password", "sesame");
+    const auto add = [&](const char* archive, const char* name, std::vector<std::string> options) {
+        options.insert(options.begin(),
+                       {"zip", "add", "--bare-names", path(archive), path(name), "--password-file", path("password")});
+        EXPECT_EQ(call(options), ExitStatus::good) << err;
+        const Result<zip::Archive> made = zip::Archive::open(path(archive));
+        return made.ok() ? made->members().back().encryption() : std::nullopt;
+    };
+    EXPECT_EQ(add("new.zip", "secret", {}), Encryption::aes256);
+    EXPECT_EQ(add("old.zip", "secret", {"--encryption", "traditional"}), Encryption::traditional);
+    EXPECT_EQ(add("old.zip", "another", {}), Encryption::traditional);
 }
 
 TEST_F(ZipCommandTest, TwoFilesOfOneMemberNameAreRefused) {

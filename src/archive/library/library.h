@@ -77,7 +77,7 @@ class ZipLibrary {
     std::function<bool(const Expansion&)> confirm_large;
     Limits limits;
     /// How members with a password are encrypted in an archive that has none yet.
-    archive::Encryption new_encryption = archive::Encryption::traditional;
+    archive::Encryption new_encryption = archive::Encryption::aes256;
 
   private:
     std::int16_t write_waiting();
