@@ -50,7 +50,7 @@ ExitStatus run(std::span<const std::string> arguments, const Console& console) {
     app.set_help_flag("-h,--help", "Print this help");
     app.get_formatter()->label("SUBCOMMAND", "COMMAND");
     app.get_formatter()->label("SUBCOMMANDS", "COMMANDS");
-    app.get_formatter()->label("Subcommands", "Commands");
+    app.group("Commands");  // where the subcommands are listed, too
     app.get_formatter()->label("Positionals", "Arguments");
     app.get_formatter()->label("TEXT", "");      // the usage line says what is a text,
     app.get_formatter()->label("REQUIRED", "");  // and what must be given

@@ -313,6 +313,7 @@ TEST_F(Command, AProgramInDisguiseIsToldOfAndItsExtensionShows) {
 TEST_F(Command, HelpTellsEveryOptionAndTheExitStatus) {
     EXPECT_EQ(call({"--help"}), ExitStatus::good);
     for (const char* said : {"decode", "list", "Exit status"}) EXPECT_THAT(out, HasSubstr(said));
+    EXPECT_THAT(out, AllOf(HasSubstr("\nCommands:\n"), Not(HasSubstr("Subcommands"))));
     EXPECT_EQ(call({"decode", "--help"}), ExitStatus::good);
     for (const char* said :
          {"--into", "--all", "--forks", "--json", "--json-lines", "--again", "--files-from", "--quiet", "FILE"})
