@@ -45,6 +45,23 @@ std::string broken_again(void (*break_row)(std::string& row)) {
     return mail("base64", text);
 }
 
+/// Returns a yEnc text whose data is `row`, one byte a character.
+std::string yenc_row(const std::string& row) {
+    const std::string size = std::to_string(row.size());
+    return "=ybegin line=" + size + " size=" + size + " name=a.zip\n" + row + "\n=yend size=" + size + "\n";
+}
+
+/// Returns each character that yEnc text may have, `times` over, as a transport leaves it that makes blanks tabs.
+std::string every_character_with_tabs_for_blanks(int times) {
+    std::string out;
+    for (; times > 0; --times) {
+        for (int c = 1; c < 256; ++c) {
+            if (c != '\n' && c != '\r' && c != '=') out += c == ' ' ? '\t' : static_cast<char>(c);
+        }
+    }
+    return out;
+}
+
 std::string yenc_on(std::string_view begin, std::string_view end) {
     std::string data;
     for (const char c : std::string_view("quillbright")) data.push_back(static_cast<char>(c + 42));
@@ -92,8 +109,9 @@ const LawCase law_cases[] = {
     {"YencWithAnEscapeOfNothing", "=ybegin line=128 size=2 name=a.zip\nab=\n=yend size=2\n", Verdict::damaged},
     {"YencInOneRow", "=ybegin line=64 size=200 name=a.zip\n" + std::string(200, 'x') + "\n=yend size=200\n",
      Verdict::verified},
-    {"YencWithTabsForBlanks",
-     "=ybegin line=64 size=70 name=a.zip\n" + std::string(64, '\t') + "\nabcdef\n=yend size=70\n", Verdict::damaged},
+    {"YencOfTabs", yenc_row(std::string(64, '\t')), Verdict::verified},
+    {"YencWithTabsForBlanks", yenc_row(every_character_with_tabs_for_blanks(4)), Verdict::damaged},
+    {"YencWithFewCharacters", yenc_row(std::string(16, '\t') + "abcdefgh"), Verdict::verified},
     {"BinHexOfZeros", binhex_of_zeros([](std::string&) {}), Verdict::verified},
     {"BinHexWithARowBrokenInTwo", binhex_of_zeros([](std::string& row) { row.insert(20, "\n"); }), Verdict::verified},
     {"BinHexWithACharacterLostAmongZeros", binhex_of_zeros([](std::string& row) { row.erase(20, 1); }),

@@ -25,6 +25,7 @@ constexpr std::array known_fault_table = {
     KnownFault{"uu: row-doubled", 2},
     KnownFault{"uu: row-joined", 1},
     KnownFault{"yenc: all-joined", 2},
+    KnownFault{"yenc: latin1-lost", 1},
 };
 
 constexpr std::size_t known_faults(std::string_view class_name) {

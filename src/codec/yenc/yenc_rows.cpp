@@ -2,6 +2,8 @@
 
 #include "codec/input/lines.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -116,9 +118,16 @@ bool has_uneven_rows(std::string_view text, const Post& post) {
 }
 
 bool has_tabs_for_blanks(std::string_view text, const Post& post) {
-    constexpr std::ptrdiff_t hardly_by_chance = 6;
-    const std::string_view data = text.substr(post.data_begin, post.data_end - post.data_begin);
-    return data.find(' ') == data.npos && std::count(data.begin(), data.end(), '\t') >= hardly_by_chance;
+    constexpr std::string_view escaped("\0\n\r=", 4);
+    constexpr std::size_t hardly_by_chance = 6;  // tabs
+    constexpr std::ptrdiff_t few = 4;            // characters that random data of a thousand bytes lacks
+    std::array<std::size_t, 256> counts = {};
+    for (const char c : text.substr(post.data_begin, post.data_end - post.data_begin)) {
+        ++counts[static_cast<unsigned char>(c)];
+    }
+    if (counts[' '] > 0 || counts['\t'] < hardly_by_chance) return false;
+    for (const char c : escaped) counts[static_cast<unsigned char>(c)] = 1;
+    return std::count(counts.begin(), counts.end(), 0U) <= few;
 }
 
 /// Measures the first row of `piece`. Returns the bytes before it, or nullopt where it isn't whole.

@@ -15,8 +15,8 @@ namespace quill::codec::yenc {
 /// has another length, that one counts.
 bool has_uneven_rows(std::string_view text, const Post& post);
 
-/// Returns true where blanks seem to have become tabs: the data have several tabs and no blank. Encoded bytes have
-/// about as many of the one as of the other.
+/// Returns true if blanks seem to have become tabs: the data have several tabs and nearly every other character, but no
+/// blank. Data with fewer different characters may lack the blank by chance.
 bool has_tabs_for_blanks(std::string_view text, const Post& post);
 
 /// Watches the rows of yEnc text while it is read, for the usual case that all of them have the stated characters.
