@@ -9,8 +9,10 @@
 #include "files/directory.h"
 #include "files/path.h"
 #include "files/unfinished.h"
+#include "pics/thumbnail.h"
 #include "pics/unpacking.h"
 #include "pics/writing.h"
+#include "worker/waiting_decoder.h"
 
 #include <CLI/CLI.hpp>
 
@@ -31,6 +33,7 @@ struct AlbumOptions {
     ResultOptions results;
     bool again = false;
     bool force = false;
+    bool thumbnails = false;
 };
 
 /// The pictures of the album that `names` asks for; no names ask for all. A name stands for all pictures that bear it.
@@ -158,11 +161,22 @@ ExitStatus write(const pics::AlbumRequest& request, AlbumReport& report) {
     return report.finish();
 }
 
+/// Makes the thumbnail of a picture; a white one, with a remark, where the file can't be decoded.
+std::string thumbnail_of(const pics::Item& item, worker::WaitingDecoder& decoder, AlbumReport& report) {
+    const platform::Picture picture = decoder.decode({item.path}, pics::thumbnail_bounds);
+    if (picture.state == platform::PictureState::failed) report.note(item.path, "no thumbnail: " + picture.reason);
+    return pics::thumbnail_of(picture.pixels, picture.original);
+}
+
 ExitStatus create(const AlbumOptions& options, const Console& console) {
     AlbumReport report(console, options.results.style());
     const Result<std::vector<std::string>> names = all_names(options.files, console.in);
     if (!names) {
         report.fail(options.files.list, names.error());
+        return report.finish();
+    }
+    if (options.thumbnails && worker::find_worker().empty()) {
+        report.fail(options.album, {ErrorCode::not_found, 0, "the picture decoder, quillpicture, is not installed"});
         return report.finish();
     }
     const Interruption interruption;
@@ -174,6 +188,11 @@ ExitStatus create(const AlbumOptions& options, const Console& console) {
     const std::vector<pics::WriteFailure> unreadable = pics::measure(request.items);
     for (const pics::WriteFailure& failure : unreadable) report.fail(request.items[*failure.item].path, failure.error);
     if (!unreadable.empty()) return report.finish();
+    worker::WaitingDecoder decoder;
+    if (options.thumbnails) {
+        request.form = pics::Form::with_thumbnails;
+        request.thumbnail = [&](const pics::Item& item) { return thumbnail_of(item, decoder, report); };
+    }
     request.watch = [&, total = pics::album_size(request)](std::uint64_t done) {
         bar.show(files::name_of(request.path), done, total);
         return !Interruption::caught();
@@ -218,6 +237,8 @@ void add_commands(CLI::App& album, Work& work) {
     const auto creating = std::make_shared<AlbumOptions>();
     auto* creates = add_command(album, "create", "Put picture files into a new album", work, create, creating);
     add_file_names(*creates, creating->files, "Picture files, in the order of the album");
+    creates->add_flag("--thumbnails", creating->thumbnails,
+                      "Put a thumbnail of each picture into the album, for viewers that make none");
     creates->add_flag("--force", creating->force, "Replace an album that is there already");
 }
 

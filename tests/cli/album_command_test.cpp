@@ -1,4 +1,5 @@
 #include "cli/command_fixture.h"
+#include "files/directory.h"
 #include "pics/album_builder.h"
 
 #include <gmock/gmock.h>
@@ -28,6 +29,13 @@ TEST_F(AlbumCommandTest, CreateAndExtractGiveTheFilesBack) {
     EXPECT_EQ(out, path("to/a.jpg") + "\t4\twhole\n" + path("to/b.gif") + "\t2\twhole\n");
     EXPECT_EQ(directory.read("to/a.jpg"), "AAAA");
     EXPECT_EQ(directory.read("to/b.gif"), "BB");
+}
+
+TEST_F(AlbumCommandTest, ThumbnailsNeedTheDecoder) {
+    directory.write("a.jpg", "AAAA");
+    EXPECT_EQ(call({"album", "create", "--thumbnails", path("x.pics"), path("a.jpg")}), ExitStatus::failed);
+    EXPECT_THAT(err, HasSubstr("quillpicture"));
+    EXPECT_FALSE(files::exists(path("x.pics")));
 }
 
 TEST_F(AlbumCommandTest, CreateReplacesOnlyByForceAndMakesNothingOfUnreadableFiles) {

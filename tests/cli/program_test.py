@@ -250,6 +250,20 @@ class Program(unittest.TestCase):
             self.assertGreater(done.returncode, 0, program)  # not by a signal
             self.assertEqual(sorted(os.listdir(self.directory)), before)
 
+    def test_an_album_has_thumbnails_of_what_is_a_picture(self):
+        if not (QUILL.parent.parent / "picture" / "quillpicture").exists():
+            return  # a build without the desktop
+        (self.directory / "a.ppm").write_bytes(b"P6 2 1 255\n\xFF\0\0\xFF\0\0")
+        (self.directory / "b.gif").write_bytes(b"BB")
+        done = self.call("album", "create", "--thumbnails", "x.pics", "a.ppm", "b.gif")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        album = (self.directory / "x.pics").read_bytes()
+        self.assertEqual(len(album), 33 + 2 * (300 + 14938) + 17 + 2)
+        first, second = album[333:333 + 14938], album[333 + 15238:333 + 15238 + 14938]
+        self.assertEqual(first[54 + 60 * 244:][:3], b"\0\0\xFF")  # the top left pixel: blue, green, red
+        self.assertEqual(second[54 + 60 * 244:][:3], b"\xFF\xFF\xFF")
+        self.assertIn("b.gif", str(done.stderr))
+
     def test_two_runs_at_once_lose_nothing(self):
         (self.directory / "a").write_text("begin 644 x.txt\n#0V%T\n`\nend\n")
         (self.directory / "b").write_text("begin 644 x.txt\n#1&]G\n`\nend\n")

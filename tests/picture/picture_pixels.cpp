@@ -1,14 +1,10 @@
-#include "worker/worker_process.h"
+#include "worker/waiting_decoder.h"
 
 #include <array>
 #include <chrono>
 #include <cstdio>
 #include <fstream>
-#include <optional>
-#include <poll.h>
-#include <sstream>
 #include <string>
-#include <variant>
 
 /// picture_pixels PROGRAM FOLDER FILE...: decodes pictures with the worker PROGRAM, as the desktop does, and prints a
 /// line for each: state, size, milliseconds, most memory of the worker so far in MiB, reason. The pixels go into
@@ -16,32 +12,6 @@
 
 namespace quill::picture {
 namespace {
-
-using worker::WorkerProcess;
-
-constexpr int patience = 30'000;  // milliseconds for a picture
-
-platform::Picture decode(std::optional<WorkerProcess>& process, const std::string& program, const std::string& path) {
-    if (!process) {
-        auto started = WorkerProcess::start(program);
-        if (!started) return worker::failed_picture("the decoder can't be started");
-        process.emplace(*std::move(started));
-    }
-    const auto open = worker::open_source({path});
-    if (!open) return worker::failed_picture(open.error().text);
-    worker::Request request;
-    request.length = open->length;
-    request.keeps_colors = 1;
-    if (!process->send(request, open->file.get())) return worker::failed_picture("crash");
-    for (;;) {
-        pollfd line{process->line(), POLLIN, 0};
-        if (poll(&line, 1, patience) == 0) return worker::failed_picture("hang");
-        const auto message = process->receive();
-        if (const auto* reply = std::get_if<WorkerProcess::Reply>(&message)) return reply->picture;
-        const auto* nothing = std::get_if<WorkerProcess::Nothing>(&message);
-        if (nothing != nullptr && *nothing == WorkerProcess::Nothing::any_more) return worker::failed_picture("crash");
-    }
-}
 
 /// Returns the most memory that a process has had, in MiB.
 long peak_of(pid_t process) {
@@ -73,17 +43,16 @@ void report(int number, const platform::Picture& picture, long milliseconds, lon
 }
 
 int run(int count, char** arguments) {
-    const std::string program = arguments[1], folder = arguments[2];
-    std::optional<WorkerProcess> process;
+    worker::WaitingDecoder decoder(arguments[1]);
+    const std::string folder = arguments[2];
     for (int i = 3; i < count; ++i) {
         const auto begin = std::chrono::steady_clock::now();
-        const platform::Picture picture = decode(process, program, arguments[i]);
+        const platform::Picture picture = decoder.decode({arguments[i]}, {}, true);
         const auto taken = std::chrono::steady_clock::now() - begin;
-        const long peak = process ? peak_of(process->process()) : 0;
+        const long peak = decoder.process() ? peak_of(decoder.process()->process()) : 0;
         if (picture.pixels.bytes) write_pixels(folder + "/" + std::to_string(i - 3) + ".pam", picture.pixels);
         report(i - 3, picture, static_cast<long>(std::chrono::duration_cast<std::chrono::milliseconds>(taken).count()),
                peak);
-        if (picture.reason == "crash" || picture.reason == "hang") process.reset();
     }
     return 0;
 }
