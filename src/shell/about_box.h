@@ -7,7 +7,7 @@
 
 namespace quill::shell {
 
-/// The version of the program: "0.1.0".
+/// The version of the program: "1.0.0".
 std::string_view version();
 
 /// Says what program this is, in which version and under which licence.
