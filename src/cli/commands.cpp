@@ -2,6 +2,7 @@
 
 #include "cli/album_command.h"
 #include "cli/book_command.h"
+#include "cli/examples.h"
 #include "cli/report.h"
 #include "cli/usage.h"
 #include "cli/zip_command.h"
@@ -61,6 +62,7 @@ ExitStatus run(std::span<const std::string> arguments, const Console& console) {
     add_zip_command(app, work);
     add_book_command(app, work);
     add_album_command(app, work);
+    add_examples(app);
     try {
         app.parse(for_parser(arguments));
     } catch (const CLI::ParseError& error) {

@@ -1,5 +1,6 @@
 #include "cli/usage.h"
 
+#include "cli/examples.h"
 #include "text/ascii.h"
 #include "text/printable.h"
 
@@ -105,7 +106,10 @@ CLI::Validator one_of(const std::vector<std::string>& names) {
 }
 
 void fill_when_used(CLI::App& group, const std::function<void(CLI::App& group)>& fill) {
-    group.preparse_callback([&group, fill](std::size_t) { fill(group); });
+    group.preparse_callback([&group, fill](std::size_t) {
+        fill(group);
+        add_examples(group);
+    });
 }
 
 CLI::Validator above_zero() {

@@ -321,6 +321,21 @@ TEST_F(Command, HelpTellsEveryOptionAndTheExitStatus) {
     EXPECT_EQ(err, "");
 }
 
+TEST_F(Command, EachCommandsHelpHasAnExampleOfIt) {
+    const std::vector<std::vector<std::string>> commands = {
+        {"decode"},        {"list"},           {"encode"},           {"merge"},
+        {"zip", "list"},   {"zip", "extract"}, {"zip", "add"},       {"zip", "remove"},
+        {"zip", "test"},   {"book", "create"}, {"book", "list"},     {"book", "extract"},
+        {"book", "check"}, {"album", "list"},  {"album", "extract"}, {"album", "create"}};
+    for (std::vector<std::string> command : commands) {
+        std::string example = "\nExample: quill";
+        for (const std::string& word : command) example += " " + word;
+        command.emplace_back("--help");
+        EXPECT_EQ(call(command), ExitStatus::good);
+        EXPECT_THAT(out, HasSubstr(example + " "));
+    }
+}
+
 TEST_F(Command, QuietLeavesTheResultsOut) {
     directory.write("cut.uue", cut_post);
     EXPECT_EQ(call({"decode", "--quiet", "cut.uue"}), ExitStatus::damaged);
