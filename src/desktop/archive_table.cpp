@@ -34,8 +34,28 @@ ArchiveTable::ArchiveTable(zip::arcview& window)
 }
 
 void ArchiveTable::make_narrow(bool narrow) {
+    narrow_ = narrow;
+    fit_columns();
+}
+
+void ArchiveTable::resizeEvent(QResizeEvent* event) {
+    RowTable::resizeEvent(event);
+    fit_columns();
+}
+
+/// Hides columns that matter less until the names have room.
+void ArchiveTable::fit_columns() {
+    constexpr int characters_of_name = 26;
+    int room = viewport()->width() - fontMetrics().averageCharWidth() * characters_of_name;
+    for (int column = ArchiveModel::size_column; column < ArchiveModel::column_count; ++column) {
+        int& width = widths_.at(static_cast<std::size_t>(column));
+        if (!isColumnHidden(column)) width = columnWidth(column);
+        room -= width;
+    }
     for (const int column : {ArchiveModel::packed_column, ArchiveModel::method_column, ArchiveModel::date_column}) {
-        setColumnHidden(column, narrow);
+        const bool hidden = narrow_ || room < 0;
+        if (hidden) room += widths_.at(static_cast<std::size_t>(column));
+        if (isColumnHidden(column) != hidden) setColumnHidden(column, hidden);
     }
 }
 

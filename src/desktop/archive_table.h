@@ -5,6 +5,7 @@
 
 #include <QElapsedTimer>
 
+#include <array>
 #include <functional>
 
 namespace quill::desktop {
@@ -16,7 +17,7 @@ class ArchiveTable final : public RowTable {
     explicit ArchiveTable(zip::arcview& window);
 
     void keyboardSearch(const QString& search) override;
-    /// Shows only the columns that matter most, where a panel has taken a part of the room.
+    /// Shows only the columns that matter most, where a panel has taken a part of the room. So does a narrow window.
     void make_narrow(bool narrow);
 
     /// The next letter begins another name.
@@ -35,12 +36,16 @@ class ArchiveTable final : public RowTable {
     std::size_t item_at(int row) const override { return model_.member_at(row); }
     int row_of(std::size_t item) const override { return model_.row_of(item); }
     void startDrag(Qt::DropActions actions) override;
+    void resizeEvent(QResizeEvent* event) override;
 
   private:
     void report_scrolling();
+    void fit_columns();
 
     zip::arcview& window_;
     ArchiveModel model_;
+    std::array<int, ArchiveModel::column_count> widths_{};  ///< of the columns, also of those that are hidden
+    bool narrow_ = false;
     QString typed_;
     QElapsedTimer since_typed_;
 };

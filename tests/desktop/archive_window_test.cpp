@@ -14,6 +14,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QShortcut>
@@ -135,6 +136,7 @@ TEST_F(ArchiveWindowTest, SeveralRowsAreRemovedByTheKey) {
 
 TEST_F(ArchiveWindowTest, ThePanelTakesColumnsAwayAndEscapeClosesIt) {
     zip::arcview& w = open(three_members());
+    frame_of(w).resize(1600, 600);
     QAction* extract = widget<QAction>(w, "extract");
     for (const bool by_escape : {true, false}) {
         extract->trigger();
@@ -147,10 +149,49 @@ TEST_F(ArchiveWindowTest, ThePanelTakesColumnsAwayAndEscapeClosesIt) {
         } else {
             widget<QAbstractButton>(w, "Command4")->click();
         }
+        QCoreApplication::processEvents();
         EXPECT_FALSE(widget(w, "Picture2")->isVisible());
         EXPECT_FALSE(table()->isColumnHidden(ArchiveModel::packed_column));
     }
     EXPECT_TRUE(failures.empty());
+}
+
+TEST_F(ArchiveWindowTest, ANarrowWindowLeavesRoomForTheNames) {
+    zip::arcview& w = open(three_members());
+    const auto shown_columns = [&] {
+        int shown = 0;
+        for (int column = 0; column < ArchiveModel::column_count; ++column)
+            shown += table()->isColumnHidden(column) ? 0 : 1;
+        return shown;
+    };
+    frame_of(w).resize(1600, 600);
+    EXPECT_EQ(shown_columns(), ArchiveModel::column_count);
+    frame_of(w).resize(560, 600);
+    QCoreApplication::processEvents();
+    EXPECT_LT(shown_columns(), ArchiveModel::column_count);
+    EXPECT_FALSE(table()->isColumnHidden(ArchiveModel::condition_column));
+    EXPECT_GT(table()->columnWidth(ArchiveModel::name_column), 100);
+    frame_of(w).resize(1600, 600);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(shown_columns(), ArchiveModel::column_count);
+}
+
+TEST_F(ArchiveWindowTest, ABoxHasTheIconOfWhatItSays) {
+    desktop::BoxDialogs boxes(events, views);
+    const auto icon_of = [](const std::function<void()>& show) {
+        QMessageBox::Icon icon = QMessageBox::NoIcon;
+        QTimer::singleShot(0, [&icon] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            icon = box->icon();
+            box->reject();
+        });
+        show();
+        return icon;
+    };
+    EXPECT_EQ(icon_of([&] { boxes.message("Done.", {}); }), QMessageBox::Information);
+    EXPECT_EQ(icon_of([&] { boxes.warn("It failed.", {}); }), QMessageBox::Warning);
+    EXPECT_EQ(icon_of([&] { boxes.ask({.text = "Go on?"}); }), QMessageBox::Question);
+    EXPECT_EQ(icon_of([&] { boxes.ask({.text = "Erase it?", .no_is_default = true}); }), QMessageBox::Warning);
 }
 
 TEST_F(ArchiveWindowTest, OneCharacterSetIsCheckedHoweverOftenItIsClicked) {
