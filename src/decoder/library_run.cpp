@@ -88,7 +88,7 @@ void say_unwritten(shell::Context& context, const std::vector<codec::Recovered>&
     std::string text =
         "The file " + first->name + " could not be written: " + std::string(text_of(first->outcome.problems.front()));
     if (count > 1) text += ". The same holds for " + text::counted(count - 1, "more file");
-    context.platform.message(text + ".");
+    context.platform.warn(text + ".");
 }
 
 /// Says that a run ended early, where the list of its files would not show it.
@@ -137,11 +137,24 @@ EvenCopy make_even_copy(shell::Context& context, const std::string& path) {
     return copy;
 }
 
+/// Names the files of a second try: a few in a box each, many in one.
+void name_results(shell::Context& context, const std::vector<std::string>& names) {
+    constexpr std::size_t few = 3, most_lines = 8;
+    if (names.size() <= few) {
+        for (const std::string& name : names) context.platform.message(name);
+        return;
+    }
+    std::string text = text::counted(names.size(), "file") + " were decoded:\n";
+    for (std::size_t i = 0; i < std::min(names.size(), most_lines); ++i) text += "\n" + names[i];
+    if (names.size() > most_lines) text += "\nand " + text::counted(names.size() - most_lines, "other");
+    context.platform.message(text);
+}
+
 void report_second_try(shell::Context& context, const LibraryRun& run) {
     say_unwritten(context, run.files);
     say_stopped(context, run);
     const std::vector<std::string> results = results_of(context, run);
-    for (const std::string& name : results) context.platform.message(name);
+    name_results(context, results);
     const bool explained = run.stopped || std::any_of(run.files.begin(), run.files.end(), is_unwritable);
     if (results.empty() && !explained) give_up(context);
 }

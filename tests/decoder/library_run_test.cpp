@@ -230,6 +230,17 @@ TEST_F(LibraryRun, FilesOfASecondTryAreNamedInMessages) {
     EXPECT_EQ(program.session.DecodePass, 1) << "a good pass does not reset the count";
 }
 
+TEST_F(LibraryRun, ManyFilesOfASecondTryAreNamedInOneMessage) {
+    std::string parts;
+    for (int i = 0; i < 50; ++i) parts += "begin 644 f" + std::to_string(i) + ".bin\r\n#86)C\r\n`\r\nend\r\n";
+    std::string path = dir.write("a.mim", parts);
+    w.File2.set_directory(dir.path());
+    w.File3.set_directory(dir.path());
+    program.platform.expect_message("50 files were decoded");
+    undectwo(program.context, path);
+    EXPECT_TRUE(dir.has("f49.bin"));
+}
+
 TEST_F(LibraryRun, ALongDispositionInTheTailRaisesTheQuestion) {
     dir.write("a.txt", "one\r\n\r\nthree\r\nContent-Disposition: " + std::string(50, 'n') + "\r\n");
     program.platform.expect_question("suspiciously long file name", true);
