@@ -43,7 +43,7 @@ void give_header(shell::Context& context, std::size_t line_length) {
     const Result<std::string> copy = write_headered_copy(context, answer + extension, line_length);
     if (!copy && copy.error().code == ErrorCode::cancelled) return;
     if (!copy) {
-        platform.message("   The new file could not be written: " + copy.error().text + ".");
+        platform.warn("   The new file could not be written: " + copy.error().text + ".");
         return;
     }
     platform.message("   You can now restart the program and choose the " + *copy + " file to decode instead of the " +

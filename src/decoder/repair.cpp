@@ -72,8 +72,8 @@ void perform(shell::Context& context, const Repair& repair) {
         platform.end_process();
     }
     if (const Result<files::MappedFile> text = files::MappedFile::open(input); !text) {
-        platform.message("    The file " + input + " could not be read: " + text.error().text +
-                         ". Nothing has been changed.");
+        platform.warn("    The file " + input + " could not be read: " + text.error().text +
+                      ". Nothing has been changed.");
         return;
     }
     const Result<std::string> written = [&] {
@@ -83,8 +83,8 @@ void perform(shell::Context& context, const Repair& repair) {
     }();
     if (!written && written.error().code == ErrorCode::cancelled) return;
     if (!written) {
-        platform.message("    The file " + output + " could not be written: " + written.error().text +
-                         ". Nothing has been changed.");
+        platform.warn("    The file " + output + " could not be written: " + written.error().text +
+                      ". Nothing has been changed.");
         return;
     }
     platform.message("    This program has now finished its reformatting of the file. It would be called " +

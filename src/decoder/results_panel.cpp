@@ -107,7 +107,7 @@ void open_result(shell::Context& context) {
     const std::size_t row = *w.List3.selected;
     std::string path = result_path(w, row);
     if (files::file_size(path).value_or(0) == 0) {
-        context.platform.message("     This file was not decoded properly, it has a zero file size.");
+        context.platform.warn("     This file was not decoded properly, it has a zero file size.");
         show_repair_guide(context);
         return;
     }
@@ -140,7 +140,7 @@ void rename_result(shell::Context& context) {
     if (renamed) {
         replace_result(w, row, new_name);
     } else {
-        context.platform.message(new_name + ": " + renamed.error().text);
+        context.platform.warn(new_name + ": " + renamed.error().text);
     }
 }
 

@@ -118,7 +118,7 @@ void start_only(shell::Context& context, const std::string& program, const std::
                 const std::string& directory) {
     const std::vector<std::string> arguments = files::exists(path) ? std::vector{path} : std::vector<std::string>();
     if (context.platform.opener().start(program, arguments, directory)) return;
-    context.platform.message(files::name_of(program) + " could not be started.");
+    context.platform.warn(files::name_of(program) + " could not be started.");
 }
 
 /// Returns true where the user had another wish than to choose a program.
@@ -162,7 +162,7 @@ void offer_scan(shell::Context& context, const std::string& path) {
 void scan_with(shell::Context& context, const std::string& program, const std::string& path,
                const std::string& directory) {
     if (files::same_file(program, path)) {
-        context.platform.message(files::name_of(path) + " is the file to be checked, so it is not started.");
+        context.platform.warn(files::name_of(path) + " is the file to be checked, so it is not started.");
         return;
     }
     context.session.Scanner = program;

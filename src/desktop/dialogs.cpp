@@ -91,15 +91,24 @@ int BoxDialogs::run(QDialog& box) {
 }
 
 void BoxDialogs::message(const std::string& text, const std::string& title) {
+    show(text, title, false);
+}
+
+void BoxDialogs::warn(const std::string& text, const std::string& title) {
+    show(text, title, true);
+}
+
+void BoxDialogs::show(const std::string& text, const std::string& title, bool is_warning) {
     QMessageBox box(QApplication::activeWindow());
-    fill(box, text, title, QMessageBox::Information);
+    fill(box, text, title, is_warning ? QMessageBox::Warning : QMessageBox::Information);
     box.setStandardButtons(QMessageBox::Ok);
     run(box);
 }
 
 bool BoxDialogs::ask(const platform::Question& question) {
     QMessageBox box(QApplication::activeWindow());
-    fill(box, question.text, question.title, question.question_mark ? QMessageBox::Question : QMessageBox::Information);
+    const bool is_risky = question.no_is_default && !question.question_mark;
+    fill(box, question.text, question.title, is_risky ? QMessageBox::Warning : QMessageBox::Question);
     box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
     box.setDefaultButton(question.no_is_default ? QMessageBox::No : QMessageBox::Yes);
     box.setEscapeButton(QMessageBox::No);

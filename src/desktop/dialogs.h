@@ -16,6 +16,7 @@ class BoxDialogs final : public platform::Dialogs {
     BoxDialogs(EventLoop& events, Views& views);
 
     void message(const std::string& text, const std::string& title) override;
+    void warn(const std::string& text, const std::string& title) override;
     bool ask(const platform::Question& question) override;
     platform::Collision ask_about_existing(const std::string& path) override;
     std::size_t choose(const platform::Choices& choices) override;
@@ -24,6 +25,7 @@ class BoxDialogs final : public platform::Dialogs {
     std::optional<controls::Colour> choose_colour(const controls::Colour& current) override;
 
   private:
+    void show(const std::string& text, const std::string& title, bool is_warning);
     /// Shows `box` and returns what its exec() does.
     int run(QDialog& box);
 

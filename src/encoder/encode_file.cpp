@@ -32,8 +32,8 @@ Encoding encode_or_say(shell::Context& context, const codec::OutputFormat& forma
     }();
     if (written) return Encoding::done;
     if (written.error().code == ErrorCode::cancelled) return Encoding::withdrawn;
-    context.platform.message("\"" + files::name_of(path) + "\" could not be encoded as \"" + output->path +
-                             "\": " + written.error().text + ".");
+    context.platform.warn("\"" + files::name_of(path) + "\" could not be encoded as \"" + output->path +
+                          "\": " + written.error().text + ".");
     return Encoding::failed;
 }
 

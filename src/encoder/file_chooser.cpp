@@ -177,7 +177,7 @@ void go_to_typed(shell::Context& context, cmdg& w) {
 /// Whether `directory` can be listed; says the system's reason where it can't.
 bool can_be_listed(shell::Context& context, const std::string& directory) {
     const Result<std::vector<std::string>> listing = files::list_directories(directory);
-    if (!listing) context.platform.message(listing.error().text);
+    if (!listing) context.platform.warn(listing.error().text);
     return listing.ok();
 }
 

@@ -26,7 +26,7 @@ void make_link(shell::Context& context, const Form4& window) {
     }
     const std::string favorites = files::join(context.session.AppParentDir, "favorites");
     const Status written = integration::write_favorite(favorites, {caption, directory});
-    if (!written) context.platform.message("The shortcut could not be added: " + written.error().text + ".");
+    if (!written) context.platform.warn("The shortcut could not be added: " + written.error().text + ".");
     if (cmdg* const chooser = context.windows.loaded<cmdg>()) showlnks(context, *chooser);
     context.windows.unload<Form4>();
 }

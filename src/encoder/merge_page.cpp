@@ -51,7 +51,7 @@ void add_selected(shell::Context& context, cmdg& w) {
 
 /// Reports what did not go into the merge, so that nothing is missing in silence.
 void report_left_out(shell::Context& context, const Merged& merged) {
-    for (const std::string& doubt : doubts_about(merged)) context.platform.message(doubt + ".");
+    for (const std::string& doubt : doubts_about(merged)) context.platform.warn(doubt + ".");
     if (merged.left_out.empty()) return;
     constexpr std::size_t most_lines = 20;
     std::string text = "These files were left out:";
@@ -61,7 +61,7 @@ void report_left_out(shell::Context& context, const Merged& merged) {
     }
     if (merged.left_out.size() > most_lines)
         text += "\nand " + std::to_string(merged.left_out.size() - most_lines) + " more";
-    context.platform.message(text);
+    context.platform.warn(text);
 }
 
 void offer_merged_file(shell::Context& context, cmdg& w, const std::string& output) {
@@ -89,10 +89,10 @@ void tell_failure(shell::Context& context, cmdg& w, const Error& error) {
     w.pointer = controls::MousePointer::normal;
     if (error.code == ErrorCode::cancelled) return;
     if (error.code == ErrorCode::bad_input) {
-        context.platform.message(error.text);
+        context.platform.warn(error.text);
         context.platform.end_process();
     }
-    context.platform.message("The files could not be merged: " + error.text + ".");
+    context.platform.warn("The files could not be merged: " + error.text + ".");
 }
 
 /// The merge itself, shown in the progress panel.

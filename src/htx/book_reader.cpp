@@ -229,7 +229,7 @@ void Form7::follow(const std::string& from, const std::string& address) {
                         text::starts_with_ignoring_case(address, "https://") ||
                         text::starts_with_ignoring_case(address, "mailto:");
     if (target.kind != AddressKind::elsewhere || !is_web) {
-        context.platform.message("This link leads to nothing in the book:\n\n" + address);
+        context.platform.warn("This link leads to nothing in the book:\n\n" + address);
         return;
     }
     const bool yes = context.platform.ask({.text = "This link leads out of the book, to\n\n" + address +

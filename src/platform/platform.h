@@ -63,6 +63,8 @@ class Dialogs {
   public:
     virtual ~Dialogs() = default;
     virtual void message(const std::string& text, const std::string& title) = 0;
+    /// A message that something went wrong.
+    virtual void warn(const std::string& text, const std::string& title) = 0;
     /// True for Yes; closing the box is a No.
     virtual bool ask(const Question& question) = 0;
     /// Asks about the file that is at `path` already; closing the box is a Cancel.
@@ -173,6 +175,7 @@ class Platform {
     [[noreturn]] void end_process() { throw ProcessEnd{}; }
 
     void message(const std::string& text, const std::string& title = {}) { dialogs().message(text, title); }
+    void warn(const std::string& text, const std::string& title = {}) { dialogs().warn(text, title); }
     bool ask(const Question& question) { return dialogs().ask(question); }
     Collision ask_about_existing(const std::string& path) { return dialogs().ask_about_existing(path); }
     std::size_t choose(const Choices& choices) { return dialogs().choose(choices); }

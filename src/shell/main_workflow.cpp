@@ -193,8 +193,8 @@ void open_user_guide(Context& context) {
     std::string guide = files::join(context.session.AppDir, "qbguide.hlp");
     if (!files::exists(guide)) guide = context.platform.machine().user_guide();
     if (!guide.empty() && context.platform.opener().open_with_default(guide)) return;
-    context.platform.message("The help could not be opened: " +
-                             (guide.empty() ? std::string("it is not installed.") : "no program shows " + guide + "."));
+    context.platform.warn("The help could not be opened: " +
+                          (guide.empty() ? std::string("it is not installed.") : "no program shows " + guide + "."));
 }
 
 }  // namespace quill::shell

@@ -62,7 +62,7 @@ AlbumEnd run_album(shell::Context& context, pics::AlbumRequest request) {
     }
     if (failure->error.code != ErrorCode::cancelled) {
         const std::string what = failure->item ? request.items[*failure->item].path + ": " : std::string();
-        context.platform.message(name + " could not be written: " + what + failure->error.text + ".");
+        context.platform.warn(name + " could not be written: " + what + failure->error.text + ".");
     }
     return AlbumEnd::not_made;
 }

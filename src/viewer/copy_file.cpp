@@ -19,7 +19,7 @@ Result<std::string> copy_into(const std::string& source, const std::string& dire
 void say_where_copied(platform::Platform& platform, const std::string& source, const std::string& directory) {
     const Result<std::string> copy = copy_into(source, directory);
     if (!copy) {
-        platform.message(files::name_of(source) + " could not be copied: " + copy.error().text + ".");
+        platform.warn(files::name_of(source) + " could not be copied: " + copy.error().text + ".");
     } else if (files::name_of(*copy) != files::name_of(source)) {
         platform.message("There is a file of that name already. The copy is called " + files::name_of(*copy) + ".");
     }

@@ -54,7 +54,7 @@ std::string lasting_path(shell::Context& context, const std::string& path) {
     Result<files::Unfinished> made = files::make_output_directory(directory);
     const Result<std::string> copy = made ? copy_into(path, directory) : Result<std::string>(made.error());
     if (!copy) {
-        context.platform.message("The picture could not be copied to " + directory + ": " + copy.error().text + ".");
+        context.platform.warn("The picture could not be copied to " + directory + ": " + copy.error().text + ".");
         return {};
     }
     made->finish();
@@ -85,7 +85,7 @@ void add_picture_to_favorites(frmPic& w) {
     if (path.empty()) return;
     const Result<Added> added = add_favorite(w.context.session.FavListPath, path);
     if (!added) {
-        platform.message("The picture could not be put on the list: " + added.error().text + ".");
+        platform.warn("The picture could not be put on the list: " + added.error().text + ".");
     } else if (*added == Added::was_there) {
         platform.message(path + " is already on the Favorite Pictures list.");
     }
@@ -96,8 +96,7 @@ void remove_selected_favorite(tittwo& column) {
     Status removed = make_favorites_list(list);
     if (removed) removed = remove_favorite(list, column.selpath);
     if (!removed) {
-        column.context.platform.message("The picture could not be removed from the list: " + removed.error().text +
-                                        ".");
+        column.context.platform.warn("The picture could not be removed from the list: " + removed.error().text + ".");
     }
     loadfavlist(column);
 }

@@ -51,7 +51,7 @@ void create_list(shell::Context& context, SavPic& w) {
     const Status made = file.size() > extension.size() && file.ends_with(extension)
                             ? make_favorites_list(files::join(context.session.AppDir, file))
                             : Status(Error{ErrorCode::bad_argument, 0, "that can't be the name of a file"});
-    if (!made) context.platform.message("The list could not be created: " + made.error().text + ".");
+    if (!made) context.platform.warn("The list could not be created: " + made.error().text + ".");
     fill_list(w);
 }
 
@@ -61,7 +61,7 @@ void delete_list(shell::Context& context, SavPic& w) {
     const bool agreed =
         context.platform.ask({.text = "    Are you sure you wish to delete this Favorite list called " + name + " ?"});
     if (agreed && !files::remove_file(path_of(context.session, name))) {
-        context.platform.message("The list called " + name + " could not be deleted.");
+        context.platform.warn("The list called " + name + " could not be deleted.");
     }
     fill_list(w);
 }
@@ -74,7 +74,7 @@ void edit_list(shell::Context& context, const SavPic& w) {
         "the thumbnail of the picture in the preview window at the left.",
         "Alert --> An easier way to edit a Favorite Pictures List");
     if (!context.platform.opener().edit_text(path_of(context.session, name))) {
-        context.platform.message("No program to edit the list could be started.");
+        context.platform.warn("No program to edit the list could be started.");
     }
 }
 

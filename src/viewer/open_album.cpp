@@ -22,9 +22,9 @@ constexpr const char* no_album =
     "defined by this and other multiple image PICS viewers downloadable from its maker's web site and elsewhere.";
 
 void report_failure(platform::Platform& platform, const std::string& path, const Error& error) {
-    platform.message(error.code == ErrorCode::bad_input
-                         ? std::string(no_album)
-                         : files::name_of(path) + " could not be opened: " + error.text + ".");
+    platform.warn(error.code == ErrorCode::bad_input
+                      ? std::string(no_album)
+                      : files::name_of(path) + " could not be opened: " + error.text + ".");
 }
 
 /// Takes away what an earlier album left under the name, but never the album itself.
@@ -66,9 +66,9 @@ void unpack_pictures(shell::Context& context, const pics::Album& album, Unpacked
 void report_damage(platform::Platform& platform, const pics::Album& album, const UnpackedAlbum& unpacked) {
     const std::size_t count = album.entries().size();
     if (unpacked.stopped || (unpacked.not_whole == 0 && count > 0)) return;
-    platform.message(count == 0 ? "There are no pictures in this album."
-                                : "This album is damaged: " + std::to_string(unpacked.not_whole) + " of its " +
-                                      text::counted(count, "picture") + " could not be read whole.");
+    platform.warn(count == 0 ? "There are no pictures in this album."
+                             : "This album is damaged: " + std::to_string(unpacked.not_whole) + " of its " +
+                                   text::counted(count, "picture") + " could not be read whole.");
 }
 
 }  // namespace

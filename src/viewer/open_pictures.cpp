@@ -52,7 +52,7 @@ void enter_directory(frmOpen& w, const std::string& directory) {
         if (w.File1.directory() != directory) w.File1.selected.reset();
         w.File1.set_directory(directory);
     } else {
-        w.context.platform.message(directory + " can't be opened.");
+        w.context.platform.warn(directory + " can't be opened.");
         w.Dir1.path = w.File1.directory();
     }
     w.Drive1.drive = files::drive_of(w.Dir1.path, files::drives());

@@ -204,7 +204,7 @@ void delete_selected(tittwo& w) {
                                    " If you do you will not be able to bring it back.",
                            .no_is_default = true}))
             return;
-        if (!files::remove_file(w.selpath)) platform.message(w.selpath + " could not be deleted.");
+        if (!files::remove_file(w.selpath)) platform.warn(w.selpath + " could not be deleted.");
     }
     std::erase(w.set, w.selpath);
     if (frmMDI* const frame = w.context.windows.loaded<frmMDI>()) forget_unpacked(*frame, files::name_of(w.selpath));

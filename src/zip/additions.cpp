@@ -213,7 +213,7 @@ void report_left_out(platform::Platform& platform, const Additions& additions) {
     std::string text = "Not everything can be added:\n";
     for (std::size_t i = 0; i < std::min(lines.size(), most_lines); ++i) text += "\n" + lines[i] + ".";
     if (lines.size() > most_lines) text += "\nand " + text::counted(lines.size() - most_lines, "other") + ".";
-    platform.message(text, "Add files");
+    platform.warn(text, "Add files");
 }
 
 }  // namespace quill::zip

@@ -49,7 +49,7 @@ std::string ready_file(arcview& w, std::size_t row) {
     const std::string path = copies.path_of(row);
     if (!path.empty() && files::exists(path)) return path;
     const RowDetails details = row_details(w, row);
-    w.context.platform.message(text::printable(details.name) + ": " + reason_for_no_file(details) + ".");
+    w.context.platform.warn(text::printable(details.name) + ": " + reason_for_no_file(details) + ".");
     return {};
 }
 
@@ -57,7 +57,7 @@ std::string ready_file(arcview& w, std::size_t row) {
 bool is_disguised(arcview& w, const std::string& name) {
     const std::optional<Problem> disguise = codec::disguise_of(name, 0);
     if (!disguise) return false;
-    w.context.platform.message(text::printable(name) + ": " + disguise->text + ". It is not opened.");
+    w.context.platform.warn(text::printable(name) + ": " + disguise->text + ". It is not opened.");
     return true;
 }
 
@@ -206,7 +206,7 @@ void report_without_file(arcview& w, const std::vector<std::size_t>& rows) {
         text += "\n" + text::printable(details.name) + ": " + reason_for_no_file(details) + ".";
     }
     if (rows.size() > most_lines) text += "\nand " + text::counted(rows.size() - most_lines, "other") + ".";
-    w.context.platform.message(text, "Not all of the files");
+    w.context.platform.warn(text, "Not all of the files");
 }
 
 }  // namespace quill::zip

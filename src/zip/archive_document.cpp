@@ -114,7 +114,7 @@ bool make_change(arcview& w, const std::string& what, const std::function<std::i
     if (!changed && w.undo_states.size() > states) w.undo_states.pop_back();
     take_archive(w);
     if (result != library_success && !w.stop_wanted) {
-        w.context.platform.message("The archive was not changed: " + w.archives.failure().text + ".");
+        w.context.platform.warn("The archive was not changed: " + w.archives.failure().text + ".");
     }
     return result == library_success;
 }
@@ -126,7 +126,7 @@ void undo_change(arcview& w) {
     const Status written = write_again(w, before);
     if (!written) {
         const bool stopped = written.error().code == ErrorCode::cancelled;
-        if (!stopped) w.context.platform.message("The change could not be taken back: " + written.error().text + ".");
+        if (!stopped) w.context.platform.warn("The change could not be taken back: " + written.error().text + ".");
         return;
     }
     w.archives.copies().go_back_to(before.copies);

@@ -58,7 +58,7 @@ bool remove_own_files(arcview& w) {
 void RepackAndExit(arcview& w) {
     const std::string& work_dir = w.context.session.WorkDir;
     if (!files::change_directory(work_dir) || !files::same_file(files::current_directory(), work_dir)) {
-        w.context.platform.message(work_dir + " can't be entered, so no file was deleted.");
+        w.context.platform.warn(work_dir + " can't be entered, so no file was deleted.");
         return;
     }
     const Unwatched unwatched(w);

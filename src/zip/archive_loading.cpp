@@ -76,7 +76,7 @@ bool find_archive(arcview& w) {
 }
 
 void report_unreadable(arcview& w) {
-    w.context.platform.message(w.ArchivePath + " can't be opened: " + w.archives.library().last_error().text + ".");
+    w.context.platform.warn(w.ArchivePath + " can't be opened: " + w.archives.library().last_error().text + ".");
 }
 
 /// Lists the archive. One that is not there yet is a new one, whose list is empty.
@@ -104,8 +104,8 @@ bool choose_work_dir(arcview& w) {
         session.WorkDir = *made;
         w.work_dir_is_private = true;
     } else {
-        w.context.platform.message("No directory can be made in " + session.WorkDir + " to unpack into: " +
-                                   made.error().text + ". The files are listed, but they can't be opened.");
+        w.context.platform.warn("No directory can be made in " + session.WorkDir + " to unpack into: " +
+                                made.error().text + ". The files are listed, but they can't be opened.");
     }
     return made.ok();
 }
@@ -149,8 +149,8 @@ bool report_failure(arcview& w, std::int16_t result) {
     const Error& failure = w.archives.failure();
     const bool is_declined = failure.code == ErrorCode::limit;  // the user knows why
     if (went_on || is_declined || failure.text.empty()) return went_on;
-    w.context.platform.message("The files could not be unpacked to " + w.context.session.WorkDir + ": " + failure.text +
-                               ".");
+    w.context.platform.warn("The files could not be unpacked to " + w.context.session.WorkDir + ": " + failure.text +
+                            ".");
     return false;
 }
 
@@ -188,7 +188,7 @@ void report_unpacking(arcview& w) {
     if (damaged != 0) text += text::counted(damaged, "member") + (damaged == 1 ? " is" : " are") + " damaged. ";
     if (refused != 0) text += text::counted(refused, "member") + " could not be unpacked. ";
     if (refused + damaged != 0) text += "The list shows which, and why.";
-    w.context.platform.message(text, "Not all of the archive is whole");
+    w.context.platform.warn(text, "Not all of the archive is whole");
 }
 
 /// Leaves the files of the rows that are `changed` but not `saved` to the user.

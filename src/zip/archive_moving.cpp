@@ -99,8 +99,8 @@ void unpack_missing(arcview& w, const std::vector<std::size_t>& rows) {
 
 void report(arcview& w, const Moved& moved, const std::string& target) {
     if (moved.failed != 0) {
-        w.context.platform.message(text::counted(moved.failed, "file") + " could not be moved and stay in " +
-                                   w.context.session.WorkDir + ": " + moved.reason + ".");
+        w.context.platform.warn(text::counted(moved.failed, "file") + " could not be moved and stay in " +
+                                w.context.session.WorkDir + ": " + moved.reason + ".");
     } else if (!moved.stopped) {
         w.context.platform.message(text::counted(moved.files, "file") + " moved to " + target + ".", "Move");
     }

@@ -89,7 +89,7 @@ void make_panel_directory(arcview& w) {
     if (made) {
         show_panel_directory(w, *made);
     } else {
-        w.context.platform.message(name + ": " + made.error().text + ".");
+        w.context.platform.warn(name + ": " + made.error().text + ".");
     }
 }
 

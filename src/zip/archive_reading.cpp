@@ -78,7 +78,7 @@ void report_extraction(arcview& w, const Tally& tally, const std::string& direct
         w.context.platform.message(text::counted(tally.good(), "file") + " extracted to " + directory + ".", "Extract");
         return;
     }
-    w.context.platform.message(
+    w.context.platform.warn(
         "Not all of the files were extracted to " + directory + ": " + tally.counts() + "." + tally.reasons(),
         "Not everything is whole");
 }
@@ -92,7 +92,9 @@ void report_test(arcview& w, const Tally& tally) {
     } else {
         text += text::counted(tally.all(), "member") + ": " + tally.counts() + "." + tally.reasons();
     }
-    w.context.platform.message(text, "Test of " + files::name_of(w.ArchivePath));
+    const std::string title = "Test of " + files::name_of(w.ArchivePath);
+    const bool all_is_well = all_are_verified && archive_problems(w).empty();
+    all_is_well ? w.context.platform.message(text, title) : w.context.platform.warn(text, title);
 }
 
 }  // namespace
@@ -128,7 +130,7 @@ void extract_files(arcview& w) {
     if (done) {
         report_extraction(w, tally, directory);
     } else if (done.error().code != ErrorCode::cancelled) {
-        w.context.platform.message("The files could not be extracted to " + directory + ": " + done.error().text + ".");
+        w.context.platform.warn("The files could not be extracted to " + directory + ": " + done.error().text + ".");
     }
 }
 
@@ -151,7 +153,7 @@ void test_archive(arcview& w) {
     if (done) {
         report_test(w, tally);
     } else if (done.error().code != ErrorCode::cancelled) {
-        w.context.platform.message("The archive could not be tested: " + done.error().text + ".");
+        w.context.platform.warn("The archive could not be tested: " + done.error().text + ".");
     }
 }
 

@@ -56,7 +56,7 @@ bool go_on_with_ours(arcview& w) {
     const Result<std::string> path = write_ours(w);
     if (!path) {
         const bool stopped = path.error().code == ErrorCode::cancelled;
-        if (!stopped) w.context.platform.message("The archive could not be written: " + path.error().text + ".");
+        if (!stopped) w.context.platform.warn("The archive could not be written: " + path.error().text + ".");
         return false;
     }
     w.context.session.SelectedDir = files::dir_of(*path);

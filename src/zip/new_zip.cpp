@@ -167,7 +167,7 @@ void NewZIP::SaveChangedFile(ArchiveView view, std::optional<std::size_t> row, c
     const std::int16_t result = row ? save_copies(view, {*row}, password) : std::int16_t{library_bad_call};
     if (result == library_cancelled) return;
     if (result != library_success) {
-        context_.platform.message(save_failed);
+        context_.platform.warn(save_failed);
         return;
     }
     enter_archive_directory(view);

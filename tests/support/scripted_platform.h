@@ -113,6 +113,7 @@ class ScriptedPlatform final : public platform::Platform,
     Step next(Kind kind, const std::string& text);
 
     void message(const std::string& text, const std::string& title) override;
+    void warn(const std::string& text, const std::string& title) override { message(text, title); }
     bool ask(const platform::Question& question) override;
     platform::Collision ask_about_existing(const std::string& path) override;
     std::size_t choose(const platform::Choices& choices) override;

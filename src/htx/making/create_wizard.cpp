@@ -155,7 +155,7 @@ void compress(Context& context, const std::vector<zip::NewMember>& members) {
     if (!made) {
         show_files_step(w);
         if (made.error().code != ErrorCode::cancelled) {
-            context.platform.message(path + " could not be made: " + made.error().text + ".");
+            context.platform.warn(path + " could not be made: " + made.error().text + ".");
         }
         return;
     }

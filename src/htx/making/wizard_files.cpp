@@ -85,7 +85,7 @@ void report_left_out(platform::Platform& platform, const std::vector<zip::Member
         text += "\n" + failures[i].first + ": " + failures[i].second.text;
     }
     if (failures.size() > most_named) text += "\nand " + std::to_string(failures.size() - most_named) + " more";
-    platform.message(text, "Not all files are in it");
+    platform.warn(text, "Not all files are in it");
 }
 
 }  // namespace quill::htx

@@ -28,7 +28,7 @@ std::vector<pics::Item> items_of(HtxWiz& w) {
         names = "\n" + items[*failure->item].path + names;
         items.erase(items.begin() + static_cast<std::ptrdiff_t>(*failure->item));
     }
-    if (!names.empty()) w.context.platform.message("These pictures can't be read and are left out:\n" + names);
+    if (!names.empty()) w.context.platform.warn("These pictures can't be read and are left out:\n" + names);
     if (items.empty()) w.context.platform.message("There are no pictures for the album.");
     return items;
 }

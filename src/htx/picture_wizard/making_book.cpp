@@ -127,12 +127,12 @@ void make_book(HtxWiz& w, const std::string& path) {
     if (!made) {
         if (made.error().code == ErrorCode::exists) return refuse_name(w, path);
         if (made.error().code != ErrorCode::cancelled)
-            platform.message(path + " could not be made: " + made.error().text + ".");
+            platform.warn(path + " could not be made: " + made.error().text + ".");
         return;
     }
     take_as_selected(w.context.session, w, path);
     report_left_out(platform, failures);
-    if (!extra) platform.message("The book is made, but not all of its extra files: " + extra.error().text + ".");
+    if (!extra) platform.warn("The book is made, but not all of its extra files: " + extra.error().text + ".");
     finish(w);
 }
 

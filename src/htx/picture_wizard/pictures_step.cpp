@@ -44,7 +44,7 @@ void enter_directory(HtxWiz& w, const std::string& directory) {
         }
         w.File1.set_directory(directory);
     } else {
-        w.context.platform.message(directory + " can't be opened.");
+        w.context.platform.warn(directory + " can't be opened.");
     }
     w.Dir1.path = w.Text6.text = w.File1.directory();
     w.Drive1.drive = files::drive_of(w.Dir1.path, files::drives());
