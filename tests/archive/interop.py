@@ -95,7 +95,10 @@ class Interop(unittest.TestCase):
             self.read_with_quill("a.zip")
 
     def test_ours_is_read_by_all(self):
-        for options, password in (([], None), (["--password-file", "password"], "open sesame")):
+        encrypted = ["--password-file", "password"]
+        run(QUILL, "zip", "add", *encrypted, "aes.zip", "in")
+        run("7z", "t", "-popen sesame", "aes.zip")
+        for options, password in (([], None), ([*encrypted, "--encryption", "traditional"], "open sesame")):
             if os.path.exists("a.zip"):
                 os.remove("a.zip")
             run(QUILL, "zip", "add", *options, "a.zip", "in")
