@@ -117,7 +117,9 @@ int ResultsModel::columnCount(const QModelIndex& parent) const {
 
 QVariant ResultsModel::text(std::size_t row, int column) const {
     if (column == name_column) return shown_name(window_.List3.items()[row]);
-    return column == size_column ? shown(at(row).details.size) + QChar(0x2003) : verdict_text(at(row));
+    if (column != size_column) return verdict_text(at(row));
+    const auto& size = at(row).result.size;
+    return (size ? shown_size(*size) : shown(at(row).details.size)) + QChar(0x2003);
 }
 
 QVariant ResultsModel::decoration(std::size_t row, int column) const {
