@@ -133,8 +133,10 @@ void rename_result(shell::Context& context) {
     const std::string name = w.List3.selected_item();
     if (name.empty()) return;
     const std::size_t row = *w.List3.selected;
-    const std::string new_name = context.platform.input(
-        {.text = "   Enter a new name for the file called " + name, .title = "Rename " + name, .default_answer = name});
+    const std::string new_name = context.platform.input({.text = "   Enter a new name for the file called " + name,
+                                                         .title = "Rename " + name,
+                                                         .default_answer = name,
+                                                         .is_file_name = true});
     if (new_name.empty() || new_name == name) return;
     const Status renamed = rename_there(result_path(w, row), new_name);
     if (renamed) {

@@ -156,6 +156,10 @@ std::string BoxDialogs::input(const platform::Prompt& prompt) {
     auto* line = new QLineEdit(offered);
     line->setAccessibleName(words);
     line->selectAll();
+    if (prompt.is_file_name) {
+        const std::string stem = prompt.default_answer.substr(0, files::extension_at(prompt.default_answer));
+        line->setSelection(0, static_cast<int>(shown_name(stem).size()));
+    }
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     QObject::connect(buttons, &QDialogButtonBox::accepted, &box, &QDialog::accept);
     QObject::connect(buttons, &QDialogButtonBox::rejected, &box, &QDialog::reject);

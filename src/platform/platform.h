@@ -48,7 +48,8 @@ struct Prompt {
     std::string text = {};
     std::string title = {};
     std::string default_answer = {};
-    bool secret = false;  ///< a password: not shown while typed
+    bool secret = false;        ///< a password: not shown while typed
+    bool is_file_name = false;  ///< typing replaces the default answer up to its extension
 };
 
 /// A request for one existing file.

@@ -176,6 +176,19 @@ TEST_F(ArchiveWindowTest, ANarrowWindowLeavesRoomForTheNames) {
     EXPECT_EQ(shown_columns(), ArchiveModel::column_count);
 }
 
+TEST_F(ArchiveWindowTest, ANewFileNameKeepsTheExtensionUnlessItIsTypedOver) {
+    desktop::BoxDialogs boxes(events, views);
+    const std::pair<const char*, const char*> cases[] = {{"sea.png", "new.png"}, {"README", "new"}, {".rc", "new"}};
+    for (const auto& [offered, answer] : cases) {
+        QTimer::singleShot(0, [] {
+            QWidget* box = QApplication::activeModalWidget();
+            box->findChild<QLineEdit*>()->insert(QStringLiteral("new"));
+            qobject_cast<QDialog*>(box)->accept();
+        });
+        EXPECT_EQ(boxes.input({.text = "Name?", .default_answer = offered, .is_file_name = true}), answer);
+    }
+}
+
 TEST_F(ArchiveWindowTest, ABoxHasTheIconOfWhatItSays) {
     desktop::BoxDialogs boxes(events, views);
     const auto icon_of = [](const std::function<void()>& show) {
