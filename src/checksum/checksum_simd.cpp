@@ -19,8 +19,8 @@
 #define QUILL_CODEC_CHECKSUM_ONCE
 namespace quill::simd {
 
-/// The remainder of x^n by the polynomial of CRC-32, reflected, as the factor of a carry-less multiplication: one place
-/// further up, which makes up for the one that the product of two reflected numbers is short of.
+/// Returns the reflected remainder of x^n by the polynomial of CRC-32 as the factor of a carry-less multiplication:
+/// shifted up one place, because the product of two reflected numbers is one place short.
 constexpr std::uint64_t remainder_of_power(unsigned n) {
     constexpr std::uint32_t polynomial = 0xEDB88320;
     std::uint32_t remainder = 0x80000000;  // of x^0
@@ -55,7 +55,7 @@ Q folded(Q v, Q factors, Q onto) {
 }
 
 /// Folds the data, four vectors at a time, into one vector that has the same remainder (V. Gopal and others, "Fast CRC
-/// computation for generic polynomials using PCLMULQDQ"), and leaves that and what is behind it to libdeflate.
+/// computation for generic polynomials using PCLMULQDQ"), and leaves that and the bytes after it to libdeflate.
 std::uint32_t crc32(std::uint32_t crc, std::string_view in) {
     constexpr std::size_t at_once = 4 * block_size;
     if (in.size() < 2 * at_once) return libdeflate_crc32(crc, in.data(), in.size());

@@ -7,14 +7,14 @@
 
 namespace quill {
 
-/// The MD5 digest (RFC 1321) of bytes given piece by piece, to check a Content-MD5 (RFC 1864).
+/// Computes the MD5 digest (RFC 1321) of bytes added piece by piece, to check a Content-MD5 (RFC 1864).
 class Md5 {
   public:
     using Digest = std::array<unsigned char, 16>;
 
     void add(std::string_view bytes);
 
-    /// The digest of all that was added. Nothing can be added behind it.
+    /// Returns the digest of all bytes added. No more can be added afterwards.
     Digest finish();
 
   private:

@@ -36,7 +36,8 @@ struct AlbumOptions {
     bool thumbnails = false;
 };
 
-/// The pictures of the album that `names` asks for; no names ask for all. A name stands for all pictures that bear it.
+/// Returns the pictures of the album that `names` asks for, or all if it is empty. A name selects every picture that
+/// has it.
 std::vector<const pics::Entry*> chosen_entries(const pics::Album& album, const std::vector<std::string>& names,
                                                AlbumReport& report) {
     std::unordered_map<std::string, bool> wanted;
@@ -54,7 +55,7 @@ std::vector<const pics::Entry*> chosen_entries(const pics::Album& album, const s
     return chosen;
 }
 
-/// Opens the album and calls `work` with it and the pictures that are wanted.
+/// Opens the album and calls `work` with it and the requested pictures.
 template <class WorkOnAlbum>
 ExitStatus with_album(const AlbumOptions& options, const Console& console, WorkOnAlbum&& work) {
     AlbumReport report(console, options.results.style());
@@ -140,7 +141,7 @@ ExitStatus extract(const AlbumOptions& options, const Console& console) {
     });
 }
 
-/// Reports what an album that was made is like, for the programs that will read it.
+/// Reports limits of the new album that matter to the programs that will read it.
 void note_limits(const pics::AlbumRequest& request, AlbumReport& report) {
     if (request.items.size() > pics::most_pictures_of_old_readers ||
         pics::album_size(request) > pics::most_bytes_of_old_readers) {

@@ -9,23 +9,23 @@
 
 namespace quill::cli {
 
-/// Lists an album, or reports what became of its pictures, and sums it up.
+/// Lists an album, or reports the results for its pictures, and summarises them.
 class AlbumReport {
   public:
     AlbumReport(const Console& console, ReportStyle style) : console_(console), results_(console, style) {}
 
-    /// Prints a picture as the album has it: name, size, verdict, with tabs between; its problems on standard error.
+    /// Prints a picture as the album lists it: name, size, verdict, with tabs between; its problems on standard error.
     void list(const pics::Entry& entry);
 
-    /// Prints a picture that was extracted to `path` (empty: nothing was written) likewise.
+    /// Prints a picture that was extracted to `path` (empty: nothing was written) in the same way.
     void add(const pics::Entry& entry, const std::string& path, bool already_there);
 
-    /// Prints the album that was made: name and size.
+    /// Prints the new album: name and size.
     void made(const std::string& path, std::uint64_t size, std::size_t pictures);
 
     void problems(std::string_view album, const std::vector<report::Problem>& problems);
     void fail(std::string_view what, const Error& error);
-    /// Prints a remark that changes nothing about the result.
+    /// Prints a remark that does not change the result.
     void note(std::string_view what, std::string_view text);
 
     ExitStatus finish();

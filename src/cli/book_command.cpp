@@ -35,7 +35,8 @@ namespace {
 struct BookRequest {
     std::string book;
     std::string start_page;
-    std::string root;  ///< of the files that a book of pages may take; empty: the start page's directory
+    std::string
+        root;  ///< the directory of the files that a book of pages may include; empty: the start page's directory
     std::vector<std::string> pictures;
     std::string password_file;
     ResultOptions results;
@@ -43,8 +44,7 @@ struct BookRequest {
     bool index = false;
 };
 
-// The window of a book made where there is no screen: that of the reader, and for pictures nearly all of a small
-// screen.
+// The window of a book made where there is no screen: the reader's own, and for pictures nearly all of a small screen.
 constexpr htx::BookGeometry page_window = {9495, 6960, 0, 0};
 constexpr htx::BookGeometry picture_window = {15360, 10920, 0, 0};
 
@@ -64,7 +64,7 @@ Status check_names(const std::vector<zip::NewMember>& members) {
     return Done{};
 }
 
-/// Returns the start page and all that it leads to, as members whose directories count from its own.
+/// Returns the start page and all pages and files that it leads to, as members with paths relative to its directory.
 Result<std::vector<zip::NewMember>> linked_files(const BookRequest& request, BookReport& report) {
     if (!files::file_size(request.start_page)) return Error{ErrorCode::not_found, 0, "No such file"};
     if (htx::kind_of(request.start_page) != htx::FileKind::page) {

@@ -15,11 +15,11 @@ struct BookFile {
     std::string name;
     std::uint64_t size = 0;
     std::string_view kind;  ///< "page", "window" or "file"
-    std::size_t page = 0;   ///< its number from 1; 0 for what is no page
+    std::size_t page = 0;   ///< its number from 1; 0 for a file that is not a page
     std::string title = {};
 };
 
-/// Prints what the commands on books find, and sums it up.
+/// Prints the results of the commands on books and summarises them.
 class BookReport {
   public:
     BookReport(const Console& console, ReportStyle style) : console_(console), results_(console, style) {}
@@ -28,11 +28,11 @@ class BookReport {
     void list(const BookFile& file);
     void broken(const htx::BrokenLink& link);
 
-    /// Reports a page that could not be read whole.
+    /// Reports a page that could not be read completely.
     void doubtful(const htx::DoubtfulPage& page);
-    /// Reports how many links there are, to people.
+    /// Prints the number of links, for people.
     void checked(const htx::BookCheck& check);
-    /// Reports that a page leads to more files than a book takes.
+    /// Reports that a page leads to more files than a book holds.
     void incomplete(std::string_view page);
     /// Reports a problem of the archive.
     void problem(std::string_view book, std::string_view text);

@@ -22,7 +22,7 @@ constexpr const char* footer =
     "incomplete; 2 nothing was found; 3 bad usage, or a file can't be read or written.\n"
     "`quill COMMAND --help` lists the options of a command; `man quill` describes all.";
 
-/// Returns the arguments as the parser wants them: the last one first. It would read "[a,b]" as a list of two, so a
+/// Returns the arguments in the order the parser expects: last one first. It would read "[a,b]" as a list of two, so a
 /// file of that name is given by another path.
 std::vector<std::string> for_parser(std::span<const std::string> arguments) {
     std::vector<std::string> out(arguments.rbegin(), arguments.rend());
@@ -32,7 +32,7 @@ std::vector<std::string> for_parser(std::span<const std::string> arguments) {
     return out;
 }
 
-/// Returns `failed` where standard output could not take everything: a full disk, a closed pipe.
+/// Returns `failed` if standard output could not be written completely: a full disk, a closed pipe.
 ExitStatus flushed(ExitStatus status, const Console& console) {
     console.out.flush();
     if (console.out.good()) return status;
@@ -53,8 +53,8 @@ ExitStatus run(std::span<const std::string> arguments, const Console& console) {
     app.get_formatter()->label("SUBCOMMANDS", "COMMANDS");
     app.group("Commands");  // where the subcommands are listed, too
     app.get_formatter()->label("Positionals", "Arguments");
-    app.get_formatter()->label("TEXT", "");      // the usage line says what is a text,
-    app.get_formatter()->label("REQUIRED", "");  // and what must be given
+    app.get_formatter()->label("TEXT", "");      // the usage line says which arguments are texts
+    app.get_formatter()->label("REQUIRED", "");  // and which are required
     add_decode_command(app, work);
     add_list_command(app, work);
     add_encode_command(app, work);

@@ -12,7 +12,7 @@ class App;
 
 namespace quill::cli {
 
-/// The work that a command line asks for. Commands leave it behind when the parser has accepted their arguments.
+/// The work that a command line asks for. Commands store it after the parser has accepted their arguments.
 using Work = std::function<ExitStatus(const Console&)>;
 
 /// Each adds one subcommand to `app`; parsing a command line that names it puts its work into `work`, which must
@@ -22,7 +22,7 @@ void add_encode_command(CLI::App& app, Work& work);
 void add_list_command(CLI::App& app, Work& work);
 void add_merge_command(CLI::App& app, Work& work);
 
-/// Runs `quill` on `arguments`, its own name not among them. Help goes to `console.out`, a complaint about the
+/// Runs `quill` on `arguments`, which do not include its own name. Help goes to `console.out`, errors about the
 /// arguments to `console.err`.
 ExitStatus run(std::span<const std::string> arguments, const Console& console);
 

@@ -13,7 +13,7 @@ struct Console {
     bool err_is_terminal = false;
 };
 
-/// What the process tells its caller.
+/// The exit status of the process.
 enum class ExitStatus : std::uint8_t {
     good = 0,     ///< Everything found is whole or verified.
     damaged = 1,  ///< Something found is damaged or incomplete.

@@ -21,7 +21,7 @@ namespace {
 
 struct DecodeRequest : Request {
     std::string into;    ///< empty: each result goes beside its first source
-    bool again = false;  ///< write again what exists already
+    bool again = false;  ///< write files that exist already once more
 };
 
 /// Where the results of a run go.
@@ -29,7 +29,7 @@ class Outputs {
   public:
     explicit Outputs(const DecodeRequest& request) : request_(request) {}
 
-    /// Returns a path for `name`, whose directory is there; that of --into is made at the first call.
+    /// Returns a path for `name` in a directory that exists; the directory of --into is made at the first call.
     Result<std::string> path_of(const std::string& name, const std::string& beside);
 
     /// Returns the path of a file that has the bytes of `written` under the name `path` or a numbered one.
@@ -37,12 +37,12 @@ class Outputs {
 
   private:
     const DecodeRequest& request_;
-    files::Unfinished made_;  ///< the directory, which goes again if it stays empty
+    files::Unfinished made_;  ///< the directory; removed if it stays empty
     std::set<std::string> cleaned_;
     files::Copies copies_;
 };
 
-/// Fails where results can't go into `path`, whether or not it is there already.
+/// Fails if results can't go into `path`, whether or not it exists yet.
 Status may_be_directory(const std::string& path) {
     if (!files::exists(path)) {
         const std::string parent = files::dir_of(path);
@@ -79,7 +79,7 @@ struct Run {
     Outputs outputs;
 };
 
-/// Decodes one attachment into its directory and reports what came of it.
+/// Decodes one attachment into its directory and reports the result.
 void decode_one(const codec::Attachment& attachment, const Inputs& inputs, Run& run) {
     const auto on_progress = [&](std::uint64_t done, std::uint64_t total) {
         run.progress.show(attachment.name, done, total);
@@ -96,7 +96,7 @@ void decode_one(const codec::Attachment& attachment, const Inputs& inputs, Run& 
         written->sources = sources;
         run.report.add(*written, inputs.input_of(attachment));
     } else if (written.error().code == ErrorCode::bad_input) {
-        // Nothing of it could be decoded: a result, though one without a file.
+        // Nothing could be decoded: still a result, but one without a file.
         codec::Outcome outcome = inputs.recovery()->check(attachment, on_progress);
         if (Interruption::caught()) return;
         run.report.add({attachment.name, "", attachment.format, outcome, sources}, inputs.input_of(attachment));

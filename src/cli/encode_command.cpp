@@ -32,7 +32,7 @@ struct EncodeRequest {
     FileNames names;
 };
 
-/// One input with what is to become of it.
+/// One input and its outputs.
 struct Job {
     std::string input;
     std::string output;                ///< before its parts are numbered
@@ -43,8 +43,7 @@ Error refusal(std::string text) {
     return {ErrorCode::bad_argument, 0, std::move(text)};
 }
 
-/// Plans what is written, so that no output takes the place of an input, of another's output, or of a file that is
-/// there and was not to be replaced.
+/// Plans the outputs so that none replaces an input, another output, or an existing file that must be kept.
 class Plan {
   public:
     Plan(const EncodeRequest& request, const codec::OutputFormat& format, const std::vector<std::string>& inputs,
@@ -55,7 +54,7 @@ class Plan {
         }
     }
 
-    /// Reports what prevents it, and returns nullopt then.
+    /// Returns the job for one input, or reports what prevents it and returns nullopt.
     std::optional<Job> job_of(const std::string& input) {
         Result<std::string> output = output_for(input);
         if (!output) return refuse(input, output.error());
@@ -123,7 +122,7 @@ void report_output(const Job& job, const std::string& path, std::size_t part, st
                                  {"sources", "[" + json_string(job.input) + "]"}}));
 }
 
-/// Encodes one file and reports what was written; false where that failed.
+/// Encodes one file and reports what was written; returns false on failure.
 bool encode_one(const Job& job, Run& run) {
     codec::EncodeOptions options = run.request.options;
     options.on_collision = run.request.force ? files::OnCollision::replace : files::OnCollision::fail;
@@ -138,13 +137,13 @@ bool encode_one(const Job& job, Run& run) {
         return false;
     }
     for (std::size_t i = 0; i < written->size(); ++i) {
-        // What went into a pipe or a device has no line: that may be standard output.
+        // Output that went into a pipe or a device gets no line: that may be standard output.
         if (!files::is_special((*written)[i])) report_output(job, (*written)[i], i + 1, written->size(), run);
     }
     return true;
 }
 
-/// Removes what killed runs left in the directories that are written to.
+/// Removes files that killed runs left in the output directories.
 void clean_directories(const std::vector<Job>& jobs) {
     std::set<std::string> directories;
     for (const Job& job : jobs) directories.insert(files::dir_of(files::resolved(job.output)));

@@ -21,8 +21,8 @@ struct FileNames {
 /// Adds FILE... and --files-from to `command`.
 void add_file_names(CLI::App& command, FileNames& names, const std::string& about);
 
-/// Returns all the paths, those of the list last. In the list they end at NUL where there is one, else at line ends;
-/// empty ones are skipped. Fails with the system's reason where the list can't be read.
+/// Returns all paths, those of the list last. List entries end at NUL if there is one, else at line ends; empty ones
+/// are skipped. Fails with the system's reason if the list can't be read.
 Result<std::vector<std::string>> all_names(const FileNames& names, std::istream& standard_input);
 
 }  // namespace quill::cli

@@ -22,7 +22,7 @@ namespace {
 
 constexpr std::string_view standard_input_name = "-";
 
-/// Returns how many inputs may be open at once: what the system lets a process open and map, less a few for outputs.
+/// Returns how many inputs may be open at once: the system's limit for open and mapped files, minus a few for outputs.
 std::size_t most_open() {
     constexpr rlim_t most_mapped = 30'000;
     constexpr rlim_t spare = 32;
@@ -135,7 +135,7 @@ Inputs::Inputs(std::span<Input> inputs, const Request& request, Report& report, 
         recovery_.emplace(std::move(*recovery));
         for (const codec::Problem& problem : recovery_->problems()) report.add(problem, input_of({}));
     } else {
-        for (Input& input : inputs_) input.held_something = true;  // nobody knows
+        for (Input& input : inputs_) input.held_something = true;  // not known
         report.fail({}, recovery.error());
     }
 }

@@ -25,7 +25,7 @@ struct Request {
     bool all = false;    ///< texts of messages count too
     bool forks = false;  ///< resource forks count too
 
-    /// Returns true where `attachment` is among what was asked for.
+    /// Returns true if `attachment` is one of those requested.
     bool wants(const codec::Attachment& attachment) const;
 };
 
@@ -36,24 +36,25 @@ Result<files::TemporaryFile> spool(std::istream& in);
 
 /// One file to read.
 struct Input {
-    std::string name;             ///< as the user knows it; "-" is standard input
-    std::string path;             ///< what opens it
-    std::string beside;           ///< the directory that its results go to unless another was asked for
-    std::string walked = {};      ///< the directory that the user named instead of it; empty where it was named itself
-    bool held_something = false;  ///< a result came out of it, or a copy of one
+    std::string name;    ///< as the user knows it; "-" is standard input
+    std::string path;    ///< the path to open
+    std::string beside;  ///< the directory for its results unless another was requested
+    std::string walked =
+        {};  ///< the directory that the user named instead of it; empty if the user named the file itself
+    bool held_something = false;  ///< a result, or a copy of one, came from it
 };
 
 /// The files of a run, with those of directories.
 class InputList {
   public:
-    /// Finds those that can be read, and reports the others.
+    /// Finds the readable files and reports the others.
     InputList(const Request& request, const Console& console, Report& report);
 
-    /// Returns all of them, in groups that can be open at the same time.
+    /// Returns all of them in groups that can be open at the same time.
     std::vector<std::span<Input>> groups();
 
-    /// Returns sentences about the inputs that held nothing: what was looked for and what each looks like instead.
-    /// Those of a directory are only counted.
+    /// Returns sentences about the inputs that held nothing: what was searched for and what each looks like instead.
+    /// Inputs found in a directory are only counted.
     std::vector<std::string> empty_inputs() const;
 
   private:
@@ -67,22 +68,22 @@ class InputList {
 /// Inputs that are opened and scanned together.
 class Inputs {
   public:
-    /// Reports what fails.
+    /// Opens and scans the inputs; reports failures.
     Inputs(std::span<Input> inputs, const Request& request, Report& report, ProgressBar& progress);
 
-    /// Returns nullptr where no input could be read.
+    /// Returns nullptr if no input could be read.
     const codec::Recovery* recovery() const { return recovery_ ? &*recovery_ : nullptr; }
 
-    /// Marks the inputs that `attachment` comes from as those that held something.
+    /// Marks the inputs that `attachment` comes from as having held something.
     void mark(const codec::Attachment& attachment) const;
 
-    /// Returns the names of the inputs of `attachment`'s problems.
+    /// Returns a function that names the input of each of `attachment`'s problems.
     NameOfInput input_of(const codec::Attachment& attachment) const;
 
-    /// Returns the paths that `attachment` is put together from, as the user named them.
+    /// Returns the paths of the inputs that `attachment` was joined from, as the user named them.
     std::vector<std::string> sources_of(const codec::Attachment& attachment) const;
 
-    /// Returns the directory that `attachment` goes to unless another was asked for: that of its first part.
+    /// Returns the default directory for `attachment`: that of its first part.
     const std::string& beside(const codec::Attachment& attachment) const;
 
   private:

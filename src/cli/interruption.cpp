@@ -10,7 +10,7 @@ namespace {
 constexpr long patience = 150'000'000;  // nanoseconds
 
 std::atomic<int> caught_signal = 0;
-timer_t timer;  // of the one Interruption that there is
+timer_t timer;  // of the only Interruption
 
 void end_process() {
     files::remove_unfinished();
@@ -23,8 +23,8 @@ void end_process() {
     std::raise(number);
 }
 
-/// The first signal starts the timer; the timer's own, or a second one, ends the process. All calls in here may be made
-/// by a signal handler.
+/// Starts the timer at the first signal; ends the process at the timer's own signal or a second one. All calls in here
+/// are async-signal-safe.
 void on_signal(int number) {
     int none = 0;
     if (number != SIGALRM && caught_signal.compare_exchange_strong(none, number)) {
@@ -48,7 +48,7 @@ Interruption::Interruption() {
     sigemptyset(&action.sa_mask);
     for (std::size_t i = 0; i < signals.size(); ++i) {
         sigaction(signals[i], nullptr, &previous_[i]);
-        // What the caller has switched off (nohup) stays off.
+        // A signal that the caller ignores (nohup) stays ignored.
         if (previous_[i].sa_handler != SIG_IGN) sigaction(signals[i], &action, nullptr);
     }
 }

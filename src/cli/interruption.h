@@ -7,8 +7,8 @@
 namespace quill::cli {
 
 /// While it lives, a signal that asks the process to end (HUP, INT, PIPE, TERM) is remembered, so that work can stop
-/// between two steps. Work that has not stopped after 150 ms, or at a second signal, is ended where it is; what it had
-/// not finished is removed. There is at most one at a time.
+/// between two steps. Work that has not stopped after 150 ms, or at a second signal, is aborted; its unfinished output
+/// is removed. At most one may exist at a time.
 class Interruption {
   public:
     Interruption();
@@ -16,10 +16,10 @@ class Interruption {
     Interruption(const Interruption&) = delete;
     Interruption& operator=(const Interruption&) = delete;
 
-    /// Whether such a signal has come.
+    /// Returns true after such a signal.
     static bool caught();
 
-    /// Ends the process by the signal that was caught; returns where there was none.
+    /// Ends the process by the signal that was caught; returns if there was none.
     static void end_process_if_caught();
 
   private:

@@ -8,17 +8,17 @@
 /// JSON (RFC 8259), one line for each value.
 namespace quill::cli {
 
-/// Returns `bytes` as a JSON string, quotes around it (RFC 8259 7). A byte that is not UTF-8 becomes the lone surrogate
-/// U+DC80 to U+DCFF of its value, so that no two names look alike and a reader can have the bytes back. What would act
-/// on a terminal is escaped.
+/// Returns `bytes` as a quoted JSON string (RFC 8259 7). A byte that is not UTF-8 becomes the lone surrogate U+DC80 to
+/// U+DCFF of its value, so that different names stay different and a reader can restore the bytes. Characters that
+/// would act on a terminal are escaped.
 std::string json_string(std::string_view bytes);
 
-/// Returns the string, or null where it is empty.
+/// Returns the JSON string, or null if it is empty.
 std::string json_or_null(std::string_view bytes);
 
 std::string json_flag(bool value);
 
-/// Returns an object of these members; their values are JSON.
+/// Returns an object of these members, whose values are JSON.
 std::string json_object(std::initializer_list<std::pair<std::string_view, std::string>> members);
 
 /// Returns the items, each turned to JSON by `turn`, as an array.

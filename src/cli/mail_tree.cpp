@@ -16,7 +16,8 @@ bool is_maildir(const std::string& directory) {
     return has("cur") && has("new");
 }
 
-/// Returns where the results from the Maildir `directory` go: for a folder within a Maildir, beside the outermost one.
+/// Returns the directory for results from the Maildir `directory`: beside the outermost Maildir if it is a folder in
+/// one.
 std::string beside_maildir(const std::string& directory) {
     const std::string parent = files::dir_of(directory);
     return !parent.empty() && is_maildir(parent) ? beside_maildir(parent) : parent;
@@ -24,7 +25,7 @@ std::string beside_maildir(const std::string& directory) {
 
 class Walk {
   public:
-    /// `beside`: where results go; empty for beside each file.
+    /// Enters `directory`. `beside` is the directory for results; null: beside each file.
     void enter(const std::string& directory, const std::string* beside) {
         std::vector<fs::directory_entry> entries;
         std::error_code error;

@@ -10,10 +10,10 @@ namespace quill::cli {
 /// A file that may hold mail.
 struct MailFile {
     std::string path;
-    std::string beside;  ///< the directory that its results go to
+    std::string beside;  ///< the directory for its results
 };
 
-/// What a directory holds.
+/// The files of a directory tree.
 struct MailTree {
     std::vector<MailFile> files;
     struct Failure {
@@ -23,10 +23,10 @@ struct MailTree {
     std::vector<Failure> failures;  ///< directories that could not be read
 };
 
-/// Returns the regular files in `directory` and in the directories below it, sorted by bytes. Leaves out links, hidden
-/// entries, and this program's unfinished files. Of a Maildir it takes `cur` and `new`, not `tmp`, where unfinished
-/// mail lies, and the folders in it though they are hidden; its results go beside the Maildir, so that no mail program
-/// takes them for messages. Other results go beside their files.
+/// Returns the regular files in `directory` and below it, sorted by bytes. Leaves out links, hidden entries, and this
+/// program's unfinished files. In a Maildir it reads `cur` and `new`, not `tmp`, which holds unfinished mail, and also
+/// its hidden folders; results go beside the Maildir, so that no mail program mistakes them for messages. Other results
+/// go beside their files.
 MailTree mail_tree(const std::string& directory);
 
 }  // namespace quill::cli

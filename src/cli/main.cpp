@@ -10,7 +10,8 @@
 
 namespace {
 
-/// Every input stays open while parts of it may be needed, and a mail folder has thousands.
+/// Raises the limit of open files: every input stays open while parts of it may be needed, and a mail folder has
+/// thousands.
 void allow_many_open_files() {
     rlimit limit = {};
     if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;

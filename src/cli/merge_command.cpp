@@ -29,7 +29,7 @@ void complain(const Console& console, const std::string& about, const std::strin
     console.err << "quill: " << printable(about) << ": " << printable(reason) << "\n";
 }
 
-/// Reports what the merge lacks, and returns the status that this makes.
+/// Reports what the merge lacks and returns the resulting status.
 ExitStatus report_gaps(const Console& console, const std::string& output, const encoder::Merged& merged) {
     ExitStatus status = ExitStatus::good;
     for (const encoder::LeftOut& file : merged.left_out) {
@@ -58,7 +58,7 @@ void report_output(const std::string& output, const encoder::Merged& merged, Res
                              {"left_out", json_array(merged.left_out, left_out)}}));
 }
 
-/// Fails where `output` must not be written.
+/// Fails if `output` must not be written.
 Status check_output(const std::string& output, const MergeRequest& request) {
     const auto is_output = [&](const std::string& input) { return files::same_file(input, output); };
     if (std::any_of(request.files.begin(), request.files.end(), is_output)) return output_is_input();

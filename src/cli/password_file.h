@@ -6,8 +6,8 @@
 
 namespace quill::cli {
 
-/// Returns the first line of the file at `path`, without its end; an empty text where `path` is empty. An empty line
-/// is refused: it would store members unencrypted.
+/// Returns the first line of the file at `path` without its line end, or an empty text if `path` is empty. Rejects an
+/// empty line, which would store members unencrypted.
 Result<std::string> read_password(const std::string& path);
 
 }  // namespace quill::cli

@@ -9,8 +9,8 @@
 
 namespace quill::cli {
 
-/// One line on standard error that tells how far long work is: nothing where that is no terminal, and nothing during
-/// the first half second.
+/// Shows the progress of long work on one line of standard error: only if that is a terminal, and only after the first
+/// half second.
 class ProgressBar {
   public:
     using Time = std::chrono::steady_clock::time_point;
@@ -24,7 +24,7 @@ class ProgressBar {
     /// Draws `done` of `total` bytes and `label`, at most ten times a second.
     void show(const std::string& label, std::uint64_t done, std::uint64_t total);
 
-    /// Takes the line off the terminal, so that others can write there.
+    /// Erases the line, so that other output can be written.
     void clear();
 
   private:

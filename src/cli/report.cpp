@@ -65,7 +65,7 @@ void Report::add(const codec::Problem& problem, const NameOfInput& input_of) {
     if (results_.style() != ReportStyle::silent) print_problem({}, problem, input_of);
 }
 
-/// Prints "quill: cat.txt: in part2.uue, at byte 20: ...", without the name or the input where that is empty.
+/// Prints "quill: cat.txt: in part2.uue, at byte 20: ...", leaving out an empty name or input.
 void Report::print_problem(std::string_view name, const codec::Problem& problem, const NameOfInput& input_of) const {
     const std::string input = input_of(problem);
     console_.err << "quill: " << printable(name) << (name.empty() ? "" : ": ");

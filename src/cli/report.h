@@ -17,38 +17,38 @@ namespace quill::cli {
 
 using text::printable;
 
-/// The reasons why a path can't be an output.
+/// Return the reasons why a path can't be an output.
 Error output_exists();
 Error output_is_input();
 
-/// One result as a line without its end: name, size, verdict, format, with tabs between, and `already there`.
+/// Returns one result as a line without its end: name, size, verdict, format, with tabs between, and `already there`.
 std::string line_of(const codec::Recovered& file);
 
-/// A problem of an archive or an album as a JSON object: kind, at, text.
+/// Returns a problem of an archive or an album as a JSON object: kind, at, text.
 std::string json_of(const report::Problem& problem);
 
-/// Returns the name of the input that a problem is in; empty where there is only one, or it is not known.
+/// Returns the name of the input that a problem is in; empty if there is only one or it is not known.
 using NameOfInput = std::function<std::string(const codec::Problem&)>;
 
-/// One result as a JSON object: name, path (null where nothing was written), size, format, verdict, already_there,
+/// Returns one result as a JSON object: name, path (null if nothing was written), size, format, verdict, already_there,
 /// problems (kind, input, at, text), sources.
 std::string json_of(const codec::Recovered& file, const NameOfInput& input_of);
 
-/// Reports a run's results and failures, and sums them up.
+/// Reports the results and failures of a run and summarises them.
 class Report {
   public:
     Report(const Console& console, ReportStyle style) : console_(console), results_(console, style) {}
 
     void add(const codec::Recovered& file, const NameOfInput& input_of);
 
-    /// Reports a problem of an input as a whole, which takes something away from the results.
+    /// Reports a problem of a whole input that degrades the results.
     void add(const codec::Problem& problem, const NameOfInput& input_of);
 
-    /// Reports that `what` failed. `error.text` is the reason; an empty `what` leaves the reason alone.
+    /// Reports that `what` failed, with `error.text` as the reason. With an empty `what` only the reason is printed.
     void fail(std::string_view what, const Error& error);
 
-    /// Prints `remarks`, ends the report and returns the status of the run: a failure weighs most, then damage, then
-    /// that nothing was found.
+    /// Prints `remarks`, ends the report and returns the status of the run: a failure outranks damage, damage outranks
+    /// finding nothing.
     ExitStatus finish(const std::vector<std::string>& remarks = {});
 
   private:

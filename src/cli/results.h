@@ -19,7 +19,7 @@ enum class ReportStyle : std::uint8_t {
     silent,      ///< not at all
 };
 
-/// The options that choose it.
+/// The options that choose the style.
 struct ResultOptions {
     bool json = false;
     bool json_lines = false;
@@ -48,7 +48,7 @@ class Results {
     /// Prints one result: a JSON object where are_json(), else a line without its end.
     void put(std::string_view result, Delivery delivery = Delivery::at_once);
 
-    /// Closes what was begun.
+    /// Closes what has been opened.
     void finish();
 
   private:

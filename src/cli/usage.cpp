@@ -18,7 +18,7 @@ std::string join(const std::vector<std::string>& words, std::string_view separat
     return out;
 }
 
-/// Returns the command that the arguments name, down to the last one: "quill zip list".
+/// Returns the innermost command that the arguments name: "quill zip list".
 const CLI::App& named_command(const CLI::App& app, std::string& name) {
     const CLI::App* command = &app;
     name = app.get_name();
@@ -29,14 +29,14 @@ const CLI::App& named_command(const CLI::App& app, std::string& name) {
     return *command;
 }
 
-/// Returns what to say of the first argument that nothing takes; `wanted` is what might have been meant.
+/// Returns the message for the first unexpected argument; `wanted` is what the user may have meant.
 std::string about_unexpected(const CLI::App& command, std::string_view wanted) {
     const std::vector<std::string> extra = command.remaining();
     const std::string first = extra.empty() ? std::string() : extra.front();
     return "there is no " + std::string(first.starts_with('-') ? "option" : wanted) + " " + first;
 }
 
-/// Arguments that must be given, and what to say where they are not.
+/// Required arguments, and the message for each that is missing.
 constexpr struct {
     std::string_view argument;
     std::string_view what_to_do;
@@ -62,7 +62,7 @@ std::string about_missing(const CLI::App& command, std::string_view what) {
     return std::string(argument) + " is missing";
 }
 
-/// "--into: 1 required DIR missing", "--into: At Most 1 required but received 2"
+/// Explains errors such as "--into: 1 required DIR missing", "--into: At Most 1 required but received 2".
 std::string about_count(const CLI::App& command, std::string_view what) {
     const std::string argument(what.substr(0, what.find(':')));
     if (argument == "FILE") return about_missing(command, "FILE");
@@ -70,7 +70,7 @@ std::string about_count(const CLI::App& command, std::string_view what) {
     return argument + " needs a value";
 }
 
-/// "--json excludes --json-lines"
+/// Explains errors such as "--json excludes --json-lines".
 std::string about_conflict(std::string_view what) {
     const std::string first(what.substr(0, what.find(' ')));
     return first + " and " + std::string(what.substr(what.rfind(' ') + 1)) + " can't be used together";

@@ -12,17 +12,17 @@ class Validator;
 
 namespace quill::cli {
 
-/// Returns the sentence for `error`, which parsing a command line gave: the command that it is about, what to do, and
-/// where the usage is.
+/// Returns the sentence for `error`, the result of parsing a command line: the command concerned, what to do, and where
+/// the usage is.
 std::string complaint(const CLI::App& app, const CLI::ParseError& error);
 
-/// Accepts one of `names` alone, whatever the case of its letters, and turns it into that name.
+/// Accepts only one of `names`, ignoring case, and turns it into that name.
 CLI::Validator one_of(const std::vector<std::string>& names);
 
-/// Gives `group` its commands by `fill` once its name was read from the command line: a start pays for no others.
+/// Fills `group` with its commands only when its name was read from the command line, so that other starts cost less.
 void fill_when_used(CLI::App& group, const std::function<void(CLI::App& group)>& fill);
 
-/// Accepts whole numbers above 0 alone.
+/// Accepts only whole numbers above 0.
 CLI::Validator above_zero();
 
 }  // namespace quill::cli

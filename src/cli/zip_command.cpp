@@ -38,14 +38,14 @@ struct ZipRequest {
     std::string password_file;
     std::string into = ".";
     std::string method = "deflate";
-    std::string names_in;    ///< a character set; empty: the one that fits best
-    std::string encryption;  ///< empty: as the archive has it
+    std::string names_in;    ///< a character set; empty: the best fit
+    std::string encryption;  ///< empty: the archive's own
     ResultOptions results;
     bool bare_names = false;
     bool no_limits = false;
 };
 
-/// Returns the code page of --names-in; empty where it was not given.
+/// Returns the code page of --names-in; empty if it was not given.
 std::string_view code_page_of(const ZipRequest& request) {
     const std::optional<zip::CharacterSet> set = zip::character_set(request.names_in);
     return set ? set->code_page : std::string_view();
@@ -57,8 +57,8 @@ Result<zip::Archive> open_archive(const ZipRequest& request) {
     return archive;
 }
 
-/// Returns the numbers of the members that `names` asks for: a member itself, or a directory and all that is in it. No
-/// names ask for all.
+/// Returns the numbers of the members that `names` asks for: a member itself, or a directory and all that is in it; all
+/// members if `names` is empty.
 std::vector<std::size_t> chosen_members(const std::vector<zip::Member>& members, const std::vector<std::string>& names,
                                         ZipReport& report) {
     std::vector<std::size_t> chosen;
@@ -83,7 +83,7 @@ ExitStatus list(const ZipRequest& request, const Console& console) {
     return report.finish();
 }
 
-/// Extracts below the directory of --into, which is made if need be.
+/// Extracts into the directory of --into, which is created if missing.
 Status extract_below(const std::string& into, const zip::Archive& archive, const std::vector<std::size_t>& chosen,
                      const zip::MemberPaths& paths, const zip::ExtractOptions& options, const zip::TakeResult& take) {
     const Result<files::Unfinished> made = files::make_output_directory(into);
@@ -91,7 +91,7 @@ Status extract_below(const std::string& into, const zip::Archive& archive, const
     return zip::extract_members(archive, chosen, paths, into, options, take);
 }
 
-/// `extract`, and `test` where nothing is to be written.
+/// Runs `extract`, or `test` if nothing must be written.
 ExitStatus read(const ZipRequest& request, const Console& console, bool write) {
     ZipReport report(console, request.results.style());
     const Result<std::string> password = read_password(request.password_file);
@@ -138,8 +138,8 @@ ExitStatus read(const ZipRequest& request, const Console& console, bool write) {
 /// What failed, and why.
 using Failure = std::pair<std::string, Error>;
 
-/// Returns what `add` puts into the archive: each name with all that is in it, but the archive itself only where it is
-/// named. Appends to `unread` the directories that can't be read.
+/// Returns the entries for `add`: each name with all that is in it; the archive itself only if the user named it.
+/// Appends directories that can't be read to `unread`.
 std::vector<zip::TreeEntry> entries_to_add(const ZipRequest& request, std::vector<Failure>& unread) {
     std::vector<zip::TreeEntry> entries;
     for (const std::string& name : request.names) {
@@ -155,7 +155,7 @@ std::vector<zip::TreeEntry> entries_to_add(const ZipRequest& request, std::vecto
     return entries;
 }
 
-/// Returns true where both would be the same member.
+/// Returns true if both would become the same member.
 bool are_same(const zip::TreeEntry& one, const zip::TreeEntry& other) {
     if (one.kind != other.kind) return false;
     if (one.kind != zip::EntryKind::link) return files::same_file(one.path, other.path);
@@ -163,7 +163,7 @@ bool are_same(const zip::TreeEntry& one, const zip::TreeEntry& other) {
     return std::filesystem::read_symlink(one.path, failure) == std::filesystem::read_symlink(other.path, failure);
 }
 
-/// Fails where two files would become one member, so that one of them would be lost.
+/// Fails if two files would become one member, so that one of them would be lost.
 Status check_names(const std::vector<zip::TreeEntry>& entries) {
     std::unordered_map<std::string, const zip::TreeEntry*> known;
     for (const zip::TreeEntry& entry : entries) {
@@ -188,13 +188,13 @@ Status add_entry(zip::ArchiveChange& change, const zip::TreeEntry& entry, const 
     return change.add_file(entry.path, entry.member_name, options);
 }
 
-/// There is nothing to be changed.
+/// Returns the error for a request that changes nothing.
 Error nothing_to_do() {
     return {ErrorCode::cancelled, 0, "there is nothing to do"};
 }
 
-/// Reports a change that was made, or the failure that prevented it. A change that was interrupted ends silently: the
-/// process is about to end by the signal.
+/// Reports a completed change, or the failure that prevented it. Says nothing about an interrupted change: the signal
+/// is about to end the process.
 ExitStatus finish_change(ZipReport& report, const ZipRequest& request, const Status& changed,
                          const std::vector<Failure>& failures) {
     for (const auto& [what, error] : failures) report.fail(what, error);
@@ -237,7 +237,7 @@ std::vector<std::string> encryption_names() {
     return names;
 }
 
-/// The encryption asked for, else the one that the archive has.
+/// Returns the requested encryption, else the archive's own.
 archive::Encryption encryption_for(const ZipRequest& request, const zip::ArchiveChange& change) {
     for (const EncryptionRow& row : encryptions) {
         if (row.name == request.encryption) return row.encryption;
@@ -245,7 +245,7 @@ archive::Encryption encryption_for(const ZipRequest& request, const zip::Archive
     return change.usual_encryption().value_or(archive::Encryption::aes256);
 }
 
-/// Fails where an encryption is asked for without a password, or a password is given and not to be used.
+/// Fails if an encryption is requested without a password, or a password is given that would not be used.
 Status check_encryption(const ZipRequest& request) {
     const bool is_encrypted = !request.encryption.empty() && request.encryption != no_encryption;
     if (is_encrypted && request.password_file.empty()) {
@@ -257,7 +257,7 @@ Status check_encryption(const ZipRequest& request) {
     return Done{};
 }
 
-/// Fails where files would get unencrypted among encrypted members and nobody has asked for that.
+/// Fails if files would be stored unencrypted among encrypted members without an explicit request.
 Status check_password(const ZipRequest& request, const zip::ArchiveChange& change) {
     if (!request.password_file.empty() || request.encryption == no_encryption) return Done{};
     if (!change.usual_encryption()) return Done{};
@@ -331,7 +331,7 @@ struct CommandRow {
     const char* name;
     const char* about;
     Command run;
-    bool reads_members;  ///< takes a password and limits
+    bool reads_members;  ///< accepts a password and limits
     bool writes_files;
     bool has_results;
     bool needs_names;

@@ -9,19 +9,20 @@
 
 namespace quill::cli {
 
-/// The failure for a name that was asked for and is not in the archive.
+/// Returns the failure for a requested name that is not in the archive.
 Error zip_member_missing();
 
-/// Lists an archive, or reports what became of its members, and sums it up.
+/// Lists an archive, or reports the results for its members, and summarises them.
 class ZipReport {
   public:
     ZipReport(const Console& console, ReportStyle style) : console_(console), results_(console, style) {}
 
-    /// Prints a member as the directory has it: name, size, compressed size, method, date and time, with tabs between.
+    /// Prints a member as the directory lists it: name, size, compressed size, method, date and time, with tabs
+    /// between.
     void list(const zip::Member& member);
 
     /// Prints a member that was read: name, size, verdict, method; its problems on standard error. `path` is where it
-    /// is now, empty where it was not written.
+    /// was written, empty if it was not.
     void add(const zip::Member& member, const zip::MemberResult& result, const std::string& path);
 
     /// Reports the problems of the archive as a whole.
@@ -30,10 +31,10 @@ class ZipReport {
     /// Reports that `what` failed.
     void fail(std::string_view what, const Error& error);
 
-    /// Reports that the archive is not read, and why.
+    /// Reports that the archive was refused, and why.
     void refuse(std::string_view archive, std::string_view reason);
 
-    /// Reports a name that was asked for and is not in the archive.
+    /// Reports a requested name that is not in the archive.
     void missing(std::string_view name);
 
     ExitStatus finish();

@@ -51,7 +51,7 @@ std::optional<Header> read_header(std::string_view stream) {
 }
 
 std::string decode_beginning(std::string_view encoded, std::size_t most) {
-    // A run gives more bytes than it takes, so this many characters are always enough where they hold no line ends.
+    // A run yields more bytes than it consumes, so this many characters are always enough if they hold no line ends.
     encoded = encoded.substr(0, (most + 2) * 2);
     std::vector<char> packed(sixbit::decoded_bound(encoded.size()));
     sixbit::State state;

@@ -9,7 +9,7 @@
 /// BinHex 4.0 (RFC 1741 appendix A): a Macintosh file as text, between two colons.
 namespace quill::codec::binhex {
 
-/// What stands before the forks.
+/// The header before the forks.
 struct Header {
     std::string name;                 ///< bytes, in Mac OS Roman
     std::string file_type;            ///< four characters
@@ -20,17 +20,18 @@ struct Header {
     bool crc_agrees = false;
 };
 
-/// Reads the header that the decoded stream begins with; nullopt where it is too short or forms none (a name of 1 to
-/// 63 bytes, then a zero).
+/// Reads the header at the beginning of the decoded stream; nullopt if the stream is too short or does not begin with a
+/// header (a name of 1 to 63 bytes, then a zero).
 std::optional<Header> read_header(std::string_view stream);
 
-/// The most bytes that a header takes.
+/// The largest size of a header, in bytes.
 constexpr std::size_t longest_header = 1 + 63 + 1 + 4 + 4 + 2 + 4 + 4 + 2;
 
-/// Whether `c` is of the 64 characters that hold data.
+/// Returns true if `c` is one of the 64 characters that hold data.
 bool is_data_character(char c);
 
-/// The first `most` bytes of the stream that `encoded`, its line ends and all, holds; fewer where it ends before that.
+/// Returns the first `most` bytes of the stream in `encoded`, which may contain line ends; fewer if the stream ends
+/// earlier.
 std::string decode_beginning(std::string_view encoded, std::size_t most);
 
 }  // namespace quill::codec::binhex

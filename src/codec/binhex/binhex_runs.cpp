@@ -5,7 +5,7 @@
 namespace quill::codec::binhex {
 namespace {
 
-/// Where the output goes, and how much room is left there.
+/// The output position and the room left there.
 struct Room {
     char* out;
     std::size_t left;
@@ -25,7 +25,7 @@ struct Room {
     }
 };
 
-/// Takes the count behind a marker.
+/// Reads the count after a marker.
 void begin_run(char count, Room& room, RunState& state) {
     state.behind_marker = false;
     if (count == 0) {

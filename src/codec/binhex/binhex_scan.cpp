@@ -30,7 +30,7 @@ bool is_data(std::string_view s) {
     return std::all_of(s.begin(), s.end(), binhex::is_data_character);
 }
 
-/// The line of data at or behind `at` that begins with ':'.
+/// Returns the first line of data at or after `at` that begins with ':'.
 std::optional<Line> find_first_line(const TextScan& scan, Position at) {
     Line line;
     for (unsigned i = 0; i < lines_to_first && peek_text(scan, at, 3, line); ++i, at = line.next) {
@@ -51,17 +51,17 @@ bool data_resumes(const TextScan& scan, Position at) {
 
 struct BinHexBody {
     std::vector<Range> ranges;
-    bool ended = false;  ///< the closing colon was there
+    bool ended = false;  ///< the closing colon was found
 };
 
-/// Collects the ranges of a body, with lines of other text left out.
+/// Collects the ranges of a body, leaving out lines of other text.
 class BodyRanges {
   public:
     BodyRanges(const TextScan& scan, Position begin) : scan_(scan), begin_(begin), end_(begin) {}
 
     void extend(Position end) { end_ = end; }
 
-    /// What is too often interrupted keeps the lines; their characters are told one by one.
+    /// In a body that is interrupted too often the lines stay; their characters are reported one by one.
     void leave_out(const Line& line) {
         if (++left_out_ > most_left_out) return extend(line.next);
         close();
@@ -86,19 +86,19 @@ class BodyRanges {
     unsigned left_out_ = 0;
 };
 
-/// A line that only divides, of characters that could be data.
+/// Returns true for a separator line made of characters that could be data.
 bool is_rule(std::string_view line) {
     return line.size() > 1 && line.find_first_not_of('-') == std::string_view::npos && line.size() < full_line;
 }
 
-/// Whether the line is one of data that was damaged on its way: few of its characters are foreign.
+/// Returns true for a line of data that was damaged in transit: only few of its characters are foreign.
 bool is_damaged_data(std::string_view line) {
     const auto foreign =
         line.size() - static_cast<std::size_t>(std::count_if(line.begin(), line.end(), binhex::is_data_character));
     return line.size() >= full_line / 2 && foreign * 16 <= line.size();
 }
 
-/// Whether the line begins a file of its own, or the header of one.
+/// Returns true if the line begins another file or the header of one.
 bool begins_other_file(std::string_view line) {
     return sniff_begin(line) || sniff_quoted_begin(line) || sniff_yenc(line) || sniff_binhex(line) ||
            (text::starts_with_ignoring_case(line, "content-") && begins_message_header(line));
@@ -106,7 +106,7 @@ bool begins_other_file(std::string_view line) {
 
 enum class Part : std::uint8_t { first, later };
 
-/// Reads from `begin`, behind the opening colon, or at the beginning of a later part, to the closing one.
+/// Reads from `begin`, after the opening colon or at the beginning of a later part, to the closing colon.
 BinHexBody read_body(TextScan& scan, Position begin, Part part) {
     BodyRanges body(scan, begin);
     bool ended = false;
@@ -151,21 +151,21 @@ bool is_last_line(std::string_view line) {
            is_data(line.substr(0, line.size() - 1));
 }
 
-/// Rows of a few characters are drawn, not encoded.
+/// Returns true unless the row has so few different characters that it is a drawing.
 bool is_varied(std::string_view line) {
     std::string characters(line);
     std::sort(characters.begin(), characters.end());
     return std::unique(characters.begin(), characters.end()) - characters.begin() >= varied;
 }
 
-/// Whether full lines of data begin at `line`.
+/// Returns true if full lines of data begin at `line`.
 bool is_run_of_lines(const TextScan& scan, const Line& line) {
     Line next;
     return is_binhex_line(line.text) && peek_text(scan, line.next, 2, next) &&
            (is_full_line(next.text) || is_last_line(next.text));
 }
 
-/// Whether `line` is all that the text holds of a file's last part, as which its label announces it.
+/// Returns true if `line` is the only line of what its label announces as the last part of a file.
 bool is_lone_line(const TextScan& scan, const Line& line) {
     if (scan.label.number < 2 || scan.label.number != scan.label.total || !is_last_line(line.text)) return false;
     Line next;
@@ -177,10 +177,10 @@ FoundFile fork(const binhex::Header& header, std::vector<Range> body, bool resou
     file.attachment.format = Format::binhex;
     file.attachment.body = std::move(body);
     file.attachment.resource_fork = resource;
-    // Macintosh programs wrote the character set of their system, of which Mac Roman is the usual one; others UTF-8.
+    // Macintosh programs used the character set of their system, usually Mac Roman; others used UTF-8.
     file.name_guessed = !text::is_utf8(header.name);
     file.attachment.name = file.name_guessed ? to_utf8(header.name, "x-mac-roman") : header.name;
-    // A slash is a character like any other in a Macintosh name.
+    // A slash is an ordinary character in a Macintosh name.
     std::replace(file.attachment.name.begin(), file.attachment.name.end(), '/', '_');
     if (resource) file.attachment.name += ".rsrc";
     if (header.crc_agrees) file.attachment.stated_size = resource ? header.resource_size : header.data_size;
@@ -225,15 +225,15 @@ bool sniff_bare_binhex(std::string_view line) {
            binhex::is_data_character(line.front());
 }
 
-// Only the first part says what it is. A later one counts where that one asks for it, or where its label and many lines
-// speak for it.
+// Only the first part identifies itself. A later one counts if the first one asks for it, or if its label and many
+// lines support it.
 bool open_bare_binhex(TextScan& scan, const Line& line) {
     if (scan.in_armor || scan.tentative >= most_tentative) return false;
     if (!is_run_of_lines(scan, line) && !is_lone_line(scan, line)) return false;
     FoundFile file;
     file.attachment.name = scan.label.file;
     file.attachment.format = Format::binhex;
-    file.label = scan.label;  // perhaps of what stands behind
+    file.label = scan.label;  // perhaps of what follows
     file.has_begin = false;
     file.tentative = true;
     BinHexBody body = read_body(scan, line.begin, Part::later);

@@ -19,14 +19,14 @@ namespace {
 constexpr std::size_t line_length = 64;
 constexpr std::size_t longest_name = 63;
 
-/// From the bytes of the forks to characters on lines. Every byte of the stream takes this way, so runs go over the
-/// seams between header and forks.
+/// Turns the bytes of the forks into lines of characters. Every byte of the stream goes through here, so runs can span
+/// the seams between header and forks.
 class Packer {
   public:
     explicit Packer(std::string& out) : out_(out) {}
 
     void put(std::string_view bytes) {
-        // What the last bytes begin may go on in the next piece.
+        // The last bytes may begin a run that continues in the next piece.
         const std::size_t sure = bytes.size() - std::min(bytes.size(), binhex::shortest_run - 1);
         for (std::size_t at = 0; at < bytes.size();) {
             const bool run_goes_on = copies_ != 0 && bytes[at] == repeated_;
@@ -42,7 +42,7 @@ class Packer {
         write_groups();
     }
 
-    /// Nothing more comes: what is held back goes out, and the closing colon.
+    /// Writes what is held back, and the closing colon.
     void finish() {
         end_run();
         write_groups();
@@ -95,7 +95,7 @@ class Packer {
         copies_ = 0;
     }
 
-    /// Writes the whole groups of what is packed.
+    /// Writes the complete groups of the packed bytes.
     void write_groups() {
         const std::size_t whole = packed_.size() / 3 * 3;
         text_.resize(whole / 3 * 4);
@@ -118,7 +118,7 @@ std::string big_endian(std::uint32_t value, unsigned bytes) {
     return out;
 }
 
-/// `name` in at most 63 bytes, cut between characters, its extension kept where that leaves something of the stem.
+/// Returns `name` in at most 63 bytes, cut between characters, with its extension kept if that leaves part of the stem.
 std::string fitting_name(std::string_view name) {
     if (name.size() <= longest_name) return std::string(name);
     std::string_view extension = name.substr(files::extension_at(name));
@@ -131,7 +131,7 @@ std::string fitting_name(std::string_view name) {
 std::string header(const EncodePiece& piece) {
     std::string name = fitting_name(piece.name);
     for (char& c : name) {
-        if (c == ':') c = '-';  // between directories where this format is at home
+        if (c == ':') c = '-';  // the Macintosh's separator of directories
     }
     std::string header(1, static_cast<char>(name.size()));
     header.append(name).append(1, '\0');

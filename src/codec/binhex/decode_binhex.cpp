@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t crc_size = 2;
 
-/// Takes the decoded stream apart: header, data fork, CRC, resource fork, CRC.
+/// Splits the decoded stream into header, data fork, CRC, resource fork, CRC.
 class ForkSplitter {
   public:
     ForkSplitter(bool want_resource, Sink& sink) : want_resource_(want_resource), sink_(sink) {}
@@ -36,7 +36,7 @@ class ForkSplitter {
     Sink& sink_;
     Stage stage_ = Stage::header;
     bool in_resource_ = false;
-    std::string held_;  ///< a header or a CRC that is not whole yet
+    std::string held_;  ///< an incomplete header or CRC
     std::uint32_t left_ = 0;
     std::uint32_t resource_size_ = 0;
     std::uint16_t crc_ = 0;
@@ -138,7 +138,7 @@ void BinHexRun::expand(std::string_view packed) {
     } while ((!packed.empty() || runs_.copies_left > 0) && !forks_.done() && !sink_.stopped());
 }
 
-/// A single foreign character is passed over; a line of other text among the data is, whole, where the scan left it in.
+/// Skips a single foreign character, or a whole line of other text that the scan left among the data.
 void BinHexRun::take_foreign() {
     sink_.report(ProblemKind::bad_character, body_.at());
     body_.pass(1);

@@ -8,11 +8,11 @@
 namespace quill::codec {
 namespace {
 
-constexpr std::size_t skipped_at_once = std::size_t{128} << 10;  // stays in the nearest caches for the second search
+constexpr std::size_t skipped_at_once = std::size_t{128} << 10;  // fits the nearest caches for the second search
 constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";     // UTF-8
 constexpr std::uint64_t tell_every = std::uint64_t{1} << 20;
 
-/// How many bytes the line end at `at` takes.
+/// Returns the size in bytes of the line end at `at`.
 std::size_t line_end_size(std::string_view bytes, std::size_t at) {
     const std::string_view end = bytes.substr(at, 3);
     if (end.starts_with("\r\n")) return 2;
@@ -107,7 +107,7 @@ void LineCursor::skip_to_line_with(char a, char b) {
             if (line_end != std::string_view::npos) pass_to(at_.offset + line_end + 1);
             return;
         }
-        // The window's last line is left, where there is more than one: what is looked for may follow in it.
+        // Keeps the window's last line if there is more than one: the character searched for may follow in it.
         const bool at_segment_end = window.size() == rest(at_).size();
         const std::size_t last = at_segment_end ? window.size() : window.find_last_of("\r\n") + 1;
         pass_to(at_.offset + (last == 0 ? window.size() : last));

@@ -48,8 +48,8 @@ std::size_t count_line_ends(std::string_view s) {
     return count + count_line_ends_reference(s);
 }
 
-/// Returns true where the character at `at`, which has a CR or LF before it and a character after it, is what is looked
-/// for.
+/// Returns true if the character at `at`, which follows a CR or LF and is not the last one, begins a line that is
+/// searched for.
 bool begins_line(std::string_view s, std::size_t at, std::string_view first_characters) {
     const char c = s[at];
     if (c == '\n') return s[at - 1] == '\n';
@@ -66,7 +66,7 @@ std::size_t find_line_beginning(std::string_view s, std::size_t from, std::strin
             if (begins_line(s, place, first_characters)) return place;
         }
     }
-    // The reference goes on from a line that has characters: none of those between `from` and here is empty.
+    // The reference continues from a line that has characters: none of those between `from` and here is empty.
     const std::size_t text = s.find_last_not_of("\r\n", at - 1);
     const std::size_t line = text == std::string_view::npos ? 0 : s.find_last_of("\r\n", text) + 1;
     return find_line_beginning_reference(s, std::max(line, from), first_characters);

@@ -12,7 +12,7 @@ namespace {
 constexpr std::size_t longest_header = std::size_t{64} << 10;
 constexpr std::string_view white = " \t\r\n";
 
-/// Whether `line` begins with a header of several fields, tags between them, and two behind the last.
+/// Returns true if `line` begins with a header of several fields, with tags between them and two after the last.
 bool begins_with_tagged_header(std::string_view line) {
     line = line.substr(0, longest_header);
     unsigned fields = 0;
