@@ -25,7 +25,7 @@ constexpr mode_t group_permissions = 0070;
 constexpr unsigned most_name_attempts = 100'000;
 constexpr unsigned tried_one_by_one = 8;
 
-/// Writes all of `bytes` at the offset `at`; a pipe or a device has none and takes them where it is.
+/// Writes all of `bytes` at the offset `at`; a pipe or a device has no offsets and is written in order.
 bool write_all(int fd, std::string_view bytes, std::uint64_t at, bool direct) {
     while (!bytes.empty()) {
         const ssize_t n = direct ? ::write(fd, bytes.data(), bytes.size())
@@ -41,7 +41,7 @@ bool write_all(int fd, std::string_view bytes, std::uint64_t at, bool direct) {
     return true;
 }
 
-/// Makes a rename last over a power cut. Its failure takes nothing away that the user had.
+/// Makes a rename survive a power cut. A failure here loses nothing that the user had.
 void flush_directory(const std::string& dir) {
     const int fd = open(dir.empty() ? "." : dir.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (fd < 0) return;
@@ -49,8 +49,8 @@ void flush_directory(const std::string& dir) {
     close(fd);
 }
 
-/// In the row of numbered names, of which number `taken` is taken: one that is taken and has a free one behind it.
-/// Looks at few of many, as thousands of files may want the same name; names that are taken further on do no harm.
+/// Returns a taken number of the series, at least `taken`, whose successor is free. Probes few of many, as thousands of
+/// files may want the same name; taken names further on do no harm.
 unsigned last_taken_number(const std::string& dir, const std::string& name, unsigned taken) {
     const auto is_taken = [&](unsigned n) { return exists(join(dir, numbered_name(name, n))); };
     unsigned free = taken * 2;
@@ -67,14 +67,14 @@ std::string descriptor_path(int fd) {
     return "/proc/self/fd/" + std::to_string(fd);
 }
 
-/// Returns true where a file without a name can get one: that takes a path to its descriptor.
+/// Returns true if an unnamed file can get a name later, which requires a path to its descriptor.
 bool may_be_named_later() {
     static const bool may = access("/proc/self/fd", X_OK) == 0;
     return may;
 }
 
-/// Gives the new file `fd` the owner, the group and the permission bits of `old`, the file at `path`, never more; its
-/// extended attributes too.
+/// Gives the new file `fd` the owner, group and permission bits of `old`, the file at `path`, never more, and its
+/// extended attributes.
 bool take_access(int fd, const std::string& path, const struct stat& old) {
     mode_t mode = old.st_mode & all_permissions;
     const bool same_owner = fchown(fd, old.st_uid, old.st_gid) == 0;
@@ -126,7 +126,7 @@ Status AtomicFile::open_new(Access access) {
     return open_with(access == Access::of_owner ? owner_mode : output_mode);
 }
 
-/// Opens a new file that the users of the file at `model` may use.
+/// Opens a new file with the access of the file at `model`.
 Status AtomicFile::open_like(const std::string& model) {
     struct stat old = {};
     if (stat(model.c_str(), &old) != 0) return system_error(errno);
@@ -160,7 +160,7 @@ Status AtomicFile::open_directly() {
     fd_ = Descriptor(open(path_.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC));
     struct stat status = {};
     if (!fd_.is_open() || fstat(fd_.get(), &status) != 0) return system_error(errno);
-    if (S_ISREG(status.st_mode)) return system_error(EEXIST);  // it has just been put there
+    if (S_ISREG(status.st_mode)) return system_error(EEXIST);  // it has just been created
     return Done{};
 }
 
@@ -187,7 +187,7 @@ bool AtomicFile::write_at(std::uint64_t offset, std::string_view bytes) {
     return true;
 }
 
-/// Copies without a detour through this process's memory. Nullopt where the system can't, between these files.
+/// Copies inside the kernel; nullopt if the system can't do that between these files.
 std::optional<std::size_t> AtomicFile::copy_within_system(const MappedFile& source, std::uint64_t offset,
                                                           std::size_t size) {
     if (direct_) return std::nullopt;
@@ -244,7 +244,7 @@ Result<MappedFile> AtomicFile::read_back() const {
     return MappedFile::open(descriptor_path(fd_.get()));
 }
 
-/// Learns of failures that the system reports only when a file is flushed or closed, before the file gets its name.
+/// Collects failures that the system reports only on flush or close, before the file gets its name.
 bool AtomicFile::settle(bool flushed) {
     if (failed_) return false;
     if (flushed && !direct_ && fsync(fd_.get()) != 0) return fail(errno);
@@ -252,7 +252,7 @@ bool AtomicFile::settle(bool flushed) {
     return second.is_open() && second.close() ? true : fail(errno);
 }
 
-/// Gives the file the name `target`, where there is none.
+/// Gives the file the name `target` if it is free.
 Status AtomicFile::name_exclusively(const std::string& target) {
     if (!unfinished_.path().empty()) return rename_new(unfinished_.path(), reachable(target));
     if (linkat(fd_.get(), "", directory_, target.c_str(), AT_EMPTY_PATH) == 0) return Done{};
@@ -262,7 +262,7 @@ Status AtomicFile::name_exclusively(const std::string& target) {
     return system_error(errno);
 }
 
-/// Gives the file the first free name of the row that numbered_name makes, from number `first` to `most`.
+/// Gives the file the first free name of the numbered_name series, from number `first` to `most`.
 Result<std::string> AtomicFile::take_free_name(unsigned first, unsigned most) {
     const std::string dir = dir_of(path_);
     const std::string name = name_of(path_);
@@ -321,7 +321,7 @@ Status AtomicFile::publish_as_rewrite() {
 
 void let_oversized_writes_fail() {
     struct sigaction action = {};
-    action.sa_handler = [](int) {};  // unlike SIG_IGN not inherited
+    action.sa_handler = [](int) {};  // unlike SIG_IGN, not inherited
     action.sa_flags = SA_RESTART;
     sigaction(SIGXFSZ, &action, nullptr);
 }

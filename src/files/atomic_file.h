@@ -16,46 +16,45 @@
 
 namespace quill::files {
 
-/// What is to happen when the wanted name is taken at the moment of publishing.
+/// What happens if the requested name is taken at the time of publishing.
 enum class OnCollision {
-    fail,         ///< Nothing is changed; the error is `exists`.
-    choose_name,  ///< The file gets the next free name of the row `name.ext`, `name (2).ext`, `name (3).ext`, ...
-    replace  ///< The old file is replaced in one step, flushed. A symbolic link of that name is replaced, not followed.
+    fail,         ///< Changes nothing; the error is `exists`.
+    choose_name,  ///< Uses the next free name in the series `name.ext`, `name (2).ext`, `name (3).ext`, ...
+    replace  ///< Replaces the old file in one step, flushed. A symbolic link of that name is replaced, not followed.
 };
 
-/// The number of the last name that was given out in each row of numbered names, for a run that publishes many files:
-/// names that were taken earlier in the run are not tried again.
+/// The last number used in each series of numbered names, for a run that publishes many files: names taken earlier in
+/// the run are not tried again.
 using LastNumbers = std::unordered_map<std::string, unsigned>;
 
-/// Whether publishing a new file waits until the bytes have reached the disk. Replacing a file always does: after a
-/// power cut the old or the new one is there, whole.
+/// Whether publishing a new file waits until its bytes have reached the disk. Replacing a file always waits: after a
+/// power cut either the old or the new file is complete.
 enum class Durability {
-    cached,  ///< As any other program's output: for what can be made again.
+    cached,  ///< Like the output of any other program: for data that can be made again.
     flushed  ///< For a user's own data.
 };
 
 /// Who may read and write a new file, from before its first byte is written.
 enum class Access {
-    usual,    ///< All that the umask lets read (0644 less the umask). Never executable.
-    of_old,   ///< Who may use the file that is at the path: its permission bits, and its owner, group and extended
-              ///< attributes as far as the system allows; where the group stays another, it may not do more than
-              ///< everyone. Else as usual.
-    of_owner  ///< The user alone (0600).
+    usual,   ///< Everything that the umask allows (0644 less the umask). Never executable.
+    of_old,  ///< The permission bits, owner, group and extended attributes of the file at the path, as far as the
+             ///< system allows; if the group can't be kept, it gets no more rights than everyone. Otherwise as `usual`.
+    of_owner  ///< Only the user (0600).
 };
 
-/// A file that appears under its name only when it is whole.
+/// A file that appears under its name only when it is complete.
 ///
-/// The bytes go to a new file in the target's directory that has no name until `publish` gives it one, so that even a
-/// killed process leaves nothing. Where the file system has no such files, it has a name of its own (see
-/// unfinished_name; made with O_EXCL, so never through a link) and is renamed. A destroyed writer that was not
-/// published leaves nothing.
+/// The bytes go to a new file in the target's directory that has no name until `publish` names it, so that even a
+/// killed process leaves nothing. If the file system has no unnamed files, the file gets a temporary name (see
+/// unfinished_name; created with O_EXCL, so never through a link) and is renamed later. A writer that is destroyed
+/// before it is published leaves nothing.
 class AtomicFile {
   public:
-    /// Fails with the system's reason where the directory does not take a new file.
+    /// Fails with the system's reason if the directory does not accept a new file.
     static Result<AtomicFile> create(const std::string& path, Access access = Access::usual);
 
-    /// Begins a file at `path` that may be used by whom `model` may be: its permission bits, owner, group and extended
-    /// attributes, as for Access::of_old.
+    /// Begins a file at `path` with the access of `model`: its permission bits, owner, group and extended attributes,
+    /// as for Access::of_old.
     static Result<AtomicFile> create_like(const std::string& path, const MappedFile& model);
 
     /// Begins a file `name` in the directory that the descriptor `directory`, which must stay open, leads to: with
@@ -68,23 +67,23 @@ class AtomicFile {
     /// directory, with `unsupported` for a disk.
     static Result<AtomicFile> create_output(const std::string& path);
 
-    /// Appends `bytes`. A failure is remembered: all later writes and `publish` fail with it.
+    /// Appends `bytes`. A failure is sticky: all later writes and `publish` fail with it.
     bool write(std::string_view bytes);
 
-    /// Writes `bytes` at `offset`, leaving a gap of zeros where nothing is written before it. The next `write` still
-    /// appends after the furthest byte written. A pipe takes bytes in order only.
+    /// Writes `bytes` at `offset`, filling any gap before it with zeros. The next `write` still appends after the
+    /// furthest byte written. A pipe accepts bytes only in order.
     bool write_at(std::uint64_t offset, std::string_view bytes);
 
-    /// Appends `size` bytes of `source` from `offset` on, within the system where it can. Returns how many the source
-    /// had. `watch` is called with the bytes copied so far, at least every 16 MiB; the copy fails with `cancelled` when
-    /// it returns false. Other failures are remembered as those of `write` are.
+    /// Appends `size` bytes of `source` from `offset`, copying inside the kernel if possible. Returns how many the
+    /// source had. Calls `watch` with the bytes copied so far, at least every 16 MiB; the copy fails with `cancelled`
+    /// if it returns false. Other failures are sticky like those of `write`.
     Result<std::uint64_t> copy(const MappedFile& source, std::uint64_t offset, std::uint64_t size,
                                const std::function<bool(std::uint64_t done)>& watch);
 
-    /// Gives the file the time of `model`'s last change, as far as the system allows. For after the last write.
+    /// Gives the file the modification time of `model`, as far as the system allows. Call it after the last write.
     void take_time(const MappedFile& model);
 
-    /// Bytes from the beginning to the furthest one written.
+    /// Returns the bytes from the beginning to the furthest one written.
     std::uint64_t size() const { return size_; }
 
     /// Sets when the file was last changed, for after the last write. Nothing reports a failure.
@@ -93,10 +92,10 @@ class AtomicFile {
     /// Its permission bits as they are now.
     unsigned permissions() const;
 
-    /// What has been written so far, for a check before it is published.
+    /// Returns the bytes written so far, for a check before publishing.
     Result<MappedFile> read_back() const;
 
-    /// The first failure of a write, if any.
+    /// Returns true if a write has failed.
     bool failed() const { return failed_; }
     const Error& error() const { return error_; }
 
@@ -106,7 +105,7 @@ class AtomicFile {
     Result<std::string> publish(OnCollision on_collision, Durability durability = Durability::cached,
                                 LastNumbers* last_numbers = nullptr);
 
-    /// Replaces the user's own file at the path given.
+    /// Replaces the user's own file at the given path.
     Status publish_as_rewrite();
 
   private:
@@ -127,20 +126,20 @@ class AtomicFile {
 
     int directory_;  ///< what `path_` is relative to
     std::string path_;
-    Unfinished unfinished_;  ///< its name so far, if it has one
+    Unfinished unfinished_;  ///< its temporary name, if it has one
     Descriptor fd_;
     bool direct_ = false;  ///< a pipe or a device
-    unsigned number_ = 1;  ///< of the name that is tried
+    unsigned number_ = 1;  ///< of the name being tried
     std::uint64_t size_ = 0;
     bool failed_ = false;
     Error error_;
 };
 
-/// Makes a write beyond the size that the system allows a file fail like one to a full disk, where it would end the
-/// process. For the beginning of a program; the programs that it starts are not concerned.
+/// Makes a write beyond the file size limit fail like a write to a full disk instead of ending the process. Call it at
+/// the beginning of a program; the programs that it starts are not affected.
 void let_oversized_writes_fail();
 
-/// Replaces the file that `path` leads to by `bytes` in one step; who may use it stays as it was.
+/// Replaces the file that `path` leads to with `bytes` in one step and keeps its access rights.
 Status rewrite_file(const std::string& path, std::string_view bytes);
 
 }  // namespace quill::files

@@ -10,7 +10,7 @@
 namespace quill::files {
 namespace {
 
-constexpr std::size_t most_compared = 8;  // of files whose hash is the same: more are made to cost time
+constexpr std::size_t most_compared = 8;  // of files with the same hash: a bound against names made to cost time
 
 std::string path_in_row(const std::string& path, unsigned number) {
     return join(dir_of(path), numbered_name(name_of(path), number));
@@ -22,7 +22,7 @@ std::size_t hash_of(std::string_view bytes) {
 
 }  // namespace
 
-/// Notes the sizes of the files that the row of `path` has beyond those seen.
+/// Notes the sizes of the files in the series of `path` beyond those already seen.
 void Copies::look(Row& row, const std::string& path) {
     for (unsigned number = row.seen + 1;; ++number) {
         const std::string name = path_in_row(path, number);

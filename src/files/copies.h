@@ -10,16 +10,16 @@
 
 namespace quill::files {
 
-/// Finds files that have certain bytes already among those of a row of names: `name.ext`, `name (2).ext` and so on.
-/// Remembers what it has seen of a row, so that many files of one name cost time in proportion to their number.
+/// Finds files with given bytes among those of a series of names: `name.ext`, `name (2).ext` and so on. Remembers what
+/// it has read of a series, so that the time for many files of one name is proportional to their number.
 class Copies {
   public:
-    /// Returns the path of the first regular file in the row of `path` that has exactly `bytes`; nullopt where there is
-    /// none. A row ends at the first name that is free.
+    /// Returns the path of the first regular file in the series of `path` that has exactly `bytes`; nullopt if there is
+    /// none. A series ends at the first free name.
     std::optional<std::string> find(const std::string& path, std::string_view bytes);
 
   private:
-    /// The files of a row that have one size.
+    /// The files of a series that have the same size.
     struct SameSize {
         std::vector<unsigned> unread;                                    ///< their numbers
         std::unordered_map<std::size_t, std::vector<unsigned>> by_hash;  ///< of their bytes

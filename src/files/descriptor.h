@@ -5,7 +5,7 @@
 
 namespace quill::files {
 
-/// An open file of the system, closed with this object.
+/// An open file descriptor, closed with this object.
 class Descriptor {
   public:
     Descriptor() = default;
@@ -22,7 +22,7 @@ class Descriptor {
     int get() const { return fd_; }
     bool is_open() const { return fd_ >= 0; }
 
-    /// Closes it now. False, with errno set, where the system could not take what was written.
+    /// Closes it now. Returns false, with errno set, if the system could not store what was written.
     bool close() { return !is_open() || ::close(std::exchange(fd_, -1)) == 0; }
 
   private:

@@ -29,7 +29,7 @@ bool before_in_listing(const std::string& a, const std::string& b) {
     return a < b;
 }
 
-/// Whether the entry is a directory, asking the file system only where the entry itself does not say.
+/// Returns true if the entry is a directory; asks the file system only if the entry itself does not say.
 bool is_directory_entry(int dir_fd, const dirent& entry) {
     if (entry.d_type == DT_DIR) return true;
     if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) return false;
@@ -123,7 +123,7 @@ Result<std::string> make_new_directory(const std::string& path, unsigned mode) {
 Status rename_new(const std::string& from, const std::string& to) {
     if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return Done{};
     if (errno != EINVAL && errno != ENOSYS) return system_error(errno);
-    // A file system without exclusive renames: a hard link is exclusive as well; one without links (FAT) has neither.
+    // On a file system without exclusive renames a hard link is exclusive as well; one without links (FAT) has neither.
     if (link(from.c_str(), to.c_str()) == 0) {
         unlink(from.c_str());
         return Done{};

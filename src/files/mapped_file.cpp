@@ -17,7 +17,7 @@ const std::size_t page_size = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 
 Result<MappedFile> MappedFile::open(const std::string& path) {
     MappedFile file;
-    // O_NONBLOCK: opening a pipe that nobody writes to must not hang before fstat tells what it is.
+    // O_NONBLOCK: opening a pipe without a writer must not hang before fstat identifies it.
     file.fd_ = Descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file.fd_.is_open()) return system_error(errno);
     struct stat status = {};
@@ -63,7 +63,7 @@ Error changed_while_read() {
 void MappedFile::release_before(std::size_t offset) const {
     constexpr std::size_t step = std::size_t{1} << 20;
     offset = std::min(offset, bytes().size());
-    if (offset < released_) released_ = 0;  // the reader went back: what it touches again is to be released again
+    if (offset < released_) released_ = 0;  // the reader went back: release again what it touches
     if (offset - released_ < step) return;
     const std::size_t end = offset & ~(page_size - 1);
     madvise(const_cast<char*>(bytes().data()) + released_, end - released_, MADV_DONTNEED);

@@ -13,7 +13,7 @@
 
 namespace quill::files {
 
-/// A mapping as the signal handler can read it: memory that is never given back.
+/// A mapping in a form that the signal handler can read: memory that is never freed.
 struct GuardedRange {
     std::atomic<std::uintptr_t> begin{0};
     std::atomic<std::uintptr_t> end{0};
@@ -28,11 +28,11 @@ struct Block {
 
 const std::size_t page_size = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 std::atomic<Block*> blocks{nullptr};  // for the handler, which takes no lock
-std::mutex mutex;                     // of what follows
+std::mutex mutex;                     // guards what follows
 std::vector<GuardedRange*> free_ranges;
 struct sigaction previous_action;
 
-/// Puts a page of zeros where the file has none any more; a SIGBUS from anywhere else takes its old course.
+/// Maps a page of zeros where the file has lost its page; passes on a SIGBUS from anywhere else.
 void on_bus_error(int, siginfo_t* info, void*) {
     const auto at = reinterpret_cast<std::uintptr_t>(info->si_addr);
     for (const Block* block = blocks; block != nullptr; block = block->next) {
@@ -56,7 +56,7 @@ void install_handler() {
     static_cast<void>(installed);
 }
 
-/// Adds a block and its ranges to the free ones. The blocks live as long as the process.
+/// Adds a block and its ranges to the free list. The blocks live as long as the process.
 void add_block() {
     auto* const block = new Block;
     for (GuardedRange& range : block->ranges) free_ranges.push_back(&range);

@@ -10,14 +10,14 @@ namespace quill::files {
 
 struct GuardedRange;
 
-/// A file's bytes in memory, read-only. A page that the file no longer has reads as zeros, instead of ending the
-/// process by SIGBUS; any number of mappings may be there at once.
+/// A file's bytes in memory, read-only. A page that the file has lost reads as zeros instead of ending the process with
+/// SIGBUS; any number of mappings may exist at once.
 class Mapping {
   public:
     Mapping() = default;
 
-    /// Maps `size` bytes of the open file `fd` from `offset` on, which is a multiple of the page size; none gives an
-    /// empty mapping. Fails with the system's reason.
+    /// Maps `size` bytes of the open file `fd` from `offset`, a multiple of the page size; 0 bytes give an empty
+    /// mapping. Fails with the system's reason.
     static Result<Mapping> of(int fd, std::size_t size, std::uint64_t offset = 0);
 
     Mapping(Mapping&& other) noexcept;

@@ -21,7 +21,7 @@ bool is_for_people(std::string_view mount_point) {
                        [&](std::string_view place) { return is_below(mount_point, place); });
 }
 
-/// proc(5) writes blanks, tabs, line feeds and backslashes as a backslash and three octal digits.
+/// Decodes the escapes of proc(5): blanks, tabs, line feeds and backslashes are a backslash and three octal digits.
 std::string unescape(std::string_view field) {
     std::string out;
     for (std::size_t i = 0; i < field.size(); ++i) {

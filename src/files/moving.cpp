@@ -12,13 +12,13 @@
 namespace quill::files {
 namespace {
 
-/// Makes the directories above `path`; where that fails, the first use of them says why.
+/// Makes the directories above `path`; if that fails, their first use reports why.
 void make_directories_above(const std::string& path) {
     std::error_code ignored;
     std::filesystem::create_directories(dir_of(path), ignored);
 }
 
-/// Renames to `to` or to a free name like it.
+/// Renames to `to` or to a free name of its series.
 Result<std::string> rename_to_free_name(const std::string& from, const std::string& to) {
     constexpr int most_attempts = 100;
     Status renamed = Done{};

@@ -12,20 +12,20 @@
 namespace quill::files {
 namespace {
 
-constexpr std::size_t longest_name = 255;  // bytes, of ext4, XFS, Btrfs and most others
+constexpr std::size_t longest_name = 255;  // bytes; the limit of ext4, XFS, Btrfs and most others
 
-/// Characters that change nothing but how a name reads: they can make "gpj.exe" look like "exe.jpg", or two names
-/// alike.
+/// Returns true for characters that only change how a name reads: they can make "gpj.exe" look like "exe.jpg", or two
+/// names look alike.
 bool is_invisible(char32_t c) {
     return text::is_display_control(c) || (c >= 0x200B && c <= 0x200D);
 }
 
-/// What other systems do not take in a name; they become '_'.
+/// Returns true for characters that other systems do not allow in a name; they become '_'.
 bool is_forbidden_elsewhere(char32_t c) {
     return c < 0x80 && std::string_view("<>:\"|?*").find(static_cast<char>(c)) != std::string_view::npos;
 }
 
-/// Names that Windows gives to devices, with any extension.
+/// Returns true for names that Windows reserves for devices, with any extension.
 bool is_device_name(std::string_view name) {
     static constexpr std::array<std::string_view, 4> devices = {"con", "prn", "aux", "nul"};
     const std::string stem = text::to_lower(text::trim(name.substr(0, name.find('.'))));
@@ -56,21 +56,20 @@ std::string strip_ends(std::string_view name) {
     return std::string(name.substr(first, name.find_last_not_of(". ") - first + 1));
 }
 
-/// The longest beginning of `utf8` of at most `bytes` bytes that cuts no character.
+/// Returns the longest beginning of `utf8` of at most `bytes` bytes that does not cut a character.
 std::string_view cut_at_character(std::string_view utf8, std::size_t bytes) {
     if (utf8.size() <= bytes) return utf8;
     while (bytes > 0 && (static_cast<unsigned char>(utf8[bytes]) & 0xC0U) == 0x80U) --bytes;
     return utf8.substr(0, bytes);
 }
 
-/// `stem` + `tail`, the stem cut so that all fits in a name.
+/// Returns `stem` + `tail`, with the stem cut so that both fit in a name.
 std::string fit(std::string_view stem, std::string_view tail) {
     if (tail.size() >= longest_name) return std::string(cut_at_character(std::string(stem).append(tail), longest_name));
     return std::string(cut_at_character(stem, longest_name - tail.size())).append(tail);
 }
 
-/// The answer of a pattern with `*` and `?`: back-tracks to the last star alone, so time is at most length times
-/// length.
+/// Matches a pattern with `*` and `?`: backtracks only to the last star, so the time is at most length times length.
 bool matches_one(std::string_view name, std::string_view pattern) {
     std::size_t n = 0, p = 0, star = std::string_view::npos, star_name = 0;
     while (n < name.size()) {

@@ -3,7 +3,7 @@
 namespace quill::files {
 namespace {
 
-/// The slash that divides directory and name: the last one that is not the last character.
+/// Returns the slash between directory and name: the last one that is not the last character.
 std::size_t cut_of(std::string_view path) {
     return path.size() < 2 ? std::string_view::npos : path.rfind('/', path.size() - 2);
 }

@@ -11,7 +11,7 @@
 
 namespace quill::files {
 
-/// A file without a name in $TMPDIR, else in /tmp: gone with this object and what has mapped it.
+/// An unnamed file in $TMPDIR, else in /tmp: gone with this object and its mappings.
 class TemporaryFile {
   public:
     /// Fails with the system's reason.
@@ -22,14 +22,14 @@ class TemporaryFile {
 
     std::uint64_t size() const { return size_; }
 
-    /// What opens it as long as this object lives.
+    /// Returns a path that opens it as long as this object lives.
     std::string path() const;
 
-    /// Appends zeros up to the next page, where a later `map` can begin. Fails with the system's reason.
+    /// Appends zeros up to the next page boundary, where a later `map` can begin. Fails with the system's reason.
     Status begin_page();
 
-    /// Maps what was written from `begin` on, where a page begins, to the end. The mapping outlives this object. Fails
-    /// with the system's reason.
+    /// Maps what was written from `begin`, a page boundary, to the end. The mapping outlives this object. Fails with
+    /// the system's reason.
     Result<Mapping> map(std::uint64_t begin) const;
 
   private:

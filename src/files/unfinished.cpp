@@ -26,7 +26,7 @@ constexpr std::string_view prefix = ".quill-";
 constexpr std::string_view suffix = ".part";
 constexpr std::time_t day = std::time_t{24} * 60 * 60;
 
-/// Paths as a signal handler can read them: memory that never moves.
+/// Paths in a form that a signal handler can read: memory that never moves.
 struct Slot {
     enum State : int { free, filling, filled };
     std::atomic<int> state{free};
@@ -34,7 +34,7 @@ struct Slot {
 };
 std::array<Slot, 128> slots;
 
-/// Takes a whole number off the front of `s`.
+/// Removes a whole number from the front of `s` and returns it.
 std::optional<long> take_number(std::string_view& s) {
     long number = 0;
     const auto [end, error] = std::from_chars(s.data(), s.data() + s.size(), number);
@@ -43,7 +43,7 @@ std::optional<long> take_number(std::string_view& s) {
     return number;
 }
 
-/// Returns the process that `name` is an unfinished file of.
+/// Returns the process that made the unfinished file `name`.
 std::optional<pid_t> process_of(std::string_view name) {
     if (!name.starts_with(prefix) || !name.ends_with(suffix)) return std::nullopt;
     name = name.substr(0, name.size() - suffix.size());

@@ -5,24 +5,24 @@
 
 namespace quill::report {
 
-/// How much a problem takes away from the result.
+/// The damage that a problem does to the result.
 enum class Grade : std::uint8_t {
-    repaired,  ///< Odd input that was understood; the bytes are not in doubt.
+    repaired,  ///< Unusual input that was understood; the bytes are not in doubt.
     damaged,   ///< Bytes of the result are or may be wrong.
     lost       ///< Bytes are missing from the result.
 };
 
-/// Who hears of a problem that is repaired. People hear of all others.
+/// The audience of a repaired problem. People see all others.
 enum class Audience : std::uint8_t { programs, people };
 
-/// What shows that the bytes of a result are right.
+/// The evidence that the bytes of a result are right.
 enum class Evidence : std::uint8_t {
     none,
-    size,     ///< the text states their number, and it agrees
-    checksum  ///< a checksum of all of them agrees
+    size,     ///< the text states their number, and it matches
+    checksum  ///< a checksum of all of them matches
 };
 
-/// What can be wrong with an input, of either engine. `traits_of` says what each is.
+/// The kinds of problems of an input, for both engines. `traits_of` describes each.
 enum class ProblemKind : std::uint8_t {
     // Of encoded files.
     bad_character,
@@ -129,17 +129,17 @@ enum class ProblemKind : std::uint8_t {
     sizes_disagree,
 };
 
-/// All that is fixed about a kind of problem.
+/// The fixed properties of a kind of problem.
 struct KindTraits {
     ProblemKind kind;
     std::string_view word;  ///< for programs; kinds that differ only in grade share one
     Grade grade;
-    Audience audience;          ///< where it is repaired
-    Evidence settled_by;        ///< the least evidence that makes it repaired; none where nothing does
+    Audience audience;          ///< if it is repaired
+    Evidence settled_by;        ///< the least evidence that makes it repaired; `none` if nothing does
     std::string_view sentence;  ///< for people, without a full stop; a problem may have a more precise one
 };
 
-/// Returns the one row of the table of kinds that is about `kind`.
+/// Returns the row of the table of kinds for `kind`.
 const KindTraits& traits_of(ProblemKind kind);
 
 }  // namespace quill::report

@@ -1,4 +1,4 @@
-// Blocks of 64 bytes for the kernels, on vectors of 16, 32 or 64. Included once per target, as Highway has it.
+// Blocks of 64 bytes for the kernels, on vectors of 16, 32 or 64 bytes. Included once per target, as Highway requires.
 
 #ifndef QUILL_CODEC_SIMD_BLOCKS_ONCE
 #define QUILL_CODEC_SIMD_BLOCKS_ONCE
@@ -15,7 +15,7 @@ namespace quill::simd {
 constexpr std::size_t block_size = 64;
 
 /// One byte for each ASCII character. A kernel's code for a character of its alphabet is `data_code` with the value in
-/// the lowest 6 bits. What is in no table, 128 to 255 among it, has the code 0.
+/// the lowest 6 bits. Characters outside the table, 128 to 255 included, have the code 0.
 using CharacterCodes = std::array<std::uint8_t, 128>;
 constexpr std::uint8_t data_code = 0x80;
 constexpr std::uint8_t blank_code = 0x40;
@@ -37,7 +37,7 @@ constexpr Characters make_characters(std::string_view characters) {
     return result;
 }
 
-/// For each set of 8 kept bytes: where each byte of the packed result comes from.
+/// Returns, for each set of 8 kept bytes, the source of each byte of the packed result.
 constexpr std::array<std::array<std::uint8_t, 8>, 256> make_packing_orders() {
     std::array<std::array<std::uint8_t, 8>, 256> orders{};
     for (unsigned keep = 0; keep < 256; ++keep) {
@@ -57,7 +57,7 @@ constexpr std::array<std::uint8_t, 256> make_bit_counts() {
 }
 inline constexpr auto bit_counts = make_bit_counts();
 
-/// The lowest `n` bits, n from 0 to 64.
+/// Returns a mask of the lowest `n` bits, n from 0 to 64.
 constexpr std::uint64_t low_bits(std::size_t n) {
     return n >= 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << n) - 1;
 }
@@ -83,7 +83,7 @@ inline const std::uint8_t* bytes(const char* p) {
 
 #include <hwy/highway.h>
 
-/// 0 where Highway has one lane only, or emulates; there each kernel calls its reference.
+/// 0 if Highway has only one lane, or emulates; each kernel calls its reference then.
 #undef QUILL_HAS_VECTORS
 #define QUILL_HAS_VECTORS (HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128)
 
@@ -116,7 +116,7 @@ HWY_INLINE V splat(char c) {
     return hn::Set(Bytes(), static_cast<std::uint8_t>(c));
 }
 
-/// One bit for each lane, that of the first lane lowest.
+/// Returns one bit for each lane, the first lane's lowest.
 HWY_INLINE std::uint64_t bits_of(hn::Mask<Bytes> mask) {
     using Bits = hwy::UnsignedFromSize<lanes / 8>;
     std::uint8_t stored[8];
@@ -132,13 +132,13 @@ HWY_INLINE std::uint64_t equal_bits(const Block& block, char c) {
     return bits;
 }
 
-/// The bits of the lanes whose highest bit is set.
+/// Returns the bits of the lanes whose highest bit is set.
 HWY_INLINE std::uint64_t high_bits(V v) {
     const hn::RebindToSigned<Bytes> d;
     return bits_of(hn::RebindMask(Bytes(), hn::Lt(hn::BitCast(d, v), hn::Zero(d))));
 }
 
-/// Writes the bytes of `v` whose bit in `keep` is set, and returns where they end. Overwrites as many bytes as `v` has.
+/// Writes the bytes of `v` whose bit in `keep` is set and returns their end. Overwrites as many bytes as `v` has.
 HWY_INLINE char* pack_kept(hn::Vec128<std::uint8_t> v, std::uint64_t keep, char* out) {
     const hn::Full128<std::uint8_t> d;
     const hn::Full64<std::uint8_t> half;
@@ -171,7 +171,7 @@ HWY_INLINE char* pack_kept(const Block& block, std::uint64_t keep, char* out) {
     return out;
 }
 
-/// The code of each character; 0 for 128 to 255.
+/// Returns the code of each character; 0 for 128 to 255.
 HWY_INLINE V codes_of(const CharacterCodes& codes, V v) {
 #if HWY_TARGET == HWY_AVX3_DL
     const __m512i low = _mm512_loadu_si512(codes.data());
@@ -192,7 +192,7 @@ HWY_INLINE V codes_of(const CharacterCodes& codes, V v) {
 #endif
 }
 
-/// The character for each value 0 to 63.
+/// Returns the character for each value 0 to 63.
 HWY_INLINE V characters_for(const Characters& characters, V values) {
 #if HWY_TARGET == HWY_AVX3_DL
     return V{_mm512_permutexvar_epi8(values.raw, _mm512_loadu_si512(characters.data()))};
@@ -219,7 +219,7 @@ HWY_INLINE V close_gaps(V v) {
     return hn::BitCast(Bytes(), hn::TableLookupLanes(hn::BitCast(d, v), indices));
 }
 
-/// The opposite: three 32-bit lanes from the beginning for each four.
+/// Does the opposite: spreads three 32-bit lanes from the beginning over each four.
 HWY_INLINE V open_gaps(V v) {
     if constexpr (lanes == 16) return v;
     alignas(64) static constexpr std::int32_t order[16] = {0, 1, 2, 0, 3, 4, 5, 0, 6, 7, 8, 0, 9, 10, 11, 0};

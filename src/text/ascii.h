@@ -3,8 +3,7 @@
 #include <string>
 #include <string_view>
 
-/// Tests and changes of 8-bit text that know the letters A to Z and nothing of any locale. Bytes 128 to 255 pass
-/// unchanged.
+/// Tests and changes of 8-bit text that know only the letters A to Z and no locale. Bytes 128 to 255 pass unchanged.
 namespace quill::text {
 
 constexpr char lower(char c) {
@@ -17,12 +16,12 @@ bool equal_ignoring_case(std::string_view a, std::string_view b);
 bool starts_with_ignoring_case(std::string_view s, std::string_view prefix);
 bool ends_with_ignoring_case(std::string_view s, std::string_view suffix);
 
-/// The last `n` characters of `s`, or all of it where it is shorter.
+/// Returns the last `n` characters of `s`, or all of it if it is shorter.
 constexpr std::string_view last(std::string_view s, std::size_t n) {
     return s.size() <= n ? s : s.substr(s.size() - n);
 }
 
-/// `s` without the blanks and tabs at its ends.
+/// Returns `s` without the blanks and tabs at its ends.
 std::string_view trim(std::string_view s);
 
 }  // namespace quill::text

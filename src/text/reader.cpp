@@ -8,7 +8,7 @@ bool is_unix_text(std::string_view bytes) {
     return bytes.find('\r') == std::string_view::npos && bytes.find('\n') != std::string_view::npos;
 }
 
-/// The first `c` in [from, to), else `to`.
+/// Returns the first `c` in [from, to), else `to`.
 std::size_t Reader::find(char c, std::size_t from, std::size_t to) const {
     constexpr std::size_t step = std::size_t{1} << 20;
     while (to - from > step) {

@@ -7,22 +7,22 @@
 
 namespace quill {
 
-/// Why an operation failed, as far as a caller may want to act on it.
+/// The reason for a failure, as far as a caller may want to act on it.
 enum class ErrorCode {
     not_found,    ///< The named file or directory does not exist.
-    exists,       ///< The output's name is taken and was not to be replaced.
-    access,       ///< The system refused: permissions, a read-only medium, a path that is no directory.
+    exists,       ///< The output's name is taken and must not be replaced.
+    access,       ///< The system refused: permissions, a read-only medium, a path that is not a directory.
     no_space,     ///< The disk or the user's quota is full.
     io,           ///< Reading or writing failed for any other reason.
-    bad_input,    ///< The bytes read do not form what they should.
+    bad_input,    ///< The bytes read do not have the required form.
     limit,        ///< A safety limit (a size, a count, a depth) was exceeded.
-    unsupported,  ///< Well-formed, but of a kind that is not handled.
+    unsupported,  ///< Well-formed, but of a kind that is not supported.
     cancelled,    ///< The user stopped the operation.
-    bad_argument  ///< The caller asked for something that makes no sense.
+    bad_argument  ///< The caller's request makes no sense.
 };
 
-/// A failure: its kind, the byte offset in the input where it showed (0 where that means nothing), and a short text for
-/// people, with no path in it and no full stop.
+/// A failure: its kind, the byte offset in the input where it showed (0 if that has no meaning), and a short text for
+/// people, without a path and without a full stop.
 struct Error {
     ErrorCode code = ErrorCode::io;
     std::uint64_t offset = 0;
@@ -31,7 +31,7 @@ struct Error {
     bool operator==(const Error&) const = default;
 };
 
-/// The error that stands in `errno`-style number `number`, with the system's own words for it.
+/// Returns the error for the `errno`-style number `number`, with the system's own text.
 Error system_error(int number);
 
 /// Either a value or the Error that prevented it.
@@ -61,7 +61,7 @@ class [[nodiscard]] Result {
     std::variant<T, Error> state_;
 };
 
-/// The result of an operation that yields nothing but success.
+/// The result of an operation that yields only success.
 struct Done {
     bool operator==(const Done&) const = default;
 };

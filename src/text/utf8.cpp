@@ -60,10 +60,10 @@ std::string windows_1252_to_utf8(std::string_view s) {
 
 namespace {
 
-/// Bytes of a character without its end that `s` begins with, or 0 where there is none.
+/// Returns the bytes of the incomplete character at the beginning of `s`, or 0 if there is none.
 std::size_t cut_length(std::string_view s) {
     for (std::size_t kept = std::min<std::size_t>(s.size(), 3); kept > 0; --kept) {
-        // Behind E0 and F0 the second byte is at least A0 or 90, behind ED and F4 at most 9F or 8F.
+        // After E0 and F0 the second byte is at least A0 or 90, after ED and F4 at most 9F or 8F.
         for (const std::string_view rest : {"\x80\x80\x80", "\xA0\x80\x80"}) {
             if (character_length(std::string(s.substr(0, kept)).append(rest)) > kept) return kept;
         }
@@ -71,7 +71,7 @@ std::size_t cut_length(std::string_view s) {
     return 0;
 }
 
-/// `s` with U+FFFD in place of a character that is cut, where that is all that is wrong with it.
+/// Returns `s` with U+FFFD in place of a cut character, if that is its only fault.
 std::optional<std::string> without_cut_character(std::string_view s) {
     std::string out;
     bool has_whole = false;
