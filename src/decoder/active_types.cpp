@@ -10,9 +10,9 @@
 namespace quill::decoder {
 namespace {
 
-/// Endings of names and what files of such names are. Plain programs are missing: the desktop refuses them.
+/// Name endings and descriptions of such files. Ordinary programs are missing: the desktop refuses them.
 struct ActiveType {
-    std::string_view endings;  ///< each with its dot, closed by a dot
+    std::string_view endings;  ///< each with its dot, terminated by a dot
     std::string_view what;
 };
 constexpr std::array active_types = {

@@ -4,7 +4,7 @@
 
 namespace quill::decoder {
 
-/// Fills in the routes that lead to the decoder and the actions of the results panel. `context` must outlive them.
+/// Fills in the routes to the decoder and the actions of the results panel. `context` must outlive them.
 void connect_decoder(shell::Context& context);
 
 }  // namespace quill::decoder

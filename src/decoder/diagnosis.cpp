@@ -16,7 +16,7 @@ constexpr std::string_view looked_for =
     "What was looked for: a header that says how the text is encoded (\"Content-Transfer-Encoding\"), a \"begin\" line "
     "of UUE or XXE, the first line of BinHex 4.0, an \"=ybegin\" line of yEnc, and rows of encoded text under them.";
 
-/// What each kind of marker announces, as sentences name it.
+/// Returns the name that sentences use for what each kind of marker announces.
 constexpr std::string_view announced(Marker::Kind kind) {
     switch (kind) {
         case Marker::Kind::uu_begin:
@@ -39,7 +39,7 @@ constexpr std::string_view announced(Marker::Kind kind) {
     return {};
 }
 
-/// Why a file of each kind could not be decoded, and what to try. The order is that of Likely.
+/// The reason why a file of each kind could not be decoded, and what to try. In the order of Likely.
 struct Advice {
     std::string_view why;
     std::string_view next;
@@ -149,7 +149,7 @@ bool is_encoding(Marker::Kind kind) {
     return kind != Marker::Kind::encrypted && kind != Marker::Kind::quoted_printable;
 }
 
-/// Whether `part` is at least `percent` of `whole`.
+/// Returns true if `part` is at least `percent` of `whole`.
 bool is_share(std::uint64_t part, std::uint64_t whole, std::uint64_t percent) {
     return whole > 0 && part * 100 >= whole * percent;
 }
@@ -158,8 +158,7 @@ bool looks_quoted_printable(const TextFacts& facts) {
     constexpr std::uint64_t telling = 3;
     const bool announced_so =
         announces(facts, [](Marker::Kind kind) { return kind == Marker::Kind::quoted_printable; });
-    // An encoder leaves no other '=': those of addresses and programs are more than now and then two hexadecimal
-    // digits.
+    // An encoder leaves no other '=': in addresses and programs most are not followed by two hexadecimal digits.
     return announced_so || (facts.escapes >= telling && is_share(facts.escapes + facts.soft_breaks, facts.equals, 75));
 }
 
@@ -168,7 +167,7 @@ bool looks_like_rows_of_base64(const TextFacts& facts) {
     return facts.usual_length >= row && is_share(facts.characters - facts.outside_base64, facts.characters, 98);
 }
 
-/// Returns the signature of what is no text: texts are explained by what is in them.
+/// Returns the signature of a file that is not text: texts are explained by their contents.
 const codec::FileSignature* known_signature(std::string_view bytes) {
     const codec::FileSignature* signature = codec::signature_of(bytes);
     return signature == nullptr || signature->kind == codec::FileKind::text ? nullptr : signature;

@@ -11,8 +11,8 @@
 namespace quill::decoder {
 namespace {
 
-/// The path of a file that is there already, bears one of the names that the copy may get, and is just what the copy
-/// would be; empty where there is no such file.
+/// Returns the path of an existing file that has one of the names that the copy may get, and its exact bytes; empty if
+/// there is no such file.
 std::string same_copy(const std::string& input, const std::string& copy, const Rewriting& rewriting) {
     const std::string dir = files::dir_of(copy);
     const std::string name = files::name_of(copy);

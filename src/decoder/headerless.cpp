@@ -14,7 +14,7 @@
 namespace quill::decoder {
 namespace {
 
-/// How Base64 text of a picture begins, and what the naming window then says.
+/// The beginning of Base64 text of a picture, and the naming window's hint for it.
 struct Beginning {
     std::string_view characters;
     std::string_view hint;
@@ -24,7 +24,7 @@ constexpr std::array beginnings = {
     Beginning{"R0l", "It appears to be a Gif file"},
 };
 
-/// Whether the name ends in a dot and three or four more characters.
+/// Returns true if the name ends in a dot and three or four more characters.
 bool has_extension(std::string_view name) {
     const auto dot_before_last = [name](std::size_t n) { return name.size() > n && name[name.size() - n - 1] == '.'; };
     return dot_before_last(3) || dot_before_last(4);
@@ -48,7 +48,7 @@ void nohead(shell::Context& context, int& length) {
     const std::string name = files::name_of(session.EncodedPath);
     if (has_extension(name) && !text::ends_with_ignoring_case(name, ".mim")) {
         ask_for_headered_copy(context);
-        static_cast<void>(write_headered_copy(context, name, line_length));  // on failure the file as it is goes on
+        static_cast<void>(write_headered_copy(context, name, line_length));  // on failure the unchanged file is used
         return;
     }
     session.NamingTaken = true;

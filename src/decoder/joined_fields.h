@@ -8,22 +8,22 @@
 
 namespace quill::decoder {
 
-/// The next field, without two blanks at its end; nullopt when all is read.
+/// Returns the next field, without two blanks at its end; nullopt at the end of the text.
 inline std::optional<std::string_view> next_trimmed_field(text::Reader& reader) {
     std::optional<std::string_view> field = reader.field();
     if (field && field->ends_with("  ")) field->remove_suffix(2);
     return field;
 }
 
-/// The fields of a text, each without two blanks at its end, as one endless line. Holds none of it in memory, however
+/// The fields of a text, each without two blanks at its end, as one endless line. Keeps none of it in memory, however
 /// long a field is.
 class JoinedFields {
   public:
-    /// Begins where `reader` stands.
+    /// Begins at the position of `reader`.
     explicit JoinedFields(const text::Reader& reader) : reader_(reader) {}
 
-    /// Gives the next `n` characters piece by piece to `out`, and a line end, until `out` returns false. Returns what
-    /// `out` returned last. REQUIRES: there are so many.
+    /// Passes the next `n` characters piece by piece to `out`, then a line end, until `out` returns false. Returns the
+    /// last result of `out`. REQUIRES: at least `n` characters are left.
     template <class Out>
     bool line(std::size_t n, const Out& out) {
         while (n > 0) {

@@ -26,13 +26,13 @@ namespace {
 constexpr int most_passes = 2;
 constexpr std::size_t longest_plain_header = 70;
 
-/// What a run of the library came to.
+/// The result of a run of the library.
 struct LibraryRun {
     std::vector<codec::Recovered> files;  ///< written, or not
     bool stopped = false;
 };
 
-/// The names that the library gives to what it has found, each made unique.
+/// Returns the names that the library gives to what it has found, each made unique.
 std::string unique_names(shell::swit& w, codec::DecodingLibrary& library, std::int32_t count) {
     w.List1.clear();
     for (std::int32_t i = 0; i < count; ++i) {
@@ -46,13 +46,13 @@ std::string unique_names(shell::swit& w, codec::DecodingLibrary& library, std::i
     return names;
 }
 
-/// Says of a file what the removal of `<BR>` means for it: where lines are text, it may have cost some of that.
+/// Adds a problem to a file for the removed `<BR>`: if its lines are text, some of that may be lost.
 void note_removed_tags(codec::Recovered& file) {
     const bool text = file.format == codec::Format::identity || file.format == codec::Format::quoted_printable;
     file.outcome.add({text ? codec::ProblemKind::tags_removed_from_text : codec::ProblemKind::tags_removed, 0});
 }
 
-/// Has the library decode all that `path` holds.
+/// Decodes all of `path` with the library.
 LibraryRun run_library(shell::Context& context, const std::string& path, Reading reading) {
     auto& w = context.windows.load<shell::swit>();
     const std::string name = files::name_of(context.session.EncodedPath);
@@ -74,13 +74,13 @@ bool was_written(const codec::Recovered& file) {
     return !file.path.empty();
 }
 
-/// Returns true if the file was decoded but the system did not take it.
+/// Returns true if the file was decoded but could not be stored.
 bool is_unwritable(const codec::Recovered& file) {
     return !was_written(file) && !file.outcome.problems.empty() &&
            file.outcome.problems.front().kind == codec::ProblemKind::not_written;
 }
 
-/// Says which files could not be written, and why. What could not even be decoded is the repair guide's matter.
+/// Reports which files could not be written, and why. The repair guide handles files that could not even be decoded.
 void say_unwritten(shell::Context& context, const std::vector<codec::Recovered>& files) {
     const auto first = std::find_if(files.begin(), files.end(), is_unwritable);
     if (first == files.end()) return;
@@ -91,7 +91,7 @@ void say_unwritten(shell::Context& context, const std::vector<codec::Recovered>&
     context.platform.warn(text + ".");
 }
 
-/// Says that a run ended early, where the list of its files would not show it.
+/// Reports that a run ended early, if the list of its files would not show it.
 void say_stopped(shell::Context& context, const LibraryRun& run) {
     const auto written = std::count_if(run.files.begin(), run.files.end(), was_written);
     if (!run.stopped || written == 0) return;
@@ -107,7 +107,7 @@ void give_up(shell::Context& context) {
     show_repair_guide(context);
 }
 
-/// The new files of a run, without the work file that is no result.
+/// Returns the new files of a run, without the work file that is not a result.
 std::vector<std::string> results_of(shell::Context& context, const LibraryRun& run) {
     std::vector<std::string> names = find_new_files(context.windows.load<shell::swit>(), run.files);
     std::erase_if(names, [&](const std::string& name) { return text::to_lower(name) == context.session.SkipName; });
@@ -116,8 +116,8 @@ std::vector<std::string> results_of(shell::Context& context, const LibraryRun& r
 
 /// The copy that the second try reads.
 struct EvenCopy {
-    std::optional<files::TemporaryFile> file;  ///< absent where none could be made
-    std::optional<HeadEnd> head;               ///< the text has a head, which ends here: there is no copy of it
+    std::optional<files::TemporaryFile> file;  ///< absent if none could be made
+    std::optional<HeadEnd> head;               ///< the end of the text's head, if it has one: there is no copy of it
     bool stopped = false;
 };
 

@@ -13,13 +13,13 @@ namespace {
 
 constexpr std::string_view line_end = "\r\n";
 constexpr std::string_view line_break_tag = "<BR>";
-constexpr std::size_t longest_header_line = 50;  ///< a longer line is taken for encoded text
+constexpr std::size_t longest_header_line = 50;  ///< a longer line counts as encoded text
 
 bool put_line(std::string_view line, const Sink& out) {
     return out(line) && out(line_end);
 }
 
-/// The name as it may stand between the quotes of a header parameter (RFC 2822 3.2.5).
+/// Returns the name escaped for the quotes of a header parameter (RFC 2822 3.2.5).
 std::string quoted_content(std::string_view name) {
     std::string content;
     for (const char c : name) {
@@ -30,9 +30,9 @@ std::string quoted_content(std::string_view name) {
     return content;
 }
 
-constexpr std::size_t step = std::size_t{1} << 18;  ///< bytes of a piece that are worked on at a time
+constexpr std::size_t step = std::size_t{1} << 18;  ///< bytes of a piece that are processed at a time
 
-/// Releases the bytes of `file` before `end`, where it points into them.
+/// Releases the bytes of `file` before `end`, if it points into them.
 void release_before(const files::MappedFile& file, const char* end) {
     const std::string_view bytes = file.bytes();
     const std::less_equal<> not_behind;
@@ -41,8 +41,8 @@ void release_before(const files::MappedFile& file, const char* end) {
     }
 }
 
-/// Collects pieces of the mapped `input`, and others, into writes of a good size, and lets go of what is written. A
-/// write that returns false is the last one.
+/// Collects pieces of the mapped `input`, and others, into larger writes, and releases what is written. Stops after a
+/// write that returns false.
 class Collector {
   public:
     Collector(const Sink& write, const files::MappedFile& input) : write_(write), input_(input) {
@@ -72,7 +72,7 @@ class Collector {
     bool ended_ = false;
 };
 
-/// Gives the rewriting of `text` to `write`, in pieces of a good size.
+/// Passes the rewriting of `text` to `write`, in large pieces.
 Status rewrite(const TextFile& text, const Rewriting& rewriting, const std::function<Status(std::string_view)>& write,
                const OnRewritten& on_progress) {
     Status failure = Done{};

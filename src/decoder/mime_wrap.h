@@ -11,50 +11,50 @@
 #include <string>
 #include <string_view>
 
-/// Rewritings of encoded text: lines made even, a MIME header put in front. They read the text from its beginning and
-/// hold no part of it, so that one endless line costs no more than many short ones.
+/// Rewritings of encoded text: even lines, a MIME header in front. They read the text from its beginning and keep no
+/// part of it, so that one endless line costs no more than many short ones.
 namespace quill::decoder {
 
-/// Takes the next piece of a text; returns false to be given no more.
+/// Receives the next piece of a text; returns false to stop.
 using Sink = std::function<bool(std::string_view piece)>;
 
-/// Reads `text` and gives what it makes of it to `out`, piece by piece, until `out` returns false.
+/// Reads `text` and passes the rewritten text to `out`, piece by piece, until `out` returns false.
 using Rewriting = std::function<void(const text::Source& text, const Sink& out)>;
 
 constexpr std::size_t base64_line_length = 76;  ///< RFC 2045 6.8: the longest line of Base64
 
 /// Joins the fields of `text`, each without two blanks at its end, and breaks the joined text into lines of 76
-/// characters ended by CR LF. A field yields at most two lines; what is left goes in front of the next field, and after
-/// the last one it makes the last line, however long (an empty one where nothing is left).
+/// characters ended by CR LF. A field yields at most two lines; the rest is put in front of the next field, and after
+/// the last field it becomes the last line, however long (an empty one if nothing is left).
 void rewrap(const text::Source& text, const Sink& out);
 
-/// The four header lines (RFC 2045 5, 6; RFC 2183 2.3) above Base64 text that is to be decoded as `name`. Quotes and
-/// backslashes in `name` are escaped, control characters become '_'.
+/// Writes the four header lines (RFC 2045 5, 6; RFC 2183 2.3) for Base64 text that decodes as `name`. Escapes quotes
+/// and backslashes in `name`; control characters become '_'.
 void write_base64_header(std::string_view name, const Sink& out);
 
-/// The lines of `text` from the first one longer than 50 characters on, each ended by CR LF.
+/// Copies the lines of `text` from the first one longer than 50 characters, each ended by CR LF.
 void copy_from_first_long_line(const text::Source& text, const Sink& out);
 
-/// The lines of `text`, each broken at every `<BR>` (in capitals), which is dropped; each ended by CR LF.
+/// Copies the lines of `text`, each broken at every `<BR>` (in capitals), which is dropped; each ended by CR LF.
 void break_lines_at_tags(const text::Source& text, const Sink& out);
 
-/// The lines of `text`, each that ends in `<BR>` (in capitals) without it.
+/// Copies the lines of `text`, without a `<BR>` (in capitals) at the end of a line.
 void drop_tags_at_line_ends(const text::Source& text, const Sink& out);
 
-/// Called with the bytes written so far, and those of the text that is read; returns false to stop.
+/// Is called with the bytes written so far and the size of the text; returns false to stop.
 using OnRewritten = std::function<bool(std::uint64_t written, std::uint64_t size)>;
 
-/// Writes the rewriting of the file `input` as `output`, or under the next free name of its row, and returns the path
-/// that it got. Fails with the system's reason, or with `cancelled` where `on_progress` stops it; nothing new is there
-/// then.
+/// Writes the rewriting of the file `input` as `output`, or under the next free name of its series, and returns the
+/// path that it got. Fails with the system's reason, or with `cancelled` if `on_progress` stops it, leaving no new
+/// file.
 Result<std::string> write_rewritten(const std::string& input, const std::string& output, const Rewriting& rewriting,
                                     const OnRewritten& on_progress = {});
 
-/// Makes a nameless temporary file of the rewriting of `text`. Fails likewise.
+/// Makes a nameless temporary file of the rewriting of `text`. Fails in the same way.
 Result<files::TemporaryFile> rewritten_copy(const TextFile& text, const Rewriting& rewriting,
                                             const OnRewritten& on_progress = {});
 
-/// Whether the file at `path` holds exactly the rewriting of the file `input`.
+/// Returns true if the file at `path` holds exactly the rewriting of the file `input`.
 bool holds_rewriting(const std::string& path, const std::string& input, const Rewriting& rewriting);
 
 }  // namespace quill::decoder

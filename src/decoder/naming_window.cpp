@@ -9,7 +9,7 @@
 namespace quill::decoder {
 namespace {
 
-/// The extension that was typed, else the one that was chosen, with its dot; empty where there is neither.
+/// Returns the extension that was typed, else the chosen one, with its dot; empty if there is neither.
 std::string wanted_extension(Form4& window) {
     const std::string typed(text::trim(window.Text1.text));
     if (!typed.empty()) return typed.starts_with('.') ? typed : "." + typed;

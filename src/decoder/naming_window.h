@@ -11,8 +11,8 @@ namespace quill::decoder {
 using shell::Form4;
 
 /// Shows the window for naming the headerless file `EncodedPath`, whose first line has `line_length` characters, with
-/// `hint` on what it looks like (may be empty). OK asks for a name, writes the copy with a header, says how to go on
-/// and ends the process; so do Cancel and every refusal.
+/// `hint` on its likely contents (may be empty). OK asks for a name, writes the copy with a header, explains how to
+/// continue and ends the process; Cancel and every refusal end it too.
 void show_naming_window(shell::Context& context, const std::string& hint, std::size_t line_length);
 
 }  // namespace quill::decoder

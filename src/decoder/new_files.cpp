@@ -20,8 +20,8 @@ bool is_misnamed_snapshot(std::string_view name) {
            !text::ends_with_ignoring_case(name, "jpg");
 }
 
-/// Renames a file of `directory` to the first free name of the row `name` + 1 + ".jpg", `name` + 2 + ".jpg" ... Returns
-/// the name that it has then.
+/// Renames a file of `directory` to the first free name of the series `name` + 1 + ".jpg", `name` + 2 + ".jpg" ...
+/// Returns its new name.
 std::string rename_to_picture(const std::string& directory, const std::string& name) {
     for (unsigned n = 1;; ++n) {
         std::string picture = name + std::to_string(n) + ".jpg";

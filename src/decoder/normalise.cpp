@@ -18,7 +18,7 @@ bool put_line(std::string_view line, const Sink& out) {
     return out(line) && out("\r\n");
 }
 
-/// Copies the fields up to the first disposition and the one behind it. Returns false where `out` wants no more.
+/// Copies the fields up to the first disposition and the one after it. Returns false if `out` stops.
 bool copy_header_fields(text::Reader& reader, const Sink& out) {
     while (const std::optional<std::string_view> field = reader.field()) {
         if (!put_line(*field, out)) return false;

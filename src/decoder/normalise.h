@@ -8,32 +8,32 @@
 #include <string>
 #include <string_view>
 
-/// What is tried on a text that the decoding library could make nothing of: its lines brought to an even length, its
-/// trailing blanks dropped, its head cut off.
+/// The second tries for a text in which the decoding library finds nothing: even lines, no trailing blanks, no head.
 namespace quill::decoder {
 
-/// The length of a field that is taken for a line of the encoded body: of the third field behind the first triple
-/// whose third field is longer than 59 characters, or of the last field where the text ends before.
+/// Returns the length of a field that represents a line of the encoded body: of the third field after the first triple
+/// whose third field is longer than 59 characters, or of the last field if the text ends earlier.
 std::size_t sample_line_length(const text::Source& text);
 
-/// Whether lines of this length are to be re-wrapped.
+/// Returns true if lines of this length must be re-wrapped.
 bool is_odd_line_length(std::size_t length);
 
-/// The text with its header fields as lines and the body behind its first "Content-Dispos" and one more field brought
-/// to lines of 76 characters: each field, what the one before left over in front of it and two blanks at its end
-/// dropped, gives one line.
+/// Copies the text with its header fields as lines, and the body after its first "Content-Dispos" and one more field in
+/// lines of 76 characters: each field, with the rest of the previous one in front and without two blanks at its end,
+/// gives one line.
 void rewrap_body(const text::Source& text, const Sink& out);
 
-/// A line that ends a head: an empty one, or one that begins with a byte above 128.
+/// The line that ends a head: an empty one, or one that begins with a byte above 128.
 struct HeadEnd {
-    std::uint64_t offset = 0;  ///< bytes up to the end of that line, its line end counted as two (in Unix text as one)
+    std::uint64_t offset = 0;  ///< bytes up to the end of that line; its line end counts as two (in Unix text as one)
 };
 
-/// The lines of `text`, without two blanks at their ends, up to the first line that ends a head; that line is told.
+/// Copies the lines of `text`, without two blanks at their ends, up to the first line that ends a head, and returns
+/// that line.
 std::optional<HeadEnd> copy_lines(const text::Source& text, const Sink& out);
 
-/// The bytes of `text` from byte number `offset` (from 1) on. Where 1000 bytes or fewer follow it, that byte itself is
-/// left out.
+/// Returns the bytes of `text` from byte number `offset` (from 1). If 1000 bytes or fewer follow it, leaves out that
+/// byte itself.
 std::string_view tail_from(std::string_view text, std::uint64_t offset);
 
 }  // namespace quill::decoder

@@ -6,7 +6,7 @@
 
 namespace quill::decoder {
 
-/// Asks about the file at `path` where its type can carry commands or scripts. Returns whether it may be opened.
+/// Asks about the file at `path` if its type can contain commands or scripts. Returns true if it may be opened.
 bool may_open(shell::Context& context, const std::string& path);
 
 }  // namespace quill::decoder

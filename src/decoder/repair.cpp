@@ -18,9 +18,9 @@ constexpr std::string_view repaired_name = "new.mim";
 constexpr std::string_view name_of_the_unknown = "TEMP";
 
 struct Repair {
-    std::string_view purpose;  ///< what the first message says that it does
+    std::string_view purpose;  ///< the purpose that the first message states
     void (*rewriting)(const text::Source& text, const Sink& out);
-    std::string_view advice;  ///< said at the very end; may be empty
+    std::string_view advice;  ///< the text of the last message; may be empty
 };
 
 void put_header(const text::Source& text, const Sink& out) {
@@ -43,13 +43,13 @@ constexpr Repair add_header = {
 constexpr Repair break_lines = {
     " and change the <br> symbols into normal line returns, and will save the file as ", break_lines_at_tags, {}};
 
-/// The directory of `path` with a slash behind it, as the messages name it.
+/// Returns the directory of `path` with a slash at its end, as the messages show it.
 std::string directory_with_slash(const std::string& path) {
     const std::string dir = files::dir_of(path);
     return dir.empty() || files::is_root(dir) ? dir : dir + "/";
 }
 
-/// The name of the repaired copy as the messages write it.
+/// Returns the name of the repaired copy as the messages show it.
 std::string shown_name(const std::string& path) {
     const std::string name = files::name_of(path);
     return name == repaired_name ? "NEW.MIM" : name;

@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::string_view unwrapper = "qpunwrap";
 
-/// Frees the choices, so that each can be made again.
+/// Clears the choices, so that each can be made again.
 void reset_choice(Form3& w) {
     for (controls::Choice* choice : {&w.Option1, &w.Option2, &w.Option3, &w.option5, &w.Option6, &w.Option7, &w.Option8,
                                      &w.Option9, &w.Option10}) {
@@ -31,7 +31,8 @@ std::string findings(const std::string& path) {
     return "The file " + files::name_of(path) + " could not be read: " + file.error().text + ".";
 }
 
-/// Starts the side program that undoes quoted-printable: the one installed for this user, else the one beside us.
+/// Starts the side program that undoes quoted-printable: the one installed for this user, else the one beside this
+/// program.
 void undo_quoted_printable(shell::Context& context, Form3& window) {
     const std::string own = files::join(context.session.AppDir, unwrapper);
     const std::string program = files::is_executable(own) ? own : std::string(unwrapper);
@@ -70,7 +71,7 @@ void offer_repair(shell::Context& context, Form3& window, std::string_view messa
     if (yes) repair(context);
 }
 
-/// Whether all above the sample's first content type has been deleted; a line end may be left.
+/// Returns true if everything above the sample's first content type has been deleted; a line end may remain.
 bool begins_with_content_type(std::string_view sample) {
     const bool after_line_feed = sample.starts_with('\n') && sample.substr(1).starts_with(texts::sample_begins);
     return after_line_feed || sample.starts_with(texts::sample_begins) ||

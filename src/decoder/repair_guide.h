@@ -5,28 +5,28 @@
 
 namespace quill::decoder {
 
-/// The guide that opens when decoding has failed: what the program found, ways to look at the file, two repairs.
+/// The guide that opens when decoding has failed: the program's findings, ways to look at the file, two repairs.
 struct Form3 : controls::Window {
     // What to do about the file.
-    controls::Label Label1;     // why this window is here
-    controls::Label Label2;     // what the program itself found in the file
+    controls::Label Label1;     // why this window is open
+    controls::Label Label2;     // the program's findings in the file
     controls::Choice Option1;   // undo quoted-printable
     controls::Choice Option2;   // look at the file in a text editor
     controls::Choice Option3;   // open the tutorial
-    controls::Choice option5;   // further options, once the file was looked at
-    controls::Choice Option4;   // takes the value when a choice is done; never seen
+    controls::Choice option5;   // further options, after the user has looked at the file
+    controls::Choice Option4;   // gets the value when a choice is done; never shown
     controls::Button Command1;  // end the program
 
     // The tutorial: what encoded files look like, and a text to practise on.
     controls::Frame Frame1;   // tutorial panel
-    controls::Label Label3;   // what to look for and what to do
+    controls::Label Label3;   // what to look for and do
     controls::TextBox Text1;  // sample message to practise on
 
     // What the file looked like.
     controls::Frame Frame2;     // panel of the further options
     controls::Label Label4;     // the question
     controls::Choice Option6;   // boxes and weird characters
-    controls::Choice Option7;   // even rows without anything above them
+    controls::Choice Option7;   // even rows with nothing above them
     controls::Choice Option8;   // one long line with <BR> in it
     controls::Choice Option9;   // none of these
     controls::Choice Option10;  // leave the panel
@@ -39,7 +39,7 @@ struct Form3 : controls::Window {
     controls::MenuItem prnt;  // print
     controls::MenuItem edd;   // end
 
-    /// A fresh window: captions set, both panels and the menu hidden.
+    /// Makes a fresh window: captions set, both panels and the menu hidden.
     Form3();
 };
 
@@ -75,8 +75,8 @@ void visit_controls(Form3& w, F&& f) {
     f("edd", "End, to practise with", w.edd);
 }
 
-/// Opens the guide that helps with a file that could not be decoded, on `EncodedPath`. Every way out of it but its side
-/// programs and its tutorial ends the process.
+/// Opens the guide to `EncodedPath`, a file that could not be decoded. Every way out of it except its side programs and
+/// its tutorial ends the process.
 void show_repair_guide(shell::Context& context);
 
 }  // namespace quill::decoder

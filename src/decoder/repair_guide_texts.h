@@ -3,7 +3,7 @@
 #include <array>
 #include <string_view>
 
-/// What the repair guide says.
+/// The texts of the repair guide.
 namespace quill::decoder::texts {
 
 inline constexpr std::string_view having_trouble =
@@ -13,7 +13,7 @@ inline constexpr std::string_view having_trouble =
     "decoding, this too can be easily fixed. Only if it is not an encoded file to begin with or a file which has "
     "been decoded or is text based cannot it not be decoded.";
 
-/// Put in front of the findings once the side program runs.
+/// Precedes the findings once the side program runs.
 inline constexpr std::string_view unwrapper_started =
     "The quoted-printable program has been started on this file. What it makes appears beside the file: a "
     "decoded text, or the parts of the message that were quoted-printable. If it makes nothing, the file holds "
@@ -21,7 +21,7 @@ inline constexpr std::string_view unwrapper_started =
     "decode it.\n"
     "\n";
 
-/// Put there where it could not be started.
+/// Precedes the findings if the side program could not be started.
 inline constexpr std::string_view unwrapper_missing =
     "The quoted-printable program could not be started. It is called qpunwrap, and is looked for beside this program "
     "and where other programs are installed.\n"
@@ -50,7 +50,7 @@ inline constexpr std::string_view tutorial =
     "Try it here, in the sample message below. Delete everything above the line that begins with "
     "\"Content-Type:\". Then choose Save in the File menu at the top of this window.";
 
-/// What stands first in the sample when the lines above it are gone.
+/// The beginning of the sample once the lines above it are deleted.
 inline constexpr std::string_view sample_begins = "Content-Type: image";
 
 inline constexpr std::string_view sample_message =

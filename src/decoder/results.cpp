@@ -16,12 +16,12 @@ std::string directory_of(const shell::swit& w, std::size_t row) {
     return row < w.Results.size() ? w.Results[row].directory : files::current_directory();
 }
 
-/// Gives every row its record, so that those of new rows can follow.
+/// Gives every row a record, so that records of new rows can follow.
 void complete_records(shell::swit& w) {
     while (w.Results.size() < w.List3.count()) w.Results.push_back({files::current_directory(), {}});
 }
 
-/// The rows of the files in `directory`, by their names.
+/// Returns the rows of the files in `directory`, by name.
 std::unordered_map<std::string, std::size_t> rows_in(const shell::swit& w, const std::string& directory) {
     std::unordered_map<std::string, std::size_t> rows;
     for (std::size_t row = 0; row < w.List3.count(); ++row) {
@@ -30,7 +30,7 @@ std::unordered_map<std::string, std::size_t> rows_in(const shell::swit& w, const
     return rows;
 }
 
-/// The row, other than `except`, of the file `name` in `directory`.
+/// Returns the row, other than `except`, of the file `name` in `directory`.
 std::optional<std::size_t> find_row(const shell::swit& w, const std::string& directory, const std::string& name,
                                     std::size_t except) {
     for (std::size_t row = 0; row < w.List3.count(); ++row) {
@@ -39,20 +39,20 @@ std::optional<std::size_t> find_row(const shell::swit& w, const std::string& dir
     return std::nullopt;
 }
 
-/// Offers to show pictures while there are any.
+/// Offers to show pictures if there are any.
 void offer_pictures(shell::swit& w) {
     const auto& names = w.List3.items();
     w.pictures.visible = std::any_of(names.begin(), names.end(), viewer::is_picture_name);
 }
 
-/// Returns true where the file at `path` has the bytes that were checked. Its name may be another.
+/// Returns true if the file at `path` has the bytes that were checked. Its name may differ.
 bool is_of(const shell::Scan& scan, const std::string& path) {
     const std::optional<files::FileStamp> now = files::stamp_through_links(path);
     return now && now->same_file(scan.stamp) && now->size == scan.stamp.size && now->modified == scan.stamp.modified &&
            now->modified_fraction == scan.stamp.modified_fraction;
 }
 
-/// Returns true where something harmful was found in the bytes that the file at `path` has.
+/// Returns true if something harmful was found in the current bytes of the file at `path`.
 bool has_find(const shell::ResultRecord& record, const std::string& path) {
     return record.scan && record.scan->answer == shell::ScanAnswer::found && is_of(*record.scan, path);
 }
@@ -90,7 +90,7 @@ void add_results(shell::swit& w, const std::string& directory, std::vector<NewRe
             w.List3.add(result.name);
             w.Results.push_back({directory, std::move(result.outcome)});
         } else {
-            w.List3.replace(place->second, result.name);  // the same name, of another file
+            w.List3.replace(place->second, result.name);  // the same name, but of another file
             w.Results[place->second] = {directory, std::move(result.outcome)};
         }
         if (!first) first = place->second;
@@ -118,7 +118,7 @@ void keep_scan(shell::swit& w, const std::string& path, const shell::Scan& scan)
         if (result_path(w, row) != path) continue;
         if (scan.answer == shell::ScanAnswer::not_checked && has_find(w.Results[row], path)) continue;
         w.Results[row].scan = scan;
-        w.List3.replace(row, w.List3.items()[row]);  // draws it again
+        w.List3.replace(row, w.List3.items()[row]);  // redraws it
     }
 }
 

@@ -40,14 +40,14 @@ shell::swit& main_window(shell::Context& context) {
     return context.windows.load<shell::swit>();
 }
 
-/// An ending of pictures, and another that says the same.
+/// An ending of picture names, and another with the same meaning.
 struct PictureEnding {
     std::string_view ending;
     std::string_view also;
 };
 constexpr std::array picture_endings = {PictureEnding{".gif", ".gif"}, PictureEnding{".jpg", "jpeg"}};
 
-/// Returns the ending that the picture at `path` lacks; empty for other files and for names that are right.
+/// Returns the ending that the picture at `path` lacks; empty for other files and for correct names.
 std::string_view missing_ending(const std::string& path) {
     const Result<files::MappedFile> file = files::MappedFile::open(path);
     const codec::FileSignature* signature = file ? codec::signature_of(file->bytes()) : nullptr;
@@ -61,7 +61,7 @@ std::string_view missing_ending(const std::string& path) {
     return {};
 }
 
-/// Gives the picture at `path`, of row `row`, the ending that it lacks, under a name that no other file has.
+/// Adds the missing ending to the picture at `path`, of row `row`, under a name that no other file has.
 void add_missing_ending(shell::swit& w, std::size_t row, std::string& path) {
     const std::string_view ending = missing_ending(path);
     if (ending.empty()) return;
@@ -79,7 +79,7 @@ bool wants_harmful(shell::Context& context, const std::string& path) {
                                  .question_mark = true});
 }
 
-/// Renames the file within its directory; the reason where that is impossible.
+/// Renames the file within its directory; returns the reason if that is impossible.
 Status rename_there(const std::string& path, const std::string& name) {
     if (name.find('/') != std::string::npos) {
         return Error{ErrorCode::bad_argument, 0, "A file name cannot contain a slash"};

@@ -20,7 +20,7 @@ constexpr std::string_view xx_alphabet = "+-0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ
 constexpr std::string_view binhex_alphabet = "!\"#$%&'()*+,-012345689@ABCDEFGHIJKLMNPQRSTUVXYZ[`abcdefhijklmpqr:";
 constexpr std::string_view hex_digits = "0123456789ABCDEFabcdef";
 
-/// A line's beginning, lower-cased, and what else it must hold to announce something.
+/// The beginning of a line, in lower case, and what else the line must contain to announce something.
 struct Announcement {
     std::string_view begins;
     std::string_view holds;
@@ -41,7 +41,7 @@ bool holds_only(std::string_view s, std::string_view alphabet) {
     return s.find_first_not_of(alphabet) == s.npos;
 }
 
-/// "begin ", a mode of three or four octal digits, a blank, a name.
+/// Returns true for "begin ", a mode of three or four octal digits, a blank, a name.
 bool begins_uu(std::string_view line) {
     constexpr std::string_view word = "begin ";
     if (!line.starts_with(word)) return false;

@@ -8,7 +8,7 @@
 
 namespace quill::decoder {
 
-/// A line that announces something: which kind, where, and how it reads.
+/// A line that announces something: its kind, place and text.
 struct Marker {
     enum class Kind : std::uint8_t {
         uu_begin,          ///< begin 644 name
@@ -23,24 +23,24 @@ struct Marker {
 
     Kind kind = Kind::uu_begin;
     std::uint64_t line = 0;  ///< from 1
-    std::string text;        ///< fit to be shown
+    std::string text;        ///< safe to show
 };
 
-/// What can be said of a text by looking at it: nothing is decoded.
+/// Facts seen in a text without decoding anything.
 struct TextFacts {
     std::uint64_t size = 0;       ///< bytes of the whole text
-    std::uint64_t looked_at = 0;  ///< bytes that the rest is about
+    std::uint64_t looked_at = 0;  ///< bytes that the other fields describe
 
     std::uint64_t lines = 0;
     std::uint64_t empty_lines = 0;
-    std::uint64_t usual_length = 0;  ///< the length that most lines have, of those that are not empty
+    std::uint64_t usual_length = 0;  ///< the most frequent length of the lines that are not empty
     std::uint64_t usual_count = 0;   ///< how many have it
     std::uint64_t shortest = 0;      ///< of the lines that are not empty
     std::uint64_t longest = 0;
-    std::uint64_t lone_line_feeds = 0;     ///< LF that ends no line, since other lines end in CR
-    std::vector<std::string> first_lines;  ///< the first lines that are not empty, cut and fit to be shown
+    std::uint64_t lone_line_feeds = 0;     ///< LF that does not end a line, because other lines end in CR
+    std::vector<std::string> first_lines;  ///< the first lines that are not empty, cut and safe to show
 
-    std::uint64_t characters = 0;      ///< without blanks, tabs and line ends; the counts below are of these
+    std::uint64_t characters = 0;      ///< without blanks, tabs and line ends; the counts below refer to these
     std::uint64_t outside_base64 = 0;  ///< RFC 2045 6.8, with '='
     std::uint64_t outside_uu = 0;      ///< '!' to '`'
     std::uint64_t outside_xx = 0;
@@ -53,15 +53,15 @@ struct TextFacts {
     std::uint64_t equals = 0;         ///< `=` of all kinds
     std::uint64_t soft_breaks = 0;    ///< lines that end in `=` (quoted-printable)
     std::uint64_t full_uu_lines = 0;  ///< lines of 61 or 62 characters that begin with `M`
-    std::vector<Marker> markers;      ///< the first of each kind, in the text's order
+    std::vector<Marker> markers;      ///< the first of each kind, in text order
 };
 
 constexpr std::size_t most_bytes_looked_at = std::size_t{16} << 20;
 
-/// Looks at the first 16 MiB of `bytes`.
+/// Examines the first 16 MiB of `bytes`.
 TextFacts look_at(std::string_view bytes);
 
-/// `line` as it can be shown in one row: at most 60 characters, what cannot be shown as '.'.
+/// Returns `line` as displayed in one row: at most 60 characters, with '.' for those that can't be shown.
 std::string shown(std::string_view line);
 
 }  // namespace quill::decoder

@@ -5,7 +5,7 @@
 namespace quill::decoder {
 namespace {
 
-/// text::is_unix_text over the file, without keeping it in memory.
+/// Does the same as text::is_unix_text over the file, without keeping it in memory.
 bool is_unix_text(const files::MappedFile& file) {
     constexpr std::size_t step = std::size_t{1} << 20;
     const std::string_view bytes = file.bytes();

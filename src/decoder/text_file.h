@@ -9,16 +9,16 @@
 
 namespace quill::decoder {
 
-/// A file to be read by lines or fields, once or several times. However long it is, little of it is held in memory.
+/// A file to read by lines or fields, once or several times. However long it is, little of it is held in memory.
 class TextFile {
   public:
     /// Fails as files::MappedFile::open does.
     static Result<TextFile> open(const std::string& path);
 
-    /// A reader at the beginning. The file must outlive it.
+    /// Returns a reader at the beginning. The file must outlive it.
     text::Reader reader() const { return text::Reader(source()); }
 
-    /// What a reader of it begins with. The file must outlive it.
+    /// Returns the source for a reader of the file. The file must outlive it.
     text::Source source() const {
         return {file_.bytes(), unix_text_, [this](std::size_t offset) { file_.release_before(offset); }};
     }
@@ -26,7 +26,7 @@ class TextFile {
     std::string_view bytes() const { return file_.bytes(); }
     const files::MappedFile& file() const { return file_; }
 
-    /// To be called now and then in a long reading: what stands before `reader` need not stay in memory.
+    /// Releases the memory before the position of `reader`; call it periodically during a long read.
     void release_behind(const text::Reader& reader) const { file_.release_before(reader.offset()); }
 
   private:

@@ -36,7 +36,7 @@ constexpr auto long_name_question =
     "this MIME file ((where it says filename = )) before decoding this file. Would you like to quit decoding this? "
     "(Choosing Yes is strongly recommended).";
 
-/// The first lines of a text; those that it does not have are empty.
+/// The first lines of a text; missing ones are empty.
 using FirstLines = std::array<std::string_view, 4>;
 
 FirstLines first_lines(const TextFile& file) {
@@ -50,7 +50,7 @@ bool ends_like_jpeg(const std::string& path) {
     return text::ends_with_ignoring_case(path, "jpeg") || text::ends_with_ignoring_case(path, ".jpg");
 }
 
-/// Gives a picture a name that says so, one that no other file has. Where that fails it keeps its own.
+/// Gives a picture a matching name that no other file has. On failure it keeps its own.
 void rename_to_jpeg(std::string& path) {
     const std::string dir = files::dir_of(path);
     const std::string picture =
@@ -76,7 +76,8 @@ bool begins_yenc(const TextFile& file) {
     return false;
 }
 
-/// Whether the lines look like encoded text from the very first one on, which may have a character more than the rest.
+/// Returns true if the lines look like encoded text from the very first one, which may be one character longer than the
+/// rest.
 bool are_headerless(const FirstLines& lines) {
     const std::size_t first = lines[0].size();
     const std::size_t rest = lines[1].size();
@@ -88,7 +89,7 @@ bool any_ends_in_tag(const FirstLines& lines) {
     return std::any_of(lines.begin(), lines.begin() + 3, [](std::string_view line) { return line.ends_with("<BR>"); });
 }
 
-/// Asks about each long header of a MIME part. Returns false where the user stops the search.
+/// Asks about each long header of a MIME part. Returns false if the user stops the search.
 bool ask_about_long_headers(shell::Context& context, const TextFile& file) {
     shell::LongRun run(context.platform, run_panel(context.windows.load<shell::swit>()),
                        "Looking at " + files::name_of(context.session.EncodedPath));
@@ -106,7 +107,7 @@ bool ask_about_long_headers(shell::Context& context, const TextFile& file) {
     return true;
 }
 
-/// The tests of a text in their order. Returns whether the text is still to be decoded by the library, from `path`. A
+/// Runs the tests of a text in their order. Returns true if the library is still to decode the text, from `path`. A
 /// text that cannot be read passes them all.
 bool pass_triage(shell::Context& context, std::string& path) {
     shell::Session& session = context.session;
@@ -126,7 +127,7 @@ bool pass_triage(shell::Context& context, std::string& path) {
     return ask_about_long_headers(context, *file);
 }
 
-/// Decodes `path`, or a copy of it without `<BR>` at the ends of its lines where its first lines end so.
+/// Decodes `path`, or a copy of it without `<BR>` at its line ends if its first lines end so.
 void decode_readable(shell::Context& context, const std::string& path) {
     const Result<TextFile> file = TextFile::open(path);
     if (file && any_ends_in_tag(first_lines(*file))) {
@@ -142,7 +143,7 @@ void decode_readable(shell::Context& context, const std::string& path) {
     decode_with_library(context, path);
 }
 
-/// Windows that ask about an earlier run's file would work on this one's.
+/// Closes windows that ask about an earlier run's file: they would work on this one's.
 void close_questions_of_earlier_run(controls::Windows& windows) {
     windows.unload<Form3>();
     const Form4* naming = windows.loaded<Form4>();

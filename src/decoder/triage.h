@@ -6,11 +6,11 @@
 
 namespace quill::decoder {
 
-/// Decodes the file at `path`, or does what else its first bytes, fields, lines and headers ask for: opens a picture,
-/// hands yEnc to `findfirst` and text without a header to `nohead`. `path` is changed where the work goes on with
-/// another file. The file itself is never written: what the library could not read as it is it reads from a copy.
+/// Decodes the file at `path`, or does what else its first bytes, fields, lines and headers require: opens a picture,
+/// passes yEnc to `findfirst` and text without a header to `nohead`. Changes `path` if the work continues with another
+/// file. Never writes to the file itself: the library reads a copy if it could not read the original.
 ///
-/// A picture's opening ends the process, and so does the user's wish to leave a file with a suspicious name alone. Only
+/// Opening a picture ends the process, and so does the user's wish to leave a file with a suspicious name alone. Only
 /// the main window and the windows that it opens show whether decoding succeeded.
 void undec(shell::Context& context, std::string& path);
 

@@ -20,9 +20,9 @@ constexpr std::string_view plain_text = "text-x-generic";
 /// In the order of FileKind.
 constexpr std::array kind_icons = {picture, archive, sound, video, document, program, plain_text};
 
-/// Endings of names and the icon of their type.
+/// Name endings and the icon of their type.
 struct Extension {
-    std::string_view endings;  ///< each with its dot, one behind the other, closed by a dot
+    std::string_view endings;  ///< each with its dot, one after the other, terminated by a dot
     std::string_view icon;
 };
 constexpr std::array extensions = {

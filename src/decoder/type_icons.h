@@ -4,13 +4,13 @@
 
 #include <string_view>
 
-/// Names of icons, as freedesktop.org's icon naming has them.
+/// Icon names of the freedesktop.org icon naming.
 namespace quill::decoder {
 
-/// Returns the icon of files of a kind.
+/// Returns the icon for files of a kind.
 std::string_view icon_for_kind(codec::FileKind kind);
 
-/// Returns the icon of files that are called like `name`.
+/// Returns the icon for files with a name like `name`.
 std::string_view icon_for_name(std::string_view name);
 
 }  // namespace quill::decoder

@@ -24,16 +24,16 @@ using platform::ProgramResult;
 using shell::Scan;
 using shell::ScanAnswer;
 
-/// A program that ends with status 0 where it found nothing and 1 where it found something.
+/// A program that ends with status 0 if it found nothing and 1 if it found something.
 struct Scanner {
     std::string_view name;
-    std::array<std::string_view, 4> options;  ///< empty ones are left out
-    std::uint64_t most_bytes;                 ///< it is not asked about larger files
-    std::string_view checked;                 ///< what "nothing found" is said of, where that may not be the whole file
+    std::array<std::string_view, 4> options;  ///< empty ones are skipped
+    std::uint64_t most_bytes;                 ///< larger files are not passed to it
+    std::string_view checked;                 ///< what "nothing found" refers to, if that may not be the whole file
 };
 
 constexpr Scanner scanners[] = {
-    // The settings of its service say how much is read, and what is beyond that counts as clean.
+    // Its service's settings limit how much is read; the rest counts as clean.
     {"clamdscan",
      {"--fdpass", "--no-summary", "", ""},
      std::numeric_limits<std::uint64_t>::max(),
@@ -44,7 +44,7 @@ constexpr Scanner scanners[] = {
      ""},
 };
 
-/// Returns the row of `program`; nullptr where nothing is known about its answers.
+/// Returns the row of `program`; nullptr if its answers are unknown.
 const Scanner* known_scanner(const std::string& program) {
     const std::string name = files::name_of(program);
     const auto* const scanner =
@@ -52,7 +52,7 @@ const Scanner* known_scanner(const std::string& program) {
     return scanner == std::end(scanners) ? nullptr : scanner;
 }
 
-/// Returns the programs of the table that are installed, the first one first.
+/// Returns the installed programs of the table, in its order.
 std::vector<std::string> installed_scanners(shell::Context& context) {
     std::vector<std::string> found;
     for (const Scanner& scanner : scanners) {
@@ -62,7 +62,7 @@ std::vector<std::string> installed_scanners(shell::Context& context) {
     return found;
 }
 
-/// Returns why a result is no answer; empty where it is one.
+/// Returns why a result is not an answer; empty if it is one.
 std::string reason_for_no_answer(const ProgramResult& result) {
     switch (result.end) {
         case ProgramEnd::not_started:
@@ -77,8 +77,8 @@ std::string reason_for_no_answer(const ProgramResult& result) {
     return result.status == 0 || result.status == 1 ? "" : "it ended with status " + std::to_string(result.status);
 }
 
-/// Runs `program` on the file at `path`. Whatever is not a plain answer about the whole file as it still is, means that
-/// the file was not checked.
+/// Runs `program` on the file at `path`. Unless it gives a plain answer about the whole, unchanged file, the file
+/// counts as not checked.
 Scan run_scanner(shell::Context& context, const Scanner& scanner, const std::string& program, const std::string& path) {
     const std::string name(scanner.name);
     const auto not_checked = [&](const std::string& reason) {
@@ -101,8 +101,7 @@ Scan run_scanner(shell::Context& context, const Scanner& scanner, const std::str
     return {ScanAnswer::nothing_found, "no virus found by " + name + std::string(scanner.checked), *before};
 }
 
-/// Where `program` gives no answer, those that come after it in the table get their turn: the first needs a service
-/// that may not run.
+/// If `program` gives no answer, tries those after it in the table: the first needs a service that may not be running.
 Scan run_scanners(shell::Context& context, const std::string& program, const std::string& path) {
     Scan scan = run_scanner(context, *known_scanner(program), program, path);
     const std::vector<std::string> installed = installed_scanners(context);
@@ -121,7 +120,7 @@ void start_only(shell::Context& context, const std::string& program, const std::
     context.platform.warn(files::name_of(program) + " could not be started.");
 }
 
-/// Returns true where the user had another wish than to choose a program.
+/// Returns true if the user decided on something other than choosing a program.
 bool scanned_with_known(shell::Context& context, const std::string& path) {
     std::string program = context.session.Scanner;
     if (program.empty()) {

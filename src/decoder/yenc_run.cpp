@@ -14,10 +14,10 @@ namespace {
 
 constexpr std::string_view header_mark = "=ybegi";
 
-/// A line that shows a newsreader which doubles dots at line starts.
+/// A line that identifies a newsreader that doubles dots at line starts.
 struct Signature {
     std::string_view line_begins;
-    std::size_t at;  ///< where its name begins in the line, from 0
+    std::size_t at;  ///< the position of its name in the line, from 0
     std::string_view newsreader;
 };
 
@@ -34,7 +34,7 @@ bool is_signature(std::string_view line) {
     });
 }
 
-/// Returns true if a line ahead of the first header shows a newsreader that doubles dots.
+/// Returns true if a line before the first header identifies a newsreader that doubles dots.
 bool doubles_dots(const std::string& path) {
     const Result<TextFile> file = TextFile::open(path);
     if (!file) return false;

@@ -5,7 +5,7 @@
 namespace quill::encoder {
 namespace {
 
-/// The mode whose caption a caller gave.
+/// Returns the mode of the caption that a caller gave.
 ChooserMode encoding_mode(const std::string& caption) {
     ChooserMode mode = ChooserMode::encode_uue;
     while (mode != ChooserMode::encode_yenc && caption_of(mode) != caption)

@@ -4,8 +4,8 @@
 
 namespace quill::encoder {
 
-/// Fills the routes that lead to the file chooser: opening a file, encoding one, choosing an anti-virus program.
-/// `context` must outlive its routes' last call.
+/// Fills the routes to the file chooser: opening a file, encoding one, choosing an anti-virus program. `context` must
+/// outlive its routes' last call.
 void provide_chooser(shell::Context& context);
 
 }  // namespace quill::encoder

@@ -25,7 +25,7 @@ bool says_what_is_missing(shell::Context& context, const std::string& name, std:
     return true;
 }
 
-/// The last one comes first, each one once.
+/// Puts `directory` first in the list, without duplicates.
 void remember_directory(shell::Session& session, const std::string& directory) {
     constexpr std::size_t most = 20;
     std::vector<std::string>& recent = session.RecentDirs;
@@ -50,7 +50,7 @@ void open_pics_file(shell::Context& context, cmdg& w, const std::string& path) {
     context.windows.unload<cmdg>();
 }
 
-/// The file goes to the main window, which offers it. Nothing of it is opened here but a PICS file.
+/// Passes the file to the main window, which offers it. Only a PICS file is opened here.
 void open_selected(shell::Context& context, cmdg& w) {
     const std::string name = w.File1.selected_item();
     if (says_what_is_missing(context, name, nothing_selected)) return;
@@ -64,7 +64,7 @@ void open_selected(shell::Context& context, cmdg& w) {
         return;
     }
     shell::swit& main = context.windows.load<shell::swit>();
-    main.Picture2.visible = false;  // the results of the file before stay in their list
+    main.Picture2.visible = false;  // the results of the previous file stay in their list
     session.ZipPassword.clear();
     const auto size = files::file_size(path);
     if (size && *size == 0) {
@@ -81,7 +81,7 @@ void open_selected(shell::Context& context, cmdg& w) {
     context.windows.unload<cmdg>();
 }
 
-/// Has the chosen program check the file that is to be scanned.
+/// Checks the file to be scanned with the chosen program.
 void start_anti_virus(shell::Context& context, cmdg& w) {
     const std::string name = w.File1.selected_item();
     if (says_what_is_missing(context, name, no_program)) return;
@@ -93,7 +93,7 @@ void start_anti_virus(shell::Context& context, cmdg& w) {
     decoder::scan_with(context, program, target, directory);
 }
 
-/// Adds the selected files to those that the create wizard will take. The window stays for more.
+/// Adds the selected files to those for the create wizard. The window stays open for more.
 void collect_selected(shell::Context& context, cmdg& w) {
     const std::vector<std::size_t> rows = w.File1.chosen_rows();
     if (says_what_is_missing(context, rows.empty() ? std::string() : w.File1.items()[rows.front()], nothing_selected))

@@ -4,10 +4,10 @@
 
 namespace quill::encoder {
 
-/// What the button Select does, and a double click on a file: the work of the chooser's mode on the selected files.
+/// Handles the button Select and a double click on a file: does the work of the chooser's mode on the selected files.
 void select_files(shell::Context& context, cmdg& chooser);
 
-/// What the button Cancel does (it reads "Done" once a file was collected): back to the main window.
+/// Handles the button Cancel (captioned "Done" once a file was collected): returns to the main window.
 void cancel_chooser(shell::Context& context, cmdg& chooser);
 
 }  // namespace quill::encoder

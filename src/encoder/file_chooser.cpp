@@ -41,11 +41,11 @@ constexpr std::array<ModeRow, 12> modes = {{
     {ChooserMode::encode_yenc, "Create a yEncoded file", all_files},
 }};
 
-// The window as told in twips; the desktop lets it grow with the font.
+// The window's size in twips; the desktop enlarges it with the font.
 constexpr int window_width = 14400;
 constexpr int window_height = 9000;
 
-// Where the picture of tabs is divided, in twips from its left.
+// The division of the picture of tabs, in twips from its left.
 constexpr int recent_tab_end = 2475;
 constexpr int merge_tab_end = 5580;
 
@@ -95,13 +95,13 @@ void copy_file_names(cmdg& w) {
     w.List1.assign(w.File1.items());
 }
 
-/// Goes to a favorite or a recent directory. One that can't be entered leaves the chooser where it is.
+/// Goes to a favorite or a recent directory. If it can't be entered, the chooser stays in its directory.
 void go_to_shortcut(cmdg& w, const std::string& directory) {
     if (files::is_directory(directory)) enter_directory(w, directory);
 }
 
-/// A path as a person types it into the chooser: "~" for the user's own directory, with "." and ".." in it, beginning
-/// at the directory shown.
+/// Returns the directory typed into the chooser as a path: "~" is the user's own directory, "." and ".." are allowed,
+/// and a relative path begins at the directory shown.
 std::string typed_path(shell::Context& context, const cmdg& w) {
     std::string path = w.Text1.text;
     if (path == "~" || path.starts_with("~/")) path.replace(0, 1, context.platform.machine().home_directory());
@@ -121,7 +121,7 @@ bool select_name(controls::FileListBox& list, const std::string& name) {
     return true;
 }
 
-/// Lists the files anew by `how`. The current file stays selected where it is still listed, on whatever row.
+/// Refreshes the list of files with `how`. The current file stays selected if it is still listed, on any row.
 template <class F>
 void list_anew(controls::FileListBox& list, F how) {
     const std::string name = list.selected_item();
@@ -146,7 +146,7 @@ void show_hidden_files(cmdg& w, bool shown) {
     copy_file_names(w);
 }
 
-/// Selects a file of the current directory that was named, though the list may have to show more for that.
+/// Selects a file of the current directory by name, even if the list must show more files for that.
 void select_named_file(shell::Context& context, cmdg& w, const std::string& name) {
     if (select_name(w.File1, name)) return;
     if (name.starts_with('.')) show_hidden_files(w, true);
@@ -174,7 +174,7 @@ void go_to_typed(shell::Context& context, cmdg& w) {
     select_named_file(context, w, files::name_of(typed));
 }
 
-/// Whether `directory` can be listed; says the system's reason where it can't.
+/// Returns true if `directory` can be listed; shows the system's reason if it can't.
 bool can_be_listed(shell::Context& context, const std::string& directory) {
     const Result<std::vector<std::string>> listing = files::list_directories(directory);
     if (!listing) context.platform.warn(listing.error().text);
@@ -209,7 +209,7 @@ void clear_recent_directories(shell::Context& context, cmdg& w) {
     w.Option3.enabled = false;
 }
 
-/// A press on a file brings the list up to date.
+/// Refreshes the list after a press on a file.
 void refresh_files(cmdg& w) {
     if (w.mode() != ChooserMode::open_archive && w.mode() != ChooserMode::open) return;
     list_anew(w.File1, [](controls::FileListBox& list) { list.refresh(); });

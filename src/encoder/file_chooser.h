@@ -10,7 +10,7 @@
 
 namespace quill::encoder {
 
-/// What the chooser does with a picked file. Its caption is the mode.
+/// What the chooser does with a selected file. Its caption is the mode.
 enum class ChooserMode : std::uint8_t {
     open_archive,    ///< "Select a ZIP or HTX file to open or view"
     open,            ///< "Select a file to open, view or decode"
@@ -27,7 +27,7 @@ enum class ChooserMode : std::uint8_t {
 };
 
 std::string_view caption_of(ChooserMode mode);
-/// The names that the mode lists at first.
+/// Returns the pattern of names that the mode lists at first.
 std::string_view pattern_of(ChooserMode mode);
 constexpr bool opens(ChooserMode mode) {
     return mode <= ChooserMode::decode;
@@ -39,43 +39,43 @@ constexpr bool encodes(ChooserMode mode) {
     return mode >= ChooserMode::encode_uue;
 }
 
-/// What the chooser hands on to windows that stand above it.
+/// Calls from the chooser to windows in higher layers.
 struct ChooserRoutes {
     controls::Action add_chosen_files;                        ///< add the selection to the open archive
-    controls::Action show_archive_rows;                       ///< render the archive's rows anew
-    std::function<void(const std::string& path)> hunt_links;  ///< a page was collected: find what it links to
+    controls::Action show_archive_rows;                       ///< redraw the archive's rows
+    std::function<void(const std::string& path)> hunt_links;  ///< a page was collected: find the files that it links to
 };
 
-/// A picture of tabs: what a press does depends on where it lands, in twips from its left.
+/// A picture of tabs: the position of a press decides what it does, in twips from its left.
 struct TabPicture : controls::Picture {
     std::function<void(int x)> press;
 };
 
-/// The program's one file-picking window.
+/// The program's only file-picking window.
 struct cmdg : controls::Window {
     // The file page.
-    controls::TextBox Text1;          // the directory, to be typed into; Enter goes there
-    controls::Button go;              // go to the directory typed
+    controls::TextBox Text1;          // the directory; can be edited, Enter goes there
+    controls::Button go;              // go to the typed directory
     controls::DriveListBox Drive1;    // drive
     controls::DirListBox Dir1;        // directory
     controls::FileListBox File1;      // its files
     controls::CheckBox hidden_files;  // list hidden files as well
-    controls::ListBox List1;          // names in File1, row for row; never seen
+    controls::ListBox List1;          // names in File1, row for row; never shown
     controls::Button Command1;        // do the mode's work on the selected files
     controls::Button Command2;        // leave
     controls::ListBox List2;          // files chosen so far
     controls::Label Label1;           // heading of List2
-    controls::ListBox List3;          // valid images found on the last page
-    controls::ListBox List4;          // valid pages found on it
+    controls::ListBox List3;          // valid images of the last page
+    controls::ListBox List4;          // valid pages of it
     controls::Button Command3;        // add the valid images
     controls::Button Command4;        // add the valid pages
     controls::Button Command5;        // hunt all links
     controls::Button Command6;        // help on the links
-    controls::Label doing;            // what a hunt is doing
+    controls::Label doing;            // current step of a hunt
     controls::Picture bar;            // its progress bar
-    controls::Picture bar_done;       // the filled part: `left` is how far it is
+    controls::Picture bar_done;       // the filled part: `left` is the progress
     controls::Button stop;            // stop it
-    bool stop_wanted = false;         // it was pressed
+    bool stop_wanted = false;         // the button was pressed
     controls::Choice Option1;         // list only HTML files
     controls::Choice Option2;         // list all files
 
@@ -83,12 +83,12 @@ struct cmdg : controls::Window {
     controls::Picture Picture1;  // favorites panel
     controls::Label Label2;      // its heading
     controls::ListBox List5;     // captions of the favorites
-    controls::ListBox List6;     // their directories, row for row; never seen
+    controls::ListBox List6;     // their directories, row for row; never shown
     controls::Label Label3;      // add a favorite
 
     // The page behind the tabs.
     TabPicture Image1;           // tabs above the file list
-    controls::Picture Picture2;  // page laid over the window
+    controls::Picture Picture2;  // page that covers the window
     controls::Button Image2;     // closes the page
     controls::ListBox List9;     // recent directories; work list of the yEnc merge
     controls::Label Label5;      // what a click on them does
@@ -102,7 +102,7 @@ struct cmdg : controls::Window {
     controls::FileListBox File2;    // its files
     controls::Label Label6;         // heading of List7
     controls::ListBox List7;        // files to merge
-    controls::ListBox List8;        // part numbers, in the order of List7; never seen
+    controls::ListBox List8;        // part numbers, in the order of List7; never shown
     controls::Button Command7;      // add the selected files
     controls::Button Command9;      // merge text encodings
     controls::Button Command10;     // merge yEnc parts
@@ -111,7 +111,7 @@ struct cmdg : controls::Window {
     controls::Button Command13;     // back to the main window
 
     std::string chosenDir;    ///< path of Dir1 with a slash at its end
-    std::string scan_target;  ///< what the anti-virus program is to check; empty for SelectedDir/SelectedFile
+    std::string scan_target;  ///< the file for the anti-virus program to check; empty for SelectedDir/SelectedFile
     ChooserRoutes routes;
 
     explicit cmdg(shell::Context& context);
@@ -122,18 +122,18 @@ struct cmdg : controls::Window {
     shell::Context context_;
 };
 
-/// Shows the chooser in `mode`, starting in `directory`, or in the process's current one where that is none.
+/// Shows the chooser in `mode`, starting in `directory`, or in the process's current one if that does not exist.
 cmdg& show_chooser(shell::Context& context, ChooserMode mode, const std::string& directory);
 
-/// Makes `directory` the chooser's current one, on its file page and on its merge page. Nothing is selected in another
-/// directory than before.
+/// Makes `directory` the chooser's current one, on its file page and on its merge page. Entering another directory
+/// clears the selection.
 void enter_directory(cmdg& chooser, const std::string& directory);
 
-/// Makes `directory` the current one of the merge page alone. The files to merge lie in one directory, so their list is
-/// empty in another one.
+/// Makes `directory` the current one of only the merge page. The files to merge are all in one directory, so entering
+/// another one clears their list.
 void enter_parts_directory(cmdg& chooser, const std::string& directory);
 
-/// Fills the favorites lists anew from the favorites directory.
+/// Refills the favorites lists from the favorites directory.
 void showlnks(shell::Context& context, cmdg& chooser);
 
 template <class F>

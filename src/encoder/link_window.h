@@ -4,8 +4,8 @@
 
 namespace quill::encoder {
 
-/// Shows the window that makes a favorite of a directory, beginning at `directory`. Its button asks for a caption,
-/// writes the favorite, brings the chooser's list up to date where that window is open, and closes the window.
+/// Shows the window that makes a favorite of a directory, starting at `directory`. Its button asks for a caption,
+/// writes the favorite, updates the chooser's list if that window is open, and closes the window.
 void show_link_window(shell::Context& context, const std::string& directory);
 
 }  // namespace quill::encoder

@@ -26,7 +26,7 @@ double fraction(std::uint64_t done, std::uint64_t total) {
     return total == 0 ? 1.0 : static_cast<double>(done) / static_cast<double>(total);
 }
 
-/// Returns the number after `field` in a `=ybegin` line, 0 where there is none.
+/// Returns the number after `field` in a `=ybegin` line, 0 if there is none.
 unsigned number_after(std::string_view field, std::string_view begin_line) {
     const std::size_t at = begin_line.find(field);
     if (at == std::string_view::npos) return 0;
@@ -36,7 +36,7 @@ unsigned number_after(std::string_view field, std::string_view begin_line) {
     return number;
 }
 
-/// The pieces of a merge on their way into the output.
+/// The state of copying the pieces of a merge into the output.
 struct Copy {
     files::AtomicFile& out;
     const OnMerge& progress;
@@ -87,7 +87,7 @@ Status copy_bytes(Copy& copy, const files::MappedFile& file, std::string_view by
     return Done{};
 }
 
-/// A file of yEnc parts, as it was when they were found.
+/// A file of yEnc parts, unchanged since they were found.
 struct Post {
     std::string path;
     std::size_t size = 0;
@@ -99,7 +99,7 @@ struct FoundParts {
     std::vector<YencPart> parts;
 };
 
-/// The parts in those of `paths` that can be read.
+/// Returns the parts in the readable files of `paths`.
 Result<FoundParts> findord(std::span<const std::string> paths, Merged& merged) {
     FoundParts found;
     for (const std::string& path : paths) {
@@ -118,7 +118,7 @@ Result<FoundParts> findord(std::span<const std::string> paths, Merged& merged) {
     return found;
 }
 
-/// Reports which parts are not in the series, and which numbers of it no part has.
+/// Reports which parts are not in the series, and which of its numbers are missing.
 void report_gaps(const FoundParts& found, const std::vector<YencPart>& series, Merged& merged) {
     std::set<unsigned> there;
     for (const YencPart& part : found.parts) {
@@ -137,14 +137,14 @@ void report_gaps(const FoundParts& found, const std::vector<YencPart>& series, M
     std::erase_if(merged.missing, [&](unsigned number) { return there.contains(number); });
 }
 
-/// Whether some of the parts are Unix text and others are not. Joined as they are, the line feeds of the former would
-/// be data.
+/// Returns true if some of the parts are Unix text and others are not. Joined unchanged, the line feeds of the former
+/// would be data.
 bool differ_in_line_ends(const FoundParts& found, const std::vector<YencPart>& series) {
     const auto is_unix = [&](const YencPart& part) { return found.posts[part.file].unix_text; };
     return std::any_of(series.begin(), series.end(), is_unix) && !std::all_of(series.begin(), series.end(), is_unix);
 }
 
-/// Where the part's data ends: at the first "=yend" behind `from`, or at the part's end.
+/// Returns the end of the part's data: the first "=yend" after `from`, or the part's end.
 std::uint64_t data_end(std::string_view bytes, const YencPart& part, std::uint64_t from) {
     const std::string_view inside = bytes.substr(from, part.end - from);
     const std::size_t at = inside.find(end_mark);
@@ -166,7 +166,7 @@ Status copyPart(Copy& copy, const Post& post, const YencPart& part, bool with_cr
     return file->changed() ? Status(changed_meanwhile(post.path)) : copied;
 }
 
-/// Begins the output of a merge, in a directory where a kill may have left unfinished ones.
+/// Begins the output of a merge, in a directory where a killed run may have left unfinished ones.
 Result<files::AtomicFile> begin_output(const std::string& output) {
     files::remove_abandoned(files::dir_of(files::resolved(output)));
     return files::AtomicFile::create_output(output);
@@ -179,7 +179,7 @@ Result<Merged> finish(files::AtomicFile& out, Merged merged, files::OnCollision 
     return merged;
 }
 
-/// Returns "2, 4-6, 9"; of many rows the first ones.
+/// Returns "2, 4-6, 9"; only the first rows of many.
 std::string rows_of(const std::vector<unsigned>& numbers) {
     constexpr unsigned most_rows = 20;
     std::string out;

@@ -49,7 +49,7 @@ void add_selected(shell::Context& context, cmdg& w) {
     for (const std::size_t row : rows) w.List7.add(w.File2.items()[row]);
 }
 
-/// Reports what did not go into the merge, so that nothing is missing in silence.
+/// Reports what is not in the merge, so that nothing is missing silently.
 void report_left_out(shell::Context& context, const Merged& merged) {
     for (const std::string& doubt : doubts_about(merged)) context.platform.warn(doubt + ".");
     if (merged.left_out.empty()) return;
@@ -82,8 +82,8 @@ void offer_merged_file(shell::Context& context, cmdg& w, const std::string& outp
     main.visible = true;
 }
 
-/// What a failed merge does: a file that is no yEnc part ends the program; all else leaves the page as it was, a Stop
-/// without a word.
+/// Handles a failed merge: a file that is not a yEnc part ends the program; otherwise the page stays unchanged, after a
+/// Stop without a message.
 void tell_failure(shell::Context& context, cmdg& w, const Error& error) {
     w.visible = true;
     w.pointer = controls::MousePointer::normal;
@@ -95,7 +95,7 @@ void tell_failure(shell::Context& context, cmdg& w, const Error& error) {
     context.platform.warn("The files could not be merged: " + error.text + ".");
 }
 
-/// The merge itself, shown in the progress panel.
+/// Runs the merge, shown in the progress panel.
 Result<Merged> run_merge(shell::Context& context, const cmdg& w, MergeFunction function, const OutputChoice& output) {
     std::vector<std::string> paths;
     for (const std::string& name : w.List7.items()) paths.push_back(files::join(w.Dir2.path, name));
@@ -130,7 +130,7 @@ void merge(shell::Context& context, cmdg& w, MergeFunction function) {
     offer_merged_file(context, w, output->path);
 }
 
-/// Back to the main window, and on to the create wizard's next step where the wizard is what shows there.
+/// Returns to the main window, and continues with the create wizard's next step if the wizard is shown.
 void back_to_main_window(shell::Context& context) {
     shell::swit& main = context.windows.load<shell::swit>();
     main.Option1.chosen = true;

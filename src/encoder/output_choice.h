@@ -8,13 +8,13 @@
 
 namespace quill::encoder {
 
-/// Where an output goes, and what may happen to a file that gets in its way.
+/// The path of an output, and what may happen to a file in its way.
 struct OutputChoice {
     std::string path;
     files::OnCollision on_collision = files::OnCollision::fail;
 };
 
-/// Asks what to do where a file is at `wanted` already. Returns nullopt where the user wants no output.
+/// Asks what to do if a file already exists at `wanted`. Returns nullopt if the user wants no output.
 std::optional<OutputChoice> choose_output(platform::Platform& platform, const std::string& wanted);
 
 }  // namespace quill::encoder

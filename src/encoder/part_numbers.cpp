@@ -9,7 +9,7 @@
 namespace quill::encoder {
 namespace {
 
-/// More parts than this are not listed as missing, however many a text promises.
+/// No more parts than this are listed as missing, whatever a text promises.
 constexpr unsigned most_parts = 100'000;
 
 bool is_piece(const codec::FoundFile& file) {
@@ -54,7 +54,7 @@ void PartNumbers::add_name(const std::string& path) {
     named_.add(label.number);
 }
 
-/// Returns the numbers that count; nullptr where there are none.
+/// Returns the numbers that count; nullptr if there are none.
 const PartNumbers::Row* PartNumbers::row() const {
     if (!stated_.numbers.empty()) return &stated_;
     const bool are_alike = stems_.size() == 1 && *named_.numbers.begin() <= 1;

@@ -10,11 +10,11 @@ namespace quill::shell {
 /// The version of the program: "1.0.0".
 std::string_view version();
 
-/// Says what program this is, in which version and under which licence.
+/// Shows the program's name, version and licence.
 struct AboutBox : controls::Window {
     controls::Label Label1;     // name of the program
     controls::Label Label2;     // version
-    controls::Label Label3;     // what it does
+    controls::Label Label3;     // its purpose
     controls::Label Label4;     // licence
     controls::Button Command1;  // close the window
 

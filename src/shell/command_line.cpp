@@ -14,7 +14,7 @@ bool is_switch(std::string_view line) {
     return line.starts_with("/un") || line.starts_with("/vi") || line.starts_with("/ue") || line.starts_with("/um");
 }
 
-/// Whether the rest of the line behind `argument` is taken as it stands.
+/// Returns true if the rest of the line after `argument` is read unchanged.
 bool takes_rest_whole(const std::string& argument) {
     constexpr std::size_t switch_length = 3;
     const bool is_one = argument == unpack_apart || (argument.size() == switch_length && is_switch(argument));

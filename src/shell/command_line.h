@@ -6,19 +6,19 @@
 
 namespace quill::shell {
 
-/// The arguments of the process, without the program's own name, as the one line that start-up takes apart.
+/// Joins the arguments of the process, without the program's own name, into the one line that start-up parses.
 ///
-/// Paths are made absolute, so this is called before the program changes its directory. An argument with a blank is
-/// put in double quotes, but not behind a switch: the rest of such a line is taken whole. Empty arguments are left out.
+/// Makes paths absolute, so call it before the program changes its directory. Puts an argument with a blank in double
+/// quotes, except after a switch: the rest of such a line is read as a whole. Leaves out empty arguments.
 std::string command_line_of(std::span<const std::string> arguments);
 
-/// Whether something other than a directory is at `path`.
+/// Returns true if something other than a directory exists at `path`.
 bool names_a_file(const std::string& path);
 
-/// What the command line asks for.
+/// The request of the command line.
 struct Start {
     bool no_file = false;        ///< `?`
-    bool hides_options = false;  ///< no path is left: the heading of the options goes
+    bool hides_options = false;  ///< no path is left: the heading of the options is hidden
     bool create = false;         ///< `/ue` or `/um`
     bool create_htx = false;     ///< `/um`
     bool open_at_once = false;   ///< `/un` or `/unp`
@@ -29,9 +29,9 @@ struct Start {
     bool operator==(const Start&) const = default;
 };
 
-/// Takes the line apart. A line that names a file which is there is a path, whatever it begins with. A line that begins
-/// with `&` (the choice of the second yEnc decoder) and names none is taken without it where the rest names one.
-/// `names_a_file` says whether a path leads to a file.
+/// Parses the line. A line that names an existing file is a path, whatever it begins with. If the line begins with `&`
+/// (the choice of the second yEnc decoder), names no file, and the rest names one, the `&` is dropped. `names_a_file`
+/// returns true for a path that leads to a file.
 Start parse_command_line(const std::string& line, const std::function<bool(const std::string& path)>& names_a_file);
 
 }  // namespace quill::shell

@@ -12,14 +12,14 @@
 namespace quill::shell {
 namespace {
 
-constexpr int encoded_choice_width = 3000;  // twips, while the kinds of encoded files are showing
+constexpr int encoded_choice_width = 3000;  // twips, while the kinds of encoded files are shown
 
 constexpr auto make_zip = "make ZIP files";
 constexpr auto make_htx = "make HTX books";
 constexpr auto make_pics = "make PICS files";
 constexpr auto make_encoded = "make encoded files";
 
-/// The wizard's steps behind the choice of a kind; where there are none, the wizard closes.
+/// Continues with the wizard's steps after the choice of a kind; without any, the wizard closes.
 void go_on_creating(Context& context, const std::string& what) {
     if (context.routes.create_archive) {
         context.routes.create_archive();
@@ -66,7 +66,7 @@ void leave_wizard(swit& w) {
     hide_create_panels(w);
 }
 
-/// Whether the kinds showing are those of pages and pictures, not those of encoded files.
+/// Returns true if the kinds shown are those of pages and pictures, not those of encoded files.
 bool shows_pages_and_pictures(const swit& w) {
     return w.Option2(2).caption.ends_with(" only");
 }

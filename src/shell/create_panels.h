@@ -2,7 +2,7 @@
 
 #include "shell/session.h"
 
-/// The first two panels of the create wizard: what to create, and which kind of it.
+/// The first two panels of the create wizard: what to create, and of which kind.
 namespace quill::shell {
 
 /// Shows the first panel.

@@ -13,18 +13,18 @@ struct swit;
 /// The controls of a window that show a long run and let the user stop it.
 struct RunPanel {
     controls::Window& window;
-    controls::Label& doing;   ///< what is being done
+    controls::Label& doing;   ///< the current step
     controls::Picture& bar;   ///< the whole bar
-    controls::Picture& done;  ///< its filled part: `left` is how far it is
+    controls::Picture& done;  ///< its filled part: `left` is the progress
     controls::Button& stop;
-    bool& stop_wanted;  ///< the user has asked for the end of the run
+    bool& stop_wanted;  ///< the user has asked to end the run
 };
 
-/// The panel of the main window.
+/// Returns the panel of the main window.
 RunPanel run_panel(swit& window);
 
-/// Work that takes a while: shows what is being done, how far it is, and a button that stops it; hides them at its end.
-/// A run that begins on a panel where another one is under way joins that one, and one Stop ends both.
+/// A long operation: shows the current step, the progress and a button that stops it, and hides them at its end. A run
+/// that begins on a panel where another one is active joins that one, and one Stop ends both.
 class LongRun {
   public:
     /// REQUIRES: the panel's window outlives it.
@@ -33,10 +33,10 @@ class LongRun {
     LongRun(const LongRun&) = delete;
     LongRun& operator=(const LongRun&) = delete;
 
-    /// Says what is being done from now on.
+    /// Shows `doing` as the current step.
     void now(std::string doing);
 
-    /// Shows how much of the work is done. Returns false where the user wants no more of it.
+    /// Shows how much of the work is done. Returns false if the user wants to stop.
     bool goes_on(std::uint64_t done, std::uint64_t total);
 
     bool stopped() const { return panel_.stop_wanted; }

@@ -52,7 +52,7 @@ void set_create_captions(swit& w) {
     show_create_step(w, CreateStep::directory);
 }
 
-/// What is shown in each step.
+/// The controls shown in each step.
 struct StepControls {
     bool directory, name, files, done, can_go_back;
 };

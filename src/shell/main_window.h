@@ -14,53 +14,53 @@ namespace quill::shell {
 
 using controls::Action;
 
-/// What an anti-virus program said of a file.
+/// The answer of an anti-virus program about a file.
 enum class ScanAnswer : std::uint8_t {
     nothing_found,
     found,
-    not_checked,  ///< it gave no answer, for whatever reason
+    not_checked,  ///< no answer, for whatever reason
 };
 
-/// A check by an anti-virus program, of the file as it was then.
+/// A check by an anti-virus program, of the file at that time.
 struct Scan {
     ScanAnswer answer = ScanAnswer::not_checked;
     std::string text;        ///< one sentence without a full stop
     files::FileStamp stamp;  ///< of the file
 };
 
-/// What is known of the file in a row of the results.
+/// What is known about the file in a row of the results.
 struct ResultRecord {
-    std::string directory;                  ///< where it is
-    std::optional<codec::Outcome> outcome;  ///< what decoding it came to; absent where no decoder checked it
+    std::string directory;                  ///< its directory
+    std::optional<codec::Outcome> outcome;  ///< the result of decoding it; absent if no decoder checked it
     std::optional<Scan> scan = {};
 };
 
-/// The main window, a single window in which panels take turns. State that many operations read and set; the workflow
-/// that fills its actions stands in main_workflow.h.
+/// The main window, a single window whose panels take turns. Holds state that many operations read and set;
+/// main_workflow.h fills its actions.
 struct swit : controls::Window {
     // The idle panel.
     controls::Picture Picture1;                                     // idle panel: the star field with the options
-    controls::ControlArray<controls::Label> apt{1, 2, 3, 4, 5, 6};  // the options, as shown
+    controls::ControlArray<controls::Label> apt{1, 2, 3, 4, 5, 6};  // the options, as displayed
     controls::ControlArray<controls::Label> opt{1, 2, 3, 4, 5, 6};  // their normal colours and their actions
     controls::Label Label1;                                         // "Options:"
-    controls::Label Label3;                                         // names the file in hand
+    controls::Label Label3;                                         // the current file
     controls::Label Label8;                                         // the program's name on the star field
     controls::ControlArray<controls::Label> Label15{0, 1};          // the two lines under the program's name
     controls::Picture Picture5;                                     // progress bar of a long run
-    controls::Picture Picture6;                                     // its filled part: `left` is how far it is
-    controls::Label doing;                                          // what the run is doing
+    controls::Picture Picture6;                                     // its filled part: `left` is the progress
+    controls::Label doing;                                          // current step of the run
     controls::Button stop;                                          // stop it
-    bool stop_wanted = false;                                       // it was pressed
-    controls::Choice Option1;                                       // takes the focus; never seen
+    bool stop_wanted = false;                                       // the button was pressed
+    controls::Choice Option1;                                       // takes the focus; never shown
     controls::Timer Timer2;                                         // moves the stars
-    StarField stars;                                                // what it moves
+    StarField stars;                                                // the moving stars
     controls::Timer Timer22;                                        // does nothing
 
     // The results panel.
     controls::Picture Picture2;         // results panel
     controls::ListBox List3;            // files found so far
-    std::vector<ResultRecord> Results;  // of the rows of List3; rows without one: the current directory, nothing known
-    controls::Label Label7;             // what a double click does
+    std::vector<ResultRecord> Results;  // of the rows of List3; a row without one: current directory, nothing known
+    controls::Label Label7;             // explains a double click
     controls::Button Command5;          // rename the selected file
     controls::Button Command7;          // erase the selected file
     controls::Button Command8;          // check the selected file for viruses
@@ -71,14 +71,14 @@ struct swit : controls::Window {
     // The create wizard.
     controls::Picture Picture4;                                    // wizard panel
     controls::Frame Frame1;                                        // first step: what to create
-    controls::Frame Frame2;                                        // second step: which kind
+    controls::Frame Frame2;                                        // second step: of which kind
     controls::ControlArray<controls::Choice> Opti{1, 2, 5, 3, 4};  // what to create
-    controls::ControlArray<controls::Choice> Option2{0, 1, 2, 4};  // which kind
+    controls::ControlArray<controls::Choice> Option2{0, 1, 2, 4};  // of which kind
     controls::Choice Option4;                                      // leave the second step
     controls::Label Label2;                                        // what is being created
-    controls::Label Label4;                                        // the step at hand
+    controls::Label Label4;                                        // current step
     controls::Label Label5;                                        // the wizard's directory
-    controls::Label Label12;                                       // how many files it will take
+    controls::Label Label12;                                       // number of files it will use
     controls::Label Label6;                                        // "Name of file:"
     controls::TextBox Text2;                                       // name of the new file
     controls::Label Label9;                                        // "Password?"
@@ -89,10 +89,10 @@ struct swit : controls::Window {
     controls::CheckBox Check1;                                     // keep the paths of the files
     controls::Button Command3;                                     // choose more files
     controls::Button Command1;                                     // next step
-    controls::Button back;                                         // the step before
+    controls::Button back;                                         // previous step
     controls::Button Command2;                                     // leave the wizard
-    controls::Button open_made;                                    // open the file that was made
-    controls::Button show_made;                                    // show the directory that it is in
+    controls::Button open_made;                                    // open the new file
+    controls::Button show_made;                                    // show its directory
     controls::DriveListBox Drive1;                                 // drive of the wizard
     controls::DirListBox Dir1;                                     // directory of the wizard
     controls::ListBox List1;                                       // names between two steps of a run
@@ -102,12 +102,12 @@ struct swit : controls::Window {
     controls::FileListBox File3;  // the same directory after it
     controls::ListBox List2;      // scratch
     controls::ListBox List4;      // scratch
-    controls::TextBox Text1;      // the directory that an archive is unpacked into
+    controls::TextBox Text1;      // the target directory for unpacking an archive
 
     // Menus.
     controls::MenuItem fifi;      // menu File
     controls::MenuItem ope;       // open an encoded or compressed file
-    controls::MenuItem another;   // open another file than the one in hand
+    controls::MenuItem another;   // open a file other than the current one
     controls::MenuItem mpics;     // open pictures in the viewer
     controls::MenuItem ofpl;      // open a favorites list in the viewer
     controls::MenuItem crzip;     // create a file
@@ -123,23 +123,23 @@ struct swit : controls::Window {
     controls::MenuItem reged;     // default settings for other files
     controls::MenuItem abzip;     // about the program
 
-    /// A fresh window: idle panel shown, all else hidden, captions that never change set.
+    /// Makes a fresh window: idle panel shown, all else hidden, constant captions set.
     swit();
 };
 
-/// Gives the first two options the captions that they have while no file is selected.
+/// Gives the first two options their captions for the time while no file is selected.
 void show_idle_captions(swit& window);
 
 /// Gives the whole window the captions and the visible controls of a start without a file.
 void set_idle_texts(swit& window);
 
-/// Makes the first three options speak of the file `name`, which may be decoded, scanned and listed.
+/// Names the file `name` in the first three options: decode, scan and list it.
 void show_file_captions(swit& window, const std::string& name);
 
-/// Gives all options their normal colour again.
+/// Resets all options to their normal colour.
 void fremy(swit& window);
 
-/// The steps of the create wizard, as far as what is shown differs.
+/// The steps of the create wizard that look different.
 enum class CreateStep : std::uint8_t { directory, name, files, compressing, done };
 
 /// Shows the controls of a step and hides those of the others.

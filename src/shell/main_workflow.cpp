@@ -31,7 +31,7 @@ controls::Colour hover_colour(int option) {
     return controls::colour_from_bgr(own ? colours[static_cast<std::size_t>(option - 1)] : white);
 }
 
-/// What every option does first.
+/// Does what every option does first.
 void begin_option(swit& w) {
     w.Option1.chosen = true;
     w.Frame2.visible = false;
@@ -66,7 +66,7 @@ void decode_selected(Context& context) {
     context.routes.decode(path);
 }
 
-/// Opens or decodes the selected file, by what the caption of the first option ends in.
+/// Opens or decodes the selected file, depending on the end of the first option's caption.
 void open_selected(Context& context) {
     auto& w = context.windows.load<swit>();
     const std::string ending = text::to_lower(text::last(w.apt(1).text, 4));

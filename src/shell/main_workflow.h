@@ -2,19 +2,19 @@
 
 #include "shell/session.h"
 
-/// What the main window's options, choices and menus do.
+/// The actions of the main window's options, choices and menus.
 namespace quill::shell {
 
 /// Fills in the actions of the main window. `context` must outlive it.
 void connect_main_window(Context& context);
 
-/// Picks a file, or decodes or opens the selected one.
+/// Selects a file, or decodes or opens the selected one.
 void option_1(Context& context);
 
-/// Opens the create wizard, or has the selected file scanned.
+/// Opens the create wizard, or scans the selected file.
 void option_2(Context& context);
 
-/// Lists what the selected archive holds.
+/// Lists the contents of the selected archive.
 void option_3(Context& context);
 
 /// Opens the user guide.

@@ -4,8 +4,8 @@
 
 namespace quill::shell {
 
-/// Opens the ZIP or HTX file that is selected in the archive window, asking for its password where a member is
-/// encrypted. No answer ends the process.
+/// Opens the selected ZIP or HTX file in the archive window, asking for its password if a member is encrypted. No
+/// answer ends the process.
 void openarchive(Context& context);
 
 /// Shows the contents of the selected ZIP or HTX file in the contents window.

@@ -16,7 +16,7 @@ constexpr mode_t only_the_user = 0700;
 constexpr std::array<std::string_view, 5> fixed_directories = {"program/temp", "system/temp", "zip-htx directory",
                                                                "favorites", "lists"};
 
-/// Makes the directory and those above it.
+/// Makes the directory and its parents.
 Status make_directories(const std::string& path) {
     if (path.empty() || files::is_directory(path)) return Done{};
     if (Status above = make_directories(files::dir_of(path)); !above) return above;

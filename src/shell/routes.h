@@ -12,33 +12,33 @@ class Platform;
 
 namespace quill::shell {
 
-/// The ways from the main window to operations and windows that stand above it. Whoever provides one fills it in; while
-/// one is empty, the program says that it can't do this yet.
+/// Calls from the main window to operations and windows in higher layers. Each provider fills in its own; while one is
+/// empty, the program reports that it can't do this yet.
 struct Routes {
     std::function<void(std::string& path)> decode;  ///< decodes the file; may change the path
 
     std::function<void(const std::string& directory)>
         open_chooser;  ///< the file chooser, set up to open, view or decode
 
-    controls::Action report_contents;  ///< lists SelectedDir/SelectedFile; sets ZipEncrypted where a member needs it
+    controls::Action report_contents;  ///< lists SelectedDir/SelectedFile; sets ZipEncrypted if a member requires it
     controls::Action open_archive;     ///< the archive window on SelectedDir/SelectedFile
     controls::Action show_contents;    ///< the contents window on SelectedDir/SelectedFile
-    controls::Action scan_file;        ///< has an anti-virus program check SelectedDir/SelectedFile
-    /// The file chooser, to pick an anti-virus program that then checks the file at `path`.
+    controls::Action scan_file;        ///< checks SelectedDir/SelectedFile with an anti-virus program
+    /// Opens the file chooser, to pick an anti-virus program that then checks the file at `path`.
     std::function<void(const std::string& path)> choose_scanner;
 
     std::function<void(const std::string& path)> open_pics;  ///< a PICS file into the viewer
     controls::Action open_pictures;                          ///< the window that opens pictures into the viewer
     controls::Action open_favorites;                         ///< the favorites lists
     std::function<void(const std::string& directory)> show_directory;  ///< the pictures of a directory
-    /// The pictures among `paths`, as one set in the viewer.
+    /// Shows the pictures among `paths` as one set in the viewer.
     std::function<void(const std::vector<std::string>& paths)> show_pictures;
 
     controls::Action create_archive;  ///< the create wizard's first step after the choice of a kind
-    controls::Action next_creating;   ///< goes on from the step that the wizard is at
-    controls::Action size_book;       ///< lets the user size the window of the book that is being made
+    controls::Action next_creating;   ///< continues from the wizard's current step
+    controls::Action size_book;       ///< lets the user size the window of the new book
     std::function<void(const std::string& caption)> open_encoder;  ///< the chooser, its caption naming what to make
-    /// The picture wizard, which begins with the files at `pictures`.
+    /// Opens the picture wizard with the files at `pictures`.
     using MakeOfPictures = std::function<void(const std::vector<std::string>& pictures)>;
     MakeOfPictures make_picture_book;  ///< for HTX
     MakeOfPictures make_pics_file;     ///< for PICS
@@ -47,13 +47,13 @@ struct Routes {
     controls::Action edit_file_types;   ///< default settings of other file types
 };
 
-/// Says that the program can't do `what` ("open ZIP files") yet.
+/// Reports that the program can't do `what` ("open ZIP files") yet.
 void say_not_yet(platform::Platform& platform, const std::string& what);
 
-/// Shows the pictures among the files at `paths` in the viewer, or says that the program can't do so yet.
+/// Shows the pictures among the files at `paths` in the viewer, or reports that the program can't do so yet.
 void show_pictures(platform::Platform& platform, const Routes& routes, const std::vector<std::string>& paths);
 
-/// Takes the route, or says that the program can't do `what` yet.
+/// Calls the route, or reports that the program can't do `what` yet.
 void follow(platform::Platform& platform, const controls::Action& route, const std::string& what);
 
 }  // namespace quill::shell

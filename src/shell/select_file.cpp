@@ -18,7 +18,7 @@ bool is_archive_name(const std::string& name) {
 void offer_file(Context& context, const std::string& path) {
     Session& session = context.session;
     auto& w = context.windows.load<swit>();
-    w.Picture2.visible = false;  // the results of the file before stay in their list
+    w.Picture2.visible = false;  // the results of the previous file stay in their list
     hide_create_panels(w);
     const std::string directory = files::dir_of(path);
     if (!directory.empty()) session.SelectedDir = directory;

@@ -4,20 +4,20 @@
 
 namespace quill::shell {
 
-/// A small window that serves jobs of several areas. Each job has a function that loads the window, sets its caption,
-/// shows its own controls and fills their actions; a fresh window shows none.
+/// A small window for jobs of several areas. Each job has a function that loads the window, sets its caption, shows its
+/// own controls and fills their actions; a fresh window shows none.
 struct Form4 : controls::Window {
     controls::Frame Frame1;                                           // naming an attachment: its panel
-    controls::Label Label4;                                           // why a name is asked for
+    controls::Label Label4;                                           // the reason for asking
     controls::ControlArray<controls::Choice> Option1{0, 1, 2, 3, 4};  // usual extensions
-    controls::Label Label2;                                           // leads to the box
+    controls::Label Label2;                                           // points to the box
     controls::TextBox Text1;                                          // an extension of the user's own
-    controls::Label Label3;                                           // what the file looks like
+    controls::Label Label3;                                           // hint on the file's contents
     controls::Button Command3;                                        // OK
     controls::Button Command4;                                        // Cancel
 
     controls::Frame Frame2;         // choosing a directory, for a favorite or for a copy: its panel
-    controls::Label Label1;         // the file that is copied
+    controls::Label Label1;         // the file to copy
     controls::DriveListBox Drive1;  // drive of the directory
     controls::DirListBox Dir1;      // the directory itself
     controls::Button Command1;      // make the favorite, or the copy

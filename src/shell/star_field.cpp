@@ -11,13 +11,13 @@ constexpr int lower_end = 7921;
 constexpr int new_star_width = 7900;
 constexpr int new_star_height = 3600;
 
-constexpr int slowness = 30;  // a step is this part of the distance from the centre
+constexpr int slowness = 30;  // a step is this fraction of the distance from the centre
 
 bool has_left(const Star& star) {
     return star.x < 0 || star.y < 0 || star.x > right_end || star.y >= lower_end;
 }
 
-/// The star one step on, or a new one.
+/// Returns the star after one step, or a new one.
 Star moved(const Star& star, platform::Machine& machine) {
     const int dx = (star.x - centre_x) / slowness;
     const int dy = (star.y - centre_y) / slowness;

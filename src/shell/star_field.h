@@ -10,19 +10,19 @@ namespace quill::shell {
 /// One star, in twips on the start panel.
 struct Star {
     int x = 0, y = 0;
-    bool drawn = false;  ///< a white line from (x, y) to (x, y + 15) is to be seen
+    bool drawn = false;  ///< a white line from (x, y) to (x, y + 15) is visible
 };
 
-/// Stars that fly apart from a point of the start panel, as a view draws them behind its labels.
+/// Stars that fly apart from a point of the start panel; a view draws them behind its labels.
 class StarField {
   public:
     static constexpr int count = 30;
 
-    /// Whether the start panel is black at a point, so that a star may be seen there. The view fills it in; empty means
-    /// that it is black everywhere.
+    /// Returns true if the start panel is black at a point, so that a star is visible there. The view fills it in;
+    /// empty means black everywhere.
     std::function<bool(int x, int y)> is_black;
 
-    /// Moves all stars one step and puts new ones in the place of those that left or stood still.
+    /// Moves all stars one step and replaces those that left or did not move.
     void tick(platform::Machine& machine);
 
     const std::array<Star, count>& stars() const { return stars_; }

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int window_width = 10755;  // twips
 constexpr int window_height = 7215;
-constexpr int panel_height = 6405;  // what the menu bar and the line of the file in hand leave
+constexpr int panel_height = 6405;  // the height without the menu bar and the line of the current file
 
 void place_window(swit& w, const platform::Machine& machine) {
     w.width = window_width;
@@ -53,7 +53,7 @@ void start_creating(Context& context, bool htx) {
     w.Text1.text = session.WorkDir;
 }
 
-/// Does what the command line asks for. Returns whether the load step goes on behind it.
+/// Follows the command line. Returns true if the load step continues after it.
 bool follow_command_line(Context& context) {
     auto& w = context.windows.load<swit>();
     const Start start = parse_command_line(context.session.CommandLine, names_a_file);

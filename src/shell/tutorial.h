@@ -5,15 +5,15 @@
 #include <span>
 #include <string_view>
 
-/// The texts that explain the program and its kinds of files, a message box each.
+/// The texts that explain the program and its kinds of files, one message box each.
 namespace quill::shell {
 
 std::span<const std::string_view> introduction_texts();
 
-/// What ZIP, HTX, PICS and encoded files are: for the choice of what to create.
+/// Returns explanations of ZIP, HTX, PICS and encoded files, for the choice of what to create.
 std::span<const std::string_view> kinds_of_files_texts();
 
-/// What HTX and PICS files are: for the choice between them.
+/// Returns explanations of HTX and PICS files, for the choice between them.
 std::span<const std::string_view> book_and_pics_texts();
 
 /// Shows the texts one after the other.
