@@ -10,16 +10,16 @@
 #include <utility>
 #include <vector>
 
-/// The vocabulary of window state: what a window shows and what can be done to it, as plain values.
+/// The vocabulary of window state: what a window shows and offers, as plain values.
 ///
-/// A control draws nothing and knows nobody who looks at it. The desktop shows it, a test drives it.
-/// Lengths and positions are in twips, 15 to a logical pixel.
+/// A control draws nothing and does not know its observers. The desktop shows it, a test drives it. Lengths and
+/// positions are in twips, 15 to a logical pixel.
 namespace quill::controls {
 
-/// What a click or a change sets off. Empty where nothing does.
+/// The effect of a click or a change. Empty if there is none.
 using Action = std::function<void()>;
 
-/// Runs `action` where there is one.
+/// Runs `action` unless it is empty.
 inline void run(const Action& action) {
     if (action) action();
 }
@@ -31,7 +31,7 @@ struct Colour {
     bool operator==(const Colour&) const = default;
 };
 
-/// The colour whose number holds red in its lowest byte and blue in its third: 0xC0FFFF is a light yellow.
+/// Returns the colour whose number holds red in its lowest byte and blue in its third: 0xC0FFFF is a light yellow.
 constexpr Colour colour_from_bgr(std::uint32_t number) {
     return {static_cast<std::uint8_t>(number), static_cast<std::uint8_t>(number >> 8U),
             static_cast<std::uint8_t>(number >> 16U)};
@@ -42,13 +42,13 @@ struct Control {
     bool enabled = true;
 };
 
-/// A text that may be clicked.
+/// A text that can be clicked.
 struct Label : Control {
     std::string text;
     Colour colour;
     Action click;
     Action double_click;
-    Action hover;  ///< the pointer came over it
+    Action hover;  ///< the pointer enters it
 };
 
 struct Button : Control {
@@ -77,13 +77,13 @@ struct MenuItem : Control {
     Action click;
 };
 
-/// A line or a box of text that may be typed into.
+/// A line or a box of editable text.
 struct TextBox : Control {
     std::string text;
     Action change;
 };
 
-/// An area: a panel that holds other controls, or a surface that is drawn on.
+/// An area: a panel that holds other controls, or a drawing surface.
 struct Picture : Control {
     int left = 0, top = 0, width = 0, height = 0;
     Action hover;
@@ -127,21 +127,21 @@ class ListBox : public Control {
     /// Counts the changes of the rows, so that a view need not compare them.
     std::uint64_t revision() const { return revision_; }
 
-    /// The selected row's text; empty where none is selected.
+    /// Returns the selected row's text; empty if none is selected.
     std::string selected_item() const {
         return selected && *selected < items_.size() ? items_[*selected] : std::string();
     }
 
-    /// All rows that an action is meant for, in order: several only in a list that takes several.
+    /// Returns all rows that an action applies to, in order: more than one only in a list with multiple selection.
     std::vector<std::size_t> chosen_rows() const {
         if (takes_several && !selected_rows.empty()) return selected_rows;
         return selected ? std::vector<std::size_t>{*selected} : std::vector<std::size_t>();
     }
 
     std::optional<std::size_t> selected;     ///< the current row
-    bool takes_several = false;              ///< more rows than the current one may be selected
-    std::vector<std::size_t> selected_rows;  ///< in a list that takes several: all of them, in order
-    Action change;                           ///< another row was selected
+    bool takes_several = false;              ///< allows multiple selection
+    std::vector<std::size_t> selected_rows;  ///< with multiple selection: all selected rows, in order
+    Action change;                           ///< another row is selected
     Action double_click;                     ///< also by Enter
 
   private:
@@ -149,19 +149,19 @@ class ListBox : public Control {
     std::uint64_t revision_ = 0;
 };
 
-/// A list of the files of one directory, as it was when last refreshed.
+/// A list of the files of one directory as of its last refresh.
 class FileListBox : public ListBox {
   public:
     const std::string& directory() const { return directory_; }
     const std::string& pattern() const { return pattern_; }
 
-    bool shows_hidden = true;       ///< files whose names begin with a dot are listed as well
-    bool executables_only = false;  ///< only files that this user may execute are listed
+    bool shows_hidden = true;       ///< includes files whose names begin with a dot
+    bool executables_only = false;  ///< lists only files that this user may execute
 
     void set_directory(std::string directory);
     void set_pattern(std::string pattern);
 
-    /// Lists the directory anew; a directory that can't be read lists as empty.
+    /// Lists the directory again; a directory that can't be read lists as empty.
     void refresh();
 
   private:
@@ -169,20 +169,20 @@ class FileListBox : public ListBox {
     std::string pattern_ = "*.*";
 };
 
-/// The directory that the user stands in, with those above and below it to go to.
+/// The current directory, with its parents and subdirectories to go to.
 struct DirListBox : Control {
     std::string path;
-    bool shows_hidden = false;  ///< directories whose names begin with a dot are listed as well
+    bool shows_hidden = false;  ///< includes directories whose names begin with a dot
     Action change;
 };
 
-/// The mount point in use, of those that the machine has.
+/// The current mount point and those of the machine.
 struct DriveListBox : Control {
     std::string drive;
     Action change;
 };
 
-/// A position in something that is longer than what is shown of it: from 0 to `maximum`.
+/// A position in something longer than its visible part: from 0 to `maximum`.
 struct ScrollBar : Control {
     std::size_t value = 0;
     std::size_t maximum = 0;
@@ -197,7 +197,7 @@ struct Timer : Control {
 
 enum class MousePointer : std::uint8_t { normal, busy };
 
-/// A window: its frame's own state. What it holds stands in the windows derived from it.
+/// A window: the state of its frame. Derived windows add the contents.
 struct Window : Control {
     Window() = default;
     Window(const Window&) = delete;
@@ -208,11 +208,11 @@ struct Window : Control {
     int left = 0, top = 0, width = 0, height = 0;
     MousePointer pointer = MousePointer::normal;
     Action close;     ///< the user closes the window
-    Action hover;     ///< the pointer came over a part of it that is no control
-    Action activate;  ///< the user turned to the window
+    Action hover;     ///< the pointer enters a part of it that is not a control
+    Action activate;  ///< the user activates the window
 };
 
-/// Controls that share a name and are told apart by an index, which need not run without gaps.
+/// Controls that share a name and differ by an index, which may have gaps.
 template <class T>
 class ControlArray {
   public:
@@ -220,7 +220,7 @@ class ControlArray {
         for (const int index : indices) members_.emplace_back(index, T{});
     }
 
-    /// REQUIRES: `index` is one of the array's.
+    /// REQUIRES: the array has `index`.
     T& operator()(int index) { return member(*this, index); }
     const T& operator()(int index) const { return member(*this, index); }
 
@@ -239,7 +239,7 @@ class ControlArray {
         for (auto& [index, control] : members_) f(index, control);
     }
 
-    /// Pointers to all, in order.
+    /// Returns pointers to all, in order.
     std::vector<T*> all() {
         std::vector<T*> pointers;
         for (auto& [index, control] : members_) pointers.push_back(&control);
@@ -257,7 +257,7 @@ class ControlArray {
     std::vector<std::pair<int, T>> members_;
 };
 
-/// The name of an array's member as its view and its tests know it: "apt(1)".
+/// Returns the name of an array's member for its view and tests: "apt(1)".
 inline std::string member_name(std::string_view array, int index) {
     return std::string(array).append("(").append(std::to_string(index)).append(")");
 }

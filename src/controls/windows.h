@@ -10,20 +10,20 @@
 
 namespace quill::controls {
 
-/// The windows that are loaded: one of each type, or several of a type that they are added of. Knows no window by name.
+/// The loaded windows: one of each type, or several of a type that supports it. Knows no window by name.
 ///
 /// A window may unload itself from one of its own actions: it leaves the registry at once and is destroyed by
 /// `collect`, which the event loop calls between events.
 class Windows {
   public:
-    /// The window of type W, made from `args` where it is not loaded yet.
+    /// Returns the window of type W; makes it from `args` if it is not loaded yet.
     template <class W, class... Args>
     W& load(Args&&... args) {
         if (W* window = loaded<W>()) return *window;
         return add<W>(std::forward<Args>(args)...);
     }
 
-    /// One more window of type W, made from `args`.
+    /// Makes and returns another window of type W from `args`.
     template <class W, class... Args>
     W& add(Args&&... args) {
         auto made = std::make_unique<W>(std::forward<Args>(args)...);
@@ -32,7 +32,7 @@ class Windows {
         return window;
     }
 
-    /// The window of type W, or nullptr where it is not loaded.
+    /// Returns the window of type W, or nullptr if it is not loaded.
     template <class W>
     W* loaded() {
         const auto entry = find(typeid(W));
@@ -47,7 +47,7 @@ class Windows {
         entries_.erase(entry);
     }
 
-    /// Unloads this window; nothing where it is not loaded.
+    /// Unloads this window if it is loaded.
     void unload(const Window& window) {
         const auto entry = std::find_if(entries_.begin(), entries_.end(),
                                         [&](const Entry& each) { return each.window.get() == &window; });
@@ -56,10 +56,10 @@ class Windows {
         entries_.erase(entry);
     }
 
-    /// Destroys what was unloaded since the last call. REQUIRES: no action of those windows is running.
+    /// Destroys the windows unloaded since the last call. REQUIRES: no action of those windows is running.
     void collect() { unloaded_.clear(); }
 
-    /// Unloads and destroys all. REQUIRES: none of their actions is running.
+    /// Unloads and destroys all windows. REQUIRES: none of their actions is running.
     void close_all() {
         for (Entry& entry : entries_) unloaded_.push_back(std::move(entry.window));
         entries_.clear();

@@ -18,7 +18,7 @@ bool is_separator(char c) {
     return c == '/' || c == '\\';
 }
 
-/// "!/mail" or "!\my mail" becomes the directory of that name in the profile.
+/// Turns "!/mail" or "!\my mail" into the directory of that name in the profile.
 std::string expand(std::string_view directory, std::string_view profile) {
     if (!directory.starts_with('!')) return std::string(directory);
     std::string below(directory.substr(1));

@@ -24,7 +24,7 @@ Result<Form> form_of(std::string_view album) {
     return Error{ErrorCode::unsupported, form_at, "The album is of a form that is not known"};
 }
 
-/// Gives each picture of an album a file name of its own.
+/// Gives each picture of an album a unique file name.
 class FileNames {
   public:
     std::string take(std::string_view name) {

@@ -6,7 +6,7 @@
 namespace quill::pics {
 namespace {
 
-constexpr std::size_t most_unreadable = 16;  // records one after the other that a walk steps over
+constexpr std::size_t most_unreadable = 16;  // successive records that a walk steps over
 
 /// The sizes of records, added up without overflow.
 class Sum {
@@ -35,7 +35,7 @@ bool is_strict_at(std::string_view album, std::uint64_t at) {
     return record && record->strict;
 }
 
-/// Walks a directory from its end, where the first picture's record is, towards the beginning of the album.
+/// Walks a directory from its end, which holds the first picture's record, towards the beginning of the album.
 class BackwardWalk {
   public:
     BackwardWalk(std::string_view album, std::uint64_t end) : album_(album), at_(end) {}
@@ -66,7 +66,7 @@ class BackwardWalk {
         sum_.add(record);
     }
 
-    /// Takes in slots that can't be read where an undoubted record precedes them.
+    /// Includes unreadable slots if an undoubted record precedes them.
     bool step_over(Directory& found) {
         for (std::size_t n = 1; n <= most_unreadable && has(n + 1); ++n) {
             if (!is_strict_at(album_, at_ - (n + 1) * record_size)) continue;
@@ -81,7 +81,7 @@ class BackwardWalk {
     Sum sum_;
 };
 
-/// Returns the end of the last undoubted record in the album; nullopt where there is none.
+/// Returns the end of the last undoubted record in the album; nullopt if there is none.
 std::optional<std::uint64_t> last_record_end(std::string_view album) {
     for (std::size_t at = album.rfind(record_tag); at != album.npos && at >= header_size;
          at = album.rfind(record_tag, at - 1)) {
@@ -105,7 +105,7 @@ Directory read_plain(std::string_view album) {
     return found;
 }
 
-/// Returns the number of units from `at` on whose records can't be read, where an undoubted one follows; else 0.
+/// Returns the number of units from `at` whose records can't be read, if an undoubted one follows; else 0.
 std::size_t unreadable_units(std::string_view album, std::uint64_t at) {
     for (std::size_t n = 1; n <= most_unreadable; ++n) {
         if (is_strict_at(album, at + n * unit_size)) return n;

@@ -4,17 +4,17 @@
 #include <cstdint>
 #include <string_view>
 
-/// Picture albums (`.pics`): many picture files in one, without compression; docs/formats/pics.md has every byte.
+/// Picture albums (`.pics`): many picture files in one, without compression; docs/formats/pics.md describes every byte.
 namespace quill::pics {
 
-/// What an album holds besides its pictures; the header names it in three letters.
+/// The contents of an album besides its pictures; the header names it in three letters.
 enum class Form : std::uint8_t {
     plain,           ///< "xyz": pictures, then the directory, last picture first
     with_thumbnails  ///< "abc": records and thumbnails in turns, then the pictures
 };
 
 constexpr std::string_view header_start = "PICS_1.1.03.";
-constexpr std::string_view magic = header_start.substr(0, 5);  ///< all that a reader looks at, besides the form
+constexpr std::string_view magic = header_start.substr(0, 5);  ///< all that a reader checks, besides the form
 constexpr std::string_view header_end = ":MULTI.IMAGE.PACK:";
 constexpr std::size_t form_at = header_start.size();
 constexpr std::size_t form_size = 3;
@@ -33,7 +33,7 @@ constexpr int thumbnail_height = 61;
 constexpr std::size_t thumbnail_size = 14'938;  ///< a BMP file of 24 bits a pixel
 constexpr std::size_t unit_size = record_size + thumbnail_size;
 
-/// What the oldest readers take: they count in 16 bits and measure in 31.
+/// Limits of the oldest readers: they count in 16 bits and measure in 31.
 constexpr std::size_t most_pictures_of_old_readers = 9'999;
 constexpr std::uint64_t most_bytes_of_old_readers = 0x7FFF'FFFF;
 

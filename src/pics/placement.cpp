@@ -14,11 +14,11 @@ namespace {
 
 using report::Verdict;
 
-/// How the bytes at a place look as the beginning of a picture.
+/// Whether the bytes at a place look like the beginning of a picture.
 enum class Look : std::uint8_t {
-    picture,  ///< like one
-    unknown,  ///< nothing speaks for or against it
-    other     ///< the name promises a kind of picture that begins otherwise
+    picture,  ///< they do
+    unknown,  ///< no evidence either way
+    other     ///< the name promises a kind of picture that begins differently
 };
 
 bool begins_with_mark(std::string_view name) {
@@ -28,7 +28,7 @@ bool begins_with_mark(std::string_view name) {
     return std::find(extensions.begin(), extensions.end(), extension) != extensions.end();
 }
 
-/// Places the pictures of an album whose sizes do not account for its bytes.
+/// Places the pictures of an album whose sizes do not add up to its bytes.
 class Reconciliation {
   public:
     Reconciliation(std::string_view album, const Directory& directory, Form form)
@@ -84,7 +84,7 @@ void Reconciliation::place_from_back() {
         const std::optional<std::uint64_t> size = size_of(i);
         if (!size || *size > at - directory_.pictures_begin) break;
         at -= *size;
-        // The end of a plain album is where its directory begins; that of the other form may be cut off.
+        // The end of a plain album is known from the beginning of its directory; that of the other form may be cut off.
         const Look seen = look(i, at);
         if (seen == Look::other || (seen == Look::unknown && form_ == Form::with_thumbnails)) break;
         back_.push_back(at);

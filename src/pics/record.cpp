@@ -27,7 +27,7 @@ std::unordered_map<char32_t, char> make_windows_1252() {
     return table;
 }
 
-/// Returns the byte of Windows-1252 for a character; nullopt where there is none.
+/// Returns the byte of Windows-1252 for a character; nullopt if there is none.
 std::optional<char> windows_1252(char32_t character) {
     static const std::unordered_map<char32_t, char> table = make_windows_1252();
     if (character < 0x80) return static_cast<char>(character);

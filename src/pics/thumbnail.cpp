@@ -19,7 +19,7 @@ void put(std::string& out, std::size_t offset, std::uint32_t number, std::size_t
     for (std::size_t i = 0; i < size; ++i) out[offset + i] = static_cast<char>(number >> (8U * i));
 }
 
-/// An empty bitmap: headers, and rows of white pixels with a byte of padding.
+/// Returns an empty bitmap: headers, and rows of white pixels with a byte of padding.
 std::string white_bitmap() {
     std::string out(thumbnail_size, '\0');
     out.replace(0, 2, "BM");
@@ -38,7 +38,7 @@ std::string white_bitmap() {
     return out;
 }
 
-/// The size that the whole picture is scaled to.
+/// Returns the size that the whole picture is scaled to.
 platform::PictureSize scaled_size(platform::PictureSize size) {
     constexpr double wide = 100, high = 80;
     if (size.width >= size.height) {
@@ -47,7 +47,7 @@ platform::PictureSize scaled_size(platform::PictureSize size) {
     return {static_cast<int>(std::lround(high / size.height * size.width)), static_cast<int>(high)};
 }
 
-/// The pixels from `begin` to `end` that become pixel `i` of `n`: one at least.
+/// The pixels from `begin` to `end` that become pixel `i` of `n`: at least one.
 struct Span {
     int begin, end;
     Span(int i, int n, int pixels)
@@ -55,7 +55,7 @@ struct Span {
           end(std::max(begin + 1, static_cast<int>(static_cast<std::int64_t>(i + 1) * pixels / n))) {}
 };
 
-/// The mean of an area over white, as blue, green and red.
+/// Returns the mean of an area over white, as blue, green and red.
 std::array<std::uint8_t, pixel_bytes> mean_over_white(const platform::Pixels& pixels, Span columns, Span rows) {
     std::array<std::uint32_t, pixel_bytes> sums = {};
     for (int y = rows.begin; y < rows.end; ++y) {

@@ -23,7 +23,7 @@ std::string thumbnail_slot(const MakeThumbnail& make, const Item& item) {
     return bytes;
 }
 
-/// Writes the parts of one album in their order.
+/// Writes the parts of one album in order.
 class Writing {
   public:
     Writing(const AlbumRequest& request, AtomicFile& file) : request_(request), file_(file) {}

@@ -19,37 +19,36 @@ namespace quill::pics {
 struct Item {
     std::string path;
     std::string name;        ///< in the album; a bare file name
-    std::uint64_t size = 0;  ///< set by measure
+    std::uint64_t size = 0;  ///< set by `measure`
 };
 
-/// Returns the 14,938 bytes of an item's thumbnail, a BMP file. A longer one is cut, a shorter one filled up with
-/// zeros.
+/// Returns the 14,938 bytes of an item's thumbnail, a BMP file. A longer one is cut, a shorter one padded with zeros.
 using MakeThumbnail = std::function<std::string(const Item& item)>;
 
-/// An album to be written.
+/// An album to write.
 struct AlbumRequest {
     std::string path;
     std::vector<Item> items;  ///< in the order of the album; see measure
     Form form = Form::plain;
-    MakeThumbnail thumbnail = {};                                ///< asked for each item of an album with thumbnails
+    MakeThumbnail thumbnail = {};                                ///< called for each item of an album with thumbnails
     files::OnCollision on_collision = files::OnCollision::fail;  ///< a file of at most one byte counts as free
-    Watch watch = {};  ///< called with the bytes of the album that are written
+    Watch watch = {};                                            ///< called with the written bytes of the album
 };
 
-/// Why there is no album.
+/// The reason for a failure.
 struct WriteFailure {
-    std::optional<std::size_t> item = {};  ///< what could not be read; nullopt: the album itself failed
+    std::optional<std::size_t> item = {};  ///< the unreadable item; nullopt: the album itself failed
     Error error = {};
 };
 
-/// Sets the sizes of the items; returns those that are not readable files, with the system's reason.
+/// Sets the sizes of the items; returns the items that are not readable files, with the system's reason.
 std::vector<WriteFailure> measure(std::vector<Item>& items);
 
 /// Returns the size of the album in bytes.
 std::uint64_t album_size(const AlbumRequest& request);
 
-/// Writes an album as a new file that appears when it is whole; returns its path. Sources that change their size
-/// meanwhile end the writing, as does a watch that says so (`cancelled`).
+/// Writes an album as a new file that appears when it is complete; returns its path. Fails if a source changes its size
+/// meanwhile, or if the watch returns false (`cancelled`).
 std::variant<std::string, WriteFailure> write_album(const AlbumRequest& request);
 
 }  // namespace quill::pics

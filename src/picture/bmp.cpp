@@ -11,7 +11,7 @@
 namespace quill::picture {
 namespace {
 
-/// Takes one channel out of a pixel, scaled to 8 bits.
+/// Extracts one channel from a pixel, scaled to 8 bits.
 class Channel {
   public:
     explicit Channel(std::uint32_t mask)
@@ -76,7 +76,7 @@ class Rows {
     Channel red_, green_, blue_, alpha_;
 };
 
-/// Draws rows as long as there are data; returns how many.
+/// Draws rows until the data end; returns their number.
 int draw_plain(std::string_view data, const BmpHeader& header, QImage& image) {
     const Rows rows(header);
     const std::size_t stride = header.row_bytes();

@@ -17,7 +17,7 @@ constexpr int longest_side = 65'535;
 
 enum Compression : std::uint32_t { plain = 0, rle8 = 1, rle4 = 2, bit_fields = 3, alpha_bit_fields = 6 };
 
-/// A header with what places its other parts.
+/// A header and the sizes that locate its other parts.
 struct Head {
     std::size_t size = 0;
     std::uint32_t compression = plain;
@@ -59,7 +59,7 @@ bool makes_sense(const Head& head) {
     }
 }
 
-/// Returns the bytes between the header and the palette: masks that the header has no room for.
+/// Returns the bytes between the header and the palette: masks that do not fit in the header.
 std::size_t masks_after(const Head& head) {
     if (head.size >= with_masks) return 0;
     return head.compression == bit_fields ? 12 : head.compression == alpha_bit_fields ? 16 : 0;
@@ -92,7 +92,7 @@ void read_palette(std::string_view file, Head& head) {
     for (std::size_t at = begin; head.header.palette.size() < count; at += each) {
         head.header.palette.push_back(qRgb(byte_at(file, at + 2), byte_at(file, at + 1), byte_at(file, at)));
     }
-    // Some writers count the offset of the pixels without the palette.
+    // Some writers give the offset of the pixels without the palette.
     head.header.data_at = std::max(head.header.data_at, begin + count * each);
 }
 

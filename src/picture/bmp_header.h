@@ -12,7 +12,7 @@
 
 namespace quill::picture {
 
-/// What the head of a bitmap file says of its pixels.
+/// The facts about the pixels in the headers of a bitmap file.
 struct BmpHeader {
     enum class Packing : std::uint8_t { none, rle8, rle4 };
 
@@ -25,13 +25,13 @@ struct BmpHeader {
     std::size_t data_at = 0;
 
     bool is_packed() const { return packing != Packing::none; }
-    /// Returns the bytes of a row that is not packed, with its padding.
+    /// Returns the bytes of an unpacked row, with its padding.
     std::size_t row_bytes() const { return (static_cast<std::size_t>(size.width()) * bits + 31) / 32 * 4; }
-    /// Returns the row of the picture that is number `i` in the file.
+    /// Returns the picture's row for row number `i` of the file.
     int row_of(int i) const { return from_top ? i : size.height() - 1 - i; }
 };
 
-/// Reads the headers of a bitmap file, of any version. nullopt for other files and for what can't be drawn.
+/// Reads the headers of a bitmap file of any version; nullopt for other files and for files that can't be drawn.
 std::optional<BmpHeader> read_bmp_header(std::string_view file);
 
 }  // namespace quill::picture

@@ -7,7 +7,7 @@
 namespace quill::picture {
 namespace {
 
-/// Draws one run after the other ("Bitmap Compression" of the Windows SDK).
+/// Draws one run after another ("Bitmap Compression" of the Windows SDK).
 class Runs {
   public:
     Runs(std::string_view data, const BmpHeader& header, QImage& image)
@@ -49,7 +49,7 @@ class Runs {
         for (unsigned i = 0; i < count; ++i) put(is_rle4_ ? (i % 2 == 0 ? value >> 4U : value & 0xFU) : value);
     }
 
-    /// Copies pixels; they end at an even place.
+    /// Copies pixels; they are padded to an even offset.
     void copy(unsigned count) {
         const std::size_t begin = at_;
         for (unsigned i = 0; i < count; ++i) {

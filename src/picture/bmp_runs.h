@@ -6,8 +6,8 @@
 
 namespace quill::picture {
 
-/// Draws the runs of a packed bitmap (RLE4, RLE8). Pixels that they leave out have the first color of the palette.
-/// Returns how many rows are there, from the first one in the file: all of them, where the runs say that they are done.
+/// Draws the runs of a packed bitmap (RLE4, RLE8). Skipped pixels have the first color of the palette. Returns how many
+/// rows are complete, from the first one in the file: all of them if the runs have an end mark.
 int draw_runs(std::string_view data, const BmpHeader& header, QImage& image);
 
 }  // namespace quill::picture

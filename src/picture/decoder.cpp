@@ -23,14 +23,14 @@ using worker::Fault;
 
 constexpr unsigned most_frames = 100'000;
 
-/// Turns a picture as its file says it is to be shown.
+/// Turns a picture as its file requests.
 QImage upright(const QImage& image, QImageIOHandler::Transformations turn) {
     QImage out = image;
     if ((turn & QImageIOHandler::TransformationRotate90) != 0) out = out.transformed(QTransform().rotate(90));
     const bool flip = (turn & QImageIOHandler::TransformationFlip) != 0;
     const bool mirror = (turn & QImageIOHandler::TransformationMirror) != 0;
     const bool turned = (turn & QImageIOHandler::TransformationRotate90) != 0;
-    // Mirrors are of the picture before it is turned.
+    // Mirroring applies to the picture before it is turned.
     return flip || mirror ? out.mirrored(turned ? flip : mirror, turned ? mirror : flip) : out;
 }
 
@@ -38,7 +38,7 @@ QSize upright(QSize size, QImageIOHandler::Transformations turn) {
     return (turn & QImageIOHandler::TransformationRotate90) != 0 ? size.transposed() : size;
 }
 
-/// Turns colors into those of sRGB, which the desktop shows.
+/// Converts colors to sRGB, which the desktop shows.
 QImage in_srgb(const QImage& image, const QColorSpace& colors) {
     const QColorSpace srgb(QColorSpace::SRgb);
     if (!colors.isValid() || colors == srgb || image.isNull()) return image;
@@ -56,7 +56,7 @@ QImage fitted(const QImage& image, QSize original, QSize bounds) {
     return size == out.size() ? out : out.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
-/// Fills in what follows from the image as it was drawn.
+/// Fills in the facts that follow from the drawn image.
 void finish(Decoded& decoded, const Drawn& drawn, QImageIOHandler::Transformations turn, const Wanted& wanted) {
     decoded.original = upright(drawn.original, turn);
     decoded.percent = drawn.image.isNull() ? 0 : drawn.percent;
@@ -85,7 +85,7 @@ Decoded draw(const char* format, const Drawn& drawn, QImageIOHandler::Transforma
     return decoded;
 }
 
-/// A kind that Qt does not read, or not well. Only JPEG turns its pictures among those without a plugin.
+/// A kind that Qt does not read, or not well. Of those without a plugin only JPEG turns its pictures.
 struct OwnKind {
     const char* name;
     bool (*is)(std::string_view file);
@@ -103,7 +103,7 @@ void clear_row(QImage& image, int row) {
     std::fill_n(image.scanLine(row), image.bytesPerLine(), uchar{0});
 }
 
-/// Returns an image for a reader to draw into, with nothing in it; a null one where the reader makes its own.
+/// Returns an empty image for a reader to draw into; a null one if the reader makes its own.
 QImage blank(const QImageReader& reader, QSize size) {
     const QImage::Format format = reader.imageFormat();
     if (format == QImage::Format_Invalid || size.isEmpty()) return {};
@@ -112,7 +112,8 @@ QImage blank(const QImageReader& reader, QSize size) {
     return image;
 }
 
-/// Says for each row whether it was drawn: whether it is no longer blank, as pixels without transparency never are.
+/// Returns for each row whether it was drawn: whether it is no longer blank, which pixels without transparency never
+/// are.
 std::vector<bool> drawn_rows(const QImage& image) {
     std::vector<bool> drawn;
     for (int row = 0; row < image.height(); ++row) {
@@ -122,7 +123,7 @@ std::vector<bool> drawn_rows(const QImage& image) {
     return drawn;
 }
 
-/// Makes the pixels of one color clear.
+/// Makes the pixels of one color transparent.
 void clear_color(QImage& image, QRgba64 color) {
     if (image.isNull()) return;
     image.convertTo(QImage::Format_RGBA64);
@@ -132,7 +133,7 @@ void clear_color(QImage& image, QRgba64 color) {
     }
 }
 
-/// Reads the next image, of the size stated. What a decoder that fails has drawn by then is kept.
+/// Reads the next image, of the stated size. If a decoder fails, keeps what it has drawn.
 Drawn read_next(QImageReader& reader, QSize size, std::optional<QRgba64> clear) {
     QImage image = blank(reader, size);
     const void* ours = image.constBits();
@@ -145,7 +146,7 @@ Drawn read_next(QImageReader& reader, QSize size, std::optional<QRgba64> clear) 
     Drawn drawn;
     drawn.original = image.isNull() ? size : image.size();
     if (!whole && !reused) return drawn;
-    // Some decoders call a file whole that ends early. Without transparency, rows that they left out can be told.
+    // Some decoders report success for a file that ends early. Without transparency, skipped rows can be detected.
     std::vector<bool> rows(static_cast<std::size_t>(image.height()), true);
     if (reused && (!whole || image.format() == QImage::Format_RGB32)) rows = drawn_rows(image);
     const auto there = static_cast<int>(std::count(rows.begin(), rows.end(), true));
@@ -193,7 +194,7 @@ bool Decoder::open(std::string_view file, const Wanted& wanted) {
     return opened_->reader.canRead();
 }
 
-/// Goes to an image of the file that is open.
+/// Moves to an image of the open file.
 bool Decoder::seek(unsigned index) {
     if (opened_->next == index) return true;
     if (opened_->reader.jumpToImage(static_cast<int>(index))) {

@@ -14,18 +14,18 @@
 
 namespace quill::picture {
 
-/// What is wanted of a picture.
+/// A request for a picture.
 struct Wanted {
     QSize bounds = {};          ///< empty: all pixels
     unsigned index = 0;         ///< of the frame, page or image
-    std::uint64_t source = 0;   ///< two calls with the same number have the same bytes; 0: never
-    bool keeps_colors = false;  ///< the file's own numbers, not those of sRGB
+    std::uint64_t source = 0;   ///< requests with the same number have the same bytes; 0: never
+    bool keeps_colors = false;  ///< keep the file's own colors, do not convert to sRGB
 };
 
 /// A decoded picture.
 struct Decoded {
     QImage image = {};    ///< ARGB32_Premultiplied, upright, within the bounds; null: none
-    QSize original = {};  ///< upright; empty: not known
+    QSize original = {};  ///< upright; empty: unknown
     unsigned count = 0;
     bool animated = false;
     int delay = 0;
@@ -35,19 +35,19 @@ struct Decoded {
     QByteArray format = {};
 };
 
-/// Decodes pictures, one after the other. It stays where it is in an animation whose next frame is wanted.
+/// Decodes pictures, one after another. Keeps its position in an animation for a request for the next frame.
 class Decoder {
   public:
     Decoded decode(std::string_view file, const Wanted& wanted);
 
   private:
-    /// A file that images are read from one by one.
+    /// An open file whose images are read one by one.
     struct Opened {
         std::uint64_t source = 0;
         QByteArray bytes;
         QBuffer buffer;
         QImageReader reader;
-        unsigned next = 0;  ///< index of the image that is read next
+        unsigned next = 0;  ///< index of the next image
     };
 
     Decoded decode_by_plugin(std::string_view file, const Wanted& wanted);
@@ -57,7 +57,8 @@ class Decoder {
     std::unique_ptr<Opened> opened_;
 };
 
-/// Decodes a small picture of each kind, so that all that decoding loads is loaded. Returns the kinds that failed.
+/// Decodes a small picture of each kind, so that everything that decoding needs is loaded. Returns the kinds that
+/// failed.
 QByteArrayList warm_up();
 
 }  // namespace quill::picture

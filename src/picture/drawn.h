@@ -12,15 +12,15 @@ struct Drawn {
     QSize original = {};
     int percent = 0;          ///< of the rows: 100 for all
     bool cut = false;         ///< the data end too early
-    QColorSpace colors = {};  ///< as the file states; invalid where it doesn't
+    QColorSpace colors = {};  ///< as stated by the file; else invalid
 };
 
-/// Returns true where a picture of this size has from 1 to `most` pixels.
+/// Returns true if a picture of this size has from 1 to `most` pixels.
 inline bool has_pixels(QSize size, qint64 most) {
     return !size.isEmpty() && qint64{size.width()} * size.height() <= most;
 }
 
-/// Fills in how much of the picture is there: `rows` of its rows. Drops the image where there are none.
+/// Sets the decoded percentage: `rows` of its rows. Drops the image if there are none.
 inline void count_rows(Drawn& drawn, int rows) {
     const int height = drawn.original.height();
     drawn.cut = rows < height;

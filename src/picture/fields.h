@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-/// Little-endian fields of a file. What lies beyond its end is 0.
+/// Little-endian fields of a file. Bytes beyond its end are 0.
 namespace quill::picture {
 
 inline std::uint8_t byte_at(std::string_view bytes, std::size_t at) {

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t header_size = 6;
 constexpr std::size_t entry_size = 16;
-constexpr std::uint32_t largest_icon = 256;  // what the directory of an icon file can state
+constexpr std::uint32_t largest_icon = 256;  // the largest size that the directory of an icon file can state
 
 struct Entry {
     std::string_view bytes;  ///< of the directory
@@ -46,7 +46,7 @@ QByteArray copy_of(std::string_view bytes) {
 
 constexpr std::uint32_t largest_masked_header = 124;
 
-/// Returns true for a bitmap whose header states an alpha mask. It needs no other mask.
+/// Returns true for a bitmap whose header states an alpha mask. It needs no second mask.
 bool is_masked_bitmap(std::string_view bitmap) {
     const std::uint32_t header = long_at(bitmap, 0);
     return header >= 56 && header <= largest_masked_header && word_at(bitmap, 14) == 32 && long_at(bitmap, 52) != 0;
@@ -56,7 +56,7 @@ void append_long(QByteArray& out, std::uint32_t value) {
     for (const unsigned shift : {0U, 8U, 16U, 24U}) out.append(static_cast<char>(value >> shift & 0xFFU));
 }
 
-/// Returns a bitmap file of an icon's bitmap, whose height counts the mask below it too.
+/// Returns an icon's bitmap as a bitmap file; its height includes the mask below it.
 QByteArray bitmap_file(std::string_view bitmap) {
     constexpr std::uint32_t file_header = 14;
     QByteArray out = "BM";
@@ -68,7 +68,7 @@ QByteArray bitmap_file(std::string_view bitmap) {
     return out + copy_of(bitmap.substr(12));
 }
 
-/// Returns an icon file with this image alone.
+/// Returns an icon file with only this image.
 QByteArray alone(std::string_view file, const Entry& entry) {
     QByteArray out = copy_of(file.substr(0, 4)) + QByteArray("\1\0", 2) + copy_of(entry.bytes.substr(0, 12));
     const quint32 offset = qToLittleEndian(static_cast<quint32>(header_size + entry_size));

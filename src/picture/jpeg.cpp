@@ -6,21 +6,21 @@
 #include <cstdio>
 #include <cstdlib>
 #include <vector>
-// libjpeg wants <cstdio> first
+// libjpeg requires <cstdio> first
 #include <jerror.h>
 #include <jpeglib.h>
 
 namespace quill::picture {
 namespace {
 
-/// libjpeg's state with its errors caught: fatal ones jump out, warnings are counted and noted.
+/// The state of libjpeg with its errors caught: fatal ones jump out, warnings are counted and stored.
 struct Decompressor {
     jpeg_decompress_struct info = {};
     jpeg_error_mgr errors = {};
     std::jmp_buf fatal = {};
     bool cut = false;
     bool warned = false;
-    Drawn drawn = {};               ///< here, so that a jump leaves it as it is
+    Drawn drawn = {};               ///< a member, so that a jump preserves it
     std::vector<JSAMPLE> ink = {};  ///< a row of CMYK
     int good = 0;                   ///< rows before the first sign of damage
     int there = 0;                  ///< rows before the data ended
@@ -44,8 +44,7 @@ struct Decompressor {
     Decompressor& operator=(const Decompressor&) = delete;
 };
 
-/// Returns the eighths of its size that the picture is decoded at: the fewest that cover the bounds, of those that are
-/// fast.
+/// Returns the scale, in eighths, at which to decode the picture: the smallest of the fast ones that covers the bounds.
 unsigned eighths(QSize size, QSize bounds) {
     if (bounds.isEmpty()) return 8;
     const QSize wanted = size.scaled(bounds, Qt::KeepAspectRatio);
@@ -57,7 +56,7 @@ unsigned eighths(QSize size, QSize bounds) {
     return 8;
 }
 
-/// Turns a row of CMYK, as Adobe's programs write it inverted or as others do, into 32-bit pixels.
+/// Converts a row of CMYK, inverted like that of Adobe's programs or not, to 32-bit pixels.
 void convert_cmyk(const JSAMPLE* cmyk, QRgb* out, JDIMENSION width, bool inverted) {
     const auto ink = [&](JSAMPLE value) { return inverted ? int{value} : 255 - value; };
     for (JDIMENSION x = 0; x < width; ++x, cmyk += 4) {
@@ -86,7 +85,7 @@ void read_row(Decompressor& jpeg, uchar* out) {
 }
 
 void read_rows(Decompressor& jpeg) {
-    const bool is_progressive = jpeg_has_multiple_scans(&jpeg.info) != 0;  // what is missing is detail, not rows
+    const bool is_progressive = jpeg_has_multiple_scans(&jpeg.info) != 0;  // such a file lacks detail, not rows
     while (jpeg.info.output_scanline < jpeg.info.output_height) {
         const auto row = static_cast<int>(jpeg.info.output_scanline);
         read_row(jpeg, jpeg.drawn.image.scanLine(row));
@@ -96,7 +95,7 @@ void read_rows(Decompressor& jpeg) {
     if (is_progressive && jpeg.warned) jpeg.good = jpeg.there;
 }
 
-/// Returns the color profile that the header holds; an invalid one for ink, which is converted without it.
+/// Returns the color profile in the header; an invalid one for CMYK, which is converted without it.
 QColorSpace profile_of(jpeg_decompress_struct& info) {
     JOCTET* bytes = nullptr;
     unsigned size = 0;
@@ -106,7 +105,7 @@ QColorSpace profile_of(jpeg_decompress_struct& info) {
     return QColorSpace::fromIccProfile(profile);
 }
 
-/// Reads all of a file. Fatal errors jump out of it.
+/// Reads a whole file. Fatal errors jump out of it.
 void read_file(Decompressor& jpeg, std::string_view file, QSize bounds, qint64 most_pixels) {
     jpeg_mem_src(&jpeg.info, reinterpret_cast<const unsigned char*>(file.data()), file.size());
     jpeg_save_markers(&jpeg.info, JPEG_APP0 + 2, 0xFFFF);  // color profiles
@@ -125,7 +124,7 @@ void read_file(Decompressor& jpeg, std::string_view file, QSize bounds, qint64 m
     jpeg_finish_decompress(&jpeg.info);
 }
 
-/// Marks the rows that are missing, and says how many are not.
+/// Marks the missing rows and counts the others.
 void finish(Decompressor& jpeg) {
     Drawn& drawn = jpeg.drawn;
     drawn.cut = jpeg.cut;

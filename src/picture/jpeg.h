@@ -8,8 +8,8 @@ namespace quill::picture {
 
 bool is_jpeg(std::string_view file);
 
-/// Decodes a JPEG file, as small as it may be to cover `bounds` (empty: in full). Rows that are missing are
-/// transparent. Null where the header can't be read or states more pixels than `most_pixels`.
+/// Decodes a JPEG file at the smallest scale that covers `bounds` (empty: full size). Missing rows are transparent.
+/// Null if the header can't be read or states more pixels than `most_pixels`.
 Drawn draw_jpeg(std::string_view file, QSize bounds, qint64 most_pixels);
 
 }  // namespace quill::picture

@@ -43,7 +43,7 @@ class Mapped {
     std::string_view bytes_;
 };
 
-/// Returns sealed memory with the pixels of an image; closed where there is no room for it.
+/// Returns sealed memory with the pixels of an image; closed if there is not enough memory.
 files::Descriptor shared_pixels(const QImage& image) {
     files::Descriptor memory(memfd_create("pixels", MFD_CLOEXEC | MFD_ALLOW_SEALING));
     const auto size = static_cast<std::size_t>(image.sizeInBytes());

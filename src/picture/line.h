@@ -5,7 +5,7 @@
 
 namespace quill::picture {
 
-/// Takes requests from `line`, one after the other, decodes their pictures and sends the answers, until the line is
+/// Reads requests from `line` one after another, decodes their pictures and sends the answers, until the line is
 /// closed.
 void serve(int line);
 

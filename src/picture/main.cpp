@@ -9,12 +9,12 @@
 #include <malloc.h>
 #include <sys/prctl.h>
 
-/// quillpicture: decodes pictures for the program that has started it, which talks to it over descriptor 3. It opens
-/// nothing once it has said that it is ready.
+/// quillpicture: decodes pictures for the program that started it, which communicates with it over descriptor 3. It
+/// opens nothing after it has reported that it is ready.
 int main(int argc, char** argv) {
     using namespace quill;
     prctl(PR_SET_PDEATHSIG, SIGKILL, 0, 0, 0);
-    mallopt(M_ARENA_MAX, 1);  // one heap, whose size the limit of memory bounds
+    mallopt(M_ARENA_MAX, 1);  // one heap, bounded by the memory limit
     const QCoreApplication application(argc, argv);
     picture::warm_up();
     const picture::Sandbox sandbox = picture::close_sandbox(worker::line_descriptor);

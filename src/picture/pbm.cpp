@@ -9,12 +9,12 @@ namespace {
 
 constexpr std::string_view spaces = " \t\r\n\v\f";
 
-/// Takes words out of the text, one after the other; comments go from # to the end of the line.
+/// Splits the text into words; comments run from # to the end of the line.
 class Words {
   public:
     explicit Words(std::string_view text) : text_(text) {}
 
-    /// Goes to the next character that is not space; false at the end.
+    /// Moves to the next character that is not space; returns false at the end.
     bool skip_space() {
         for (;;) {
             at_ = std::min(text_.find_first_not_of(spaces, at_), text_.size());
@@ -32,7 +32,7 @@ class Words {
         return error == std::errc() ? value : 0;
     }
 
-    /// Returns the next digit's color; nullopt where there is none.
+    /// Returns the next digit's color; nullopt if there is none.
     std::optional<QRgb> pixel() {
         if (!skip_space() || (text_[at_] != '0' && text_[at_] != '1')) return std::nullopt;
         return text_[at_++] == '1' ? qRgb(0, 0, 0) : qRgb(255, 255, 255);

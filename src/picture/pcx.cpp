@@ -14,7 +14,7 @@ constexpr std::size_t header_size = 128;
 constexpr std::size_t palette_size = 768;  // at the end, after a byte 12
 constexpr std::uint8_t palette_mark = 12;
 
-/// The header's fields that matter.
+/// The header's relevant fields.
 struct Header {
     unsigned bits = 0;  ///< of a pixel in a plane
     unsigned planes = 0;
@@ -47,7 +47,7 @@ std::vector<QRgb> read_colors(std::string_view bytes, std::size_t count) {
     return colors;
 }
 
-/// Returns the colors of a picture that is not of 24 bits.
+/// Returns the colors of a picture of fewer than 24 bits.
 std::vector<QRgb> palette(std::string_view file, const Header& header) {
     const bool has_tail =
         file.size() > header_size + palette_size && byte_at(file, file.size() - palette_size - 1) == palette_mark;
@@ -69,7 +69,7 @@ class Rows {
   public:
     Rows(std::string_view data, bool packed) : data_(data), packed_(packed) {}
 
-    /// Fills `out`; false where the data end before.
+    /// Fills `out`; returns false if the data end first.
     bool read(std::vector<std::uint8_t>& out) {
         for (std::uint8_t& byte : out) {
             if (run_ == 0 && !next_run()) return false;
@@ -89,7 +89,7 @@ class Rows {
             if (at_ == data_.size()) break;
             run_ = value_ & 0x3FU;
             value_ = byte_at(data_, at_++);
-            if (run_ != 0) return true;  // a run of none is skipped
+            if (run_ != 0) return true;  // a run of length 0 is skipped
         }
         run_ = 0;
         return false;
@@ -102,7 +102,7 @@ class Rows {
     std::uint8_t value_ = 0;
 };
 
-/// Returns the number that the planes of a row hold for the pixel `x`, lowest plane first.
+/// Returns the number that the planes of a row contain for the pixel `x`, lowest plane first.
 unsigned value_of(const std::vector<std::uint8_t>& row, const Header& header, std::size_t x) {
     unsigned value = 0;
     for (unsigned plane = 0; plane < header.planes; ++plane) {

@@ -10,7 +10,7 @@
 namespace quill::picture {
 namespace {
 
-/// A file in memory that libtiff reads.
+/// A file in memory for libtiff to read.
 struct Source {
     std::string_view bytes;
     std::uint64_t at = 0;
@@ -66,7 +66,7 @@ QSize size_of(TIFF* tiff) {
     return {static_cast<int>(width), static_cast<int>(height)};
 }
 
-/// Turns libtiff's pixels, whose colors are premultiplied, into Qt's.
+/// Converts libtiff's pixels, whose colors are premultiplied, to Qt's.
 void swap_channels(QImage& image) {
     for (int y = 0; y < image.height(); ++y) {
         auto* const row = reinterpret_cast<std::uint32_t*>(image.scanLine(y));

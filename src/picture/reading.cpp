@@ -15,14 +15,14 @@ namespace {
 
 constexpr int longest_side = 65'535;
 
-/// A kind of picture whose reading takes time and memory in proportion to its pixels.
+/// A kind of picture that takes time and memory in proportion to its pixels.
 struct PlainKind {
-    std::string_view name;  // as QImageReader::format() gives it
+    std::string_view name;  // as returned by QImageReader::format()
     int bytes_a_pixel;      // at most, read and scaled down from 8 bits a channel; measured
 };
 constexpr std::array<PlainKind, 13> plain_kinds = {{{"png", 6},
-                                                    {"jpeg", 6},  // coefficients of a progressive one
-                                                    {"gif", 12},  // with what a later frame restores
+                                                    {"jpeg", 6},  // coefficients of a progressive file
+                                                    {"gif", 12},  // with the pixels that a later frame restores
                                                     {"webp", 12},
                                                     {"bmp", 6},
                                                     {"tiff", 6},
@@ -33,7 +33,7 @@ constexpr std::array<PlainKind, 13> plain_kinds = {{{"png", 6},
                                                     {"ppm", 6},
                                                     {"xbm", 6},
                                                     {"xpm", 6}}};
-constexpr int bytes_a_deep_pixel = 16;  // of 16 bits a channel
+constexpr int bytes_a_deep_pixel = 16;  // with 16 bits a channel
 
 bool is_deep(QImage::Format format) {
     return format == QImage::Format_Grayscale16 ||
@@ -55,8 +55,8 @@ QByteArray big_endian_bytes(std::uint32_t value) {
     return {reinterpret_cast<const char*>(&bytes), sizeof bytes};
 }
 
-/// Returns a PNG without what is not needed to draw it (PNG, third edition, 5.3 and 11). Where it ends within a chunk,
-/// that chunk is made to end there, so that its data are drawn too.
+/// Returns a PNG with only the chunks needed to draw it (PNG, third edition, 5.3 and 11). If it ends within a chunk,
+/// shortens that chunk to end there, so that its data are drawn too.
 QByteArray drawn_chunks(std::string_view png) {
     constexpr std::array<std::string_view, 6> drawn = {"IHDR", "iCCP", "PLTE", "tRNS", "IDAT", "IEND"};
     constexpr std::size_t before = 8;           // bytes of a chunk before its data: length, type
@@ -112,7 +112,7 @@ std::optional<qint64> picture_memory(const QImageReader& reader) {
     const QByteArray format = reader.format();
     const auto* const kind = std::find_if(plain_kinds.begin(), plain_kinds.end(),
                                           [&](const PlainKind& each) { return format == each.name.data(); });
-    if (kind == plain_kinds.end()) return std::nullopt;  // asking others for their size may take any amount already
+    if (kind == plain_kinds.end()) return std::nullopt;  // asking other kinds for their size may already use any amount
     const QSize size = stated_size(reader);
     if (size.isEmpty() || size.width() > longest_side || size.height() > longest_side) return std::nullopt;
     const int each = is_deep(reader.imageFormat()) ? bytes_a_deep_pixel : kind->bytes_a_pixel;

@@ -22,12 +22,12 @@ struct Limit {
 };
 constexpr rlim_t gibibyte = rlim_t{1} << 30U;
 constexpr std::array<Limit, 5> limits = {{{RLIMIT_AS, 2 * gibibyte},
-                                          {RLIMIT_FSIZE, gibibyte},  // of the memory that pixels are handed out in
-                                          {RLIMIT_CPU, 3600},  // seconds; the program ends each picture far earlier
+                                          {RLIMIT_FSIZE, gibibyte},  // of shared memory for pixels
+                                          {RLIMIT_CPU, 3600},  // seconds; the program ends each picture much earlier
                                           {RLIMIT_NOFILE, 16},
                                           {RLIMIT_CORE, 0}}};
 
-/// System calls that decoding needs, whatever their arguments: memory, threads, time, and what is open already.
+/// The system calls that decoding needs, with any arguments: memory, threads, time, and open files.
 constexpr int allowed_calls[] = {SCMP_SYS(brk),
                                  SCMP_SYS(munmap),
                                  SCMP_SYS(mremap),
@@ -65,8 +65,8 @@ bool allow(scmp_filter_ctx filter, int call, scmp_arg_cmp condition) {
     return seccomp_rule_add(filter, SCMP_ACT_ALLOW, call, 1, condition) == 0;
 }
 
-/// Allows calls whose arguments decide what they may do: threads of this process but no processes, memory that is not
-/// executable, messages over the line alone.
+/// Allows calls only with harmless arguments: threads of this process but no processes, memory that is not executable,
+/// messages only over the line.
 bool allow_by_argument(scmp_filter_ctx filter, int line) {
     const auto descriptor = static_cast<scmp_datum_t>(line);
     return allow(filter, SCMP_SYS(mmap), SCMP_A2(SCMP_CMP_MASKED_EQ, PROT_EXEC, 0)) &&
@@ -77,7 +77,7 @@ bool allow_by_argument(scmp_filter_ctx filter, int line) {
            allow(filter, SCMP_SYS(prctl), SCMP_A0(SCMP_CMP_EQ, PR_SET_NAME)) &&
            allow(filter, SCMP_SYS(clone),
                  SCMP_A0(SCMP_CMP_MASKED_EQ, CLONE_THREAD | CLONE_VM, CLONE_THREAD | CLONE_VM)) &&
-           // Its arguments are in memory that a filter can't read; the C library falls back on clone.
+           // Its arguments are in memory that a filter can't read; the C library falls back to clone.
            seccomp_rule_add(filter, SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(clone3), 0) == 0;
 }
 
@@ -95,10 +95,10 @@ bool close_system_calls(int line) {
     return good;
 }
 
-/// Takes away the right to open, make, change or list any file by name.
+/// Removes the right to open, make, change or list any file by name.
 bool close_file_system() {
     landlock_ruleset_attr rules = {};
-    // The rights that the first version of Landlock knows: whatever opens, makes or removes.
+    // The rights of the first version of Landlock: opening, making and removing.
     rules.handled_access_fs = (LANDLOCK_ACCESS_FS_MAKE_SYM << 1U) - 1;
     const auto rule_set = static_cast<int>(syscall(SYS_landlock_create_ruleset, &rules, sizeof rules, 0));
     if (rule_set < 0) return false;

@@ -1,16 +1,16 @@
 #pragma once
 
-/// Shutting a process in, so that whoever takes it over by a hostile picture gets nothing but the picture.
+/// Confines a process, so that an attacker who takes it over with a hostile picture gains nothing but the picture.
 namespace quill::picture {
 
-/// What of the sandbox the system has.
+/// The parts of the sandbox that the system supports.
 struct Sandbox {
     bool seccomp = false;   ///< system calls that decoding does not need fail
     bool landlock = false;  ///< no file can be opened by name
 };
 
-/// Shuts this process in for good: no files, no network, no other programs; bounded memory, time and files. What
-/// decoding needs of files must be loaded before. Pictures come and go over `line`.
+/// Confines this process permanently: no files, no network, no other programs; bounded memory, time and files. Files
+/// that decoding needs must be loaded first. Pictures are exchanged over `line`.
 Sandbox close_sandbox(int line);
 
 }  // namespace quill::picture

@@ -69,7 +69,7 @@ int of_five_bits(unsigned value) {
     return static_cast<int>((value & 0x1FU) * 255 / 31);
 }
 
-/// Returns a color of 15 to 32 bits. The attribute bit of 16 is not alpha: many writers leave it at 0.
+/// Returns a color of 15 to 32 bits. The attribute bit of 16 bits is not alpha: many writers leave it at 0.
 QRgb color_of(std::string_view bytes, unsigned bits, bool has_alpha) {
     const std::uint32_t value = word_at(bytes, 0);
     if (bits <= 16) return qRgb(of_five_bits(value >> 10U), of_five_bits(value >> 5U), of_five_bits(value));
@@ -86,7 +86,7 @@ std::vector<QRgb> read_map(std::string_view file, const Header& header) {
     return colors;
 }
 
-/// Gives the bytes of one pixel after the other.
+/// Returns the bytes of one pixel after another.
 class PixelBytes {
   public:
     PixelBytes(std::string_view data, const Header& header)
@@ -103,7 +103,7 @@ class PixelBytes {
     }
 
   private:
-    /// Runs go on over the ends of rows.
+    /// Runs continue across the ends of rows.
     void begin_run() {
         constexpr unsigned repeat_bit = 0x80;
         const unsigned head = byte_at(data_, at_);
@@ -117,10 +117,10 @@ class PixelBytes {
     std::size_t each_;
     bool packed_;
     bool repeats_ = false;
-    unsigned left_ = 0;  ///< pixels of the run
+    unsigned left_ = 0;  ///< remaining pixels of the run
 };
 
-/// Turns the bytes of a pixel into its color.
+/// Converts the bytes of a pixel to its color.
 class Colors {
   public:
     Colors(std::string_view file, const Header& header, bool has_alpha)
@@ -143,7 +143,7 @@ class Colors {
     std::vector<QRgb> map_;
 };
 
-/// Draws a row; false, and an empty row, where the data end within it.
+/// Draws a row; returns false, with an empty row, if the data end within it.
 bool draw_row(PixelBytes& pixels, const Colors& colors, QImage& image, int row, bool reversed) {
     auto* const out = reinterpret_cast<QRgb*>(image.scanLine(row));
     const int width = image.width();
@@ -158,7 +158,7 @@ bool draw_row(PixelBytes& pixels, const Colors& colors, QImage& image, int row, 
     return true;
 }
 
-/// Draws rows as long as there are data; returns how many.
+/// Draws rows until the data end; returns their number.
 int draw_rows(std::string_view file, const Header& header, bool has_alpha, QImage& image) {
     image.fill(0);
     PixelBytes pixels(part_at(file, header_size + header.id_size + header.map_bytes()), header);
@@ -171,7 +171,7 @@ int draw_rows(std::string_view file, const Header& header, bool has_alpha, QImag
     return done;
 }
 
-/// Returns true where no pixel can be seen.
+/// Returns true if no pixel is visible.
 bool is_clear(const QImage& image) {
     const auto* const pixels = reinterpret_cast<const QRgb*>(image.constBits());
     const auto count = static_cast<std::size_t>(image.width()) * static_cast<std::size_t>(image.height());
@@ -193,7 +193,7 @@ Drawn draw_tga(std::string_view file, qint64 most_pixels) {
     if (!is_tga(file) || !has_pixels(header.size, most_pixels)) return drawn;
     drawn.image = QImage(header.size, QImage::Format_ARGB32_Premultiplied);
     if (drawn.image.isNull()) return drawn;
-    // Many writers of 32 bits call their alpha none; where it would hide everything, it is none.
+    // Many writers of 32 bits do not use the alpha byte; if it would hide everything, it is ignored.
     int done = draw_rows(file, header, true, drawn.image);
     if (header.alpha_bits() == 0 && is_clear(drawn.image)) done = draw_rows(file, header, false, drawn.image);
     count_rows(drawn, done);

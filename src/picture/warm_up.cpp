@@ -8,7 +8,7 @@
 namespace quill::picture {
 namespace {
 
-/// A picture of one pixel in a kind that Qt reads and does not write.
+/// A picture of one pixel in a kind that Qt reads but does not write.
 struct Sample {
     const char* format;
     std::string_view bytes;
@@ -42,7 +42,7 @@ QByteArrayList warm_up() {
     QByteArrayList missing;
     for (const Sample& sample : samples) {
         const bool decoded = decodes({sample.bytes.data(), static_cast<qsizetype>(sample.bytes.size())});
-        // Qt's plugin takes few TGA files; to have loaded it is enough.
+        // Qt's plugin accepts few TGA files; it is enough to have loaded it.
         if (!decoded && sample.format != std::string_view("tga")) missing << sample.format;
     }
     // Large enough that Qt scales it on several threads.

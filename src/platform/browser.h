@@ -5,19 +5,19 @@
 
 namespace quill::platform {
 
-/// What shows the pages of a book. It loads nothing but what the reader gives it, and runs no scripts.
+/// Shows the pages of a book. It loads only what the reader provides, and runs no scripts.
 class Browser {
   public:
     virtual ~Browser() = default;
-    /// Shows the page at `page`, a path from the root of the book, at the place that `fragment` names; empty for its
+    /// Shows the page at `page`, a path from the root of the book, at the place named by `fragment`; empty for the
     /// beginning.
     virtual void navigate(const std::string& page, const std::string& fragment) = 0;
     virtual void go_back() = 0;
     virtual void go_forward() = 0;
-    /// Copies what is selected.
+    /// Copies the selection.
     virtual void copy() = 0;
     virtual void select_all() = 0;
-    /// Goes to the next place on the page that has `text`, whatever its case; false where there is none after the
+    /// Goes to the next place on the page that contains `text`, ignoring case; returns false if there is none after the
     /// current one.
     virtual bool find(const std::string& text) = 0;
     virtual void print() = 0;

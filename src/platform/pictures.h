@@ -8,10 +8,10 @@
 
 namespace quill::platform {
 
-/// Where the bytes of a picture file are: in a file, in a range of a file (a picture in an album), or in memory (an
-/// attachment that is not saved yet). Two sources that compare equal are the same picture.
+/// The place of a picture file's bytes: a file, a range of a file (a picture in an album), or memory (an attachment
+/// that is not saved yet). Two sources that compare equal are the same picture.
 struct PictureSource {
-    std::string path = {};                               ///< absolute; ignored where `bytes` is set
+    std::string path = {};                               ///< absolute; ignored if `bytes` is set
     std::uint64_t offset = 0;                            ///< of the picture's first byte in the file
     std::uint64_t length = to_the_end;                   ///< in bytes
     std::shared_ptr<const std::string> bytes = nullptr;  ///< the whole picture file
@@ -29,27 +29,27 @@ struct PictureSize {
     bool operator==(const PictureSize&) const = default;
 };
 
-/// Which of the waiting requests is decoded next: those seen first, then those that may be seen soon.
+/// The order of waiting requests: visible pictures first, then those that may soon be.
 enum class PicturePriority : std::uint8_t {
-    visible,    ///< the user looks at its place now
-    nearby,     ///< a neighbour of what the user looks at
-    background  ///< nobody waits for it
+    visible,    ///< the user is looking at its place
+    nearby,     ///< a neighbour of a visible picture
+    background  ///< nobody is waiting for it
 };
 
 struct PictureRequest {
     PictureSource source = {};
-    PictureSize bounds = {};  ///< the pixels fit in here, in the picture's proportions, and are never more than the
-                              ///< picture has; {0, 0}: all pixels
+    PictureSize bounds = {};  ///< the largest size of the pixels, which keep the picture's proportions and are never
+                              ///< enlarged; {0, 0}: full size
     std::size_t index = 0;    ///< frame of an animation, page of a TIFF, image of an icon; from 0
     PicturePriority priority = PicturePriority::visible;
-    bool thumbnail = false;  ///< may come from the user's cache of thumbnails, and is kept there; for a whole file, its
-                             ///< first image, and bounds of at most 256 x 256
+    bool thumbnail = false;  ///< may come from the user's cache of thumbnails, and is stored there; for a whole file,
+                             ///< its first image, and bounds of at most 256 x 256
 };
 
-/// How much of a picture was decoded.
+/// The completeness of a decoded picture.
 enum class PictureState : std::uint8_t {
     whole,    ///< all of it
-    partial,  ///< the file is damaged: what could not be decoded is transparent
+    partial,  ///< the file is damaged: the missing part is transparent
     failed    ///< nothing: no pixels
 };
 
@@ -58,44 +58,44 @@ enum class PictureState : std::uint8_t {
 struct Pixels {
     PictureSize size = {};
     std::size_t stride = 0;                               ///< bytes from one row to the next, at least 4 x width
-    std::shared_ptr<const std::uint8_t> bytes = nullptr;  ///< stride x height; null where there are none
+    std::shared_ptr<const std::uint8_t> bytes = nullptr;  ///< stride x height; null if there are none
 };
 
 /// The answer to a request.
 struct Picture {
     Pixels pixels = {};         ///< upright: a camera's orientation (EXIF) is applied
-    PictureSize original = {};  ///< of the image in the file, upright; {0, 0} where it is not known
-    std::size_t count = 0;      ///< frames, pages or images in the source; 0 where it is not known
-    bool animated = false;      ///< they are frames, to be shown one after the other
-    int delay = 0;              ///< milliseconds that this frame is shown
-    int repeats = 0;            ///< times that an animation runs after the first; -1: for ever
-    std::string format = {};    ///< "png", "jpeg" ...; empty where it is not known
+    PictureSize original = {};  ///< of the image in the file, upright; {0, 0} if unknown
+    std::size_t count = 0;      ///< frames, pages or images in the source; 0 if unknown
+    bool animated = false;      ///< they are frames, to show one after another
+    int delay = 0;              ///< display time of this frame in milliseconds
+    int repeats = 0;            ///< runs of an animation after the first; -1: for ever
+    std::string format = {};    ///< "png", "jpeg" ...; empty if unknown
     PictureState state = PictureState::failed;
     int decoded_percent = 0;  ///< of the image's rows: 100 for a whole picture, 0 for a failed one
     std::string reason =
         {};  ///< why it is partial or failed: a short phrase without a full stop, "the file is cut off"
 };
 
-/// Decoding of pictures beside the interface, in processes that a hostile file can do no harm from.
+/// Decodes pictures outside the interface, in processes where a hostile file can do no harm.
 class Pictures {
   public:
-    /// Names a request while it waits; never 0, and never used twice.
+    /// Identifies a waiting request; never 0, and never reused.
     using Ticket = std::uint64_t;
     using Ready = std::function<void(const Picture& picture)>;
 
     virtual ~Pictures() = default;
 
-    /// Asks for a picture and returns at once. `ready` runs once, on the interface's thread and after this call has
+    /// Requests a picture and returns at once. `ready` runs once, on the interface's thread and after this call has
     /// returned: with the picture, or with the reason why there is none. It doesn't run for a cancelled request.
     virtual Ticket request(const PictureRequest& request, Ready ready) = 0;
 
-    /// Drops a request: its `ready` does not run any more. Does nothing for one that is answered or unknown.
+    /// Drops a request: its `ready` no longer runs. Does nothing for an answered or unknown one.
     virtual void cancel(Ticket ticket) = 0;
 
-    /// Changes the priority of a waiting request. Does nothing for one that is answered or unknown.
+    /// Changes the priority of a waiting request. Does nothing for an answered or unknown one.
     virtual void prioritise(Ticket ticket, PicturePriority priority) = 0;
 
-    /// Returns a sentence on how the decoder is kept apart on this machine, for the About window.
+    /// Returns a sentence, for the About window, on how the decoder is confined on this machine.
     virtual std::string confinement() = 0;
 };
 

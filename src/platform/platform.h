@@ -9,13 +9,13 @@
 #include <string>
 #include <vector>
 
-/// What the program asks of the machine it runs on. The desktop answers with real dialogs and programs, a test from a
+/// The program's interface to the machine. The desktop implements it with real dialogs and programs, a test with a
 /// script.
 namespace quill::platform {
 
 class Pictures;
 
-/// Thrown by Platform::end_process and caught by the event loop, `main` and tests alone: nothing after it runs,
+/// Thrown by Platform::end_process and caught only by the event loop, `main` and tests: nothing after it runs,
 /// destructors do.
 struct ProcessEnd {};
 
@@ -27,20 +27,20 @@ struct Question {
     bool question_mark = false;
 };
 
-/// What to do where a new file would get the name of one that is there already.
+/// What to do if a new file would get the name of an existing one.
 enum class Collision : std::uint8_t {
-    replace,    ///< the new file takes the place of the old one
+    replace,    ///< the new file replaces the old one
     keep_both,  ///< the new file gets a free name
     cancel      ///< no new file is made
 };
 
-/// A question with answers of its own.
+/// A question with custom answers.
 struct Choices {
     std::string text = {};
     std::string title = {};
-    std::vector<std::string> answers = {};  ///< captions of the buttons; `&` precedes the letter of the key
-    std::size_t default_answer = 0;         ///< by its place in `answers`
-    std::size_t escape_answer = 0;          ///< also for closing the box
+    std::vector<std::string> answers = {};  ///< captions of the buttons; `&` precedes the shortcut letter
+    std::size_t default_answer = 0;         ///< index in `answers`
+    std::size_t escape_answer = 0;          ///< also used if the box is closed
 };
 
 /// A request for one line of text.
@@ -55,11 +55,11 @@ struct Prompt {
 /// A request for one existing file.
 struct FileRequest {
     std::string title = {};
-    std::string directory = {};    ///< where to begin; a directory that is not there means the user's own
+    std::string directory = {};    ///< initial directory; if it does not exist, the user's own
     std::string patterns = "*.*";  ///< "*.zip;*.htx"
 };
 
-/// Boxes that stop the program until the user has answered.
+/// Boxes that block the program until the user has answered.
 class Dialogs {
   public:
     virtual ~Dialogs() = default;
@@ -68,56 +68,56 @@ class Dialogs {
     virtual void warn(const std::string& text, const std::string& title) = 0;
     /// True for Yes; closing the box is a No.
     virtual bool ask(const Question& question) = 0;
-    /// Asks about the file that is at `path` already; closing the box is a Cancel.
+    /// Asks about the existing file at `path`; closing the box means Cancel.
     virtual Collision ask_about_existing(const std::string& path) = 0;
-    /// The answer chosen, by its place in `answers`.
+    /// Returns the chosen answer as its index in `answers`.
     virtual std::size_t choose(const Choices& choices) = 0;
-    /// The line typed; empty for Cancel.
+    /// Returns the typed line; empty for Cancel.
     virtual std::string input(const Prompt& prompt) = 0;
-    /// The absolute path of the file chosen; empty for Cancel.
+    /// Returns the absolute path of the chosen file; empty for Cancel.
     virtual std::string choose_file(const FileRequest& request) = 0;
-    /// The color chosen, beginning with `current`; nullopt for Cancel.
+    /// Returns the chosen color, starting from `current`; nullopt for Cancel.
     virtual std::optional<controls::Colour> choose_colour(const controls::Colour& current) = 0;
 };
 
-/// What the desktop does with files: other programs, the trash. None of these waits for a program's end or runs the
-/// file itself.
+/// The desktop's actions on files: other programs, the trash. None of these waits for a program's end or runs the file
+/// itself.
 class Opener {
   public:
     virtual ~Opener() = default;
-    /// Opens `path` with the desktop's default program for its type. False where none could be started.
+    /// Opens `path` with the desktop's default program for its type. Returns false if none could be started.
     virtual bool open_with_default(const std::string& path) = 0;
-    /// Starts `program` with `arguments`, in `directory` (empty: the current one). False where it can't be started. A
-    /// bare name is looked for beside the running program first, then on the search path.
+    /// Starts `program` with `arguments`, in `directory` (empty: the current one). Returns false if it can't be
+    /// started. A bare name is searched for beside the running program first, then on the search path.
     virtual bool start(const std::string& program, const std::vector<std::string>& arguments,
                        const std::string& directory) = 0;
-    /// Opens `path` in the user's text editor, or in a small one of the program's own.
+    /// Opens `path` in the user's text editor, or in the program's own small one.
     virtual bool edit_text(const std::string& path) = 0;
-    /// Moves the file to the user's trash, from where it can be brought back. False where it is still in its place.
+    /// Moves the file to the user's trash, from which it can be restored. Returns false if it is still in its place.
     virtual bool move_to_trash(const std::string& path) = 0;
 };
 
-/// How a program ended that was waited for.
+/// How an awaited program ended.
 enum class ProgramEnd : std::uint8_t {
     exited,       ///< by itself
     killed,       ///< by a signal
-    stopped,      ///< because the caller wanted no more of it
+    stopped,      ///< because the caller stopped it
     not_started,  ///< it never ran
 };
 
 struct ProgramResult {
     ProgramEnd end = ProgramEnd::not_started;
-    int status = 0;  ///< its exit status, where it exited
+    int status = 0;  ///< its exit status, if it exited
 };
 
-/// Programs whose end is waited for.
+/// Programs to wait for.
 class Programs {
   public:
     virtual ~Programs() = default;
-    /// Returns the path that the bare name `program` would be started from; empty where it is not installed.
+    /// Returns the path from which the bare name `program` would be started; empty if it is not installed.
     virtual std::string find(const std::string& program) = 0;
-    /// Starts the executable at `path` and waits for its end. Its input and output lead nowhere. `goes_on` is asked
-    /// many times a second; where it returns false, the program and those that it started are ended.
+    /// Starts the executable at `path` and waits for its end, with its input and output discarded. Calls `goes_on` many
+    /// times a second; if it returns false, ends the program and those that it started.
     virtual ProgramResult run(const std::string& path, const std::vector<std::string>& arguments,
                               const std::function<bool()>& goes_on) = 0;
 };
@@ -135,32 +135,33 @@ class Machine {
   public:
     virtual ~Machine() = default;
     virtual std::string user_name() const = 0;
-    /// The user's own directory, below which favorites may lie; empty where there is none.
+    /// Returns the user's own directory, below which favorites may be; empty if there is none.
     virtual std::string home_directory() const = 0;
-    /// The directory of the system's own files; nothing is ever written there.
+    /// Returns the directory of the system's own files; nothing is ever written there.
     virtual std::string system_directory() const = 0;
-    /// The user guide as it was installed with the program; empty where it was not.
+    /// Returns the path of the installed user guide; empty if it is not installed.
     virtual std::string user_guide() const = 0;
-    /// Whether the desktop is of the kind whose window frames the theme-sizing menu item is for.
+    /// Returns true if the theme-sizing menu item suits the desktop's window frames.
     virtual bool has_theme_sizing() const = 0;
-    /// The screen's working area, in twips.
+    /// Return the size of the screen's working area, in twips.
     virtual int screen_width() const = 0;
     virtual int screen_height() const = 0;
-    /// Twips from one of the screen's own pixels to the next: 15, or 7.5 where each logical pixel is two of them.
+    /// Returns the twips from one of the screen's own pixels to the next: 15, or 7.5 if each logical pixel is two of
+    /// them.
     virtual double twips_per_pixel() const = 0;
-    /// A whole number from 0 to `bound` - 1.
+    /// Returns a whole number from 0 to `bound` - 1.
     virtual int random(int bound) = 0;
 };
 
-/// Showing a window's state while an action still runs.
+/// Shows a window's state while an action is still running.
 class Display {
   public:
     virtual ~Display() = default;
-    /// Draws what has changed in `window` since it was last drawn. Cheap when called often.
+    /// Redraws the changed parts of `window`. Cheap enough to call often.
     virtual void repaint(controls::Window& window) = 0;
 };
 
-/// The services together, passed by reference to what needs them.
+/// All services together, passed by reference to their users.
 class Platform {
   public:
     virtual ~Platform() = default;
@@ -172,7 +173,7 @@ class Platform {
     virtual Display& display() = 0;
     virtual Pictures& pictures() = 0;
 
-    /// Ends the process, whatever windows are open.
+    /// Ends the process, even if windows are open.
     [[noreturn]] void end_process() { throw ProcessEnd{}; }
 
     void message(const std::string& text, const std::string& title = {}) { dialogs().message(text, title); }

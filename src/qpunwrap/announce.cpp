@@ -16,7 +16,7 @@ namespace {
 
 constexpr auto title = "Quoted-printable";
 
-/// Programs that show a text as it stands, the text as their last argument.
+/// Programs that show a text unchanged, with the text as their last argument.
 using Words = std::vector<std::string>;
 const std::array<Words, 4>& message_boxes() {
     static const std::array<Words, 4> boxes = {
@@ -47,13 +47,13 @@ std::vector<std::string_view> lines_of(std::string_view text) {
     return lines;
 }
 
-/// The line in UTF-8, cut where it is longer than anybody reads.
+/// Returns the line in UTF-8, cut if it is longer than anybody reads.
 std::string shown(std::string_view line) {
     constexpr std::size_t longest = 1000;  // bytes: three names of files and some words
     std::string utf8 = text::to_utf8(line);
     if (utf8.size() <= longest) return utf8;
     std::size_t end = longest;
-    while ((static_cast<unsigned char>(utf8[end]) & 0xC0U) == 0x80U) --end;  // not within a character
+    while ((static_cast<unsigned char>(utf8[end]) & 0xC0U) == 0x80U) --end;  // never within a character
     return utf8.substr(0, end) + "...";
 }
 

@@ -7,11 +7,11 @@
 
 namespace quill::qpunwrap {
 
-/// What the program ends with, besides its words.
+/// The exit status of the program.
 enum class ExitStatus : int {
-    made = 0,     ///< Something was made, and all of it is written.
+    made = 0,     ///< Something was made, and all of it was written.
     nothing = 1,  ///< The file holds no quoted-printable text.
-    failed = 2    ///< The file could not be read, a result could not be written, or the arguments make no sense.
+    failed = 2    ///< The file could not be read, a result could not be written, or the arguments are invalid.
 };
 
 struct Report {
@@ -19,7 +19,7 @@ struct Report {
     std::string text;  ///< for people: lines ended by '\n', without control characters
 };
 
-/// Says what came of the file at `path`.
+/// Returns the report on the file at `path`.
 Report report(const std::string& path, const Result<Unwrapped>& result);
 
 }  // namespace quill::qpunwrap

@@ -11,11 +11,11 @@ namespace quill::qpunwrap {
 namespace {
 
 struct Signs {
-    std::int64_t strong = 0;       // hardly anything but quoted-printable
+    std::int64_t strong = 0;       // almost certainly quoted-printable
     std::int64_t weak = 0;         // quoted-printable, or chance
-    std::int64_t against = 0;      // what quoted-printable would have escaped
-    std::int64_t full_breaks = 0;  // soft breaks where an encoder has to make one
-    std::int64_t lines = 0;        // that are not empty
+    std::int64_t against = 0;      // characters that quoted-printable would have escaped
+    std::int64_t full_breaks = 0;  // soft breaks where an encoder must make one
+    std::int64_t lines = 0;        // non-empty lines
 };
 
 bool is_letter_or_digit(unsigned char c) {
@@ -26,18 +26,18 @@ bool is_upper_hex_digit(char c) {
     return codec::hex_value(c) >= 0 && !(c >= 'a' && c <= 'f');
 }
 
-/// Whether `s` is all hexadecimal digits, none of them in small letters or all that can be.
+/// Returns true if `s` is all hexadecimal digits, with none of the letters in lower case or all of them.
 bool is_hex_number(std::string_view s) {
     const auto is_lower_hex_digit = [](char c) { return codec::hex_value(c) >= 0 && !(c >= 'A' && c <= 'F'); };
     return std::all_of(s.begin(), s.end(), is_upper_hex_digit) || std::all_of(s.begin(), s.end(), is_lower_hex_digit);
 }
 
-/// A character of the names that values are given to: in addresses, settings, programs.
+/// Returns true for a character of names that values are assigned to: in addresses, settings, programs.
 bool is_name_character(char c) {
     return is_letter_or_digit(static_cast<unsigned char>(c)) || c == '_' || c == '-' || c == '.';
 }
 
-/// Takes the first line off `text`, without its line end.
+/// Removes the first line from `text` and returns it without its line end.
 std::string_view take_line(std::string_view& text) {
     const std::string_view line = text.substr(0, text.find_first_of("\r\n"));
     text.remove_prefix(line.size());
@@ -51,7 +51,7 @@ bool is_header_line(std::string_view line) {
     return colon != line.npos && colon > 0 && std::all_of(name.begin(), name.end(), is_name_character);
 }
 
-/// `text` behind the header lines that it begins with; all of it where no empty line closes them.
+/// Returns `text` after its leading header lines; all of it if no empty line ends them.
 std::string_view without_header(std::string_view text) {
     std::string_view rest = text;
     bool is_first = true;
@@ -69,15 +69,15 @@ bool is_escape_at(std::string_view line, std::size_t at) {
     return at < line.size() && line[at] == '=' && codec::hex_byte(line.substr(at + 1));
 }
 
-/// Whether the '=' at `at` gives a value to a parameter of an address.
+/// Returns true if the '=' at `at` assigns a value to a parameter of an address.
 bool is_in_query(std::string_view line, std::size_t at) {
     std::size_t name = at;
     while (name > 0 && is_name_character(line[name - 1])) --name;
     return name > 0 && name < at && (line[name - 1] == '?' || line[name - 1] == '&');
 }
 
-/// Whether the '=' at `at` gives a number to a name: one of three hexadecimal digits or more, a decimal one above 79,
-/// or any in a line of their own.
+/// Returns true if the '=' at `at` assigns a number to a name: one of three hexadecimal digits or more, a decimal one
+/// above 79, or any on its own line.
 bool is_setting(std::string_view line, std::size_t at) {
     const std::string_view name = text::trim(line.substr(0, at));
     const std::string_view rest = line.substr(at + 1);
@@ -89,7 +89,7 @@ bool is_setting(std::string_view line, std::size_t at) {
     return alone || value.size() > 2 || (decimal && value.find_first_not_of("0123456789") == value.npos);
 }
 
-/// Whether an encoder has to escape `value`, which stands at a line's end or not.
+/// Returns true if an encoder must escape `value`, at a line's end or elsewhere.
 bool must_be_escaped(unsigned char value, bool at_line_end) {
     const bool blank = value == ' ' || value == '\t';
     return value > 0x7E || value == '\r' || value == '\n' || (blank && at_line_end);
@@ -117,7 +117,7 @@ void weigh_escape(std::string_view line, std::size_t at, unsigned char value, Si
     }
 }
 
-/// Whether the line, which ends in '=', may end in padding of Base64.
+/// Returns true if the line, which ends in '=', may end in padding of Base64.
 bool may_be_padded(std::string_view line) {
     return line.size() % 4 == 0 && std::all_of(line.begin(), line.end(), [](char c) {
                return is_letter_or_digit(static_cast<unsigned char>(c)) || c == '+' || c == '/' || c == '=';
@@ -151,10 +151,10 @@ void weigh_line(std::string_view line, Signs& signs) {
 }  // namespace
 
 bool holds_quoted_printable(std::string_view text) {
-    constexpr std::int64_t telling = 3;  // so many weak signs are no chance
+    constexpr std::int64_t telling = 3;  // so many weak signs are not chance
     Signs signs;
     for (std::string_view rest = without_header(text); !rest.empty();) weigh_line(take_line(rest), signs);
-    // Some encoders break lines and let every other '=' stand.
+    // Some encoders break lines but do not escape other '='.
     if (signs.full_breaks >= telling && 4 * signs.full_breaks >= signs.lines) return true;
     const std::int64_t strong = signs.strong + signs.full_breaks;
     const bool enough = strong > 0 || signs.weak >= telling;

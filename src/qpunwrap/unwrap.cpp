@@ -22,20 +22,20 @@ std::string unwrapped_name(const std::string& input) {
     return files::safe_name(std::string(stem).append("-unwrapped").append(extension));
 }
 
-/// Whether `attachment` stands under no header: it begins where the text does, perhaps behind a byte order mark.
+/// Returns true if `attachment` has no header: it begins where the text does, perhaps after a byte order mark.
 bool is_bare(const codec::Attachment& attachment) {
     constexpr std::uint64_t byte_order_mark = 3;
     return !attachment.body.empty() && attachment.body.front().begin <= byte_order_mark;
 }
 
-/// The name that the result of `attachment` gets, which came out of the file `input`.
+/// Returns the name for the result of `attachment`, which comes from the file `input`.
 std::string result_name(const codec::Attachment& attachment, const std::string& input) {
     if (is_bare(attachment)) return unwrapped_name(input);
     if (!attachment.message_text) return attachment.name;
     return files::safe_name(std::string(stem_of(input)).append("-").append(attachment.name));
 }
 
-/// All of a text of `size` bytes as one attachment.
+/// Returns all of a text of `size` bytes as one attachment.
 codec::Attachment whole_text(const std::string& input, std::uint64_t size) {
     codec::Attachment attachment;
     attachment.name = unwrapped_name(input);

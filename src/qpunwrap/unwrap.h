@@ -8,7 +8,7 @@
 
 namespace quill::qpunwrap {
 
-/// What came of one file.
+/// The result for one file.
 struct Unwrapped {
     bool message = false;                ///< it is a message with quoted-printable parts, not bare text
     std::vector<codec::Recovered> made;  ///< the files written beside it
@@ -17,9 +17,9 @@ struct Unwrapped {
 
 /// Undoes quoted-printable (RFC 2045 6.7) in the file at `path`, into new files beside it; never replaces a file.
 ///
-/// Of a message every part that its header calls quoted-printable is written: an attachment under its own name, a text
-/// as `<stem>-message.txt` or the like. A text without such parts that holds quoted-printable all the same is written
-/// as a whole, as `<stem>-unwrapped<.ext>`. A text that holds none makes nothing. Fails where `path` cannot be read.
+/// Writes every part of a message whose header announces quoted-printable: an attachment under its own name, a text as
+/// `<stem>-message.txt` or the like. Writes a text without such parts that contains quoted-printable anyway as a whole,
+/// as `<stem>-unwrapped<.ext>`. Makes nothing of a text that contains none. Fails if `path` cannot be read.
 Result<Unwrapped> unwrap(const std::string& path);
 
 }  // namespace quill::qpunwrap

@@ -30,13 +30,13 @@ std::string chunk(std::string_view type, std::string_view data) {
     return number(static_cast<std::uint32_t>(data.size())) + body + number(crc32(0, body));
 }
 
-/// Returns a color without its alpha multiplied into it.
+/// Returns a color with its alpha divided out.
 char plain_channel(std::uint32_t pixel, unsigned shift) {
     const std::uint32_t alpha = pixel >> 24U, value = pixel >> shift & 0xFFU;
     return static_cast<char>(alpha == 0 ? 0U : std::min((value * 255 + alpha / 2) / alpha, 255U));
 }
 
-/// Returns the rows as PNG has them: a byte 0 for "not filtered", then red, green, blue and alpha of each pixel.
+/// Returns the rows in PNG form: a byte 0 for "not filtered", then red, green, blue and alpha of each pixel.
 std::string rows_of(const platform::Pixels& pixels) {
     std::string rows;
     for (int y = 0; y < pixels.size.height; ++y) {

@@ -38,13 +38,13 @@ int number_in(std::string_view png, std::string_view key) {
     return std::max(value, 0);
 }
 
-/// Returns true where the PNG says that it is of this file as it is now.
+/// Returns true if the PNG states that it is of the current version of this file.
 bool is_of(std::string_view png, const ThumbnailCache::Subject& subject) {
     return text_in(png, address_key) == address_of(subject.path) &&
            text_in(png, time_key) == std::to_string(subject.modified);
 }
 
-/// Makes the directories of a cache that are missing, for the user alone.
+/// Makes the missing directories of a cache, accessible only to the user.
 void make_directories(const std::string& path) {
     constexpr mode_t of_owner = 0700;
     if (files::is_directory(path) || files::is_root(path)) return;

@@ -11,7 +11,7 @@
 namespace quill::viewer {
 namespace {
 
-/// Which picture is being copied, from how many bytes of the album are written.
+/// Finds the picture being copied from the number of album bytes written.
 class PlaceInAlbum {
   public:
     explicit PlaceInAlbum(const pics::AlbumRequest& request) : size_(pics::album_size(request)) {

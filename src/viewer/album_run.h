@@ -5,14 +5,14 @@
 
 namespace quill::viewer {
 
-/// What came of writing an album.
+/// The result of writing an album.
 enum class AlbumEnd {
-    made,        ///< it is there
-    name_taken,  ///< a file of its name was there already, and still is
-    not_made     ///< it could not be written, or the user stopped it; there is none
+    made,        ///< the album was written
+    name_taken,  ///< a file of its name existed, and was kept
+    not_made     ///< it could not be written, or the user stopped it; there is no album
 };
 
-/// Writes the album, whose items are measured, and shows how far it is in the progress panel. Reports what went wrong.
+/// Writes the album, whose items are measured, and shows the progress in the progress panel. Reports failures.
 AlbumEnd run_album(shell::Context& context, pics::AlbumRequest request);
 
 }  // namespace quill::viewer

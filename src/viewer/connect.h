@@ -4,8 +4,8 @@
 
 namespace quill::viewer {
 
-/// Fills the routes that lead to pictures: the window that opens them, albums, directories, sets, favorites lists.
-/// `context` must outlive their last call.
+/// Fills the routes to pictures: the window that opens them, albums, directories, sets, favorites lists. `context` must
+/// outlive their last call.
 void provide_viewer(shell::Context& context);
 
 }  // namespace quill::viewer

@@ -20,7 +20,7 @@ void enter_directory(SavPic& w, const std::string& directory) {
     w.File1.set_directory(directory);
 }
 
-/// What became of the pictures of a list.
+/// The result of copying the pictures of a list.
 struct Copied {
     std::size_t renamed = 0;  ///< copied under another name than their own
     std::vector<std::string> failed;
@@ -39,7 +39,7 @@ Copied copy_all(shell::Context& context, SavPic& w, const std::vector<std::strin
     return copied;
 }
 
-/// Reports what is not as the user may expect; nothing where every picture was copied under its own name.
+/// Reports anything unexpected; nothing if every picture was copied under its own name.
 void report(platform::Platform& platform, const Copied& copied) {
     constexpr std::size_t most_named = 10;
     std::string text;

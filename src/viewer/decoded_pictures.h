@@ -12,8 +12,8 @@
 
 namespace quill::viewer {
 
-/// Pictures at their natural size that are decoded ahead: the neighbours of the one that the user looks at. They share
-/// their pixels with the windows that show them.
+/// Pictures at their natural size that are decoded ahead: the neighbours of the visible one. They share their pixels
+/// with the windows that show them.
 class DecodedPictures {
   public:
     using Ready = platform::Pictures::Ready;
@@ -23,14 +23,14 @@ class DecodedPictures {
     DecodedPictures(const DecodedPictures&) = delete;
     DecodedPictures& operator=(const DecodedPictures&) = delete;
 
-    /// Has `paths` decoded when nothing more urgent waits. What is kept or asked for of others is dropped. Those that
+    /// Decodes `paths` when nothing more urgent is waiting. Drops pictures and requests of other files. Pictures that
     /// would take the total beyond `most_bytes` are not kept.
     void decode_ahead(const std::vector<std::string>& paths);
 
-    /// Keeps a picture that is shown now: going back to it takes no decoding.
+    /// Keeps a visible picture: going back to it needs no decoding.
     void keep(const std::string& path, const platform::Picture& picture) { take(path, picture); }
 
-    /// The picture of the file at `path` where it is decoded already and the file is as it was; nullptr else.
+    /// Returns the picture of the file at `path` if it is decoded and the file is unchanged; else nullptr.
     const platform::Picture* find(const std::string& path) const;
 
     static constexpr std::size_t most_bytes = std::size_t{192} << 20U;
@@ -38,7 +38,7 @@ class DecodedPictures {
   private:
     struct Kept {
         platform::Picture picture;
-        std::optional<files::FileStamp> stamp;  ///< of the file when its picture came
+        std::optional<files::FileStamp> stamp;  ///< of the file when its picture was decoded
     };
 
     void take(const std::string& path, const platform::Picture& picture);

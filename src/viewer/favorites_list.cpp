@@ -12,7 +12,7 @@
 namespace quill::viewer {
 namespace {
 
-/// A line with the bytes that end it.
+/// A line and the bytes that end it.
 struct Line {
     std::string_view text;
     std::string_view whole;
@@ -40,30 +40,30 @@ std::vector<std::string_view> fields_of(std::string_view line) {
     return fields;
 }
 
-/// The paths on a line, as they are written there.
+/// Returns the paths on a line, as written there.
 std::vector<std::string_view> paths_on(const std::string& directory, std::string_view line) {
     if (line.empty() || line.starts_with('#')) return {};
     if (files::file_size(absolute_in(directory, line))) return {line};
     return fields_of(line);
 }
 
-/// The line end that the list uses.
+/// Returns the line end that the list uses.
 std::string_view line_end_of(std::string_view bytes) {
     return text::is_unix_text(bytes) ? "\n" : "\r\n";
 }
 
-/// The path as the list writes it.
+/// Returns the path as the list writes it.
 std::string written_path(const std::string& list, const std::string& picture) {
     const std::string below = files::join(files::dir_of(list), "");
     return picture.starts_with(below) ? picture.substr(below.size()) : picture;
 }
 
-/// What stays of a line without `picture`: all its bytes where it does not name it.
+/// Returns the rest of a line without `picture`: all its bytes if the line does not name it.
 std::string without(const std::string& directory, const Line& line, const std::string& picture,
                     std::string_view line_end) {
     const std::vector<std::string_view> paths = paths_on(directory, line.text);
     const auto names_it = [&](std::string_view path) { return is_same_picture(absolute_in(directory, path), picture); };
-    // A picture that is gone can't be known from the fields of a line that has commas.
+    // A picture that no longer exists can't be recognised among the fields of a line with commas.
     if (names_it(line.text)) return {};
     if (std::none_of(paths.begin(), paths.end(), names_it)) return std::string(line.whole);
     std::string rest;

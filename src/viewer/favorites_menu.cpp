@@ -34,7 +34,7 @@ bool is_passing(const shell::Session& session, const std::string& path) {
     return path.starts_with(files::join(album_directory(session), ""));
 }
 
-/// Whether pictures of albums are to be copied; asked once while the frame is open.
+/// Returns true if pictures of albums may be copied; asks once while the frame is open.
 bool may_copy(shell::Context& context, const std::string& directory) {
     std::optional<bool>& answer = show_frame(context).copies_album_pictures;
     if (!answer) {
@@ -46,7 +46,7 @@ bool may_copy(shell::Context& context, const std::string& directory) {
     return *answer;
 }
 
-/// The path that goes on the list for the picture at `path`; empty for none.
+/// Returns the path to put on the list for the picture at `path`; empty for none.
 std::string lasting_path(shell::Context& context, const std::string& path) {
     if (!is_passing(context.session, path)) return path;
     const std::string directory = shell::in_parent_directory(context.session, "favorite pictures");

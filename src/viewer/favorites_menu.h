@@ -8,15 +8,15 @@ namespace quill::viewer {
 struct frmPic;
 struct tittwo;
 
-/// Gives the items of a Favorites menu (1 to 7, 2 and 6 are lines) their captions and actions.
+/// Sets the captions and actions of a Favorites menu's items (1 to 7, 2 and 6 are lines).
 void caption_favorites(controls::ControlArray<controls::MenuItem>& items);
 void wire_favorites(shell::Context& context, controls::ControlArray<controls::MenuItem>& items);
 
-/// Adds the window's picture to the current list. One that was unpacked from an album is copied to a lasting place
-/// first, if the user agrees.
+/// Adds the window's picture to the current list. A picture unpacked from an album is first copied to a permanent
+/// place, if the user agrees.
 void add_picture_to_favorites(frmPic& window);
 
-/// Removes the picture clicked last from the current list.
+/// Removes the last clicked picture from the current list.
 void remove_selected_favorite(tittwo& column);
 
 /// Explains lists, the column's tabs, albums and books.

@@ -9,7 +9,7 @@
 
 namespace quill::viewer {
 
-/// A long run that is shown in the progress panel, a window of its own.
+/// A long run shown in the progress panel, a separate window.
 class FileRun {
   public:
     FileRun(shell::Context& context, const std::string& doing);
@@ -17,10 +17,10 @@ class FileRun {
     FileRun(const FileRun&) = delete;
     FileRun& operator=(const FileRun&) = delete;
 
-    /// Shows how much of the file is done. Returns false where the user wants no more of it.
+    /// Shows how much of the file is done. Returns false if the user wants to stop.
     bool goes_on(std::uint64_t done, std::uint64_t total);
 
-    /// The same where the file is number `index`, from 0, of `count`.
+    /// Does the same for file number `index`, from 0, of `count`.
     bool goes_on(std::uint64_t done, std::uint64_t total, std::size_t index, std::size_t count);
 
   private:

@@ -27,17 +27,17 @@ void report_failure(platform::Platform& platform, const std::string& path, const
                       : files::name_of(path) + " could not be opened: " + error.text + ".");
 }
 
-/// Takes away what an earlier album left under the name, but never the album itself.
+/// Removes an earlier album's file of that name, but never the album itself.
 std::string free_path(const shell::Session& session, const pics::Album& album, const std::string& name) {
     std::string path = files::join(album_directory(session), name);
     if (!files::same_file(path, album.path())) files::remove_file(path);
     return path;
 }
 
-/// What came of unpacking an album.
+/// The result of unpacking an album.
 struct UnpackedAlbum {
-    std::vector<std::string> names;  ///< of the files made, thumbnails first
-    std::size_t not_whole = 0;       ///< pictures that are damaged, or not there
+    std::vector<std::string> names;  ///< of the new files, thumbnails first
+    std::size_t not_whole = 0;       ///< pictures that are damaged or missing
     bool stopped = false;
 };
 

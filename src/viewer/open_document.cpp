@@ -13,10 +13,10 @@
 namespace quill::viewer {
 namespace {
 
-// Where a window comes up until its picture is there, in twips: each beside the one before.
+// The position of a window until its picture is ready, in twips: each beside the previous one.
 constexpr int first_left = 1815, cascade_step = 360, cascade_steps = 8;
 
-/// The row of the column's list whose picture the window shows.
+/// Returns the row of the column's list whose picture the window shows.
 std::optional<std::size_t> row_of(const tittwo& column, const std::string& path) {
     if (column.current && picture_of_row(column, *column.current).path == path) return column.current;
     for (std::size_t row = 0; row < source_list(column).count(); ++row) {
@@ -25,7 +25,7 @@ std::optional<std::size_t> row_of(const tittwo& column, const std::string& path)
     return std::nullopt;
 }
 
-/// Keeps the picture that the window shows now, and has its neighbours decoded.
+/// Keeps the visible picture of the window, and decodes its neighbours.
 void decode_neighbours(frmPic& w, const platform::Picture& picture) {
     frmMDI* const frame = w.context.windows.loaded<frmMDI>();
     const tittwo* const column = w.context.windows.loaded<tittwo>();
@@ -47,7 +47,7 @@ void take_picture(frmPic& w, const platform::Picture& picture) {
     decode_neighbours(w, picture);
 }
 
-/// Runs `ready` with the picture of the file: at once where it was decoded ahead.
+/// Runs `ready` with the picture of the file: at once if it was decoded ahead.
 void with_picture(frmPic& w, const platform::Pictures::Ready& ready) {
     platform::Pictures& pictures = w.context.platform.pictures();
     if (w.ticket != 0) pictures.cancel(std::exchange(w.ticket, 0));
@@ -61,7 +61,7 @@ void with_picture(frmPic& w, const platform::Pictures::Ready& ready) {
     }
 }
 
-/// The column is loaded by the first look at its width.
+/// Returns the column's width; the first call loads the column.
 int column_width(shell::Context& context) {
     return show_column(context).width;
 }

@@ -45,7 +45,7 @@ void show_preview(frmOpen& w) {
         });
 }
 
-/// Goes to a directory; one that can't be entered leaves the window where it is.
+/// Goes to a directory; if it can't be entered, the window stays in its own.
 void enter_directory(frmOpen& w, const std::string& directory) {
     if (files::change_directory(directory)) {
         w.Dir1.path = directory;

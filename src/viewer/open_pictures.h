@@ -9,19 +9,19 @@
 
 namespace quill::viewer {
 
-/// The window through which pictures come into the viewer: a directory, a picture or an album.
+/// The window that brings pictures into the viewer: a directory, a picture or an album.
 struct frmOpen : controls::Window {
     controls::DriveListBox Drive1;  // drive
-    controls::DirListBox Dir1;      // directory; the process's current one follows
+    controls::DirListBox Dir1;      // directory; also becomes the process's current one
     controls::FileListBox File1;    // its pictures
     controls::CheckBox all_kinds;   // list every kind of picture
-    controls::ListBox List1;        // directories to show in the column; never seen
+    controls::ListBox List1;        // directories to show in the column; never shown
     controls::Button Command1;      // open
     controls::Button Command2;      // cancel
     ShownPicture preview;           // picture selected
-    controls::Label note;           // what is known of it
+    controls::Label note;           // facts about it
 
-    platform::Pictures::Ticket ticket = 0;  ///< of the request for the preview; 0 where none waits
+    platform::Pictures::Ticket ticket = 0;  ///< of the request for the preview; 0 if none is waiting
 
     explicit frmOpen(shell::Context& shared);
     ~frmOpen() override;
@@ -32,7 +32,7 @@ struct frmOpen : controls::Window {
 /// Shows the window, in the frame.
 frmOpen& show_open_pictures(shell::Context& context);
 
-/// Closes it where it is open.
+/// Closes it if it is open.
 void close_open_pictures(shell::Context& context);
 
 /// Names every control once: f(name, role, control).

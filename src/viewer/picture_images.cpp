@@ -8,10 +8,10 @@
 namespace quill::viewer {
 namespace {
 
-// Milliseconds. Frames that state next to no time are meant to be shown for the usual one, as web browsers do.
+// Milliseconds. Frames with almost no stated time are meant to be shown for the usual one, as web browsers do.
 constexpr int least_stated = 10, usual_time = 100, least_time = 20;
 
-/// Returns what the window says of a picture that is not whole.
+/// Returns the window's note on an incomplete picture.
 std::string note_on(const platform::Picture& picture) {
     switch (picture.state) {
         case platform::PictureState::whole:
@@ -42,7 +42,7 @@ void ask(frmPic& w, std::size_t index, const platform::Pictures::Ready& ready) {
 
 void show_next_frame(frmPic& w);
 
-/// Has the next frame decoded while this one is shown; ends the animation after its last round.
+/// Decodes the next frame while this one is shown; ends the animation after its last round.
 void ask_for_next_frame(frmPic& w) {
     std::size_t next = w.images.shown + 1;
     if (next >= w.images.count) {

@@ -2,23 +2,23 @@
 
 #include "viewer/picture_window.h"
 
-/// What a picture window shows of a file with several images: frames of an animation one after the other, or the page
+/// The images that a picture window shows of a file with several: frames of an animation one after another, or the page
 /// that the user chooses.
 namespace quill::viewer {
 
-/// Shows a picture at its natural size, and a word below it where it is not whole.
+/// Shows a picture at its natural size, with a note below it if it is incomplete.
 void show_pixels(frmPic& window, const platform::Picture& picture);
 
-/// Begins with the first image of a file, which is shown: runs the animation, or offers the pages.
+/// Starts with the first image of a file, which is shown: runs the animation, or offers the pages.
 void begin_images(frmPic& window, const platform::Picture& first);
 
-/// Shows the page `step` pages on, if there is one.
+/// Shows the page `step` pages further, if there is one.
 void turn_page(frmPic& window, int step);
 
-/// The time of a frame is over.
+/// Handles the end of a frame's time.
 void end_frame(frmPic& window);
 
-/// Stops the animation where it is, and drops what is asked for.
+/// Stops the animation at its frame, and drops pending requests.
 void stop_images(frmPic& window);
 
 }  // namespace quill::viewer

@@ -28,7 +28,7 @@ constexpr std::array<ZoomLevel, 19> levels = {{{"20% (1 to 5)", 0.2},
                                                {"450% (4.5 to 1)", 4.5},
                                                {"500% (5 to 1)", 5}}};
 
-// Twips that the window's frame takes of its width and height: around the picture when it opens, around the pane later.
+// Width and height of the window's frame in twips: around the picture when it opens, around the pane later.
 constexpr int frame_width = 120, frame_height = 500;
 constexpr int pane_frame_width = 270, pane_frame_height = 650;
 constexpr int bar_gap = 40;  // between the pane and a scroll bar
@@ -50,7 +50,7 @@ void fill_pane(frmPic& w) {
     w.Image1.left = w.Image1.top = 0;
 }
 
-/// Puts a bar at its beginning, and the picture with it.
+/// Moves a bar, and the picture with it, to the beginning.
 void begin_bar(PaneBar& bar, double hidden_pixels, float& place) {
     bar.visible = true;
     bar.maximum = static_cast<std::size_t>(std::max(1L, std::lround(hidden_pixels)));
@@ -63,7 +63,7 @@ void move_bar(PaneBar& bar, double to) {
     bar.value = static_cast<std::size_t>(std::lround(std::clamp(to, 1.0, static_cast<double>(bar.maximum))));
 }
 
-/// Where on the picture, in parts of its displayed length, the pixel `at` of the pane is.
+/// Returns the position of the pane's pixel `at` on the picture, as a fraction of its displayed length.
 double part_at(double at, const PaneBar& bar, double length) {
     const double scrolled = bar.visible ? static_cast<double>(bar.value) : 0;
     return length > 0 ? (at + scrolled) / length : 0;

@@ -2,26 +2,26 @@
 
 #include "viewer/picture_window.h"
 
-/// The arithmetic of a picture window: how large its picture is drawn, and what of it is in sight. Nothing here changes
-/// a file. Windows are measured in twips, pictures in the screen's own pixels.
+/// The arithmetic of a picture window: how large its picture is drawn, and which part of it is visible. Nothing here
+/// changes a file. Windows are measured in twips, pictures in the screen's own pixels.
 namespace quill::viewer {
 
-/// A zoom level as the menus name it. The factor decides, also where it differs from the caption.
+/// A zoom level of the menus. The factor decides, even if the caption differs.
 struct ZoomLevel {
     const char* caption;
     double factor;  ///< of the natural size
 };
 
-/// Level `i`, from 1 to 19.
+/// Returns level `i`, from 1 to 19.
 const ZoomLevel& zoom_level(int i);
 
-/// Gives the pane what the window leaves it, and shows the scroll bars that the picture needs, at their beginnings.
+/// Gives the pane the window's free area, and shows the scroll bars that the picture needs, at their beginnings.
 void lay_out(frmPic& window);
 
-/// A scroll bar was moved: the picture follows.
+/// Moves the picture after a scroll bar was moved.
 void follow_scroll_bars(frmPic& window);
 
-/// Makes the picture larger or smaller by a tenth of its displayed size.
+/// Make the picture larger or smaller by a tenth of its displayed size.
 void zoom_in(frmPic& window);
 void zoom_out(frmPic& window);
 
@@ -29,29 +29,29 @@ void zoom_out(frmPic& window);
 void set_zoom_level(frmPic& window, int i);
 
 /// Displays the picture at `factor` of the displayed size, so that the point `x`, `y` of the pane (in pixels from its
-/// top left corner) stays where it is.
+/// top left corner) stays in place.
 void zoom_at(frmPic& window, double factor, double x, double y);
 
-/// Displays the picture at its natural size, the middle of the pane staying where it is.
+/// Displays the picture at its natural size, keeping the middle of the pane in place.
 void zoom_to_natural_size(frmPic& window);
 
-/// Displays the picture as large as the pane allows, in its proportions, but not larger than it is.
+/// Displays the picture as large as the pane allows, in its proportions, but not enlarged.
 void zoom_to_fit(frmPic& window);
 
-/// Moves the picture in its pane by pixels to the right and down.
+/// Moves the picture in its pane right and down, in pixels.
 void pan(frmPic& window, double right, double down);
 
-/// Changes between the fit mode and the normal one.
+/// Switches between the fit mode and the normal one.
 void toggle_fit_mode(frmPic& window);
 
-/// Mirrors what is displayed.
+/// Mirrors the displayed picture.
 void flip(frmPic& window, Axis axis);
 
-/// The limits that the screen sets to a window when it opens.
+/// The limits of the screen for a new window.
 struct Placing {
-    int below = 0;           ///< twips of the screen's height that stay free
-    int beside = 0;          ///< twips of the screen's width that stay free
-    bool at_column = false;  ///< the window begins at the column's right edge in any case
+    int below = 0;           ///< twips of the screen's height to keep free
+    int beside = 0;          ///< twips of the screen's width to keep free
+    bool at_column = false;  ///< the window always begins at the column's right edge
 };
 
 constexpr Placing from_column{1300, 200, false};

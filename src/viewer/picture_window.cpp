@@ -121,7 +121,7 @@ void wire_file_menu(frmPic& w) {
     w.mend.click = w.close = [&w] { close_picture_window(w); };
 }
 
-/// Mirrors the picture; an animation stays where it is, since its next frame would be as it was.
+/// Mirrors the picture; an animation does not change, since its next frame would not be mirrored.
 void flip_still(frmPic& w, Axis axis) {
     stop_images(w);
     flip(w, axis);

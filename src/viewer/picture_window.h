@@ -17,31 +17,31 @@ struct PaneBar : controls::ScrollBar {
     std::size_t small_change = 1, large_change = 20;
 };
 
-/// Where a window is in a file of several images.
+/// The position in a file of several images.
 struct ImageRun {
     std::size_t shown = 0;
     std::size_t count = 1;
-    int repeats = 0;                             ///< rounds of an animation that are left; -1: for ever
-    platform::Pictures::Ticket ticket = 0;       ///< of the request for another image; 0 where none waits
+    int repeats = 0;                             ///< remaining rounds of an animation; -1: for ever
+    platform::Pictures::Ticket ticket = 0;       ///< of the request for another image; 0 if none is waiting
     std::optional<platform::Picture> next = {};  ///< the animation's next frame, decoded ahead
     std::size_t next_index = 0;
-    bool overdue = false;  ///< the next frame is to be shown as soon as it is there
+    bool overdue = false;  ///< show the next frame as soon as it is decoded
 };
 
 /// A window that shows one picture. Its arithmetic is in picture_layout.h, its opening in open_document.h.
 struct frmPic : controls::Window {
     std::string Tag;             // number of its slot in PicsTable
-    controls::Label Label1;      // directory of the picture; empty where it can't go on a favorites list; never seen
-    controls::Picture Picture1;  // pane that the picture is clipped by
-    ShownPicture Image1;         // picture as displayed
-    ShownPicture Image20;        // the same as it was loaded; never seen
+    controls::Label Label1;      // directory of the picture; empty if it can't go on a favorites list; never shown
+    controls::Picture Picture1;  // pane that clips the picture
+    ShownPicture Image1;         // displayed picture
+    ShownPicture Image20;        // the same as loaded; never shown
     PaneBar HScroll1;            // scrolls across
     PaneBar VScroll1;            // scrolls down
-    controls::Picture opb;       // source of a flip; never seen
-    controls::Picture npb;       // result of a flip; never seen
-    controls::Label note;        // why there is no picture, or only a part of one
+    controls::Picture opb;       // source of a flip; never shown
+    controls::Picture npb;       // result of a flip; never shown
+    controls::Label note;        // why the picture is missing or incomplete
     controls::Timer frame_time;  // of a frame of an animation
-    controls::Frame pages;       // choice of a page, where there are several
+    controls::Frame pages;       // choice of a page, if there are several
     controls::Button page_back;
     controls::Button page_on;
     controls::Label page_number;  // "Page 1 of 3"
@@ -73,8 +73,8 @@ struct frmPic : controls::Window {
     controls::MenuItem gbh;                                                  // line
     controls::ControlArray<controls::MenuItem> mdm{0, 1, 2, 3, 4, 5, 6, 7};  // gamma to contrast; 2 and 5 are lines
     controls::MenuItem wins;                                                 // menu Window: the windows of the frame
-    controls::MenuItem tile;                                                 // picture windows beside each other
-    controls::MenuItem cascade;                                              // picture windows over each other
+    controls::MenuItem tile;                                                 // picture windows side by side
+    controls::MenuItem cascade;                                              // overlapping picture windows
     controls::MenuItem tabs;                                                 // picture windows as pages behind tabs
     controls::MenuItem hlm;                                                  // menu Help
     controls::ControlArray<controls::MenuItem> h{1, 3, 5};                   // its items
@@ -86,8 +86,8 @@ struct frmPic : controls::Window {
     controls::ControlArray<controls::MenuItem> scm{1, 2};                               // fit mode, normal mode
     controls::ControlArray<controls::MenuItem> fhv{1, 2};                               // the flips
 
-    std::string path;                       ///< of the picture shown
-    platform::Pictures::Ticket ticket = 0;  ///< of the request for the picture; 0 where none waits
+    std::string path;                       ///< of the picture
+    platform::Pictures::Ticket ticket = 0;  ///< of the request for the picture; 0 if none is waiting
     ImageRun images = {};
     bool full_screen = false;
 
@@ -97,13 +97,13 @@ struct frmPic : controls::Window {
     shell::Context context;
 };
 
-/// Closes the window. Its slot is not used again.
+/// Closes the window. Its slot is not reused.
 void close_picture_window(frmPic& window);
 
-/// What the menu File does when it opens.
+/// Updates the menu File when it opens.
 void open_file_menu(frmPic& window);
 
-/// Has the user choose where the picture's file is copied to.
+/// Lets the user choose where to copy the picture's file.
 void save_copy(frmPic& window);
 
 /// Names every control once: f(name, role, control).

@@ -5,7 +5,7 @@
 
 namespace quill::viewer {
 
-/// The window that manages the favorites lists and copies their pictures; other areas show its progress panel alone.
+/// The window that manages the favorites lists and copies their pictures; other areas show only its progress panel.
 struct SavPic : controls::Window {
     controls::Picture Picture1;     // panel of the copy job
     controls::DriveListBox Drive1;  // drive to copy to
@@ -16,10 +16,10 @@ struct SavPic : controls::Window {
     controls::Button Command2;      // leave the copy job
 
     controls::Frame Frame2;       // panel of the lists
-    controls::Label Label3;       // what a double click does
+    controls::Label Label3;       // explains a double click
     controls::ListBox List1;      // names of the lists
-    controls::FileListBox File2;  // their files; never seen
-    controls::Label Label4;       // how many pictures are on the list
+    controls::FileListBox File2;  // their files; never shown
+    controls::Label Label4;       // number of pictures on the list
     controls::Button Command6;    // create a list
     controls::Button Command7;    // delete the list
     controls::Button Command8;    // edit the list
@@ -33,9 +33,9 @@ struct SavPic : controls::Window {
     controls::Picture Picture3;  // bar of the current file
     controls::Picture Picture2;  // its filled part
     controls::Label Label5;      // percent of the current file
-    controls::Label doing;       // what is being done
+    controls::Label doing;       // current step
     controls::Button stop;       // stop it
-    bool stop_wanted = false;    // it was pressed
+    bool stop_wanted = false;    // the button was pressed
 
     SavPic();
 };
@@ -43,10 +43,10 @@ struct SavPic : controls::Window {
 /// The length of a full bar, in twips.
 constexpr int full_bar = 3750;
 
-/// Loads the window with none of its panels shown, in the middle of the screen.
+/// Loads the window in the middle of the screen, with all of its panels hidden.
 SavPic& load_pictures_window(shell::Context& context);
 
-/// Loads the window with nothing but its progress panel and shows it.
+/// Loads the window with only its progress panel and shows it.
 SavPic& show_progress_panel(controls::Windows& windows);
 
 /// Names every control once: f(name, role, control).

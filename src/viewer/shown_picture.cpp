@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t pixel_bytes = 4;
 
-/// Copies the pixels of one row, the last one first.
+/// Copies the pixels of one row in reverse order.
 void copy_reversed(const std::uint8_t* from, std::uint8_t* to_end, int count) {
     for (int i = 0; i < count; ++i) {
         to_end -= pixel_bytes;

@@ -19,17 +19,17 @@ enum class CellKind : std::uint8_t {
     nothing,  ///< an empty cell, or a file of a kind that is not shown
     picture,  ///< the picture, scaled to the cell
     icon,     ///< the picture at its own size
-    other     ///< a file of a known kind that is no picture: the cell stays blank
+    other     ///< a file of a known kind that is not a picture: the cell stays blank
 };
 
-/// The kind of the file called `name`, by its last three letters.
+/// Returns the kind of the file called `name`, by its last three letters.
 CellKind cell_kind(std::string_view name);
 
 enum class MouseButton : std::uint8_t { left, right };
 
 /// One cell of the column.
 struct PictureCell : controls::Picture {
-    std::string item;  ///< the list's row that it shows; empty for none
+    std::string item;  ///< the row of the list that it shows; empty for none
     CellKind kind = CellKind::nothing;
     bool stretch = false;  ///< the picture is scaled to the cell
 };
@@ -40,14 +40,14 @@ struct Tab : controls::Label {
     controls::Action right_press;
 };
 
-/// The column of thumbnails at the left of the frame: the pictures of directories, of an album, of a set, or of the
-/// current favorites list.
+/// The column of thumbnails at the left of the frame: the pictures of directories, an album, a set, or the current
+/// favorites list.
 struct tittwo : controls::Window {
     controls::ControlArray<PictureCell> Image7{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13};  // cells
     controls::ScrollBar VScroll1;              // the list's row in cell 0
     controls::ControlArray<Tab> Label1{0, 1};  // tabs Files and Favorites
-    controls::FileListBox File1;               // lists a directory; never seen
-    controls::ListBox List2;                   // directories chosen; never seen
+    controls::FileListBox File1;               // lists a directory; never shown
+    controls::ListBox List2;                   // chosen directories; never shown
     controls::ListBox List3;                   // pictures of the directories, or of a set
     controls::ListBox List1;                   // pictures of the album, or of the favorites list
     controls::Button Image1;                   // closes the column
@@ -70,19 +70,19 @@ struct tittwo : controls::Window {
     controls::MenuItem ze;                                                            // menu of a right click
     controls::ControlArray<controls::MenuItem> remv{1, 2};                            // remove from the list, delete
 
-    int cellpage = 0;                    ///< cells that are painted
-    std::string selpath;                 ///< path of the thumbnail clicked last
+    int cellpage = 0;                    ///< number of painted cells
+    std::string selpath;                 ///< path of the last clicked thumbnail
     std::vector<std::string> set;        ///< pictures shown instead of those of directories
-    bool at_back = false;                ///< it lies below the picture windows
-    std::optional<std::size_t> current;  ///< the row that the keyboard is on
-    /// The rows that a view shows, where that is more than the page.
+    bool at_back = false;                ///< it is below the picture windows
+    std::optional<std::size_t> current;  ///< the row with the keyboard focus
+    /// The rows that a view shows, if they are more than the page.
     struct Sight {
         std::size_t first = 0, count = 0;
     };
     std::optional<Sight> sight;
     Thumbnails thumbnails;
 
-    /// What the lists were built from, so that they are built again only when that has changed.
+    /// The sources of the lists, so that they are rebuilt only after a change.
     struct Stamp {
         std::vector<std::filesystem::file_time_type> times;
         std::vector<std::string> of;
@@ -96,16 +96,15 @@ struct tittwo : controls::Window {
     shell::Context context;
 };
 
-/// Cells on a page of a screen of that height, in twips.
+/// Returns the cells on a page for a screen of that height, in twips.
 int cells_of_page(int screen_height);
 
 bool shows_favorites(const tittwo& column);
 
-/// The list that feeds the cells.
+/// Returns the list that feeds the cells.
 const controls::ListBox& source_list(const tittwo& column);
 
-/// The path and the title of a row of that list: what its picture is opened from, and by which name. Empty for a row
-/// that is not there.
+/// The path and the title of a row of that list, to open its picture. Empty for a missing row.
 struct PictureName {
     std::string path, title;
 };
@@ -114,7 +113,7 @@ PictureName picture_of_row(const tittwo& column, std::size_t row);
 /// Returns the column, loaded and shown.
 tittwo& show_column(shell::Context& context);
 
-/// Unloads the column, and with it ends the use of an open album.
+/// Unloads the column, and with it closes an open album.
 void unload_column(shell::Context& context);
 
 /// Rebuilds the pictures of the chosen directories, of the open album, or of the favorites list, and paints the page.
@@ -125,24 +124,24 @@ void loadfavlist(tittwo& column);
 /// Rebuilds the list that feeds the cells, and paints the page.
 void refresh_column(tittwo& column);
 
-/// The page was scrolled: paints it, from lists rebuilt where what they come from has changed.
+/// Paints the page after scrolling, rebuilding lists whose sources have changed.
 void scroll_column(tittwo& column);
 
-/// A view shows `count` rows from `first` on: their thumbnails are decoded, and the page begins there.
+/// Handles a view of `count` rows from `first`: decodes their thumbnails, and moves the page there.
 void look_at_rows(tittwo& column, std::size_t first, std::size_t count);
 
-/// Turns to the tab: 0 Files, 1 Favorites.
+/// Switches to a tab: 0 Files, 1 Favorites.
 void choose_tab(tittwo& column, int tab);
 
-/// A click on a cell of the page, or on a row of the list: opens its picture, or the menu of a right click. Returns
-/// true where that menu is to be shown.
+/// Handles a click on a cell of the page, or on a row of the list: opens its picture, or the menu of a right click.
+/// Returns true if that menu must be shown.
 bool click_cell(tittwo& column, int cell, MouseButton button);
 bool click_row(tittwo& column, std::size_t row, MouseButton button);
 
-/// Asks, and moves the picture clicked last to the trash.
+/// Asks, and moves the last clicked picture to the trash.
 void delete_selected(tittwo& column);
 
-/// Shows the pictures among `paths` in the column, as one set.
+/// Shows the pictures among `paths` in the column as one set.
 void show_set(shell::Context& context, const std::vector<std::string>& paths);
 
 /// Shows the window that opens pictures, to add a directory to those of the column.

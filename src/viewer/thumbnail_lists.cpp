@@ -15,7 +15,7 @@
 namespace quill::viewer {
 namespace {
 
-/// The last three letters of a name, and what they mean.
+/// The last three letters of a name, and their meaning.
 struct KindRow {
     std::string_view ending;
     CellKind kind;
@@ -43,7 +43,7 @@ tittwo::Stamp stamp_of(std::vector<std::string> paths) {
     return stamp;
 }
 
-/// What the list that feeds the cells would be built from now.
+/// Returns the current sources of the list that feeds the cells.
 tittwo::Stamp current_stamp(const tittwo& w) {
     if (shows_favorites(w)) return stamp_of({w.context.session.FavListPath});
     return w.context.session.PicsMode == 0 ? stamp_of(w.List2.items()) : tittwo::Stamp();
@@ -66,7 +66,7 @@ void paintcell(tittwo& w, const std::string& item, int cell) {
     if (to.kind == CellKind::picture) to.stretch = true;
 }
 
-/// Has the thumbnails in sight decoded, and those of their neighbours after them.
+/// Decodes the visible thumbnails, then their neighbours.
 void look_at(tittwo& w, const controls::ListBox& list, std::size_t first, std::size_t shown) {
     const auto& items = list.items();
     const auto part = [&](std::size_t from, std::size_t to) {
@@ -93,7 +93,7 @@ void paintpage(tittwo& w, const controls::ListBox& list, std::size_t counted) {
     w.sight ? look_at(w, list, w.sight->first, w.sight->count) : look_at(w, list, first, shown);
 }
 
-/// An album with thumbnails lies twice in its directory.
+/// An album with thumbnails has two files for each picture.
 std::size_t counted_files(const tittwo& w) {
     const std::size_t count = w.List3.count();
     return w.context.session.PicsMode == 2 ? (count + 1) / 2 : count;
@@ -174,7 +174,7 @@ void getps(tittwo& w) {
 }
 
 void loadfavlist(tittwo& w) {
-    static_cast<void>(make_favorites_list(w.context.session.FavListPath));  // without a list, none is shown
+    static_cast<void>(make_favorites_list(w.context.session.FavListPath));  // without a list, nothing is shown
     rebuild(w, build_favorites);
     paintpage(w, w.List1, w.List1.count());
 }

@@ -6,11 +6,11 @@
 #include <string_view>
 #include <type_traits>
 
-/// What goes over the line between the program and a picture worker: one message in each direction for a picture, each
-/// one packet of a Unix socket. Both ends are of one build, so plain structs do; the program still believes no answer.
+/// The messages between the program and a picture worker: one in each direction for a picture, each one packet of a
+/// Unix socket. Both ends are from one build, so plain structs are enough; the program still trusts no answer.
 namespace quill::worker {
 
-/// Says that the worker is ready, and how it has shut itself in. The first message from it.
+/// Reports that the worker is ready, and how it is confined. Its first message.
 struct Hello {
     static constexpr std::uint32_t right_magic = 0x514C5732;
 
@@ -19,29 +19,29 @@ struct Hello {
     std::uint8_t has_landlock = 0;  ///< it can't name files
 };
 
-/// Asks for a picture. The open file goes with it.
+/// Requests a picture. The open file is sent along.
 struct Request {
     std::uint64_t id = 0;
-    std::uint64_t source = 0;  ///< the same number means the same bytes, so that an animation can go on
+    std::uint64_t source = 0;  ///< the same number means the same bytes, so that an animation can continue
     std::uint64_t offset = 0;  ///< of the picture in the file
     std::uint64_t length = 0;
     std::int32_t width = 0;  ///< bounds; 0: none
     std::int32_t height = 0;
     std::uint32_t index = 0;         ///< of the frame, page or image
-    std::uint32_t keeps_colors = 0;  ///< 1: as the file has them, whatever its color profile
+    std::uint32_t keeps_colors = 0;  ///< 1: as in the file, whatever its color profile
 };
 
-/// Why there is no picture, or not all of it.
+/// Why a picture is missing or incomplete.
 enum class Fault : std::uint8_t {
     none,
     not_a_picture,  ///< no format is recognised
-    too_large,      ///< more pixels or memory than are granted
+    too_large,      ///< exceeds the limits on pixels or memory
     no_such_image,  ///< fewer frames or pages than the index
     damaged,        ///< the decoder found errors
     cut             ///< the file ends too early
 };
 
-/// Answers a request; the memory with the pixels goes with it, where there are any.
+/// Answers a request; the memory with the pixels, if any, is sent along.
 struct Answer {
     std::uint64_t id = 0;
     std::uint64_t stride = 0;  ///< bytes of a row
@@ -63,10 +63,10 @@ static_assert(std::is_trivially_copyable_v<Request> && std::is_trivially_copyabl
 /// The descriptor of the worker's end of the line.
 constexpr int line_descriptor = 3;
 
-/// Sends one message with an open file (-1: none). False, with errno set, where it can't be sent.
+/// Sends one message with an open file (-1: none). Returns false, with errno set, if it can't be sent.
 bool send_message(int socket, const void* bytes, std::size_t size, int file);
 
-/// What was received: bytes, and the file that came along (-1: none), which the caller closes.
+/// A received message: its size, and the file that came with it (-1: none), which the caller closes.
 struct Received {
     std::ptrdiff_t size = -1;  ///< 0: the other end is closed; -1: failed, see errno
     int file = -1;

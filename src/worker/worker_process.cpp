@@ -24,7 +24,7 @@ namespace {
 
 constexpr int most_side = 1 << 17;
 
-/// Fault, in its order: what it is called.
+/// Names of the faults, in the order of Fault.
 constexpr std::array<const char*, 6> reasons = {"",
                                                 "the file is not a picture of a known kind",
                                                 "the picture is too large",
@@ -32,7 +32,7 @@ constexpr std::array<const char*, 6> reasons = {"",
                                                 "the file is damaged",
                                                 "the file is cut off"};
 
-/// Returns the pixels in the memory that came with an answer; no bytes where it is not what the answer says.
+/// Returns the pixels in the memory that came with an answer; no bytes if it does not match the answer.
 platform::Pixels mapped_pixels(const Answer& answer, const files::Descriptor& memory) {
     const auto width = static_cast<std::uint64_t>(answer.width);
     const auto height = static_cast<std::uint64_t>(answer.height);
@@ -78,8 +78,8 @@ platform::Picture picture_of(const Answer& answer, const files::Descriptor& memo
     return picture;
 }
 
-/// Starts `program` with `line` as its only descriptor besides the standard ones, which lead nowhere. An empty
-/// environment but for what the libraries need.
+/// Starts `program` with `line` as its only descriptor besides the standard ones, which are discarded. The environment
+/// holds only what the libraries need.
 Result<pid_t> spawn(const std::string& program, int line) {
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
@@ -103,7 +103,8 @@ Result<pid_t> spawn(const std::string& program, int line) {
 
 std::string find_worker() {
     const std::string here = files::dir_of(files::resolved("/proc/self/exe"));
-    // Installed beside the program or in the system's place for inner programs; in a build, in the folder of its own.
+    // Installed beside the program or in the system's directory for internal programs; in a build, in its own
+    // directory.
     for (const char* place : {"quillpicture", "../libexec/quillbright/quillpicture", "../picture/quillpicture"}) {
         if (std::string path = files::join(here, place); files::is_executable(path)) return path;
     }
@@ -114,8 +115,7 @@ Result<WorkerProcess> WorkerProcess::start(const std::string& program) {
     std::array<int, 2> ends = {};
     if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0) return system_error(errno);
     files::Descriptor own(ends[0]);
-    // Above the standard descriptors and the line's own, so that putting it there always makes a copy without
-    // close-on-exec.
+    // Above the standard descriptors and the line's own, so that dup2 there always makes a copy without close-on-exec.
     const files::Descriptor its(fcntl(ends[1], F_DUPFD_CLOEXEC, line_descriptor + 1));
     close(ends[1]);
     const Result<pid_t> process = spawn(program, its.get());

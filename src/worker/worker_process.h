@@ -12,36 +12,36 @@
 
 namespace quill::worker {
 
-/// Returns the path of the worker's program beside the running one; empty where it is missing.
+/// Returns the path of the worker's program beside the running one; empty if it is missing.
 std::string find_worker();
 
 /// A running picture worker, ended with this object. It decodes one picture at a time.
 class WorkerProcess {
   public:
-    /// Starts `program`; what it says first comes as a Hello. Fails with the system's reason.
+    /// Starts `program`; its first message is a Hello. Fails with the system's reason.
     static Result<WorkerProcess> start(const std::string& program);
 
     WorkerProcess(WorkerProcess&& other) noexcept;
     WorkerProcess& operator=(WorkerProcess&& other) noexcept;
     ~WorkerProcess();
 
-    /// The end of the line that can be polled for answers.
+    /// Returns the end of the line that can be polled for answers.
     int line() const { return line_.get(); }
     pid_t process() const { return process_; }
 
-    /// Sends a request for a picture in `file`. False where the worker is gone.
+    /// Sends a request for a picture in `file`. Returns false if the worker has ended.
     bool send(const Request& request, int file) const;
 
-    /// Nothing has come yet, or the worker has ended or sent what makes no sense; in both of the latter cases it is of
-    /// no more use.
+    /// Nothing has arrived yet, or the worker has ended or sent an invalid message; after those it can't be used any
+    /// more.
     enum class Nothing { yet, any_more };
-    /// A picture, by the number of its request.
+    /// A picture and the number of its request.
     struct Reply {
         std::uint64_t id = 0;
         platform::Picture picture;
     };
-    /// Takes what has come from the worker, without waiting. Believes nothing: pixels are only given out in memory that
-    /// is sealed and large enough.
+    /// Receives a message from the worker, without waiting. Trusts nothing: passes on pixels only in memory that is
+    /// sealed and large enough.
     std::variant<Nothing, Hello, Reply> receive() const;
 
   private:
@@ -51,17 +51,17 @@ class WorkerProcess {
     files::Descriptor line_;
 };
 
-/// What a picture is decoded from.
+/// The open bytes of a picture.
 struct OpenSource {
     files::Descriptor file;
     std::uint64_t offset = 0;
     std::uint64_t length = 0;
 };
 
-/// Opens the bytes of a source. Fails with the system's reason, and for a range that is not in the file.
+/// Opens the bytes of a source. Fails with the system's reason, and for a range outside the file.
 Result<OpenSource> open_source(const platform::PictureSource& source);
 
-/// Returns the answer for a picture that could not be decoded, and why.
+/// Returns the answer for a picture that could not be decoded, with the reason.
 platform::Picture failed_picture(std::string reason);
 
 }  // namespace quill::worker
