@@ -15,12 +15,12 @@ char* buffer_of(std::unique_ptr<char[]>& buffer) {
 
 }  // namespace
 
-/// The compressed bytes, decrypted on the way.
+/// The compressed bytes, decrypted as they are read.
 class Chain::Source {
   public:
     Source(std::string_view data, Cipher* cipher, char* plain) : data_(data), cipher_(cipher), plain_(plain) {}
 
-    /// Returns what has been read and not used; the next bytes where that is nothing. Empty at the end of the data.
+    /// Returns the bytes read but not used yet; the next ones if there are none. Empty at the end of the data.
     std::string_view bytes() {
         if (!ready_.empty() || data_.empty()) return ready_;
         ready_ = cipher_ == nullptr ? data_ : data_.substr(0, piece);
@@ -40,7 +40,7 @@ class Chain::Source {
 
     std::uint64_t used() const { return used_; }
 
-    /// Decrypts what is left and returns the cipher's answer.
+    /// Decrypts the rest and returns the cipher's verdict.
     std::optional<bool> finish() {
         if (cipher_ == nullptr) return std::nullopt;
         while (!data_.empty()) {
@@ -65,7 +65,7 @@ Passed Chain::run(std::string_view data, Cipher* cipher, Decompressor& method, s
     bool idle = false;
     while (!idle) {
         const std::string_view in = source.bytes();
-        // With all of the content out, one byte of room shows whether there is more.
+        // After all of the content, one byte of room shows whether there is more.
         const std::size_t room = std::clamp<std::uint64_t>(most, 1, piece);
         const Step step = method.step(in, {out, room});
         passed.state = step.state;

@@ -15,20 +15,21 @@ struct Progress {
     std::size_t members_done = 0;
     std::size_t members = 0;
     std::uint64_t bytes_done = 0;
-    std::uint64_t bytes = 0;  ///< as the members' headers or the files state
+    std::uint64_t bytes = 0;  ///< as stated by the members' headers or the files
 };
 
-/// Called periodically with the progress, in the thread that began the run; returns false to cancel it. May be empty.
+/// Is called periodically with the progress, in the thread that began the run; returns false to cancel it. May be
+/// empty.
 using Watch = std::function<bool(const Progress&)>;
 
-/// Counts the bytes of a run and asks its watch about twenty times a second.
+/// Counts the bytes of a run and calls its watch about twenty times a second.
 class WatchKeeper {
   public:
     explicit WatchKeeper(Watch watch) : watch_(std::move(watch)) {}
 
-    /// More bytes will have to be counted.
+    /// Adds bytes that remain to be counted.
     void expect(std::uint64_t bytes) { progress_.bytes += bytes; }
-    /// Counts bytes; returns false from when the watch has said no.
+    /// Counts bytes; returns false once the watch has returned false.
     bool count(std::uint64_t bytes);
     bool goes_on() { return count(0); }
 
@@ -39,7 +40,7 @@ class WatchKeeper {
     bool stopped_ = false;
 };
 
-/// Calls `f` with pieces of `bytes`, each counted by the keeper. Returns false where one of them said no.
+/// Calls `f` with pieces of `bytes`, each counted by the keeper. Returns false as soon as one of them does.
 template <class F>
 bool in_pieces(std::string_view bytes, WatchKeeper& keeper, F&& f) {
     constexpr std::size_t piece = 1U << 20U;

@@ -19,7 +19,7 @@
 namespace quill::zip {
 namespace {
 
-/// Why an entry of a tree can't be added; empty where it can.
+/// Returns why an entry of a tree can't be added; empty if it can.
 std::string obstacle_to(const TreeEntry& entry, const std::string& archive) {
     if (entry.unreadable) return entry.unreadable->text;
     if (entry.kind != EntryKind::file) return {};
@@ -67,10 +67,10 @@ void for_each_directory(const std::string& member, F&& f) {
 /// What has a name already.
 struct Holder {
     std::optional<std::size_t> member;  ///< of the archive
-    std::optional<std::size_t> item;    ///< of those to be added; with a member, it replaces that
+    std::optional<std::size_t> item;    ///< of those to add; with a member, it replaces that member
 };
 
-/// Gives the items their names, one after the other.
+/// Gives the items their names, one after another.
 class Naming {
   public:
     Naming(platform::Platform& platform, const OpenedArchive* opened) : platform_(platform) {

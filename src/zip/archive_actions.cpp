@@ -27,7 +27,7 @@ namespace {
 
 constexpr std::size_t many_to_open = 5;
 
-/// Endings of names that are opened as text.
+/// Name endings that are opened as text.
 constexpr std::array<std::string_view, 3> text_endings = {"txt", ".me", "diz"};
 
 bool is_text(std::string_view name) {
@@ -53,7 +53,7 @@ std::string ready_file(arcview& w, std::size_t row) {
     return {};
 }
 
-/// Warns about a program whose name looks like something else, and returns true where there is such a warning.
+/// Warns about a program disguised by its name, and returns true if there is such a warning.
 bool is_disguised(arcview& w, const std::string& name) {
     const std::optional<Problem> disguise = codec::disguise_of(name, 0);
     if (!disguise) return false;
@@ -61,7 +61,7 @@ bool is_disguised(arcview& w, const std::string& name) {
     return true;
 }
 
-/// What can't go back into the archive is shown to be so by the programs that open it.
+/// Makes a file that can't be saved into the archive read-only, so that programs show it.
 void protect_where_nothing_can_be_saved(const arcview& w, const std::string& path) {
     const bool can_be_saved = w.listed && w.listed->archive.is_sound() && files::is_writable(w.ArchivePath);
     if (can_be_saved) return;
@@ -88,7 +88,7 @@ void open_row(arcview& w, std::size_t row) {
     }
 }
 
-/// The selected rows that have a name to work with.
+/// Returns the selected rows that have a usable name.
 std::vector<std::size_t> named_rows(const arcview& w) {
     std::vector<std::size_t> rows = w.List1.chosen_rows();
     std::erase_if(rows, [&](std::size_t row) {
@@ -98,7 +98,7 @@ std::vector<std::size_t> named_rows(const arcview& w) {
     return rows;
 }
 
-/// Unpacks the added members that lie in directories; the others' files were copied.
+/// Unpacks the added members that are in directories; the others' files were copied.
 void unpack_added(arcview& w, const std::vector<ZipItem>& items) {
     std::set<std::string_view> names;
     for (const ZipItem& item : items) names.insert(item.member);
@@ -111,7 +111,7 @@ void unpack_added(arcview& w, const std::vector<ZipItem>& items) {
     if (!rows.empty()) unpack_rows(w, rows);
 }
 
-/// "letter.txt", or "3 files".
+/// Returns "letter.txt", or "3 files".
 std::string names_of(arcview& w, const std::vector<std::size_t>& rows) {
     return rows.size() == 1 ? text::printable(row_details(w, rows.front()).name) : text::counted(rows.size(), "file");
 }

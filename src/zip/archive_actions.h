@@ -5,27 +5,27 @@
 #include <string>
 #include <vector>
 
-/// What the archive window does with its members.
+/// The archive window's actions on its members.
 namespace quill::zip {
 
-/// Opens the selected members with their own programs. One that was not extracted yet is extracted first. Programs are
-/// never run; an archive opens in a window of its own.
+/// Opens the selected members with their own programs, extracting them first if necessary. Programs are never run; an
+/// archive opens in its own window.
 void OpenMember(arcview& w);
 
 /// Asks, and removes the selected members from the archive. Their files stay in WorkDir.
 void RemoveMember(arcview& w);
 
-/// Shows the file chooser, whose selection is added to the archive.
+/// Shows the file chooser and adds its selection to the archive.
 void zippadd(arcview& w);
 
 /// Shows the rows again after files were added.
 void ziconize(arcview& w);
 
-/// Adds what is at `paths`: files, links as links, directories with all that is in them. Says what can't be added. Asks
-/// where a name is taken.
+/// Adds the entries at `paths`: files, links as links, directories with all their contents. Reports what can't be
+/// added. Asks if a name is taken.
 void add_files(arcview& w, const std::vector<std::string>& paths);
 
-/// Adds items that have names for their members; asks where one is taken.
+/// Adds items that have member names; asks if one is taken.
 void add_items(arcview& w, std::vector<ZipItem> items);
 
 /// What of the selected members is handed to another program.
@@ -40,7 +40,7 @@ Handed files_to_hand_out(arcview& w);
 /// Reports that these members had no file to hand out, and why.
 void report_without_file(arcview& w, const std::vector<std::size_t>& rows);
 
-/// Shows the pictures among the members in the viewer, as one set.
+/// Shows the pictures among the members as one set in the viewer.
 void show_member_pictures(arcview& w);
 
 }  // namespace quill::zip

@@ -20,7 +20,7 @@ namespace quill::zip {
 namespace {
 
 constexpr std::size_t most_undo_states = 8;
-constexpr std::size_t few_members = 2000;  // so many files are looked at while nothing else goes on
+constexpr std::size_t few_members = 2000;  // so many files are checked without a delay for the user
 
 void keep_for_undo(arcview& w, const std::string& what) {
     Result<files::MappedFile> before = files::MappedFile::open(w.ArchivePath);
@@ -29,13 +29,13 @@ void keep_for_undo(arcview& w, const std::string& what) {
     w.undo_states.push_back({std::move(*before), w.archives.copies(), what});
 }
 
-/// Fails where the locked archive is no longer what the rows show.
+/// Fails if the locked archive is no longer the one that the rows show.
 Status check_ours(const arcview& w, const ArchiveLock& lock) {
     if (lock.is_as_locked(w.stamp) && lock.holds()) return Done{};
     return Error{ErrorCode::access, 0, "another program has changed the archive meanwhile"};
 }
 
-/// Gives the archive the bytes that it had. Where that fails, with `cancelled` when the user stops it, nothing changes.
+/// Restores the archive's earlier bytes. Changes nothing on failure, which is `cancelled` if the user stops it.
 Status write_again(arcview& w, const ArchiveState& before) {
     const ArchiveRun run(w, "Taking back the " + before.change);
     const std::string real = files::resolved(w.ArchivePath);

@@ -10,7 +10,7 @@ constexpr auto kind_question =
     "traditional way opens in every program, old ones too, but can be broken.";
 constexpr auto title = "Password for added files";
 
-/// Asks for a new password, twice; empty where the user has none after all.
+/// Asks for a new password, twice; returns an empty one if the user decides against it.
 std::string ask_for_new_password(platform::Platform& platform) {
     for (;;) {
         const std::string password =

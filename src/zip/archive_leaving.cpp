@@ -14,7 +14,7 @@ namespace {
 
 enum StartMode { back_to_main_window = 1, another_window_took_over = 3 };
 
-/// Unloads the window: back to the main window, or the end of the process.
+/// Unloads the window: returns to the main window, or ends the process.
 void leave(arcview& w) {
     shell::Context& context = w.context;
     const int mode = context.session.StartMode;

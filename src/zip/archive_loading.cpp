@@ -40,7 +40,7 @@ Place place_of(const shell::Session& session) {
     return {marked ? path.front() : '\0', marked ? path.substr(1) : path};
 }
 
-/// Asks for the name of a new archive until it is one; empty where the user wants none.
+/// Asks for the name of a new archive until it is valid; empty if the user wants none.
 std::string ask_for_name(platform::Platform& platform) {
     for (;;) {
         std::string name = platform.input({.text = name_question, .title = "What's my name?"});
@@ -56,7 +56,7 @@ void place_window(arcview& w, char mark) {
     w.top = mark == '+' ? w.context.platform.machine().screen_height() - above_corner - w.height : from_top;
 }
 
-/// Finds out which archive is meant. Returns false where there is none to be shown.
+/// Determines the archive. Returns false if there is none to show.
 bool find_archive(arcview& w) {
     shell::Session& session = w.context.session;
     Place place = place_of(session);
@@ -79,7 +79,7 @@ void report_unreadable(arcview& w) {
     w.context.platform.warn(w.ArchivePath + " can't be opened: " + w.archives.library().last_error().text + ".");
 }
 
-/// Lists the archive. One that is not there yet is a new one, whose list is empty.
+/// Lists the archive. A missing one is new, with an empty list.
 bool list_archive(arcview& w) {
     if (!files::exists(w.ArchivePath)) return true;
     if (w.archives.ListContents(w.view()) || w.archives.library().open(w.ArchivePath)) return true;
@@ -87,9 +87,9 @@ bool list_archive(arcview& w) {
     return false;
 }
 
-/// Makes a directory for this archive alone in the program's own work directory, also for an archive that lies there as
-/// another one's member. A directory that is not the program's is used as it is. Returns false, with the reason
-/// reported, where there is none to unpack into.
+/// Makes a directory for only this archive in the program's own work directory, even if the archive is there as another
+/// one's member. A directory that is not the program's is used unchanged. Returns false, with the reason reported, if
+/// there is none to unpack into.
 bool choose_work_dir(arcview& w) {
     shell::Session& session = w.context.session;
     auto& main = w.context.windows.load<shell::swit>();
@@ -118,7 +118,7 @@ std::uint64_t bytes_of(const Archive& archive, const std::vector<std::size_t>& r
     return sum;
 }
 
-/// Notes how the members of `rows` came out with the password of the trial.
+/// Notes the results for the members of `rows` with the password of the trial.
 void note_results(arcview& w, const std::vector<std::size_t>& rows, PasswordTrial& trial) {
     const std::shared_ptr<const OpenedArchive> opened = w.archives.library().open(w.ArchivePath);
     for (const std::size_t row : rows) {
@@ -127,8 +127,8 @@ void note_results(arcview& w, const std::vector<std::size_t>& rows, PasswordTria
     }
 }
 
-/// Extracts by `extract`, and again with other passwords what needs them. A password that opens nothing is dropped
-/// where `forgets_wrong_one` says so.
+/// Extracts with `extract`, and again with other passwords the members that need them. Drops a password that opens
+/// nothing if `forgets_wrong_one` is set.
 std::int16_t extract_with_passwords(arcview& w, std::vector<std::size_t> rows, bool forgets_wrong_one,
                                     const std::function<std::int16_t()>& extract) {
     PasswordTrial trial(w);
@@ -142,19 +142,20 @@ std::int16_t extract_with_passwords(arcview& w, std::vector<std::size_t> rows, b
     return result;
 }
 
-/// Returns true where the extraction as a whole went on. Else says why it did not; the rows say it of single members.
+/// Returns true if the extraction as a whole continued. Otherwise reports why not; the rows show the reasons of single
+/// members.
 bool report_failure(arcview& w, std::int16_t result) {
     const bool went_on = result == library_success || result == library_damaged || result == library_password ||
                          result == library_cancelled;
     const Error& failure = w.archives.failure();
-    const bool is_declined = failure.code == ErrorCode::limit;  // the user knows why
+    const bool is_declined = failure.code == ErrorCode::limit;  // the user knows the reason
     if (went_on || is_declined || failure.text.empty()) return went_on;
     w.context.platform.warn("The files could not be unpacked to " + w.context.session.WorkDir + ": " + failure.text +
                             ".");
     return false;
 }
 
-/// Extracts the members of `rows` by `extract`, where there is room.
+/// Extracts the members of `rows` with `extract`, if there is room.
 void unpack(arcview& w, const std::vector<std::size_t>& rows, const std::function<std::int16_t()>& extract) {
     if (rows.empty()) return;
     note_new_directories(w);
@@ -174,8 +175,8 @@ void leave_main_window(arcview& w) {
     w.progress.text.clear();
 }
 
-/// Says in one box how many members are not as they should be, and what is wrong with the archive as a whole; the rows
-/// have the reasons.
+/// Reports in one box how many members have problems, and the problems of the archive as a whole; the rows have the
+/// reasons.
 void report_unpacking(arcview& w) {
     std::size_t refused = 0, damaged = 0;
     for (const std::size_t row : all_rows(w)) {
@@ -191,7 +192,7 @@ void report_unpacking(arcview& w) {
     w.context.platform.warn(text, "Not all of the archive is whole");
 }
 
-/// Leaves the files of the rows that are `changed` but not `saved` to the user.
+/// Leaves the files of the rows in `changed` but not in `saved` to the user.
 void leave_out(arcview& w, const std::vector<std::size_t>& changed, const std::vector<std::size_t>& saved) {
     std::set<std::string> paths;
     for (const std::size_t row : changed) {
@@ -201,14 +202,14 @@ void leave_out(arcview& w, const std::vector<std::size_t>& changed, const std::v
     w.archives.copies().leave_to_user(paths);
 }
 
-/// Extracts all members but those whose files are to be saved.
+/// Extracts all members except those whose files are to be saved.
 void unpack_again(arcview& w) {
     std::vector<std::size_t> rows = all_rows(w);
     std::erase_if(rows, [&](std::size_t row) { return w.archives.copies().state_of(row) == CopyState::changed; });
     unpack(w, rows, [&] { return w.archives.ExtractRows(w.view(), rows); });
 }
 
-/// Adds the files that are to be saved and whose members, those of `before`, are gone.
+/// Adds the files to be saved whose members, those of `before`, are gone.
 void add_again(arcview& w, const std::shared_ptr<const OpenedArchive>& before, const std::vector<WorkCopy>& homeless) {
     if (homeless.empty() || !before) return;
     std::vector<ZipItem> items;

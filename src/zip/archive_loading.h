@@ -7,36 +7,35 @@
 #include <string>
 #include <vector>
 
-/// How an archive comes into its window, and its members into WorkDir.
+/// Loading of an archive into its window, and of its members into WorkDir.
 namespace quill::zip {
 
-/// Loads the window on SelectedDir/SelectedFile, extracts all members into WorkDir, and hides the main window. What is
-/// not an archive, or can't be read, is reported and leaves the main window as it is.
+/// Loads the window on SelectedDir/SelectedFile, extracts all members into WorkDir, and hides the main window. Reports
+/// a file that is not an archive, or can't be read, and leaves the main window unchanged.
 ///
 /// A SelectedDir that begins with "?" means a new archive in the directory that follows; one with "+", the window near
-/// the lower left corner of the screen. When WorkDir is the program's own, the archive gets a private directory in it.
+/// the lower left corner of the screen. If WorkDir is the program's own, the archive gets a private directory in it.
 void load_archive_window(shell::Context& context, NewZIP& archives);
 
 /// Shows the path and the name of the archive.
 void show_archive_path(arcview& w, const std::string& path);
 
-/// Returns true where the members of `rows` may be extracted to `directory`: there is room, or the user wants as much
-/// as there is room for.
+/// Returns true if the members of `rows` may be extracted to `directory`: there is room, or the user accepts what fits.
 bool has_room(arcview& w, const std::vector<std::size_t>& rows, const std::string& directory);
 
-/// The directories that members are or lie in, below the one that they are extracted to.
+/// Returns the directories that are or contain members, below the target directory.
 std::set<std::string> member_directories(const OpenedArchive& opened);
 
-/// Remembers which directories below WorkDir will be there only because of the archive.
+/// Remembers which directories below WorkDir exist only because of the archive.
 void note_new_directories(arcview& w);
 
-/// Extracts the members of `rows`. While members need another password, the user is asked for one. Returns
-/// false, with the reason reported, where that fails as a whole.
+/// Extracts the members of `rows`. Asks the user for passwords as long as members need another one. Returns false, with
+/// the reason reported, if the extraction as a whole fails.
 bool unpack_rows(arcview& w, const std::vector<std::size_t>& rows);
 
-/// Lists the archive again and extracts all of it: another program has changed it. Asks before about the files that
-/// were changed: those that are saved go into the archive as it is now, the others stay as files. Changes nothing where
-/// the user cancels, or the archive can't be read.
+/// Lists the archive again and extracts all of it, after another program has changed it. First asks about the changed
+/// files: saved ones go into the archive as it is now, the others stay as files. Changes nothing if the user cancels,
+/// or the archive can't be read.
 void reload_archive(arcview& w);
 
 }  // namespace quill::zip

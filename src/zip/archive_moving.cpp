@@ -19,13 +19,13 @@
 namespace quill::zip {
 namespace {
 
-/// What came of a move.
+/// The result of a move.
 struct Moved {
     std::size_t files = 0;
     std::size_t failed = 0;
-    std::string reason;           ///< why the last of those failed
+    std::string reason;           ///< why the last failed one did
     bool stopped = false;         ///< by the user
-    std::set<std::string> paths;  ///< where the files were, below WorkDir
+    std::set<std::string> paths;  ///< old paths of the files, below WorkDir
 
     void fail(std::string why) {
         ++failed;
@@ -42,11 +42,11 @@ bool has_file(WorkCopies& copies, std::size_t row) {
     return state == CopyState::untouched || state == CopyState::changed;
 }
 
-/// Moves the file of a row to `to`, or copies it where it is the user's own.
+/// Moves the file of a row to `to`, or copies it if it is the user's own.
 Status move_file(arcview& w, std::size_t row, const std::string& to, const files::CopyWatch& watch) {
     WorkCopies& copies = w.archives.copies();
     const std::string from = copies.path_of(row);
-    if (files::same_file(files::dir_of(from), files::dir_of(to))) return Done{};  // it is there already
+    if (files::same_file(files::dir_of(from), files::dir_of(to))) return Done{};  // already in place
     const auto move = copies.of(row)->made_here ? files::move_to_free_name : files::copy_to_free_name;
     const Result<std::string> moved = move(from, to, watch);
     return moved ? Status(Done{}) : Status(moved.error());
@@ -64,7 +64,7 @@ void move_row(arcview& w, std::size_t row, const std::string& target, const file
     if (!moved.stopped) moved.fail(status.error().text);
 }
 
-/// Moves the files that the rows have. Rows that were `wanted` one by one must have one.
+/// Moves the files of the rows. Rows that were `wanted` one by one must have one.
 Moved move_rows(arcview& w, const std::vector<std::size_t>& rows, const std::string& target, bool wanted) {
     ArchiveRun run(w, "Moving");
     Moved moved;
@@ -83,7 +83,7 @@ Moved move_rows(arcview& w, const std::vector<std::size_t>& rows, const std::str
     return moved;
 }
 
-/// The moved files are the user's now, whatever change of the archive is taken back later.
+/// Leaves the moved files to the user: undoing a change of the archive no longer affects them.
 void forget_moved(arcview& w, const std::set<std::string>& paths) {
     w.archives.copies().leave_to_user(paths);
     for (ArchiveState& state : w.undo_states) state.copies.leave_to_user(paths);

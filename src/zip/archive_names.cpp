@@ -16,11 +16,11 @@
 namespace quill::zip {
 namespace {
 
-/// What the sets are used for, in the order of `character_sets`.
+/// The uses of the sets, in the order of `character_sets`.
 constexpr std::array<std::string_view, character_sets.size()> uses = {
     "DOS, English", "DOS, Western Europe", "DOS, Russian", "Japanese", "Chinese", "Windows, Western Europe", "Unicode"};
 
-/// Removes the directories that only the old names had, where they are empty.
+/// Removes empty directories that only the old names had.
 void remove_old_directories(arcview& w, const std::set<std::string>& wanted) {
     const auto is_old = [&](const std::string& path) {
         return !wanted.contains(path.substr(w.context.session.WorkDir.size() + 1)) && rmdir(path.c_str()) == 0;
@@ -31,7 +31,7 @@ void remove_old_directories(arcview& w, const std::set<std::string>& wanted) {
     }
 }
 
-/// Gives the files in WorkDir the names that the members have now. What is open or changed keeps its name.
+/// Renames the files in WorkDir after the members. Open or changed files keep their names.
 void rename_files(arcview& w, const OpenedArchive& before, const OpenedArchive& now) {
     WorkCopies& copies = w.archives.copies();
     note_new_directories(w);

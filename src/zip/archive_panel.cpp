@@ -15,7 +15,7 @@ namespace quill::zip {
 namespace {
 
 constexpr unsigned usual_mode = 0777;       // less the umask
-constexpr auto name_without_any = "files";  // of a directory for what is in ".zip"
+constexpr auto name_without_any = "files";  // the directory's name for the contents of ".zip"
 
 void show_panel(arcview& w, bool extracts, const std::string& directory) {
     w.panel_extracts = extracts;
@@ -37,7 +37,7 @@ void show_move_panel(arcview& w, bool selected) {
     show_panel(w, false, files::drive_of(w.Dir1.path.empty() ? w.ArchivePath : w.Dir1.path, files::drives()));
 }
 
-/// Whether the rows have more than one name at the top, so that they would lie about in a directory.
+/// Returns true if the rows have more than one name at the top, so that they would be scattered in a directory.
 bool has_many_tops(const arcview& w, const std::vector<std::size_t>& rows) {
     if (!w.listed) return false;
     const auto top_of = [&](std::size_t row) {

@@ -18,8 +18,8 @@ constexpr auto password_to_add =
 constexpr auto wrong_password = "That password opens no file of this archive. Type in another one, or click Cancel.";
 constexpr auto add_openly = "Without the password, the files that you add are not encrypted. Add them all the same?";
 
-/// Returns true where the outcome shows that the password is the member's: a wrong one passes the first check of the
-/// traditional encryption now and then, but not the checksum of the content.
+/// Returns true if the result proves that the password is the member's: a wrong one sometimes passes the first check of
+/// the traditional encryption, but not the checksum of the content.
 bool proves_password(const Member& member, const MemberResult& result) {
     const bool is_whole = result.verdict == Verdict::verified || result.verdict == Verdict::whole;
     return member.is_encrypted() && is_whole && (member.is_aes() || member.uncompressed_size != 0);

@@ -6,35 +6,35 @@
 #include <string>
 #include <vector>
 
-/// The password of the open archive. Only one that has opened a member is kept for later: a wrong one would lock what
-/// is added.
+/// The password of the open archive. Only one that has opened a member is kept: additions would be locked with a wrong
+/// one.
 namespace quill::zip {
 
-/// Reads members with one password after the other, until the user has no more or all are open.
+/// Reads members with one password after another, until all are open or the user has no more.
 class PasswordTrial {
   public:
-    /// Begins with the password that is known.
+    /// Begins with the known password.
     explicit PasswordTrial(arcview& w);
 
-    /// The password to read with.
+    /// Returns the password to read with.
     const std::string& password() const { return password_; }
 
-    /// Notes how a member came out with it.
+    /// Notes the result for a member with it.
     void note(const Member& member, const MemberResult& result);
 
-    /// Keeps the password where it has opened a member. Asks for another one where members need it, and returns the
-    /// rows of those; none where there are none or the user has no more passwords.
+    /// Keeps the password if it has opened a member. Asks for another one if members need it, and returns their rows;
+    /// none if no members need one or the user has no more passwords.
     std::vector<std::size_t> next_rows();
 
-    /// Returns true where members need a password and the last one has opened none.
+    /// Returns true if members need a password and the last one has opened none.
     bool has_failed() const { return !locked_.empty() && !fits_; }
 
   private:
     arcview& w_;
     std::string password_;
     bool fits_ = false;                ///< it has opened a member
-    bool is_refused_ = false;          ///< it is certainly not that of a member
-    std::vector<std::size_t> locked_;  ///< members that it has not opened
+    bool is_refused_ = false;          ///< it is certainly not the password of some member
+    std::vector<std::size_t> locked_;  ///< members that it did not open
 };
 
 /// Makes sure that the password opens one of the members `rows` that are encrypted, and asks for another one until it

@@ -31,7 +31,7 @@ ExtractOptions options_for(arcview& w, const std::string& password, ArchiveRun& 
     return options;
 }
 
-/// Runs `read` over `rows`, and again over those that need another password while the user has one.
+/// Runs `read` over `rows`, and again over those that need another password as long as the user has one.
 Status read_rows(arcview& w, const std::string& doing, std::vector<std::size_t> rows, const ReadRows& read,
                  const std::function<void(const MemberResult&)>& take) {
     const std::vector<Member>& members = w.listed->archive.members();
@@ -61,7 +61,7 @@ Status read_rows(arcview& w, const std::string& doing, std::vector<std::size_t> 
     return done;
 }
 
-/// Makes a directory of the archive's name in `parent`, which goes again where nothing is written into it.
+/// Makes a directory named after the archive in `parent`; it is removed if nothing is written into it.
 Result<files::Unfinished> make_own_folder(const arcview& w, const std::string& parent) {
     constexpr unsigned usual_mode = 0777;  // less the umask
     Result<std::string> made = files::make_new_directory(files::join(parent, own_folder_name(w)), usual_mode);

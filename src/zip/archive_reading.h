@@ -4,17 +4,17 @@
 
 #include <string>
 
-/// Reading members of the open archive: extracting them to a directory of the user's choice, and testing them.
+/// Reading members of the open archive: extracting them to a chosen directory, and testing them.
 namespace quill::zip {
 
-/// What is wrong with the archive as a whole, in sentences; empty where nothing is.
+/// Returns the problems of the archive as a whole, in sentences; empty if there are none.
 std::string archive_problems(const arcview& w);
 
-/// Extracts the members that the panel asks for to its directory, never over a file that is there. Says what came of
-/// it, and opens the directory where the panel asks for that.
+/// Extracts the panel's members to its directory, never over an existing file. Reports the result, and opens the
+/// directory if the panel requests it.
 void extract_files(arcview& w);
 
-/// Reads all members and writes nothing. Each row then shows what was found; a box sums it up.
+/// Reads all members and writes nothing. Each row then shows its result; a box summarises them.
 void test_archive(arcview& w);
 
 }  // namespace quill::zip

@@ -18,7 +18,7 @@ std::size_t last_top(const arcview& w) {
     return w.List1.count() > rows_on_page ? w.List1.count() - rows_on_page : 0;
 }
 
-/// The path of a row's file; what it would be where the row has none.
+/// Returns the path of a row's file; its future path if the row has none.
 std::string path_of_row(arcview& w, std::size_t row) {
     const std::string path = w.archives.copies().path_of(row);
     return path.empty() ? files::join(w.context.session.WorkDir, name_in_row(w.List1.items()[row])) : path;
@@ -40,7 +40,7 @@ void select_on_page(arcview& w) {
     w.List7.selected = on_page ? std::optional(*row - w.ListTop) : std::nullopt;
 }
 
-/// What the last run has found that read the member: a test, or the extraction when the window opened.
+/// Returns the member's result in the last run that read it: a test, or the extraction when the window opened.
 const MemberResult* last_result(const arcview& w, std::size_t row) {
     const auto tested = w.tested.find(row);
     if (tested != w.tested.end()) return &tested->second;
@@ -71,7 +71,7 @@ std::uint64_t number_of(arcview& w, std::size_t row, RowKey key) {
     }
 }
 
-/// The problems, the worst first.
+/// Returns the problems, the worst first.
 std::vector<std::string> sentences_of(const MemberResult& result) {
     std::vector<Problem> problems = result.problems;
     std::stable_sort(problems.begin(), problems.end(),

@@ -7,37 +7,37 @@
 #include <string_view>
 #include <vector>
 
-/// The rows of the archive window, the page of ten among them, and what a view shows of each.
+/// The rows of the archive window, its page of ten rows, and what a view shows of each.
 namespace quill::zip {
 
 constexpr std::size_t rows_on_page = 10;
 
-/// The numbers of all rows of List1.
+/// Returns the numbers of all rows of List1.
 std::vector<std::size_t> all_rows(const arcview& w);
 
 /// Fills the page from List1: its rows, their icons, the scroll bar, the number of rows.
 void RenderRows(arcview& w);
 
-/// The scroll bar was moved: the page begins at its value.
+/// Moves the page to the scroll bar's value.
 void scroll_page(arcview& w);
 
-/// A row of the page was pressed: selects that row of List1.
+/// Selects the pressed row of the page in List1.
 void select_page_row(arcview& w);
 
-/// A row of List1 was selected: the page moves as far as it must to show it.
+/// Moves the page just far enough to show the selected row of List1.
 void show_selected_row(arcview& w);
 
-/// Lets the page begin at row `top` of List1, or as near as it can, without selecting another row.
+/// Begins the page at row `top` of List1, or as near as possible, without selecting another row.
 void turn_page_to(arcview& w, std::size_t top);
 
 /// How far a row's file can be trusted, or why there is none.
 enum class RowCondition : std::uint8_t {
-    verified,      ///< Its checksum agrees.
-    whole,         ///< Nothing vouches for its bytes.
+    verified,      ///< Its checksum matches.
+    whole,         ///< Nothing confirms its bytes.
     directory,     ///< It is a directory.
-    changed,       ///< Another program has changed its file, and the archive has the bytes from before.
+    changed,       ///< Another program has changed its file; the archive has the earlier bytes.
     not_unpacked,  ///< It was not extracted (yet).
-    locked,        ///< It needs a password, or another one.
+    locked,        ///< It needs a password, or a different one.
     damaged,       ///< Its file has bytes that are wrong or doubtful.
     refused        ///< It could not be extracted.
 };
@@ -46,7 +46,7 @@ constexpr std::size_t condition_count = 8;
 
 /// What a view shows of a row of List1.
 struct RowDetails {
-    std::string name;          ///< as the archive has it, or as it was made safe
+    std::string name;          ///< as in the archive, or as it was made safe
     std::uint64_t size = 0;    ///< bytes, unpacked
     std::uint64_t packed = 0;  ///< bytes in the archive
     std::string method;        ///< "deflated"
@@ -57,10 +57,11 @@ struct RowDetails {
     std::vector<std::string> problems;  ///< one sentence each, the worst first
 };
 
-/// How a member came out of a run that read it: no better than its verdict, and than the worst of its problems.
+/// Returns the condition of a member after a run that read it: no better than its verdict, or than the worst of its
+/// problems.
 RowCondition condition_of(const MemberResult& result);
 
-/// Returns the problem that takes most away from the member, the first of those; nullptr where there is none.
+/// Returns the first of the member's worst problems; nullptr if there is none.
 const Problem* worst_problem(const MemberResult& result);
 
 /// Shows what is known of the rows now: views read them again, and `row_state` describes the selected one.
@@ -69,7 +70,7 @@ void show_row_states(arcview& w);
 /// REQUIRES: row < List1.count(). Reads no file.
 RowDetails row_details(arcview& w, std::size_t row);
 
-/// "Verified", "Needs a password" ...
+/// Returns "Verified", "Needs a password" ...
 std::string_view condition_text(RowCondition condition);
 
 /// Returns whether there is more to say of a row of that condition: its file is not there as the archive has it.

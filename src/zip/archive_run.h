@@ -8,7 +8,7 @@
 namespace quill::zip {
 
 /// A long run of the archive operations: its progress shows in the archive window, or in the main window while the
-/// archive window is not on the screen yet, and a button there stops it.
+/// archive window is not shown yet, and a button there stops it.
 class ArchiveRun {
   public:
     ArchiveRun(arcview& w, const std::string& doing);
@@ -16,7 +16,7 @@ class ArchiveRun {
     ArchiveRun(const ArchiveRun&) = delete;
     ArchiveRun& operator=(const ArchiveRun&) = delete;
 
-    /// To be called during a run that does not go through the archive operations.
+    /// Shows the progress of a run outside the archive operations; returns false to stop it.
     bool goes_on(const Progress& done);
 
   private:

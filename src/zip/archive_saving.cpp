@@ -19,7 +19,7 @@ enum class Answer : std::uint8_t { save, save_all, leave_out, leave_out_all, can
 struct AnswerRow {
     Answer answer;
     const char* caption;
-    bool for_one;  // offered where it is the only file, too
+    bool for_one;  // offered even for a single file
 };
 
 constexpr AnswerRow answers[] = {{Answer::save, "&Save", true},
@@ -28,7 +28,7 @@ constexpr AnswerRow answers[] = {{Answer::save, "&Save", true},
                                  {Answer::leave_out_all, "Leave &out all", false},
                                  {Answer::cancel, "&Cancel", true}};
 
-/// Returns true where the file was made from a member that could not be read whole.
+/// Returns true if the file was made from a member that could not be read completely.
 bool is_of_damaged_member(arcview& w, std::size_t row) {
     const WorkCopy* copy = w.archives.copies().of(row);
     return copy != nullptr && condition_of(copy->result) == RowCondition::damaged;
@@ -58,13 +58,13 @@ Answer ask_about(arcview& w, std::size_t row, bool more) {
     return offered.at(w.context.platform.choose(choices));
 }
 
-/// The rows among `rows` whose files were changed.
+/// Returns those of `rows` whose files were changed.
 std::vector<std::size_t> changed_among(arcview& w, std::vector<std::size_t> rows) {
     std::erase_if(rows, [&](std::size_t row) { return w.archives.copies().state_of(row) != CopyState::changed; });
     return rows;
 }
 
-/// Asks where an answer for all does not cover the row: what replaces a damaged member is not saved unasked.
+/// Asks if an answer for all does not cover the row: a damaged member is never replaced without a question.
 bool is_covered(arcview& w, std::size_t row, Answer for_all) {
     return for_all == Answer::leave_out_all || !is_of_damaged_member(w, row);
 }

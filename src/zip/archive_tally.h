@@ -9,19 +9,19 @@
 
 namespace quill::zip {
 
-/// Counts how members came out of a run that read them, and says so.
+/// Counts the results of members in a run that read them, and reports them.
 class Tally {
   public:
     void add(const Archive& archive, const MemberResult& result);
 
     std::size_t of(RowCondition condition) const { return counts_.at(static_cast<std::size_t>(condition)); }
     std::size_t all() const;
-    /// Members that are as they should be.
+    /// Returns the number of members without problems.
     std::size_t good() const { return of(RowCondition::verified) + of(RowCondition::whole); }
 
-    /// "4 verified, 1 damaged"
+    /// Returns "4 verified, 1 damaged".
     std::string counts() const;
-    /// The first few members that are not whole, each with its reason on a line of its own.
+    /// Returns the first few damaged members, each with its reason on its own line.
     std::string reasons() const;
 
   private:

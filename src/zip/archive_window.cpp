@@ -70,7 +70,7 @@ void hide_what_starts_hidden(arcview& w) {
     w.visible = false;
     w.Picture1.visible = w.Picture2.visible = w.Picture9.visible = false;
     w.doing.visible = w.bar.visible = w.stop.visible = false;
-    w.Label2.visible = w.Label24.visible = false;  // the path shows the directory, and the list is plain to see
+    w.Label2.visible = w.Label24.visible = false;  // the path shows the directory, and the list needs no label
     w.Command1.visible = w.Label3.visible = w.progress.visible = w.IDC_ENCRYPTCODE.visible = false;
     w.Image2.for_each([](int, controls::Picture& picture) { picture.visible = false; });
     w.row_state.visible = false;

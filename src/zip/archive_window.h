@@ -30,11 +30,11 @@ struct ToolPicture : controls::Button {
     controls::Action hover;
 };
 
-/// The archive as it was before a change, and which files belonged to its members.
+/// The archive as it was before a change, and the files of its members.
 struct ArchiveState {
     files::MappedFile bytes;
     WorkCopies copies;
-    std::string change;  ///< what followed: "removal of letter.txt"
+    std::string change;  ///< the change after it: "removal of letter.txt"
 };
 
 /// The archive window: an open ZIP file, whose members are files in WorkDir. Every change goes into the archive at
@@ -46,11 +46,11 @@ struct arcview : controls::Window {
     controls::Picture Picture1;                                                  // panel of the list
     controls::ListBox List1;                                                     // all rows; row n is member n
     controls::ListBox List7;                                                     // the page: at most ten rows
-    controls::ScrollBar VScroll2;                                                // where the page begins
+    controls::ScrollBar VScroll2;                                                // first row of the page
     std::size_t ListTop = 0;                                                     // the page's first row in List1
     controls::ControlArray<IconPicture> Image10{1, 2, 3, 4, 5, 6, 7, 8, 9, 10};  // icons beside the page's rows
     IconPicture Picture9;       // icon of the selected program; opens it
-    controls::Button Command1;  // takes the focus; never seen
+    controls::Button Command1;  // takes the focus; never shown
 
     // What is known of the archive.
     controls::Label Label23;            // number of rows
@@ -60,19 +60,19 @@ struct arcview : controls::Window {
     controls::Label Label2;             // its directory
     controls::Label Label4;             // its name
     controls::Label Label24;            // "Files"
-    controls::Label Label13;            // what the picture under the pointer does
+    controls::Label Label13;            // action of the picture under the pointer
     controls::Label Label3;             // "1"
-    controls::Label progress;           // how far an extraction is; never seen
-    controls::TextBox IDC_ENCRYPTCODE;  // another password for what is saved; never seen
+    controls::Label progress;           // progress of an extraction; never shown
+    controls::TextBox IDC_ENCRYPTCODE;  // another password for saving; never shown
 
     controls::Label row_state;  // what is wrong with the selected member, and why
 
     // A long run in this window.
-    controls::Label doing;       // what it is doing
+    controls::Label doing;       // current step
     controls::Picture bar;       // its progress bar
-    controls::Picture bar_done;  // the filled part: `left` is how far it is
+    controls::Picture bar_done;  // the filled part: `left` is the progress
     controls::Button stop;       // stop it
-    bool stop_wanted = false;    // it was pressed
+    bool stop_wanted = false;    // the button was pressed
 
     // The toolbar.
     controls::ControlArray<ToolPicture> Image1{1, 2, 3, 4};        // open, move, repack, exit
@@ -80,7 +80,7 @@ struct arcview : controls::Window {
 
     // The panel that moves or extracts files to a directory.
     controls::Picture Picture2;       // the panel
-    controls::Label panel_title;      // what it does
+    controls::Label panel_title;      // its action
     controls::DriveListBox Drive1;    // drive to go to
     controls::DirListBox Dir1;        // directory to go to
     controls::Label Label5;           // its path
@@ -102,7 +102,7 @@ struct arcview : controls::Window {
     controls::MenuItem rpnex;                                                     // repack and exit
     controls::MenuItem exnrp;                                                     // exit without repacking
     controls::MenuItem edi;                                                       // menu Edit
-    controls::MenuItem undo;                                                      // take the last change back
+    controls::MenuItem undo;                                                      // undo the last change
     controls::MenuItem adtozip;                                                   // add files
     controls::MenuItem remzip;                                                    // remove the selected members
     controls::MenuItem savzipch;                                                  // save changed files into the archive
@@ -121,7 +121,7 @@ struct arcview : controls::Window {
     controls::MenuItem lod;                                                       // "Load file into .."
     controls::MenuItem lodnone;                                                   // its empty item
 
-    controls::Timer watch;  // looks whether other programs have changed the files
+    controls::Timer watch;  // checks whether other programs have changed the files
 
     std::string MediaAlias;                       // the media device; nothing opens one
     std::string MediaReply;                       // its last reply, or the text of its error
@@ -133,22 +133,23 @@ struct arcview : controls::Window {
     std::map<std::size_t, MemberResult> tested;   // what the last test has found of each row
     std::vector<ArchiveState> undo_states;        // before each change, the last one at the end
     std::set<std::size_t> changed_rows;           // rows whose files other programs have changed
-    /// What the archive's file was when the user was last asked about it: nullopt inside where it was gone.
+    /// The archive's file when the user was last asked about it: an inner nullopt if it was gone.
     std::optional<std::optional<files::FileStamp>> asked_about;
-    std::uint64_t shown_revision = 0;           // counts changes of what is known of the rows
-    std::vector<std::string> made_directories;  // directories in WorkDir that unpacking has made, outer ones first
-    bool work_dir_is_private = false;           // WorkDir was made for this window alone
+    std::uint64_t shown_revision = 0;           // counts changes of the facts about the rows
+    std::vector<std::string> made_directories;  // directories in WorkDir made by unpacking, outer ones first
+    bool work_dir_is_private = false;           // WorkDir was made for only this window
 
     arcview(shell::Context& shared, NewZIP& operations);
 
     shell::Context& context;
     NewZIP& archives;
 
-    /// What the archive operations read and fill.
+    /// Returns the controls that the archive operations read and fill.
     ArchiveView view() { return {List1, Label18, Label20, Label21, progress}; }
 };
 
-/// While it lives, the window does not look for changes of other programs: a question is open, or files are written.
+/// Pauses the window's checks for changes by other programs while it lives: a question is open, or files are being
+/// written.
 class Unwatched {
   public:
     explicit Unwatched(arcview& w) : w_(w), before_(w.watch.enabled) { w.watch.enabled = false; }

@@ -5,7 +5,7 @@
 
 namespace quill::zip {
 
-/// The contents report: what an archive holds, to be looked at.
+/// The contents report: shows what an archive contains.
 struct Form1 : controls::Window {
     controls::ListBox List1;    // a row for each member
     controls::Label Label1;     // size of all members, uncompressed
@@ -19,7 +19,7 @@ struct Form1 : controls::Window {
     controls::Label Label9;     // heading "File names"
     controls::Button Command1;  // close
 
-    /// Loads the window: in the middle of the screen, with the size of the file in hand. Its close ends the process in
+    /// Loads the window: in the middle of the screen, with the size of the current file. Closing it ends the process in
     /// a run that only views. `context` must outlive it.
     explicit Form1(shell::Context& context);
 };

@@ -28,7 +28,7 @@ bool has_same_bytes(const arcview& w, const files::FileStamp& now) {
     return other && other->bytes() == w.bytes->bytes() && !other->changed();
 }
 
-/// Returns true where no other program has changed the archive's bytes. A new copy of them is taken for the archive.
+/// Returns true if no other program has changed the archive's bytes. A new copy of them counts as the archive.
 bool is_unchanged(arcview& w) {
     const std::optional<files::FileStamp> now = files::stamp_through_links(w.ArchivePath);
     if (now == w.stamp) return true;
@@ -38,7 +38,7 @@ bool is_unchanged(arcview& w) {
     return true;
 }
 
-/// Writes the archive as the rows show it under a free name, for those who may use it now. Returns that name.
+/// Writes the archive that the rows show under a free name, with its own access rights. Returns that name.
 Result<std::string> write_ours(arcview& w) {
     ArchiveRun run(w, "Writing the archive as this window shows it");
     Result<files::AtomicFile> copy = files::AtomicFile::create_like(w.ArchivePath, *w.bytes);
@@ -67,7 +67,7 @@ bool go_on_with_ours(arcview& w) {
     return true;
 }
 
-/// Asks what to do about a change, and does it. Returns true where the rows are still those of the archive.
+/// Asks what to do about a change, and does it. Returns true if the rows still match the archive.
 bool resolve(arcview& w) {
     const std::optional<files::FileStamp> now = files::stamp_through_links(w.ArchivePath);
     const bool is_kept = w.bytes && !w.bytes->changed() && !(now && w.stamp && now->same_file(*w.stamp));

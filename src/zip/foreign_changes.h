@@ -2,11 +2,11 @@
 
 #include "zip/archive_window.h"
 
-/// What other programs do to the archive while it is open.
+/// Changes of the open archive by other programs.
 namespace quill::zip {
 
-/// Returns true where the archive is still what the rows show. Else asks whether to read it again or to go on with the
-/// archive as it was, under a new name.
+/// Returns true if the archive is still the one that the rows show. Otherwise asks whether to read it again or to
+/// continue with the earlier archive under a new name.
 bool archive_is_ours(arcview& w);
 
 /// Does the same, once for each change.

@@ -11,7 +11,7 @@
 namespace quill::zip {
 namespace {
 
-/// The letters of every script, not A to Z alone: rows are looked at, no file is found by them.
+/// Converts letters of every script, not only A to Z: rows are only displayed, no file is found by them.
 std::string lower_case(std::string_view name) {
     static const locale_t unicode = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
     if (unicode == nullptr || std::all_of(name.begin(), name.end(), [](char c) { return (c & '\x80') == 0; })) {

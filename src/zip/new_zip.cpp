@@ -68,7 +68,7 @@ void NewZIP::status(int percent, const std::string& text) const {
     if (ZipStatus) ZipStatus(0, percent, text);
 }
 
-/// The part that all additions share. `password` goes before ZipPassword where it is given.
+/// Does the common part of all additions. `password`, if set, takes precedence over ZipPassword.
 std::int16_t NewZIP::call_add(std::vector<ZipItem> items, bool keep_paths, const std::string& password) {
     ZipCommand command;
     InitZipRecord(command);
@@ -118,7 +118,7 @@ std::int16_t NewZIP::add_items(ArchiveView view, const std::vector<ZipItem>& ite
     return result;
 }
 
-/// Puts a copy of each added file beside those that were extracted. One that can't be copied is passed over.
+/// Puts a copy of each added file beside the extracted ones. Skips those that can't be copied.
 void NewZIP::copy_to_work_dir(const std::vector<ZipItem>& items) {
     const std::shared_ptr<const OpenedArchive> opened = library_.open(archive_path());
     if (!opened) return;
@@ -130,7 +130,7 @@ void NewZIP::copy_to_work_dir(const std::vector<ZipItem>& items) {
         const std::string name = item.member.empty() ? text::to_utf8(files::name_of(item.name)) : item.member;
         const auto named = rows.find(name);
         if (item.number && !files::same_file(copies_.path_of(*item.number), item.name)) {
-            copies_.remove_untouched(*item.number);  // it is not what the archive has now
+            copies_.remove_untouched(*item.number);  // it differs from the archive's current member
             copies_.forget(*item.number);
         }
         if (item.kind != EntryKind::file || name.find('/') != std::string::npos || named == rows.end()) continue;
@@ -141,8 +141,8 @@ void NewZIP::copy_to_work_dir(const std::vector<ZipItem>& items) {
     }
 }
 
-/// Copies `file` to `path` below WorkDir and returns the path that it got there: another one where a file that is not
-/// the member's untouched copy has that name. Empty where it can't be copied.
+/// Copies `file` to `path` below WorkDir and returns the resulting path: a different one if a file that is not the
+/// member's untouched copy has that name. Empty if it can't be copied.
 std::string NewZIP::put_copy(const std::string& file, std::size_t row, const std::string& path) {
     const std::string target = path_in_work_dir(path);
     if (files::same_file(target, file)) return path;
@@ -156,7 +156,7 @@ std::string NewZIP::put_copy(const std::string& file, std::size_t row, const std
     return published ? files::join(files::dir_of(path), files::name_of(*published)) : std::string();
 }
 
-/// `Label21` may show the archive's path in lower case.
+/// Makes the archive's directory the current one. `Label21` may show the archive's path in lower case.
 void NewZIP::enter_archive_directory(ArchiveView view) {
     const std::string path = archive_path();
     const bool is_shown = text::equal_ignoring_case(view.Label21.text, path);
@@ -191,13 +191,14 @@ std::int16_t NewZIP::save_copies(ArchiveView view, const std::vector<std::size_t
     return result;
 }
 
-/// Rows whose members are no longer those that were extracted have no copies: another program has changed the archive.
+/// Drops the copies of rows whose members have changed since they were extracted: another program has changed the
+/// archive.
 void NewZIP::forget_copies_of_others() {
     const std::shared_ptr<const OpenedArchive> opened = library_.open(archive_path());
     if (opened) copies_.keep_those_of(opened->archive);
 }
 
-/// The copies are those in WorkDir: another directory begins without any.
+/// Tracks the copies in WorkDir: another directory begins without any.
 void NewZIP::use_work_dir() {
     if (copies_.directory() != context_.session.WorkDir) copies_.begin(context_.session.WorkDir);
 }
@@ -215,7 +216,7 @@ void NewZIP::DeleteSelectedItems(ArchiveView view) {
         unzip_command_.function = unzip_member;
         unzip_command_.itemIndex = static_cast<std::int32_t>(row);
         const std::int16_t result = library_.dunzipVB(unzip_command_, unzip_strings_, item_info_, status_block_);
-        // A row that is not the member's any more: the archive was changed behind the window's back.
+        // The row is no longer the member's: another program changed the archive.
         const bool is_shown = result == library_success && member_row(item_info_) == view.List1.items().at(row);
         if (is_shown) zip_strings_.itemList.push_back({item_info_.fileName, row});
     }
@@ -235,7 +236,7 @@ void NewZIP::DeleteSelectedItems(ArchiveView view) {
     ListContents(view);
 }
 
-/// Reads the directory by function 1 and then function 2 for each member.
+/// Reads the directory with function 1 and then function 2 for each member.
 NewZIP::Listing NewZIP::read_listing() {
     Listing listing;
     InitUnzipRecord(unzip_command_);
@@ -364,7 +365,7 @@ std::string NewZIP::extracted_name(std::size_t row) const {
 
 void provide_contents(shell::Context& context, NewZIP& new_zip) {
     context.routes.report_contents = [&context, &new_zip] {
-        // Nobody sees this list: only ZipEncrypted is wanted.
+        // This list is never shown: only ZipEncrypted is needed.
         Form1 unseen(context);
         new_zip.ReportContents(unseen);
     };

@@ -13,7 +13,7 @@
 
 namespace quill::zip {
 
-/// What the operations read and fill of the archive window, and where they show how far they are.
+/// The controls of the archive window that the operations read and fill, and those that show progress.
 struct ArchiveView {
     controls::ListBox& List1;  // all rows
     controls::Label& Label18;  // size of the archive
@@ -25,44 +25,45 @@ struct ArchiveView {
 /// Counts the selected rows of a list.
 std::size_t CountSelected(const controls::ListBox& list);
 
-/// The archive operations: they take their input from the shared variables and the windows' lists, and put their
-/// results into those. One instance for the process.
+/// The archive operations: they read their input from the shared variables and the windows' lists, and put their
+/// results there. One instance for the process.
 class NewZIP {
   public:
     /// `context` must outlive it.
     explicit NewZIP(shell::Context& context, MakeOutput make_output = output_beside);
 
-    /// Fills the rows and sizes of the archive window. True when the list was read to its end.
+    /// Fills the rows and sizes of the archive window. Returns true if the list was read to its end.
     bool ListContents(ArchiveView view);
-    /// The same for the contents window; sets ZipEncrypted where a member is encrypted.
+    /// Does the same for the contents window; sets ZipEncrypted if a member is encrypted.
     bool ReportContents(Form1& window);
 
     /// Adds the rows of `List4` of the main window; `keep_paths` stores their directories too.
     std::int16_t AddWizardItem(bool keep_paths);
     /// Adds the rows of `pages`, unless `chosen` is empty.
     std::int16_t AddBookItems(const controls::ListBox& pages, const controls::ListBox& chosen, bool keep_paths);
-    /// Hands the paths of the files selected in the chooser to `add` and unloads the chooser.
+    /// Passes the paths of the files selected in the chooser to `add` and unloads the chooser.
     void AddChosenFiles(ArchiveView view, const std::function<void(const std::vector<std::string>&)>& add);
-    /// Adds `items`, copies the files that lie in no directory of the archive to WorkDir, and lists the archive again.
+    /// Adds `items`, copies the files that are not in a directory of the archive to WorkDir, and lists the archive
+    /// again.
     std::int16_t add_items(ArchiveView view, const std::vector<ZipItem>& items);
-    /// Puts WorkDir's copy of member number `row` back into the archive. `password` is used where one was used before;
-    /// an empty one is the one that was.
+    /// Puts WorkDir's copy of member number `row` back into the archive. `password` is used if the member had one; an
+    /// empty one means the earlier one.
     void SaveChangedFile(ArchiveView view, std::optional<std::size_t> row, const std::string& password);
-    /// The same for several rows at once, in one change of the archive; says nothing where it fails.
+    /// Does the same for several rows, in one change of the archive; reports no failure.
     std::int16_t save_copies(ArchiveView view, const std::vector<std::size_t>& rows, const std::string& password);
     void DeleteSelectedItems(ArchiveView view);
-    /// Why the last addition, save, removal or extraction failed as a whole; an empty text where it did not.
+    /// Returns why the last addition, save, removal or extraction failed as a whole; an empty text if it did not.
     const Error& failure() const { return failure_; }
     /// Extracts all members into WorkDir and makes it the current directory. Shows its progress on the main window.
     std::int16_t ExtractSelected(ArchiveView view);
-    /// Extracts the members of `rows` into WorkDir. A file that is there already stays, and the member's gets a free
-    /// name, unless it is the untouched copy of an earlier extraction. Reads them with `password`, or else ZipPassword.
+    /// Extracts the members of `rows` into WorkDir. An existing file stays, and the member's gets a free name, unless
+    /// it is the untouched copy of an earlier extraction. Uses `password`, or else ZipPassword.
     std::int16_t ExtractRows(ArchiveView view, const std::vector<std::size_t>& rows,
                              const std::optional<std::string>& password = {});
 
-    /// The files in WorkDir that were made for the members.
+    /// Returns the files in WorkDir that were made for the members.
     WorkCopies& copies() { return copies_; }
-    /// Where the copy of member number `row` is, below WorkDir; empty where there is none.
+    /// Returns the path of the copy of member number `row` below WorkDir; empty if there is none.
     std::string extracted_name(std::size_t row) const;
 
     /// Between these two, additions are written together; the first operation of another kind ends it too.
@@ -71,21 +72,21 @@ class NewZIP {
 
     ZipLibrary& library() { return library_; }
 
-    /// Called periodically by every operation that reads or writes members; returns false to stop it. A stopped
-    /// operation leaves the archive as it was; files that were extracted by then stay.
+    /// Is called periodically by every operation that reads or writes members; returns false to stop it. A stopped
+    /// operation leaves the archive unchanged; files extracted by then stay.
     Watch progress;
 
     /// Shows the book whose members are in WorkDir, instead of its archive window. May be empty.
     controls::Action show_book;
 
-    /// The one place where a status line can be attached.
+    /// The only hook for a status line.
     std::function<void(int pane, int percent, const std::string& text)> ZipStatus;
     std::function<void()> ZipStatusClear;
 
   private:
     struct Listing {
         bool reached_end = false;
-        bool cleared = false;  // the rows are to replace those shown
+        bool cleared = false;  // the rows replace those shown
         std::vector<std::string> rows;
         std::uint64_t total = 0;
         bool encrypted = false;
@@ -118,8 +119,8 @@ class NewZIP {
     Error failure_;
 };
 
-/// Fills the main window's routes that list archives: the contents window and the test for encrypted members.
-/// Both arguments must outlive the routes' last call.
+/// Fills the main window's routes that list archives: the contents window and the check for encrypted members. Both
+/// arguments must outlive the routes' last call.
 void provide_contents(shell::Context& context, NewZIP& new_zip);
 
 }  // namespace quill::zip

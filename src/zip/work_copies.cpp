@@ -118,7 +118,7 @@ void WorkCopies::go_back_to(const WorkCopies& before) {
 
 std::vector<WorkCopy> WorkCopies::match_again(const Archive& archive) {
     const std::vector<Member>& members = archive.members();
-    std::unordered_map<std::string_view, std::deque<std::size_t>> numbers;  // of one name, in their order
+    std::unordered_map<std::string_view, std::deque<std::size_t>> numbers;  // with the same name, in order
     for (std::size_t i = 0; i < members.size(); ++i) numbers[members[i].raw_name].push_back(i);
     std::vector<std::optional<WorkCopy>> matched(members.size());
     std::vector<WorkCopy> homeless;

@@ -24,11 +24,11 @@ Error stopped() {
     return {ErrorCode::cancelled, 0, "stopped"};
 }
 
-/// A row of the new directory: an old member, or one that was added.
+/// A row of the new directory: an old member or an added one.
 struct Row {
     std::optional<std::size_t> old_member;
     std::optional<PackedMember> added;
-    std::string password;            // of the one that was added
+    std::string password;            // of the added member
     std::uint64_t local_offset = 0;  // in the new file
 
     std::string_view name(const std::optional<Archive>& old) const {
@@ -53,7 +53,7 @@ struct ArchiveChange::State {
     std::optional<Archive> old;
     Staging staging;
     std::vector<Row> rows;
-    std::unordered_map<std::string, std::size_t> last_row;  // of each name
+    std::unordered_map<std::string, std::size_t> last_row;  // by name
     std::vector<Extent> removed;
     std::vector<std::uint64_t> old_offsets;  // sorted
     bool changed = false;
@@ -124,7 +124,7 @@ void ArchiveChange::State::add_row(PackedMember member, const std::string& passw
     put_row(known->second, std::move(member), password);
 }
 
-/// Makes `row` that of an added member.
+/// Makes `row` the row of an added member.
 void ArchiveChange::State::put_row(std::size_t row, PackedMember member, const std::string& password) {
     changed = true;
     if (rows[row].old_member) drop_old(*rows[row].old_member);
@@ -223,7 +223,7 @@ const std::string& ArchiveChange::path() const {
     return state_->path;
 }
 
-/// Writes in pieces, and fails with `cancelled` where the watch says no.
+/// Writes in pieces, and fails with `cancelled` if the watch returns false.
 Status ArchiveChange::State::write_watched(ArchiveOutput& output, std::string_view bytes) {
     Status written = Done{};
     const bool all = in_pieces(bytes, keeper, [&](std::string_view part) {
@@ -233,7 +233,7 @@ Status ArchiveChange::State::write_watched(ArchiveOutput& output, std::string_vi
     return all || !written ? written : Status(stopped());
 }
 
-/// Copies what stays, and finds out where its members are now.
+/// Copies the remaining members and records their new offsets.
 Status ArchiveChange::State::write_kept(ArchiveOutput& output, std::uint64_t& at) {
     if (!old) return Done{};
     const std::vector<Extent> kept = kept_extents(old_end(), removed);
@@ -291,14 +291,14 @@ Status ArchiveChange::State::write_directory(ArchiveOutput& output, std::uint64_
     const std::string_view comment = old ? old->directory()->comment : std::string_view();
     const std::uint64_t size = directory.size();
     directory += end_records(rows.size(), shifted(at), size, comment);
-    if (old) {  // what stands behind the archive is not ours to drop
+    if (old) {  // bytes after the archive are not ours to drop
         directory += slice(old->bytes(), old->directory()->end_record + end_of_directory_size + comment.size(),
                            std::string_view::npos);
     }
     return output.write(directory);
 }
 
-/// Fails unless a member that stays is in `made` with the same header and the same bytes.
+/// Fails unless a remaining member is in `made` with the same header and the same bytes.
 Status ArchiveChange::State::check_kept(const Archive& made, std::size_t row) const {
     const Member& before = old->members()[*rows[row].old_member];
     const Member& after = made.members()[row];
@@ -332,7 +332,7 @@ Status ArchiveChange::State::check_added(const Archive& made, std::size_t row) c
     return keeper.goes_on() ? not_as_written() : stopped();
 }
 
-/// Reads the new archive from the disk as anybody would.
+/// Reads the new archive back from the disk and checks it.
 Status ArchiveChange::State::check(ArchiveOutput& output) const {
     const Result<files::MappedFile> file = output.read_back();
     if (!file) return file.error();

@@ -11,7 +11,7 @@
 namespace quill::zip {
 namespace {
 
-/// Fails where a rename must not replace what is at `path`.
+/// Fails if a rename must not replace the file at `path`.
 Status check_replaceable(const std::string& path) {
     struct stat status = {};
     if (lstat(path.c_str(), &status) != 0) return errno == ENOENT ? Status(Done{}) : Status(system_error(errno));
@@ -22,7 +22,7 @@ Status check_replaceable(const std::string& path) {
 
 }  // namespace
 
-/// Returns false where another change has the file, or has replaced it in this moment.
+/// Returns false if another change has the file, or has just replaced it.
 bool ArchiveLock::try_lock() {
     stamp_ = files::stamp_of(path_);
     if (!stamp_) return true;

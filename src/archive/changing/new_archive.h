@@ -11,11 +11,11 @@
 
 namespace quill::zip {
 
-/// A file that a new archive is to hold.
+/// A file for a new archive.
 struct NewMember {
-    std::string name;  ///< of the member: relative, parts between slashes, UTF-8
-    std::string file;  ///< path of the file; for a text made here, what to call it in errors
-    std::optional<std::string> text = std::nullopt;  ///< the content, instead of the file's
+    std::string name;                                ///< of the member: relative, parts between slashes, UTF-8
+    std::string file;                                ///< path of the file; for a text made here, its name in errors
+    std::optional<std::string> text = std::nullopt;  ///< the content, in place of the file's
 };
 
 /// How the members of a new archive are encrypted.

@@ -20,7 +20,7 @@ namespace quill::zip {
 namespace {
 
 constexpr std::uint64_t most_in_memory = 32U << 20U;
-constexpr std::uint64_t largest_in_one = 16U << 20U;  // about a tenth of a second, in which nothing can stop it
+constexpr std::uint64_t largest_in_one = 16U << 20U;  // about a tenth of a second, in which it can't be stopped
 constexpr std::size_t piece = 256U << 10U;
 constexpr std::uint64_t needs_zip64 = 0xFFFFFFFF;
 constexpr std::uint16_t made_by_unix = 3U << 8U | 30U;
@@ -35,7 +35,7 @@ Error stopped() {
     return {ErrorCode::cancelled, 0, "stopped"};
 }
 
-/// Encrypts on the way, where there is a password, and puts everything into the staging place.
+/// Encrypts the bytes if there is a password, and puts them into the staging place.
 class Stager {
   public:
     Stager(Staging& staging, const PackOptions& options, WatchKeeper& keeper) : staging_(staging), keeper_(keeper) {
@@ -72,7 +72,7 @@ struct FreeCompressor {
     void operator()(libdeflate_compressor* compressor) const { libdeflate_free_compressor(compressor); }
 };
 
-/// The deflated bytes, or nothing where they would not be fewer.
+/// Returns the deflated bytes, or nothing if they would not be fewer.
 std::string deflate_whole(std::string_view bytes, int level) {
     const std::unique_ptr<libdeflate_compressor, FreeCompressor> compressor(libdeflate_alloc_compressor(level));
     if (!compressor || bytes.size() < 2) return {};
@@ -81,7 +81,7 @@ std::string deflate_whole(std::string_view bytes, int level) {
     return out;
 }
 
-/// Compresses `bytes` and gives the parts to put(part), whose failure ends it.
+/// Compresses `bytes` and passes the parts to put(part), whose failure ends it.
 template <class Put>
 Status compress(std::string_view bytes, archive::Compressor& compressor, Stager& stager, Put&& put) {
     std::string out(piece, '\0');
@@ -99,7 +99,7 @@ Status compress(std::string_view bytes, archive::Compressor& compressor, Stager&
     return Done{};
 }
 
-/// Returns the compressed bytes, or nothing where they would not be fewer.
+/// Returns the compressed bytes, or nothing if they would not be fewer.
 Result<std::string> compress_whole(std::string_view bytes, const PackOptions& options, Stager& stager) {
     if (options.method == method_deflated) return deflate_whole(bytes, options.level);
     const std::unique_ptr<archive::Compressor> compressor =
@@ -118,7 +118,7 @@ Status pack_content(std::string_view bytes, const PackOptions& options, Stager& 
     member.uncompressed_size = bytes.size();
     member.method = method_stored;
     if (options.method == method_stored) return stager.put(bytes);
-    // Whether a large file gets smaller is judged by its beginning.
+    // The beginning of a large file decides whether it is compressed.
     const bool large = bytes.size() > largest_in_one;
     const Result<std::string> packed = compress_whole(large ? bytes.substr(0, sample) : bytes, options, stager);
     if (!packed) return packed.error();
@@ -136,7 +136,7 @@ Status pack_bytes(std::string_view bytes, const PackOptions& options, Stager& st
     return status ? stager.end() : status;
 }
 
-/// The fields that both headers share, from `version needed` to the uncompressed size.
+/// Returns the fields that both headers share, from `version needed` to the uncompressed size.
 std::string shared_fields(const PackedMember& member, bool wide_sizes, bool zip64) {
     std::string out;
     const archive::CompressionMethod* const method = archive::find_compression(member.method);
@@ -163,12 +163,12 @@ std::string timestamp_extra(std::time_t modified) {
     }
     put16(out, extra_timestamp);
     put16(out, 5);
-    out.push_back(1);  // a time of last change follows
+    out.push_back(1);  // a modification time follows
     put32(out, static_cast<std::uint32_t>(modified));
     return out;
 }
 
-/// The field that says how a member is encrypted with AES.
+/// Returns the field that states how a member is encrypted with AES.
 std::string aes_extra(const PackedMember& member) {
     constexpr std::uint16_t without_crc = 2;
     std::string out;
@@ -188,7 +188,8 @@ std::uint16_t name_flags(const std::string& name) {
     return ascii ? 0 : utf8_flag;
 }
 
-/// A member with all but its content. Fails with `bad_argument` for a name that no header can hold.
+/// Returns a member with everything but its content. Fails with `bad_argument` for a name that does not fit in a
+/// header.
 Result<PackedMember> begin_member(const std::string& name, const struct stat& status, const PackOptions& options,
                                   const Staging& staging) {
     PackedMember member;

@@ -14,17 +14,17 @@
 
 namespace quill::zip {
 
-/// Where the compressed bytes of members wait until the archive is written: in memory while they are few, then in a
-/// file without a lasting name in the archive's directory.
+/// The compressed bytes of members until the archive is written: in memory while they are few, then in an unnamed file
+/// in the archive's directory.
 class Staging {
   public:
-    /// `beside`: the archive's path.
+    /// Begins without bytes; `beside` is the archive's path.
     explicit Staging(std::string beside) : beside_(std::move(beside)) {}
 
     std::uint64_t size() const { return size_; }
     Status append(std::string_view bytes);
     /// Calls f(bytes) for the `size` bytes at `offset` in one or more pieces until it returns false, which is a
-    /// success. Fails where they can't be read back.
+    /// success. Fails if they can't be read back.
     template <class F>
     Status read(std::uint64_t offset, std::uint64_t size, F&& f) const {
         if (offset < memory_.size()) {
@@ -52,43 +52,43 @@ class Staging {
 struct PackOptions {
     int level = 5;         ///< of libdeflate; of the method's library for files over 16 MiB and for other methods
     std::string password;  ///< empty for none
-    archive::Encryption encryption = archive::Encryption::traditional;  ///< where there is a password
+    archive::Encryption encryption = archive::Encryption::traditional;  ///< if there is a password
     std::uint16_t method = method_deflated;                             ///< one of `archive::compression_methods`
 };
 
-/// A member that is ready to be written: its headers' fields, and where its bytes wait.
+/// A member ready to be written: its headers' fields, and the place of its bytes.
 struct PackedMember {
     std::string name;  ///< UTF-8
     std::uint16_t flags = 0;
     std::uint16_t method = 0;
     std::uint32_t mode = 0;  ///< file type and permission bits
     std::uint32_t crc = 0;
-    std::uint8_t aes_strength = 0;  ///< 0 where it is not encrypted with AES
+    std::uint8_t aes_strength = 0;  ///< 0 if it is not encrypted with AES
     std::time_t modified = 0;
     std::uint64_t compressed_size = 0;
     std::uint64_t uncompressed_size = 0;
     std::uint64_t staged_at = 0;
 
-    /// The CRC that its headers state: none for AES, which has a code of its own (AE-2).
+    /// Returns the CRC for its headers: 0 for AES, which has its own code (AE-2).
     std::uint32_t stated_crc() const { return aes_strength == 0 ? crc : 0; }
-    /// Gives it another name, in UTF-8.
+    /// Changes its name, in UTF-8.
     void rename(std::string_view new_name);
-    /// The headers' bytes (APPNOTE 4.3.7, 4.3.12), with ZIP64 fields where a number needs them.
+    /// Return the headers' bytes (APPNOTE 4.3.7, 4.3.12), with ZIP64 fields if a number needs them.
     std::string local_header() const;
     std::string central_header(std::uint64_t local_offset) const;
 };
 
-/// Reads and compresses the file at `path`; what does not get smaller is stored. Fails with the system's reason where
-/// the file can't be read or the staging place is full, with `unsupported` for what is no regular file, with
-/// `cancelled` where the keeper's watch says no.
+/// Reads and compresses the file at `path`; stores it if it does not get smaller. Fails with the system's reason if the
+/// file can't be read or the staging place is full, with `unsupported` for anything but a regular file, with
+/// `cancelled` if the keeper's watch returns false.
 Result<PackedMember> pack_file(const std::string& path, const std::string& name, const PackOptions& options,
                                Staging& staging, WatchKeeper& keeper);
 
-/// The symbolic link at `path` as a member, whose content is the path that it leads to. Fails with the system's reason.
+/// Returns the symbolic link at `path` as a member whose content is the link's target. Fails with the system's reason.
 Result<PackedMember> pack_link(const std::string& path, const std::string& name, const PackOptions& options,
                                Staging& staging);
 
-/// A directory's own member: `name` and a slash, without content.
+/// Returns a directory's own member: `name` and a slash, without content.
 PackedMember pack_directory(const std::string& name, std::time_t modified);
 
 }  // namespace quill::zip

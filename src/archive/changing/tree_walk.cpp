@@ -29,7 +29,7 @@ EntryKind kind_behind(const std::string& path) {
     return files::is_directory(path) ? EntryKind::directory : EntryKind::file;
 }
 
-/// Appends what is in the directory `entries[at]`, or notes there why that can't be read.
+/// Appends the entries of the directory `entries[at]`, or stores there why it can't be read.
 void add_entries_of(std::size_t at, std::vector<TreeEntry>& entries) {
     const std::string path = entries[at].path;
     entries[at].modified = time_of(path);
@@ -64,7 +64,7 @@ std::vector<TreeEntry> walk_tree(const std::string& path, NamedLink named) {
     for (std::size_t i = 0; i < entries.size(); ++i) {
         if (entries[i].kind == EntryKind::directory) add_entries_of(i, entries);
     }
-    // A directory without a name of its own is kept only where it could not be read.
+    // A directory without its own name is kept only if it could not be read.
     std::erase_if(entries, [](const TreeEntry& entry) { return entry.member_name.empty() && !entry.unreadable; });
     std::sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) { return a.path < b.path; });
     return entries;

@@ -13,7 +13,7 @@ namespace quill::zip {
 
 enum class EntryKind : std::uint8_t { file, directory, link };
 
-/// What is to go into an archive.
+/// An entry to add to an archive.
 struct TreeEntry {
     std::string path;
     std::string member_name;  ///< relative, parts between slashes, without "." and ".."
@@ -22,15 +22,15 @@ struct TreeEntry {
     std::optional<Error> unreadable = std::nullopt;  ///< why the entries of a directory are missing
 };
 
-/// What a path that is itself a symbolic link means.
+/// The meaning of a path that is itself a symbolic link.
 enum class NamedLink : std::uint8_t { kept, followed };
 
-/// Returns `path` itself where it is not a directory (there or not); else it and all that is in it, sorted, hidden
-/// files too. Links in the tree are entries of their own and are not followed, and neither is `path` unless `named` or
-/// a slash at its end asks for what it leads to.
+/// Returns `path` itself if it is not a directory (existing or not); else it and all its contents, sorted, with hidden
+/// files. Links in the tree are entries themselves and are not followed; `path` is followed only if `named` or a slash
+/// at its end requests it.
 std::vector<TreeEntry> walk_tree(const std::string& path, NamedLink named = NamedLink::kept);
 
-/// `path` as a member's name: without what makes it absolute or climb.
+/// Returns `path` as a member's name, without parts that make it absolute or climb.
 std::string member_name_of(std::string_view path);
 
 }  // namespace quill::zip

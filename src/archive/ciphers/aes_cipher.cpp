@@ -58,12 +58,12 @@ class BlockCipher {
     std::variant<aes128_ctx, aes192_ctx, aes256_ctx> context_;
 };
 
-/// The counter mode of AE-x: a little-endian number from 1 on. (Other formats count big-endian.)
+/// The counter mode of AE-x: a little-endian number from 1. (Other formats count big-endian.)
 class KeyStream {
   public:
     explicit KeyStream(const BlockCipher& aes) : aes_(aes) {}
 
-    /// Changes `bytes` by as many of the stream.
+    /// Combines `bytes` with as many bytes of the stream.
     void apply(std::span<char> bytes) {
         while (!bytes.empty()) {
             if (at_ == stream_.size()) refill();
@@ -93,7 +93,7 @@ class KeyStream {
     std::size_t at_ = stream_.size();
 };
 
-/// What the password and the salt make: the key of AES, the key of the code, and the check of the password.
+/// The values derived from password and salt: the key of AES, the key of the code, and the check of the password.
 class Keys {
   public:
     Keys(std::uint8_t strength, std::string_view password, std::string_view salt)

@@ -7,7 +7,7 @@
 
 namespace quill::archive {
 
-/// Undoes the encryption of one member's data.
+/// Decrypts one member's data.
 class Cipher {
   public:
     Cipher() = default;
@@ -18,8 +18,8 @@ class Cipher {
     /// Decrypts `bytes`, the next of the data, in place.
     virtual void decrypt(std::span<char> bytes) = 0;
 
-    /// Returns whether the data's authentication code is right; nullopt for a cipher without one.
-    /// REQUIRES: all of the data has been decrypted.
+    /// Returns true if the data's authentication code is right; nullopt for a cipher without one. REQUIRES: all of the
+    /// data has been decrypted.
     virtual std::optional<bool> authentic() { return std::nullopt; }
 };
 
@@ -31,11 +31,11 @@ class Encryptor {
     Encryptor& operator=(const Encryptor&) = delete;
     virtual ~Encryptor() = default;
 
-    /// Returns the bytes that come before the encrypted ones. `crc` is that of the plain data.
+    /// Returns the bytes before the encrypted ones. `crc` is that of the plain data.
     virtual std::string head(std::uint32_t crc) = 0;
     /// Encrypts `bytes`, the next of the data, in place.
     virtual void encrypt(std::span<char> bytes) = 0;
-    /// Returns the bytes that follow the encrypted ones. REQUIRES: all of the data has been encrypted.
+    /// Returns the bytes after the encrypted ones. REQUIRES: all of the data has been encrypted.
     virtual std::string tail() = 0;
 };
 

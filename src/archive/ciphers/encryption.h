@@ -8,9 +8,9 @@
 
 namespace quill::archive {
 
-/// How the data of a member is encrypted: the traditional way, or by the strengths of AES in AesField.
+/// The encryption of a member's data: the traditional one, or the strengths of AES in AesField.
 enum class Encryption : std::uint8_t {
-    traditional,  ///< All programs can read it; it keeps nobody out who wants to get in.
+    traditional,  ///< All programs can read it; it does not stop an attacker.
     aes128,
     aes192,
     aes256

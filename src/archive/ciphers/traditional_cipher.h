@@ -9,7 +9,7 @@
 
 namespace quill::archive {
 
-/// The stream cipher of traditional ZIP encryption (APPNOTE 6.1). It keeps honest people out and nobody else.
+/// The stream cipher of traditional ZIP encryption (APPNOTE 6.1). It does not stop an attacker.
 class TraditionalCipher final : public Cipher {
   public:
     static constexpr std::size_t header_size = 12;
@@ -19,7 +19,8 @@ class TraditionalCipher final : public Cipher {
     void decrypt(std::span<char> bytes) override;
     void encrypt(std::span<char> bytes);
 
-    /// Decrypts a member's 12 bytes of header and returns the last, which shows a wrong password 255 times of 256.
+    /// Decrypts a member's 12 bytes of header and returns the last, which reveals a wrong password 255 times out of
+    /// 256.
     std::uint8_t read_header(std::string_view header);
 
     /// Returns eleven random bytes and `check`, encrypted.

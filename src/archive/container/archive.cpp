@@ -18,11 +18,11 @@ constexpr std::uint32_t file_type_mask = 0170000;
 constexpr std::uint32_t link_type = 0120000;
 constexpr std::uint32_t directory_type = 0040000;
 constexpr std::uint32_t dos_directory_bit = 0x10;
-constexpr std::size_t least_scanned = 100'000;  // members that are looked for in any file
-constexpr std::size_t aes_method_at = 5;        // behind its version, "AE" and strength
+constexpr std::size_t least_scanned = 100'000;  // members to search for in any file
+constexpr std::size_t aes_method_at = 5;        // after its version, "AE" and strength
 
-/// A directory behind bytes that begin with a member of their own may be that of an archive inside a member, left over
-/// when the end of the file around it was cut off.
+/// Returns true if the directory may be that of an archive inside a member, left over when the end of the outer file
+/// was cut off: before it are bytes that begin with a member of their own.
 bool is_of_inner_archive(std::string_view bytes, const Directory& directory, const std::deque<Member>& scanned) {
     return directory.shift > 0 && std::any_of(scanned.begin(), scanned.end(), [&](const Member& member) {
                const auto header = parse_local_header(bytes, member.local_offset);
@@ -31,7 +31,7 @@ bool is_of_inner_archive(std::string_view bytes, const Directory& directory, con
            });
 }
 
-/// Adds the members of `scanned` that the directory does not have, up to `most` in all.
+/// Adds the members of `scanned` that the directory lacks, up to `most` in total.
 void add_missing(std::vector<Member>& members, std::deque<Member> scanned, std::size_t most) {
     std::vector<std::uint64_t> known;
     known.reserve(members.size());
@@ -117,7 +117,7 @@ Result<Archive> Archive::parse(std::string_view bytes) {
     return archive;
 }
 
-/// Looks for members by their own headers. Returns false where there is neither a directory nor a member.
+/// Searches for members by their own headers. Returns false if there is neither a directory nor a member.
 bool Archive::recover(bool directory_is_empty) {
     const std::size_t most = most_members(bytes_.size()), most_scanned = std::max(least_scanned, most / 2);
     std::deque<Member> scanned = scan_local_headers(bytes_, most_scanned);

@@ -21,15 +21,15 @@ using report::Problem;
 using report::ProblemKind;
 using report::Verdict;
 
-/// One member of an archive, as its central header tells it (its local header, where it was recovered from that).
+/// One member of an archive, described by its central header, or by its local header if it was recovered from that.
 struct Member {
-    std::string_view name;      ///< UTF-8, as the archive has it: not safe as a path
+    std::string_view name;      ///< UTF-8, as in the archive: not safe as a path
     std::string_view raw_name;  ///< the bytes in the archive
     std::string_view extra;     ///< its extra fields
     std::uint64_t compressed_size = 0;
     std::uint64_t uncompressed_size = 0;  ///< as stated
     std::uint64_t local_offset = 0;       ///< of its local header in the file
-    std::uint64_t header_offset = 0;      ///< of its central header in the file; 0 where it was recovered
+    std::uint64_t header_offset = 0;      ///< of its central header in the file; 0 if it was recovered
     std::uint64_t room = 0;               ///< bytes from its local header to the next one, or to the directory
     std::uint32_t header_size = 0;
     std::uint32_t crc = 0;
@@ -37,62 +37,61 @@ struct Member {
     std::uint32_t external_attributes = 0;
     std::uint16_t made_by = 0;
     std::uint16_t flags = 0;
-    std::uint16_t method = 0;    ///< as stated; for AES see `content_method`
-    bool recovered : 1 = false;  ///< found by its local header, no directory entry vouches for it
-    bool sizes_known : 1 =
-        true;                   ///< false: `compressed_size` is only the most that it can be, CRC and size are not told
-    bool overlaps : 1 = false;  ///< its bytes begin inside another member or the directory
-    bool amended : 1 = false;   ///< its directory entry has a size that can't be right, and another was found
-    bool elsewhere : 1 = false;  ///< it lies in another volume of a split archive
+    std::uint16_t method = 0;     ///< as stated; for AES see `content_method`
+    bool recovered : 1 = false;   ///< found by its local header, without a directory entry
+    bool sizes_known : 1 = true;  ///< false: `compressed_size` is only an upper bound, CRC and size are unknown
+    bool overlaps : 1 = false;    ///< its bytes begin inside another member or the directory
+    bool amended : 1 = false;     ///< its directory entry has an impossible size, and another was found
+    bool elsewhere : 1 = false;   ///< it is in another volume of a split archive
 
     bool is_encrypted() const;
     bool is_aes() const;
     bool is_directory() const;
-    bool is_link() const;  ///< a symbolic link, whose content is the path that it leads to
-    /// How the content is encrypted; nullopt where it is not, or in a way that nothing can be written in.
+    bool is_link() const;  ///< Returns true for a symbolic link, whose content is the link's target.
+    /// Returns the encryption of the content; nullopt if there is none, or one that can't be written.
     std::optional<archive::Encryption> encryption() const;
-    /// How the content is compressed, behind AES too.
+    /// Returns the compression method of the content, also of an AES member.
     std::uint16_t content_method() const;
-    /// Whether the writer's system was one of the Unix kind, so that the upper attribute bits are a file mode.
+    /// Returns true if the writer's system was a kind of Unix, so that the upper attribute bits are a file mode.
     bool made_on_unix() const;
 };
 
-/// Where an archive's directory lies.
+/// The place of an archive's directory.
 struct Directory {
-    std::uint64_t begin = 0;       ///< of the first central header in the file
-    std::uint64_t end = 0;         ///< behind the last central header: the first of the end records
-    std::uint64_t end_record = 0;  ///< of the end-of-directory record
-    std::int64_t shift = 0;        ///< what is added to the offsets that are written: bytes of junk before the archive
-    std::uint64_t stated_count = 0;  ///< members, as stated
+    std::uint64_t begin = 0;         ///< of the first central header in the file
+    std::uint64_t end = 0;           ///< after the last central header: the first of the end records
+    std::uint64_t end_record = 0;    ///< of the end-of-directory record
+    std::int64_t shift = 0;          ///< added to stored offsets: bytes of junk before the archive
+    std::uint64_t stated_count = 0;  ///< number of members, as stated
     bool wide_count = false;         ///< the count is from a ZIP64 record, else it is modulo 65536
     std::string_view comment;
 };
 
-/// A ZIP file opened for reading. What can be understood of a damaged one is: its problems tell what was amiss.
+/// A ZIP file opened for reading. Reads as much of a damaged one as can be understood and reports its problems.
 class Archive {
   public:
-    /// Maps the file and reads its directory. Fails with the system's reason, or `bad_input` where there is neither a
+    /// Maps the file and reads its directory. Fails with the system's reason, or with `bad_input` if there is neither a
     /// directory nor a member.
     static Result<Archive> open(const std::string& path);
 
-    /// The archive in `bytes`, which must outlive it.
+    /// Reads the archive in `bytes`, which must outlive it.
     static Result<Archive> parse(std::string_view bytes);
 
-    /// Reads all names again that have no sign of their character set, in `code_page`, the name of one for the C
-    /// library; an empty one means the page that fits best, as after opening. See `decode_names`.
+    /// Reads again, in `code_page` (a name known to the C library), all names that do not indicate their character set;
+    /// an empty one means the page that fits best, as after opening. See `decode_names`.
     void read_names_in(std::string_view code_page);
-    /// Whether there are such names.
+    /// Returns true if there are such names.
     bool has_names_without_sign() const { return names_without_sign_; }
 
     const std::vector<Member>& members() const { return members_; }
     const std::vector<Problem>& problems() const { return problems_; }
     std::string_view bytes() const { return bytes_; }
-    /// Nullopt where the members were recovered without one.
+    /// Returns the directory; nullopt if the members were recovered without one.
     const std::optional<Directory>& directory() const { return directory_; }
-    /// Whether each member has a directory entry that leads to its own header, and no bytes are shared: only such an
-    /// archive can be changed.
+    /// Returns true if each member has a directory entry that leads to its own header, and no bytes are shared: only
+    /// such an archive can be changed.
     bool is_sound() const;
-    /// Whether the file has been cut since it was opened.
+    /// Returns true if the file has been cut since it was opened.
     bool cut_short() const { return file_ && file_->cut_short(); }
 
   private:
@@ -103,7 +102,7 @@ class Archive {
     std::string_view bytes_;
     std::optional<Directory> directory_;
     std::vector<Member> members_;
-    std::deque<std::string> names_;  // that are not in the file as they are
+    std::deque<std::string> names_;  // those that are not in the file in this form
     std::vector<Problem> problems_;
     bool directory_whole_ = true;
     bool names_without_sign_ = false;

@@ -11,7 +11,7 @@ constexpr std::uint64_t in_zip64 = 0xFFFFFFFF;
 constexpr std::uint64_t count_in_zip64 = 0xFFFF;
 constexpr std::size_t offset_at = 42;  // of the local header's offset in a central header
 
-/// Bytes of the data descriptor at `at`, which has to state the member's sizes; 0 where there is none.
+/// Returns the size of the data descriptor at `at`, which must state the member's sizes; 0 if there is none.
 std::uint64_t descriptor_size(std::string_view archive, std::uint64_t at, const Member& member) {
     const std::uint64_t signature = get32(archive, at) == descriptor_signature ? 4 : 0;
     const std::uint64_t sizes = at + signature + 4;

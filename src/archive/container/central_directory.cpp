@@ -13,8 +13,8 @@ constexpr std::string_view central_mark = "PK\x01\x02";
 constexpr std::size_t longest_comment = 0xFFFF;
 constexpr std::uint64_t count_modulus = 0x10000;
 
-/// Puts the directory at the place that leads to its first header: right before the end records, or where it is said
-/// to be. Returns whether one of them does.
+/// Sets the directory to the place that leads to its first header: right before the end records, or the stated place.
+/// Returns true if one of them does.
 bool place(std::string_view bytes, Directory& directory, std::uint64_t end, std::uint64_t size, std::uint64_t offset) {
     directory.end = end;
     if (size <= end && (size == 0 || get32(bytes, end - size) == central_signature)) {
@@ -28,7 +28,7 @@ bool place(std::string_view bytes, Directory& directory, std::uint64_t end, std:
     return true;
 }
 
-/// The position of the ZIP64 end record that the locator before the end record at `at` names, if there is one.
+/// Returns the position of the ZIP64 end record named by the locator before the end record at `at`, if there is one.
 std::optional<std::uint64_t> find_zip64_end(std::string_view bytes, std::uint64_t at) {
     if (at < zip64_locator_size || get32(bytes, at - zip64_locator_size) != zip64_locator_signature)
         return std::nullopt;
@@ -75,18 +75,18 @@ Member member_of(const Header& header, const Directory& directory, std::uint64_t
     return member;
 }
 
-/// The volume that the directory itself is in.
+/// Returns the number of the volume that contains the directory.
 std::uint32_t own_disk(std::string_view bytes, const Directory& directory) {
     return directory.wide_count ? get32(bytes, directory.end + 16) : get16(bytes, directory.end_record + 4);
 }
 
-/// Whether a member that should be in another volume is in this one after all.
+/// Returns true if a member that should be in another volume is in this one after all.
 bool is_here(std::string_view bytes, const Member& member) {
     const std::optional<Header> local = parse_local_header(bytes, member.local_offset);
     return local && local->name == member.raw_name;
 }
 
-/// How many entries there seem to be. A count of 16 bits decides only where the directory is small.
+/// Returns the apparent number of entries. A count of 16 bits decides only if the directory is small.
 std::uint64_t count_entries(std::string_view bytes, const Directory& directory) {
     const std::uint64_t most = (directory.end - directory.begin) / central_header_size;
     if (directory.wide_count || most < directory.stated_count + count_modulus) return directory.stated_count;
@@ -120,8 +120,8 @@ void check_surroundings(std::string_view bytes, const Directory& directory, std:
 std::optional<Directory> find_directory(std::string_view bytes) {
     if (bytes.size() < end_of_directory_size) return std::nullopt;
     std::size_t from = bytes.size() - end_of_directory_size;
-    // An end record whose comment reaches the end of the file is the best; any that leads to a directory will do, and
-    // one of an empty archive, which any comment can hold, only where there is no other.
+    // An end record whose comment reaches the end of the file is best; any that leads to a directory will do, and one
+    // of an empty archive, which any comment can contain, only if there is no other.
     const std::size_t nearest = from > longest_comment ? from - longest_comment : 0;
     std::optional<Directory> other;
     while (true) {

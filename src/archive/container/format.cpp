@@ -19,7 +19,7 @@ void put(std::string& out, std::uint64_t value, unsigned width) {
 constexpr std::uint32_t in_zip64_32 = 0xFFFFFFFF;
 constexpr std::uint16_t in_zip64_16 = 0xFFFF;
 
-/// Puts in the numbers that did not fit their field (APPNOTE 4.5.3): only those are in the ZIP64 field, in this order.
+/// Replaces the numbers that did not fit their field (APPNOTE 4.5.3): the ZIP64 field has only those, in this order.
 void apply_zip64(Header& header, bool central) {
     const std::optional<std::string_view> field = extra_field(header.extra, extra_zip64);
     if (!field) return;
@@ -36,8 +36,9 @@ void apply_zip64(Header& header, bool central) {
     if (header.disk == in_zip64_16 && field->size() >= at + 4) header.disk = get32(*field, at);
 }
 
-/// What both kinds of header have: the fields from `version needed` on, which begin `shared_at` bytes into the header,
-/// and the name and the extra fields behind its `fixed_size` bytes. Nullopt where it does not stand at `at` so far.
+/// Returns the parts common to both kinds of header: the fields from `version needed`, which begin `shared_at` bytes
+/// into the header, and the name and the extra fields after its `fixed_size` bytes. Nullopt if they are not complete at
+/// `at`.
 std::optional<Header> parse_shared(std::string_view bytes, std::uint64_t at, std::uint32_t signature,
                                    std::uint64_t shared_at, std::size_t fixed_size) {
     if (get32(bytes, at) != signature || bytes.size() - at < fixed_size) return std::nullopt;

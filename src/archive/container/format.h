@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-/// The bytes of a ZIP file (APPNOTE 4.3 to 4.6): its records, taken apart and put together. All numbers are
-/// little-endian and are read through checked getters.
+/// The bytes of a ZIP file (APPNOTE 4.3 to 4.6): parsing and building its records. All numbers are little-endian and
+/// are read through checked getters.
 namespace quill::zip {
 
 constexpr std::uint32_t local_signature = 0x04034b50;             // APPNOTE 4.3.7
@@ -26,14 +26,14 @@ constexpr std::size_t end_of_directory_size = 22;
 /// General purpose bits (APPNOTE 4.4.4).
 enum Flag : std::uint16_t {
     encrypted_flag = 1U << 0U,
-    descriptor_flag = 1U << 3U,  ///< CRC and sizes stand behind the data
+    descriptor_flag = 1U << 3U,  ///< CRC and sizes follow the data
     patch_flag = 1U << 5U,
     strong_encryption_flag = 1U << 6U,
     utf8_flag = 1U << 11U,
     masked_header_flag = 1U << 13U  ///< the central directory is encrypted
 };
 
-/// Compression methods (APPNOTE 4.4.5) that are told apart here.
+/// Compression methods (APPNOTE 4.4.5) that the container treats specially.
 constexpr std::uint16_t method_stored = 0;
 constexpr std::uint16_t method_deflated = 8;
 constexpr std::uint16_t method_aes = 99;
@@ -45,10 +45,11 @@ constexpr std::uint16_t extra_timestamp = 0x5455;
 constexpr std::uint16_t extra_unicode_path = 0x7075;
 constexpr std::uint16_t extra_aes = 0x9901;
 
-/// A method's name as shown to people: "stored", "deflated", "bzip2", "LZMA" ...; "method 77" for one without a name.
+/// Returns a method's name as shown to people: "stored", "deflated", "bzip2", "LZMA" ...; "method 77" for an unnamed
+/// one.
 std::string method_name(std::uint16_t method);
 
-/// The number at byte `at` of `bytes`; 0 where not all of its bytes are there.
+/// Return the number at byte `at` of `bytes`; 0 if it is not complete.
 std::uint16_t get16(std::string_view bytes, std::uint64_t at);
 std::uint32_t get32(std::string_view bytes, std::uint64_t at);
 std::uint64_t get64(std::string_view bytes, std::uint64_t at);
@@ -57,14 +58,14 @@ void put16(std::string& out, std::uint64_t value);
 void put32(std::string& out, std::uint64_t value);
 void put64(std::string& out, std::uint64_t value);
 
-/// `bytes` from `at` on, `size` of them or as many as there are.
+/// Returns `size` bytes of `bytes` from `at`, or as many as there are.
 std::string_view slice(std::string_view bytes, std::uint64_t at, std::uint64_t size);
 
-/// The data of the first field `id` in a header's extra bytes. A field that is longer than what is left ends the
-/// search.
+/// Returns the data of the first field `id` in a header's extra bytes. A field that exceeds the remaining bytes ends
+/// the search.
 std::optional<std::string_view> extra_field(std::string_view extra, std::uint16_t id);
 
-/// A local header or a central one, with the 64-bit numbers of its ZIP64 field already in place.
+/// A local or central header, with the 64-bit numbers of its ZIP64 field already applied.
 struct Header {
     std::uint16_t made_by = 0;  ///< 0 in a local header
     std::uint16_t version_needed = 0;
@@ -82,13 +83,13 @@ struct Header {
     std::uint64_t size = 0;  ///< bytes of the whole header
 };
 
-/// The local header at `at`; nullopt where none stands there whole.
+/// Returns the local header at `at`; nullopt if there is no complete one.
 std::optional<Header> parse_local_header(std::string_view bytes, std::uint64_t at);
 
-/// Whether a local header has the CRC and the sizes itself, instead of leaving them to the data descriptor.
+/// Returns true if a local header has the CRC and the sizes itself, instead of leaving them to the data descriptor.
 bool states_sizes(const Header& local);
 
-/// The central header at `at`; nullopt where none stands there whole (its comment may be cut).
+/// Returns the central header at `at`; nullopt if there is no complete one (its comment may be cut).
 std::optional<Header> parse_central_header(std::string_view bytes, std::uint64_t at);
 
 }  // namespace quill::zip

@@ -23,7 +23,7 @@ void report(Content& content, ProblemKind kind, std::uint64_t at, std::string te
     content.problems.push_back({kind, at, {}, std::move(text)});
 }
 
-/// Returns the field 9901 of `extra`; nullopt where it is missing or too short.
+/// Returns the field 9901 of `extra`; nullopt if it is missing or too short.
 std::optional<AesField> aes_field(std::string_view extra) {
     constexpr std::size_t field_size = 7;
     const std::optional<std::string_view> field = extra_field(extra, extra_aes);
@@ -41,7 +41,7 @@ bool refuse_password(Content& content, std::uint64_t at, std::string text) {
     return false;
 }
 
-/// Returns the forms that a data descriptor can have: with or without its signature, its sizes in 4 bytes or 8 (APPNOTE
+/// Returns the possible forms of a data descriptor: with or without its signature, its sizes in 4 bytes or 8 (APPNOTE
 /// 4.3.9).
 std::array<std::string, 4> descriptors(std::uint32_t crc, std::uint64_t packed_size, std::uint64_t size) {
     std::string narrow, wide, signature;
@@ -57,18 +57,18 @@ std::array<std::string, 4> descriptors(std::uint32_t crc, std::uint64_t packed_s
 
 }  // namespace
 
-/// A member's compressed bytes, and what decrypts them.
+/// A member's compressed bytes, and their cipher.
 struct MemberReader::Source {
     Header local;
-    std::uint64_t begin = 0;  // of all that follows the header in the file
+    std::uint64_t begin = 0;  // of all bytes after the header in the file
     std::uint64_t at = 0;     // of `data` in the file
     std::string_view data;
-    bool cut = false;  // there are fewer bytes than are stated
+    bool cut = false;  // there are fewer bytes than stated
     std::optional<AesField> aes;
     std::unique_ptr<archive::Cipher> cipher;
 };
 
-/// Counts and checks what goes to the sink.
+/// Counts and checks the bytes on their way to the sink.
 class MemberReader::Meter {
   public:
     explicit Meter(const Sink& sink) : sink_(sink) {}
@@ -108,7 +108,7 @@ Content MemberReader::read(const Member& member, const Sink& sink) {
     return content;
 }
 
-/// Returns the member with the numbers of its own header, where these are others and could be right.
+/// Returns the member with the numbers of its own header, if these differ and could be right.
 std::optional<Member> MemberReader::as_in_own_header(const Member& member) const {
     if (member.recovered || member.elsewhere || member.is_encrypted()) return std::nullopt;
     const std::optional<Header> header = parse_local_header(archive_.bytes(), member.local_offset);
@@ -127,7 +127,7 @@ std::optional<Member> MemberReader::as_in_own_header(const Member& member) const
     return differs ? std::optional(std::move(own)) : std::nullopt;
 }
 
-/// Reads the member without giving its bytes to `sink`, and returns whether it is verified.
+/// Reads the member without passing its bytes to `sink`, and returns true if it is verified.
 bool MemberReader::checks_out(const Member& member, const Sink& sink) {
     return read_as(member, [&](std::string_view) { return sink({}); }).verdict == Verdict::verified;
 }
@@ -136,7 +136,7 @@ Content MemberReader::read_as(const Member& member, const Sink& sink) {
     Content content;
     Source source;
     if (!locate(member, source, content) || !open_cipher(member, source, content)) return content;
-    // A member without a byte is stored, whatever its method.
+    // An empty member is stored, whatever its method.
     const bool empty = member.sizes_known && member.uncompressed_size == 0 && source.data.empty();
     const std::uint16_t number = empty ? method_stored : member.content_method();
     const archive::Method* const method = archive::find_method(number);
@@ -150,7 +150,7 @@ Content MemberReader::read_as(const Member& member, const Sink& sink) {
     return content;
 }
 
-/// Finds the member's data by its local header, and reports where the two headers differ.
+/// Finds the member's data by its local header, and reports differences between the two headers.
 bool MemberReader::locate(const Member& member, Source& source, Content& content) const {
     const std::string_view bytes = archive_.bytes();
     if (member.elsewhere) {
@@ -174,7 +174,7 @@ bool MemberReader::locate(const Member& member, Source& source, Content& content
     source.local = *local;
     source.begin = source.at = at + local->size;
     source.data = slice(bytes, source.at, member.compressed_size);
-    // A size that leads into nothing has been replaced in a member that was recovered.
+    // The size of a recovered member was replaced if it led to nothing.
     const std::uint64_t stated = member.recovered ? local->compressed_size : member.compressed_size;
     source.cut = member.sizes_known && source.data.size() < stated;
     if (local->name != member.raw_name) {
@@ -191,7 +191,7 @@ bool MemberReader::locate(const Member& member, Source& source, Content& content
     return true;
 }
 
-/// Reads what comes before the encrypted bytes of a member.
+/// Reads the bytes before the encrypted bytes of a member.
 bool MemberReader::open_cipher(const Member& member, Source& source, Content& content) const {
     if (!member.is_encrypted() && !member.is_aes()) return true;
     if (password_.empty()) return refuse_password(content, source.at, "it needs a password");
@@ -217,7 +217,7 @@ bool MemberReader::open_traditional(const Member& member, Source& source, Conten
     return true;
 }
 
-/// Takes salt, check of the password and authentication code off the data. Data that are cut have no code.
+/// Removes salt, check of the password and authentication code from the data. Data that are cut have no code.
 bool MemberReader::open_aes(const Member& member, Source& source, Content& content) const {
     source.aes = aes_field(member.extra);
     const std::size_t head_size = source.aes ? source.aes->head_size() : 0;
@@ -256,7 +256,7 @@ Passed MemberReader::decode(const Member& member, const Source& source, const ar
                       [&](std::string_view bytes) { return meter.take(bytes); });
 }
 
-/// Compares what came out with what was promised.
+/// Compares the output with the stated values.
 void MemberReader::judge(const Member& member, const Source& source, const Passed& passed, const Meter& meter,
                          Content& content) const {
     content.size = meter.size();
@@ -276,8 +276,8 @@ void MemberReader::judge(const Member& member, const Source& source, const Passe
     }
 }
 
-/// Compares size and CRC with the stated ones, and reports where they differ. AE-2 leaves the CRC out; one that is
-/// there all the same counts.
+/// Compares size and CRC with the stated ones, and reports differences. AE-2 omits the CRC; one that is present is
+/// checked anyway.
 bool MemberReader::check_numbers(const Member& member, const Source& source, const Passed& passed, const Meter& meter,
                                  Content& content) const {
     if (passed.too_long || meter.size() != member.uncompressed_size) {
@@ -292,7 +292,7 @@ bool MemberReader::check_numbers(const Member& member, const Source& source, con
         report(content, ProblemKind::bad_crc, source.at, "its CRC is wrong");
         return false;
     }
-    // The code authenticates the encrypted bytes alone, not how they are to be understood.
+    // The code authenticates only the encrypted bytes, not how to interpret them.
     const std::optional<AesField> own = aes_field(source.local.extra);
     if (crc_left_out && own && *own != *source.aes) {
         report(content, ProblemKind::cipher_differs, source.at);
@@ -301,7 +301,7 @@ bool MemberReader::check_numbers(const Member& member, const Source& source, con
     return true;
 }
 
-/// Reports what is wrong with the end of the compressed data, or with their authentication code.
+/// Reports problems at the end of the compressed data, or with their authentication code.
 void MemberReader::check_ends(const Member& member, const Source& source, const Passed& passed,
                               Content& content) const {
     if (source.cut) report(content, ProblemKind::cut, source.at + source.data.size());
@@ -320,7 +320,7 @@ void MemberReader::check_ends(const Member& member, const Source& source, const 
     }
 }
 
-/// Compares what came out with what follows a stream that ended by itself: its data descriptor, unless the file ends
+/// Compares the output with what follows a stream that ended by itself: its data descriptor, unless the file ends
 /// before or within it, or the next header follows at once.
 Verdict MemberReader::judge_by_descriptor(const Source& source, const Passed& passed, const Meter& meter,
                                           Content& content) const {

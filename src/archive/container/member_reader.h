@@ -14,29 +14,30 @@
 
 namespace quill::zip {
 
-/// What reading one member came to.
+/// The result of reading one member.
 struct Content {
     Verdict verdict = Verdict::refused;
-    std::uint64_t size = 0;  ///< bytes given out, never more than the member states
+    std::uint64_t size = 0;  ///< bytes passed on, never more than the member states
     std::vector<Problem> problems;
     bool sink_failed = false;     ///< the sink refused the bytes
-    bool needs_password = false;  ///< refused for want of the right password
+    bool needs_password = false;  ///< refused because the right password is missing
 };
 
-/// Takes the bytes of a member in order; false stops the reading. Empty bytes only ask whether to go on.
+/// Receives the bytes of a member in order; returns false to stop the reading. Empty bytes only ask whether to
+/// continue.
 using Sink = archive::Sink;
 
 /// Reads members of one archive. Each thread has its own.
 ///
-/// Deflated members of up to 64 MiB are decompressed by way of one buffer, all others in pieces. Memory is bounded by
-/// that buffer and the windows of the methods whatever the headers say.
+/// Deflated members of up to 64 MiB are decompressed into one buffer, all others in pieces. Memory is bounded by that
+/// buffer and the windows of the methods, whatever the headers say.
 class MemberReader {
   public:
-    /// `archive` must outlive it. `password` is empty for none.
+    /// Makes a reader of `archive`, which must outlive it. `password` is empty for none.
     MemberReader(const Archive& archive, std::string password);
 
-    /// Gives the bytes of `member`, one of the archive's, to `sink`. What comes before damage is given out too. Where
-    /// the member's own header has other numbers than the directory, those that the data agree with count.
+    /// Passes the bytes of `member`, one of the archive's, to `sink`, including those before damage. If the member's
+    /// own header and the directory have different numbers, those that match the data count.
     Content read(const Member& member, const Sink& sink);
 
   private:

@@ -13,18 +13,18 @@ std::uint64_t plus(std::uint64_t a, std::uint64_t b) {
     return a > std::numeric_limits<std::uint64_t>::max() - b ? std::numeric_limits<std::uint64_t>::max() : a + b;
 }
 
-/// Where a member's data end, by the length that its local header has.
+/// Returns the end of a member's data, using the length of its local header.
 std::uint64_t exact_end(std::string_view bytes, const Member& member) {
     const std::optional<Header> header = parse_local_header(bytes, member.local_offset);
     return plus(member.local_offset, plus(header ? header->size : local_header_size, member.compressed_size));
 }
 
-/// The same, guessed from the central header.
+/// Returns the same, estimated from the central header.
 std::uint64_t likely_end(const Member& member) {
     return plus(member.local_offset, plus(local_header_size + member.raw_name.size(), member.compressed_size));
 }
 
-/// Gives a member the numbers of its own header where they are others and end its data at `limit` at the latest.
+/// Gives a member the numbers of its own header if they differ and end its data at `limit` at the latest.
 bool take_own_numbers(std::string_view bytes, std::uint64_t limit, Member& member) {
     const std::optional<Header> own = parse_local_header(bytes, member.local_offset);
     if (!own || !states_sizes(*own) || own->compressed_size == member.compressed_size) return false;
@@ -36,7 +36,7 @@ bool take_own_numbers(std::string_view bytes, std::uint64_t limit, Member& membe
     return true;
 }
 
-/// Keeps a member out of the directory.
+/// Limits a member to the bytes before the directory.
 void end_at_directory(std::string_view bytes, std::uint64_t directory, Member& member) {
     if (likely_end(member) <= directory || exact_end(bytes, member) <= directory) return;
     if (take_own_numbers(bytes, directory, member)) return;

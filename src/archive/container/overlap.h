@@ -8,12 +8,12 @@
 
 namespace quill::zip {
 
-/// Compares where the members lie in the file, whose directory begins at `directory`, and sets `room`, `overlaps` and
-/// `amended`.
+/// Compares the places of the members in the file, whose directory begins at `directory`, and sets `room`, `overlaps`
+/// and `amended`.
 ///
-/// A member whose size leads into the next one or into the directory gets the sizes and the CRC of its own header where
+/// A member whose size leads into the next one or into the directory gets the sizes and the CRC of its own header if
 /// these fit. If they don't, a member that begins inside it overlaps, and one that runs into the directory ends there.
-/// Time n log n; local headers are read only where there is a suspicion.
+/// Time n log n; local headers are read only on suspicion.
 void mark_overlaps(std::string_view bytes, std::uint64_t directory, std::vector<Member>& members);
 
 }  // namespace quill::zip

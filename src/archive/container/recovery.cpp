@@ -11,12 +11,12 @@ namespace {
 
 constexpr std::string_view local_mark = "PK\x03\x04";
 constexpr std::string_view any_mark = "PK";
-constexpr unsigned newest_version = 100;  // ten times the version of the format, with room for those to come
+constexpr unsigned newest_version = 100;  // ten times the version of the format, with room for future ones
 constexpr std::uint64_t least_budget = 16U << 20U;
 constexpr std::uint64_t budget_per_byte = 16;
 constexpr std::uint64_t cost_of_mark = 64;
 
-/// CRC and sizes behind a member's data, and where the data end.
+/// CRC and sizes from after a member's data, and the end of the data.
 struct Descriptor {
     std::uint64_t data_end = 0;
     std::uint32_t crc = 0;
@@ -46,7 +46,7 @@ class Scan {
         return header;
     }
 
-    /// The first plausible local header at `from` or behind it; the end of the bytes where there is none.
+    /// Returns the first plausible local header at or after `from`; the end of the bytes if there is none.
     std::uint64_t next_header(std::uint64_t from) const {
         while (from < bytes_.size()) {
             const std::size_t at = bytes_.find(local_mark, from);
@@ -89,7 +89,7 @@ class Scan {
         }
     }
 
-    /// A size that leads into nothing, past other headers or past the end, is not to be believed.
+    /// Replaces a stated size that leads to nothing, past other headers or past the end.
     void check_stated_size(Member& member, std::uint64_t data) const {
         const std::uint64_t left = bytes_.size() - data;
         if (member.compressed_size > left) {
@@ -119,8 +119,8 @@ class Scan {
         return std::nullopt;
     }
 
-    /// The descriptor's numbers at `numbers` behind data that end at `end`, in either width, if its size is the true
-    /// one.
+    /// Returns the descriptor's numbers at `numbers` after data that end at `end`, in either width, if its size is the
+    /// true one.
     std::optional<Descriptor> descriptor_at(std::uint64_t data, std::uint64_t end, std::uint64_t numbers) const {
         if (get32(bytes_, numbers + 4) == end - data) {
             return Descriptor{end, get32(bytes_, numbers), get32(bytes_, numbers + 8)};
@@ -143,7 +143,7 @@ class Scan {
     }
 
     std::string_view bytes_;
-    std::uint64_t budget_;  // of bytes looked at for descriptors, so that many headers can't make the time square
+    std::uint64_t budget_;  // of bytes searched for descriptors, so that many headers can't make the time quadratic
 };
 
 }  // namespace

@@ -14,9 +14,9 @@
 namespace quill::zip {
 namespace {
 
-constexpr std::size_t piece = 4U << 20U;  // written between two looks whether to go on
+constexpr std::size_t piece = 4U << 20U;  // written between two checks whether to continue
 
-/// Reads the member of a directory, which should have no content. Without a password that it needs, what it states
+/// Reads the member of a directory, which should have no content. Without the password it needs, its stated size
 /// decides.
 void read_directory(const Member& directory, MemberReader& reader, ExtractionRun& run, const ExtractOptions& options,
                     MemberResult& result) {
@@ -119,7 +119,7 @@ class Writer {
     Result<SafeTree> tree_;
 };
 
-/// Directories get their times last: making files in them has changed those.
+/// Sets the directories' times last: making files in them has changed those.
 void set_directory_times(const Archive& archive, const std::vector<std::size_t>& made, const MemberPaths& paths,
                          SafeTree& tree) {
     for (auto member = made.rbegin(); member != made.rend(); ++member) {

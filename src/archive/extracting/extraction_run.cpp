@@ -22,7 +22,7 @@ std::uint64_t sum(std::uint64_t a, std::uint64_t b) {
     return a + std::min(b, std::numeric_limits<std::uint64_t>::max() - a);
 }
 
-/// The stated size of a member as far as it can be true.
+/// Returns the plausible part of a member's stated size.
 std::uint64_t expected_size(const Member& member) {
     const std::uint64_t size = member.uncompressed_size, packed = member.compressed_size;
     const std::uint16_t method = member.content_method();

@@ -17,13 +17,13 @@ namespace quill::zip {
 /// Adds a problem to a member's result.
 void report(MemberResult& result, ProblemKind kind, std::string text = {});
 
-/// Hands results on in their order, whatever the order in which they are put in. Few should have to wait.
+/// Passes on results in their order, whatever the order in which they arrive. Few should have to wait.
 class OrderedResults {
   public:
     explicit OrderedResults(const TakeResult& take) : take_(take) {}
 
     void put(std::size_t place, MemberResult result);
-    /// Hands on what waits, and `missing(place)` for each of the `count` places that nothing was put in.
+    /// Passes on waiting results, and `missing(place)` for each of the `count` places without one.
     template <class Missing>
     void finish(std::size_t count, Missing&& missing) {
         while (next_ < count) put(next_, missing(next_));
@@ -36,15 +36,16 @@ class OrderedResults {
     std::size_t next_ = 0;
 };
 
-/// One run over members of an archive: what its threads share.
+/// One run over members of an archive: the state that its threads share.
 class ExtractionRun {
   public:
     ExtractionRun(const Archive& archive, const std::vector<std::size_t>& wanted, const ExtractOptions& options);
 
-    /// Asks about members that come to more than the limits allow; fails with `limit` where the answer is no.
+    /// Asks about members that expand to more than the limits allow; fails with `limit` if the answer is no.
     Status agree_on_size();
 
-    /// Does `work(reader, result)` for each wanted member, in several threads; `make_work()` gives each its own.
+    /// Runs `work(reader, result)` for each requested member, in several threads; `make_work()` gives each thread its
+    /// own.
     template <class MakeWork>
     void go(const TakeResult& take_result, MakeWork&& make_work) {
         OrderedResults results(take_result);
@@ -68,11 +69,11 @@ class ExtractionRun {
         });
     }
 
-    /// Counts bytes that come out; false where the run is to stop, also because they are more than the limits allow.
+    /// Counts output bytes; returns false if the run must stop, also if they exceed the limits.
     bool take(std::uint64_t bytes);
     bool goes_on() const { return stop_ == Stop::none; }
 
-    /// Puts what the reader says into the result.
+    /// Copies the reader's findings into the result.
     void record(Content content, MemberResult& result) const;
 
   private:
@@ -91,7 +92,7 @@ class ExtractionRun {
     Limits limits_;
     std::vector<std::uint32_t> order_;  // places in `wanted_`
     std::uint64_t stated_ = 0;
-    std::uint64_t expected_ = 0;  // the part of `stated_` that can be true
+    std::uint64_t expected_ = 0;  // the plausible part of `stated_`
     std::atomic<std::uint64_t> left_{0};
     std::atomic<std::uint64_t> bytes_done_{0};
     std::atomic<std::size_t> members_done_{0};

@@ -3,7 +3,7 @@
 namespace quill::zip {
 namespace {
 
-/// FNV-1a: the hash of a prefix goes on to that of the next.
+/// FNV-1a: the hash of a prefix extends to that of the next.
 constexpr std::uint64_t hash_of_nothing = 0xCBF29CE484222325;
 
 std::uint64_t go_on(std::uint64_t hash, char c) {
@@ -24,7 +24,7 @@ MemberChoice::MemberChoice(const std::vector<std::string>& names) : names_(names
     }
 }
 
-/// What has matched before is compared only where the member is not chosen yet.
+/// A name that has matched before is compared only if the member is not chosen yet.
 bool MemberChoice::asks(std::uint64_t hash, std::string_view prefix, bool is_chosen) {
     const auto [begin, end] = by_hash_.equal_range(hash);
     for (auto name = begin; name != end; ++name) {

@@ -9,18 +9,18 @@
 
 namespace quill::zip {
 
-/// Members that are asked for by their names, or by those of directories that they are in, with or without a slash at
-/// the end. Asking takes time linear in the member's name, however many names there are.
+/// Members selected by their names, or by the names of directories that contain them, with or without a slash at the
+/// end. A query takes time linear in the member's name, however many names there are.
 class MemberChoice {
   public:
-    /// `names` must outlive it. No names ask for all members.
+    /// `names` must outlive it. No names select all members.
     explicit MemberChoice(const std::vector<std::string>& names);
 
-    /// Whether one of the names asks for the member.
+    /// Returns true if one of the names selects the member.
     bool has(std::string_view member_name);
-    /// The names that have asked for no member so far.
+    /// Returns the names that have selected no member so far.
     std::vector<std::string> unmatched() const;
-    /// How many names have been compared with a part of a member's name.
+    /// Returns how many names have been compared with a part of a member's name.
     std::uint64_t steps() const { return steps_; }
 
   private:

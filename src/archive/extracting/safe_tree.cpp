@@ -13,7 +13,7 @@ namespace {
 
 constexpr mode_t directory_mode = 0755;
 
-/// The directory `name` in `parent`, made where it is not there; -1 with errno set where it can't be.
+/// Opens the directory `name` in `parent`, making it if it is missing; returns -1 with errno set on failure.
 int enter_one(int parent, const std::string& name) {
     constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
     const int fd = openat(parent, name.c_str(), flags);

@@ -9,10 +9,10 @@ namespace quill::zip {
 
 /// Directories below one root, made and entered part by part without following a link.
 ///
-/// The root itself may be reached by a link. Each thread has its own; it remembers the directory that it was last in.
+/// The root itself may be reached by a link. Each thread has its own; it remembers the last directory entered.
 class SafeTree {
   public:
-    /// Fails with the system's reason where `root` is no directory that can be entered.
+    /// Fails with the system's reason if `root` is not a directory that can be entered.
     static Result<SafeTree> open(const std::string& root);
 
     SafeTree(SafeTree&& other) noexcept;

@@ -11,11 +11,11 @@
 
 namespace quill::zip {
 
-/// Does `count` pieces of work in up to `threads` threads while the caller's thread looks on.
+/// Does `count` pieces of work in up to `threads` threads while the caller's thread watches.
 ///
-/// `make_worker()` is called once in each thread and gives a function that does piece number i. `look()` is called in
-/// the caller's thread about twenty times a second, and once more when all is done; false from it lets no further piece
-/// begin.
+/// `make_worker()` is called once in each thread and returns a function that does piece number i. `look()` is called in
+/// the caller's thread about twenty times a second, and once more at the end; if it returns false, no further piece
+/// begins.
 template <class MakeWorker, class Look>
 void share_work(std::size_t count, unsigned threads, MakeWorker&& make_worker, Look&& look) {
     std::atomic<std::size_t> next{0};

@@ -62,7 +62,7 @@ std::int32_t attributes_of(const Member& member) {
     return attributes;
 }
 
-/// A size of a header, which can state more than any file has.
+/// Returns a size of a header, which can state more than any file has.
 std::int64_t stated(std::uint64_t size) {
     constexpr std::uint64_t most = std::numeric_limits<std::int64_t>::max();
     return static_cast<std::int64_t>(std::min(size, most));
@@ -86,7 +86,7 @@ Result<PackedMember> pack_item(ArchiveChange& change, const ZipItem& item, const
     return change.pack(item.name, name, options);
 }
 
-/// Says which of several items failed.
+/// Returns the error with the name of the failed item.
 Error failure_of(const ZipItem& item, const ZipStrings& strings, Error error) {
     const bool is_one_of_many = strings.itemList.size() > 1 && error.code != ErrorCode::cancelled;
     if (is_one_of_many) error.text = text::printable(files::name_of(item.name)) + ": " + error.text;
@@ -127,7 +127,7 @@ std::int16_t ZipLibrary::dzipVB(const ZipCommand& command, const ZipStrings& str
     return fail({ErrorCode::bad_argument, 0, "no such function"});
 }
 
-/// Packs all items first, so that none is added where one fails.
+/// Packs all items first, so that none is added if one fails.
 Status ZipLibrary::add_items(ArchiveChange& change, const ZipCommand& command, const ZipStrings& strings) {
     PackOptions options;
     options.level = command.compressionLevel;

@@ -14,33 +14,33 @@
 
 namespace quill::zip {
 
-/// The results of the entry points: 0 for success, each other number the index of its text.
+/// The results of the entry points: 0 for success, any other number the index of its text.
 enum LibraryResult : std::int16_t {
     library_success = 0,
-    library_no_more_members = 1,  ///< function 2 behind the last member, function 7 on a number that is none
+    library_no_more_members = 1,  ///< function 2 after the last member, function 7 on an invalid number
     library_not_found = 2,        ///< the archive or a file to add does not exist
-    library_no_archive = 3,       ///< the file is no ZIP file
+    library_no_archive = 3,       ///< the file is not a ZIP file
     library_access = 4,           ///< the system refused
     library_disk_full = 5,
     library_io = 6,           ///< reading or writing failed, or the check of the new archive did
-    library_unsupported = 7,  ///< a damaged archive was to be changed, or something that is no file was to be added
-    library_bad_call = 8,     ///< a function code or an item that makes no sense
-    library_damaged = 9,      ///< a member could be extracted in part or not at all
-    library_password = 10,    ///< a member needs a password, or another one
-    library_cancelled = 11    ///< `progress` has said no
+    library_unsupported = 7,  ///< a change of a damaged archive, or an addition of something that is not a file
+    library_bad_call = 8,     ///< an invalid function code or item
+    library_damaged = 9,      ///< a member could be extracted only in part or not at all
+    library_password = 10,    ///< a member needs a password, or a different one
+    library_cancelled = 11    ///< `progress` returned false
 };
 
-/// "ZIP error: " and the text of `result`; the text is empty for a number that is no result.
+/// Returns "ZIP error: " and the text of `result`; the text is empty for an unknown number.
 std::string library_error_text(std::int16_t result);
 
-/// An archive as it was when it was read, and where its members go.
+/// An archive as read, and the paths of its members.
 struct OpenedArchive {
     Archive archive;
     MemberPaths paths;
 };
 
-/// The ZIP library behind the two entry points. The archive last opened stays open: it is read anew only when the file
-/// is another one (by path, inode, size and time of change).
+/// The ZIP library behind the two entry points. The last archive stays open: it is read again only if the file differs
+/// (by path, inode, size and time of change).
 class ZipLibrary {
   public:
     explicit ZipLibrary(MakeOutput make_output = output_beside);
@@ -53,27 +53,28 @@ class ZipLibrary {
     /// extract_members does.
     std::int16_t dunzipVB(UnzipCommand& command, UnzipStrings& strings, ZipItemInfo& info, ZipStatusBlock& status);
 
-    /// From here on the additions to one archive wait: their files are read and compressed at once, the archive is
+    /// Starts to collect the additions to one archive: their files are read and compressed at once, the archive is
     /// written by `end_adding`, or before any other call needs it.
     void begin_adding() { adding_ = true; }
-    /// Writes what waits. The additions are lost where it fails. Where all additions have failed, it writes nothing and
-    /// fails as the first of them did.
+    /// Writes the collected additions. They are lost if it fails. If all additions have failed, writes nothing and
+    /// fails like the first of them.
     std::int16_t end_adding();
 
-    /// The archive at `path`, from memory where the file has not changed. Nullptr where it can't be read.
+    /// Returns the archive at `path`, from memory if the file has not changed; nullptr if it can't be read.
     std::shared_ptr<const OpenedArchive> open(const std::string& path);
 
-    /// From here on names without a sign of their character set are read in `code_page`; see Archive::read_names_in.
+    /// Makes later reads use `code_page` for names that do not indicate their character set; see
+    /// Archive::read_names_in.
     void read_names_in(std::string_view code_page);
 
-    /// Why the last call failed, for people; empty where it did not.
+    /// Returns why the last call failed, for people; empty if it did not.
     const Error& last_error() const { return error_; }
-    /// What became of the items of the last function 8.
+    /// Returns the results for the items of the last function 8.
     const std::vector<MemberResult>& last_extraction() const { return extraction_; }
 
-    /// Called during additions, removals and function 8; false stops them with nothing half-written.
+    /// Is called during additions, removals and function 8; returns false to stop them with nothing half-written.
     Watch progress;
-    /// Asked before function 8 writes more than the limits allow; see ExtractOptions.
+    /// Is asked before function 8 writes more than the limits allow; see ExtractOptions.
     std::function<bool(const Expansion&)> confirm_large;
     Limits limits;
     /// How members with a password are encrypted in an archive that has none yet.
@@ -92,11 +93,11 @@ class ZipLibrary {
     std::shared_ptr<const OpenedArchive> opened_;
     std::string opened_path_;
     std::optional<files::FileStamp> opened_stamp_;
-    std::string code_page_;  ///< empty: the one that fits best
+    std::string code_page_;  ///< empty: the best fit
     std::size_t next_member_ = 0;
     bool adding_ = false;
     std::optional<ArchiveChange> waiting_;
-    std::string waiting_for_;             // the path that `waiting_` was begun for
+    std::string waiting_for_;             // the path of `waiting_`
     bool has_additions_ = false;          // whether `waiting_` has any
     std::optional<Error> first_failure_;  // of the additions to `waiting_`
     Error error_;

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-/// The records that the ZIP operations exchange with the ZIP library. The numeric ones have the layout that is told
-/// for them; the text ones have the same fields as proper texts and a proper list.
+/// The records that the ZIP operations exchange with the ZIP library. The numeric ones have their prescribed layout;
+/// the text ones have the same fields as strings and a list.
 namespace quill::zip {
 
 constexpr std::int32_t flag_on = -1;
@@ -61,7 +61,7 @@ static_assert(offsetof(ZipCommand, reserved7) == 156);
 static_assert(offsetof(ZipCommand, zipFlags) == 158);
 static_assert(offsetof(ZipCommand, reserved8) == 160);
 
-/// The command record of `dunzipVB`. `recordSize` says two bytes less than it has.
+/// The command record of `dunzipVB`. `recordSize` is two bytes less than its real size.
 struct UnzipCommand {
     std::int32_t recordSize = 142;
     std::int32_t function = unzip_none;
@@ -74,7 +74,7 @@ struct UnzipCommand {
     std::int32_t reserved4 = -1;
     std::int32_t reserved5 = 0;
     std::array<std::int32_t, 4> reserved6{};
-    std::int32_t itemCount = 0;  // written by function 1
+    std::int32_t itemCount = 0;  // set by function 1
     std::array<std::int32_t, 2> reserved7{};
     std::int32_t option3 = 0;
     std::int32_t usePassword = flag_off;
@@ -94,7 +94,7 @@ static_assert(offsetof(UnzipCommand, usePassword) == 92);
 static_assert(offsetof(UnzipCommand, unzipFlags) == 108);
 static_assert(offsetof(UnzipCommand, reserved9) == 112);
 
-/// Passed last to both entry points; nobody reads it.
+/// The last argument of both entry points; unused.
 struct ZipStatusBlock {
     std::array<std::int32_t, 4> words{};
 };
@@ -103,11 +103,11 @@ static_assert(sizeof(ZipStatusBlock) == 16);
 /// An item of a call.
 struct ZipItem {
     std::string name;  ///< adding: a path; else a member's name
-    /// The member of that number is meant, among several of the same name; adding: it is replaced and keeps its name.
+    /// Selects the member of that number among several of the same name; adding: it is replaced and keeps its name.
     std::optional<std::size_t> number = {};
-    /// Adding: what is at the path. A file is read through links.
+    /// Adding: the kind of the entry at the path. A file is read through links.
     EntryKind kind = EntryKind::file;
-    std::string member = {};   ///< adding: the member's name; empty: from the path, as the command says
+    std::string member = {};   ///< adding: the member's name; empty: derived from the path as the command requests
     std::time_t modified = 0;  ///< adding: of a directory
     /// Adding with a number: it is encrypted only where the member that it replaces is.
     bool keeps_protection = false;
@@ -140,7 +140,7 @@ constexpr std::int32_t attribute_directory = 16;
 constexpr std::int32_t attribute_archive = 32;
 constexpr std::int32_t attribute_encrypted = 32768;
 
-/// What `dunzipVB` tells of a member. Its first values are those that a caller puts in before a listing.
+/// The facts about a member that `dunzipVB` returns. Its initial values are those that a caller sets before a listing.
 struct ZipItemInfo {
     std::int64_t number = 100;
     std::int64_t uncompressedSize = 256;

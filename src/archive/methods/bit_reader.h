@@ -7,14 +7,14 @@
 
 namespace quill::archive {
 
-/// The bits of a stream, the least significant of each byte first. Bits that are not there yet read as zeros;
+/// The bits of a stream, the least significant of each byte first. Bits past the end of the input read as zeros;
 /// `overrun` reports that some were used.
 class BitReader {
   public:
-    /// The bits that are there after `fill`, as long as there is input.
+    /// The bits available after `fill`, as long as there is input.
     static constexpr int after_fill = 57;
 
-    /// Takes bytes from the front of `in` while there is room for them.
+    /// Moves bytes from the front of `in` into the buffer while there is room.
     void fill(std::string_view& in) {
         while (count_ < after_fill && !in.empty()) {
             bits_ |= std::uint64_t{static_cast<unsigned char>(in.front())} << count_;
@@ -37,14 +37,14 @@ class BitReader {
         return value;
     }
 
-    /// Drops what is left of the byte that has been begun.
+    /// Drops the rest of a partly used byte.
     void align() {
         if (count_ > 0) drop(count_ % 8);
     }
 
     bool overrun() const { return count_ < 0; }
 
-    /// Drops whole bytes that were filled in last and not used, at most `most` of them; returns their number.
+    /// Drops the unused whole bytes filled in last, at most `most`; returns their number.
     std::size_t give_back(std::size_t most) {
         const std::size_t bytes = std::min(static_cast<std::size_t>(count_ / 8), most);
         count_ -= static_cast<int>(8 * bytes);

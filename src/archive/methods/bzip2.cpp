@@ -6,7 +6,7 @@
 namespace quill::archive {
 namespace {
 
-/// Method 12, by libbz2: one stream, whose blocks have checksums of their own.
+/// Method 12, by libbz2: one stream, whose blocks have their own checksums.
 class Bzip2 final : public Decompressor {
   public:
     Bzip2() { ready_ = BZ2_bzDecompressInit(&stream_, 0, 0) == BZ_OK; }

@@ -17,24 +17,24 @@ class Compressor {
     Compressor& operator=(const Compressor&) = delete;
     virtual ~Compressor() = default;
 
-    /// Compresses from `in` into `out`; `last` says that nothing follows `in`, and stays true until the stream has
-    /// ended. Returns `ended` when all of the stream has been written, `broken` where the library fails.
+    /// Compresses from `in` into `out`; `last` means that nothing follows `in`, and stays true until the stream has
+    /// ended. Returns `ended` when all of the stream has been written, `broken` if the library fails.
     virtual Step step(std::string_view in, std::span<char> out, bool last) = 0;
 };
 
 /// A method that members can be written in.
 struct CompressionMethod {
     std::uint16_t number = 0;
-    std::uint16_t version = 0;  ///< of the format, times ten, that a reader needs (APPNOTE 4.4.3)
-    std::string_view name;      ///< as the command line takes it
-    /// `level` is 1 to 9. Null for members that are stored.
+    std::uint16_t version = 0;  ///< of the format, times ten, needed by a reader (APPNOTE 4.4.3)
+    std::string_view name;      ///< as given on the command line
+    /// Makes the compressor; `level` is 1 to 9. Null for stored members.
     std::unique_ptr<Compressor> (*make)(int level) = nullptr;
 };
 
-/// "store", "deflate", "zstd", "xz".
+/// Returns "store", "deflate", "zstd", "xz".
 std::span<const CompressionMethod> compression_methods();
 
-/// Returns the row of `number`; null where nothing is written in it.
+/// Returns the row of `number`; null if it can't be written.
 const CompressionMethod* find_compression(std::uint16_t number);
 
 }  // namespace quill::archive

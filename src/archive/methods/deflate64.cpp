@@ -14,7 +14,7 @@ constexpr std::size_t distance_codes = 32;
 constexpr std::size_t length_codes = 19;
 constexpr int end_of_block = 256;
 
-/// The first value of a code, and the number of bits that are added to it.
+/// The first value of a code, and the number of bits added to it.
 struct Base {
     std::uint32_t value = 0;
     int extra = 0;
@@ -203,7 +203,7 @@ class Deflate64 final : public SymbolStream<Deflate64, Window<window_size>> {
     std::size_t at_ = 0;
     std::array<std::uint8_t, most_literal_codes + distance_codes> lengths_{};
     std::uint32_t length_ = 0;
-    PrefixCode literals_;  // and the code of the lengths, while these are read
+    PrefixCode literals_;  // first the code of the lengths, while these are read
     PrefixCode distances_;
 };
 

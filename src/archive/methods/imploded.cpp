@@ -13,7 +13,7 @@ namespace {
 constexpr std::uint16_t large_window_flag = 1U << 1U;  // APPNOTE 4.4.4: 8 KiB, else 4
 constexpr std::uint16_t literal_tree_flag = 1U << 2U;  // and three trees, else two
 
-/// The symbols of the codes, in the order in which the stream has them.
+/// The symbols of the codes, in stream order.
 enum Tree : std::uint8_t { literals, lengths, distances, trees };
 constexpr std::array<std::size_t, trees> symbols_of{256, 64, 64};
 
@@ -41,7 +41,7 @@ class Imploded final : public SymbolStream<Imploded, Window<8192>> {
         return Unit::done;
     }
 
-    /// Reads the length of a code, less one, and the number of symbols that have it, less one (APPNOTE 5.3.6).
+    /// Reads the length of a code, minus one, and the number of symbols that have it, minus one (APPNOTE 5.3.6).
     Unit read_tree_byte() {
         const std::uint32_t bits = bits_.take(4) + 1, times = bits_.take(4) + 1;
         if (bits_.overrun()) return Unit::done;
@@ -72,9 +72,9 @@ class Imploded final : public SymbolStream<Imploded, Window<8192>> {
     }
 
     std::uint64_t size_;
-    int low_bits_;  // of a distance, that are not in its code
+    int low_bits_;  // of a distance, outside its code
     bool has_literals_;
-    Tree tree_;  // that is read next
+    Tree tree_;  // the next to read
     std::uint32_t bytes_left_ = 0;
     std::vector<std::uint8_t> lengths_;
     std::array<PrefixCode, trees> codes_;

@@ -7,7 +7,7 @@
 
 namespace quill::archive {
 
-/// The most memory that a stream of LZMA or XZ may ask for.
+/// The largest amount of memory that a stream of LZMA or XZ may request.
 constexpr std::uint64_t most_lzma_memory = 1U << 30U;
 
 /// A stream of liblzma that is freed with its owner.
@@ -26,7 +26,7 @@ struct LzmaStream {
     static StreamState state_of(lzma_ret result) {
         if (result == LZMA_STREAM_END) return StreamState::ended;
         if (result == LZMA_MEM_ERROR || result == LZMA_MEMLIMIT_ERROR) return StreamState::too_large;
-        // LZMA_BUF_ERROR: two calls that could do nothing, for want of input or room.
+        // LZMA_BUF_ERROR: two calls without progress, for lack of input or room.
         return result == LZMA_OK || result == LZMA_BUF_ERROR ? StreamState::running : StreamState::broken;
     }
 

@@ -12,16 +12,16 @@ namespace quill::archive {
 struct Method {
     std::uint16_t number = 0;
     std::string_view name;                                 ///< as shown to people
-    DecompressorPtr (*make)(const StreamInfo&) = nullptr;  ///< null for a method that can't be read
+    DecompressorPtr (*make)(const StreamInfo&) = nullptr;  ///< null for an unreadable method
 };
 
-/// All methods that have a name.
+/// Returns all methods that have a name.
 std::span<const Method> methods();
 
-/// Returns the row of `number`; null where it has none.
+/// Returns the row of `number`; null if it has none.
 const Method* find_method(std::uint16_t number);
 
-// The constructors of the rows, each in a file of its own.
+// The constructors of the rows, each in its own file.
 DecompressorPtr make_stored(const StreamInfo& info);
 DecompressorPtr make_shrunk(const StreamInfo& info);
 DecompressorPtr make_reduced(const StreamInfo& info);

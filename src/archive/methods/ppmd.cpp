@@ -20,7 +20,7 @@ void put(std::string& bytes, std::size_t at, std::size_t width, std::uint64_t va
     for (std::size_t i = 0; i < width; ++i) bytes[at + i] = static_cast<char>(value >> 8 * i);
 }
 
-/// Returns the local header (APPNOTE 4.3.7) of a member "x" whose sizes are filled in later.
+/// Returns the local header (APPNOTE 4.3.7) of a member "x" whose sizes are set later.
 std::string local_header() {
     std::string header("PK\3\4");
     header.resize(30);
@@ -29,8 +29,8 @@ std::string local_header() {
     return header + "x";
 }
 
-/// Method 98, PPMd var. I, by libarchive, which reads it in archives alone: the stream is collected behind a header
-/// that we make, and libarchive reads that. It takes input to its end, up to 256 MiB of it.
+/// Method 98, PPMd var. I, by libarchive, which reads it only in archives: collects the stream after a header of our
+/// own and lets libarchive read that. Accepts input to its end, up to 256 MiB.
 class Ppmd final : public Decompressor {
   public:
     Step step(std::string_view in, std::span<char> out) override {
@@ -56,7 +56,7 @@ class Ppmd final : public Decompressor {
         constexpr std::size_t packed_size_at = 18;
         put(input_, packed_size_at, 4, input_.size() - header_size_);
         reader_.reset(archive_read_new());
-        // Its content is compared with the true header's numbers by our callers, not with this one's.
+        // Our callers compare its content with the true header's numbers, not with this one's.
         ::archive_entry* entry = nullptr;
         return reader_ && archive_read_support_format_zip_streamable(reader_.get()) == ARCHIVE_OK &&
                archive_read_set_options(reader_.get(), "zip:ignorecrc32") == ARCHIVE_OK &&
@@ -64,14 +64,14 @@ class Ppmd final : public Decompressor {
                archive_read_next_header(reader_.get(), &entry) == ARCHIVE_OK;
     }
 
-    /// Reads the next block; returns false at the end of the stream and where it is broken.
+    /// Reads the next block; returns false at the end of the stream and if it is broken.
     bool read_block() {
         const void* data = nullptr;
         std::size_t size = 0;
         la_int64_t offset = 0;
         const int result = archive_read_data_block(reader_.get(), &data, &size, &offset);
         ended_ = result == ARCHIVE_EOF;
-        // A warning says that the sizes are not those of the header.
+        // A warning means that the sizes differ from the header's.
         if (result != ARCHIVE_OK && result != ARCHIVE_WARN) return false;
         block_ = {static_cast<const char*>(data), size};
         return true;
@@ -80,7 +80,7 @@ class Ppmd final : public Decompressor {
     std::string input_ = local_header();
     std::size_t header_size_ = input_.size();
     std::unique_ptr<::archive, FreeReader> reader_;
-    std::string_view block_;  // what is not given out yet
+    std::string_view block_;  // remaining output
     bool ended_ = false;
 };
 

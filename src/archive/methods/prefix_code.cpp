@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::uint32_t all_codes = 1U << PrefixCode::most_bits;
 
-/// Returns the symbols that have a code, shortest codes first, equal ones in their order.
+/// Returns the symbols that have a code, shortest codes first, otherwise in their order.
 std::vector<std::size_t> by_length(std::span<const std::uint8_t> lengths) {
     std::array<std::size_t, PrefixCode::most_bits + 2> place{};
     for (const std::uint8_t bits : lengths) ++place[bits + 1U];
@@ -22,7 +22,7 @@ std::vector<std::size_t> by_length(std::span<const std::uint8_t> lengths) {
     return symbols;
 }
 
-/// Returns the 16 bits of `code` in the opposite order.
+/// Returns the 16 bits of `code` in reverse order.
 std::uint32_t reversed(std::uint32_t code) {
     code = (code & 0x5555U) << 1U | (code >> 1U & 0x5555U);
     code = (code & 0x3333U) << 2U | (code >> 2U & 0x3333U);

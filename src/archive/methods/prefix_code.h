@@ -13,14 +13,14 @@ class PrefixCode {
   public:
     static constexpr unsigned most_bits = 16;
 
-    /// Builds the code of RFC 1951 3.2.2: `lengths[s]` is the number of bits of symbol s, 0 where it has no code.
-    /// Returns false where there are more codes than fit. Codes may be left over.
+    /// Builds the code of RFC 1951 3.2.2: `lengths[s]` is the number of bits of symbol s, 0 if it has no code. Returns
+    /// false if there are more codes than fit. Codes may be left over.
     bool build(std::span<const std::uint8_t> lengths);
 
-    /// Builds the code of APPNOTE 5.3.7 in the same way. It is given out from the last of the longest codes on.
+    /// Builds the code of APPNOTE 5.3.7 in the same way. It is assigned backwards from the last of the longest codes.
     bool build_imploded(std::span<const std::uint8_t> lengths);
 
-    /// Takes one code from `bits` and returns its symbol, below 0 where none has these bits.
+    /// Reads one code from `bits` and returns its symbol, or a negative number if no code has these bits.
     int read(BitReader& bits) const {
         const Entry entry = table_[bits.peek(static_cast<int>(longest_))];
         bits.drop(entry.bits);

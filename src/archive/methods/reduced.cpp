@@ -11,7 +11,7 @@ namespace {
 
 constexpr unsigned char escape = 144;  // DLE
 
-/// The bytes that often follow a byte: up to 63.
+/// The bytes that often follow another byte: up to 63.
 struct Followers {
     std::uint8_t count = 0;
     std::array<std::uint8_t, 63> bytes{};
@@ -19,7 +19,7 @@ struct Followers {
     int index_bits() const { return count < 3 ? 1 : static_cast<int>(std::bit_width(count - 1U)); }
 };
 
-/// Methods 2 to 5 (APPNOTE 5.2): repeats behind an escape byte, and over these a code of likely followers. Ends at the
+/// Methods 2 to 5 (APPNOTE 5.2): repeats after an escape byte, and over these a code of likely followers. Ends at the
 /// stated size.
 class Reduced final : public SymbolStream<Reduced, Window<4096>> {
   public:
@@ -47,7 +47,7 @@ class Reduced final : public SymbolStream<Reduced, Window<4096>> {
   private:
     enum class Next : std::uint8_t { literal, length, more_length, distance };
 
-    /// Reads the size of a set of followers, the set of byte 255 first, or one byte of it.
+    /// Reads the size of a set of followers, beginning with the set of byte 255, or one byte of it.
     Unit read_follower() {
         Followers& followers = followers_[sets_left_ - 1];
         if (!in_set_) {
@@ -68,7 +68,7 @@ class Reduced final : public SymbolStream<Reduced, Window<4096>> {
         return Unit::done;
     }
 
-    /// Undoes the repeats (APPNOTE 5.2.5).
+    /// Expands the repeats (APPNOTE 5.2.5).
     void expand(unsigned char byte) {
         const std::uint32_t longest = (1U << length_bits_) - 1;
         switch (next_) {
@@ -101,7 +101,7 @@ class Reduced final : public SymbolStream<Reduced, Window<4096>> {
     }
 
     std::uint64_t size_;
-    unsigned length_bits_;  // of the byte behind the escape; the others belong to the distance
+    unsigned length_bits_;  // of the byte after the escape; the others belong to the distance
     std::array<Followers, 256> followers_{};
     std::size_t sets_left_ = 256;
     bool in_set_ = false;

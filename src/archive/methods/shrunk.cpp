@@ -14,7 +14,7 @@ constexpr std::size_t codes = 1U << most_bits;
 constexpr std::uint16_t control = 256;  // the code before a command; the others begin at the next
 constexpr std::uint16_t none = 0xFFFF;
 
-/// A string that is given out as far as there is room.
+/// A string that is output as far as there is room.
 class StringOutput {
   public:
     void attach(std::span<char> room) {
@@ -32,7 +32,7 @@ class StringOutput {
         text_ = std::move(text);
         at_ = 0;
     }
-    /// Returns the string that was put last.
+    /// Returns the last string put.
     const std::string& last() const { return text_; }
     bool waits() const { return at_ < text_.size(); }
     std::size_t written() const { return written_; }
@@ -75,8 +75,8 @@ class Shrunk final : public SymbolStream<Shrunk, StringOutput, true> {
 
     bool is_free(std::uint16_t code) const { return code > control && parents_[code] == none; }
 
-    /// Puts together the string of `code`; empty where it has none. The code that is entered next is already used: it
-    /// stands for the last string and its first byte.
+    /// Builds the string of `code`; empty if it has none. The code that is entered next may already be used: it means
+    /// the last string and its first byte.
     std::string string_of(std::uint16_t code) {
         std::string text;
         if (is_free(code)) {
@@ -84,7 +84,7 @@ class Shrunk final : public SymbolStream<Shrunk, StringOutput, true> {
             return text;
         }
         while (code > control) {
-            if (is_free(code) || text.size() == codes) return {};  // its beginning was cleared, or it is a circle
+            if (is_free(code) || text.size() == codes) return {};  // its beginning was cleared, or it is a cycle
             text.push_back(last_bytes_[code]);
             code = parents_[code];
         }
@@ -98,7 +98,7 @@ class Shrunk final : public SymbolStream<Shrunk, StringOutput, true> {
         return next_;
     }
 
-    /// Enters the last string and the byte that follows it at the first free code. Returns false where all are taken.
+    /// Enters the last string and the byte that follows it at the first free code. Returns false if all are taken.
     bool enter(char byte) {
         if (next_free() == codes) return false;
         parents_[next_] = last_code_;
@@ -106,7 +106,7 @@ class Shrunk final : public SymbolStream<Shrunk, StringOutput, true> {
         return true;
     }
 
-    /// Frees the codes that no other is made of.
+    /// Frees the codes that no other code extends.
     void clear_leaves() {
         std::array<bool, codes> is_parent{};
         for (std::size_t code = control + 1U; code < codes; ++code) {
@@ -120,7 +120,7 @@ class Shrunk final : public SymbolStream<Shrunk, StringOutput, true> {
 
     int width_ = least_bits;
     std::uint16_t last_code_ = none;
-    std::uint16_t next_ = control + 1;  // no code below it is free
+    std::uint16_t next_ = control + 1;  // all codes below it are taken
     std::array<std::uint16_t, codes> parents_{};
     std::array<char, codes> last_bytes_{};
 };

@@ -5,15 +5,15 @@
 
 namespace quill::archive {
 
-/// What decoding one unit of a stream came to.
+/// The result of decoding one unit of a stream.
 enum class Unit : std::uint8_t { done, ended, broken };
 
 /// The frame of our own decoders: cuts a stream into steps, so that a decoder only handles units of it.
 ///
 /// `Decoder` derives from this and has `Unit decode_unit()`, which reads up to `BitReader::after_fill` bits and writes
-/// to `output_`. It is called when there is room and nothing waits. It may read bits that are not there yet; then it
-/// must change nothing but `bits_`, and is called again for the same unit. `Output` is `Window` or has its functions.
-/// `EndsWithInput`: the stream has no mark at its end.
+/// to `output_`. It is called when there is room and no output is pending. It may read bits that have not arrived yet;
+/// then it must change nothing but `bits_`, and is called again for the same unit. `Output` is `Window` or has its
+/// functions. `EndsWithInput`: the stream has no mark at its end.
 template <class Decoder, class Output, bool EndsWithInput = false>
 class SymbolStream : public Decompressor {
   public:

@@ -24,7 +24,7 @@ WholeInflater::~WholeInflater() = default;
 std::optional<WholeInflater::Result> WholeInflater::inflate(std::string_view data, std::uint64_t size) {
     if (size > largest || data.size() > largest || size > data.size() * most_ratio + always_likely) return std::nullopt;
     if (!decompressor_) decompressor_.reset(libdeflate_alloc_decompressor());
-    if (!buffer_ || size > buffer_size_) {  // a member of size 0 needs a place too
+    if (!buffer_ || size > buffer_size_) {  // a member of size 0 needs a buffer too
         buffer_.reset();
         buffer_size_ = std::max<std::size_t>(size, 1);
         buffer_ = std::make_unique_for_overwrite<char[]>(buffer_size_);

@@ -10,8 +10,8 @@ struct libdeflate_decompressor;
 
 namespace quill::archive {
 
-/// Undoes Deflate (RFC 1951) in one call of libdeflate, twice as fast as in steps. Keeps its buffer from one member to
-/// the next.
+/// Decompresses Deflate (RFC 1951) in one call of libdeflate, twice as fast as in steps. Keeps its buffer from one
+/// member to the next.
 class WholeInflater {
   public:
     WholeInflater();
@@ -22,8 +22,8 @@ class WholeInflater {
         std::size_t read = 0;      ///< bytes of the data up to the end of the stream
     };
 
-    /// Returns the content of `data`; nullopt where it has not exactly `size` bytes, the data are broken, or they are
-    /// too large or `size` too unlikely for one call.
+    /// Returns the content of `data`; nullopt if it does not have exactly `size` bytes, the data are broken, or they
+    /// are too large or `size` too unlikely for one call.
     std::optional<Result> inflate(std::string_view data, std::uint64_t size);
 
   private:

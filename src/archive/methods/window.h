@@ -9,8 +9,8 @@
 
 namespace quill::archive {
 
-/// The last bytes of an output, to copy from, and the part of a copy that had no room yet. Bytes before the beginning
-/// are zeros. `Size` is a power of two.
+/// The last bytes of an output, to copy from, and the pending part of a copy. Bytes before the beginning are zeros.
+/// `Size` is a power of two.
 template <std::size_t Size>
 class Window {
   public:
@@ -20,7 +20,7 @@ class Window {
         written_ = 0;
     }
 
-    /// Carries out the copy that waits; returns whether nothing waits and there is room.
+    /// Continues a pending copy; returns true if nothing is pending and there is room.
     bool drain() {
         while (waiting_ > 0 && written_ < room_.size()) copy_run();
         return written_ < room_.size();
@@ -32,7 +32,7 @@ class Window {
         room_[written_++] = static_cast<char>(byte);
     }
 
-    /// Lets `length` bytes wait that repeat those `distance` bytes before the end, 1 to `Size`.
+    /// Adds a pending copy of `length` bytes from `distance` bytes before the end, 1 to `Size`.
     void copy(std::size_t distance, std::size_t length) {
         distance_ = distance;
         waiting_ = length;
@@ -44,7 +44,7 @@ class Window {
     std::uint64_t total() const { return total_; }
 
   private:
-    /// Copies bytes that lie in one piece and are there already.
+    /// Copies contiguous bytes that are already written.
     void copy_run() {
         const std::size_t to = total_ % Size, from = (total_ - distance_) % Size;
         const std::size_t size = std::min({waiting_, room_.size() - written_, distance_, Size - to, Size - from});

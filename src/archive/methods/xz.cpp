@@ -4,7 +4,7 @@
 namespace quill::archive {
 namespace {
 
-/// Method 95, by liblzma: one .xz stream, with checksums of its own.
+/// Method 95, by liblzma: one .xz stream, with its own checksums.
 class Xz final : public Decompressor {
   public:
     Xz() { ready_ = lzma_stream_decoder(&lzma_.stream, most_lzma_memory, 0) == LZMA_OK; }

@@ -10,7 +10,7 @@ struct FreeStream {
     void operator()(ZSTD_DStream* stream) const { ZSTD_freeDStream(stream); }
 };
 
-/// Methods 93 and 20 (RFC 8878), by libzstd: one frame or several. A window of more than 128 MiB is refused.
+/// Methods 93 and 20 (RFC 8878), by libzstd: one or more frames. Rejects a window of more than 128 MiB.
 class Zstandard final : public Decompressor {
   public:
     Step step(std::string_view in, std::span<char> out) override {
@@ -31,7 +31,7 @@ class Zstandard final : public Decompressor {
         if (code == ZSTD_error_memory_allocation || code == ZSTD_error_frameParameter_windowTooLarge) {
             return StreamState::too_large;
         }
-        // What follows a frame and begins no other is not part of the stream.
+        // Bytes after a frame that do not begin another are not part of the stream.
         return frames_ && code == ZSTD_error_prefix_unknown ? StreamState::ended : StreamState::broken;
     }
 

@@ -25,7 +25,7 @@ constexpr std::array<LetterRow, 33> russian_letters{{
     {U'\u044D', 3},  {U'\u044E', 6},  {U'\u044F', 20},
 }};
 
-/// The letters with accents that CP437 has, over German, French, Spanish, Portuguese, Italian and Nordic prose.
+/// The accented letters of CP437, over German, French, Spanish, Portuguese, Italian and Nordic prose.
 constexpr std::array<LetterRow, 28> western_letters{{
     {U'\u00E9', 270}, {U'\u00FC', 110}, {U'\u00E4', 110}, {U'\u00F6', 80},  {U'\u00E5', 60}, {U'\u00E0', 60},
     {U'\u00E8', 50},  {U'\u00F3', 50},  {U'\u00ED', 45},  {U'\u00E1', 45},  {U'\u00DF', 30}, {U'\u00E7', 30},
@@ -34,9 +34,9 @@ constexpr std::array<LetterRow, 28> western_letters{{
     {U'\u00EC', 3},   {U'\u00FF', 0.5}, {U'\u00AA', 0.5}, {U'\u00BA', 0.5},
 }};
 
-/// How letters are shared out between ASCII and the others.
+/// The share of letters that are not ASCII.
 constexpr double others_in_russian = 0.9, others_in_western = 0.08;
-constexpr double capital = 0.1;         // of all letters, where a small one could be
+constexpr double capital = 0.1;         // of all letters, in places where a lower-case one is possible
 constexpr double anything_else = 1e-4;  // symbols, and letters of other languages
 
 char32_t small_letter(char32_t c) {
@@ -67,7 +67,7 @@ double likelihood(std::string_view utf8, Reading reading) {
         all_capitals = all_capitals && small_letter(c) != c;
         sum +=
             std::log2(others * (reading == Reading::russian ? share(russian_letters, c) : share(western_letters, c)));
-        // At the beginning of a name, and in names of capitals alone, a capital is as usual as a small letter.
+        // At the beginning of a name, and in names all in capitals, a capital is as usual as a small letter.
         if (small_letter(c) != c && all_capitals) sum -= std::log2(capital);
     }
     return sum;

@@ -20,7 +20,7 @@ constexpr std::size_t most_names_looked_at = 2000;
 constexpr std::size_t most_decoded = 16U << 20U;
 constexpr std::string_view name_for_too_many = "unreadable";
 constexpr std::string_view western_dos = "CP437", russian_dos = "CP866";
-/// Asked in this order; a later one has to read better to be taken.
+/// Tried in this order; a later one is chosen only if it reads better.
 constexpr std::array<std::string_view, 4> legacy_pages{western_dos, russian_dos, "CP932", "CP1252"};
 
 bool is_ascii(std::string_view s) {
@@ -37,7 +37,7 @@ class Converter {
         if (is_open()) iconv_close(handle_);
     }
 
-    /// Nullopt where `bytes` hold what the code page does not define, or where the system does not know the page.
+    /// Returns nullopt if the code page does not define all of `bytes`, or if the system does not know the page.
     std::optional<std::string> convert(std::string_view bytes) {
         if (!is_open()) return std::nullopt;
         constexpr std::size_t most_per_byte = 4;
@@ -56,7 +56,7 @@ class Converter {
     iconv_t handle_;
 };
 
-/// What kinds of character tell a right reading from a wrong one.
+/// The kinds of characters that distinguish a right reading from a wrong one.
 enum class Script { ascii_letter, latin, cyrillic, kana_or_kanji, other_letter, neutral, unlikely };
 
 Script script_of(char32_t c) {
@@ -83,14 +83,14 @@ constexpr int mixed_scripts_cost = -6;
 constexpr int odd_capital_cost = -3;
 constexpr int pair_of_accents_cost = -2;
 
-/// How one character reads behind another.
+/// Returns the score of one character after another.
 int score_pair(char32_t before, char32_t c) {
     const Script script = script_of(c), last = script_of(before);
     int score = 0;
     if (script == Script::unlikely) return unlikely_cost;
     if (script == Script::latin) score += last == Script::latin ? pair_of_accents_cost : 2;
     if (script == Script::cyrillic) score += last == Script::cyrillic ? 3 : 1;
-    // For two bytes each; one alone is more often a letter with an accent and the one after it.
+    // For two bytes each; a single one is more often an accented letter and the one after it.
     if (script == Script::kana_or_kanji) score += last == Script::kana_or_kanji ? 5 : 1;
     if (script == Script::other_letter) score += -1;
     if (script == Script::neutral && c >= 0x80) score += -2;
@@ -114,25 +114,25 @@ int score(std::string_view utf8) {
     return sum;
 }
 
-/// The name in the Unicode path field, if it is meant for this name (its CRC says so).
+/// Returns the name in the Unicode path field, if its CRC shows that it is meant for this name.
 std::optional<std::string_view> unicode_path(const Member& member) {
     if (member.extra.empty()) return std::nullopt;
     const std::optional<std::string_view> field = extra_field(member.extra, extra_unicode_path);
-    constexpr std::size_t name_at = 5;  // behind version and CRC
+    constexpr std::size_t name_at = 5;  // after version and CRC
     if (!field || field->size() < name_at || field->front() != 1) return std::nullopt;
     const std::string_view name = field->substr(name_at);
     if (get32(*field, 1) != quill::crc32(0, member.raw_name) || !text::is_utf8(name)) return std::nullopt;
     return name;
 }
 
-/// The name where it is in the file in UTF-8 and says so, or is ASCII.
+/// Returns the name if the file has it in UTF-8, as indicated, or in ASCII.
 std::optional<std::string_view> plain_name(const Member& member) {
     if (const std::optional<std::string_view> name = unicode_path(member)) return name;
     const bool says_so = (member.flags & utf8_flag) != 0 && text::is_utf8(member.raw_name);
     return says_so || is_ascii(member.raw_name) ? std::optional(member.raw_name) : std::nullopt;
 }
 
-/// Nearly all bytes are letters in both pages of DOS: how often these letters occur decides.
+/// Nearly all bytes are letters in both DOS pages: the frequency of these letters decides.
 std::string_view likelier_dos_page(const std::vector<std::string_view>& names) {
     Converter western(western_dos), russian(russian_dos);
     double for_western = 0;

@@ -26,7 +26,7 @@ std::string safe_part(std::string_view part) {
     return rest.size() + dots <= longest_part ? std::string(dots, '.') + rest : rest;
 }
 
-/// Puts members into a tree, each under a name of its own.
+/// Puts members into a tree, each under a unique name.
 class Placer {
   public:
     Placer(PathTree& tree, std::size_t members) : tree_(tree), directories_left_(usual_directories + members) {}
@@ -43,7 +43,7 @@ class Placer {
     }
 
   private:
-    /// Stays where it is when there are too many directories.
+    /// Stays in `at` if there are too many directories.
     PathTree::Id enter(PathTree::Id at, const std::string& name) {
         if (directories_left_ == 0 && tree_.find(at, name) == PathTree::none) return at;
         const std::size_t before = tree_.size();
@@ -70,7 +70,7 @@ std::string safe_path(std::string_view name) {
         const std::string part = safe_part(name.substr(0, slash));
         name.remove_prefix(std::min(slash + 1, name.size()));
         if (part.empty()) continue;
-        // Where it gets too deep or too long, the part before makes room.
+        // If it gets too deep or too long, the part before is dropped.
         const bool fits = directories < most_directories && path.size() + part.size() < longest_path;
         if (!fits) path.resize(path.rfind('/') == std::string::npos ? 0 : path.rfind('/'));
         if (fits && !path.empty()) ++directories;

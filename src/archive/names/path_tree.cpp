@@ -18,7 +18,7 @@ std::size_t hash_of(PathTree::Id directory, std::string_view name) {
     return std::hash<std::string>()(text::to_lower(name)) ^ static_cast<std::size_t>((directory + 1) * golden);
 }
 
-/// The least number with as many digits as `number`; 2 among those of one digit.
+/// Returns the least number with as many digits as `number`; 2 for one digit.
 unsigned first_of_length(unsigned number) {
     unsigned first = 1;
     while (number / first >= 10) first *= 10;
@@ -37,7 +37,7 @@ std::string_view PathTree::name_of(const Entry& entry) const {
     return {blocks_[entry.name_at / block_size].get() + entry.name_at % block_size, entry.name_size};
 }
 
-/// Where the entry is in the table, or where it would be put.
+/// Returns the entry's slot in the table, or the one where it would be put.
 std::size_t PathTree::slot_of(Id directory, std::string_view name) const {
     ++steps_;
     const std::size_t mask = slots_.size() - 1;
@@ -84,7 +84,7 @@ void PathTree::grow() {
     }
 }
 
-/// Rows that share a name have the same names in all numbers of that length: so the first of these remembers how far
+/// Series that share a name have the same names in all numbers of that length: so the first of these remembers how far
 /// they are taken.
 PathTree::Id PathTree::add_numbered(Id directory, const std::string& name, bool directory_will_do, bool is_directory) {
     if (find(directory, name) == none) return add(directory, name, is_directory);

@@ -9,48 +9,48 @@
 
 namespace quill::zip {
 
-/// Names of files and directories below one root, each part of a path kept once. Names that differ only in the case of
-/// A to Z are one. A look-up takes constant time; an entry takes its name and about 30 bytes.
+/// Names of files and directories below one root, each part of a path stored once. Names that differ only in the case
+/// of A to Z are the same. A look-up takes constant time; an entry needs its name and about 30 bytes.
 class PathTree {
   public:
     using Id = std::uint32_t;
     static constexpr Id root = 0;
     static constexpr Id none = 0xFFFFFFFF;
 
-    /// `expected`: how many entries there may be.
+    /// `expected` is the expected number of entries.
     explicit PathTree(std::size_t expected = 0);
 
-    /// The entry `name` of `directory`; `none` where there is none.
+    /// Returns the entry `name` of `directory`, or `none`.
     Id find(Id directory, std::string_view name) const;
     /// Adds the entry `name`, of at most 255 bytes. REQUIRES: there is none of that name.
     Id add(Id directory, std::string_view name, bool is_directory);
 
-    /// Adds `name` or the first free name of the row `name (2)`, `name (3)`, ... A row has constant cost, however long
-    /// it is and whatever names it shares with others. With `directory_will_do`, a directory of such a name is returned
-    /// instead, and a new entry is one.
+    /// Adds `name` or the first free name of the series `name (2)`, `name (3)`, ... at constant cost, however long the
+    /// series is and whatever names it shares with others. With `directory_will_do`, an existing directory of such a
+    /// name is returned instead, and a new entry is a directory.
     Id add_numbered(Id directory, const std::string& name, bool directory_will_do, bool is_directory);
 
-    /// The directory `name` of `directory`, added if need be. Where a file has that name, a numbered directory, always
-    /// the same one, takes its place.
+    /// Returns the directory `name` of `directory`, adding it if missing. If a file has that name, a numbered
+    /// directory, always the same one, takes its place.
     Id enter(Id directory, const std::string& name);
 
     bool is_directory(Id id) const { return entries_[id].is_directory; }
     std::size_t size() const { return entries_.size(); }
-    /// The path from the root, without a slash at its beginning; empty for the root.
+    /// Returns the path from the root, without a slash at its beginning; empty for the root.
     std::string path(Id id) const;
-    /// How many names have been looked up, and compared with a name, so far.
+    /// Returns how many names have been looked up, and compared with a name, so far.
     std::uint64_t steps() const { return steps_; }
 
-    /// Frees what only `find` and `add` need, which must not be called any more.
+    /// Frees what only `find` and `add` need, which must not be called afterwards.
     void forget_names_index();
 
   private:
     struct Entry {
         Id parent = none;
         std::uint32_t name_at = 0;  // in the blocks
-        Id stand_in = none;         // of a file: the directory that takes its place
+        Id stand_in = none;         // for a file: the directory that takes its place
         std::uint32_t free_number =
-            0;  // where this is the first name of a row's numbers of one length: none below is free
+            0;  // if this is the first name of a series with numbers of one length: all below are taken
         std::uint8_t name_size = 0;
         bool is_directory = false;
     };
@@ -60,9 +60,9 @@ class PathTree {
     void grow();
 
     std::vector<Entry> entries_;
-    std::vector<std::unique_ptr<char[]>> blocks_;  // the names; none crosses from one block into the next
+    std::vector<std::unique_ptr<char[]>> blocks_;  // the names; none crosses a block boundary
     std::uint32_t names_end_ = 0;
-    std::vector<Id> slots_;  // a hash table with open addresses
+    std::vector<Id> slots_;  // a hash table with open addressing
     mutable std::uint64_t steps_ = 0;
 };
 
