@@ -62,7 +62,7 @@ void set_captions(Form7& w) {
     w.abt.caption = "About Quillbright Pro 2012...";
 }
 
-/// The page as UTF-8; empty where its file is gone.
+/// Returns the page as UTF-8; empty if its file is gone.
 std::string read_page(const std::string& path) {
     const Result<std::string> bytes = files::read_file(path);
     return bytes ? decode_page(*bytes) : std::string();

@@ -14,24 +14,23 @@
 
 namespace quill::htx {
 
-/// A line of a page that has the text searched for.
+/// A line of a page that contains the search text.
 struct BookHit {
     std::size_t page = 0;
     std::string line;
 };
 
-/// The reader: shows a book page by page. In its other mode, without files, the user sizes the window of a book that is
-/// being made.
+/// The reader: shows a book page by page. In its other mode, without files, the user sizes the window of a new book.
 struct Form7 : controls::Window {
     controls::Picture WebBrowser1;                                     // the page
-    controls::ListBox List1;                                           // files of the book, sorted; never seen
-    controls::ListBox List2;                                           // pages, sorted; never seen
-    controls::Label Label1;                                            // path of the first page; never seen
+    controls::ListBox List1;                                           // files of the book, sorted; never shown
+    controls::ListBox List2;                                           // pages, sorted; never shown
+    controls::Label Label1;                                            // path of the first page; never shown
     controls::Label Label2;                                            // "Page 1 of 12"
-    controls::Label Label3;                                            // index of the page shown; never seen
+    controls::Label Label3;                                            // index of the current page; never shown
     controls::ControlArray<controls::Button> Command3{0, 1, 2, 3, 4};  // back, first, previous, next, last
     controls::Button Command4;                                         // contents
-    controls::Button Command1;                                         // sizing: what to do; closes too
+    controls::Button Command1;                                         // sizing: instructions; also closes
     controls::Button Command2;                                         // sizing: close
 
     // The contents screen.
@@ -40,12 +39,12 @@ struct Form7 : controls::Window {
     controls::ListBox List3;    // titles, in page order
     controls::ListBox List4;    // names of the pages
     controls::Label Label4;     // "Getting subject listings"
-    controls::Label Label5;     // what a click does
+    controls::Label Label5;     // explains a click
     controls::Button Command5;  // close the screen
 
-    // What a search in the book has found.
+    // The results of a search in the book.
     controls::Frame hits_panel;   // beside the page
-    controls::Label hits_found;   // how many
+    controls::Label hits_found;   // number of results
     controls::ListBox hits;       // page and line of each
     controls::Button hits_close;  // close the list
 
@@ -55,7 +54,7 @@ struct Form7 : controls::Window {
     controls::MenuItem prn;        // print
     controls::MenuItem exi;        // close
     controls::MenuItem edi;        // menu Edit
-    controls::MenuItem cpy;        // copy what is selected
+    controls::MenuItem cpy;        // copy the selection
     controls::MenuItem sel;        // select all
     controls::MenuItem pag;        // menu Page
     controls::MenuItem fst;        // first page
@@ -71,7 +70,7 @@ struct Form7 : controls::Window {
     controls::MenuItem sea;        // menu Search
     controls::MenuItem fnd;        // find on the page
     controls::MenuItem fnb;        // find in the book
-    controls::MenuItem again;      // the next place
+    controls::MenuItem again;      // next place
     controls::MenuItem hlp;        // menu Help
     controls::MenuItem gui;        // user guide
     controls::MenuItem abt;        // about the program
@@ -89,16 +88,16 @@ struct Form7 : controls::Window {
     /// Takes the files of a book, sorts its pages and shows the first one, or the one that
     /// it was left at.
     void show_files(std::vector<File> unpacked);
-    /// Returns the path of the file that an address on a page of the book means; empty for what is not in the book.
+    /// Returns the path of the file for an address on a page of the book; empty if it is not in the book.
     std::string path_of(const Address& address) const;
 
-    /// The browser is there from now on, or, with nullptr, is no longer.
+    /// Sets the browser, or, with nullptr, removes it.
     void attach(platform::Browser* browser);
     /// Shows page number `page`.
     void go_to(std::size_t page);
-    /// The browser has come to a page.
+    /// Handles the browser's arrival at a page.
     void navigated(const std::string& address);
-    /// The page shown has a title.
+    /// Handles the title of the current page.
     void titled(const std::string& title);
     /// Makes the letters larger or smaller by so many steps.
     void zoom_by(int steps);
@@ -106,10 +105,10 @@ struct Form7 : controls::Window {
     void fit_to(const std::vector<ScreenArea>& screens);
     /// The user has clicked a link on the page `from`.
     void follow(const std::string& from, const std::string& address);
-    /// The frame has another place or size, in twips: these are the book's now.
+    /// Stores the frame's new place and size, in twips, as the book's.
     void resized();
 
-    /// The page shown, by its place in List2.
+    /// Returns the current page as its row in List2.
     std::size_t page() const;
 
     shell::Context& context;
@@ -192,7 +191,7 @@ void visit_controls(Form7& w, F&& f) {
     f("abt", "About the program", w.abt);
 }
 
-/// Opens the window to size that of a book whose first page is at `page`, a path.
+/// Opens the window for sizing that of a book whose first page is at `page`, a path.
 void size_book_window(shell::Context& context, const std::string& page);
 
 }  // namespace quill::htx

@@ -14,8 +14,8 @@
 namespace quill::htx {
 namespace {
 
-/// Gives the window the size and place that the book has for it. A book without them, or with a size of nothing, gets
-/// those of a new window.
+/// Gives the window the size and place stored in the book. A book without them, or with an empty size, gets those of a
+/// new window.
 void size_window(Form7& w, const std::string& geometry_file) {
     const Result<std::string> text =
         geometry_file.empty() ? Result<std::string>(std::string()) : files::read_file(geometry_file);

@@ -5,8 +5,8 @@
 
 namespace quill::htx {
 
-/// Has archives that are books shown in the reader, and lets the create wizard size a book's window there. Both
-/// arguments must outlive the last book.
+/// Shows archives that are books in the reader, and lets the create wizard size a book's window there. Both arguments
+/// must outlive the last book.
 void provide_reader(shell::Context& context, zip::NewZIP& archives);
 
 }  // namespace quill::htx

@@ -11,7 +11,7 @@
 namespace quill::htx {
 namespace {
 
-/// The paths of the members as addresses name them; empty for directories.
+/// Returns the paths of the members as addresses name them; empty for directories.
 std::vector<std::string> paths_of(const zip::Archive& archive) {
     std::vector<std::string> paths;
     for (const zip::Member& member : archive.members()) {

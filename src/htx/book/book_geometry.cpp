@@ -16,7 +16,7 @@ std::string number_text(float number) {
     return {buffer.data(), end};
 }
 
-/// Returns the number that the field begins with; 0 where it begins with none, or with one no screen has.
+/// Returns the number at the beginning of the field; 0 if there is none, or one larger than any screen.
 float number_of(std::string_view field) {
     constexpr float most = 10'000'000;
     if (field.starts_with('+')) field.remove_prefix(1);
@@ -61,7 +61,7 @@ BookGeometry parse_geometry(std::string_view text) {
 BookGeometry fit_to_screen(BookGeometry geometry, const ScreenArea& screen) {
     fit(geometry.left, geometry.width, screen.left, screen.width);
     fit(geometry.top, geometry.height, screen.top, screen.height);
-    // A second time: what began left of the screen may reach beyond its right edge now.
+    // Again: a window that began left of the screen may now extend beyond its right edge.
     fit(geometry.left, geometry.width, screen.left, screen.width);
     fit(geometry.top, geometry.height, screen.top, screen.height);
     return geometry;

@@ -10,7 +10,7 @@
 namespace quill::htx {
 namespace {
 
-/// Where `key`, in lower case, first occurs in `line`, whatever its case.
+/// Returns the position of the first `key`, given in lower case, in `line`, ignoring case.
 std::size_t find_ignoring_case(std::string_view line, std::string_view key) {
     return text::to_lower(line).find(key);
 }

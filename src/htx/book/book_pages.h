@@ -9,15 +9,15 @@
 #include <unordered_map>
 #include <vector>
 
-/// What a book consists of: its pages in order, and the files that addresses in them mean.
+/// The contents of a book: its pages in order, and the files that addresses in them mean.
 namespace quill::htx {
 
-/// Sorts paths as a book's pages are: by their text, the case of A to Z ignored.
+/// Sorts paths in the order of a book's pages: by their text, ignoring the case of A to Z.
 void sort_as_pages(std::vector<std::string>& paths);
 
-/// Returns the title that the contents screen shows for a page, given as UTF-8: of the last of its first 11 lines that
-/// has a <title>, what follows it up to a "<", or the whole next line where nothing follows. Character references are
-/// replaced.
+/// Returns the title that the contents screen shows for a page, given as UTF-8: from the last of its first 11 lines
+/// that contains a <title>, the text after it up to a "<", or the whole next line if nothing follows. Replaces
+/// character references.
 std::string contents_title(std::string_view page);
 
 /// The files of a book, found by the addresses in its pages.
@@ -26,8 +26,8 @@ class BookFiles {
     /// `paths` are relative, in the order in which `find` numbers them; empty ones are not found.
     explicit BookFiles(const std::vector<std::string>& paths);
 
-    /// Returns the number of the file that `address` means: of exactly that path, else of the path as it is written in
-    /// the page, else of one that differs in case or character set alone.
+    /// Returns the number of the file that `address` means: the one with exactly that path, else with the path as
+    /// written in the page, else one that differs only in case or character set.
     std::optional<std::size_t> find(const Address& address) const;
 
   private:

@@ -34,7 +34,7 @@ std::string cleaned(std::string_view address) {
     return out;
 }
 
-/// Returns the scheme in front of the first colon, in lower case; empty where there is none.
+/// Returns the scheme before the first colon, in lower case; empty if there is none.
 std::string scheme_of(std::string_view address) {
     const std::size_t colon = address.find(':');
     if (colon == std::string_view::npos || colon == 0 || !is_letter(address.front())) return {};
@@ -44,7 +44,7 @@ std::string scheme_of(std::string_view address) {
     return fits ? text::to_lower(scheme) : std::string();
 }
 
-/// Takes "." and ".." out of a path. Returns false where it climbs above its root.
+/// Removes "." and ".." from a path. Returns false if it climbs above its root.
 bool normalise(std::string& path) {
     std::vector<std::string_view> parts;
     bool climbs = false;
@@ -110,7 +110,7 @@ Address resolve(std::string_view page, std::string_view base, std::string_view a
     Address out = resolve("", address);
     if (from.kind != AddressKind::local)
         return out.kind == AddressKind::elsewhere ? out : Address{from.kind, {}, {}, {}};
-    // A base that names a directory is one to its last slash.
+    // The base directory ends at the base's last slash.
     const bool names_directory = base.ends_with('/');
     return resolve(names_directory && !from.path.empty() ? from.path + "/" : from.path, address);
 }

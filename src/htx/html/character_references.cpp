@@ -42,7 +42,7 @@ char32_t named(std::string_view name) {
     return other != others.end() ? other->character : 0;
 }
 
-/// The character of "#233" or "#xE9"; 0 where it is none. Numbers 128 to 159 mean Windows-1252, as in browsers.
+/// Returns the character of "#233" or "#xE9"; 0 if it is invalid. Numbers 128 to 159 mean Windows-1252, as in browsers.
 char32_t numbered(std::string_view digits) {
     digits.remove_prefix(1);
     const bool hex = !digits.empty() && text::lower(digits.front()) == 'x';
@@ -63,7 +63,7 @@ constexpr bool is_alphanumeric(char c) {
     return (c >= '0' && c <= '9') || (text::lower(c) >= 'a' && text::lower(c) <= 'z');
 }
 
-/// Appends what the reference at the front of `rest`, an ampersand, means, and takes it off.
+/// Appends the meaning of the reference at the front of `rest`, which begins with an ampersand, and removes it.
 void decode_one(std::string_view& rest, std::string& out) {
     constexpr std::size_t longest = 10;
     std::size_t size = 1;

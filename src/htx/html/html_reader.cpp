@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::string_view blanks = " \t\n\r\f";
 
-/// Elements whose content is text up to their own end tag, whatever it looks like.
+/// Elements whose content is text up to their own end tag, whatever it contains.
 constexpr std::array<std::string_view, 5> raw_elements = {"style", "script", "title", "textarea", "xmp"};
 
 constexpr bool is_blank(char c) {
@@ -62,7 +62,7 @@ std::optional<Token> HtmlReader::next() {
     return std::nullopt;
 }
 
-/// Reads up to the element's end tag, or to the end of the page. Nothing where the end tag follows at once.
+/// Reads up to the element's end tag, or to the end of the page. Returns nullopt if the end tag follows at once.
 std::optional<Token> HtmlReader::read_raw_text() {
     const std::string_view element = raw_element_;
     raw_element_ = {};
@@ -86,7 +86,7 @@ Token HtmlReader::read_text() {
     return {.kind = TokenKind::text, .text = page_.substr(begin, at_ - begin), .offset = begin};
 }
 
-/// Skips a comment, a declaration, or what is read as a comment.
+/// Skips a comment, a declaration, or anything else read as a comment.
 void HtmlReader::skip_comment() {
     const bool is_comment = page_.substr(at_).starts_with("<!--");
     if (is_comment && (at(at_ + 4) == '>' || page_.substr(at_ + 4, 2) == "->")) {
@@ -122,7 +122,7 @@ std::optional<Token> HtmlReader::read_tag() {
     return tag;
 }
 
-/// Reads one attribute into the tag; returns false at the tag's closing bracket and at the end of the page.
+/// Reads one attribute into the tag; returns false at the tag's closing bracket or at the end of the page.
 bool HtmlReader::read_attribute(Token& tag) {
     skip_blanks();
     if (at_ == page_.size() || page_[at_] == '>') return false;

@@ -9,7 +9,7 @@
 
 namespace quill::htx {
 
-/// An attribute of a tag as it is written: the value without its quotes, its character references not replaced.
+/// An attribute of a tag as written: the value without its quotes, its character references not replaced.
 struct Attribute {
     std::string_view name;
     std::string_view value;
@@ -19,13 +19,13 @@ enum class TokenKind : std::uint8_t {
     text,       ///< characters between tags
     start_tag,  ///< <a href=x>
     end_tag,    ///< </a>
-    raw_text    ///< what a style, script, title or textarea element holds
+    raw_text    ///< contents of a style, script, title or textarea element
 };
 
 /// A piece of a page. Comments and declarations are skipped.
 struct Token {
     TokenKind kind = TokenKind::text;
-    std::string_view name = {};  ///< of a tag, or of the element that raw text is in; as it is written
+    std::string_view name = {};  ///< of a tag, or of the element that contains raw text; as written
     std::string_view text = {};  ///< of text and raw text, its character references not replaced
     std::vector<Attribute> attributes = {};
     std::size_t offset = 0;     ///< bytes from the beginning of the page
@@ -33,12 +33,12 @@ struct Token {
 
     /// Returns true for a tag or raw text of the element `element`, given in lower case.
     bool is(std::string_view element) const;
-    /// Returns the value of the first attribute `attribute`, given in lower case; nullopt where there is none.
+    /// Returns the value of the first attribute `attribute`, given in lower case; nullopt if there is none.
     std::optional<std::string_view> attribute(std::string_view attribute) const;
 };
 
 /// Reads a page token by token (HTML Standard 13.2.5, without the rules for where an element may occur). Any bytes are
-/// a page. A tag that the end of the page cuts off is skipped. Time grows with the page and no faster.
+/// a page. A tag that is cut off by the end of the page is skipped. Time is linear in the size of the page.
 class HtmlReader {
   public:
     /// `page` must outlive the reader; 8-bit text or UTF-8.
@@ -59,12 +59,12 @@ class HtmlReader {
 
     std::string_view page_;
     std::size_t at_ = 0;
-    std::string_view raw_element_;  ///< whose raw text comes next
+    std::string_view raw_element_;  ///< the element whose raw text comes next
     bool is_xml_ = false;
 };
 
-/// Replaces the character references in `text` (&amp; &#233; &eacute;) by UTF-8. Names are those of HTML 4; others
-/// stay as they are, and so does one without a semicolon before a letter, a digit or an equals sign.
+/// Replaces the character references in `text` (&amp; &#233; &eacute;) with UTF-8. Names are those of HTML 4; other
+/// names stay unchanged, and so does one without a semicolon before a letter, a digit or an equals sign.
 std::string decode_references(std::string_view text);
 
 }  // namespace quill::htx

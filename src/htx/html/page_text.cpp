@@ -13,7 +13,7 @@ namespace quill::htx {
 namespace {
 
 constexpr std::string_view blanks = " \t\n\r\f";
-constexpr std::size_t searched = 4096;  // bytes in which a character set may be declared
+constexpr std::size_t searched = 4096;  // bytes in which to search for a declared character set
 
 struct ByteOrderMark {
     std::string_view bytes;
@@ -23,7 +23,7 @@ struct ByteOrderMark {
 constexpr std::array<ByteOrderMark, 3> marks = {
     {{"\xEF\xBB\xBF", "utf-8"}, {"\xFF\xFE", "utf-16le"}, {"\xFE\xFF", "utf-16be"}}};
 
-/// Returns the word that follows `key` and an equals sign in `text`, with or without quotes; empty where there is none.
+/// Returns the word after `key` and an equals sign in `text`, with or without quotes; empty if there is none.
 std::string_view declared(std::string_view text, std::string_view key) {
     for (std::size_t i = 0; i + key.size() < text.size(); ++i) {
         if (!text::starts_with_ignoring_case(text.substr(i), key)) continue;
@@ -48,8 +48,8 @@ std::string_view charset_of_tags(std::string_view head) {
     return {};
 }
 
-/// Returns the character set that the beginning of a text declares, as browsers take it: ISO 8859-1 is Windows-1252,
-/// and what can be read as 8-bit text is not UTF-16.
+/// Returns the character set that the beginning of a text declares, as browsers interpret it: ISO 8859-1 is
+/// Windows-1252, and a text that can be read as 8-bit is not UTF-16.
 std::string declared_charset(std::string_view bytes) {
     const std::string_view head = bytes.substr(0, searched);
     std::string_view found;
@@ -62,7 +62,8 @@ std::string declared_charset(std::string_view bytes) {
     return charset.starts_with("utf-16") || charset.starts_with("utf-32") ? "utf-8" : charset;
 }
 
-/// Every other byte of UTF-16 markup is zero.
+/// Recognises UTF-16 markup without a byte order mark: every other byte is zero. Returns its character set, or an empty
+/// text.
 std::string_view utf16_without_mark(std::string_view bytes) {
     if (bytes.size() < 4) return {};
     if (bytes[0] == '<' && bytes[1] == '\0' && bytes[3] == '\0') return "utf-16le";

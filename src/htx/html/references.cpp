@@ -25,7 +25,7 @@ struct Row {
 constexpr auto link = ReferenceKind::link;
 constexpr auto part = ReferenceKind::part;
 
-/// The attributes that hold addresses (HTML Standard, table of attributes; HTML 4 for what it has dropped; SVG 2 15).
+/// The attributes that contain addresses (HTML Standard, table of attributes; HTML 4 for dropped ones; SVG 2 15).
 constexpr std::array<Row, 27> rows = {{
     {"a", "href", link},
     {"a", "xlink:href", link},
@@ -62,7 +62,7 @@ std::string_view trim(std::string_view text) {
     return text.substr(0, text.find_last_not_of(blanks) + 1);
 }
 
-/// Adds the addresses of a srcset (HTML Standard 4.8.4.2.2): each ends at a blank, and what follows it at a comma that
+/// Adds the addresses of a srcset (HTML Standard 4.8.4.2.2): each ends at a blank, and its descriptors at a comma that
 /// is not in brackets.
 void add_candidates(std::string_view text, std::size_t offset, std::vector<Reference>& out) {
     for (;;) {
@@ -83,7 +83,7 @@ void add_candidates(std::string_view text, std::size_t offset, std::vector<Refer
     }
 }
 
-/// Returns the address in the content of a meta refresh, "5; url=next.htm"; empty where it only waits.
+/// Returns the address in the content of a meta refresh, "5; url=next.htm"; empty if it only waits.
 std::string refresh_address(std::string_view content) {
     const std::size_t end = content.find_first_of(";,");
     if (end == std::string_view::npos) return {};
@@ -100,7 +100,7 @@ std::string refresh_address(std::string_view content) {
     return std::string(trim(content));
 }
 
-/// Collects what the tags of a page name.
+/// Collects the addresses in the tags of a page.
 class Collector {
   public:
     void add(const Token& token) {

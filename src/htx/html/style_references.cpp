@@ -17,7 +17,7 @@ constexpr int hex_digit(char c) {
     return l >= 'a' && l <= 'f' ? l - 'a' + 10 : -1;
 }
 
-/// Goes through a style sheet.
+/// Reads a style sheet.
 class StyleReader {
   public:
     StyleReader(std::string_view style, std::size_t offset, std::vector<Reference>& out)
@@ -66,7 +66,7 @@ class StyleReader {
         add(begin, quote == '"' || quote == '\'' ? quoted() : unquoted());
     }
 
-    /// Reads a string from its quote on. A line end or the end of the sheet ends one that is not closed.
+    /// Reads a string from its quote. A line end or the end of the sheet ends an unclosed one.
     std::string quoted() {
         const char quote = style_[at_++];
         std::string text;
@@ -88,7 +88,7 @@ class StyleReader {
         return text;
     }
 
-    /// Appends the next character, an escape as what it means (CSS Syntax 4.3.7).
+    /// Appends the next character, with an escape decoded (CSS Syntax 4.3.7).
     void take(std::string& text) {
         const char c = style_[at_++];
         if (c != '\\') {

@@ -87,7 +87,7 @@ void choose_files(Context& context) {
     connect_spider(context, chooser);
 }
 
-/// Returns what is wrong with the name that is typed; empty where it can be used. Gives it its ending.
+/// Returns the problem with the typed name; empty if it can be used. Adds its ending.
 std::string complaint_about_name(const Context& context, swit& w) {
     std::string& name = w.Text2.text;
     if (name.empty()) return "You must create a name for the " + kind_name(w) + " file you wish to make.";
@@ -137,7 +137,7 @@ SameNames ask_about_same_names(Context& context, const std::string& name) {
     return answer == 0 ? SameNames::keep_both : answer == 1 ? SameNames::keep_last : SameNames::cancel;
 }
 
-/// Makes the archive of all files in one step. It is not there where that fails or is stopped.
+/// Makes the archive of all files in one step. Leaves no archive if that fails or is stopped.
 void compress(Context& context, const std::vector<zip::NewMember>& members) {
     auto& w = main_window(context);
     const std::string path = files::join(context.session.SelectedDir, context.session.SelectedFile);
@@ -164,7 +164,7 @@ void compress(Context& context, const std::vector<zip::NewMember>& members) {
     report_left_out(context.platform, failures);
 }
 
-/// Returns false where the user is to size the book's window first.
+/// Returns false if the user must size the book's window first.
 bool has_window_size(Context& context) {
     auto& session = context.session;
     if (session.BookWidth != 0) return true;
@@ -216,7 +216,7 @@ void next(Context& context) {
     }
 }
 
-/// Goes a step back. What was chosen and typed stays.
+/// Goes one step back. Keeps what was chosen and typed.
 void go_back(Context& context) {
     auto& w = main_window(context);
     if (is_at(w, "Step One")) {

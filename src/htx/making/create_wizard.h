@@ -5,15 +5,15 @@
 #include <string>
 #include <vector>
 
-/// The create wizard of the main window: makes a ZIP file, or a book of web pages. Its step is what the heading
-/// `Label4` begins with.
+/// The create wizard of the main window: makes a ZIP file, or a book of web pages. The beginning of the heading
+/// `Label4` identifies its step.
 namespace quill::htx {
 
-/// Fills the routes that lead into the wizard and connects its buttons. `context` must outlive its windows.
+/// Fills the routes to the wizard and connects its buttons. `context` must outlive its windows.
 void provide_create_wizard(shell::Context& context);
 
-/// Adds files, and all files in directories, to those that the wizard will take; a directory's files keep their
-/// directories from it on.
+/// Adds files, and all files in directories, to those for the wizard; a directory's files keep their paths from that
+/// directory.
 void add_to_wizard(shell::Context& context, const std::vector<std::string>& paths);
 
 }  // namespace quill::htx

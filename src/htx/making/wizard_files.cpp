@@ -14,7 +14,7 @@
 namespace quill::htx {
 namespace {
 
-/// The list's name of a file may be a link as it is written in a page, with dots in it or percents.
+/// A listed file name may be a link as written in a page, with dots or percents in it.
 std::string member_name(const std::string& listed, const std::string& path, bool keep_paths) {
     if (keep_paths) return text::to_utf8(zip::member_name_of(path));
     const Address address = resolve("", listed);
@@ -22,7 +22,7 @@ std::string member_name(const std::string& listed, const std::string& path, bool
     return text::to_utf8(is_below ? address.written_path : files::name_of(path));
 }
 
-/// Returns whether the file is one that a wizard has written before: four numbers.
+/// Returns true if the file contains four numbers, as written by an earlier wizard.
 bool is_geometry(const std::string& path) {
     const Result<std::string> text = files::read_file(path);
     return text && format_geometry(parse_geometry(*text)) == *text;
@@ -36,7 +36,7 @@ std::vector<zip::NewMember> wizard_members(const shell::swit& w, bool keep_paths
         const std::string& path = w.List2.items()[row];
         const std::string listed = row < w.List1.count() ? w.List1.items()[row] : files::name_of(path);
         const bool is_of_book = w.Opti(2).chosen && files::name_of(path) == geometry_member;
-        if (is_of_book && is_geometry(path)) continue;  // the book gets one of its own
+        if (is_of_book && is_geometry(path)) continue;  // the book gets its own
         members.push_back({member_name(listed, path, keep_paths), path});
     }
     return members;

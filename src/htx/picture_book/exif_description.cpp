@@ -11,16 +11,16 @@
 namespace quill::htx {
 namespace {
 
-constexpr std::size_t longest = 1000;  // bytes of a description that is taken
+constexpr std::size_t longest = 1000;  // bytes of a description that are used
 
-/// TIFF data, whose numbers are in the byte order that its first two bytes name.
+/// TIFF data, whose numbers are in the byte order that its first two bytes indicate.
 class Tiff {
   public:
     explicit Tiff(std::string_view bytes) : bytes_(bytes), big_(bytes.starts_with("MM")) {}
 
     bool is_tiff() const { return (big_ || bytes_.starts_with("II")) && number(2, 2) == 42U; }
 
-    /// The unsigned number of `size` bytes at `offset`; nullopt beyond the end.
+    /// Returns the unsigned number of `size` bytes at `offset`; nullopt beyond the end.
     std::optional<std::uint32_t> number(std::size_t offset, std::size_t size) const {
         if (offset > bytes_.size() || bytes_.size() - offset < size) return std::nullopt;
         std::uint32_t value = 0;
@@ -31,7 +31,7 @@ class Tiff {
         return value;
     }
 
-    /// The text of the entry at `offset` in a directory; empty where it holds none.
+    /// Returns the text of the entry at `offset` in a directory; empty if it has none.
     std::string_view text_of_entry(std::size_t offset) const {
         constexpr std::uint32_t ascii = 2, in_entry = 4;
         const auto type = number(offset + 2, 2), count = number(offset + 4, 4);
@@ -63,7 +63,7 @@ std::string_view description_in(std::string_view bytes) {
     return {};
 }
 
-/// The EXIF data among the segments of a JPEG file (EXIF 2.3, 4.7.2); empty where there is none.
+/// Returns the EXIF data in the segments of a JPEG file (EXIF 2.3, 4.7.2); empty if there is none.
 std::string_view exif_data(std::string_view jpeg) {
     constexpr std::string_view start = "\xFF\xD8", exif = {"Exif\0\0", 6};
     constexpr char app1 = '\xE1', scan = '\xDA', end = '\xD9';

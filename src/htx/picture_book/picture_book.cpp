@@ -15,7 +15,7 @@
 namespace quill::htx {
 namespace {
 
-/// Names that differ in more than their case, so that the book can be unpacked anywhere.
+/// Names that differ in more than case, so that the book can be unpacked anywhere.
 class DistinctNames {
   public:
     std::string take(const std::string& name) {

@@ -10,7 +10,7 @@
 
 namespace quill::htx {
 
-/// A picture of a book, and the words of its page. Text is UTF-8.
+/// A picture of a book, and the texts of its page in UTF-8.
 struct BookPicture {
     std::string file;  ///< path
     std::string title;
@@ -18,24 +18,24 @@ struct BookPicture {
     bool caption_above = true;
 };
 
-/// All that a picture book is made of.
+/// The contents of a picture book.
 struct PictureBook {
-    std::vector<BookPicture> pictures;  ///< as they were chosen
+    std::vector<BookPicture> pictures;  ///< in the chosen order
     std::vector<std::size_t> order;     ///< of the pages: numbers of pictures
     PageStyle style;
     BookGeometry geometry;
-    bool has_index = false;  ///< a page before the first with all pictures in small
+    bool has_index = false;  ///< the first page shows all pictures in small
 };
 
-/// Returns the files' names, those that differ in no more than their case kept apart by numbers: "a.jpg", "A (2).jpg".
+/// Returns the files' names, with numbers for those that differ only in case: "a.jpg", "A (2).jpg".
 std::vector<std::string> distinct_names(const std::vector<std::string>& files);
 
-/// Returns the book's files: the pictures, a page for each of `order`, index.r29. Pictures of one name get different
-/// ones. REQUIRES: `order` has at most `most_pages` numbers.
+/// Returns the book's files: the pictures, a page for each of `order`, index.r29. Gives pictures with the same name
+/// different ones. REQUIRES: `order` has at most `most_pages` numbers.
 std::vector<zip::NewMember> files_of_book(const PictureBook& book);
 
-/// Returns the title that is proposed for a picture: the description in its EXIF data, else its file's name without the
-/// ending, underscores as blanks. Reads the beginning of the file.
+/// Returns the proposed title for a picture: the description in its EXIF data, else its file's name without the ending,
+/// with blanks for underscores. Reads the beginning of the file.
 std::string proposed_title(const std::string& file);
 
 }  // namespace quill::htx

@@ -45,7 +45,7 @@ std::string quoted(std::string_view text) {
     return '"' + std::string(text) + '"';
 }
 
-/// Writes characters beyond ASCII as references.
+/// Returns the text with references for characters beyond ASCII.
 std::string in_ascii(std::string_view text) {
     const std::string utf8 = text::to_utf8(text);
     std::string out;
@@ -99,7 +99,7 @@ std::string body_tag(const PageStyle& style) {
            ">";
 }
 
-/// The length of the tag that `text` begins with; 0 where it begins with none.
+/// Returns the length of the tag at the beginning of `text`; 0 if there is none.
 std::size_t tag_length(std::string_view text) {
     const std::size_t name = text.substr(1, 1) == "/" ? 2 : 1;
     const char first = name < text.size() ? text::lower(text[name]) : '\0';
@@ -107,7 +107,7 @@ std::size_t tag_length(std::string_view text) {
     return first >= 'a' && first <= 'z' && end != std::string_view::npos && text[end] == '>' ? end + 1 : 0;
 }
 
-/// The length of the character reference that `text` begins with; 0 where it begins with none.
+/// Returns the length of the character reference at the beginning of `text`; 0 if there is none.
 std::size_t reference_length(std::string_view text) {
     constexpr std::size_t longest = 12;
     const std::size_t end = text.substr(0, longest).find(';');
@@ -136,7 +136,7 @@ bool is_plainly_markup(std::string_view text) {
     return found;
 }
 
-// A title is one line; markup that would end its element is none.
+// A title is one line; markup that would end its element is not treated as markup.
 std::string title_text(std::string_view title) {
     std::string line(title);
     std::replace_if(

@@ -13,7 +13,7 @@ void show_letters(HtxWiz& w) {
     w.italic.caption = w.style.italic ? "Make the letters not italicized" : "Make the letters italicized";
 }
 
-/// Goes `by` steps along the ladder of sizes, not beyond its ends.
+/// Moves `by` steps along the ladder of sizes, stopping at its ends.
 void resize_letters(HtxWiz& w, std::ptrdiff_t by) {
     const auto at = std::find(letter_sizes.begin(), letter_sizes.end(), w.style.size) - letter_sizes.begin();
     const auto last = static_cast<std::ptrdiff_t>(letter_sizes.size()) - 1;

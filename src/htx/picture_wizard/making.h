@@ -4,20 +4,19 @@
 
 #include <string>
 
-/// What the last step of the picture wizard makes. Each reports how it went; where the file is there, the window is
-/// unloaded.
+/// The products of the picture wizard's last step. Each reports its result and unloads the window on success.
 namespace quill::htx {
 
-/// Makes the book at `path`, and where the user wants them its pages and copies of its pictures beside it.
+/// Makes the book at `path`, and if the user wants them its pages and copies of its pictures beside it.
 void make_book(HtxWiz& w, const std::string& path);
 
-/// Makes the album at `path`: at once, or when its thumbnails have been decoded.
+/// Makes the album at `path`: at once, or after decoding its thumbnails.
 void make_album(HtxWiz& w, const std::string& path);
 
-/// Says that a file of the name is there already and has another one typed.
+/// Reports that a file of that name exists and asks for another name.
 void refuse_name(HtxWiz& w, const std::string& path);
 
-/// Ends the wizard's work: "Done.", and the window is unloaded.
+/// Ends the wizard's work: says "Done." and unloads the window.
 void finish(HtxWiz& w);
 
 }  // namespace quill::htx

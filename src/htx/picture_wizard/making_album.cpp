@@ -16,7 +16,7 @@ constexpr auto about_to_decode =
     "one at a time, which takes a while for many pictures. Leave the box \"Create separate thumbnails\" unchecked to "
     "go without them.";
 
-/// The pictures in their new order, those that can be read; the others are reported.
+/// Returns the readable pictures in their new order; reports the others.
 std::vector<pics::Item> items_of(HtxWiz& w) {
     std::vector<pics::Item> items;
     for (const std::size_t place : order_of(w)) {
@@ -61,7 +61,7 @@ void end_decoding(HtxWiz& w) {
     w.Command4.enabled = w.Text5.enabled = true;
 }
 
-/// Decodes the pictures for the thumbnails, one after the other, and writes the album after the last one.
+/// Decodes the pictures for the thumbnails, one after another, and writes the album after the last one.
 void decode_next(HtxWiz& w, const pics::AlbumRequest& request) {
     const std::size_t number = w.thumbnails.made.size(), count = request.items.size();
     if (number == count) {

@@ -30,10 +30,10 @@ PictureBook book_of(const HtxWiz& w) {
     return book;
 }
 
-/// Where the pages and the copies of the pictures go besides the book.
+/// The place for the pages and the copies of the pictures besides the book.
 enum class Beside { nowhere, same_directory, new_directory, cancel };
 
-/// Whether a file can get `name` in `directory`: there is none, or it is the picture itself.
+/// Returns true if a file can get `name` in `directory`: there is none, or it is the picture itself.
 bool is_free(const std::string& directory, const zip::NewMember& member) {
     const std::string path = files::join(directory, member.name);
     return !files::exists(path) || (!member.text && files::same_file(path, member.file));
@@ -84,7 +84,7 @@ std::vector<zip::MemberFailure> write_all_beside(const std::string& directory,
     return failures;
 }
 
-/// Returns the directory for the extra files; made where it is a new one.
+/// Returns the directory for the extra files, making a new one if requested.
 Result<std::string> directory_beside(const HtxWiz& w, const std::string& book, Beside where) {
     constexpr unsigned mode = 0777;
     if (where == Beside::same_directory) return w.Dir1.path;

@@ -40,7 +40,7 @@ constexpr std::string_view heading_of(WizardStep step, bool album) {
     return "";
 }
 
-/// The controls that belong to a step alone.
+/// Returns the controls that only this step shows.
 std::vector<controls::Control*> controls_of(HtxWiz& w, WizardStep step) {
     switch (step) {
         case WizardStep::welcome:
@@ -102,7 +102,7 @@ void set_captions(HtxWiz& w) {
     w.stop.caption = "Stop";
 }
 
-/// Goes on where the step lets it.
+/// Continues if the step allows it.
 void next(HtxWiz& w) {
     switch (w.step) {
         case WizardStep::welcome:

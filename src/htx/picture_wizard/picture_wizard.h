@@ -15,26 +15,26 @@ namespace quill::htx {
 
 enum class WizardStep : std::uint8_t { welcome, pictures, letters, titles, order, saving };
 
-/// The picture wizard: makes a picture book, or in its other mode, which its caption names, an album.
+/// The picture wizard: makes a picture book, or in its other mode, named by its caption, an album.
 struct HtxWiz : controls::Window {
     controls::Label Label1;          // welcome
-    controls::Label Label2;          // what this window makes
+    controls::Label Label2;          // purpose of this window
     controls::Button Command1;       // leave the welcome
     controls::Label Label4;          // heading of the step
     controls::Button Command7;       // back
     controls::Button Command4;       // next; finish
     controls::Button Command5;       // cancel
-    controls::Picture Image1;        // the picture that the step is about
+    controls::Picture Image1;        // the picture of the current step
     controls::DriveListBox Drive1;   // drive
     controls::DirListBox Dir1;       // directory of the pictures; later of the new file
     controls::FileListBox File1;     // pictures in it; later books or albums
-    controls::CheckBox other_kinds;  // list pictures of newer kinds too
-    controls::Button add;            // add those selected
+    controls::CheckBox other_kinds;  // list newer kinds of pictures too
+    controls::Button add;            // add the selected ones
     controls::Button add_all;        // add all
     controls::Button reset;          // empty the list
-    controls::ListBox List1;         // paths of the pictures chosen
+    controls::ListBox List1;         // paths of the chosen pictures
     controls::ListBox List2;         // their names, row for row
-    controls::Label chosen_count;    // how many
+    controls::Label chosen_count;    // number of pictures
 
     controls::TextBox Text1;         // sample of the letters
     controls::Label Label12;         // their size
@@ -44,26 +44,26 @@ struct HtxWiz : controls::Window {
     controls::Button italic;         // turn on, off
     controls::Button background;     // choose the colour
     controls::Button foreground;     // choose the colour
-    controls::Button reset_letters;  // as they were at first
+    controls::Button reset_letters;  // restore the defaults
 
     controls::Label Label6;                                  // "Picture 1 of 100"
-    controls::Label Label8;                                  // index of that picture; never seen
+    controls::Label Label8;                                  // index of that picture; never shown
     controls::Label title_heading;                           // over the title
     controls::TextBox Text2;                                 // its title
     controls::Label caption_heading;                         // over the caption
     controls::TextBox Text3;                                 // its caption
     controls::ControlArray<controls::Choice> Option1{0, 1};  // caption above, below
-    controls::Button next_picture;                           // take the words, go to the next one
+    controls::Button next_picture;                           // store the texts, go to the next one
     controls::Button why_titles;                             // explain
     controls::Button why_small;                              // explain
-    controls::ListBox List6;  // place of the caption and title, for each picture; never seen
+    controls::ListBox List6;  // place of the caption and title, for each picture; never shown
 
     controls::Label original_order;     // over List3
-    controls::ListBox List3;            // names as they were chosen
+    controls::ListBox List3;            // names in the chosen order
     controls::Label new_order;          // over List4
-    controls::ListBox List4;            // names in the order of the pages
-    controls::ListBox List5;            // the places in List3 of the names in List4; never seen
-    controls::Button put;               // put those selected at the end of the new order
+    controls::ListBox List4;            // names in page order
+    controls::ListBox List5;            // the places in List3 of the names in List4; never shown
+    controls::Button put;               // put the selected ones at the end of the new order
     controls::Button clear_order;       // empty the new order
     controls::Button how_to_order;      // explain
     controls::CheckBox Check1;          // an album with thumbnails
@@ -75,10 +75,10 @@ struct HtxWiz : controls::Window {
     controls::TextBox Text6;                                 // directory of the new file
     controls::Label password_heading;                        // over the password
     controls::TextBox Text4;                                 // password
-    controls::ControlArray<controls::Choice> Option2{0, 1};  // the book alone, pages and pictures too
+    controls::ControlArray<controls::Choice> Option2{0, 1};  // only the book, or pages and pictures too
     controls::CheckBox index_page;                           // begin with a page of all pictures
-    controls::Label doing;                                   // what is being done
-    controls::Picture bar;                                   // how far it is
+    controls::Label doing;                                   // current step
+    controls::Picture bar;                                   // progress bar
     controls::Picture bar_done;                              // the filled part
     controls::Button stop;                                   // stop it
 
@@ -87,11 +87,11 @@ struct HtxWiz : controls::Window {
 
     bool makes_album() const { return caption.starts_with("PICS"); }
 
-    /// Adds files that were dropped on the list, and the pictures in directories.
+    /// Adds files dropped on the list, and the pictures in directories.
     void add_files(const std::vector<std::string>& paths);
-    /// Names of List3 were dropped on List4.
+    /// Handles names of List3 dropped on List4.
     void put_in_order(const std::vector<std::size_t>& rows);
-    /// A name of List4 was dropped at another place in it.
+    /// Handles a name of List4 dropped at another place in it.
     void move_in_order(std::size_t from, std::size_t to);
 
     shell::Context context;
@@ -99,24 +99,24 @@ struct HtxWiz : controls::Window {
     PageStyle style;                           ///< of the letters in Text1
     std::string shown_picture;                 ///< path; empty for none
     std::vector<std::string> captions;         ///< row for row with List6
-    std::map<std::string, BookPicture> words;  ///< what was typed for each path, for a user who goes back
+    std::map<std::string, BookPicture> words;  ///< typed texts for each path, for a user who goes back
     bool stop_wanted = false;
 
-    /// The thumbnails of an album that is being made, in the order of its pictures.
+    /// The thumbnails of a new album, in the order of its pictures.
     struct Thumbnails {
         std::vector<std::string> made;
         std::vector<std::string> without;       ///< paths of pictures that can't be decoded
-        platform::Pictures::Ticket ticket = 0;  ///< of the request that waits; 0 for none
+        platform::Pictures::Ticket ticket = 0;  ///< of the waiting request; 0 for none
     } thumbnails;
 };
 
-/// Shows the wizard at its welcome, with these pictures chosen. `caption` names the mode.
+/// Shows the wizard's welcome page, with these pictures chosen. `caption` names the mode.
 void show_picture_wizard(shell::Context& context, const std::string& caption, const std::vector<std::string>& pictures);
 
 constexpr auto book_caption = "HTX  Picture Book / Photo Album Maker";
 constexpr auto album_caption = "PICS Multiple Picture File Maker";
 
-/// Fills the routes that lead to the wizard. `context` must outlive its windows.
+/// Fills the routes to the wizard. `context` must outlive its windows.
 void provide_picture_wizard(shell::Context& context);
 
 /// Names every control once: f(name, role, control).

@@ -22,7 +22,7 @@ std::vector<std::string> paths_of(const controls::FileListBox& list, const std::
     return paths;
 }
 
-/// Shows what follows from the list of pictures.
+/// Updates the controls that depend on the list of pictures.
 void show_chosen(HtxWiz& w) {
     w.chosen_count.text = text::counted(w.List1.count(), "picture");
     if (w.step == WizardStep::pictures) w.Command4.enabled = w.List1.count() != 0;

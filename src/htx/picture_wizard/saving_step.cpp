@@ -11,7 +11,7 @@ namespace {
 constexpr auto directory_note =
     "    To change where you wish to put the HTX file change to the directory you wish to have it on the left.";
 
-/// The name typed with its ending.
+/// Returns the typed name with its ending.
 std::string full_name(const HtxWiz& w) {
     const std::string& name = w.Text5.text;
     if (w.makes_album()) return text::ends_with_ignoring_case(name, ".pics") ? name : name + ".pics";

@@ -28,7 +28,7 @@ bool is_last(const HtxWiz& w) {
     return picture_shown(w) + 1 >= w.List1.count();
 }
 
-/// Only a page with a title lets the user go on.
+/// Enables the ways forward only for a page with a title.
 void show_ways_on(HtxWiz& w) {
     w.next_picture.visible = w.List1.count() > 1;
     w.next_picture.enabled = !is_last(w);
@@ -50,7 +50,7 @@ void show_picture(HtxWiz& w, std::size_t number) {
     show_ways_on(w);
 }
 
-/// Takes the words of the picture shown; false where it has no title.
+/// Records the texts of the current picture; returns false if it has no title.
 bool record(HtxWiz& w) {
     if (text::trim(w.Text2.text).empty()) {
         w.context.platform.message(no_title);

@@ -12,7 +12,7 @@
 namespace quill::htx {
 namespace {
 
-/// Returns the addresses that a text of the kind names, with the base that they count from.
+/// Returns the addresses in a text of the kind, with their base.
 PageReferences references_of(FileKind kind, std::string_view text) {
     return kind == FileKind::style ? PageReferences{{}, references_of_style(text)} : references_of_page(text);
 }
@@ -45,7 +45,7 @@ Hunt hunt_links(SiteFiles& site, const std::vector<std::string>& start, const Hu
                 std::size_t most_files) {
     Hunt hunt;
     std::unordered_set<std::string> known;
-    std::set<files::Identity> read;  // a page that two names lead to is read once
+    std::set<files::Identity> read;  // a page reached by two names is read once
     const auto add = [&](const std::string& file) {
         if (!known.insert(file).second) return true;
         if (hunt.files.size() == most_files) return false;

@@ -10,18 +10,18 @@
 
 namespace quill::htx {
 
-/// The files of one directory and of all below it, found by the names that pages give them.
+/// The files of one directory and its subdirectories, found by their names in pages.
 class SiteFiles {
   public:
     /// `root` is the directory's path.
     explicit SiteFiles(const std::string& root);
 
-    /// Returns the path from the root of the regular file that `address` means: of exactly that name, else of the name
-    /// as it is written in the page, else of one that differs in case or character set alone. Nullopt where there is
-    /// none, or where it is reached by a link that leads out of the directory.
+    /// Returns the path from the root of the regular file that `address` means: one with exactly that name, else with
+    /// the name as written in the page, else one that differs only in case or character set. Nullopt if there is none,
+    /// or if a link that leads out of the directory is on its path.
     std::optional<std::string> find(const Address& address);
 
-    /// The path of a file that `find` has returned.
+    /// Returns the path of a file that `find` has returned.
     std::string path_of(std::string_view file) const;
 
   private:
@@ -31,11 +31,11 @@ class SiteFiles {
 
     std::string root_;
     std::string real_root_;
-    /// Names by their spelling in lower case and UTF-8, for each directory looked into.
+    /// Names by their spelling in lower case and UTF-8, for each directory read.
     std::unordered_map<std::string, std::unordered_map<std::string, std::string>> listings_;
 };
 
-/// Returns a name as it is compared where case and character set do not count.
+/// Returns a name in the form for comparisons that ignore case and character set.
 std::string name_key(std::string_view name);
 
 }  // namespace quill::htx

@@ -52,7 +52,8 @@ void add_page(cmdg& w, const std::string& link) {
     w.Command4.enabled = w.Command5.enabled = true;
 }
 
-/// The links of a line in their plain form: " href=", "g src=" or "round=", a quote, and the text up to the next quote.
+/// Adds the links of a line in their plain form: " href=", "g src=" or "round=", a quote, and the text up to the next
+/// quote.
 void add_links_of_line(cmdg& w, std::string_view line) {
     constexpr std::size_t key_size = 6;
     const std::string lower = text::to_lower(line);
@@ -67,7 +68,7 @@ void add_links_of_line(cmdg& w, std::string_view line) {
     }
 }
 
-/// Adds the links that only a reading of the tags finds: those whose files are not listed under any spelling.
+/// Adds the links that only parsing the tags finds: those whose files are not listed under any spelling.
 void add_links_of_tags(cmdg& w, const std::string& path) {
     SiteFiles site(files::dir_of(w.chosenDir + "x"));
     std::unordered_set<std::string> listed;
@@ -80,7 +81,7 @@ void add_links_of_tags(cmdg& w, const std::string& path) {
     }
 }
 
-/// Adds the rows of `list` to the files chosen, and empties it.
+/// Adds the rows of `list` to the chosen files, and empties it.
 void choose_all(shell::Context& context, cmdg& w, controls::ListBox& list) {
     auto& main = context.windows.load<shell::swit>();
     std::unordered_set<std::string> chosen(w.List2.items().begin(), w.List2.items().end());
@@ -111,7 +112,7 @@ void show_found(cmdg& w, const std::vector<std::string>& found) {
     w.List4.assign(std::move(pages));
 }
 
-/// Hunts from the pages chosen and the valid pages, and lists what is not chosen yet.
+/// Hunts from the chosen pages and the valid pages, and lists files not chosen yet.
 void hunt_all(shell::Context& context, cmdg& w) {
     SiteFiles site(files::dir_of(w.chosenDir + "x"));
     std::vector<std::string> start;
