@@ -5,7 +5,7 @@
 
 namespace quill::codec {
 
-/// The value of a hexadecimal digit, upper or lower case, or -1.
+/// Returns the value of a hexadecimal digit, upper or lower case, or -1.
 constexpr int hex_value(char c) {
     if (c >= '0' && c <= '9') return c - '0';
     if (c >= 'A' && c <= 'F') return c - 'A' + 10;
@@ -13,7 +13,7 @@ constexpr int hex_value(char c) {
     return -1;
 }
 
-/// The byte that the first two characters of `s` spell.
+/// Returns the byte that the first two characters of `s` spell.
 constexpr std::optional<unsigned char> hex_byte(std::string_view s) {
     if (s.size() < 2 || hex_value(s[0]) < 0 || hex_value(s[1]) < 0) return std::nullopt;
     return static_cast<unsigned char>(hex_value(s[0]) * 16 + hex_value(s[1]));

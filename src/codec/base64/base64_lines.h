@@ -7,20 +7,21 @@
 
 namespace quill::codec {
 
-/// Base64 text that is decoded as a whole; characters that are no Base64 end it.
+/// Decodes Base64 text as a whole; ends at the first character that is not Base64.
 std::string decode_base64_text(std::string_view encoded);
 
-/// Reads the lines behind a "begin-base64" line up to "====" and adds them as `file`. With `sure` false the first line
-/// has to be Base64; false, and nothing read, where it isn't.
+/// Reads the lines after a "begin-base64" line up to "====" and adds them as `file`. With `sure` false the first line
+/// must be Base64; otherwise returns false without reading.
 bool open_base64_lines(TextScan& scan, FoundFile file, bool sure);
 
-/// Whether every character of `line` is of the Base64 alphabet, but up to two '=' at its end and blanks behind them.
+/// Returns true if every character of `line` is in the Base64 alphabet, except for up to two '=' at its end and blanks
+/// after them.
 bool is_base64_line(std::string_view line);
 
-/// Returns true where `line` may be a row of Base64 that was damaged.
+/// Returns true if `line` may be a damaged row of Base64.
 bool is_nearly_base64(std::string_view line);
 
-/// Whether Base64, or the "====" behind it, goes on within a few lines from `at`.
+/// Returns true if Base64, or the "====" after it, continues within a few lines from `at`.
 bool base64_resumes(const TextScan& scan, Position at);
 
 }  // namespace quill::codec

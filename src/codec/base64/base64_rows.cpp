@@ -11,15 +11,15 @@ bool is_blank(char c) {
     return c == ' ' || c == '\t';
 }
 
-/// Returns the bytes of a row of `width` characters with its line end, where one begins `bytes`; else 0.
+/// Returns the bytes of a row of `width` characters with its line end if `bytes` begin with one; else 0.
 std::size_t stride_of_rows(std::string_view bytes, std::size_t width) {
     const std::string_view end = bytes.substr(std::min(width, bytes.size()), 2);
     if (width == 0 || end.empty()) return 0;
     return end.front() == '\n' ? width + 1 : end == "\r\n" ? width + 2 : 0;
 }
 
-/// Returns how many rows at the beginning of `bytes` seem to have `width` characters, by their first, their last and
-/// their line end.
+/// Returns how many rows at the beginning of `bytes` appear to have `width` characters, judging by their first, their
+/// last and their line end.
 std::uint64_t count_even_rows(std::string_view bytes, std::size_t width, std::size_t stride) {
     const char last = stride == width + 1 ? '\n' : '\r';
     const char* row = bytes.data();
@@ -32,7 +32,7 @@ std::uint64_t count_even_rows(std::string_view bytes, std::size_t width, std::si
 
 }  // namespace
 
-/// Judges the row before, which now is one in the middle.
+/// Checks the previous row, now known to be in the middle.
 void Base64Rows::end_row() {
     if (row_ == 0) return;
     if (width_ == 0) width_ = row_;

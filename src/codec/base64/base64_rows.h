@@ -6,15 +6,15 @@
 
 namespace quill::codec {
 
-/// Watches whether the rows of a Base64 body are of one length, as encoders write them: characters that were lost or
-/// came in show in the length of a row.
+/// Checks whether the rows of a Base64 body have the same length, as encoders write them: lost or added characters
+/// change the length of a row.
 class Base64Rows {
   public:
-    /// Takes the next bytes of the body, which hold `characters` of the alphabet and else only blanks and line ends.
-    /// They may end within a row.
+    /// Reads the next bytes of the body, which contain `characters` of the alphabet and otherwise only blanks and line
+    /// ends. They may end within a row.
     void take(std::string_view bytes, std::uint64_t characters);
 
-    /// Ends the row that was begun, which padding follows; it may have any length.
+    /// Ends the current row, which padding follows; it may have any length.
     void end_padded();
 
     /// Forgets the row that was begun and the one before it, where another part or other text begins.
@@ -27,7 +27,7 @@ class Base64Rows {
     /// it has rows of two lengths in turn, or all characters of some full rows in rows of other lengths.
     bool uneven() const;
 
-    /// Characters of the first row; 0 before it.
+    /// Returns the characters of the first row; 0 before it.
     std::size_t width() const { return width_; }
 
   private:
@@ -36,10 +36,10 @@ class Base64Rows {
     void end_row();
     void end_odd_rows();
 
-    std::size_t row_ = 0;     ///< characters so far of the row that was begun
+    std::size_t row_ = 0;     ///< characters of the current row so far
     std::size_t before_ = 0;  ///< of the last row
     std::size_t width_ = 0;   ///< of the first row
-    std::size_t odd_ = 0;     ///< of the first row in the middle that is not so long
+    std::size_t odd_ = 0;     ///< of the first row in the middle of another length
     std::uint64_t usual_rows_ = 0;
     std::uint64_t odd_rows_ = 0;
     std::uint64_t in_odd_rows_ = 0;  ///< characters of the rows since the last usual one, without the last row

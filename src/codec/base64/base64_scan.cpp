@@ -21,7 +21,7 @@ constexpr unsigned rows_to_resume = 64;  // of rows that are too short
 constexpr std::size_t shortest_padded_line = 8;
 constexpr std::size_t shortest_damaged_row = 20;
 constexpr unsigned lines_for_evidence = 3;
-constexpr unsigned hex_lines_for_evidence = 32;  // where the first ones could be hexadecimal, as rows of zeros are
+constexpr unsigned hex_lines_for_evidence = 32;  // if the first ones could be hexadecimal, like rows of zeros
 constexpr std::size_t first_bytes = 48;
 
 constexpr std::array<bool, 256> make_table() {
@@ -32,20 +32,20 @@ constexpr std::array<bool, 256> make_table() {
 }
 constexpr std::array<bool, 256> in_alphabet = make_table();
 
-/// The line without blanks at its ends and without padding.
+/// Returns the line without blanks at its ends and without padding.
 std::string_view characters_of(std::string_view line) {
     line = text::trim(line);
     for (int i = 0; i < 2 && line.ends_with('='); ++i) line.remove_suffix(1);
     return line;
 }
 
-/// Hashes and numbers in columns are of the alphabet too.
+/// Hashes and numbers in columns also consist of the alphabet.
 bool is_hex(std::string_view s) {
     return std::all_of(s.begin(), s.end(), [](char c) { return hex_value(c) >= 0; });
 }
 
-/// Whether `line` and those behind it can be nothing but Base64: lines of one length, not all of them hexadecimal, or
-/// one whose first bytes are those of a known kind of file.
+/// Returns true if `line` and those after it can only be Base64: lines of the same length, not all of them hexadecimal,
+/// or one whose first bytes are those of a known kind of file.
 bool is_bare_base64(const TextScan& scan, const Line& line) {
     const std::string_view characters = characters_of(line.text);
     if (!is_base64_line(line.text)) return false;
@@ -173,7 +173,7 @@ bool follows_row(const LineCursor& cursor, Position at, std::size_t width, bool 
            (!is_hex(row) || row.size() == width || is_one_character(row));
 }
 
-/// Rows of Base64 without a header, read one after the other.
+/// Rows of Base64 without a header, read one after another.
 class BareRows {
   public:
     BareRows(TextScan& scan, const Line& first) : scan_(scan), width_(first.text.size()), last_(first) {}
@@ -214,8 +214,8 @@ class BareRows {
         return true;
     }
 
-    /// Skips lines that are not rows, or follows padding, where a full row comes next. An empty line after a last row
-    /// ends the file.
+    /// Skips lines that are not rows, or follow padding, if a full row comes next. An empty line after a last row ends
+    /// the file.
     bool resume() {
         Line next = last_;
         for (unsigned lines = 0, others = 0; lines < rows_to_resume && others < lines_to_resume; ++lines) {

@@ -14,23 +14,23 @@
 namespace quill::codec {
 namespace {
 
-constexpr std::size_t longest_examined = 1024;  // looked back for a line's beginning
+constexpr std::size_t longest_examined = 1024;  // searched backwards for a line's beginning
 constexpr std::size_t line_room = sixbit::decoded_bound(2 * longest_examined);
-constexpr unsigned most_examined = 10'000;    // lines; beyond that foreign characters are passed over unseen
+constexpr unsigned most_examined = 10'000;    // lines; beyond that foreign characters are skipped unreported
 constexpr unsigned most_tags = 10'000;        // runs of them; beyond that pieces end anywhere
-constexpr std::size_t shortest_resumed = 20;  // characters of a line that is taken for data behind padding
+constexpr std::size_t shortest_resumed = 20;  // characters of a line that counts as data after padding
 constexpr std::size_t shortest_doubtful = 8;  // characters of a row after padding that may be data
-constexpr std::size_t shortest_sure = 40;     // characters of a row that is taken for data behind text
+constexpr std::size_t shortest_sure = 40;     // characters of a row that counts as data after text
 
 bool is_blank(char c) {
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
-/// How a line with foreign characters in it is made up.
+/// The composition of a line with foreign characters.
 struct LineMake {
     std::size_t data = 0;  ///< characters of the alphabet
     std::size_t foreign = 0;
-    bool words = false;  ///< blanks stand between characters
+    bool words = false;  ///< there are blanks between characters
 };
 
 LineMake examine(std::string_view line) {
@@ -47,13 +47,13 @@ LineMake examine(std::string_view line) {
     return out;
 }
 
-/// Whether its rows were found between tags.
+/// Returns true if its rows were found between tags.
 bool is_tagged(const Attachment& attachment) {
     return std::any_of(attachment.problems.begin(), attachment.problems.end(),
                        [](const Problem& problem) { return problem.kind == ProblemKind::tagged_lines; });
 }
 
-/// What stands behind the row that `text` begins with and the tags and line ends behind that.
+/// Returns the text after its first row and the tags and line ends after that.
 std::string_view behind_row(std::string_view text) {
     const std::string_view row = first_row(text);
     std::size_t at = row.empty() ? 0 : static_cast<std::size_t>(row.data() - text.data()) + row.size();
@@ -62,7 +62,7 @@ std::string_view behind_row(std::string_view text) {
     return text.substr(at);
 }
 
-/// Where in `text` a row of sure Base64 begins, which has `shortest` characters or more.
+/// Returns the beginning of a row of certain Base64 in `text` that has at least `shortest` characters.
 std::optional<std::size_t> find_data(std::string_view text, std::size_t shortest) {
     for (std::size_t at = 0; at < text.size();) {
         const std::string_view row = first_row(text.substr(at, longest_examined));
@@ -76,7 +76,7 @@ std::optional<std::size_t> find_data(std::string_view text, std::size_t shortest
     return std::nullopt;
 }
 
-/// Whether blanks part the row into words, the first of which is too short for data that a blank came into.
+/// Returns true if blanks divide the row into words, the first of which is too short for data with an added blank.
 bool is_words(std::string_view row) {
     const std::size_t blank = row.find_first_of(" \t");
     return blank != std::string_view::npos && blank < shortest_resumed && !row.ends_with('=');
@@ -117,16 +117,16 @@ class Base64Run {
     bool padded_ = false;
     bool in_rows_ = is_tagged(attachment_);
     unsigned tag_runs_ = 0;
-    std::uint64_t row_begin_ = 0;  // behind the last tags
-    std::uint64_t data_at_ = 0;    // of a row that was seen ahead
+    std::uint64_t row_begin_ = 0;  // after the last tags
+    std::uint64_t data_at_ = 0;    // of the next row found ahead
     std::size_t longest_row_ = 0;  // characters of the longest row before a tag
-    std::size_t usual_gap_ = 1;    // ends of rows between two rows
-    bool uneven_ = false;          // longer rows stood behind shorter ones
+    std::size_t usual_gap_ = 1;    // row ends between two rows
+    bool uneven_ = false;          // longer rows followed shorter ones
     bool doubted_ = false;
     bool text_behind_ = false;
 };
 
-/// Whole lines where there are any, so that a line that turns out to be no data can be taken back.
+/// Returns whole lines if possible, so that a line that turns out not to be data can be taken back.
 std::string_view Base64Run::next_piece() {
     const std::string_view in = body_.ahead(body_.piece());
     if (body_.reach_end(in) || examined_ > most_examined || tag_runs_ > most_tags) return in;
@@ -169,7 +169,7 @@ void Base64Run::run() {
     if (!body_.stopped() && !sink_.stopped()) end();
 }
 
-/// Passes over tags, blanks and line ends. Returns how many tags there were.
+/// Skips tags, blanks and line ends. Returns the number of tags.
 std::size_t Base64Run::pass_gap() {
     std::size_t tags = 0;
     while (!body_.at_end() && !body_.stopped()) {
@@ -180,8 +180,7 @@ std::size_t Base64Run::pass_gap() {
     return tags;
 }
 
-/// Passes over "<BR>", which stands for the end of a line in text that was copied from a page, and over those behind
-/// it.
+/// Skips "<BR>", which replaces a line end in text copied from a page, and any further ones.
 void Base64Run::take_tags() {
     if (tag_runs_++ == 0) sink_.report(ProblemKind::tagged_lines, body_.at());
     const std::size_t held = std::min<std::uint64_t>(longest_examined, body_.at() - std::min(row_begin_, body_.at()));
@@ -196,7 +195,7 @@ void Base64Run::take_tags() {
     if (!body_.at_end() && !body_.stopped()) judge_row(ends);
 }
 
-/// Goes on to the next row, where the scan found the rows between the tags.
+/// Moves to the next row, if the scan found the rows between the tags.
 void Base64Run::enter_row(std::uint64_t end_before) {
     if (body_.at_end() || body_.stopped() || body_.at() <= end_before) return;
     const auto ends = static_cast<std::size_t>((body_.at() - end_before) / line_tag.size());
@@ -207,7 +206,7 @@ void Base64Run::enter_row(std::uint64_t end_before) {
     }
 }
 
-/// Whether data follows the text at the current place.
+/// Returns true if data follows the text at the current place.
 bool Base64Run::data_ahead(std::size_t shortest) {
     if (body_.at() < data_at_) return true;
     const auto found = find_data(body_.ahead(body_.piece()), shortest);
@@ -215,12 +214,12 @@ bool Base64Run::data_ahead(std::size_t shortest) {
     return found.has_value();
 }
 
-/// Reports a row after tags that is other text, or may be.
+/// Reports a row after tags that is or may be other text.
 void Base64Run::judge_row(std::size_t ends) {
     const std::string_view text = body_.ahead(2 * longest_examined);
     const std::string_view row = first_row(text);
     const std::string_view behind = behind_row(text);
-    const bool between = body_.at() < data_at_ && row.size() < shortest_sure;  // text and what goes on behind it
+    const bool between = body_.at() < data_at_ && row.size() < shortest_sure;  // text before more data
     if (between || is_words(row)) {
         if (++examined_ <= most_examined && !data_ahead()) {
             text_behind_ = true;
@@ -287,7 +286,7 @@ void Base64Run::take_padding() {
     sink_.report(ProblemKind::text_after_data, body_.at());
 }
 
-/// Whether more data follows padding: pieces that were encoded one by one.
+/// Returns true if more data follows padding: pieces that were encoded one by one.
 bool Base64Run::goes_on() {
     const std::string_view line = text::trim(body_.line(longest_examined));
     const std::string_view characters = first_row(line);
@@ -301,7 +300,7 @@ bool Base64Run::goes_on() {
     return true;
 }
 
-/// Skips a line after padding where full rows follow: that padding is not the end.
+/// Skips a line after padding if full rows follow: that padding is not the end.
 bool Base64Run::skip_text_between() {
     if (++examined_ > most_examined || !data_ahead(std::max(shortest_sure, rows_.width()))) return false;
     sink_.report(ProblemKind::foreign_line, body_.at());
@@ -309,8 +308,7 @@ bool Base64Run::skip_text_between() {
     return true;
 }
 
-/// Takes back what was decoded of a line that turned out not to be data. Returns how much of the output is
-/// good.
+/// Takes back the decoded bytes of a line that turned out not to be data. Returns how much of the output is good.
 std::size_t Base64Run::take_back_line(std::string_view line_so_far, std::size_t written) {
     std::size_t characters = 0;
     for (const char c : line_so_far) characters += is_blank(c) ? 0U : 1U;
@@ -332,7 +330,7 @@ void Base64Run::decode(std::string_view in) {
     sink_.put({room_.data(), sixbit::decode(sixbit::Alphabet::base64, in, room_.data(), state_).written});
 }
 
-/// Reads a line that has foreign characters in it. `written` bytes of what stands before the first of them wait in the
+/// Reads a line with foreign characters in it. `written` bytes decoded before the first of them are pending in the
 /// room.
 void Base64Run::take_foreign(std::size_t written) {
     const std::uint64_t at = body_.at();
@@ -343,7 +341,7 @@ void Base64Run::take_foreign(std::size_t written) {
         return;
     }
     const std::string_view before = body_.behind(longest_examined);
-    const std::size_t line_begin = before.find_last_of("\r\n") + 1;  // 0 where there is none
+    const std::size_t line_begin = before.find_last_of("\r\n") + 1;  // 0 if there is none
     const std::string_view so_far = before.substr(line_begin);
     const std::string_view rest = body_.line(longest_examined);
     std::string line(so_far);
@@ -366,8 +364,8 @@ void Base64Run::take_foreign(std::size_t written) {
     }
 }
 
-/// Where a line has as many characters as whole groups need, the foreign ones stand in place of good ones; else they
-/// were added, and are left out.
+/// If a line has as many characters as whole groups need, the foreign ones replaced good ones; else they were added,
+/// and are left out.
 void Base64Run::take_damaged_line(std::string_view line, const LineMake& make) {
     const bool replaced = (make.data + make.foreign + state_.pending) % 4 == 0;
     std::string mended;

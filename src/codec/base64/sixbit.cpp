@@ -7,7 +7,7 @@
 namespace quill::codec::sixbit {
 namespace {
 
-constexpr std::uint8_t blank = 0xFE;    ///< passed over
+constexpr std::uint8_t blank = 0xFE;    ///< skipped
 constexpr std::uint8_t foreign = 0xFF;  ///< ends the run
 
 using Values = std::array<std::uint8_t, 256>;
@@ -36,7 +36,7 @@ char base64_character(std::uint32_t bits) {
     return base64_characters[bits & 63U];
 }
 
-/// One group of one to three bytes, padded.
+/// Writes one group of one to three bytes, padded.
 char* encode_group(std::string_view bytes, char* out) {
     const std::size_t n = bytes.size();
     const std::uint32_t bits =

@@ -39,7 +39,7 @@ namespace quill::codec::sixbit::HWY_NAMESPACE {
 using namespace simd::HWY_NAMESPACE;
 using namespace simd;
 
-/// Values of 6 bits, on their way from the text without its blanks to bytes.
+/// Values of 6 bits, collected from the text without its blanks and to be joined into bytes.
 class Values {
   public:
     explicit Values(const State& state) : size_(state.pending) {
@@ -50,7 +50,7 @@ class Values {
 
     bool has_room() const { return size_ <= capacity - block_size; }
 
-    /// Takes the characters of `block` up to the first foreign one. Returns how many bytes that is.
+    /// Adds the characters of `block` up to the first foreign one. Returns how many bytes that is.
     std::size_t take(const CharacterCodes& codes, const Block& block) {
         Block values;
         std::uint64_t data = 0;
@@ -67,7 +67,7 @@ class Values {
         return taken;
     }
 
-    /// Writes the bytes of all full vectors of values, as far as `room` allows for full stores. Returns their number.
+    /// Writes the bytes of all full vectors of values, as far as `room` allows full stores. Returns their number.
     std::size_t write_vectors(char* out, std::size_t room) {
         std::size_t used = 0;
         std::size_t written = 0;
@@ -79,7 +79,7 @@ class Values {
         return written;
     }
 
-    /// Writes the groups that are left; what is no whole group goes into `state`.
+    /// Writes the remaining groups; puts an incomplete group into `state`.
     std::size_t write_rest(char* out, State& state) {
         std::size_t written = 0;
         state = {};
@@ -93,7 +93,7 @@ class Values {
     }
 
   private:
-    static constexpr std::size_t capacity = 4096;  // small enough for the first cache
+    static constexpr std::size_t capacity = 4096;  // fits the first-level cache
     alignas(64) char values_[capacity + block_size];
     std::size_t size_;
 };

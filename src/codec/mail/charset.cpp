@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t longest_charset = 40;
 
-/// Names that senders use and the system does not know, or knows as something narrower than what is sent.
+/// Names that senders use and the system does not know, or knows as a set smaller than what is sent.
 struct CharsetAlias {
     std::string_view name;  // lower case
     std::string_view meant;
@@ -27,7 +27,7 @@ constexpr std::array aliases = {
     CharsetAlias{"x-mac-roman", "MACINTOSH"},
 };
 
-/// Nothing that would be more than a name to iconv ("//IGNORE", a path).
+/// Rejects anything that is more than a name to iconv ("//IGNORE", a path).
 bool is_charset_name(std::string_view s) {
     return !s.empty() && s.size() <= longest_charset && std::all_of(s.begin(), s.end(), [](char c) {
         const char l = text::lower(c);

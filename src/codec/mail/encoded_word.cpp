@@ -12,14 +12,14 @@
 namespace quill::codec {
 namespace {
 
-/// Characters; far more than the 75 that RFC 2047 allows, as senders don't keep to them.
+/// Characters; far more than the 75 of RFC 2047, because senders exceed them.
 constexpr std::size_t longest_word = 4096;
 constexpr std::size_t longest_charset = 60;
 
 struct Word {
     std::string_view charset;
     std::string bytes;
-    std::size_t size = 0;  ///< characters that it takes, "=?" to "?="
+    std::size_t size = 0;  ///< characters of the word, "=?" to "?="
 };
 
 std::string decode_q(std::string_view s) {
@@ -44,7 +44,7 @@ std::string decode_b(std::string_view s) {
     return {room.data(), size};
 }
 
-/// The encoded word that `s` begins with.
+/// Returns the encoded word at the beginning of `s`.
 std::optional<Word> read_word(std::string_view s) {
     s = s.substr(0, longest_word);
     const std::size_t charset_end = s.find('?', 2);
@@ -59,7 +59,7 @@ std::optional<Word> read_word(std::string_view s) {
     if (encoded.find('?') != std::string_view::npos) return std::nullopt;
     Word word;
     word.charset = s.substr(2, charset_end - 2);
-    word.charset = word.charset.substr(0, word.charset.find('*'));  // RFC 2231 5: a language behind it
+    word.charset = word.charset.substr(0, word.charset.find('*'));  // RFC 2231 5: a language after it
     word.bytes = encoding == 'q' ? decode_q(encoded) : decode_b(encoded);
     word.size = end + 2;
     return word;
@@ -69,7 +69,7 @@ std::optional<Word> read_word(std::string_view s) {
 
 std::string decode_words(std::string_view value, std::string_view charset) {
     std::string out;
-    std::string bytes;  // of words of one character set in a row
+    std::string bytes;  // of successive words of one character set
     std::string_view words_charset;
     const auto flush = [&] {
         if (!bytes.empty()) out += to_utf8(bytes, words_charset);

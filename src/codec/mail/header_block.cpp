@@ -11,8 +11,8 @@ bool is_blank(std::string_view line) {
     return line.find_first_not_of(" \t") == std::string_view::npos;
 }
 
-/// A line that goes on with the field before it although it doesn't begin with a blank: the field ended in ';', or what
-/// stands here is a parameter.
+/// Returns true for a line that continues the field before it without a leading blank: the field ended in ';', or the
+/// line is a parameter.
 bool is_unindented_fold(std::string_view value, std::string_view line) {
     const std::string_view before = text::trim(value);
     if (!before.ends_with(';')) return false;
@@ -21,11 +21,11 @@ bool is_unindented_fold(std::string_view value, std::string_view line) {
     return line.substr(0, equals).find_first_of(" \t<>@/") == std::string_view::npos;
 }
 
-/// The field that is being put together.
+/// The field being assembled.
 struct Field {
     std::string name;
     std::string value;
-    bool cut = false;  ///< this one or one before it is longer than is kept
+    bool cut = false;  ///< this or an earlier one exceeds the stored length
 
     void begin(std::string_view line) {
         const std::string_view called = field_name(line);
@@ -47,7 +47,7 @@ struct Field {
     }
 };
 
-/// In a double-spaced header: whether the empty line before `at` is only spacing.
+/// Returns true if, in a double-spaced header, the empty line before `at` is only spacing.
 bool is_spacing(const LineCursor& cursor, Position at) {
     Line line;
     if (!cursor.peek(at, peeked, line) || is_blank(line.text)) return false;
@@ -60,8 +60,8 @@ bool begins_field(std::string_view line) {
     return line[name.size()] == ':' || is_known_field(name);
 }
 
-/// Whether the header goes on after a line of blanks alone, which is folded in (RFC 5322 4.2): fields follow up to an
-/// empty line, and at least one of them is a field that messages have.
+/// Returns true if the header continues after a line of only blanks, which is folded in (RFC 5322 4.2): fields follow
+/// up to an empty line, and at least one of them is a field that messages have.
 bool goes_on_behind_blanks(const LineCursor& cursor, Position at) {
     bool known = false;
     Line line;

@@ -7,7 +7,7 @@
 
 namespace quill::codec {
 
-/// Tells a line that ends what is being read: a boundary, the beginning of the next message.
+/// Returns true for a line that ends the current reading: a boundary, the beginning of the next message.
 using IsStop = std::function<bool(const Line&)>;
 
 /// A header as read.
@@ -15,19 +15,19 @@ struct HeaderBlock {
     ContentHeader header;
     unsigned fields = 0;         ///< lines that began a field
     bool separated = false;      ///< an empty line ended it
-    bool cut = false;            ///< a field is longer than is kept of one
-    bool double_spaced = false;  ///< an empty line stood behind each line
+    bool cut = false;            ///< a field is longer than the stored part
+    bool double_spaced = false;  ///< an empty line followed each line
 };
 
-/// Reads a header from the cursor's position up to and with the empty line behind it (RFC 5322 2.2). Where that line is
-/// missing the header ends before the first line that cannot be of it, or before a stop line. Lines that are folded
-/// without a blank at the beginning are joined where the line before them asks for more.
+/// Reads a header from the cursor's position through the empty line after it (RFC 5322 2.2). If that line is missing,
+/// the header ends before the first line that cannot belong to it, or before a stop line. Joins folded lines without a
+/// leading blank if the line before them requires more.
 HeaderBlock read_header(LineCursor& cursor, const IsStop& is_stop);
 
-/// Whether `line` looks like the first line of a message's header: a field that messages have.
+/// Returns true if `line` looks like the first line of a message's header: a field that messages have.
 bool begins_message_header(std::string_view line);
 
-/// Whether, behind an empty line that ends at `at`, two further header lines follow with an empty line behind each.
+/// Returns true if two more header lines, with an empty line after each, follow the empty line that ends at `at`.
 bool goes_on_double_spaced(const LineCursor& cursor, Position at);
 
 }  // namespace quill::codec

@@ -21,7 +21,7 @@ bool has_time(std::string_view line) {
     return false;
 }
 
-/// Whether the line names a day and a month as the dates of mbox files do: "Mon Nov 23 16:21:57 2026".
+/// Returns true if the line contains a day and a month like the dates of mbox files: "Mon Nov 23 16:21:57 2026".
 bool is_date(std::string_view line) {
     constexpr std::array<std::string_view, 12> months = {" Jan ", " Feb ", " Mar ", " Apr ", " May ", " Jun ",
                                                          " Jul ", " Aug ", " Sep ", " Oct ", " Nov ", " Dec "};

@@ -4,14 +4,14 @@
 
 namespace quill::codec {
 
-/// Returns the place of the line end before `at`, or `at` where there is none.
+/// Returns the position of the line end before `at`, or `at` if there is none.
 Position before_line_end(const LineCursor& cursor, Position at);
 
-/// Returns true where the line at `at` follows an empty line, or is the first.
+/// Returns true if the line at `at` follows an empty line, or is the first.
 bool is_behind_blank(const LineCursor& cursor, Position at);
 
-/// Returns true where `line` begins a message in an mbox file (RFC 4155): "From ", and a header field on the next line.
-/// Without an empty line before it, it has to name a time as well, and without a field that messages have a date.
+/// Returns true if `line` begins a message in an mbox file (RFC 4155): "From ", and a header field on the next line.
+/// Without an empty line before it, it must also contain a time, and without a field that messages have, a date.
 bool is_separator(const LineCursor& cursor, const Line& line);
 
 }  // namespace quill::codec

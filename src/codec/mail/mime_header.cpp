@@ -56,7 +56,7 @@ void take_content_type(ContentHeader& header, std::string_view value) {
     const StructuredValue field = parse_structured(value);
     if (!header.type.empty()) return;
     header.type = field.value;
-    // "application\octet-stream": some encoders write it so.
+    // "application\octet-stream": written by some encoders.
     std::replace(header.type.begin(), header.type.end(), '\\', '/');
     header.charset = parameter_text(field, "charset");
     header.boundary = parameter_text(field, "boundary");
@@ -79,7 +79,7 @@ void take_disposition(ContentHeader& header, std::string_view value) {
     header.size = number_in(parameter_text(field, "size"));
 }
 
-/// The encoding is the first word that names one: "base64", "base64 (see RFC 2045)", "\"base64\"", "is base64".
+/// Uses the first word that names an encoding: "base64", "base64 (see RFC 2045)", "\"base64\"", "is base64".
 void take_encoding(ContentHeader& header, std::string_view value) {
     if (header.has_encoding) return;
     const std::string lower = text::to_lower(value);

@@ -20,8 +20,8 @@ std::string_view skip_blanks(std::string_view s) {
     return at == std::string_view::npos ? std::string_view() : s.substr(at);
 }
 
-/// The value of `s`, which begins with a quote; takes it off `s`. A backslash escapes a quote or a backslash only:
-/// senders write paths with single ones.
+/// Returns the value at the front of `s`, which begins with a quote, and removes it. A backslash escapes only a quote
+/// or a backslash: senders write paths with single ones.
 std::string take_quoted(std::string_view& s) {
     std::string out;
     std::size_t i = 1;
@@ -33,7 +33,7 @@ std::string take_quoted(std::string_view& s) {
     return out;
 }
 
-/// The value up to the next ';'. A comment behind a blank is left out unless it may belong to a file name.
+/// Returns the value up to the next ';'. Drops a comment after a blank unless it may belong to a file name.
 std::string take_bare(std::string_view& s, bool is_name) {
     const std::size_t end = std::min(s.find(';'), s.size());
     std::string_view value = s.substr(0, end);
@@ -92,7 +92,7 @@ std::string percent_decoded(std::string_view s) {
     return out;
 }
 
-/// Joins pieces 0, 1, 2 ... up to the first gap. `raw_charset` is what raw 8-bit bytes are in.
+/// Joins pieces 0, 1, 2 ... up to the first gap. `raw_charset` is that of raw 8-bit bytes.
 std::string join_pieces(std::vector<Piece>& pieces, std::string_view raw_charset) {
     std::stable_sort(pieces.begin(), pieces.end(), [](const Piece& a, const Piece& b) { return a.number < b.number; });
     std::string bytes;
@@ -100,7 +100,7 @@ std::string join_pieces(std::vector<Piece>& pieces, std::string_view raw_charset
     bool encoded = false;
     std::uint32_t wanted = 0;
     for (Piece& piece : pieces) {
-        if (piece.number + 1 == wanted) continue;  // the same piece again
+        if (piece.number + 1 == wanted) continue;  // a repeated piece
         if (piece.number != wanted++) break;
         if (piece.extended && wanted == 1) {
             const std::size_t language = piece.value.find('\'');
@@ -123,7 +123,7 @@ StructuredValue parse_structured(std::string_view value) {
     StructuredValue out;
     std::size_t end = std::min(value.find(';'), value.size());
     std::string_view first = text::trim(value.substr(0, end));
-    // "text/plain charset=x" and "image/gif name=x.gif", the ';' forgotten
+    // "text/plain charset=x" and "image/gif name=x.gif", without the ';'
     if (const std::size_t blank = first.find_first_of(blanks); blank != std::string_view::npos) {
         const std::string_view behind = first.substr(blank);
         if (behind.find('=') != std::string_view::npos) end = static_cast<std::size_t>(behind.data() - value.data());

@@ -6,7 +6,7 @@
 
 namespace quill::codec {
 
-/// Returns true if a body of this type is a message as a whole: a header, and what follows.
+/// Returns true if a body of this type is a complete message: a header, and a body.
 bool is_message_type(std::string_view content_type);
 
 /// Returns true for a message that is itself Base64 or quoted-printable, which RFC 2045 6.4 forbids and which is

@@ -44,7 +44,7 @@ Doubt decode_line(std::string_view line, std::string& out) {
 
 namespace {
 
-/// The next line; of one beyond all measure a piece, cut where neither blanks nor an escape stand.
+/// Returns the next line; of an extremely long one a piece, cut neither at blanks nor in an escape.
 std::string_view next_line(Body& body) {
     const std::string_view line = body.line(piece_size);
     if (line.size() < piece_size) return line;

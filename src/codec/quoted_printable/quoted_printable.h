@@ -7,7 +7,7 @@
 
 namespace quill::codec::quoted_printable {
 
-/// What a line holds that it should not.
+/// A doubt about a line.
 enum class Doubt : unsigned char {
     none,
     bad_character,  ///< a NUL, which has to be escaped; it is kept
@@ -15,7 +15,7 @@ enum class Doubt : unsigned char {
 };
 
 /// Decodes one line (RFC 2045 6.7), given with its line end, and appends it to `out`: "=41" becomes "A", blanks at the
-/// line's end vanish, and a '=' there joins the next line. The line end itself is kept as it is.
+/// line's end vanish, and a '=' there joins the next line. Keeps the line end itself.
 Doubt decode_line(std::string_view line, std::string& out);
 
 /// The longest row that encoders write, without its line end (RFC 2045 6.7, rule 5).

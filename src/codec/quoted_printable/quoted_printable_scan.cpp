@@ -11,7 +11,7 @@ constexpr std::size_t longest_encoded_line = 76;  // RFC 2045 6.7, rule 5
 constexpr unsigned sampled_lines = 40;
 constexpr unsigned escapes_for_evidence = 3;
 
-/// What the '=' of some lines stand for.
+/// The meaning of the '=' in some lines.
 struct Evidence {
     unsigned escapes = 0;
     unsigned soft_breaks = 0;
@@ -37,7 +37,7 @@ bool sniff_bare_quoted_printable(std::string_view line) {
     return line.ends_with('=') && line.size() <= longest_encoded_line && line.size() + 16 > longest_encoded_line;
 }
 
-// Only a text that no header says anything of can be one as a whole: it begins where the text began.
+// Only a text without any header can be one as a whole: it begins where the text begins.
 bool open_bare_quoted_printable(TextScan& scan, const Line& line) {
     if (scan.in_message || scan.in_armor || !scan.found.files.empty()) return false;
     Evidence evidence;

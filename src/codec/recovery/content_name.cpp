@@ -107,7 +107,7 @@ bool is_blank_character(char32_t c) {
 std::string plain_name(std::string_view name) {
     const std::string safe = files::safe_name(name);
     std::string out;
-    std::string blank;  // the one that was met last, where it was the only one in its place
+    std::string blank;  // the last one read, if it was the only one in its place
     for (std::string_view rest = safe; !rest.empty();) {
         const char32_t c = text::next_character(rest);
         if (is_unseen(c)) continue;

@@ -14,7 +14,7 @@ using report::Evidence;
 
 namespace {
 
-constexpr std::size_t small = std::size_t{64} << 10;  // of what is written, to be held back and joined
+constexpr std::size_t small = std::size_t{64} << 10;  // of one write; smaller ones are held back and joined
 constexpr std::size_t held_most = std::size_t{256} << 10;
 constexpr std::uint64_t tell_every = std::uint64_t{1} << 20;
 
@@ -48,7 +48,7 @@ std::string decode_until(const Attachment& attachment, std::span<const std::stri
 
 }  // namespace
 
-/// Passes over ranges that hold nothing, or that no input has.
+/// Skips ranges that are empty, or outside all inputs.
 void Body::settle() {
     for (; index_ < ranges_.size(); ++index_) {
         const Range& range = ranges_[index_];
@@ -111,7 +111,7 @@ void Sink::put(std::string_view bytes) {
     }
 }
 
-/// Hands on what small pieces were held back.
+/// Writes the small pieces held back.
 void Sink::flush() {
     if (!held_.empty() && !stopped_ && !write_(held_)) stopped_ = true;
     held_.clear();
@@ -139,7 +139,7 @@ void Sink::compare_size(std::uint64_t at_input) {
     const bool is_text = attachment_.format == Format::identity || attachment_.format == Format::quoted_printable;
     const std::string text = "The text states " + count_of(stated, "bytes") + ", and " + count_of(size(), "came out");
     if (is_text) {
-        report(ProblemKind::size_differs, at_input, text);  // line ends may have been changed on the way
+        report(ProblemKind::size_differs, at_input, text);  // line ends may have changed in transit
     } else {
         report(stated > size() ? ProblemKind::too_few_bytes : ProblemKind::bad_size, at_input, text);
     }
@@ -163,7 +163,7 @@ void Sink::compare_checksums(std::uint64_t at_input) {
     }
 }
 
-/// A Content-Length counts the body as it stands, with or without the line end that belongs to the boundary.
+/// A Content-Length counts the unchanged body, with or without the line end that belongs to the boundary.
 void Sink::compare_length() {
     if (!attachment_.stated_length) return;
     std::uint64_t length = 0;
@@ -179,7 +179,8 @@ void Sink::settle_problems() {
     }
 }
 
-/// Into the order of their places in the input. Offsets in several inputs have none: there the parts' order stays.
+/// Sorts the problems by their places in the input. Offsets in different inputs are not comparable: the order of the
+/// parts remains.
 void Sink::sort_problems() {
     const auto in_first = [this](const Range& range) { return range.source == attachment_.body.front().source; };
     if (!std::all_of(attachment_.body.begin(), attachment_.body.end(), in_first)) return;

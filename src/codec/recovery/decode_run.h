@@ -10,13 +10,13 @@
 #include <string_view>
 #include <vector>
 
-/// What the decoders of all formats read from and write to.
+/// The input and output of the decoders of all formats.
 namespace quill::codec {
 
-/// The most bytes of input that the decoders take at a time.
+/// The most bytes of input that the decoders process at a time.
 constexpr std::size_t piece_size = std::size_t{384} << 10;
 
-/// The encoded bytes of an attachment, range after range.
+/// The encoded bytes of an attachment, range by range.
 class Body {
   public:
     Body(std::span<const Range> ranges, std::span<const std::string_view> inputs, const OnRead& on_read)
@@ -26,37 +26,38 @@ class Body {
         settle();
     }
 
-    /// Returns the next bytes: `most` of them, or what is left of the range; none at the end.
+    /// Returns the next bytes: `most` of them, or the rest of the range; none at the end.
     std::string_view ahead(std::size_t most) const;
 
-    /// Moves on by `n` bytes, no more than `ahead` gave.
+    /// Moves forward by `n` bytes, at most as many as `ahead` returned.
     void pass(std::size_t n);
 
-    /// The rest of the line at the current place, with its line end: at most `most` bytes, and to the end of the range.
+    /// Returns the rest of the line at the current place, with its line end: at most `most` bytes, and to the end of
+    /// the range.
     std::string_view line(std::size_t most) const;
 
-    /// The bytes of the current range before the current place, at most `most`.
+    /// Returns the bytes of the current range before the current place, at most `most`.
     std::string_view behind(std::size_t most) const;
 
-    /// Bytes that a decoder takes at a time: `piece_size`, or all where there are fewer.
+    /// Returns the bytes that a decoder processes at a time: `piece_size`, or all if there are fewer.
     std::size_t piece() const { return piece_; }
 
-    /// Where the current place is in its input.
+    /// Returns the current place in its input.
     std::uint64_t at() const { return at_; }
 
-    /// Whether `bytes`, which `ahead` gave, reach to the end of the range.
+    /// Returns true if `bytes`, returned by `ahead`, extend to the end of the range.
     bool reach_end(std::string_view bytes) const { return at_end() || at_ + bytes.size() == ranges_[index_].end; }
 
-    /// Characters before each line of the current range that are no part of it.
+    /// Returns the characters before each line of the current range that do not belong to it.
     std::size_t quote() const { return at_end() ? 0 : ranges_[index_].quote; }
 
-    /// Which input the current place is in, or the last one was.
+    /// Returns the input of the current or last place.
     std::optional<std::uint32_t> source() const {
         if (ranges_.empty()) return std::nullopt;
         return ranges_[std::min(index_, ranges_.size() - 1)].source;
     }
 
-    /// Which of the ranges it is in, from 0.
+    /// Returns the index of the current range.
     std::size_t part() const { return index_; }
 
     bool at_end() const { return index_ >= ranges_.size(); }
@@ -72,14 +73,14 @@ class Body {
     std::size_t piece_ = 0;
     std::size_t index_ = 0;
     std::uint64_t at_ = 0;
-    std::uint64_t untold_ = 0;  ///< bytes passed since `on_read_` was told
+    std::uint64_t untold_ = 0;  ///< bytes passed since the last call of `on_read_`
     bool stopped_ = false;
 };
 
-/// Takes the decoded bytes and the problems of one attachment.
+/// Receives the decoded bytes and the problems of one attachment.
 class Sink {
   public:
-    /// `body` is where problems are, unless `read_from` says otherwise.
+    /// `body` gives the places of problems, unless `read_from` sets the input.
     Sink(const Attachment& attachment, const Write& write, const Body& body)
         : attachment_(attachment), write_(write), body_(body) {
         outcome_.problems = attachment.problems;
@@ -89,7 +90,7 @@ class Sink {
     std::uint64_t size() const { return outcome_.size; }
     bool stopped() const { return stopped_; }
 
-    /// Sets the input that the problems from now on are in.
+    /// Sets the input of the problems from now on.
     void read_from(std::uint32_t source) { source_ = source; }
 
     /// Adds a problem at a place of the input, at the current place of the output.
@@ -111,7 +112,8 @@ class Sink {
         outcome_.proof.rows.lawful = lawful_rows;
     }
 
-    /// The outcome, with sizes and checksums that the text states compared. `at_input` is where the body ends.
+    /// Returns the outcome, after comparing sizes and checksums that the text states. `at_input` is the end of the
+    /// body.
     Outcome finish(std::uint64_t at_input);
 
   private:

@@ -20,18 +20,18 @@ constexpr std::string_view documents =
     ".jpg.jpeg.gif.png.bmp.tif.tiff.webp.heic.svg.pdf.doc.docx.odt.rtf.txt.xls.xlsx.ods.csv.ppt.pptx.odp.htm.html.eml."
     "ics.vcf.mp3.wav.ogg.mp4.avi.mov.mpg.mpeg.wmv.zip.rar.7z.";
 
-/// Whether `extension`, with its dot and in lower case, is one of `list`.
+/// Returns true if `extension`, with its dot and in lower case, is one of `list`.
 bool is_one_of(std::string_view list, std::string_view extension) {
     return extension.size() > 1 && list.find(std::string(extension) + ".") != std::string_view::npos;
 }
 
-/// The extension in lower case, without blanks at its end.
+/// Returns the extension in lower case, without blanks at its end.
 std::string extension_of(std::string_view name) {
     return text::to_lower(text::trim(name.substr(files::extension_at(name))));
 }
 
-/// Whether the name reads otherwise than its characters stand: a line of several blanks, or characters that are left
-/// out of a safe name without a trace.
+/// Returns true if the name reads differently from its characters: several blanks in a row, or characters that a safe
+/// name drops without a trace.
 bool misleads(std::string_view name) {
     const std::string utf8 = text::to_utf8(name);
     bool blank = false;

@@ -14,14 +14,14 @@ namespace {
 
 constexpr Wrapping encoded_message = {ProblemKind::encoded_message, ProblemKind::encoded_message, {}, {}};
 
-/// An encoded message whose text is open.
+/// An encoded message with its decoded text.
 struct Opened {
-    std::optional<std::uint32_t> source;  ///< its text; absent where it is empty
+    std::optional<std::uint32_t> source;  ///< its text; absent if empty
     bool damaged = false;
     bool cut_off = false;
 };
 
-/// What a file loses by the state of the encoded message that holds it.
+/// Returns the problems of a file caused by the encoded message that contains it.
 std::vector<Problem> problems_by(const Opened& message, std::uint64_t text_end, const Attachment& file) {
     std::vector<Problem> out;
     const std::uint64_t at = file.body.empty() ? 0 : file.body.front().begin;
@@ -32,7 +32,7 @@ std::vector<Problem> problems_by(const Opened& message, std::uint64_t text_end, 
     return out;
 }
 
-/// Sets the text that all problems are in.
+/// Sets the text of all problems.
 void name_source(Found& found, std::uint32_t source) {
     for (Problem& problem : found.problems) problem.source = source;
     for (FoundFile& file : found.files) {
@@ -80,7 +80,7 @@ Found FindRun::scan_text(std::uint32_t source) {
     return found;
 }
 
-/// Decodes `message` into a text of its own; absent where there is no room for it.
+/// Decodes `message` into a separate text; absent if there is no room for it.
 std::optional<Opened> FindRun::open(const Attachment& message) {
     if (sources_.size() >= most_texts || message.body.empty()) return std::nullopt;
     const Range& first = message.body.front();

@@ -11,7 +11,7 @@
 namespace quill::codec {
 namespace {
 
-/// The files that the library speaks of: all but the texts of messages and resource forks.
+/// Returns the files that the library reports: all except the texts of messages and resource forks.
 std::vector<const Attachment*> files_of(const Recovery& recovery) {
     std::vector<const Attachment*> out;
     for (const Attachment& attachment : recovery.attachments()) {

@@ -14,9 +14,9 @@
 namespace quill::codec {
 namespace {
 
-constexpr std::size_t most_compared = 8;  // copies that differ, which a further one is held against
+constexpr std::size_t most_compared = 8;  // different copies that a further one is compared with
 
-/// The lines of a copy that are not blank, without blanks at their ends.
+/// The non-blank lines of a copy, without blanks at their ends.
 class CopyLines {
   public:
     CopyLines(const FoundFile& file, std::span<const std::string_view> inputs) : cursor_(segments(file, inputs)) {}
@@ -43,7 +43,7 @@ class CopyLines {
     Line line_;
 };
 
-/// Two copies with the same digest hold the same lines.
+/// Returns a digest: two copies with the same digest have the same lines.
 std::pair<std::uint64_t, std::uint32_t> digest_of(const FoundFile& file, std::span<const std::string_view> inputs) {
     std::uint64_t size = 0;
     std::uint32_t crc = 0;
@@ -54,7 +54,7 @@ std::pair<std::uint64_t, std::uint32_t> digest_of(const FoundFile& file, std::sp
     return {size, crc};
 }
 
-/// Whether the copy `shorter` holds the beginning of `longer` and nothing else.
+/// Returns true if the copy `shorter` contains the beginning of `longer` and nothing else.
 bool is_beginning(const FoundFile& shorter, const FoundFile& longer, std::span<const std::string_view> inputs) {
     CopyLines a(shorter, inputs);
     CopyLines b(longer, inputs);
@@ -81,7 +81,7 @@ bool has_foreign_lines(const FoundFile& file, std::span<const std::string_view> 
     return false;
 }
 
-/// Enters `copy`, whose lines are those of no other, among the copies that are kept.
+/// Adds `copy`, whose lines differ from all others, to the kept copies.
 void keep_copy(PartCopies& copies, std::size_t copy, std::span<const FoundFile> files,
                std::span<const std::string_view> inputs) {
     const auto first = copies.kept.begin();
@@ -100,7 +100,7 @@ void keep_copy(PartCopies& copies, std::size_t copy, std::span<const FoundFile> 
     }
 }
 
-/// Leaves out copies with foreign lines where there are others.
+/// Leaves out copies with foreign lines if there are others.
 void prefer_clean(PartCopies& copies, std::span<const FoundFile> files, std::span<const std::string_view> inputs) {
     if (copies.kept.size() < 2) return;
     const auto foreign = std::stable_partition(copies.kept.begin(), copies.kept.end(), [&](std::size_t copy) {

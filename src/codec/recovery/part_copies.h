@@ -10,20 +10,20 @@
 
 namespace quill::codec {
 
-/// What became of the copies of one part.
+/// The choice among the copies of one part.
 struct PartCopies {
-    std::vector<std::size_t> kept;  ///< of the files that were given; several where they differ and nothing decides
+    std::vector<std::size_t> kept;  ///< of the given files; several if they differ and nothing decides
     std::vector<std::size_t> left_out;
-    bool doubtful = false;  ///< one that is left out is cut off or damaged, and not only the same once more
+    bool doubtful = false;  ///< one left out is cut off or damaged, not merely a repetition
 };
 
-/// Chooses among `copies`, indices into `files`, which state that they are one part of one file. Copies with the same
-/// lines count once; one that is cut off gives way to one that goes on where it ends, and ones that hold foreign lines
-/// to a clean one. Reads each copy once or twice.
+/// Chooses among `copies`, indices into `files`, which claim to be the same part of one file. Copies with the same
+/// lines count once; a cut one is dropped in favour of one that continues where it ends, and ones with foreign lines in
+/// favour of a clean one. Reads each copy once or twice.
 PartCopies choose_copies(std::span<const FoundFile> files, std::span<const std::size_t> copies,
                          std::span<const std::string_view> inputs);
 
-/// Reports, for a joined file, what became of the copies of its part `number`.
+/// Reports, for a joined file, the choice among the copies of its part `number`.
 void report_copies(Attachment& attachment, const PartCopies& copies, std::uint32_t number, std::uint64_t at_input);
 
 }  // namespace quill::codec

@@ -20,7 +20,7 @@
 namespace quill::codec {
 namespace {
 
-constexpr std::size_t most_missing_told = 20;  // of the parts that one file lacks
+constexpr std::size_t most_missing_told = 20;  // of the missing parts of one file
 constexpr unsigned telling_lines = 8;
 
 std::string part_text(std::uint32_t number, std::uint32_t total) {
@@ -54,7 +54,7 @@ void add_missing(Attachment& attachment, std::uint32_t number, std::uint32_t tot
     report(attachment, ProblemKind::missing_part, at, part_text(number, total));
 }
 
-/// Adds the inputs of `copies` to those that hold copies of the attachment's parts.
+/// Adds the inputs of `copies` to those with copies of the attachment's parts.
 void note_copies(Attachment& attachment, std::span<const std::size_t> copies, std::span<const FoundFile> files) {
     for (const std::size_t copy : copies) {
         for (const Range& range : files[copy].attachment.body) attachment.copies_in.push_back(range.source);
@@ -63,10 +63,10 @@ void note_copies(Attachment& attachment, std::span<const std::size_t> copies, st
 
 // Split messages ----------------------------------------------------------------------------------------------------
 
-/// The pieces of one message in order, each number once.
+/// The pieces of one message in order, without duplicate numbers.
 struct MessagePieces {
     std::vector<const FoundFile*> pieces;
-    std::vector<std::pair<std::uint32_t, PartCopies>> copies;  ///< of the numbers that are there more than once
+    std::vector<std::pair<std::uint32_t, PartCopies>> copies;  ///< of the duplicate numbers
 };
 
 MessagePieces in_order(std::span<const FoundFile> files, std::vector<std::size_t> pieces,
@@ -84,7 +84,7 @@ MessagePieces in_order(std::span<const FoundFile> files, std::vector<std::size_t
     return out;
 }
 
-/// The numbers that are missing, as the first of each gap, with the index of the piece that should follow it.
+/// The missing numbers, as the first of each gap, with the index of the piece after it.
 struct Gap {
     std::uint32_t number;
     std::size_t before_piece;
@@ -122,12 +122,12 @@ JoinedMessage join(const std::vector<const FoundFile*>& pieces, std::span<const 
     return out;
 }
 
-/// Whether the file may have begun in a piece before the first that is there: nothing in the text begins it.
+/// Returns true if the file may have begun in a missing first piece: nothing in the text begins it.
 bool has_lost_head(const FoundFile& file) {
     return !file.has_begin || (file.attachment.name.empty() && file.attachment.content_type.empty());
 }
 
-/// Says of a file which of the missing pieces held something of it.
+/// Reports which of the missing pieces contained something of a file.
 void tell_gaps(FoundFile& file, const JoinedMessage& message, const std::vector<Gap>& gaps, std::size_t pieces,
                std::uint32_t total) {
     Attachment& attachment = file.attachment;
@@ -155,7 +155,7 @@ void report_unknown_total(FoundFile& file, const JoinedMessage& message) {
            "Nothing says how many parts there are; the last may be missing");
 }
 
-/// Sets the inputs of problems that the scan of a joined message found: the offset alone shows where they are.
+/// Sets the inputs of problems found while scanning a joined message: only their offsets show where they are.
 void name_sources(Attachment& attachment) {
     for (Problem& problem : attachment.problems) {
         const auto holds = [&](const Range& r) { return r.begin <= problem.at_input && problem.at_input <= r.end; };
@@ -186,7 +186,7 @@ std::vector<FoundFile> scan_message(const MessagePieces& parts, std::span<const 
     return std::move(found.files);
 }
 
-/// Replaces the pieces of split messages by what the messages hold.
+/// Replaces the pieces of split messages with the files in the joined messages.
 std::vector<FoundFile> join_messages(std::vector<FoundFile> files, std::span<const std::string_view> inputs) {
     std::map<std::string_view, std::vector<std::size_t>> messages;
     for (std::size_t i = 0; i < files.size(); ++i) {
@@ -222,7 +222,7 @@ bool is_piece(const FoundFile& file) {
            (format == Format::uu || format == Format::xx || format == Format::base64 || is_binhex_data(file));
 }
 
-/// What pieces of one file have in common.
+/// The common properties of pieces of one file.
 using Key = std::tuple<Format, std::string, std::uint32_t>;
 
 Key key_of(const FoundFile& file, std::span<const std::string> paths, PartLabel& label) {
@@ -246,7 +246,7 @@ void report_guess(Attachment& attachment, const Place& at) {
     report(attachment, ProblemKind::unnumbered_parts, at);
 }
 
-/// Appends `piece`, whose number is `number`, to `whole`, of which `last` was the last so far.
+/// Appends `piece`, whose number is `number`, to `whole`, whose last piece so far is `last`.
 void append_piece(FoundFile& whole, FoundFile& piece, std::uint32_t last, std::uint32_t number, std::uint32_t total) {
     if (number > last + 1 && last > 0) add_missing(whole.attachment, last + 1, total, begin_of(piece));
     if (number == 0) report_guess(whole.attachment, begin_of(piece));
@@ -263,12 +263,12 @@ void append_piece(FoundFile& whole, FoundFile& piece, std::uint32_t last, std::u
     whole.label.number = number;
 }
 
-/// Joins the pieces, each of another number or of none, in this order; those that were taken up are marked in `taken`.
+/// Joins the pieces, with different numbers or none, in this order; marks the joined ones in `taken`.
 void join_row(std::vector<FoundFile>& files, const std::vector<Piece>& pieces, std::uint32_t total,
               std::set<std::size_t>& taken) {
     FoundFile* whole = nullptr;
     const Piece* last = nullptr;
-    bool guess = false;  // two files were open at once, and no total keeps them apart
+    bool guess = false;  // two files were open at once, and no total distinguishes them
     const auto close = [&] {
         if (whole == nullptr) return;
         if (!whole->has_end && last->number > 0 && last->number < total) {
@@ -292,7 +292,7 @@ void join_row(std::vector<FoundFile>& files, const std::vector<Piece>& pieces, s
     close();
 }
 
-/// Joins the pieces of one key. Where there are different copies of a part, further files are made of them.
+/// Joins the pieces of one key. If there are different copies of a part, makes further files of them.
 void join_group(std::vector<FoundFile>& files, std::vector<Piece>& pieces, std::uint32_t total,
                 std::span<const std::string_view> inputs, std::set<std::size_t>& taken) {
     std::stable_sort(pieces.begin(), pieces.end(), [](const Piece& a, const Piece& b) { return a.number < b.number; });
@@ -327,7 +327,7 @@ bool has_begun(const std::vector<FoundFile>& files, const std::vector<Piece>& pi
     return std::any_of(pieces.begin(), pieces.end(), [&](const Piece& piece) { return files[piece.index].has_begin; });
 }
 
-/// Whether nothing that is said of the two parts speaks against their being of one file, `later` behind `first`.
+/// Returns true unless the labels show that the two parts belong to different files, `later` being after `first`.
 bool may_follow(const FoundFile& first, const FoundFile& later) {
     const PartLabel& a = first.label;
     const PartLabel& b = later.label;
@@ -336,8 +336,8 @@ bool may_follow(const FoundFile& first, const FoundFile& later) {
     return file && total && (b.number == 0 || b.number > a.number);
 }
 
-/// Joins the parts of BinHex files that are not labelled alike: in the order in which they are, or by what numbers
-/// there are where they can be of one file only.
+/// Joins the parts of BinHex files without matching labels: in their order, or by their numbers if they can only belong
+/// to one file.
 void join_loose_binhex(std::vector<FoundFile>& files, std::set<std::size_t>& taken) {
     std::vector<std::size_t> loose;
     for (std::size_t i = 0; i < files.size(); ++i) {
@@ -372,7 +372,7 @@ void complete_resource_forks(std::vector<FoundFile>& files, std::set<std::size_t
     }
 }
 
-/// Whether the file has so many full lines of BinHex data that it can hardly be other text.
+/// Returns true if the file has so many full lines of BinHex data that it can hardly be other text.
 bool has_binhex_lines(const FoundFile& file, std::span<const std::string_view> inputs) {
     std::vector<Segment> segments;
     for (const Range& range : file.attachment.body) segments.push_back({inputs[range.source], range});
@@ -385,13 +385,13 @@ bool has_binhex_lines(const FoundFile& file, std::span<const std::string_view> i
     return lines >= telling_lines;
 }
 
-/// Whether nothing asks for a piece that no first part has taken up and that may be other text as well.
+/// Returns true for a piece that no first part has claimed and that may be other text as well.
 bool is_unasked(const FoundFile& file, std::span<const std::string_view> inputs) {
     if (!file.tentative) return false;
     return file.label.number < 2 || file.label.total == 0 || !has_binhex_lines(file, inputs);
 }
 
-/// Says of what is still a piece what it lacks. BinHex tells by its checksums whether its end is there.
+/// Reports what the remaining pieces lack. The checksums of BinHex show whether its end is present.
 void judge_ends(FoundFile& file) {
     Attachment& attachment = file.attachment;
     if (!is_piece(file) || (is_binhex_data(file) && file.has_begin)) return;

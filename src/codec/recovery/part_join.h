@@ -9,10 +9,10 @@
 
 namespace quill::codec {
 
-/// Puts together what lies in pieces: parts of split messages (message/partial, RFC 2046 5.2.2), and pieces of
-/// uuencoded, xxencoded and Base64 files by what their texts, their subjects or the names of the inputs say of them.
-/// `files` are all that the inputs hold, in input order; `paths` are the inputs' names. A missing piece becomes a
-/// problem of the file. The result is in the order of the first pieces.
+/// Joins pieces: parts of split messages (message/partial, RFC 2046 5.2.2), and pieces of uuencoded, xxencoded and
+/// Base64 files by the labels in their texts, their subjects or the names of the inputs. `files` are all files of the
+/// inputs, in input order; `paths` are the inputs' names. A missing piece becomes a problem of the file. The result is
+/// in the order of the first pieces.
 Found join_parts(std::vector<FoundFile> files, std::span<const std::string_view> inputs,
                  std::span<const std::string> paths);
 

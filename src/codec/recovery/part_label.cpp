@@ -18,7 +18,7 @@ std::string_view skip(std::string_view s, std::string_view any_of) {
     return at == std::string_view::npos ? std::string_view() : s.substr(at);
 }
 
-/// Takes a number off `s`; 0 where there is none, or one beyond reason.
+/// Removes a number from the front of `s` and returns it; 0 if there is none, or it is unreasonably large.
 std::uint32_t take_number(std::string_view& s) {
     std::uint32_t n = 0;
     const auto [end, error] = std::from_chars(s.data(), s.data() + s.size(), n);
@@ -27,7 +27,7 @@ std::uint32_t take_number(std::string_view& s) {
     return n > most_parts ? 0 : n;
 }
 
-/// Takes "2/5", "2 of 5" or "2" off `s`.
+/// Removes "2/5", "2 of 5" or "2" from the front of `s` and returns its numbers.
 PartLabel take_numbers(std::string_view& s) {
     PartLabel label;
     label.number = take_number(s);
@@ -43,7 +43,7 @@ PartLabel take_numbers(std::string_view& s) {
     return label;
 }
 
-/// The file's name behind "file" in what follows the numbers.
+/// Returns the file's name after "file" in the text after the numbers.
 std::string file_behind(std::string_view s) {
     const std::string lower = text::to_lower(s);
     std::size_t at = lower.find("file ");
@@ -57,13 +57,13 @@ std::string file_behind(std::string_view s) {
 
 constexpr std::array<std::string_view, 2> words = {"part", "section"};
 
-/// What follows the numbers of a subject that begins with them: "(2/3) x.zip".
+/// Returns the name after the numbers in a subject that begins with them: "(2/3) x.zip".
 std::string name_after(std::string_view rest) {
     const std::string_view name = skip(rest, " \t)]-:");
     return std::string(text::trim(name));
 }
 
-/// The label of a subject that ends in "part 3" and says no total.
+/// Returns the label of a subject that ends in "part 3" and states no total.
 std::optional<PartLabel> label_of_word(std::string_view before, std::uint32_t number) {
     before = text::trim(before);
     for (const std::string_view word : words) {

@@ -7,16 +7,16 @@
 
 namespace quill::codec {
 
-/// Reads what `line` states about the part that follows, as splitting programs write it: "_=_ Part 002 of 005 of file
+/// Reads the description of the following part in `line`, as splitting programs write it: "_=_ Part 002 of 005 of file
 /// x.jpg", "section 2 of uuencode 4.02 of file x.zip    by R.E.M.", "[ Section: 2/3  File: x.zip ]", "-- part 3/9 --".
 std::optional<PartLabel> read_part_label(std::string_view line);
 
-/// Reads what a message's subject states: "x.zip (2/5)", "x.zip [2/5]", "x.zip - 02/05 -", "x.zip part 2 of 5". `file`
-/// is the text before the numbers.
+/// Reads the description in a message's subject: "x.zip (2/5)", "x.zip [2/5]", "x.zip - 02/05 -", "x.zip part 2 of 5".
+/// `file` is the text before the numbers.
 std::optional<PartLabel> label_of_subject(std::string_view subject);
 
-/// Returns the number that the name of a file ends in ("x.003", "x-03.uue"), and as `file` the path without it. The
-/// number is 0 where the name has none.
+/// Returns the number at the end of a file's name ("x.003", "x-03.uue"), and as `file` the path without it. The number
+/// is 0 if the name has none.
 PartLabel label_of_path(const std::string& path);
 
 }  // namespace quill::codec

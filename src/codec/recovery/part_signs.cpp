@@ -20,13 +20,13 @@ constexpr std::uint64_t longest_row = 1024;    // characters
 constexpr unsigned most_signature_lines = 8;
 constexpr std::string_view signature_mark = "-- ";
 
-/// Returns true for a row of uuencoded data, in which a colon may stand as in a field.
+/// Returns true for a row of uuencoded data, which may contain a colon like a field.
 bool is_uu_row(std::string_view line) {
     const uu::DataLine data = uu::judge(uu::Alphabet::uu, line);
     return data.clean && data.fit != uu::Fit::none && data.fit != uu::Fit::stripped;
 }
 
-/// The fields from a line on.
+/// The fields from a line onwards.
 struct Fields {
     unsigned count = 0;
     bool content = false;    ///< a Content- field is among them
@@ -54,7 +54,7 @@ bool is_article_header(const LineCursor& cursor, const Line& line) {
     return fields.separated && fields.count > 1;
 }
 
-/// Returns true where a few lines follow that can be no data, and then the next article.
+/// Returns true if a few lines follow that can't be data, and then the next article.
 bool is_signature_between(const LineCursor& cursor, const Line& mark) {
     Line line = mark;
     for (unsigned n = 0; n <= most_signature_lines && cursor.peek(line.next, peeked_characters, line); ++n) {

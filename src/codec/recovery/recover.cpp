@@ -24,7 +24,7 @@ std::uint64_t size_of(std::span<const Range> ranges) {
     return size;
 }
 
-/// Moves `more` to the end of `files`, without a second array where these are the first.
+/// Moves `more` to the end of `files`, without a second array if these are the first.
 void append(std::vector<FoundFile>& files, std::vector<FoundFile>&& more) {
     if (files.empty()) {
         files = std::move(more);
@@ -33,7 +33,7 @@ void append(std::vector<FoundFile>& files, std::vector<FoundFile>&& more) {
     }
 }
 
-/// Says of a result, or of the inputs as a whole, that an input did not stay as it was.
+/// Returns the problem, of a result or of the inputs as a whole, that an input has changed.
 Problem changed_problem(bool cut_short, std::uint32_t input) {
     return {cut_short ? ProblemKind::input_cut : ProblemKind::input_changed, 0, {}, {}, input};
 }
@@ -113,7 +113,7 @@ std::vector<std::uint32_t> Recovery::inputs_of(const Attachment& attachment) con
     return out;
 }
 
-/// Takes the verdict back where an input did not stay as it was.
+/// Revokes the verdict if an input has changed.
 void Recovery::note_changes(const Attachment& attachment, Outcome& outcome) const {
     for (const std::uint32_t input : inputs_of(attachment)) {
         const bool cut_short = sources_.text(input).cut_short();

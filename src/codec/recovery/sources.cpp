@@ -8,7 +8,7 @@
 namespace quill::codec {
 namespace {
 
-/// Returns true for results that are the text itself, in which marks and tags are part of what it says.
+/// Returns true for results that are the text itself, in which marks and tags belong to the contents.
 bool is_text(const Attachment& attachment) {
     return attachment.format == Format::identity || attachment.format == Format::quoted_printable;
 }
@@ -81,7 +81,7 @@ bool Sources::lies_within(const Attachment& attachment) const {
     return text.map.is_unchanged(PlainOffset{body.begin - 2}, PlainOffset{body.begin});
 }
 
-/// What the bytes of `range`, which is not empty, are made of in the text that was wrapped.
+/// Returns the source of the bytes of `range`, which is not empty, in the wrapped text.
 Range Sources::range_before(const Range& range) const {
     const Text& text = texts_[range.source];
     const auto origin = [&](std::uint64_t at) {
@@ -90,8 +90,8 @@ Range Sources::range_before(const Range& range) const {
     return {origin(range.begin), origin(range.end - 1) + 1, text.parent};
 }
 
-/// Where a body ends in the text that was wrapped: before the line end of the line that ends it, which is the same in
-/// both texts, as tags at its end are part of the body.
+/// Returns the end of a body in the wrapped text: before the line end of its last line, which is the same in both
+/// texts, as tags at its end belong to the body.
 std::uint64_t Sources::end_before(const Range& body) const {
     const Text& text = texts_[body.source];
     const std::string_view plain = bytes_[body.source];
@@ -105,7 +105,7 @@ std::uint64_t Sources::end_before(const Range& body) const {
     return next - (before.ends_with("\r\n") ? 2U : before.ends_with('\n') || before.ends_with('\r') ? 1U : 0U);
 }
 
-/// Reads the body of `attachment` from the text that was wrapped.
+/// Reads the body of `attachment` from the wrapped text.
 void Sources::step_back(Attachment& attachment) const {
     const Range body = attachment.body.front();
     const Text& text = texts_[body.source];

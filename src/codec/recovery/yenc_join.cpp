@@ -21,7 +21,7 @@ constexpr unsigned most_missing_reported = 20;
 struct Part {
     Post post;
     std::string_view text;
-    Range range;  ///< where that stands
+    Range range;  ///< the place of the post
 
     std::optional<std::uint64_t> first_byte() const { return post.part ? post.part->begin : std::nullopt; }
 };
@@ -33,7 +33,7 @@ std::optional<Part> read_part(std::span<const std::string_view> inputs, const Ra
     return Part{*std::move(post), text, range};
 }
 
-/// What the parts of one file have in common.
+/// The common properties of the parts of one file.
 struct FileKey {
     std::string_view name;
     std::optional<std::uint64_t> size;
@@ -41,10 +41,10 @@ struct FileKey {
     auto operator<=>(const FileKey&) const = default;
 };
 
-/// Which part of its file a post holds.
+/// Identifies the part of its file that a post contains.
 struct PartKey {
     std::optional<std::uint64_t> begin;
-    std::optional<std::uint64_t> number;  ///< where it does not state its first byte
+    std::optional<std::uint64_t> number;  ///< if it does not state its first byte
 
     auto operator<=>(const PartKey&) const = default;
 };
@@ -54,20 +54,20 @@ PartKey key_of(const Post& post) {
     return {begin, begin ? std::nullopt : post.begin.part};
 }
 
-/// The posts that hold the same part of files of one name and size.
+/// The posts that contain the same part of files of one name and size.
 struct SamePart {
-    std::size_t count = 0;  ///< of the files that have the part: the first ones
+    std::size_t count = 0;  ///< how many of the files, from the first, have the part
     std::optional<std::uint32_t> first_crc;
-    std::map<std::uint32_t, std::size_t> others;  ///< which file has it with another CRC
+    std::map<std::uint32_t, std::size_t> others;  ///< the file that has it with another CRC
 };
 
-/// Files of one name and size that parts are gathered in.
+/// The files of one name and size during the collection of their parts.
 class Gathering {
   public:
     std::vector<std::size_t> files;
 
-    /// Which of the files `post` goes to: the one with the CRC of the whole file that it states, else the first that
-    /// lacks its part, or has it with no other CRC. May be one more than there are.
+    /// Returns the file that `post` belongs to: the one with the CRC of the whole file that it states, else the first
+    /// that lacks its part, or has it with no other CRC. May be one more than there are.
     std::size_t place_of(const Post& post) {
         const std::optional<std::uint32_t> whole = post.file_crc();
         if (!whole) return free_place(post);
@@ -94,7 +94,7 @@ class Gathering {
     }
 
     std::map<PartKey, SamePart> parts_;
-    std::map<std::uint32_t, std::size_t> by_crc_;  ///< files by the CRC of the whole that a part states
+    std::map<std::uint32_t, std::size_t> by_crc_;  ///< files by the CRC of the whole stated in a part
     std::size_t claimed_ = 0;                      ///< files before this one have such a CRC, or are skipped
 };
 
@@ -104,7 +104,7 @@ void append(FoundFile& whole, FoundFile&& piece) {
               std::back_inserter(whole.attachment.problems));
 }
 
-/// Reports that several files have one name and size: only the CRC of the whole shows which parts belong together.
+/// Reports that several files have the same name and size: only the CRC of the whole shows which parts belong together.
 void report_several(std::vector<FoundFile>& files, const Gathering& gathering) {
     if (gathering.files.size() < 2) return;
     for (const std::size_t file : gathering.files) {
@@ -121,7 +121,7 @@ void report_several(std::vector<FoundFile>& files, const Gathering& gathering) {
 
 void join_posts(std::vector<FoundFile>& files, std::span<const std::string_view> inputs) {
     std::map<FileKey, Gathering> gatherings;
-    std::size_t kept = 0;  // of the files; those behind are still to be looked at
+    std::size_t kept = 0;  // of the files; those after them are not examined yet
     for (std::size_t i = 0; i < files.size(); ++i) {
         FoundFile& file = files[i];
         std::optional<Part> part;
@@ -147,8 +147,8 @@ void join_posts(std::vector<FoundFile>& files, std::span<const std::string_view>
 
 namespace {
 
-/// Whether the post states what comes out once dots are taken off its lines, and not what comes out with them. Where
-/// its CRC agrees with neither, its size decides.
+/// Returns true if the post states the result after removing dots from its lines, and not the result with them. If its
+/// CRC matches neither, its size decides.
 bool dots_were_added(const Part& part) {
     if (!dots_look_added(part.text, part.post)) return false;
     const Data kept = *decode_data(part.text, part.post, false);
@@ -163,10 +163,10 @@ Data data_of(const Part& part) {
     return *decode_data(part.text, part.post, dotted);
 }
 
-/// The parts of one file on their way to the sink.
+/// Assembles the parts of one file for the sink.
 class Assembly {
   public:
-    /// `dots_doubled`: the newsreader is known for it.
+    /// `dots_doubled`: the newsreader is known to double dots.
     Assembly(std::vector<Part> parts, bool dots_doubled, const OnRead& on_read, Sink& sink)
         : parts_(std::move(parts)), dots_doubled_(dots_doubled), on_read_(on_read), sink_(sink) {
         for (const Part& part : parts_) input_bytes_ += part.text.size();
@@ -205,17 +205,17 @@ class Assembly {
     Sink& sink_;
     std::uint64_t input_bytes_ = 0;
 
-    bool placed_ = false;     ///< each part says where it goes
-    bool alone_ = false;      ///< there is one part
-    bool in_one_row_ = true;  ///< each part goes right behind the one before
+    bool placed_ = false;     ///< each part states its place
+    bool alone_ = false;      ///< there is only one part
+    bool in_one_row_ = true;  ///< each part directly follows the previous one
     bool all_vouched_for_ = true;
     std::uint64_t zeros_ = 0;
-    std::uint64_t passed_over_ = 0;  ///< bytes at the beginning of the part at hand that are there already
+    std::uint64_t passed_over_ = 0;  ///< bytes at the beginning of the current part that are already written
     std::optional<std::uint32_t> whole_crc_;
     std::uint32_t crc_ = 0;
 };
 
-/// Into the file's order: by first bytes where all parts state them, else by numbers where all have one.
+/// Sorts into file order: by first bytes if all parts state them, else by numbers if all have one.
 void Assembly::sort() {
     const auto all = [&](auto&& holds) { return std::all_of(parts_.begin(), parts_.end(), holds); };
     placed_ = all([](const Part& part) { return part.first_byte().value_or(0) >= 1; });
@@ -228,7 +228,7 @@ void Assembly::sort() {
     }
 }
 
-/// Leaves one of the parts that are there several times: the first that is good, else the first.
+/// Keeps one of several copies of a part: the first good one, else the first.
 void Assembly::drop_duplicates() {
     std::size_t kept = 0;
     for (std::size_t i = 0; i < parts_.size(); ++i) {
@@ -244,7 +244,7 @@ void Assembly::drop_duplicates() {
     alone_ = parts_.size() == 1;
 }
 
-/// Puts `copy` in place of `before` where that is not good; says so where both are, and differ.
+/// Replaces `before` with `copy` if `before` is bad; reports copies that are both good but differ.
 void Assembly::choose_copy(Part& before, const Part& copy) {
     const Data first = data_of(before);
     const Data second = data_of(copy);
@@ -262,7 +262,7 @@ void Assembly::choose_copy(Part& before, const Part& copy) {
     if (!first_good && second_good) before = copy;
 }
 
-/// Reports the numbers that are missing between the parts, where only these say what follows what.
+/// Reports the missing numbers between the parts, if only these define their order.
 void Assembly::check_numbers() {
     if (placed_ || alone_) return;
     std::uint64_t wanted = 1;
@@ -277,7 +277,7 @@ void Assembly::check_numbers() {
     }
 }
 
-/// The CRC of the whole file, where the parts that state one agree on it.
+/// Finds the CRC of the whole file, if the parts that state one agree on it.
 void Assembly::find_whole_crc() {
     std::set<std::uint32_t> stated;
     std::set<std::uint32_t> beside_own;
@@ -309,7 +309,7 @@ bool Assembly::fill_gap(std::uint64_t gap) {
     return !sink_.stopped();
 }
 
-/// Brings the sink to where the part's first byte goes. Says what is missing before it, or there twice.
+/// Moves the sink to the place of the part's first byte. Reports what is missing before it, or duplicated.
 bool Assembly::begin_part(const Part& part) {
     passed_over_ = 0;
     if (!placed_ || alone_) return true;
@@ -383,7 +383,7 @@ std::optional<std::string> Assembly::what_is_missing() const {
     return std::nullopt;
 }
 
-/// Whether nothing says where the file ends: a size that the parts exceed does not.
+/// Returns true if nothing states the end of the file: a size that the parts exceed does not count.
 bool Assembly::end_is_unknown() const {
     const auto says = [&](const Part& part) {
         const std::optional<std::uint64_t> size = part.post.file_size();
@@ -392,7 +392,7 @@ bool Assembly::end_is_unknown() const {
     return parts_.back().post.is_part() && std::none_of(parts_.begin(), parts_.end(), says);
 }
 
-/// What can be said only of the file: parts missing at its end, its own CRC.
+/// Checks what concerns the file as a whole: parts missing at its end, its own CRC.
 void Assembly::check_whole() {
     const Part& last = parts_.back();
     const std::optional<std::string> missing = what_is_missing();

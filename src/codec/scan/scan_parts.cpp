@@ -22,7 +22,7 @@ void Scanner::begin_message() {
     open_part(false, false);
 }
 
-/// Reads the header at the cursor, and those of messages within, up to a body.
+/// Reads the header at the cursor, and those of messages inside, up to a body.
 void Scanner::open_part(bool in_digest, bool embedded) {
     text_.base64_open = false;
     HeaderBlock block = read_header(cursor_, is_stop_);
@@ -46,7 +46,7 @@ void Scanner::open_part(bool in_digest, bool embedded) {
     }
 }
 
-/// Reports nesting that is too deep, once.
+/// Reports excessive nesting, once.
 void Scanner::report_too_deep() {
     if (std::exchange(too_deep_, true)) return;
     found_.problems.push_back({ProblemKind::too_deep, cursor_.position().offset});
@@ -76,7 +76,7 @@ void Scanner::open_leaf(HeaderBlock block, bool embedded) {
     leaf.files_before = found_.files.size();
     Line first;
     if (peek_text(text_, leaf.begin, 3, first)) {
-        // Said to be Base64, and is uuencoded; or a file's yEnc in a part that names the file.
+        // Declared as Base64, but uuencoded; or a file's yEnc in a part that names the file.
         const bool uuencoded = header.encoding == TransferEncoding::base64 && sniff_begin(first.text);
         const bool yenc = header.encoding == TransferEncoding::identity && sniff_yenc(first.text);
         leaf.wraps_file = leaf.wraps_file || uuencoded || (yenc && !header.file_name.empty());
@@ -116,7 +116,7 @@ FoundFile Scanner::file_of(const Leaf& leaf, Position end) const {
     return file;
 }
 
-/// Gives the file that a part only wraps the name that the part's header has for it.
+/// Gives a wrapped file the name in the header of the part that wraps it.
 void Scanner::name_wrapped(const Leaf& leaf) {
     FoundFile& file = found_.files[leaf.files_before];
     const bool names_itself = leaf.header.type == "application/mac-binhex40" && !file.tentative && !file.name_guessed;
@@ -130,7 +130,7 @@ void Scanner::name_wrapped(const Leaf& leaf) {
     }
 }
 
-/// Reports text that follows the data of a Base64 body, and whether it may have replaced the last rows.
+/// Reports text after the data of a Base64 body, and whether it may have replaced the last rows.
 void Scanner::report_text_behind(const Leaf& leaf, Attachment& attachment) const {
     const Position at = *leaf.data_end;
     if (ends_base64(cursor_, at, leaf.line_size)) {
@@ -173,7 +173,7 @@ void Scanner::close_leaf(Level& level, Position end, bool cut_off) {
     text_.add(std::move(file), leaf.order);
 }
 
-/// A multipart without a part under its own boundary: what there is, is a text, to the line that ends it.
+/// Closes a multipart without a part under its own boundary: its contents are a text, up to the line that ends it.
 void Scanner::close_as_text(Level& level) {
     Leaf body;
     body.header = std::move(level.header);

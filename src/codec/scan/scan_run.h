@@ -10,7 +10,7 @@
 
 namespace quill::codec {
 
-/// One pass over a text: which parts of which messages are open, and what was found so far.
+/// One pass over a text: the open parts of messages, and the files found so far.
 class Scanner {
   public:
     Scanner(LineCursor& cursor, Texts texts, std::size_t room)
@@ -55,8 +55,8 @@ class Scanner {
     TextScan text_;
     EntityStack stack_;
     bool too_deep_ = false;
-    Position message_end_;  ///< of the message that is being read, where its header states it
-    Position line_begin_;   ///< of the line that is being looked at; after the last one at the end
+    Position message_end_;  ///< of the current message, if its header states it
+    Position line_begin_;   ///< of the current line; after the last one at the end
 };
 
 }  // namespace quill::codec

@@ -20,13 +20,13 @@ bool Scanner::is_stop(const Line& line) const {
     return begins_message(line);
 }
 
-/// Returns true for a separator outside the length that the message's header states.
+/// Returns true for a separator outside the length stated in the message's header.
 bool Scanner::begins_message(const Line& line) const {
     return is_separator(cursor_, line) && line.begin >= message_end_;
 }
 
-/// Remembers where the message ends whose header is `block` (Content-Length), where it does end there: at the end of
-/// the text or before a line that begins another message.
+/// Stores the end of the message whose header is `block` (Content-Length), if it does end there: at the end of the text
+/// or before a line that begins another message.
 void Scanner::keep_stated_length(const HeaderBlock& block) {
     message_end_ = {};
     if (!block.header.content_length) return;
@@ -39,7 +39,7 @@ void Scanner::keep_stated_length(const HeaderBlock& block) {
     if (end >= cursor_.last() || (!next.continued && next.text.starts_with("From "))) message_end_ = end;
 }
 
-/// A line that must be a boundary although none of that name is known: a part's header follows at once.
+/// Returns true for a line that must be a boundary although it is unknown: a part's header follows at once.
 bool Scanner::is_guessed_boundary(const Line& line) const {
     const std::string_view text = line.text.substr(0, line.text.find_last_not_of(" \t") + 1);
     if (!text.starts_with("--") || text.size() < 3 || text.size() > longest_boundary) return false;
@@ -67,7 +67,7 @@ void Scanner::cross_boundary(EntityStack::Match match, Position data_end, Positi
     open_part(level.header.type == "multipart/digest", false);
 }
 
-/// In a body of Base64: a boundary that is indented or quoted, or whose line end before it is lost.
+/// Handles, in a body of Base64, a boundary that is indented or quoted, or without a line end before it.
 bool Scanner::take_misplaced_boundary(const Line& line) {
     const std::optional<Leaf>& leaf = stack_.top().leaf;
     const std::size_t at = line.text.find("--");
@@ -83,7 +83,7 @@ bool Scanner::take_misplaced_boundary(const Line& line) {
     return true;
 }
 
-/// After a body of Base64: the header of a part or message whose boundary, or "From " line, is lost.
+/// Handles, after a body of Base64, the header of a part or message whose boundary, or "From " line, is lost.
 bool Scanner::take_unannounced_header(const Line& line) {
     if (field_name(line.text).empty() || !announces_content(cursor_, line)) return false;
     Leaf& leaf = *stack_.top().leaf;
@@ -101,7 +101,7 @@ bool Scanner::take_unannounced_header(const Line& line) {
     return true;
 }
 
-/// In a piece of a message: the header of a message that holds the next piece, where "From " lines are lost.
+/// Handles, in a piece of a message, the header of a message that contains the next piece, if "From " lines are lost.
 bool Scanner::take_next_piece(const Line& line) {
     const Leaf& leaf = *stack_.top().leaf;
     if (leaf.header.type != "message/partial" || stack_.levels.size() > 1 || field_name(line.text).empty())
@@ -132,7 +132,7 @@ bool Scanner::take_guessed_boundary(const Line& line) {
     return true;
 }
 
-/// The beginning of a message: behind the separator of an mbox file, or where the text so far was no message.
+/// Handles the beginning of a message: after the separator of an mbox file, or if the text so far was not a message.
 bool Scanner::take_message(const Line& line) {
     if (begins_message(line)) {
         const Position end = before_line_end(cursor_, line.begin);
@@ -152,8 +152,8 @@ bool Scanner::take_message(const Line& line) {
     return true;
 }
 
-/// A part's header in the middle of running text: of a message that was copied into another, or whose own header is
-/// lost. It counts where it says how the lines behind it are encoded.
+/// Handles a part's header in the middle of running text: of a message that was copied into another, or whose own
+/// header is lost. It counts if it states the encoding of the lines after it.
 bool Scanner::take_embedded_header(const Line& line) {
     if (!is_content_field(line.text)) return false;
     cursor_.seek(line.begin);
@@ -188,19 +188,20 @@ void Scanner::take_text(const Line& line) {
     }
 }
 
-/// Keeps watch, in a body of Base64, for where the data ends and other text begins. Lines of one length pass unseen.
+/// Watches, in a body of Base64, for the place where the data ends and other text begins. Lines of the same length are
+/// not examined.
 void Scanner::follow_data(const Line& line) {
     Leaf& leaf = *stack_.top().leaf;
     if (leaf.header.encoding != TransferEncoding::base64 || line.text.size() == leaf.line_size ||
         is_blank_line(line.text)) {
         if (!line.text.empty() && line.text.size() == leaf.line_size) {
             leaf.data_end.reset();
-            // Boundaries hold a '-'; the line that begins a message, and most other text, holds a blank.
+            // Boundaries contain a '-'; the line that begins a message, and most other text, contains a blank.
             cursor_.skip_to_line_with('-', ' ');
         }
         return;
     }
-    // Tags may stand where lines ended, and further rows behind them.
+    // There may be tags at line ends, and further rows after them.
     std::size_t tags = 0;
     const std::string_view row = first_row(line.text.substr(pass_tags(line.text, tags)));
     if (row.empty() || is_base64_line(row)) {

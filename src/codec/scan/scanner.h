@@ -7,13 +7,13 @@
 
 namespace quill::codec {
 
-/// More multiparts within each other than this are read as text.
+/// Deeper nested multiparts are read as text.
 constexpr std::size_t deepest_nesting = 100;
 
 /// Finds every encoded file, and every text of a message, in one pass over the cursor's segments: messages and
 /// multiparts (RFC 2046) to any depth up to `deepest_nesting`, without recursion, and the formats of `text_formats` in
-/// all running text. What is found is in the order in which it begins. Time is linear in the input, and memory grows
-/// with what is kept alone: up to `room` files.
+/// all running text. The results are in the order in which they begin. Time is linear in the input, and memory grows
+/// only with what is kept: up to `room` files.
 Found scan(LineCursor& cursor, Texts texts = Texts::kept, std::size_t room = most_files);
 
 }  // namespace quill::codec

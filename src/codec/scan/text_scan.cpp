@@ -59,7 +59,7 @@ bool peek_text(const TextScan& scan, Position at, unsigned most, Line& line) {
     return false;
 }
 
-// Keys, certificates and signed or enciphered texts stand between such lines, in Base64 that is no file.
+// Such lines enclose keys, certificates and signed or encrypted texts, in Base64 that is not a file.
 bool sniff_armor(std::string_view line) {
     return line.starts_with("-----");
 }

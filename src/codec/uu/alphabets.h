@@ -13,7 +13,7 @@ inline constexpr std::string_view base64_characters =
 inline constexpr std::string_view binhex_characters =
     "!\"#$%&'()*+,-012345689@ABCDEFGHIJKLMNPQRSTUVXYZ[`abcdefhijklmpqr";
 
-/// POSIX uuencode, historical algorithm, with '`' for 0; readers take ' ' for 0 as well.
+/// POSIX uuencode, historical algorithm, with '`' for 0; readers accept ' ' for 0 too.
 inline constexpr std::string_view uu_characters = "`!\"#$%&'()*+,-./0123456789:;<=>?@ABCDEFGHIJKLMNOPQRSTUVWXYZ[\\]^_";
 
 /// xxencode.

@@ -16,7 +16,7 @@ namespace {
 constexpr std::size_t longest_text = 256;  // characters; a line of data has 85 and some more
 constexpr std::size_t most_bytes = 63;
 constexpr std::size_t most_blank = 8;  // characters of an empty line, in data that writes zeros as blanks
-constexpr std::size_t few_blanks = 2;  // that bytes which are not zero end in by chance
+constexpr std::size_t few_blanks = 2;  // the most at the end of non-zero bytes that can be chance
 
 std::string_view without_line_end(std::string_view line) {
     return line.substr(0, line.find_last_not_of("\r\n") + 1);
@@ -30,7 +30,7 @@ std::string_view unquoted(std::string_view line, std::size_t quote) {
     return line.substr(std::min(quote, line.size()));
 }
 
-/// Returns how many lines of data, which are as long as they say, begin with the same length character and have the
+/// Returns how many lines of data, which have their stated length, begin with the same length character and have the
 /// same line end as the first, so that each is `stride` bytes.
 std::uint64_t count_alike(std::string_view lines, std::size_t stride) {
     const char* line = lines.data();
@@ -41,8 +41,8 @@ std::uint64_t count_alike(std::string_view lines, std::size_t stride) {
     return count;
 }
 
-/// Returns true where all characters after the first `expected` ones are zeros, as in a last row that is filled up to
-/// the length of the others.
+/// Returns true if all characters after the first `expected` ones are zeros, as in a last row that is padded to the
+/// length of the others.
 bool is_filled_up(std::string_view row, std::size_t expected, uu::Alphabet alphabet) {
     const std::string_view rest = row.substr(std::min(row.size(), 1 + expected));
     const auto is_zero = [alphabet](char c) { return c == '\t' || c == ' ' || uu::value_of(alphabet, c) == 0; };
@@ -113,7 +113,7 @@ void UuRun::read_lines() {
     body_.pass(done.read);
 }
 
-/// Looks at lines that were decoded at once.
+/// Checks lines that were decoded at once.
 void UuRun::look_at_rows(std::string_view lines) {
     law_.take_zeros(lines, body_.at());
     for (std::size_t at = 0; at < lines.size();) {
@@ -138,7 +138,7 @@ void UuRun::report_uneven(std::uint64_t at) {
     sink_.report(ProblemKind::uneven_lines, at);
 }
 
-/// The next line without its line end and a quotation's mark; one that an input's end cuts in two is put together.
+/// Returns the next line without its line end and a quotation's mark; joins one that an input's end cuts in two.
 std::string UuRun::take_line() {
     std::string line;
     const std::size_t quote = body_.quote();
@@ -151,20 +151,20 @@ std::string UuRun::take_line() {
     return std::string(unquoted(without_line_end(line), quote));
 }
 
-/// Whether nothing but the end of the data follows.
+/// Returns true if only the end of the data follows.
 bool UuRun::is_last_line() {
     const std::string_view rest = unquoted(body_.ahead(longest_text), body_.quote());
     return is_blank(rest) || (!rest.empty() && uu::value_of(alphabet_, rest.front()) == 0);
 }
 
-/// Whether the next line begins with a zero, or has lost all its blanks.
+/// Returns true if the next line begins with a zero, or has lost all its blanks.
 bool UuRun::zeros_follow() {
     const std::string_view line = without_line_end(unquoted(body_.line(longest_text), body_.quote()));
     return line.size() == 1 || (line.size() > 1 && line[1] == ' ');
 }
 
-/// Whether the characters that the line lacks can be blanks at its end: as many as chance gives, or so many because
-/// the line is all zeros, or zeros go on in the next line or end the file.
+/// Returns true if the missing characters of the line can be blanks at its end: as few as chance explains, or so many
+/// because the line is all zeros, or zeros continue in the next line or end the file.
 bool UuRun::lost_blanks(const uu::DataLine& data, std::string_view line) {
     const std::size_t have = line.size() - 1;
     const std::size_t holding_data = (data.bytes * 4 + 2) / 3;
@@ -173,8 +173,8 @@ bool UuRun::lost_blanks(const uu::DataLine& data, std::string_view line) {
     return is_last_line() && 2 * have >= data.expected;
 }
 
-/// Whether the line is to be decoded. One that is much too short has lost blanks, or is damaged and still of the data
-/// where its length character is the one that the lines around it call for.
+/// Returns true if the line must be decoded. One that is much too short has lost blanks, or is damaged but still data
+/// if its length character is the one that the lines around it require.
 bool UuRun::is_data(const uu::DataLine& data, std::string_view line) {
     const bool far_too_short = data.fit == uu::Fit::stripped && 2 * line.size() < data.expected;
     if (uu::value_of(alphabet_, line.front()) < 0) return false;
@@ -184,7 +184,7 @@ bool UuRun::is_data(const uu::DataLine& data, std::string_view line) {
            (!law_.keeps_blanks() && law_.allow(data.bytes, is_last_line()));
 }
 
-/// How many bytes the line is taken to hold.
+/// Returns the assumed number of bytes in the line.
 std::size_t UuRun::bytes_of(const uu::DataLine& data, std::string_view line, std::uint64_t at) {
     const std::size_t have = line.size() - 1;
     switch (data.fit) {
@@ -229,8 +229,8 @@ void UuRun::decode(std::string_view characters, std::size_t bytes) {
     sink_.put({out.data(), bytes});
 }
 
-/// Takes off the dot that mail and news put before a line that begins with one (RFC 5321 4.5.2), where the line then
-/// is as long as it says.
+/// Removes the dot that mail and news put before a line that begins with one (RFC 5321 4.5.2), if the line then has its
+/// stated length.
 void UuRun::take_off_dot(std::string& line, std::uint64_t at) {
     if (!line.starts_with("..") || law_.has_checks()) return;
     const std::string rest = line.substr(1);
@@ -240,7 +240,7 @@ void UuRun::take_off_dot(std::string& line, std::uint64_t at) {
     line = rest;
 }
 
-/// Reads a line that is not as encoders write it.
+/// Reads a line of a form that encoders do not write.
 void UuRun::take_odd_line() {
     const std::uint64_t at = body_.at();
     std::string line = take_line();

@@ -29,7 +29,7 @@ constexpr Values make_uu_values() {
 constexpr Values uu_values = make_uu_values();
 constexpr Values xx_values = make_values(xx_characters);
 
-/// Bytes of the line end that `s` begins with; 0 where it begins with none.
+/// Returns the size of the line end at the beginning of `s`; 0 if there is none.
 std::size_t line_end_at(std::string_view s) {
     if (s.starts_with('\n')) return 1;
     return s.starts_with("\r\n") ? 2 : 0;
@@ -43,7 +43,7 @@ unsigned byte_at(std::string_view s, std::size_t at) {
     return at < s.size() ? static_cast<unsigned char>(s[at]) : 0;
 }
 
-/// Decodes the groups of `characters` for `bytes` bytes; false at a foreign character.
+/// Decodes the groups of `characters` for `bytes` bytes; returns false at a foreign character.
 bool decode_groups(const Values& values, std::string_view characters, std::size_t bytes, char* out) {
     std::size_t written = 0;
     for (std::size_t at = 0; at < characters.size(); at += 4) {

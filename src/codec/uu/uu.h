@@ -9,39 +9,39 @@
 namespace quill::codec::uu {
 
 enum class Alphabet : std::uint8_t {
-    uu,  ///< value + 32; the value 0 is written '`' and read from ' ' as well
+    uu,  ///< value + 32; the value 0 is written '`' and also read from ' '
     xx   ///< +-0123456789A-Za-z
 };
 
-/// How far a run came.
+/// The progress of a run.
 struct Progress {
-    std::size_t read = 0;     ///< bytes of input used up: whole lines
+    std::size_t read = 0;     ///< bytes of input consumed: whole lines
     std::size_t written = 0;  ///< bytes of output
 
     bool operator==(const Progress&) const = default;
 };
 
-/// The most bytes that `decode_lines` can write for `n` bytes of input. It may overwrite all of them.
+/// Returns the most bytes that `decode_lines` can write for `n` bytes of input. It may overwrite all of them.
 constexpr std::size_t decoded_bound(std::size_t n) {
     return n / 4 * 3 + 64;
 }
 
-/// Decodes as many canonical lines as stand at the beginning of `in`, and stops at the first that is not one, which is
-/// the caller's to judge. Canonical: a length character for 1 to 63 bytes, exactly the groups that hold them, every
-/// character of the alphabet, then LF or CR LF (which must be in `in`). `out` must hold decoded_bound(in.size()).
+/// Decodes the canonical lines at the beginning of `in`, and stops at the first other one, which the caller must check.
+/// Canonical: a length character for 1 to 63 bytes, exactly the groups for them, every character in the alphabet, then
+/// LF or CR LF (which must be in `in`). `out` must have room for decoded_bound(in.size()).
 Progress decode_lines(Alphabet alphabet, std::string_view in, char* out);
 Progress decode_lines_reference(Alphabet alphabet, std::string_view in, char* out);
 
-/// The value 0 to 63 of `c`, or -1 where it is not of the alphabet.
+/// Returns the value 0 to 63 of `c`, or -1 if it is not in the alphabet.
 int value_of(Alphabet alphabet, char c);
-/// The character for `value`, 0 to 63.
+/// Returns the character for `value`, 0 to 63.
 char character_for(Alphabet alphabet, unsigned value);
 
-/// The exact length of the lines that `encode_lines` writes.
+/// Returns the exact length of the lines that `encode_lines` writes.
 std::size_t encoded_size(std::size_t n);
 
 /// Writes `in` as lines of 45 bytes (the last one shorter), each ended by CR LF, without the `begin` line, the empty
-/// line and `end`. To encode in pieces give each but the last a multiple of 45 bytes. Returns encoded_size(in.size()).
+/// line and `end`. To encode in pieces, make each but the last a multiple of 45 bytes. Returns encoded_size(in.size()).
 std::size_t encode_lines(Alphabet alphabet, std::string_view in, char* out);
 std::size_t encode_lines_reference(Alphabet alphabet, std::string_view in, char* out);
 

@@ -7,7 +7,7 @@ namespace {
 
 constexpr std::size_t sampled = std::size_t{64} << 10;
 
-/// Returns where `zero` is written between other characters of a row.
+/// Returns the place where `zero` is written between other characters of a row.
 std::size_t find_inner(std::string_view rows, char zero) {
     for (std::size_t at = rows.find(zero); at != rows.npos; at = rows.find(zero, at)) {
         const std::size_t next = rows.find_first_not_of(zero, at);

@@ -21,7 +21,7 @@ constexpr std::size_t passed_at_once = std::size_t{256} << 10;
 /// The first line of a file: "begin 644 name", "begin-base64 644 name", "begin-base64-encoded 644 bmFtZQ==".
 struct BeginLine {
     bool base64 = false;
-    bool has_mode = false;  ///< three to six octal digits, as every encoder writes
+    bool has_mode = false;  ///< three to six octal digits, as every encoder writes it
     std::string name;
 };
 
@@ -45,7 +45,7 @@ std::optional<BeginLine> read_begin(std::string_view line) {
     if (keyword != "begin" && keyword != "begin-base64" && !encoded_name) return std::nullopt;
     std::string_view rest = line;
     out.has_mode = is_mode(take_word(rest));
-    // Without a mode the name comes first; a word in its place that is none is passed over where more follows.
+    // Without a mode the name comes first; an invalid mode is skipped if more follows.
     if (!out.has_mode && rest.empty()) rest = line;
     if (rest.size() >= 2 && rest.starts_with('"') && rest.ends_with('"')) rest = rest.substr(1, rest.size() - 2);
     out.name = encoded_name ? decode_base64_text(rest) : std::string(rest);
@@ -58,13 +58,13 @@ bool is_sure_begin(std::string_view line) {
     return begin && begin->has_mode;
 }
 
-/// How well the lines behind `at` fit an alphabet.
+/// How well the lines after `at` fit an alphabet.
 struct Evidence {
     unsigned first_fits = 0;  ///< the very first line fits exactly
     unsigned fits = 0;
     unsigned stripped = 0;  ///< too short, as though blanks at its end were lost
     unsigned misfits = 0;
-    bool ended = false;  ///< the end of the data came
+    bool ended = false;  ///< the end of the data was found
     bool even = true;    ///< all have one length character
 };
 
@@ -87,7 +87,7 @@ Evidence weigh(const TextScan& scan, Position at, uu::Alphabet alphabet) {
     return out;
 }
 
-/// Whether what stands at `at` is the end of an empty file: "`" or a blank line, then "end".
+/// Returns true if the end of an empty file is at `at`: "`" or a blank line, then "end".
 bool is_empty_file(const TextScan& scan, Position at) {
     Line line;
     if (!peek_text(scan, at, 3, line)) return false;
@@ -97,8 +97,8 @@ bool is_empty_file(const TextScan& scan, Position at) {
     return line.text == "end";
 }
 
-/// Whether an empty xxencoded file ends at `at`. In uuencoded text a lone '+' would be a line of zeros that lost its
-/// blanks, and the line of length 0, itself a blank or nothing, would stand before "end".
+/// Returns true if an empty xxencoded file ends at `at`. In uuencoded text a lone '+' would be a line of zeros that
+/// lost its blanks, and the line of length 0, itself a blank or nothing, would precede "end".
 bool is_empty_xx_file(const TextScan& scan, Position at) {
     Line line;
     return peek_text(scan, at, 3, line) && line.text == "+" && scan.cursor.peek(line.next, peeked_characters, line) &&
@@ -119,7 +119,7 @@ std::optional<uu::Alphabet> tell_alphabet(const TextScan& scan, Position at, boo
     return xx ? uu::Alphabet::xx : uu::Alphabet::uu;
 }
 
-/// Whether data goes on within a few lines: a line that fits to the letter, or the end of the data.
+/// Returns true if data continues within a few lines: an exact line, or the end of the data.
 bool data_resumes(const TextScan& scan, Position at, uu::Alphabet alphabet) {
     Line line;
     for (unsigned i = 0; i < lines_to_resume && peek_text(scan, at, 3, line); ++i, at = line.next) {
@@ -130,7 +130,7 @@ bool data_resumes(const TextScan& scan, Position at, uu::Alphabet alphabet) {
     return false;
 }
 
-/// Reads the lines of data from the cursor's position on.
+/// Reads the lines of data from the cursor's position.
 struct BodyEnd {
     Position end;               ///< after the last line of data
     bool ended = false;         ///< the line of length 0 or "end" was there
@@ -140,11 +140,11 @@ struct BodyEnd {
     bool keeps_blanks = false;  ///< the line of length 0 shows that no blanks at the ends of lines were lost
 };
 
-/// How many bytes at the beginning of `window` are lines, ended by LF, whose length is what their length character
-/// says. A line that might be a boundary or the beginning of a message ends them.
+/// Returns how many bytes at the beginning of `window` are lines, ended by LF, with the length stated by their length
+/// character. A line that might be a boundary or the beginning of a message ends them.
 std::size_t exact_lines(std::string_view window, uu::Alphabet alphabet) {
     std::size_t at = 0;
-    std::size_t size = 0;  // of a line with the length character of the last one
+    std::size_t size = 0;  // of a line with the same length character as the last one
     for (char length = '\0'; at < window.size() && window[at] != '-' && window[at] != 'F';) {
         if (window[at] != length) {
             length = window[at];
@@ -214,7 +214,7 @@ std::optional<std::uint64_t> number_at(std::string_view s) {
     return error == std::errc() && end != s.data() ? std::optional(n) : std::nullopt;
 }
 
-/// What posting programs write behind "end": "size 768", "sum -r/size 13047/768 entire input file".
+/// Reads what posting programs write after "end": "size 768", "sum -r/size 13047/768 entire input file".
 void read_trailer(const TextScan& scan, Position at, Attachment& attachment) {
     Line line;
     for (unsigned i = 0; i < lines_behind_end && peek_text(scan, at, 3, line); ++i, at = line.next) {
@@ -231,8 +231,8 @@ void read_trailer(const TextScan& scan, Position at, Attachment& attachment) {
     }
 }
 
-/// Whether full lines of data begin at `line`: it is one, and another line of data follows. In a later part that the
-/// text announces full lines may have any length.
+/// Returns true if full lines of data begin at `line`: it is one, and another line of data follows. In a later part
+/// that the text announces, full lines may have any length.
 bool is_run_of_lines(const TextScan& scan, const Line& line, uu::Alphabet alphabet) {
     const uu::DataLine first = uu::judge(alphabet, line.text);
     Line second;
@@ -242,8 +242,8 @@ bool is_run_of_lines(const TextScan& scan, const Line& line, uu::Alphabet alphab
     return data.clean && (data.fit == uu::Fit::exact || data.fit == uu::Fit::extra) && data.bytes > 0;
 }
 
-/// Whether `line` is all the data of a file's last part, or of a later part that the text announces: a line that fits
-/// to the letter with "end" behind it, or with nothing.
+/// Returns true if `line` is all the data of a file's last part, or of a later part that the text announces: an exact
+/// line with "end" after it, or with nothing.
 bool is_lone_line(const TextScan& scan, const Line& line, uu::Alphabet alphabet) {
     const uu::DataLine data = uu::judge(alphabet, line.text);
     if (!data.clean || data.fit != uu::Fit::exact || data.bytes == 0) return false;
@@ -296,7 +296,7 @@ bool open_lines(TextScan& scan, FoundFile file, Position begin, bool sure) {
     return true;
 }
 
-/// How many characters at the beginning of `line` mark it as quoted: "> ", ">>", "| > ".
+/// Returns how many characters at the beginning of `line` mark it as quoted: "> ", ">>", "| > ".
 std::size_t quote_size(std::string_view line) {
     constexpr std::size_t longest = 40;
     const std::size_t text = line.substr(0, longest).find_first_not_of(">|: \t");

@@ -26,8 +26,8 @@ constexpr simd::CharacterCodes xx_codes = simd::make_codes(xx_characters);
 constexpr simd::Characters uu_output = simd::make_characters(uu_characters);
 constexpr simd::Characters xx_output = simd::make_characters(xx_characters);
 
-constexpr std::size_t longest_line = 84;  ///< characters behind the length character
-constexpr std::size_t full_line = 60;     ///< the same in the lines that are written
+constexpr std::size_t longest_line = 84;  ///< characters after the length character
+constexpr std::size_t full_line = 60;     ///< the same in written lines
 constexpr std::size_t full_line_bytes = 45;
 
 }  // namespace quill::codec::uu
@@ -43,11 +43,11 @@ using namespace simd;
 constexpr std::size_t most_vectors = (longest_line + lanes - 1) / lanes;
 constexpr std::size_t vector_bytes = lanes / 4 * 3;  ///< of data in a vector of characters
 
-/// What may be read behind the beginning of a line.
+/// The most that may be read from the beginning of a line.
 constexpr std::size_t decode_reach = 1 + most_vectors * lanes;
 constexpr std::size_t encode_reach = full_line_bytes + lanes;
 
-/// Decodes `characters` characters into `out`; false where one is foreign.
+/// Decodes `characters` characters into `out`; returns false if one is foreign.
 bool decode_groups(const CharacterCodes& codes, const char* in, std::size_t characters, char* out) {
     std::uint64_t foreign = 0;
     for (std::size_t done = 0; done < characters; done += lanes, out += vector_bytes) {

@@ -21,7 +21,7 @@ std::string head(const EncodePiece& piece) {
     }
     if (piece.number > 1) return head;
     const std::string begin = "begin 644 " + name_at_line_end(piece.name);
-    // Four lines of one length, or one character more in the first, look like data that has lost its header.
+    // Four lines of one length, or with one character more in the first, look like data without its header.
     if (begin.size() == full_line || begin.size() == full_line + 1) text::append_line(head, "");
     text::append_line(head, begin);
     return head;

@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t longest_number = 16;
 constexpr std::string_view list_begin = "<?xml";
 
-/// The message in an Apple Mail file: a line with its size in bytes, the message, and a property list.
+/// Returns the message in an Apple Mail file: a line with its size in bytes, the message, and a property list.
 std::optional<std::string_view> message_in(std::string_view text) {
     std::string_view rest = text;
     const std::string_view number = next_line(rest).text;

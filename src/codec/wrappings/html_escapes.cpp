@@ -8,7 +8,7 @@
 namespace quill::codec {
 namespace {
 
-/// Returns true if `line` was escaped: nothing in it is left that would have been.
+/// Returns true if `line` was escaped: it contains nothing that would have been.
 bool is_escaped(std::string_view line) {
     bool escaped = false;
     for (std::size_t at = 0; (at = line.find_first_of("<>&", at)) != std::string_view::npos;) {
@@ -45,7 +45,7 @@ std::string unescaped(std::string_view line) {
 }
 
 /// Returns true if a line shows that the text is escaped, and is not just a name with "&amp;" in it: data that fits
-/// once the escapes are off, or brackets or quotes that are all escaped.
+/// once unescaped, or brackets or quotes that are all escaped.
 bool shows_escapes(std::string_view line) {
     constexpr std::size_t longest = 1024;
     if (line.size() > longest || !is_escaped(line)) return false;
@@ -53,7 +53,7 @@ bool shows_escapes(std::string_view line) {
     return line.find("=&quot;") != std::string_view::npos || is_full_row(unescaped(line));
 }
 
-/// Returns true if some line shows it. Rows of yEnc may hold anything: only two count.
+/// Returns true if some line shows it. Rows of yEnc may contain anything: only two count.
 bool is_escaped_text(std::string_view text) {
     bool in_yenc = false;
     unsigned rows = 0;

@@ -13,7 +13,7 @@ namespace {
 constexpr std::size_t longest_piece = std::size_t{1} << 20;
 constexpr std::size_t longest_hidden = std::size_t{1} << 20;
 
-/// Takes tags and escapes off a text, line by line. Outside pages all stays as it is, but tags that end a line.
+/// Removes tags and escapes from a text, line by line. Outside pages only tags at line ends are removed.
 class PageRun {
   public:
     PageRun(std::string_view text, PlainText& out) : text_(text), out_(out) {}
@@ -38,14 +38,14 @@ class PageRun {
 
     std::string_view text_;
     PlainText& out_;
-    std::size_t unclosed_to_ = 0;  ///< up to here no closing tag follows one of hidden text
+    std::size_t unclosed_to_ = 0;  ///< up to here no hidden text has a closing tag
     bool in_page_ = false;
     bool line_empty_ = true;
-    bool block_opened_ = false;  ///< the line began with a block's opening tag, and has nothing else
+    bool block_opened_ = false;  ///< the line began with a block's opening tag, and contains nothing else
     bool just_ended_ = false;    ///< a tag ended the line before this place
 };
 
-/// The text up to the next line end or <br>, which both are one line end where one follows the other.
+/// Returns the text up to the next line end or <br>; one directly after the other counts as a single line end.
 PageRun::Piece PageRun::next_piece(std::size_t at) const {
     const std::string_view line = text_.substr(at, longest_piece);
     const std::size_t length = find_line_end(line, 0);
@@ -82,7 +82,7 @@ void PageRun::end_line(std::size_t at) {
     block_opened_ = false;
 }
 
-/// Rows of data that nothing was done to may hold what looks like a tag.
+/// Keeps rows of data that are not escaped: they may contain what looks like a tag.
 bool PageRun::take_as_data(const Piece& piece) {
     const std::string_view line = text_.substr(piece.begin, piece.end - piece.begin);
     if (in_page_ && (!is_full_row(line) || has_named_escape(line))) return false;
@@ -99,7 +99,7 @@ bool PageRun::take_as_data(const Piece& piece) {
     return true;
 }
 
-/// Returns where to go on after what the page does not show.
+/// Returns the position after the part that the page does not show.
 std::size_t PageRun::end_of_hidden(const Tag& tag, std::size_t at) {
     if (at < unclosed_to_) return at + tag.size;
     const std::string_view rest = text_.substr(at + tag.size, longest_hidden);
@@ -126,7 +126,7 @@ std::size_t PageRun::take_tag(const Tag& tag, std::size_t at) {
     return at + tag.size;
 }
 
-/// Takes the tags and escapes off a piece, and ends its line.
+/// Removes the tags and escapes from a piece, and ends its line.
 void PageRun::take_piece(const Piece& piece) {
     std::size_t kept = piece.begin;
     std::size_t at = piece.begin;

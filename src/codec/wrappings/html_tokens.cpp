@@ -20,7 +20,7 @@ struct KnownTag {
     bool page = true;
 };
 
-// A page has many tags in which a text in capitals could be mistaken for one; those without `page` turn up alone.
+// A page has many tags that could be confused with text in capitals; those without `page` also occur alone.
 constexpr std::array known_tags = {
     KnownTag{"br", TagRole::line, false},    KnownTag{"p", TagRole::block, false},
     KnownTag{"b", TagRole::inside, false},   KnownTag{"i", TagRole::inside, false},
@@ -62,7 +62,7 @@ bool is_letter(char c) {
     return text::lower(c) >= 'a' && text::lower(c) <= 'z';
 }
 
-/// The size of the tag that `text` begins with, to the ">" outside quotes; 0 where it does not end.
+/// Returns the size of the tag at the beginning of `text`, to the ">" outside quotes; 0 if it does not end.
 std::size_t size_of_tag(std::string_view text) {
     char quote = '\0';
     for (std::size_t i = 1; i < std::min(text.size(), longest_tag); ++i) {

@@ -16,8 +16,8 @@ constexpr bool is_letter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
-/// Returns how many characters at the beginning of `line` a program put before it: marks of a quotation, perhaps with
-/// the initials or the name of who wrote it, and blanks.
+/// Returns how many characters a program put at the beginning of `line`: marks of a quotation, perhaps with the
+/// initials or the name of the author, and blanks.
 std::size_t quote_size(std::string_view line) {
     line = line.substr(0, longest_mark);
     std::size_t size = 0;
@@ -26,7 +26,7 @@ std::size_t quote_size(std::string_view line) {
         std::size_t sign = word;
         while (sign < line.size() && is_letter(line[sign])) ++sign;
         const std::string_view rest = line.substr(sign);
-        // A colon alone may begin data; after a word it ends the name of a field.
+        // A colon alone may begin data; after a word it ends a field name.
         const bool marks = rest.starts_with('>') || (sign == word && (rest.starts_with("|") || rest.starts_with(": ")));
         if (!marks) break;
         size = sign + 1;
@@ -35,11 +35,11 @@ std::size_t quote_size(std::string_view line) {
     return size;
 }
 
-/// A mark before lines, as one of its lines shows it.
+/// A mark before lines, as found on one of them.
 struct Mark {
-    std::string before;           ///< up to the number, or all of it
-    std::string after;            ///< what follows the number
-    std::uint64_t number = 0;     ///< of the first line; 0 where lines are not numbered
+    std::string before;           ///< up to the number, or the whole mark
+    std::string after;            ///< the part after the number
+    std::uint64_t number = 0;     ///< of the first line; 0 if lines are not numbered
     bool only_after_gap = false;  ///< counts at the beginning of a text and after an empty line: else it folds a field
 };
 
@@ -57,7 +57,7 @@ std::optional<Mark> read_indent(std::string_view line) {
     return Mark{std::string(line.substr(0, size)), {}, 0, true};
 }
 
-/// Digits, and blanks or a sign and blanks after them.
+/// Reads digits, and blanks or a sign and blanks after them.
 std::optional<Mark> read_number(std::string_view line) {
     constexpr std::size_t most_digits = 7;
     line = line.substr(0, longest_mark);
@@ -74,7 +74,7 @@ std::optional<Mark> read_number(std::string_view line) {
     return Mark{{}, std::string(line.substr(end, text - end)), number, false};
 }
 
-/// Takes `mark` off `line`, the `index`th of its block; absent where it has another one. A line that lost the blanks at
+/// Removes `mark` from `line`, the `index`th of its block; absent if it has another one. A line that lost the blanks at
 /// its end has nothing after its mark.
 std::optional<std::string_view> unmarked(const Mark& mark, std::uint64_t index, std::string_view line) {
     std::string before = mark.before;
@@ -90,10 +90,10 @@ std::optional<std::string_view> unmarked(const Mark& mark, std::uint64_t index, 
     return line.substr(line.size());
 }
 
-/// Lines that follow each other and have one mark.
+/// Successive lines with the same mark.
 struct Block {
     std::size_t size = 0;  ///< bytes
-    bool wrapped = false;  ///< it shows that the mark is no part of its data
+    bool wrapped = false;  ///< it shows that the mark does not belong to its data
 };
 
 Block read_block(const Mark& mark, std::string_view text) {
@@ -117,8 +117,8 @@ Block read_block(const Mark& mark, std::string_view text) {
     return out;
 }
 
-/// The mark of the line that `text` begins with. What follows a mark may look like more of it: then the next line has
-/// the shorter one.
+/// Returns the mark of the line at the beginning of `text`. The text after a mark may look like more of it: then the
+/// next line has the shorter one.
 std::optional<Mark> read_first(std::string_view text, ReadMark read_mark) {
     std::optional<Mark> mark = read_mark(next_line(text).text);
     if (!mark || text.empty()) return mark;
@@ -127,7 +127,7 @@ std::optional<Mark> read_first(std::string_view text, ReadMark read_mark) {
     return shorter ? next : mark;
 }
 
-/// Takes marks off all blocks of lines that show data.
+/// Removes marks from all blocks of lines that show data.
 void unmark(std::string_view text, ReadMark read_mark, PlainText& out) {
     bool after_gap = true;
     while (!text.empty() && !out.stopped()) {
@@ -151,7 +151,7 @@ void unmark(std::string_view text, ReadMark read_mark, PlainText& out) {
     }
 }
 
-/// Returns true if a line of the sample is one of data once its mark is off.
+/// Returns true if a line of the sample is data once its mark is removed.
 bool shows_marks(const Sample& sample, ReadMark read_mark) {
     return sample.any([&](std::string_view window) {
         while (!window.empty()) {

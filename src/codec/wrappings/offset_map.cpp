@@ -34,7 +34,7 @@ Stretch OffsetMap::stretch(std::size_t index) const {
     return out;
 }
 
-/// The last stretch that begins at `at` or before.
+/// Returns the last stretch that begins at or before `at`.
 std::size_t OffsetMap::index_of(PlainOffset at) const {
     std::size_t low = 0;
     std::size_t high = count_;

@@ -7,39 +7,39 @@
 
 namespace quill::codec {
 
-/// A place in a text whose wrapping is off.
+/// A place in an unwrapped text.
 enum class PlainOffset : std::uint64_t {};
 
-/// A place in the text that was wrapped.
+/// A place in the wrapped text.
 enum class WrappedOffset : std::uint64_t {};
 
-/// How far one moves in the wrapped text for each byte of the plain one.
+/// The step in the wrapped text for each byte of the plain one.
 enum class Pace : std::uint32_t {
-    none,      ///< new bytes, which all take the place of one stretch of the wrapped text
+    none,      ///< new bytes, which all replace one stretch of the wrapped text
     same,      ///< the same bytes
     two_bytes  ///< ASCII in UTF-16
 };
 
-/// A stretch of plain text, up to the next one, and where it comes from.
+/// A stretch of plain text, up to the next one, and its origin.
 struct Stretch {
-    std::uint64_t plain = 0;    ///< where it begins in the plain text
-    std::uint64_t wrapped = 0;  ///< where it begins in the wrapped one
+    std::uint64_t plain = 0;    ///< its beginning in the plain text
+    std::uint64_t wrapped = 0;  ///< its beginning in the wrapped text
     Pace pace = Pace::same;
-    std::uint32_t guessed = 0;  ///< 1 where the wrapped text could also mean other bytes
+    std::uint32_t guessed = 0;  ///< 1 if the wrapped text could also mean other bytes
 };
 
-/// The way back from a plain text to the one that was wrapped. Its stretches lie in a file, as a long text has many.
+/// The mapping from a plain text back to the wrapped one. Its stretches are in a file, as a long text has many.
 class OffsetMap {
   public:
     OffsetMap() = default;
 
-    /// `stretches` holds `Stretch`es in the order of both offsets, the first at 0; they cover `size` bytes.
+    /// `stretches` contains `Stretch`es in the order of both offsets, the first at 0; they cover `size` bytes.
     OffsetMap(files::Mapping stretches, std::uint64_t size);
 
-    /// Returns where the byte at `at` comes from; for the end of the text, the end of its last stretch.
+    /// Returns the origin of the byte at `at`; for the end of the text, the end of its last stretch.
     WrappedOffset origin_of(PlainOffset at) const;
 
-    /// Returns true if the bytes [begin, end) follow each other unchanged in the wrapped text.
+    /// Returns true if the bytes [begin, end) are contiguous and unchanged in the wrapped text.
     bool is_unchanged(PlainOffset begin, PlainOffset end) const;
 
     /// Returns true if some of the bytes [begin, end) are guessed.

@@ -57,7 +57,7 @@ void PlainText::add(std::string_view bytes, std::uint64_t at, Pace pace) {
     go_on_to(at);
 }
 
-/// Adds a stretch at the current end, unless the last one simply goes on.
+/// Adds a stretch at the current end, unless the last one simply continues.
 void PlainText::begin_stretch(std::uint64_t wrapped, Pace pace) {
     const std::uint64_t into = size_ - last_.plain;
     const bool goes_on = count_ > 0 && pace == Pace::two_bytes && last_.pace == pace &&
@@ -69,7 +69,7 @@ void PlainText::begin_stretch(std::uint64_t wrapped, Pace pace) {
     if (stretches_.size() >= held_stretches) flush_text();
 }
 
-/// Hands on the range of the wrapped text that is held back.
+/// Writes the range of the wrapped text that is held back.
 void PlainText::flush() {
     if (kept_begin_ == kept_end_) return;
     const std::uint64_t begin = std::exchange(kept_begin_, kept_end_);

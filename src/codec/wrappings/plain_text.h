@@ -13,36 +13,36 @@
 
 namespace quill::codec {
 
-/// Called periodically with the place that was reached in the wrapped text; return false to cancel.
+/// Is called periodically with the place reached in the wrapped text; returns false to cancel.
 using OnUnwrapped = std::function<bool(std::uint64_t offset)>;
 
-/// Where the plain texts of a run and their maps are kept: two files without a name, made when they are needed.
+/// The storage of the plain texts of a run and their maps: two unnamed files, made when needed.
 class Spool {
   public:
-    /// The most bytes that all plain texts of a run take.
+    /// The most bytes of all plain texts of a run.
     static constexpr std::uint64_t largest = std::uint64_t{8} << 30U;
 
-    /// The place where the next text, or the next map, begins. Fails with the system's reason.
+    /// Returns the beginning of the next text, or the next map. Fails with the system's reason.
     Result<std::uint64_t> begin(std::optional<files::TemporaryFile>& file);
 
-    /// Returns false where there is no room.
+    /// Writes `bytes`; returns false if there is no room.
     bool write(std::optional<files::TemporaryFile>& file, std::string_view bytes);
 
     std::optional<files::TemporaryFile> texts;
     std::optional<files::TemporaryFile> maps;
 };
 
-/// A text whose wrapping is off, and its way back.
+/// An unwrapped text and its mapping back.
 struct Unwrapped {
     files::MappedFile text;
     OffsetMap map;
 };
 
-/// Takes a plain text in order, as stretches: ranges of the wrapped text, and new bytes. Writes nothing as long as all
-/// that it gets is the wrapped text itself. Uses some hundred KiB of memory.
+/// Receives a plain text in order, as stretches: ranges of the wrapped text, and new bytes. Writes nothing as long as
+/// all of it is the wrapped text itself. Uses some hundred KiB of memory.
 class PlainText {
   public:
-    /// REQUIRES: `wrapped` and `spool` live longer.
+    /// REQUIRES: `wrapped` and `spool` outlive it.
     PlainText(const files::MappedFile& wrapped, Spool& spool, OnUnwrapped on_unwrapped = {})
         : wrapped_(wrapped), spool_(spool), on_unwrapped_(std::move(on_unwrapped)) {}
 
@@ -52,20 +52,20 @@ class PlainText {
     /// Appends `part`, a view into the wrapped text.
     void keep(std::string_view part);
 
-    /// Appends new bytes that take the place of what is at `at` in the wrapped text.
+    /// Appends new bytes that replace those at `at` in the wrapped text.
     void add(std::string_view bytes, std::uint64_t at, Pace pace = Pace::none);
 
-    /// Marks what is appended from now on as guessed, or not: other bytes would fit the wrapped text as well.
+    /// Marks later bytes as guessed, or not: other bytes would fit the wrapped text as well.
     void set_guessed(bool guessed) { guessed_ = guessed; }
 
     std::string_view wrapped() const { return wrapped_.bytes(); }
     std::uint64_t size() const { return size_; }
 
-    /// Returns true after a failure to write, and after a cancellation: the rest of the text need not be appended.
+    /// Returns true after a write failure or a cancellation: the rest of the text need not be appended.
     bool stopped() const { return failed_ || cancelled_; }
     bool cancelled() const { return cancelled_; }
 
-    /// Ends the text. Absent where it is the wrapped text itself, and where it could not be written.
+    /// Ends the text. Absent if it is the wrapped text itself, or if it could not be written.
     std::optional<Unwrapped> finish();
 
   private:
@@ -79,7 +79,7 @@ class PlainText {
     OnUnwrapped on_unwrapped_;
     std::string text_;                ///< not yet written
     std::vector<Stretch> stretches_;  ///< not yet written
-    std::uint64_t kept_begin_ = 0;    ///< of the range of the wrapped text that the text ends in
+    std::uint64_t kept_begin_ = 0;    ///< of the range of the wrapped text at the end of the text
     std::uint64_t kept_end_ = 0;
     bool kept_guessed_ = false;
     std::uint64_t size_ = 0;

@@ -10,9 +10,9 @@
 namespace quill::codec {
 namespace {
 
-/// What an "=" of quoted-printable begins: an escaped byte, or a soft line break.
+/// The code after an "=" of quoted-printable: an escaped byte, or a soft line break.
 struct QuotedByte {
-    std::size_t size = 0;  ///< 0 where it is neither
+    std::size_t size = 0;  ///< 0 if it is neither
     std::optional<char> byte;
 };
 
@@ -24,7 +24,7 @@ QuotedByte read_quoted(std::string_view text, std::size_t at) {
     return {};
 }
 
-/// Returns true if `text`, which may be cut off at its end, holds escapes and no "=" that is none.
+/// Returns true if `text`, which may be cut off at its end, contains escapes and no other "=".
 bool fits(std::string_view text, bool cut) {
     constexpr std::size_t least = 2;
     std::size_t escapes = 0;
@@ -47,8 +47,8 @@ std::string decoded(std::string_view line) {
     return out;
 }
 
-/// Returns true if the text was encoded with its header, or has none and holds data. A header that is not encoded says
-/// by itself what the body is.
+/// Returns true if the text was encoded with its header, or has none and contains data. A header that is not encoded
+/// describes the body itself.
 bool is_encoded_whole(std::string_view text) {
     constexpr std::size_t longest = 1024;
     constexpr std::string_view field = "content-transfer-encoding:";

@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-/// The functions of the table of wrappings, a file each.
+/// The functions of the table of wrappings, one file each.
 namespace quill::codec {
 
 bool detect_utf16(const Sample& sample);

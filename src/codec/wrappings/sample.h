@@ -8,8 +8,7 @@
 
 namespace quill::codec {
 
-/// What is looked at of a text before anything is done to it: all of a short one, else its beginning and a few
-/// windows spread over the rest.
+/// The examined part of a text: all of a short one, else its beginning and a few windows spread over the rest.
 class Sample {
   public:
     static constexpr std::size_t beginning = std::size_t{16} << 10;
@@ -19,10 +18,10 @@ class Sample {
 
     explicit Sample(std::string_view text);
 
-    /// The windows in order. All but the first begin after a line end, where there is one.
+    /// Returns the windows in order. All but the first begin after a line end, if there is one.
     std::span<const std::string_view> windows() const { return std::span(windows_).first(count_); }
 
-    /// The beginning of the text.
+    /// Returns the beginning of the text.
     std::string_view first() const { return windows_[0]; }
 
     /// Returns true if `fits` holds for one of the windows.

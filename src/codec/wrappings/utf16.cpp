@@ -40,10 +40,10 @@ std::optional<Order> order_of(std::string_view text) {
     return std::nullopt;
 }
 
-/// How characters from 128 on are written as bytes. The wrapped text does not state it.
+/// The encoding of characters from 128 as bytes, which the wrapped text does not state.
 enum class Bytes : std::uint8_t { utf8, one };
 
-/// Rows of yEnc are made of single bytes, one for each character.
+/// Returns the encoding: rows of yEnc are made of single bytes, one for each character.
 Bytes bytes_of(std::string_view text, Order order) {
     std::string beginning;
     for (std::size_t at = 0; at + 1 < text.size() && beginning.size() < Sample::beginning; at += 2) {
@@ -53,7 +53,7 @@ Bytes bytes_of(std::string_view text, Order order) {
     return beginning.find(yenc_begin) == std::string::npos ? Bytes::utf8 : Bytes::one;
 }
 
-/// The character that begins at `at`; `size` becomes the bytes that it takes.
+/// Returns the character at `at` and sets `size` to its bytes.
 std::uint32_t read_character(std::string_view text, std::size_t at, Order order, std::size_t& size) {
     const std::uint32_t high = unit_at(text, at, order);
     size = 2;

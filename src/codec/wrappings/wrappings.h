@@ -9,24 +9,24 @@
 
 namespace quill::codec {
 
-/// One thing that was done to a text, or to stretches of it, on its way, and that is undone without knowing which
-/// files the text holds.
+/// A change of a text, or of stretches of it, in transit, which can be undone without knowing which files the text
+/// contains.
 struct Wrapping {
-    report::ProblemKind kind;     ///< what reports it
-    report::ProblemKind of_text;  ///< what reports it where the result is the text itself
+    report::ProblemKind kind;     ///< the problem that reports it
+    report::ProblemKind of_text;  ///< the problem that reports it if the result is the text itself
 
-    /// Returns true if the text may be wrapped so. Costs as much as reading the sample.
+    /// Returns true if the text may be wrapped in this way. Costs as much as reading the sample.
     bool (*detect)(const Sample& sample);
 
-    /// Appends the plain text; stretches that are not wrapped as ranges. What does not turn out to be wrapped is kept
-    /// as it is.
+    /// Appends the plain text, with stretches that are not wrapped as ranges. Keeps text unchanged that turns out not
+    /// to be wrapped.
     void (*unwrap)(std::string_view wrapped, PlainText& out);
 };
 
-/// All wrappings, in the order in which they are looked for: those of the whole text first.
+/// Returns all wrappings, in the order in which they are tried: those of the whole text first.
 std::span<const Wrapping> wrappings();
 
-/// How many wrappings come off one text.
+/// The most wrappings that are removed from one text.
 constexpr unsigned most_wrappings = 8;
 
 }  // namespace quill::codec

@@ -28,7 +28,7 @@ constexpr std::array<OutputFormat, 5> formats{{
     {"yenc", "ync", 0, 128, 997, 1, 1, true, write_yenc},
 }};
 
-/// Returns the file's name in UTF-8, without the control characters that would end a header line or hide in it.
+/// Returns the file's name in UTF-8, without control characters, which would end a header line or be hidden in it.
 std::string header_name(const std::string& path) {
     std::string name = text::to_utf8(files::name_of(path));
     for (char& c : name) {
@@ -54,7 +54,7 @@ Status check_options(const OutputFormat& format, const EncodeOptions& options) {
     return Done{};
 }
 
-/// Bytes of a file of `size` that one output holds.
+/// Returns the bytes of a file of `size` for one output.
 std::uint64_t part_size(std::uint64_t size, const OutputFormat& format, const EncodeOptions& options) {
     return options.part_size == 0 ? size : options.part_size / format.part_unit * format.part_unit;
 }
@@ -80,7 +80,7 @@ Result<std::string> write_piece(const EncodePiece& piece, const files::MappedFil
     return published;
 }
 
-/// Returns true where an output called `path` would take the place of another file.
+/// Returns true if an output called `path` would replace another file.
 bool would_replace(const std::string& path) {
     return files::exists(path) && !files::is_special(path);
 }

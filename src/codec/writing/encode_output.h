@@ -13,23 +13,23 @@
 
 namespace quill::codec {
 
-/// What one output holds of a file.
+/// The part of a file for one output.
 struct EncodePiece {
     std::string_view name;    ///< of the file, in UTF-8 and without control characters
     std::string_view file;    ///< all its bytes
     std::uint64_t begin = 0;  ///< the bytes to encode: [begin, end) of `file`
     std::uint64_t end = 0;
-    std::uint64_t number = 1;  ///< which part this is, from 1
-    std::uint64_t count = 1;   ///< of how many
+    std::uint64_t number = 1;  ///< number of this part, from 1
+    std::uint64_t count = 1;   ///< total number of parts
 
     std::string_view bytes() const { return file.substr(begin, end - begin); }
 };
 
-/// Returns `name` as the last field of a line. Readers drop double quotes round such a name, so one that has them gets
+/// Returns `name` as the last field of a line. Readers drop double quotes around such a name, so one that has them gets
 /// another pair.
 std::string name_at_line_end(std::string_view name);
 
-/// Where a writer's bytes go. A failure is remembered: the writer may look at what the calls return or go on in vain.
+/// The output of a writer. A failure is sticky: the writer may check the results of the calls or continue in vain.
 class EncodeOutput {
   public:
     EncodeOutput(files::AtomicFile& file, const files::MappedFile& input, const OnProgress& on_progress)
@@ -37,7 +37,7 @@ class EncodeOutput {
 
     bool write(std::string_view bytes) { return file_.write(bytes); }
 
-    /// The input is used up to `offset`: its memory may go, and whoever watches hears of it. False to stop.
+    /// Releases the input's memory before `offset` and reports the progress. Returns false to stop.
     bool used(std::uint64_t offset);
 
     bool cancelled() const { return cancelled_; }
@@ -50,7 +50,8 @@ class EncodeOutput {
 };
 
 /// Runs encode(in, out), which returns the bytes it wrote, over the bytes of `piece` in blocks of a multiple of `unit`
-/// bytes (the last one shorter), and writes what comes. bound(n): the most that n bytes can give. False on a failure.
+/// bytes (the last one shorter), and writes its output. bound(n): the most that n bytes can give. Returns false on
+/// failure.
 template <class Bound, class Encode>
 bool encode_in_blocks(const EncodePiece& piece, EncodeOutput& output, std::size_t unit, Bound&& bound,
                       Encode&& encode) {

@@ -19,14 +19,15 @@ bool is_ascii(std::string_view name) {
     return std::all_of(name.begin(), name.end(), [](char c) { return c >= ' ' && c <= '~'; });
 }
 
-/// Whether all mail programs read `name` the same between double quotes. Some take what follows "=?" for an encoded
-/// word, and '%' for a code.
+/// Returns true if all mail programs read `name` the same between double quotes. Some interpret the text after "=?" as
+/// an encoded word, and '%' as a code.
 bool is_plain(std::string_view name) {
     return is_ascii(name) && name.find_first_of("\"\\%") == std::string_view::npos &&
            name.find("=?") == std::string_view::npos;
 }
 
-/// `utf8` as the value of a parameter whose name ends in '*' (RFC 2231 4, with the characters of RFC 5987 3.2.1).
+/// Returns `utf8` as the value of a parameter whose name ends in '*' (RFC 2231 4, with the characters of RFC 5987
+/// 3.2.1).
 std::string extended_value(std::string_view utf8) {
     constexpr std::string_view as_they_are = "!#$&+-.^_`|~";
     constexpr std::string_view digits = "0123456789ABCDEF";
@@ -44,7 +45,7 @@ std::string extended_value(std::string_view utf8) {
     return value;
 }
 
-/// `utf8` as encoded words of at most 75 characters, each of whole characters, one a line (RFC 2047 2, 5).
+/// Returns `utf8` as encoded words of at most 75 characters, each of whole characters, one a line (RFC 2047 2, 5).
 std::string encoded_words(std::string_view utf8) {
     constexpr std::size_t most_bytes = 45;
     std::string words;
@@ -60,8 +61,8 @@ std::string encoded_words(std::string_view utf8) {
     return words;
 }
 
-/// Returns `name` between double quotes: as it is where that is ASCII, with backslashes before what they escape (RFC
-/// 5322 3.2.4), else as encoded words, which the standard has no place for here and nearly every program reads.
+/// Returns `name` between double quotes: ASCII with backslashes before characters that need them (RFC 5322 3.2.4),
+/// anything else as encoded words, which the standard does not allow here but nearly every program reads.
 std::string quoted(std::string_view name) {
     if (!is_ascii(name) || name.find("=?") != std::string_view::npos) return '"' + encoded_words(name) + '"';
     std::string out = "\"";
@@ -72,7 +73,8 @@ std::string quoted(std::string_view name) {
     return out + '"';
 }
 
-/// A name that is not plain comes in the form of RFC 2231 and, for programs that don't know that one, in two others.
+/// A name that is not plain is written in the form of RFC 2231 and, for programs that don't know that one, in two
+/// others.
 std::string head(const std::string& name) {
     const bool plain = is_plain(name);
     std::string head;

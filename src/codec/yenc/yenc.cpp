@@ -6,7 +6,7 @@ namespace quill::codec::yenc {
 namespace {
 
 constexpr unsigned shift = 42;         ///< added to every byte
-constexpr unsigned escape_shift = 64;  ///< added further to a byte behind '='
+constexpr unsigned escape_shift = 64;  ///< also added to a byte after '='
 
 constexpr bool is_draft(Rules rules) {
     return rules == Rules::draft || rules == Rules::draft_dotted;
@@ -40,7 +40,7 @@ bool is_end_marker(Rules rules, const Bytes& bytes, std::size_t i) {
     return bytes.at(i + 2) == 'e' && bytes.at(i + 3) == 'n';
 }
 
-/// How many bytes at `i` are no data: parts of a line end, blanks before one, a dot before a dot.
+/// Returns how many bytes at `i` are not data: parts of a line end, blanks before one, a dot before a dot.
 std::size_t bytes_passed_over(Rules rules, const Bytes& bytes, std::size_t i) {
     const int c = bytes.at(i);
     if (c == '.') return drops_dots(rules) && starts_line(rules, bytes, i) && bytes.at(i + 1) == '.' ? 1 : 0;
@@ -50,7 +50,7 @@ std::size_t bytes_passed_over(Rules rules, const Bytes& bytes, std::size_t i) {
     return two_blanks && bytes.at(i + 2) == '\r' && bytes.at(i + 3) == '\n' ? 4 : 0;
 }
 
-/// `c` less what the encoder added, modulo 256.
+/// Returns `c` minus the number that the encoder added, modulo 256.
 char plain_byte(int c, unsigned added) {
     return static_cast<char>((static_cast<unsigned>(c) - added) & 0xFFU);
 }

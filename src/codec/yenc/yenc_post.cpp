@@ -14,10 +14,10 @@
 namespace quill::codec::yenc {
 namespace {
 
-constexpr std::size_t longest_keyword_line = 4096;  // characters; what stands behind them is not looked at
+constexpr std::size_t longest_keyword_line = 4096;  // characters; the rest of a longer line is ignored
 constexpr std::size_t piece_size = 256 * 1024;      // bytes of text decoded at a time
 
-/// The rest of `line` behind `keyword` and a blank; nullopt where it does not begin so.
+/// Returns the rest of `line` after `keyword` and a blank; nullopt if it does not begin with them.
 std::optional<std::string_view> behind(std::string_view line, std::string_view keyword) {
     if (!line.starts_with(keyword)) return std::nullopt;
     line.remove_prefix(keyword.size());
@@ -25,7 +25,7 @@ std::optional<std::string_view> behind(std::string_view line, std::string_view k
     return line;
 }
 
-/// The value of `key`, up to the next blank, of fields told apart by blanks; nullopt where there is none.
+/// Returns the value of `key`, up to the next blank, in fields separated by blanks; nullopt if there is none.
 std::optional<std::string_view> field(std::string_view fields, std::string_view key) {
     for (std::size_t at = fields.find(key); at != std::string_view::npos; at = fields.find(key, at + 1)) {
         const bool begins = at == 0 || fields[at - 1] == ' ' || fields[at - 1] == '\t';
@@ -53,7 +53,7 @@ std::string_view without_quotes(std::string_view name) {
     return text::trim(name);
 }
 
-/// The line at `at` without its end.
+/// Returns the line at `at` without its end.
 std::string_view line_at(std::string_view text, std::size_t at) {
     const std::string_view ahead = text.substr(at, longest_keyword_line);
     return ahead.substr(0, find_line_end(ahead, 0));
@@ -66,7 +66,7 @@ std::size_t next_line(std::string_view text, std::size_t at) {
     return at + (end.starts_with("\r\n") ? 2 : std::min<std::size_t>(end.size(), 1));
 }
 
-/// Where the last line of `text` begins, no further back than a keyword line is long.
+/// Returns the beginning of the last line of `text`, going back at most the length of a keyword line.
 std::size_t last_line(std::string_view text) {
     const std::size_t end = text.find_last_not_of("\r\n");
     if (end == std::string_view::npos) return text.size();
@@ -75,7 +75,7 @@ std::size_t last_line(std::string_view text) {
     return before == std::string_view::npos ? text.size() : first + before + 1;
 }
 
-/// A size that the post states for its data and that is not `size`, if there is one.
+/// Returns a size that the post states for its data and that is not `size`, if there is one.
 std::optional<std::uint64_t> wrong_size(const Post& post, std::uint64_t size) {
     const std::optional<std::uint64_t> stated[] = {
         post.stated_size(),
@@ -209,7 +209,7 @@ bool dots_look_added(std::string_view text, const Post& post) {
             if (!piece.substr(line).starts_with("..")) return false;
             found = true;
         }
-        // The next piece begins with the last line end of this one, so that no line's beginning is missed.
+        // The next piece begins with the last line end of this one, so that every line's beginning is seen.
         const std::size_t line_end = piece.find_last_of("\r\n");
         const bool has_line_end = line_end != std::string_view::npos && line_end > 0;
         at += has_line_end && !last ? line_end : piece.size();
@@ -219,7 +219,7 @@ bool dots_look_added(std::string_view text, const Post& post) {
 
 namespace {
 
-/// Whether a line of `piece` from its byte `from` on begins with a dot; `before` is the byte before the piece.
+/// Returns true if a line of `piece`, from its byte `from`, begins with a dot; `before` is the byte before the piece.
 bool has_dotted_line(std::string_view piece, std::size_t from, char before) {
     if (from >= piece.size()) return false;
     const char previous = from > 0 ? piece[from - 1] : before;

@@ -18,7 +18,7 @@ struct Row {
     std::size_t characters() const { return line.size(); }
     bool dotted() const { return line.starts_with(".."); }
 
-    /// Returns how many bytes the characters stand for: an escape and the character it escapes are one.
+    /// Returns how many bytes the characters encode: an escape and the character it escapes are one.
     std::size_t bytes() const {
         std::size_t bytes = 0;
         for (std::size_t at = 0; at < line.size(); ++at, ++bytes) {
@@ -52,7 +52,7 @@ bool has_bytes(const Row& row, std::uint64_t length) {
     return bytes == length || (row.dotted() && bytes - 1 == length);
 }
 
-/// Returns the last row where all rows before it fit, else nullopt. REQUIRES: `data` has a row.
+/// Returns the last row if all rows before it fit, else nullopt. REQUIRES: `data` has a row.
 template <class Fits>
 std::optional<Row> last_of_fitting_rows(std::string_view data, const Fits& fits) {
     std::size_t at = data.find_first_not_of("\r\n");
@@ -74,14 +74,14 @@ bool is_ended_at(std::string_view row_and_more, std::size_t size) {
     return row_and_more[size] == '\r' && row_and_more[size + 1] == '\n';
 }
 
-constexpr std::size_t most_more = 2;  // characters: a second dot, and one that its escape keeps in the row
+constexpr std::size_t most_more = 2;  // characters: a second dot, and one that an escape keeps in the row
 
-/// What must be seen of a text for its first row to be passed: the row, its line end and what follows.
+/// Returns how much of a text is needed to accept its first row: the row, its line end and the next bytes.
 std::size_t size_to_see(std::uint64_t length) {
     return length + most_more + 3;
 }
 
-/// Returns the size of the rows of `length` characters that `text` begins with, without the last ones; nullopt where a
+/// Returns the size of the rows of `length` characters at the beginning of `text`, without the last ones; nullopt if a
 /// row is different.
 std::optional<std::size_t> size_of_rows(std::string_view text, std::uint64_t length) {
     std::size_t line_ends = 0;
@@ -148,7 +148,7 @@ void RowWatch::take(std::string_view piece) {
         even_ = before.has_value();
         piece.remove_prefix(before.value_or(piece.size()));
     }
-    // The rest of the last piece becomes whole rows with the beginning of this one.
+    // The rest of the last piece and the beginning of this one form whole rows.
     const std::size_t joined = std::min(piece.size(), 2 * size_to_see(length_));
     const std::size_t before = rest_.size();
     rest_.append(piece.substr(0, joined));

@@ -10,9 +10,9 @@
 
 namespace quill::codec::yenc {
 
-/// Returns true where characters were lost or came in: some line but the last has another length than the others.
-/// Encoders break a line once it has as many characters, or as many bytes, as `=ybegin` states; where the first line
-/// has another length, that one counts.
+/// Returns true if characters were lost or added: some line except the last has a different length. Encoders break a
+/// line once it has as many characters, or as many bytes, as `=ybegin` states; if the first line has another length,
+/// that one counts.
 bool has_uneven_rows(std::string_view text, const Post& post);
 
 /// Returns true if blanks seem to have become tabs: the data have several tabs and nearly every other character, but no
@@ -25,9 +25,9 @@ class RowWatch {
     explicit RowWatch(const Post& post) : length_(post.begin.line.value_or(0)) {}
 
     void take(std::string_view piece);
-    /// Gives up, where some of the text is left out.
+    /// Gives up, because some of the text is left out.
     void skip() { even_ = false; }
-    /// Returns true where the rows are even; where it returns false, `has_uneven_rows` has to look.
+    /// Returns true if the rows are even; if it returns false, `has_uneven_rows` must check.
     bool saw_even_rows() const;
 
   private:
@@ -36,7 +36,7 @@ class RowWatch {
     std::uint64_t length_;  ///< characters of a row
     bool begun_ = false;
     bool even_ = true;
-    std::string rest_;  ///< of the last piece: the last rows, without a line end before them
+    std::string rest_;  ///< of the last piece: its last rows, without a line end before them
 };
 
 }  // namespace quill::codec::yenc

@@ -9,7 +9,7 @@
 namespace quill::codec {
 namespace {
 
-/// Whether another article or message begins at `line`, so that a post ends before it whatever it lacks.
+/// Returns true if another article or message begins at `line`, so that a post ends before it even if incomplete.
 bool is_limit(const TextScan& scan, const Line& line, std::uint32_t segment) {
     if (line.begin.segment != segment) return true;
     if (line.text.starts_with("=y")) return yenc::parse_begin(line.text).has_value();
@@ -19,23 +19,23 @@ bool is_limit(const TextScan& scan, const Line& line, std::uint32_t segment) {
 
 constexpr std::size_t least_looked_at = std::size_t{1} << 10U;
 constexpr std::size_t most_looked_at = std::size_t{256} << 10U;
-constexpr std::size_t enough_to_tell = 8;  ///< bytes of a line that tell whether it is of interest
+constexpr std::size_t enough_to_tell = 8;  ///< bytes of a line that decide whether it is relevant
 
-/// Whether the line that `text` begins with could end a post or break it off.
+/// Returns true if the line at the beginning of `text` could end a post or break it off.
 bool is_of_interest(std::string_view text) {
     if (text.starts_with('.')) text.remove_prefix(1);
     return text.starts_with('\r') || text.starts_with('\n') || text.starts_with("=y") || text.starts_with("--") ||
            text.starts_with("From ");
 }
 
-/// Where the last line of `text` that has characters and is ended begins.
+/// Returns the beginning of the last line of `text` that has characters and a line end.
 std::size_t last_line_beginning(std::string_view text) {
     const std::size_t line_end = text.find_last_of("\r\n");
     const std::size_t character = text.find_last_not_of("\r\n", line_end);
     return character == std::string_view::npos ? 0 : text.find_last_of("\r\n", character) + 1;
 }
 
-/// Moves over lines of data to one that is of interest, or as far as `size` bytes tell. Returns how far.
+/// Skips lines of data up to a relevant one, or as far as `size` bytes allow. Returns how far.
 std::size_t pass_data_lines(LineCursor& cursor, std::size_t size) {
     const std::string_view text = cursor.look_ahead(size);
     std::size_t at = 0;
@@ -45,8 +45,8 @@ std::size_t pass_data_lines(LineCursor& cursor, std::size_t size) {
     return at;
 }
 
-/// Where the post whose first line is `line` ends: behind its trailer. Without one the data are taken to go on to the
-/// first line that is empty or a single dot, as no line of data is but the last.
+/// Returns the end of the post whose first line is `line`: after its trailer. Without one the data are assumed to
+/// continue to the first line that is empty or a single dot, as no line of data except the last is.
 Position find_end(TextScan& scan, const Line& line) {
     Position end = line.next;
     std::optional<Position> breaks_off;
@@ -62,7 +62,7 @@ Position find_end(TextScan& scan, const Line& line) {
     return breaks_off.value_or(end);
 }
 
-/// What `subject` names: what stands between quotes, else all of it but the word that names the format.
+/// Returns the name in `subject`: the text between quotes, else all of it except the word that names the format.
 std::string name_in(std::string_view subject) {
     const std::size_t open = subject.find('"');
     const std::size_t close = subject.rfind('"');

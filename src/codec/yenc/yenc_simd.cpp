@@ -30,13 +30,13 @@ constexpr bool drops_dots(Rules rules) {
     return rules == Rules::dotted || rules == Rules::draft_dotted;
 }
 
-/// What one block leaves for the next.
+/// The state that one block leaves for the next.
 struct Carry {
-    bool in_token = false;     ///< the block's last byte begins what the next one's first byte ends
-    std::uint64_t passed = 0;  ///< bit 0: the next block's first byte is no data
+    bool in_token = false;     ///< the block's last byte begins a pair that the next one's first byte ends
+    std::uint64_t passed = 0;  ///< bit 0: the next block's first byte is not data
 };
 
-/// Bits of the bytes in `block` that are no data but begin and end lines (or stand before a line end), for text at
+/// Returns bits for the bytes in `block` that are not data but begin and end lines (or precede a line end), for text at
 /// `at`.
 template <Rules rules>
 std::uint64_t passed_over(const char* at, const Block& block, std::uint64_t escaped, Carry& carry) {
@@ -61,7 +61,7 @@ std::uint64_t passed_over(const char* at, const Block& block, std::uint64_t esca
     }
 }
 
-/// Bits of the dots that stand at the start of a line before a dot.
+/// Returns bits for the dots at the start of a line before another dot.
 template <Rules rules>
 std::uint64_t stuffed_dots(const char* at, const Block& block, const Block& before) {
     const std::uint64_t dots = equal_bits(block, '.') & equal_bits(load_block(at + 1), '.');
@@ -71,8 +71,8 @@ std::uint64_t stuffed_dots(const char* at, const Block& block, const Block& befo
     return dots & line_starts;
 }
 
-/// Decodes whole blocks from `progress.read` on, the byte before which is there and no '=', up to one that holds an
-/// odd use of '=' or is too close to the end.
+/// Decodes whole blocks from `progress.read`, whose preceding byte exists and is not '=', up to one that has an unusual
+/// '=' or is too close to the end.
 template <Rules rules>
 void decode_blocks(std::string_view in, char* out, Progress& progress) {
     Carry carry;
@@ -104,7 +104,7 @@ template <Rules rules>
 Progress decode_with(std::string_view in, unsigned char previous, bool last, char* out) {
     Progress progress;
     while (!progress.ended && progress.read < in.size()) {
-        // The reference takes what blocks can't: the beginning, odd uses of '=', the end.
+        // The reference handles what blocks can't: the beginning, unusual '=', the end.
         std::string_view piece = in.substr(progress.read);
         const bool reaches_end = piece.size() <= block_size + look_ahead;
         if (!reaches_end) piece = piece.substr(0, progress.read == 0 ? 2 * look_ahead : block_size + look_ahead);
@@ -133,8 +133,8 @@ Progress decode(Rules rules, std::string_view in, unsigned char previous, bool l
     return decode_with<Rules::draft_dotted>(in, previous, last, out);
 }
 
-/// How many bytes of a block it takes until `room` characters or more are written, those in `critical` giving two; 64
-/// where a block is not enough.
+/// Returns how many bytes of a block it takes to write at least `room` characters, counting two for those in
+/// `critical`; 64 if a block is not enough.
 std::size_t bytes_for(std::size_t room, std::uint64_t critical) {
     const auto extra = [critical](std::size_t n) {
         return static_cast<std::size_t>(std::popcount(critical & low_bits(n)));
@@ -145,12 +145,12 @@ std::size_t bytes_for(std::size_t room, std::uint64_t critical) {
     return n;
 }
 
-/// Writes each byte, those of `critical` (lanes of all bits) with '=' before them.
+/// Writes each byte, with '=' before those of `critical` (lanes of all bits).
 char* write_escaped(V encoded, V critical, char* out) {
     const hn::Half<Bytes> half;
     const hn::RebindToSigned<Words> signed_words;
     const auto write_half = [&](auto text, auto is_critical) HWY_ATTR {
-        // '=' and the byte for each lane; the byte is kept, the '=' where it is critical.
+        // '=' and the byte for each lane; the byte is always kept, the '=' only if the byte is critical.
         const auto pairs = hn::Or(hn::ShiftLeft<8>(hn::PromoteTo(Words(), text)), hn::Set(Words(), '='));
         const auto wanted = hn::PromoteTo(signed_words, hn::BitCast(hn::RebindToSigned<decltype(half)>(), is_critical));
         const auto kept = hn::Or(hn::BitCast(Words(), wanted), hn::Set(Words(), 0xFF00));
@@ -161,7 +161,7 @@ char* write_escaped(V encoded, V critical, char* out) {
     return out;
 }
 
-/// The bytes that may not stand in the text as they are.
+/// Returns the bytes that must be escaped.
 hn::Mask<Bytes> is_critical(V v) {
     const auto line_end = hn::Or(hn::Eq(v, splat('\r')), hn::Eq(v, splat('\n')));
     return hn::Or(line_end, hn::Or(hn::Eq(v, splat('\0')), hn::Eq(v, splat('='))));

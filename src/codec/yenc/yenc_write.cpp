@@ -36,7 +36,7 @@ std::string head(const EncodePiece& piece, std::size_t line_length) {
     return head;
 }
 
-/// The CRC-32 of the file up to where `piece` ends, whose own is `piece_crc`.
+/// Returns the CRC-32 of the file up to the end of `piece`, whose own is `piece_crc`.
 std::uint32_t crc_to_the_end(const EncodePiece& piece, std::uint32_t piece_crc) {
     if (piece.begin == 0) return piece_crc;
     return crc32(0, piece.file.substr(0, piece.end));
