@@ -5,7 +5,7 @@
 
 namespace quill::desktop {
 
-/// Says what program this is.
+/// Shows the program's name, version and licence.
 class AboutView final : public View {
   public:
     AboutView(shell::AboutBox& window, EventLoop& events);

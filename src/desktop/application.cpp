@@ -36,7 +36,7 @@ bool is_user_input(const QEvent& event) {
     }
 }
 
-/// Returns true for what comes from a key that is held down since before the run.
+/// Returns true for an event of a key that has been held down since before the run.
 bool is_repeated_key(const QEvent& event) {
     const bool key = event.type() == QEvent::KeyPress || event.type() == QEvent::KeyRelease;
     return key && static_cast<const QKeyEvent&>(event).isAutoRepeat();

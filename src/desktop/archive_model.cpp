@@ -36,7 +36,7 @@ QString date_of(const RowDetails& details) {
     return QString::fromStdString(zip::iso_date_time(details.dos_time)).left(16);
 }
 
-const QChar room(0x2003);  // between numbers and the column at their right
+const QChar room(0x2003);  // between numbers and the column to their right
 
 QString text_of(const RowDetails& details, int column) {
     switch (column) {
@@ -57,7 +57,7 @@ QString text_of(const RowDetails& details, int column) {
     }
 }
 
-/// The condition at length, with the reasons.
+/// Returns the full description of the condition, with the reasons.
 QString reasons_of(const RowDetails& details) {
     QString text = shown(zip::condition_text(details.condition));
     for (const std::string& problem : details.problems) text += QStringLiteral("\n• ") + shown(problem);
@@ -66,7 +66,7 @@ QString reasons_of(const RowDetails& details) {
 
 }  // namespace
 
-/// A null icon where the row is as it should be and nothing vouches for it.
+/// Returns a null icon if the row is in order but nothing confirms its bytes.
 QIcon ArchiveModel::icon_of(RowCondition condition) const {
     switch (condition) {
         case RowCondition::verified:
@@ -121,7 +121,7 @@ int ArchiveModel::columnCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : column_count;
 }
 
-/// By the name alone, and each ending once: a long list must not open its files.
+/// Uses only the name, and each ending once: a long list must not open its files.
 QIcon ArchiveModel::icon_of(const RowDetails& details) const {
     const QString folder = QStringLiteral("folder");
     if (details.directory) return QIcon::fromTheme(folder, QApplication::style()->standardIcon(QStyle::SP_DirIcon));

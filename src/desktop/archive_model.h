@@ -14,23 +14,23 @@
 
 namespace quill::desktop {
 
-/// All rows of the archive window in the order that they are sorted in. What a row shows is read when it is drawn, so
-/// that a long list costs nothing.
+/// All rows of the archive window in sorted order. The contents of a row are read when it is drawn, so that a long list
+/// costs nothing.
 class ArchiveModel final : public QAbstractTableModel {
   public:
     enum Column { name_column, size_column, packed_column, method_column, date_column, condition_column, column_count };
 
     explicit ArchiveModel(zip::arcview& window) : window_(window) {}
 
-    /// Takes the rows again where they have changed. Returns whether their places have changed.
+    /// Reads the rows again if they have changed. Returns true if their places have changed.
     bool refresh();
 
     std::size_t member_at(int row) const { return order_.at(static_cast<std::size_t>(row)); }
     int row_of(std::size_t member) const;
     bool in_archive_order() const { return sorted_by_ < 0; }
 
-    /// The first row from `from` on, around the end, whose name begins like `text`, which is in lower case; -1 for
-    /// none. The name counts with its directories and without.
+    /// Returns the first row at or after `from`, wrapping around, whose name begins with `text`, which is in lower
+    /// case; -1 for none. Compares the name with and without its directories.
     int find(std::string_view text, int from) const;
 
     std::size_t rows_read() const { return rows_read_; }
@@ -40,7 +40,7 @@ class ArchiveModel final : public QAbstractTableModel {
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
-    /// A negative `column` sorts as the archive does.
+    /// Sorts by `column`; a negative one restores the archive's order.
     void sort(int column, Qt::SortOrder order) override;
 
   private:
@@ -57,7 +57,7 @@ class ArchiveModel final : public QAbstractTableModel {
     std::vector<int> places_;         ///< row by member
     mutable std::size_t rows_read_ = 0;
     mutable Signs signs_;
-    mutable QHash<QString, QString> theme_names_;  ///< of icons, by the ending of a name
+    mutable QHash<QString, QString> theme_names_;  ///< of icons, by name ending
 };
 
 }  // namespace quill::desktop

@@ -8,7 +8,7 @@
 namespace quill::desktop {
 namespace {
 
-constexpr int drawn_size = 128;  // pixels; scaled down where it is shown
+constexpr int drawn_size = 128;  // pixels; scaled down for display
 
 void draw_arrow(QPainter& painter, QPointF from, QPointF to) {
     const QPointF along = (to - from) / std::hypot(to.x() - from.x(), to.y() - from.y()) * 20;

@@ -4,10 +4,10 @@
 
 namespace quill::desktop {
 
-/// What the buttons of the archive window do, by their numbers.
+/// The functions of the archive window's buttons, by number.
 enum class ArchiveTool { open = 1, move, repack, leave, extract, test };
 
-/// The picture of a button of the archive window, in the colour of texts.
+/// Returns the picture of a button of the archive window, in the text colour.
 QIcon archive_tool_icon(ArchiveTool tool, const QColor& colour);
 
 }  // namespace quill::desktop

@@ -66,7 +66,7 @@ void ArchiveTable::report_scrolling() {
 
 void ArchiveTable::keyboardSearch(const QString& search) {
     const bool goes_on = since_typed_.isValid() && since_typed_.elapsed() < QApplication::keyboardInputInterval();
-    const bool same_letter = goes_on && !typed_.isEmpty() && typed_ == search;  // again: the next such name
+    const bool same_letter = goes_on && !typed_.isEmpty() && typed_ == search;  // repeated: the next such name
     typed_ = goes_on && !same_letter ? typed_ + search : search;
     since_typed_.start();
     if (model_.rowCount() == 0) return;
@@ -76,7 +76,7 @@ void ArchiveTable::keyboardSearch(const QString& search) {
     if (row >= 0) setCurrentIndex(model_.index(row, 0));
 }
 
-/// Hands the selected members out as files, by their paths, which every program understands.
+/// Passes the selected members on as files, by their paths, which every program understands.
 void ArchiveTable::startDrag(Qt::DropActions) {
     const zip::Handed handed = zip::files_to_hand_out(window_);
     const auto report = [&] {

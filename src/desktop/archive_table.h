@@ -10,8 +10,8 @@
 
 namespace quill::desktop {
 
-/// The table of an archive's members. Typing goes to the first name that begins so, a click on a heading sorts, and
-/// selected rows can be dragged to other programs as files.
+/// The table of an archive's members. Typing moves to the first name with that beginning, a click on a heading sorts,
+/// and selected rows can be dragged to other programs as files.
 class ArchiveTable final : public RowTable {
   public:
     explicit ArchiveTable(zip::arcview& window);
@@ -20,13 +20,14 @@ class ArchiveTable final : public RowTable {
     /// Shows only the columns that matter most, where a panel has taken a part of the room. So does a narrow window.
     void make_narrow(bool narrow);
 
-    /// The next letter begins another name.
+    /// Makes the next letter begin another name.
     void forget_typing() { typed_.clear(); }
 
-    /// How many times a row was read to be drawn.
+    /// Returns how often a row was read for drawing.
     std::size_t rows_read() const { return model_.rows_read(); }
 
-    std::function<void(std::size_t member)> scrolled;  ///< the first row in sight, while in the archive's order
+    /// Is called with the first visible row, while in the archive's order.
+    std::function<void(std::size_t member)> scrolled;
 
     /// The selected members that had no file to drag, after the others were dropped.
     std::function<void(const std::vector<std::size_t>& members)> left_out;

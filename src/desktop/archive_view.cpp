@@ -30,7 +30,7 @@
 namespace quill::desktop {
 namespace {
 
-/// Runs `reached` when the pointer comes over a widget.
+/// Runs `reached` when the pointer enters a widget.
 class HoverFilter final : public QObject {
   public:
     HoverFilter(QWidget* widget, std::function<void()> reached) : QObject(widget), reached_(std::move(reached)) {
@@ -57,7 +57,7 @@ QToolButton* tool_button(ArchiveTool tool, const char* caption) {
     return button;
 }
 
-/// Hands in the clicks and double clicks on a text.
+/// Passes on the clicks and double clicks on a text.
 class ClickFilter final : public QObject {
   public:
     ClickFilter(QWidget* widget, std::function<void()> clicked, std::function<void()> double_clicked)
@@ -196,7 +196,7 @@ QToolButton* ArchiveWindowView::make_tool(int index, const char* caption) {
     return button;
 }
 
-/// A button that does what an item of a menu does.
+/// Makes a button that does the same as a menu item.
 QToolButton* ArchiveWindowView::make_tool(ArchiveTool tool, const char* caption, const controls::MenuItem& item,
                                           QAction* action) {
     QToolButton* button = tool_button(tool, caption);

@@ -13,7 +13,7 @@ class QToolButton;
 
 namespace quill::desktop {
 
-/// The frame of the archive window: files that are dropped on it are added.
+/// The frame of the archive window: adds files dropped on it.
 class ArchiveFrame final : public QMainWindow {
   public:
     ArchiveFrame();

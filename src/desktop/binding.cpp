@@ -15,7 +15,7 @@
 #include <QProgressBar>
 #include <QSignalBlocker>
 
-/// How each kind of control is drawn by each kind of widget.
+/// The drawing of each kind of control by each kind of widget.
 namespace quill::desktop {
 namespace {
 
@@ -23,7 +23,7 @@ QColor shown(controls::Colour colour) {
     return {colour.red, colour.green, colour.blue};
 }
 
-/// "Option: Help": what it is for, and what it says.
+/// Returns "Option: Help": the role and the text.
 QString spoken(const std::string& role, const std::string& text) {
     const QString said = desktop::shown(text);
     const QString what = desktop::shown(role);
@@ -108,7 +108,7 @@ QAbstractButton* View::bind(controls::Choice& choice, QAbstractButton* widget, s
         });
         if (widget->isChecked() == choice.chosen) return;
         const bool exclusive = widget->autoExclusive();
-        widget->setAutoExclusive(false);  // a group may have nothing chosen
+        widget->setAutoExclusive(false);  // a group may have no choice selected
         widget->setChecked(choice.chosen);
         widget->setAutoExclusive(exclusive);
     });

@@ -73,7 +73,7 @@ BookView::~BookView() {
 }
 
 void BookView::connect_browser() {
-    // The browser reports in the middle of what it was asked for.
+    // The browser reports while it is still executing a request.
     const auto later = [this](controls::Action action) {
         QMetaObject::invokeMethod(
             browser_, [this, action = std::move(action)] { hand_in(action); }, Qt::QueuedConnection);

@@ -26,11 +26,11 @@ namespace {
 
 enum Page { files_page, recent_page, merge_page };
 
-// A press on each tab, as it lands on the picture of tabs: in twips from its left.
+// The position of a press on each tab in the picture of tabs: in twips from its left.
 constexpr int press_on_recent = 0;
 constexpr int press_on_merge = 2475;
 
-/// Directories and what stands at the right get what they need; the files get the rest.
+/// Gives the directories and the parts on the right the width they need; the files get the rest.
 void share_width(QSplitter* columns) {
     constexpr int characters[] = {28, 62, 30};
     QList<int> sizes;
@@ -98,7 +98,7 @@ QTabBar* ChooserView::make_tabs() {
                 w_.Image1.press(tab == merge_page ? press_on_merge : press_on_recent);
             }
         });
-        // The arrow keys go on from tab to tab; any other way to a page leads to its list.
+        // The arrow keys move from tab to tab; any other way to a page leads to its list.
         if (tabs->hasFocus()) return;
         QWidget* const lists[] = {files_, recent_, parts_};
         lists[tab]->setFocus();

@@ -12,7 +12,7 @@ namespace quill::desktop {
 
 class FileTable;
 
-/// The file chooser: the files of a directory, and behind tabs the recent directories and the merge page.
+/// The file chooser: the files of a directory, and the recent directories and the merge page behind tabs.
 class ChooserView final : public View {
   public:
     ChooserView(encoder::cmdg& window, EventLoop& events);
@@ -21,7 +21,7 @@ class ChooserView final : public View {
     void on_shown() override;
 
   private:
-    int page_shown() const;  ///< of the tabs, in their order
+    int page_shown() const;  ///< Returns the index of the current tab.
 
     QTabBar* make_tabs();
     QWidget* make_path_line();
@@ -34,7 +34,7 @@ class ChooserView final : public View {
     QWidget* make_merge_list();
     QWidget* make_directory_column(controls::DriveListBox& drive, controls::DirListBox& directory);
 
-    /// A list of texts. A click or Enter on a row selects it and hands in its `change`.
+    /// Binds a list of texts. A click or Enter on a row selects it and runs the list's `change`.
     QListWidget* bind_list(controls::ListBox& list, QListWidget* widget);
     FileTable* bind_files(controls::FileListBox& list);
 

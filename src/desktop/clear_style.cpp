@@ -25,7 +25,7 @@ QPen outline_pen(const QStyleOption& option) {
     return QPen(colour, 1);
 }
 
-/// The contrast of two colours, from 1 to 21, as WCAG 2.1 defines it.
+/// Returns the contrast of two colours, from 1 to 21, as WCAG 2.1 defines it.
 double contrast(const QColor& a, const QColor& b) {
     const auto luminance = [](const QColor& colour) {
         const auto linear = [](double part) {

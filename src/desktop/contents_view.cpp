@@ -15,10 +15,10 @@
 namespace quill::desktop {
 namespace {
 
-// A row's fields, tabs between them.
+// A row's fields, separated by tabs.
 enum Field { date_field, packed_field, size_field, percent_field, name_field, field_count };
 
-// The name stands first on the screen: it is what people look for.
+// The name comes first on the screen: people look for it.
 constexpr Field columns[] = {name_field, date_field, packed_field, size_field, percent_field};
 
 /// Returns the fields of a row. The name is the last one, and may contain tabs.

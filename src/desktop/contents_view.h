@@ -7,7 +7,7 @@ class QTreeWidget;
 
 namespace quill::desktop {
 
-/// The contents report: a table of an archive's members, with what they come to.
+/// The contents report: a table of an archive's members and their total sizes.
 class ContentsView final : public View {
   public:
     ContentsView(zip::Form1& window, EventLoop& events);

@@ -11,7 +11,7 @@
 #include <QLineEdit>
 #include <QVBoxLayout>
 
-/// The create wizard's panel: what to create, which kind of it, and where.
+/// The create wizard's panel: what to create, of which kind, and where.
 namespace quill::desktop {
 QWidget* MainWindowView::make_create_panel() {
     auto* panel = new QWidget;

@@ -13,14 +13,14 @@
 
 namespace quill::desktop {
 
-/// The program on the user's desktop: its shared variables, its windows with their views, the machine, and the ways
+/// The program on the user's desktop: its shared variables, its windows with their views, the machine, and the routes
 /// from the main window to everything else. Needs a QApplication.
 class Desktop {
   public:
     explicit Desktop(EventLoop& events);
     ~Desktop();
 
-    /// Starts the program on `command_line` and draws what that has opened.
+    /// Starts the program on `command_line` and draws the windows that this opens.
     void start(const std::string& command_line);
 
     shell::Context& context() { return context_; }

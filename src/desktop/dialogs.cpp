@@ -23,14 +23,14 @@ namespace quill::desktop {
 namespace {
 
 constexpr auto program_name = "Quillbright Pro";
-constexpr int characters_a_line = 64;  // a width that reads well
+constexpr int characters_a_line = 64;  // a readable width
 constexpr int least_characters = 24;
 
 QString title_of(const std::string& title) {
     return title.empty() ? QString::fromLatin1(program_name) : window_title(shown_name(title));
 }
 
-/// As wide as the text needs, up to a line that still reads well.
+/// Returns the width that the text needs, up to a readable line.
 int text_width(const QWidget& box, const QString& text) {
     const QFontMetrics metrics = box.fontMetrics();
     const int line = metrics.averageCharWidth() * characters_a_line;
@@ -41,8 +41,8 @@ int text_width(const QWidget& box, const QString& text) {
     return std::min(line, widest);
 }
 
-/// A message box with its text as it is and selectable. The box itself wraps what is too long for a line;
-/// a word that is too long for one is broken.
+/// Fills a message box with a plain, selectable text. The box itself wraps long lines; a word longer than a line is
+/// broken.
 void fill(QMessageBox& box, const std::string& text, const std::string& title, QMessageBox::Icon icon) {
     box.setWindowTitle(title_of(title));
     box.setIcon(icon);
@@ -50,13 +50,13 @@ void fill(QMessageBox& box, const std::string& text, const std::string& title, Q
     const QString words = breakable(shown_message(text));
     box.setText(words);
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
-    // A short text leaves room for the title. A longer one must not be told a width, or the box is made too narrow.
+    // A short text leaves room for the title. A longer one must not get a fixed width, or the box becomes too narrow.
     const int least = box.fontMetrics().averageCharWidth() * least_characters;
     auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
     if (label != nullptr && text_width(box, words) < least) label->setMinimumWidth(least);
 }
 
-/// Hides what is typed into `line`. Returns a button that shows it.
+/// Hides the text typed into `line`. Returns a button that shows it.
 QPushButton* hide_typing(QLineEdit* line) {
     line->setEchoMode(QLineEdit::Password);
     auto* button = new QPushButton(QStringLiteral("&Show"));

@@ -9,8 +9,8 @@ class QMessageBox;
 
 namespace quill::desktop {
 
-/// The boxes of the program on the user's desktop. Before one opens, the windows show what they hold; where the process
-/// ends while one is open, ProcessEnd goes on from it.
+/// The boxes of the program on the user's desktop. Before one opens, the windows are redrawn; if the process ends while
+/// one is open, it throws ProcessEnd.
 class BoxDialogs final : public platform::Dialogs {
   public:
     BoxDialogs(EventLoop& events, Views& views);

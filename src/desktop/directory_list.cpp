@@ -19,7 +19,7 @@ QByteArray as_bytes(const std::string& path) {
     return {path.data(), static_cast<qsizetype>(path.size())};
 }
 
-/// `path` and all directories above it, from the root down.
+/// Returns `path` and all directories above it, from the root down.
 std::vector<std::string> chain_to(std::string path) {
     std::vector<std::string> chain;
     while (!path.empty()) {

@@ -8,8 +8,7 @@
 
 namespace quill::desktop {
 
-/// The directory that the user stands in, below those above it and over those in it. A double click or Enter goes to
-/// one.
+/// The current directory, below its parents and above its subdirectories. A double click or Enter goes to one.
 class DirectoryList final : public QListWidget {
   public:
     explicit DirectoryList(QWidget* parent = nullptr);
@@ -22,7 +21,7 @@ class DirectoryList final : public QListWidget {
     void add(const std::string& path, const QString& text, int depth);
 };
 
-/// The mount points of the machine, of which one is in use.
+/// The mount points of the machine, one of them current.
 class DriveBox final : public QComboBox {
   public:
     explicit DriveBox(QWidget* parent = nullptr);

@@ -19,7 +19,7 @@ std::string variable(const char* name) {
     return value != nullptr ? value : "";
 }
 
-/// Whether somebody listens at the socket `path`; one that begins with NUL is in the abstract name space.
+/// Returns true if somebody is listening at the socket `path`; one that begins with NUL is in the abstract name space.
 bool answers(std::string_view path) {
     sockaddr_un address{};
     if (path.empty() || path.size() >= sizeof address.sun_path) return false;
@@ -33,7 +33,7 @@ bool answers(std::string_view path) {
     return connected;
 }
 
-/// A server on another machine is taken at its word.
+/// Assumes that a server on another machine answers.
 bool x_server_answers(const std::string& display) {
     const std::size_t colon = display.rfind(':');
     if (colon == std::string::npos) return answers(display);

@@ -10,10 +10,10 @@ class QMimeData;
 
 namespace quill::desktop {
 
-/// Returns the paths of the local files and directories that are dragged.
+/// Returns the paths of the dragged local files and directories.
 std::vector<std::string> dragged_files(const QMimeData* data);
 
-/// A list that files and directories can be dropped on.
+/// A list that accepts dropped files and directories.
 class DropList final : public QListWidget {
   public:
     DropList();

@@ -12,14 +12,14 @@
 
 namespace quill::desktop {
 
-/// Where the desktop's events become calls on the program's state: nothing that the program throws goes on into Qt.
+/// Turns the desktop's events into calls on the program's state: no exception of the program reaches Qt.
 ///
-/// Events nest: while one opens a box or repaints, others come in. Only the outermost one is followed by the things
-/// that must not happen below a running action.
+/// Events nest: while one opens a box or repaints, others arrive. Only after the outermost one does the work run that
+/// must not happen below a running action.
 class EventLoop {
   public:
-    /// Runs `event`. Its end is followed by `after_event`; a ProcessEnd in it ends the loop, and any other failure goes
-    /// to `failed`. Does nothing once the process is ending.
+    /// Runs `event`, then `after_event`; a ProcessEnd in it ends the loop, and any other exception goes to `failed`.
+    /// Does nothing once the process is ending.
     void hand_in(const controls::Action& event);
 
     /// Runs Qt's loop until the process ends or the last window is closed; returns the exit status.
@@ -29,30 +29,30 @@ class EventLoop {
     void end();
     bool ended() const { return ended_; }
 
-    /// Whether no action is running.
+    /// Returns true if no action is running.
     bool idle() const { return depth_ == 0; }
 
-    /// Throws ProcessEnd where the process ended while the caller waited for the user.
+    /// Throws ProcessEnd if the process ended while the caller waited for the user.
     void check_ended() const;
 
     /// Lets the desktop draw, move and uncover windows during a long run. Nothing else happens meanwhile: keys, clicks
-    /// and other events are dropped, but for what stops the run.
+    /// and other events are dropped, except for those that stop the run.
     void breathe();
     bool breathing() const { return breathing_; }
 
-    /// Does what a Stop button asks for, at once, in the middle of a run.
+    /// Runs the action of a Stop button at once, in the middle of a run.
     void interrupt(const controls::Action& stop);
 
-    /// Hands `event` in when the action that runs now is over.
+    /// Runs `event` after the current action.
     void hand_in_later(controls::Action event);
 
-    /// Milliseconds since the outermost action began.
+    /// Returns the milliseconds since the outermost action began.
     std::int64_t running_for() const { return since_begin_.elapsed(); }
 
-    /// Returns true for keys and clicks that were meant for what was there before or during a long run.
+    /// Returns true for keys and clicks meant for the windows before or during a long run.
     bool drops_input() const { return drops_input_ || breathing_; }
 
-    /// Ends the breathing for the time of a box that waits for the user.
+    /// Suspends the breathing while a box waits for the user.
     class WaitsForUser {
       public:
         explicit WaitsForUser(EventLoop& events) : events_(events), was_(std::exchange(events.breathing_, false)) {}

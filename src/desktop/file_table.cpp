@@ -13,7 +13,7 @@
 namespace quill::desktop {
 namespace {
 
-/// Returns the name of the icon of a file's type, by its name alone: a long list must not open every file.
+/// Returns the name of the icon of a file's type, by only its name: a long list must not open every file.
 QString icon_name(const QString& name) {
     return QMimeDatabase().mimeTypeForFile(name, QMimeDatabase::MatchExtension).iconName();
 }

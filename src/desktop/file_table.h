@@ -11,14 +11,14 @@
 
 namespace quill::desktop {
 
-/// The rows of a file list with their sizes and dates, which are asked for when a row is first shown.
+/// The rows of a file list with their sizes and dates, which are read when a row is first shown.
 class FileTableModel final : public QAbstractTableModel {
   public:
     enum Column { name_column, size_column, date_column, column_count };
 
     explicit FileTableModel(const controls::FileListBox& list) : list_(list) {}
 
-    /// Takes the rows again where they have changed. Returns whether it did.
+    /// Reads the rows again if they have changed. Returns true if they have.
     bool refresh();
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -38,7 +38,7 @@ class FileTableModel final : public QAbstractTableModel {
     mutable Signs signs_;
 };
 
-/// A table of files. Typing goes to the first name that begins so.
+/// A table of files. Typing moves to the first name with that beginning.
 class FileTable final : public RowTable {
   public:
     explicit FileTable(controls::FileListBox& list);

@@ -92,7 +92,7 @@ void show_guide(const std::string& first_page) {
     const bool fresh = window.isNull();
     if (fresh) window = make_window(files::dir_of(first_page));
     window->show();
-    // Pictures are fitted to the width that the window has now.
+    // Fits pictures to the window's present width.
     if (fresh) static_cast<QTextBrowser*>(window->centralWidget())->setSource(file_url(first_page));
     window->raise();
     window->activateWindow();

@@ -29,7 +29,7 @@ int main(int argc, char** argv) {
         return no_display;
     }
     desktop::EventLoop events;
-    desktop::Application application(argc, argv, events);  // takes Qt's own options away
+    desktop::Application application(argc, argv, events);  // removes Qt's own options
     application.setWindowIcon(desktop::program_icon());
     const std::vector<std::string> arguments(argv + 1, argv + argc);
     const std::string command_line = shell::command_line_of(arguments);

@@ -20,7 +20,7 @@
 namespace quill::desktop {
 namespace {
 
-/// The one local file that is dragged; empty where it is anything else.
+/// Returns the single dragged local file; empty for anything else.
 std::string dragged_file(const QMimeData* data) {
     if (!data->hasUrls() || data->urls().size() != 1 || !data->urls().front().isLocalFile()) return {};
     return QByteArray::fromPercentEncoding(data->urls().front().path(QUrl::FullyEncoded).toLatin1()).toStdString();

@@ -19,13 +19,13 @@ namespace quill::desktop {
 
 class StarPanel;
 
-/// The frame of the main window: tells of a file dropped on it and of the number keys.
+/// The frame of the main window: reports a file dropped on it and the number keys.
 class MainFrame final : public QMainWindow {
   public:
     MainFrame();
 
     std::function<void(const std::string& path)> dropped;
-    std::function<bool(int number)> number_pressed;  ///< false where the number means nothing
+    std::function<bool(int number)> number_pressed;  ///< returns false if the number has no meaning
     std::function<void()> activated;
 
   protected:
@@ -35,18 +35,18 @@ class MainFrame final : public QMainWindow {
     void changeEvent(QEvent* event) override;
 };
 
-/// The main window: its menus and, one over the other, the start panel, the results and the create wizard.
+/// The main window: its menus and, one at a time, the start panel, the results and the create wizard.
 class MainWindowView final : public View {
   public:
     MainWindowView(shell::swit& window, EventLoop& events);
     ~MainWindowView() override { destroy_frame(); }
 
-    /// Has the selected result's picture shown.
+    /// Shows the selected result's picture with `pictures`.
     void use_pictures(platform::Pictures& pictures) { preview_->use(pictures); }
 
-    /// What to do with a file dropped on the window.
+    /// Handles a file dropped on the window.
     std::function<void(const std::string& path)> dropped;
-    /// What to do with files and directories dropped on the create wizard's list.
+    /// Handles files and directories dropped on the create wizard's list.
     std::function<void(const std::vector<std::string>& paths)> files_dropped;
 
   protected:

@@ -5,7 +5,7 @@
 
 namespace quill::desktop {
 
-/// The window that asks what a file without a header is to be called, and for a favorite directory.
+/// The window that asks for the name of a file without a header, and for a favorite directory.
 class NamingView final : public View {
   public:
     NamingView(decoder::Form4& window, EventLoop& events);

@@ -10,7 +10,7 @@ namespace {
 
 constexpr qreal corner = 6;
 
-/// Lines end between words; only a word that is wider than the line is broken.
+/// Lines break between words; only a word wider than the line is broken.
 int text_flags(Qt::AlignmentFlag upright, const QFontMetrics& metrics, const QString& text, int width) {
     const QStringList words = text.split(QLatin1Char(' '));
     const bool fits = std::all_of(words.begin(), words.end(),

@@ -7,11 +7,11 @@
 
 namespace quill::desktop {
 
-/// A large text to click, wrapped to its width, with a number in front where it has one. It can be reached by the
-/// keyboard and shows clearly when it has the focus.
+/// A large clickable text, wrapped to its width, with an optional number in front. It can be reached by the keyboard
+/// and clearly shows when it has the focus.
 class OptionButton final : public QAbstractButton {
   public:
-    /// How it stands out from what it lies on.
+    /// How it contrasts with its background.
     enum class Look {
         on_stars,  ///< bare text in its own colour on the dark panel
         card       ///< a framed area in the colours of the desktop
@@ -19,15 +19,15 @@ class OptionButton final : public QAbstractButton {
 
     explicit OptionButton(Look look, QWidget* parent = nullptr);
 
-    /// The text to show; an ampersand in it is nothing but itself.
+    /// Sets the text; an ampersand in it has no special meaning.
     void set_caption(const QString& caption);
     const QString& caption() const { return caption_; }
 
-    /// A number or a sign before the text; empty for none.
+    /// Sets a number or a sign before the text; empty for none.
     void set_mark(const QString& mark);
     void set_colour(const QColor& colour);
 
-    /// Called when the pointer comes over it or the focus comes to it, and when both have left.
+    /// Is called when the pointer enters it or it gets the focus, and when both have left.
     std::function<void()> reached;
     std::function<void()> left;
 

@@ -46,7 +46,7 @@ std::size_t OrderList::row_at(const QDropEvent& event) const {
 
 void OrderList::dropEvent(QDropEvent* event) {
     if (!takes(*event)) return event->ignore();
-    event->setDropAction(Qt::CopyAction);  // the rows stay where they are until the window has new ones
+    event->setDropAction(Qt::CopyAction);  // the rows keep their places until the window has new ones
     event->accept();
     if (event->source() != this) {
         const auto* const from = dynamic_cast<const OrderList*>(event->source());

@@ -8,14 +8,14 @@
 
 namespace quill::desktop {
 
-/// A list of rows that can be dragged: within the list, or to another one. It changes no rows itself.
+/// A list of rows that can be dragged: within the list, or to another one. It does not change rows itself.
 class OrderList final : public QListWidget {
   public:
     OrderList();
 
-    /// Rows of another list were dropped here; where that is empty, they are not taken.
+    /// Handles rows of another list dropped here; if empty, they are rejected.
     std::function<void(const std::vector<std::size_t>& rows)> dropped;
-    /// A row was dragged to another place, or moved there by Alt and an arrow key.
+    /// Handles a row dragged to another place, or moved there by Alt and an arrow key.
     std::function<void(std::size_t from, std::size_t to)> moved;
 
     std::vector<std::size_t> selected_rows() const;

@@ -7,7 +7,7 @@
 namespace quill::desktop {
 namespace {
 
-constexpr int patience = 40;  // milliseconds until a picture is reported, with those that came meanwhile
+constexpr int patience = 40;  // milliseconds until a picture is reported, with those that arrived meanwhile
 
 }  // namespace
 

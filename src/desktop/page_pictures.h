@@ -13,8 +13,8 @@
 
 namespace quill::desktop {
 
-/// The pictures of a page, decoded beside the interface. Those that come soon after one another are reported together,
-/// since each report lays out the page.
+/// The pictures of a page, decoded outside the interface. Those that arrive soon after one another are reported
+/// together, since each report lays out the page.
 class PagePictures {
   public:
     explicit PagePictures(platform::Pictures& pictures);
@@ -22,13 +22,13 @@ class PagePictures {
     PagePictures(const PagePictures&) = delete;
     PagePictures& operator=(const PagePictures&) = delete;
 
-    /// Asks for the file at `path`, scaled down to fit `bounds`, which the page knows as `name`.
+    /// Requests the file at `path`, scaled down to fit `bounds`; the page calls it `name`.
     void ask(const QUrl& name, const std::string& path, platform::PictureSize bounds);
 
-    /// Drops what is asked for and has not come: another page is shown.
+    /// Drops pending requests: another page is shown.
     void drop_all();
 
-    /// A picture that has come, by its name.
+    /// A decoded picture and its name.
     struct Arrived {
         QUrl name;
         QImage image;

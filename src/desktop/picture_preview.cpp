@@ -37,7 +37,7 @@ void PicturePreview::show_file(const std::string& path) {
     ticket_ = pictures_->request(request, [self = QPointer(this)](const platform::Picture& picture) {
         if (!self) return;
         self->ticket_ = 0;
-        self->take(image_of(picture.pixels).copy());  // kept for long
+        self->take(image_of(picture.pixels).copy());  // stored for long
     });
 }
 

@@ -9,16 +9,15 @@
 
 namespace quill::desktop {
 
-/// Shows a picture file, scaled down to its own size. Empty until it is given the service that decodes pictures.
+/// Shows a picture file, scaled down to the widget's size. Empty until it has the service that decodes pictures.
 class PicturePreview final : public QWidget {
   public:
     PicturePreview();
 
-    /// `pictures` must be there whenever a file is shown.
+    /// Sets the service, which must exist whenever a file is shown.
     void use(platform::Pictures& pictures) { pictures_ = &pictures; }
 
-    /// Shows the file at `path` as soon as it is decoded. Empties itself for an empty path, and where there is no
-    /// picture.
+    /// Shows the file at `path` as soon as it is decoded. Shows nothing for an empty path, or if there is no picture.
     void show_file(const std::string& path);
 
     bool has_picture() const { return !picture_.isNull(); }

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int longest_decoding = 20'000;    // milliseconds
 constexpr unsigned most_pictures = 2'000;   // of one worker
-constexpr unsigned most_failed_starts = 3;  // until pictures fail without another
+constexpr unsigned most_failed_starts = 3;  // after these, pictures fail without another attempt
 
 constexpr const char* sentence_on_sandbox =
     "Pictures are decoded in a process of their own that can't open files, use the network or start programs.";
@@ -22,7 +22,7 @@ constexpr const char* sentence_on_process =
     "Pictures are decoded in a process of their own. This system can't keep that process from opening files.";
 constexpr const char* sentence_on_nothing = "Pictures can't be shown: the decoder can't be started.";
 
-/// Returns what the thumbnail asked for is of; an empty path where it may not come from the cache.
+/// Returns the file of the requested thumbnail; an empty path if it must not come from the cache.
 thumbnails::ThumbnailCache::Subject subject_of(const platform::PictureRequest& request) {
     const auto stamp = request.thumbnail ? files::stamp_through_links(request.source.path) : std::nullopt;
     if (!stamp || request.source.bytes || request.bounds.width != request.bounds.height) return {};
@@ -69,7 +69,7 @@ void PictureService::prioritise(Ticket ticket, platform::PicturePriority priorit
     old = priority;
 }
 
-/// Returns a seat that can take the request: the one that has its animation open, else any that is idle.
+/// Returns a seat that can take the request: the one that has its animation open, else any idle one.
 PictureService::Seat* PictureService::idle_seat(const platform::PictureRequest& request) {
     Seat* found = nullptr;
     for (Seat& each : seats_) {
@@ -94,7 +94,7 @@ void PictureService::start_more() {
     }
 }
 
-/// Sees to it that a worker is in the seat.
+/// Starts a worker in the seat if there is none. Returns true if there is one.
 bool PictureService::seat(Seat& seat) {
     if (seat.process) return true;
     if (program_.empty() || failed_starts_ >= most_failed_starts) return false;
@@ -134,7 +134,7 @@ void PictureService::send(Seat& seat, Ticket ticket) {
     seat.running = ticket;
     ++seat.pictures;
     seat.deadline->start(longest_decoding);
-    // A line that is broken already reports that when it is read.
+    // A broken line reports the failure when it is read.
     static_cast<void>(seat.process->send(request, source->file.get()));
 }
 
@@ -157,8 +157,8 @@ void PictureService::receive(Seat& seat) {
     take_reply(reply.id, reply.picture);
 }
 
-/// Answers with a picture as it came from a worker. A thumbnail goes into the cache; where what came from there can't
-/// be read, the picture itself is decoded.
+/// Answers with a picture from a worker. Stores a thumbnail in the cache; if the cached file can't be read, decodes the
+/// picture itself.
 void PictureService::take_reply(Ticket ticket, platform::Picture picture) {
     const auto found = waiting_.find(ticket);
     if (found != waiting_.end() && !found->second.subject.path.empty()) {
@@ -180,7 +180,7 @@ void PictureService::take_reply(Ticket ticket, platform::Picture picture) {
     answer(ticket, picture);
 }
 
-/// Ends the seat's worker; what it was at fails for `reason`.
+/// Ends the seat's worker; its current picture fails for `reason`.
 void PictureService::give_up(Seat& seat, const char* reason) {
     const Ticket ticket = seat.running;
     if (!seat.hello) ++failed_starts_;
@@ -190,7 +190,7 @@ void PictureService::give_up(Seat& seat, const char* reason) {
 }
 
 void PictureService::dismiss(Seat& seat) {
-    // These may be what has called.
+    // One of these may be the caller.
     if (seat.answers) {
         seat.answers->setEnabled(false);
         seat.answers.release()->deleteLater();

@@ -19,12 +19,12 @@
 
 namespace quill::desktop {
 
-/// Decodes pictures in worker processes, one for each core, those that are seen first. Workers start with the first
-/// request. One that ends or takes too long costs the picture that it was at; the next picture gets a new one.
-/// Thumbnails come from the user's cache, whose files are decoded like any other, and go there.
+/// Decodes pictures in worker processes, one for each core, visible ones first. Workers start with the first request.
+/// If one ends or takes too long, its current picture fails; the next picture gets a new one. Thumbnails come from the
+/// user's cache, whose files are decoded like any other, and are stored there.
 class PictureService final : public QObject, public platform::Pictures {
   public:
-    /// `thumbnails` is the directory of the cache; an empty one keeps nothing.
+    /// `thumbnails` is the directory of the cache; an empty one stores nothing.
     explicit PictureService(EventLoop& events, std::string program = worker::find_worker(),
                             std::string thumbnails = thumbnails::user_thumbnails());
     ~PictureService() override;
@@ -34,7 +34,7 @@ class PictureService final : public QObject, public platform::Pictures {
     void prioritise(Ticket ticket, platform::PicturePriority priority) override;
     std::string confinement() override;
 
-    /// How many workers are alive.
+    /// Returns the number of running workers.
     std::size_t workers() const;
 
   private:
@@ -50,10 +50,10 @@ class PictureService final : public QObject, public platform::Pictures {
         std::unique_ptr<QSocketNotifier> answers;
         std::unique_ptr<QTimer> deadline;
         std::optional<worker::Hello> hello;
-        Ticket running = 0;              ///< what it decodes
+        Ticket running = 0;              ///< the request that it decodes
         platform::PictureSource source;  ///< of its last request
         std::uint64_t source_number = 0;
-        unsigned pictures = 0;  ///< that it has been sent
+        unsigned pictures = 0;  ///< number sent to it
     };
 
     void start_more();
@@ -70,12 +70,12 @@ class PictureService final : public QObject, public platform::Pictures {
     EventLoop& events_;
     std::string program_;
     thumbnails::ThumbnailCache cache_;
-    std::map<Ticket, Waiting> waiting_;                             ///< all that are not answered
-    std::set<std::pair<platform::PicturePriority, Ticket>> queue_;  ///< those of them that no worker has, in order
+    std::map<Ticket, Waiting> waiting_;                             ///< all unanswered requests
+    std::set<std::pair<platform::PicturePriority, Ticket>> queue_;  ///< those of them not sent to a worker, in order
     std::vector<Seat> seats_;
     Ticket last_ticket_ = 0;
     std::uint64_t last_source_ = 0;
-    unsigned failed_starts_ = 0;  ///< of workers, one after the other
+    unsigned failed_starts_ = 0;  ///< of workers, in a row
 };
 
 }  // namespace quill::desktop

@@ -245,7 +245,7 @@ QWidget* PictureWizardView::make_progress() {
     layout->addWidget(bind(w_.doing, plain_label()));
     layout->addWidget(bind(w_.bar, w_.bar_done, new QProgressBar), 1);
     QAbstractButton* stop = bind_stop(w_.stop, push_button());
-    // Thumbnails are decoded between events, so that nothing else draws what the button has done.
+    // Thumbnails are decoded between events, so that nothing else draws the button's effect.
     QObject::connect(stop, &QAbstractButton::clicked, stop, [this] {
         if (events().idle()) hand_in([] {});
     });

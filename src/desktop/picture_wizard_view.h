@@ -8,7 +8,7 @@ class QListWidget;
 
 namespace quill::desktop {
 
-/// The picture wizard: a page for each step over the buttons that lead from one to the next.
+/// The picture wizard: a page for each step above the buttons for moving between them.
 class PictureWizardView final : public View {
   public:
     PictureWizardView(htx::HtxWiz& window, EventLoop& events);

@@ -97,8 +97,8 @@ QVariant PlainBrowser::loadResource(int type, const QUrl& name) {
     return nothing(type);
 }
 
-/// Puts pictures into their places, which then take the room that they need. The line at the top of the window stays
-/// there.
+/// Puts pictures into their places, which then take the room that they need. Keeps the line at the top of the window in
+/// place.
 void PlainBrowser::show_pictures(const std::vector<PagePictures::Arrived>& pictures) {
     QScrollBar* const bar = verticalScrollBar();
     const bool is_at_top = bar->value() == bar->minimum();

@@ -10,7 +10,7 @@
 
 namespace quill::desktop {
 
-/// Shows a book's pages as Qt's own text browser can: no scripts, no network, no files but the book's.
+/// Shows a book's pages in Qt's own text browser: no scripts, no network, only the book's files.
 class PlainBrowser final : public QTextBrowser, public platform::Browser {
   public:
     explicit PlainBrowser(const htx::Form7& book);
@@ -34,8 +34,8 @@ class PlainBrowser final : public QTextBrowser, public platform::Browser {
     std::size_t place() const override;
     void go_to_place(std::size_t place) override;
 
-    /// Returns what the document asks for: a file of the book, or nothing; for a picture, an empty one until it is
-    /// decoded. Never null, because the document then looks for a file by itself.
+    /// Returns the resource that the document requests: a file of the book, or nothing; for a picture, an empty one
+    /// until it is decoded. Never null, because the document would then search for a file itself.
     QVariant loadResource(int type, const QUrl& name) override;
 
   protected:

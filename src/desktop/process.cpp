@@ -25,7 +25,7 @@ std::string own_directory() {
     return length > 0 ? files::dir_of(std::string_view(path.data(), static_cast<std::size_t>(length))) : std::string();
 }
 
-/// In the grandchild: becomes the program, or tells the parent through `report` why it could not.
+/// Becomes the program, in the grandchild, or writes the reason for the failure into `report`.
 [[noreturn]] void become(char* const* argv, const char* directory, int report) {
     if (*directory == '\0' || chdir(directory) == 0) execv(*argv, argv);
     const int reason = errno;
@@ -61,7 +61,7 @@ bool start_detached(const std::string& path, const std::vector<std::string>& arg
     std::array<int, 2> report{};
     if (pipe2(report.data(), O_CLOEXEC) != 0) return false;
     const pid_t child = fork();
-    if (child == 0) {  // its own child goes on alone
+    if (child == 0) {  // its own child continues alone
         setsid();
         const pid_t grandchild = fork();
         if (grandchild == 0) become(words.argv(), directory.c_str(), report[1]);
@@ -71,7 +71,7 @@ bool start_detached(const std::string& path, const std::vector<std::string>& arg
     int status = 0;
     int reason = 0;
     const bool forked = child > 0 && waitpid(child, &status, 0) == child && status == 0;
-    const bool failed = read(report[0], &reason, sizeof reason) != 0;  // an exec that works closes the pipe
+    const bool failed = read(report[0], &reason, sizeof reason) != 0;  // a successful exec closes the pipe
     close(report[0]);
     return forked && !failed;
 }

@@ -5,11 +5,11 @@
 
 namespace quill::desktop {
 
-/// Where `program` would be started from: itself where it has a slash, else the file of that name beside the running
-/// program, else on the search path. Empty where there is none that can be executed.
+/// Returns the path that would start `program`: itself if it has a slash, else the file of that name beside the running
+/// program, else on the search path. Empty if there is none that can be executed.
 std::string find_program(const std::string& program);
 
-/// The words of a command line, as exec takes them.
+/// The words of a command line, in the form of exec's arguments.
 class Arguments {
   public:
     Arguments(const std::string& path, const std::vector<std::string>& arguments);
@@ -20,11 +20,11 @@ class Arguments {
 
   private:
     std::vector<std::string> words_;
-    std::vector<char*> argv_;  ///< into `words_`, and a nullptr
+    std::vector<char*> argv_;  ///< into `words_`, ended by a nullptr
 };
 
-/// Starts the executable at `path` in `directory` (empty: the current one) and lets go of it: it goes on when we end,
-/// and nothing has to wait for it. Arguments are passed on byte for byte. False where it can't be started.
+/// Starts the executable at `path` in `directory` (empty: the current one) detached: it continues when we end, and
+/// nothing has to wait for it. Passes arguments on byte for byte. Returns false if it can't be started.
 bool start_detached(const std::string& path, const std::vector<std::string>& arguments, const std::string& directory);
 
 }  // namespace quill::desktop

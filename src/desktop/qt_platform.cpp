@@ -15,7 +15,7 @@ namespace {
 
 constexpr int twips_per_pixel_of_layout = 15;
 constexpr qint64 frame_time = 40;  // milliseconds between two repaints of a long run
-constexpr qint64 patience = 150;   // milliseconds that a run may take without being shown
+constexpr qint64 patience = 150;   // milliseconds before a run is shown
 
 }  // namespace
 

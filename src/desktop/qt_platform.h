@@ -14,7 +14,7 @@
 
 namespace quill::desktop {
 
-/// The machine that the desktop program runs on.
+/// The machine of the desktop program.
 class DesktopMachine final : public platform::Machine {
   public:
     std::string user_name() const override;
@@ -31,14 +31,14 @@ class DesktopMachine final : public platform::Machine {
     std::minstd_rand generator_{std::random_device{}()};
 };
 
-/// A machine on which no device can be opened.
+/// A machine that can open no device.
 class NoMedia final : public platform::Media {
   public:
     std::string command(const std::string&) override { return "There is no media device of this name."; }
 };
 
-/// Draws windows while an action runs, some twenty-five times a second at most. An action that is soon over is not
-/// shown, so that nothing flickers.
+/// Draws windows while an action runs, at most about twenty-five times a second. A short action is not shown, so that
+/// nothing flickers.
 class ViewDisplay final : public platform::Display {
   public:
     ViewDisplay(EventLoop& events, Views& views);

@@ -17,7 +17,7 @@
 namespace quill::desktop {
 namespace {
 
-/// A framed area for what the program itself has to say.
+/// Makes a framed area for the program's own findings.
 QWidget* note(QLabel* text) {
     auto* area = new QFrame;
     area->setFrameShape(QFrame::StyledPanel);
@@ -32,7 +32,7 @@ QWidget* note(QLabel* text) {
     return area;
 }
 
-/// Gives the focus to the first choice of a page, or to the text to practise on.
+/// Gives the focus to the first choice of a page, or to the text for practising.
 void focus_first(QWidget* page) {
     if (auto* choice = page->findChild<QAbstractButton*>()) {
         choice->setFocus();
@@ -147,7 +147,7 @@ QWidget* RepairView::make_buttons() {
     return area;
 }
 
-/// So large that the main page needs no scrolling.
+/// Returns a size at which the main page needs no scrolling.
 QSize RepairView::best_size() const {
     const int width = std::max(told_size().width(), line_height() * 44);
     const int around = line_height() * 6;

@@ -9,7 +9,8 @@ class QMainWindow;
 
 namespace quill::desktop {
 
-/// The guide that opens when decoding has failed: its main choices, its tutorial and its further options take turns.
+/// The guide that opens when decoding has failed: one of its main choices, its tutorial and its further options shows
+/// at a time.
 class RepairView final : public View {
   public:
     RepairView(decoder::Form3& window, EventLoop& events);

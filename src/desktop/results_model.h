@@ -9,14 +9,14 @@
 
 namespace quill::desktop {
 
-/// The rows of the results list with what is known of their files, which are read when a row is first shown.
+/// The rows of the results list with the facts about their files, which are read when a row is first shown.
 class ResultsModel final : public QAbstractTableModel {
   public:
     enum Column { name_column, size_column, verdict_column, column_count };
 
     explicit ResultsModel(const shell::swit& window) : window_(window) {}
 
-    /// Forgets what it knows of the rows where they have changed, or where `always`. Returns whether it did.
+    /// Forgets the facts about the rows if they have changed, or if `always`. Returns true if it did.
     bool refresh(bool always = false);
 
     struct Row {
@@ -47,10 +47,10 @@ class ResultsModel final : public QAbstractTableModel {
     mutable Signs signs_;
 };
 
-/// What is known of the file, in a few words: "Damaged".
+/// Returns the verdict on the file in a few words: "Damaged".
 QString verdict_text(const ResultsModel::Row& row);
 
-/// The same at length, with the problems found.
+/// Returns the full verdict, with the problems found.
 QString verdict_reasons(const ResultsModel::Row& row);
 
 }  // namespace quill::desktop

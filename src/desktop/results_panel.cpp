@@ -15,12 +15,12 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
-/// The results panel: what was decoded, and what can be done with it.
+/// The results panel: the decoded files and the actions on them.
 namespace quill::desktop {
 namespace {
 
-/// A list whose Enter opens, as a double click does. Its columns are as wide as the rows need that have been in sight:
-/// each row costs a look at its file.
+/// A list in which Enter opens, like a double click. Its columns are as wide as the rows shown so far need: each row
+/// costs a look at its file.
 class ResultsList final : public QTreeView {
   public:
     std::function<void()> opened;
@@ -59,7 +59,7 @@ class ResultsList final : public QTreeView {
     }
 };
 
-/// Returns what is known of a file and, since people look for it next, where it is.
+/// Returns the facts about a file and, since people look for it next, its place.
 QString details_of(const ResultsModel::Row& row) {
     const QString directory = shown_name(files::dir_of(row.result.path));
     return verdict_reasons(row) + QStringLiteral("\n\nIn the directory %1").arg(directory);
@@ -75,7 +75,7 @@ void style_list(QTreeView* list) {
     const int line = list->fontMetrics().height();
     list->setIconSize(QSize(line, line) * 3 / 2);
     list->header()->setStretchLastSection(false);
-    list->header()->setResizeContentsPrecision(0);  // only the rows in sight
+    list->header()->setResizeContentsPrecision(0);  // only the visible rows
     list->header()->setMinimumSectionSize(list->fontMetrics().averageCharWidth() * 4);
     list->header()->setDefaultSectionSize(list->header()->minimumSectionSize());
     list->header()->setSectionResizeMode(ResultsModel::name_column, QHeaderView::Stretch);
@@ -165,7 +165,7 @@ void MainWindowView::bind_results(QTreeView* list) {
             list->setCurrentIndex(results_.index(row, 0));
         }
     };
-    // At once: a list that gets the focus without a current row takes its first one.
+    // Runs at once: a list that gets the focus without a current row selects its first one.
     QObject::connect(&results_, &QAbstractItemModel::modelReset, selection, [selection, show_selected] {
         selection->blockSignals(false);
         show_selected();

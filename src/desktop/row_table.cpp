@@ -64,7 +64,7 @@ void RowTable::take_selection() {
     if (selection_changed) selection_changed();
 }
 
-/// Selects what the list has selected, and shows the current row.
+/// Selects the list's selected rows, and shows the current row.
 void RowTable::show_selection() {
     QItemSelection rows;
     for (const std::size_t item : list_.chosen_rows()) {

@@ -17,7 +17,7 @@ class RowTable : public QTreeView {
   public:
     RowTable(controls::ListBox& list, QString text_when_empty);
 
-    /// Brings rows and selection to what the list holds.
+    /// Updates rows and selection from the list.
     void sync();
 
     std::function<void()> selection_changed;  ///< the list has the new selection
@@ -26,12 +26,12 @@ class RowTable : public QTreeView {
   protected:
     /// Shows `rows`, which must outlive the table, with the first column as wide as there is room.
     void show_rows(QAbstractItemModel& rows);
-    /// Makes each column as wide as the longest text that it usually has.
+    /// Makes each column as wide as its usual longest text.
     void size_columns(std::initializer_list<std::pair<int, const char*>> widest);
 
-    /// Takes the rows again where the list has others.
+    /// Reads the rows again if the list has changed.
     virtual void refresh_rows() = 0;
-    /// The list's item in a row of the table, and the other way round; -1 where no row has it.
+    /// Convert a row of the table to the list's item, and back; -1 if no row has it.
     virtual std::size_t item_at(int row) const { return static_cast<std::size_t>(row); }
     virtual int row_of(std::size_t item) const { return static_cast<int>(item); }
 

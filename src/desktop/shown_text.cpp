@@ -72,7 +72,7 @@ QString breakable(const QString& text, int longest) {
     QString broken;
     QTextBoundaryFinder words(QTextBoundaryFinder::Line, text);
     QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
-    qsizetype line = 0;  // where what can't be broken yet begins
+    qsizetype line = 0;  // the beginning of the part that can't be broken yet
     for (qsizetype at = 0, next = characters.toNextBoundary(); next >= 0; next = characters.toNextBoundary()) {
         words.setPosition(at);
         if (words.isAtBoundary()) line = at;

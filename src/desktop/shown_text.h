@@ -7,39 +7,39 @@
 #include <string>
 #include <string_view>
 
-/// Where the program's 8-bit text becomes Unicode, and back.
+/// Conversion of the program's 8-bit text to Unicode, and back.
 namespace quill::desktop {
 
-/// Returns whether `character` is drawn as itself. Control, formatting and text-direction characters are
-/// not; line and paragraph separators, noncharacters and halves of surrogate pairs are not either.
+/// Returns true if `character` is drawn as itself. Control, formatting and text-direction characters, line and
+/// paragraph separators, noncharacters and halves of surrogate pairs are not.
 bool is_visible(char32_t character);
 
-/// Returns `bytes` as shown: read as UTF-8 where valid, else as Windows-1252. What is not visible, but for line ends
-/// and tabs, becomes U+FFFD.
+/// Returns `bytes` for display: read as UTF-8 if valid, else as Windows-1252. Invisible characters except line ends and
+/// tabs become U+FFFD.
 QString shown(std::string_view bytes);
 
-/// Returns a name as shown: as `shown`, and line ends and tabs become U+FFFD too.
+/// Returns a name for display: like `shown`, with line ends and tabs as U+FFFD too.
 QString shown_name(std::string_view bytes);
 
-/// Returns `text` as a window's title, in which Qt takes "[*]" for the place of its mark of changes.
+/// Returns `text` escaped for a window's title, in which Qt replaces "[*]" with its mark of changes.
 QString window_title(const QString& text);
 
-/// Returns `text` as a tool tip that shows it as it is, whatever markup it contains, in lines that wrap.
+/// Returns `text` as a tool tip that shows it unchanged, whatever markup it contains, in lines that wrap.
 QString tool_tip(const QString& text);
 
-/// A message as shown: line ends of any kind are one, and the blanks that begin and end it are left out.
+/// Returns a message for display: with uniform line ends and without blanks at the beginning and the end.
 QString shown_message(std::string_view bytes);
 
-/// `text` with a place to break, U+200B, within words of more than `longest` characters.
+/// Returns `text` with places to break, U+200B, in words of more than `longest` characters.
 QString breakable(const QString& text, int longest = 32);
 
-/// What the user typed, as UTF-8.
+/// Returns the user's input as UTF-8.
 std::string typed(const QString& text);
 
-/// A size for people: "812 bytes", "1.4 MB".
+/// Returns a size for people: "812 bytes", "1.4 MB".
 QString shown_size(std::uint64_t bytes);
 
-/// The file at the absolute path `path`, whose bytes need not be UTF-8.
+/// Returns the address of the file at the absolute path `path`, whose bytes need not be UTF-8.
 QUrl file_url(std::string_view path);
 
 }  // namespace quill::desktop

@@ -13,13 +13,13 @@
 namespace quill::desktop {
 namespace {
 
-constexpr int drawn_size = 128;  // pixels; scaled down where it is shown
+constexpr int drawn_size = 128;  // pixels; scaled down for display
 
 const QColor good(0x2e, 0x9e, 0x5b);
 const QColor plain(0x3b, 0x82, 0xc4);
 const QColor bad(0xd9, 0x7a, 0x06);
 
-/// An icon that looks the same in a selected row.
+/// Returns an icon that looks the same in a selected row.
 QIcon icon_of(const QPixmap& picture) {
     QIcon icon(picture);
     icon.addPixmap(picture, QIcon::Selected);
@@ -31,7 +31,7 @@ QPen thick(const QColor& colour) {
 }
 
 void paint_tick(QPainter& painter, const QColor& colour) {
-    painter.setPen(QPen(Qt::white, 8));  // stands out in a selected row too
+    painter.setPen(QPen(Qt::white, 8));  // visible in a selected row too
     painter.setBrush(colour);
     painter.drawEllipse(QRectF(8, 8, 112, 112));
     painter.setPen(thick(Qt::white));
@@ -48,7 +48,7 @@ void paint_warning(QPainter& painter) {
     painter.drawPoint(QPointF(64, 97));
 }
 
-/// A colour for what kind of file it is.
+/// Returns a colour for the kind of file.
 QColor band_colour(const QMimeType& type) {
     static constexpr std::array<std::pair<const char*, QRgb>, 6> colours = {{{"image/", 0xff2f8f6b},
                                                                              {"audio/", 0xff9a4fb5},

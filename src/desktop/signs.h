@@ -10,22 +10,21 @@
 
 namespace quill::desktop {
 
-/// The small signs of a list. Each is looked up or drawn when it is first asked for, and kept: a list of many files has
-/// few types.
+/// The small signs of a list. Each is looked up or drawn on first use, and kept: a list of many files has few types.
 class Signs {
   public:
     /// Returns the sign of a verdict: a tick, or a warning.
     const QIcon& of_verdict(codec::Verdict verdict);
 
-    /// Returns the icon of the type of the file called `name`: the desktop's icon `theme_name`, else a sheet of our own
-    /// that shows the name's extension.
+    /// Returns the icon of the type of the file called `name`: the desktop's icon `theme_name`, else our own sheet with
+    /// the name's extension.
     const QIcon& of_type(const QString& theme_name, const QString& name);
 
     /// Counts the icons that were looked up or drawn.
     std::size_t made() const { return made_; }
 
   private:
-    static constexpr int most = 128;  ///< kept at once: a drawn one takes 64 kB
+    static constexpr int most = 128;  ///< kept at the same time: a drawn one takes 64 kB
 
     template <class Make>
     const QIcon& find(const QString& key, const Make& make);

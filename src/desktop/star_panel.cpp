@@ -10,7 +10,7 @@
 namespace quill::desktop {
 namespace {
 
-constexpr int panel_width = 8810;  // twips that the stars' coordinates go to
+constexpr int panel_width = 8810;  // range of the stars' coordinates in twips
 constexpr int frame_time = 35;     // milliseconds
 constexpr int frames_a_step = StarPanel::step_time / frame_time;
 constexpr qreal largest = 1.5;  // pixels

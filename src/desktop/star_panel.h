@@ -9,19 +9,19 @@
 
 namespace quill::desktop {
 
-/// The dark panel behind the options. Between two steps of the stars it draws them on their way, so that few steps make
-/// a calm movement.
+/// The dark panel behind the options. It draws the stars in motion between two steps, so that few steps make a smooth
+/// movement.
 class StarPanel final : public QWidget {
   public:
     explicit StarPanel(shell::StarField& field, QWidget* parent = nullptr);
     ~StarPanel() override;
 
-    static constexpr int step_time = 140;  ///< milliseconds that the way of one step takes
+    static constexpr int step_time = 140;  ///< milliseconds of one step's movement
 
-    /// The stars have moved a step.
+    /// Handles a step of the stars.
     void step();
 
-    /// Called when the pointer moves over a part of the panel that is nothing else.
+    /// Is called when the pointer moves over an otherwise empty part of the panel.
     std::function<void()> reached;
 
   protected:
@@ -50,7 +50,7 @@ class StarPanel final : public QWidget {
     int frame_ = 0;
 };
 
-/// Whether the user's desktop asks for no moving decoration.
+/// Returns true if the user's desktop asks for no moving decoration.
 bool wants_still_pictures(const QWidget& widget);
 
 }  // namespace quill::desktop

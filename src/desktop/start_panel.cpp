@@ -15,7 +15,7 @@ namespace {
 const QColor title_colour(0xf4, 0xf7, 0xff);
 const QColor quiet_colour(0xb4, 0xbf, 0xdb);
 
-/// A label on the dark panel, `growth` times as large as usual text.
+/// Makes a label on the dark panel, `growth` times as large as usual text.
 QLabel* light_label(const QColor& colour, double growth, bool bold = false) {
     QLabel* label = text_label(growth, bold);
     QPalette palette = label->palette();
@@ -24,7 +24,7 @@ QLabel* light_label(const QColor& colour, double growth, bool bold = false) {
     return label;
 }
 
-/// An area of the panel with nothing of its own, behind which the stars are seen.
+/// Makes an empty area of the panel through which the stars are visible.
 QWidget* empty_area() {
     auto* area = new QWidget;
     area->setProperty("empty", true);
@@ -93,7 +93,7 @@ QWidget* MainWindowView::make_option(int index) {
 QWidget* MainWindowView::make_progress() {
     QWidget* area = empty_area();
     QSizePolicy policy = area->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);  // the options stay where they are when it comes and goes
+    policy.setRetainSizeWhenHidden(true);  // the options keep their places when it appears and disappears
     area->setSizePolicy(policy);
     bind(w_.Picture5, area);
     auto* layout = new QGridLayout(area);

@@ -3,7 +3,7 @@
 class QAbstractButton;
 class QObject;
 
-/// The buttons that stop a long run: the only ones that do something while it goes on.
+/// The buttons that stop a long run: the only ones that act during it.
 namespace quill::desktop {
 
 /// Makes `button` one of them.
@@ -11,7 +11,7 @@ void mark_stop_button(QAbstractButton* button);
 
 bool is_stop_button(const QObject* object);
 
-/// Presses the one that is on the screen, if there is one.
+/// Presses the visible one, if any.
 void press_stop_button();
 
 }  // namespace quill::desktop

@@ -28,7 +28,7 @@ namespace {
 
 constexpr std::uint64_t most_bytes = 64U << 20U;
 
-/// An edit whose copied text keeps every character: Qt's own turns no-break spaces into blanks.
+/// A text field whose copied text keeps every character: Qt's own turns no-break spaces into blanks.
 class ExactTextEdit final : public QPlainTextEdit {
   protected:
     QMimeData* createMimeDataFromSelection() const override {
@@ -38,7 +38,7 @@ class ExactTextEdit final : public QPlainTextEdit {
     }
 };
 
-/// A box with one text, shown as it is.
+/// Shows a box with one plain text.
 QMessageBox::StandardButton show_box(QWidget* parent, QMessageBox::Icon icon, const QString& text,
                                      QMessageBox::StandardButtons buttons = QMessageBox::Ok) {
     QMessageBox box(icon, QStringLiteral("Text editor"), QString(), buttons, parent);

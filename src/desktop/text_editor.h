@@ -15,18 +15,18 @@ namespace quill::desktop {
 
 /// A small text editor, for machines where the user has none: open, find, save, line and column.
 ///
-/// Bytes that the user does not touch are saved as they were, whatever they are (text_form.h). Where the document could
-/// not give them back, the file can only be read.
+/// Bytes that the user does not touch are saved unchanged, whatever they are (text_form.h). If the document could not
+/// reproduce them, the file is read-only.
 class TextEditor final : public QMainWindow {
   public:
     explicit TextEditor(QWidget* parent = nullptr);
 
-    /// Reads the file. On failure the editor stays as it was.
+    /// Reads the file. On failure the editor does not change.
     Status open(const std::string& path);
     /// Writes the text over its file, in one step.
     Status save();
 
-    /// Looks for `what` from the cursor on, round the end; whether it was found.
+    /// Searches for `what` from the cursor, wrapping around; returns true if it was found.
     bool find(const QString& what, bool backwards = false);
 
     QPlainTextEdit& text() const { return *text_; }
@@ -55,10 +55,10 @@ class TextEditor final : public QMainWindow {
     bool can_be_saved_ = true;
 };
 
-/// Opens a text editor on `path` in a window of its own; says so where the file cannot be read.
+/// Opens a text editor on `path` in its own window; reports a file that cannot be read.
 void edit_in_window(const std::string& path);
 
-/// Closes the editors that are open, but for those with unsaved changes: waits until the user has closed these.
+/// Closes the open editors, except those with unsaved changes: waits until the user has closed these.
 void wait_for_editors();
 
 }  // namespace quill::desktop

@@ -14,12 +14,12 @@
 namespace quill::desktop {
 namespace {
 
-/// Editors that need a terminal, which this program does not have.
+/// Editors that need a terminal, which this program does not provide.
 constexpr std::array<std::string_view, 16> terminal_editors = {"ed",    "ex",   "vi",  "vim",        "nvi",  "nvim",
                                                                "view",  "nano", "joe", "jed",        "pico", "mcedit",
                                                                "micro", "ne",   "hx",  "emacsclient"};
 
-constexpr int answer_time = 2000;  // milliseconds that a question to the desktop may take
+constexpr int answer_time = 2000;  // milliseconds for the desktop to answer a question
 
 Command words_of(std::string_view line) {
     Command words;
@@ -42,7 +42,7 @@ std::optional<Command> command_of_variable(const char* variable, const std::stri
     return words;
 }
 
-/// The value of `key` in the entry's main group.
+/// Returns the value of `key` in the entry's main group.
 std::string_view value_of(std::string_view entry, std::string_view key) {
     bool in_main_group = false;
     while (!entry.empty()) {
@@ -59,7 +59,7 @@ std::string_view value_of(std::string_view entry, std::string_view key) {
     return {};
 }
 
-/// The file name of the desktop entry that opens plain text, as the desktop answers it.
+/// Returns the file name of the desktop entry for opening plain text, as reported by the desktop.
 QString entry_for_plain_text() {
     QProcess question;
     question.start(QStringLiteral("xdg-mime"),

@@ -5,18 +5,18 @@
 #include <string_view>
 #include <vector>
 
-/// The user's own text editor: one that opens a window of its own.
+/// The user's own text editor: one with its own window.
 namespace quill::desktop {
 
 /// A program with its arguments.
 using Command = std::vector<std::string>;
 
-/// The command that the desktop entry `entry` (freedesktop.org desktop entries, key Exec) starts for the file `path`.
-/// Nullopt for one that runs in a terminal, is hidden, or takes no file.
+/// Returns the command that the desktop entry `entry` (freedesktop.org desktop entries, key Exec) starts for the file
+/// `path`. Nullopt for one that runs in a terminal, is hidden, or accepts no file.
 std::optional<Command> command_of_entry(std::string_view entry, const std::string& path);
 
-/// The command that opens `path` in the user's text editor: $VISUAL or $EDITOR where that is no terminal program, else
-/// the desktop's program for text/plain. Nullopt where there is none but terminal programs.
+/// Returns the command that opens `path` in the user's text editor: $VISUAL or $EDITOR if that is not a terminal
+/// program, else the desktop's program for text/plain. Nullopt if there are only terminal programs.
 std::optional<Command> editor_command(const std::string& path);
 
 }  // namespace quill::desktop

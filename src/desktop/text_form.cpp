@@ -41,7 +41,7 @@ const CodePage& windows_1252() {
     return page;
 }
 
-/// Returns the length of the UTF-8 character that `s` begins with; 0 where it begins with none.
+/// Returns the length of the UTF-8 character at the beginning of `s`; 0 if there is none.
 std::size_t utf8_length(std::string_view s) {
     for (std::size_t length = 1; length <= std::min<std::size_t>(4, s.size()); ++length) {
         if (text::is_utf8(s.substr(0, length))) return length;
@@ -60,7 +60,7 @@ bool is_mostly_utf8(std::string_view bytes) {
     return valid >= stray;
 }
 
-/// Returns the line end that `s` begins with; empty where it begins with none.
+/// Returns the line end at the beginning of `s`; empty if there is none.
 std::string_view line_end_at(std::string_view s) {
     if (s.starts_with("\r\n")) return "\r\n";
     if (s.starts_with('\r')) return "\r";
@@ -114,7 +114,7 @@ class TextReader {
         take(length == 0 ? char32_t{0} : text::next_character(character), std::max<std::size_t>(length, 1));
     }
 
-    /// Takes `length` bytes, as `character` where that can be shown.
+    /// Reads `length` bytes, as `character` if that can be shown.
     void take(char32_t character, std::size_t length) {
         if (is_visible(character)) {
             out_.text += QChar::fromUcs4(character);
@@ -129,13 +129,13 @@ class TextReader {
     FileText& out_;
 };
 
-/// Returns the character that `text` has at `at`: one unit, or a surrogate pair.
+/// Returns the character of `text` at `at`: one unit, or a surrogate pair.
 QStringView character_at(QStringView text, qsizetype at) {
     const bool pair = text[at].isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate();
     return text.mid(at, pair ? 2 : 1);
 }
 
-/// Writes characters, but for line ends, in the encoding of a form.
+/// Writes characters, except line ends, in the encoding of a form.
 class CharacterWriter {
   public:
     CharacterWriter(const TextForm& form, std::string& out) : utf8_(form.utf8), out_(out) {}

@@ -17,11 +17,11 @@ namespace quill::desktop {
 namespace {
 
 constexpr int twips_per_pixel = 15;
-constexpr double usual_font_height = 17;  // pixels of the font that the told sizes were made for
+constexpr double usual_font_height = 17;  // pixels of the font for which the specified sizes were made
 
 }  // namespace
 
-/// Hands the closing of a window in: whether it closes is for the program to say.
+/// Passes on the closing of a window: the program decides whether it closes.
 class View::CloseFilter final : public QObject {
   public:
     explicit CloseFilter(View& view) : QObject(view.frame_), view_(view) {}
@@ -47,7 +47,7 @@ class View::CloseFilter final : public QObject {
 View::View(controls::Window& window, QWidget* frame, EventLoop& events)
     : window_(window), frame_(frame), events_(events) {
     frame->installEventFilter(new CloseFilter(*this));
-    frame->setAttribute(Qt::WA_KeyboardFocusChange);  // the focus shows from the first, not only after a Tab
+    frame->setAttribute(Qt::WA_KeyboardFocusChange);  // the focus shows from the beginning, not only after a Tab
 }
 
 View::~View() {

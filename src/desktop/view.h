@@ -29,11 +29,11 @@ class DirectoryList;
 class DriveBox;
 class OptionButton;
 
-/// A value as it was last drawn.
+/// The last drawn value.
 template <class T>
 class Drawn {
   public:
-    /// Calls draw(value) where `value` is not what was drawn last.
+    /// Calls draw(value) if `value` differs from the last drawn one.
     template <class F>
     void update(const T& value, F&& draw) {
         if (last_ && *last_ == value) return;
@@ -45,8 +45,8 @@ class Drawn {
     std::optional<T> last_;
 };
 
-/// What draws one window of the program. It binds each control to a widget of the control's name; `sync` brings the
-/// widgets to what the controls hold, and what the user does with a widget is handed in to its control's actions.
+/// Draws one window of the program. It binds each control to a widget of the control's name; `sync` updates the widgets
+/// from the controls, and user input to a widget runs its control's actions.
 ///
 /// A view decides how things look, never what they do.
 class View {
@@ -60,14 +60,14 @@ class View {
     controls::Window& window() const { return window_; }
     QWidget& frame() const { return *frame_; }
 
-    /// Draws what has changed since the last call, and shows or hides the window.
+    /// Draws the changes since the last call, and shows or hides the window.
     void sync();
 
-    /// The window was unloaded: takes it off the screen and hands nothing in any more.
+    /// Handles the unloading of the window: removes it from the screen and passes on no more input.
     void retire();
 
   protected:
-    /// Takes the names and roles of the controls of `w`, from its visit_controls.
+    /// Reads the names and roles of the controls of `w` from its visit_controls.
     template <class W>
     void name_controls(W& w) {
         visit_controls(w, [this](const std::string& name, const char* role, controls::Control& control) {
@@ -75,25 +75,25 @@ class View {
         });
     }
 
-    /// Runs an action of the window for something that the user did.
+    /// Runs an action of the window for an input of the user.
     void hand_in(const controls::Action& action);
 
-    /// Does `draw` at each sync; it must be cheap where nothing has changed.
+    /// Runs `draw` at each sync; it must be cheap if nothing has changed.
     void on_sync(std::function<void()> draw) { draws_.push_back(std::move(draw)); }
 
-    // Binding gives the widget the control's name and role, keeps the two alike, and returns the widget.
+    // Binding gives the widget the control's name and role, keeps the two in step, and returns the widget.
 
     QLabel* bind(controls::Label& label, QLabel* widget);
     OptionButton* bind(controls::Label& label, OptionButton* widget);
     QWidget* bind(controls::Label& label, QWidget* widget);
     QAbstractButton* bind(controls::Button& button, QAbstractButton* widget);
-    /// A button that stops a long run: pressed, it acts in the middle of that.
+    /// Binds a button that stops a long run: when pressed, it acts in the middle of the run.
     QAbstractButton* bind_stop(controls::Button& button, QAbstractButton* widget);
     QCheckBox* bind(controls::CheckBox& box, QCheckBox* widget);
     QAction* bind(controls::MenuItem& item, QAction* action);
-    /// The item's `click` runs when the menu opens.
+    /// Binds the menu; the item's `click` runs when it opens.
     QMenu* bind(controls::MenuItem& item, QMenu* menu);
-    /// Binds the menu and adds its items, of which those called "-" are lines.
+    /// Binds the menu and adds its items; those called "-" are lines.
     QMenu* bind(controls::MenuItem& item, QMenu* menu, const std::vector<controls::MenuItem*>& items);
     QLineEdit* bind(controls::TextBox& box, QLineEdit* widget);
     QPlainTextEdit* bind(controls::TextBox& box, QPlainTextEdit* widget);
@@ -102,34 +102,33 @@ class View {
     DirectoryList* bind(controls::DirListBox& list, DirectoryList* widget);
     DriveBox* bind(controls::DriveListBox& list, DriveBox* widget);
 
-    /// One of `group`, which holds every choice of its group. A choice that acts at once is an OptionButton, any other
-    /// a radio button.
+    /// Binds one of `group`, which contains every choice of its group. A choice that acts at once is an OptionButton,
+    /// any other a radio button.
     QAbstractButton* bind(controls::Choice& choice, QAbstractButton* widget, std::vector<controls::Choice*> group);
 
-    /// A progress bar: `part` is how far along `whole` it is.
+    /// Binds a progress bar: the position of `part` in `whole` is the progress.
     QProgressBar* bind(controls::Picture& whole, controls::Picture& part, QProgressBar* widget);
 
-    /// Runs the timer while `widget` is on the screen, at its own interval but never faster than each `at_least`
-    /// milliseconds.
+    /// Runs the timer while `widget` is visible, at its own interval but at most every `at_least` milliseconds.
     void bind(controls::Timer& timer, QWidget* widget, int at_least);
 
-    /// Gives `object` the name of `control`, and the role for those who cannot see it.
+    /// Gives `object` the name of `control`, and its role for assistive technology.
     void adopt(const controls::Control& control, QObject* object);
     const std::string& role(const controls::Control& control) const { return names_.at(&control).role; }
 
-    /// The size that the window was told to have, grown with the font.
+    /// Returns the window's specified size, enlarged with the font.
     QSize told_size() const;
 
-    /// The size to open with, where the screen has room for it.
+    /// Returns the size to open with, if the screen has room for it.
     virtual QSize best_size() const { return told_size(); }
 
-    /// Destroys the widgets; a view whose members they use calls this first when it is destroyed.
+    /// Destroys the widgets; a view with members that they use calls this first in its destructor.
     void destroy_frame();
 
-    /// What to do when the window has come onto the screen.
+    /// Is called when the window has appeared on the screen.
     virtual void on_shown() {}
 
-    /// Puts the frame on the screen, or takes it off.
+    /// Shows the frame, or hides it.
     virtual void show_or_hide(bool visible);
 
     EventLoop& events() const { return events_; }
@@ -142,11 +141,11 @@ class View {
 
     void sync_frame();
     void place();
-    /// Makes the window as tall as its texts need when wrapped to its width, where the screen has room for it.
+    /// Makes the window as tall as its texts need when wrapped to its width, if the screen has room for it.
     void grow_to_content();
     /// Gives a button its name, caption and state.
     QAbstractButton* bind_look(controls::Button& button, QAbstractButton* widget);
-    /// Shows and enables `widget` as `control` says.
+    /// Shows and enables `widget` according to `control`.
     void bind_state(const controls::Control& control, QWidget* widget);
 
     controls::Window& window_;

@@ -14,13 +14,13 @@
 
 namespace quill::desktop {
 
-/// The views of the windows that are loaded.
+/// The views of the loaded windows.
 class Views {
   public:
     Views(controls::Windows& windows, EventLoop& events);
     ~Views();
 
-    /// Has windows of type W drawn by views of type V, which get `shared` too; it must outlive them.
+    /// Assigns views of type V to windows of type W; they also get `shared`, which must outlive them.
     template <class W, class V, class... Shared>
     void add(Shared&... shared) {
         makers_[typeid(W)] = [this, &shared...](controls::Window& window) -> std::unique_ptr<View> {
@@ -28,16 +28,16 @@ class Views {
         };
     }
 
-    /// Destroys all views; their windows are not drawn again.
+    /// Destroys all views; their windows are no longer drawn.
     void close_all();
 
-    /// Makes the views of new windows, takes those of unloaded ones off the screen, draws what has changed in all.
+    /// Makes the views of new windows, removes those of unloaded ones from the screen, and draws all changes.
     void sync_all();
 
-    /// Draws what has changed in `window`.
+    /// Draws the changes in `window`.
     void sync(controls::Window& window);
 
-    /// The view of `window`, or nullptr.
+    /// Returns the view of `window`, or nullptr.
     View* view_of(const controls::Window& window) const;
 
   private:
@@ -45,17 +45,17 @@ class Views {
 
     void remove_unloaded();
     void make_missing();
-    /// Destroys views and windows that are gone, once nothing runs in them.
+    /// Destroys views and windows that are gone, once nothing is running in them.
     void collect();
 
     controls::Windows& windows_;
     EventLoop& events_;
-    QObject alive_;  ///< what is to be done later is dropped with it
+    QObject alive_;  ///< pending later work is dropped with it
     std::map<std::type_index, Maker> makers_;
     std::vector<std::unique_ptr<View>> views_;
     std::vector<std::unique_ptr<View>> retired_;
     bool syncing_ = false;
-    bool sync_again_ = false;  ///< drawing has set off another event
+    bool sync_again_ = false;  ///< drawing has caused another event
     bool collects_soon_ = false;
 };
 

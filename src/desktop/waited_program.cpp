@@ -21,7 +21,7 @@ using platform::ProgramResult;
 constexpr int time_between_questions = 20;  // milliseconds
 constexpr int rounds_of_grace = 50;         // between asking a program to end and killing it
 
-/// In the child: becomes the program, in a process group of its own. Writes into `report` where that fails.
+/// Becomes the program, in the child, in its own process group. On failure writes into `report`.
 [[noreturn]] void become(char* const* argv, int report) {
     setpgid(0, 0);
     const int nowhere = open("/dev/null", O_RDWR | O_CLOEXEC);
@@ -32,7 +32,7 @@ constexpr int rounds_of_grace = 50;         // between asking a program to end a
     _exit(written == 1 ? 126 : 127);
 }
 
-/// Calls `call` until no signal interrupts it; returns its answer.
+/// Calls `call` until no signal interrupts it; returns its result.
 template <class Call>
 auto again_after_signals(Call&& call) {
     auto answer = call();
@@ -40,7 +40,7 @@ auto again_after_signals(Call&& call) {
     return answer;
 }
 
-/// A process that is waited for. Its group does not survive this object.
+/// A process to wait for. Its group does not survive this object.
 class Child {
   public:
     explicit Child(pid_t process) : process_(process) { setpgid(process, process); }
@@ -57,7 +57,7 @@ class Child {
         return ended_;
     }
 
-    /// Ends the process and its group: politely, then not.
+    /// Ends the process and its group: first with a request, then by force.
     void end() {
         kill(-process_, SIGTERM);
         for (int round = 0; round < rounds_of_grace && !has_ended(); ++round) continue;
@@ -82,7 +82,7 @@ class Child {
 
     pid_t process_;
     bool ended_ = false;
-    std::optional<int> status_;  ///< absent where the system keeps none: SIGCHLD is ignored
+    std::optional<int> status_;  ///< absent if the system keeps none: SIGCHLD is ignored
 };
 
 }  // namespace
@@ -100,7 +100,7 @@ ProgramResult WaitedPrograms::run(const std::string& path, const std::vector<std
     if (process == 0) become(words.argv(), report[1]);
     close(report[1]);
     char failed = 0;
-    // An exec that works closes the pipe.
+    // A successful exec closes the pipe.
     const bool not_started = process < 0 || again_after_signals([&] { return read(report[0], &failed, 1); }) != 0;
     close(report[0]);
     if (process < 0) return {};

@@ -8,7 +8,7 @@
 
 namespace quill::desktop {
 
-/// Programs on the search path, as processes of this one.
+/// Programs on the search path, run as child processes.
 class WaitedPrograms final : public platform::Programs {
   public:
     std::string find(const std::string& program) override;

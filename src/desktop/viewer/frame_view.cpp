@@ -23,7 +23,7 @@ void FrameView::show_or_hide(bool visible) {
     if (visible) viewer_frame_.setGeometry(viewer_frame_.screen()->availableGeometry());
     visible ? viewer_frame_.showMaximized() : viewer_frame_.hide();
     if (!visible) return;
-    // At the start of the program the window manager may show the main window after this one, and over it.
+    // At the start of the program the window manager may show the main window after this one, and above it.
     constexpr int until_shown = 150;  // milliseconds
     QTimer::singleShot(until_shown, &viewer_frame_, [this] {
         viewer_frame_.raise();

@@ -6,7 +6,7 @@
 
 namespace quill::desktop {
 
-/// The viewer's frame. Views of the windows in it find it on the desk.
+/// The viewer's frame. Views of the windows in it find it through the desk.
 class FrameView final : public View {
   public:
     FrameView(viewer::frmMDI& window, EventLoop& events, ViewerDesk& desk);

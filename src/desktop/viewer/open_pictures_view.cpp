@@ -15,7 +15,7 @@
 namespace quill::desktop {
 namespace {
 
-/// Shows the selected picture in its proportions, never larger than it is.
+/// Shows the selected picture in its proportions, never enlarged.
 class PreviewPane final : public QWidget {
   public:
     explicit PreviewPane(const viewer::ShownPicture& picture) : picture_(picture) {

@@ -8,7 +8,7 @@ class QListWidget;
 
 namespace quill::desktop {
 
-/// The window through which pictures come into the viewer: directories, their pictures, and a preview.
+/// The window that brings pictures into the viewer: directories, their pictures, and a preview.
 class OpenPicturesView final : public View {
   public:
     OpenPicturesView(viewer::frmOpen& window, EventLoop& events, ViewerDesk& desk);

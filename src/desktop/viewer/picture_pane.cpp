@@ -21,9 +21,9 @@ namespace {
 constexpr int line_step = 20;                    // pixels that a scroll bar moves by
 constexpr double wheel_step = 1.15;              // a notch of the wheel zooms by this factor
 constexpr double notch = 120;                    // of a wheel
-constexpr double most_scaled_ahead = 4'000'000;  // pixels of a picture that is scaled once, not at each drawing
+constexpr double most_scaled_ahead = 4'000'000;  // pixels of a picture that is scaled once, not for each drawing
 
-/// Draws the squares that show through transparent pixels.
+/// Draws the squares visible through transparent pixels.
 void draw_squares(QPainter& painter, const QRectF& area, const QPalette& palette) {
     constexpr int side = 8;
     QPixmap squares(2 * side, 2 * side);

@@ -9,25 +9,25 @@
 
 namespace quill::desktop {
 
-/// Shows the picture of a window, scrolled where it is larger than the pane. It keeps the window's scroll bars in step
-/// with its own, which show the whole picture from its first pixel on.
+/// Shows the picture of a window, scrolled if it is larger than the pane. It keeps the window's scroll bars in step
+/// with its own, which cover the whole picture from its first pixel.
 class PicturePane final : public QAbstractScrollArea {
   public:
     explicit PicturePane(viewer::frmPic& window);
 
-    /// Draws what has changed.
+    /// Draws the changes.
     void sync();
 
-    /// Returns what the scroll bars take of a pane of `size` in which the picture is too large one way.
+    /// Returns how much of a pane of `size` the scroll bars take if the picture is too large in one direction.
     QSize bars_beside(QSize size) const;
 
-    std::function<void(double factor, QPointF at)> zoomed;  ///< at a point, in the screen's own pixels
+    std::function<void(double factor, QPointF at)> zoomed;  ///< called with a point in the screen's own pixels
     std::function<void(double right, double down)> panned;
     std::function<void()> closed;
     std::function<void(QPoint at)> menu_wanted;  ///< in the screen's coordinates
-    std::function<void()> scrolled;              ///< a scroll bar was moved; the window's bars are where it is
+    std::function<void()> scrolled;              ///< a scroll bar was moved; the window's bars already agree with it
     std::function<void(QSize size)> resized;
-    std::function<bool(int key)> key_pressed;  ///< returns whether the key means something
+    std::function<bool(int key)> key_pressed;  ///< returns true if the key has a meaning
 
   protected:
     void paintEvent(QPaintEvent* event) override;

@@ -22,7 +22,7 @@ constexpr int twips_per_pixel = 15;
 constexpr int column_width = 1815;                    // twips
 constexpr int frame_width = 120, frame_height = 500;  // twips of a window around its picture
 
-/// What a key does.
+/// The action of a key.
 enum class Does { nothing, next, previous, larger, smaller, fit, natural, whole_screen, leave };
 
 Does meaning_of(int key) {
@@ -87,7 +87,7 @@ PictureView::PictureView(viewer::frmPic& window, EventLoop& events, ViewerDesk& 
     on_sync([this, whole = false]() mutable {
         if (std::exchange(whole, w_.full_screen) == w_.full_screen || !desk_.frame || sub_window_ == nullptr) return;
         desk_.frame->set_whole_screen(w_.full_screen);
-        sub_window_->setWindowFlag(Qt::FramelessWindowHint, w_.full_screen);  // no title over the picture
+        sub_window_->setWindowFlag(Qt::FramelessWindowHint, w_.full_screen);  // no title above the picture
         w_.full_screen ? sub_window_->showMaximized() : sub_window_->showNormal();
         pane_->setFocus();
     });
@@ -220,7 +220,7 @@ QMenu* PictureView::make_window_menu() {
 }
 
 void PictureView::list_windows(QMenu* menu) {
-    constexpr int own_items = 4;  // with the line below them
+    constexpr int own_items = 4;  // including the line below them
     const QList<QAction*> actions = menu->actions();
     for (qsizetype i = own_items; i < actions.size(); ++i) delete actions[i];
     if (!desk_.frame) return;
@@ -260,7 +260,7 @@ void PictureView::show_or_hide(bool visible) {
     pane_->setFocus();
 }
 
-/// Takes the size that the user gave the window, and lays its picture out in it.
+/// Stores the user's size of the window, and lays out its picture in it.
 void PictureView::take_size(QSize client) {
     if (!w_.visible || client.isEmpty()) return;
     const int width = client.width() * twips_per_pixel + frame_width;
@@ -274,7 +274,7 @@ void PictureView::take_size(QSize client) {
     });
 }
 
-/// Gives the window the place that the program has decided on.
+/// Moves the window to the place chosen by the program.
 void PictureView::place() {
     if (sub_window_ == nullptr) return;
     placed_.update({w_.left, w_.top, w_.width, w_.height}, [&](const std::array<int, 4>& to) {

@@ -15,7 +15,7 @@
 namespace quill::desktop {
 namespace {
 
-/// Brings the rows of `widget` to those of `list`.
+/// Updates the rows of `widget` from `list`.
 void show_rows(const controls::ListBox& list, QListWidget* widget) {
     const QSignalBlocker quiet(widget);
     widget->clear();

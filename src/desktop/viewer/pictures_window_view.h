@@ -5,7 +5,7 @@
 
 namespace quill::desktop {
 
-/// The window that manages the favorites lists, copies their pictures, and shows how far long work is.
+/// The window that manages the favorites lists, copies their pictures, and shows the progress of long work.
 class PicturesWindowView final : public View {
   public:
     PicturesWindowView(viewer::SavPic& window, EventLoop& events);

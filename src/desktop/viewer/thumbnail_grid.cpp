@@ -29,7 +29,7 @@ QSize cell_size() {
     return {picture_side + 2 * padding() + 4, picture_side + line_height() + 3 * padding()};
 }
 
-/// The name that a cell shows: a stored thumbnail shows the name of its picture.
+/// Returns the name that a cell shows: for a stored thumbnail the name of its picture.
 QString name_of(const std::string& path) {
     const std::string name = files::name_of(path);
     return shown_name(viewer::is_album_thumbnail(name) ? viewer::picture_of_album_thumbnail(name) : name);
@@ -180,7 +180,7 @@ void ThumbnailGrid::mouseReleaseEvent(QMouseEvent* event) {
     if (opened) opened(static_cast<std::size_t>(index.row()));
 }
 
-/// The first click has opened the picture.
+/// Does nothing: the first click has opened the picture.
 void ThumbnailGrid::mouseDoubleClickEvent(QMouseEvent*) {
     double_clicked_ = true;
 }

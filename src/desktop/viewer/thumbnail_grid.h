@@ -15,7 +15,7 @@ class ThumbnailModel final : public QAbstractListModel {
   public:
     explicit ThumbnailModel(viewer::tittwo& column) : w_(column) {}
 
-    /// Takes the list as it is now. Returns true where it has changed.
+    /// Reads the current list. Returns true if it has changed.
     bool refresh();
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -23,7 +23,7 @@ class ThumbnailModel final : public QAbstractListModel {
 
     const std::string& path(int row) const;
 
-    /// The row's picture has come.
+    /// Reports that the row's picture has arrived.
     void announce(const std::string& path, int first, int last);
 
   private:
@@ -33,7 +33,7 @@ class ThumbnailModel final : public QAbstractListModel {
     int rows_ = 0;
 };
 
-/// Draws a cell: the thumbnail, or what there is instead, over the file's name.
+/// Draws a cell: the thumbnail, or its substitute, above the file's name.
 class ThumbnailDelegate final : public QStyledItemDelegate {
   public:
     ThumbnailDelegate(const viewer::tittwo& column, const ThumbnailModel& model) : w_(column), model_(model) {}
@@ -46,7 +46,7 @@ class ThumbnailDelegate final : public QStyledItemDelegate {
     const ThumbnailModel& model_;
 };
 
-/// All rows of the column's list, as many beside each other as its width allows.
+/// All rows of the column's list, as many side by side as its width allows.
 class ThumbnailGrid final : public QListView {
   public:
     explicit ThumbnailGrid(viewer::tittwo& column);
@@ -77,7 +77,7 @@ class ThumbnailGrid final : public QListView {
     ThumbnailModel model_;
     ThumbnailDelegate delegate_;
     bool double_clicked_ = false;
-    std::optional<std::size_t> top_;  ///< the row that the program has put at the top
+    std::optional<std::size_t> top_;  ///< the row that the program has moved to the top
 };
 
 }  // namespace quill::desktop

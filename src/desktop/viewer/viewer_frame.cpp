@@ -24,7 +24,7 @@ ViewerFrame::ViewerFrame() : sides_(new QSplitter(Qt::Horizontal)), area_(new QM
     QObject::connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { follow_focus(now); });
 }
 
-/// What is in the frame goes first: it has the frame hear of its end.
+/// Destroys the contents of the frame first: they notify the frame of their end.
 ViewerFrame::~ViewerFrame() {
     members_.clear();
     delete takeCentralWidget();

@@ -11,22 +11,22 @@
 
 namespace quill::desktop {
 
-/// What a window in the frame brings along: what the menu bar shows while it is active.
+/// The parts of a window in the frame that the menu bar shows while it is active.
 struct FrameMember {
     QList<QAction*> menus;
     std::function<void()> activated;
 };
 
-/// The viewer's frame on the screen: the column at the left, the other windows beside it.
+/// The viewer's frame on the screen: the column on the left, the other windows beside it.
 class ViewerFrame final : public QMainWindow {
   public:
     ViewerFrame();
     ~ViewerFrame() override;
 
-    /// Puts `content` into a window of its own in the frame.
+    /// Puts `content` into its own window in the frame.
     QMdiSubWindow* add_window(QWidget* content, FrameMember member);
 
-    /// Puts `content` at the left.
+    /// Puts `content` on the left.
     void add_column(QWidget* content, FrameMember member, int width);
 
     QMdiArea& area() { return *area_; }
@@ -47,7 +47,7 @@ class ViewerFrame final : public QMainWindow {
     QHash<QWidget*, FrameMember> members_;
 };
 
-/// Where the views of the windows in the frame find it.
+/// Holds the frame for the views of the windows in it.
 struct ViewerDesk {
     QPointer<ViewerFrame> frame;
 };
