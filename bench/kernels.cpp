@@ -44,7 +44,7 @@ std::string base64_text() {
     return text;
 }
 
-/// The Base64 text in BinHex's characters and lines of 64.
+/// Returns the Base64 text in BinHex's characters and lines of 64.
 std::string binhex_text() {
     std::string text;
     for (const char c : base64_text()) {
@@ -82,7 +82,7 @@ void add(const std::string& name, std::string in, Run run) {
     });
 }
 
-/// `run` with the kernel on each target of this processor.
+/// Adds `run` with the kernel on each target of this processor.
 void add_on_targets(const std::string& name, const std::string& in, const Run& run) {
     for (const quill::simd::Target target : quill::simd::available_targets()) {
         if (target == quill::simd::Target::reference) continue;

@@ -1,5 +1,5 @@
-// Reading an album: no picture lies outside the file, file names are bare and differ, and pictures of an album without
-// damage lie one after the other.
+// Reads an album: no picture is outside the file, file names are bare and unique, and the pictures of an undamaged
+// album are contiguous.
 
 #include "pics/album.h"
 

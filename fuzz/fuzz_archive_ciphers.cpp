@@ -1,6 +1,6 @@
 // Both ciphers without a container: the first byte chooses the cipher, or the strength of AES; the password is
-// "password". What comes out does not depend on the pieces, and a code that is right for some bytes is wrong for
-// others.
+// "password". The output does not depend on the size of the pieces, and a code that is right for some bytes is wrong
+// for others.
 
 #include "archive/ciphers/aes_cipher.h"
 #include "archive/ciphers/traditional_cipher.h"

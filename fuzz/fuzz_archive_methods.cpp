@@ -37,7 +37,7 @@ Decoded decode(const archive::Method& method, const archive::StreamInfo& info, s
         decoded.state = step.state;
         if (step.state != archive::StreamState::running && step.state != archive::StreamState::complete) break;
         idle = step.read == 0 && step.written == 0;
-        if (idle && !in.empty()) std::abort();  // no way on
+        if (idle && !in.empty()) std::abort();  // no progress
     }
     return decoded;
 }

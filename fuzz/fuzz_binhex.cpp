@@ -3,7 +3,7 @@
 #include <array>
 #include <cstdint>
 
-// Any bytes as the body of a BinHex file, both forks.
+// Decodes any bytes as the body of a BinHex file, both forks.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace quill::codec;
     const std::array inputs = {std::string_view(reinterpret_cast<const char*>(data), size)};

@@ -21,7 +21,7 @@ std::string decoded(const Attachment& attachment, std::span<const std::string_vi
 
 }  // namespace
 
-// Any bytes as a body in any format, in two ranges, the first perhaps quoted: a look at the first bytes sees what a
+// Decodes any bytes as a body in any format, in two ranges, the first perhaps quoted: decode_first_bytes returns what a
 // whole run writes first.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size < 2) return 0;

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-// What is said of any bytes at all ends with advice and can be shown: no control characters but line ends.
+// The diagnosis of any bytes ends with advice and can be shown: no control characters except line ends.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     const std::string text = quill::decoder::diagnosis_text(bytes);

@@ -1,4 +1,4 @@
-// Whatever is encoded comes back from our own decoder, byte for byte and without a complaint.
+// Anything encoded comes back from our own decoder, byte for byte and without a problem.
 #include "codec/recovery/recover.h"
 #include "codec/writing/encode.h"
 #include "files/atomic_file.h"
@@ -13,7 +13,7 @@ namespace {
 
 using namespace quill;
 
-/// A directory of this process's own, in memory where the machine has such a place.
+/// Returns a directory of this process, in memory if the machine supports that.
 const std::string& directory() {
     static const std::string path = [] {
         std::string name = (files::is_directory("/dev/shm") ? "/dev/shm" : "/var/tmp") + std::string("/fuzz-XXXXXX");

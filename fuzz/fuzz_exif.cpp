@@ -1,4 +1,4 @@
-// The description in a camera's picture.
+// The description in a JPEG picture.
 
 #include "htx/picture_book/exif_description.h"
 #include "text/utf8.h"
@@ -10,7 +10,7 @@
 
 namespace {
 
-/// A JPEG file whose only segment is EXIF data of these bytes.
+/// Returns a JPEG file whose only segment is EXIF data of these bytes.
 std::string with_exif(std::string_view tiff) {
     const std::size_t length = 2 + 6 + tiff.size();
     if (length > 0xFFFF) return {};

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string_view>
 
-/// The parts of a post lie within it, one behind the other, and their order is that of their numbers.
+/// The parts of a post are inside it, one after another, and ordered by number.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace quill::encoder;
     const std::string_view post(reinterpret_cast<const char*>(data), size);

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-// Any header: what comes out as a name must be UTF-8, and safe as a file's.
+// Any header: the resulting name must be UTF-8, and safe for a file.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace quill;
     const std::string_view input(reinterpret_cast<const char*>(data), size);

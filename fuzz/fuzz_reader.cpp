@@ -1,4 +1,4 @@
-// Lines and fields, in any mixture, cover the text from its beginning to its end and never stand still.
+// Lines and fields, in any mixture, cover the text from its beginning to its end and always advance.
 #include "text/reader.h"
 
 #include <cstddef>

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// The re-wrap with its carry held in memory.
+/// Returns the re-wrapped text, with the carry held in memory.
 std::string rewrapped_with_carry(std::string_view text) {
     constexpr std::size_t length = 76;
     std::string out, carry;

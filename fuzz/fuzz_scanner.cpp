@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-// Any text: scanned, joined and decoded. Every range must lie in the input, and one scan must be as good as another.
+// Any text: scanned, joined and decoded. Every range must be inside the input, and two scans must agree.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace quill::codec;
     const std::string_view input(reinterpret_cast<const char*>(data), size);

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-/// The kernel gives what its reference gives, in two pieces cut anywhere. The first two bytes choose the alphabet and
-/// the cut.
+/// The kernel agrees with its reference, in two pieces cut anywhere. The first two bytes choose the alphabet and the
+/// cut.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     namespace sixbit = quill::codec::sixbit;
     if (size < 2) return 0;
@@ -18,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     sixbit::State state;
     sixbit::State expected_state;
     for (const std::string_view piece : {text.substr(0, cut), text.substr(cut)}) {
-        const std::vector<char> in(piece.begin(), piece.end());  // its own block, so that over-reads show
+        const std::vector<char> in(piece.begin(), piece.end());  // its own block, so that over-reads are detected
         std::vector<char> out(sixbit::decoded_bound(in.size()));
         std::vector<char> expected(out.size());
         const auto progress = decode(alphabet, {in.data(), in.size()}, out.data(), state);

@@ -1,4 +1,4 @@
-// What triage and the second tries make of a text: every rewriting ends, and none outgrows its input.
+// Triage and the second tries on any text: every rewriting ends, and none outgrows its input.
 #include "decoder/mime_wrap.h"
 #include "decoder/normalise.h"
 
@@ -18,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             written += piece.size();
             return true;
         });
-        if (written > 3 * size + 4) std::abort();  // at worst each character becomes a line of its own
+        if (written > 3 * size + 4) std::abort();  // at worst each character becomes a separate line
     }
     if (sample_line_length(text) > size || tail_from(text, size / 2).size() > size) std::abort();
     return 0;

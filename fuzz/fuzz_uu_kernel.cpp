@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <vector>
 
-/// The kernel reads the lines that its reference reads, and what it writes reads back. The first byte chooses the
+/// The kernel reads the lines that its reference reads, and can read its own output. The first byte chooses the
 /// alphabet.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     namespace uu = quill::codec::uu;

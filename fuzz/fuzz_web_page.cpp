@@ -1,4 +1,4 @@
-// What is read out of the pages and style sheets of a book.
+// The addresses and texts read from the pages and style sheets of a book.
 
 #include "htx/book/book_geometry.h"
 #include "htx/book/book_pages.h"
@@ -16,7 +16,7 @@ namespace {
 
 using namespace quill::htx;
 
-/// No address leads out of its tree, and each is found at a place in the text.
+/// No address leads out of its tree, and each has a place in the text.
 void check(const Reference& reference, const PageReferences& page, std::size_t size) {
     if (reference.offset >= size || reference.address.empty()) std::abort();
     const Address address = resolve("d/page.htm", page.base, reference.address);
@@ -42,7 +42,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const BookGeometry geometry = parse_geometry(bytes);
     if (parse_geometry(format_geometry(geometry)) != geometry) std::abort();
 
-    // Whatever the title says, the page shows its picture.
+    // Whatever the title contains, the page shows its picture.
     const PageReferences made = references_of_page(picture_page({text, {}, true, "a.jpg"}, {}));
     if (made.references.size() != 1 || made.references[0].address != "a.jpg") std::abort();
     return 0;

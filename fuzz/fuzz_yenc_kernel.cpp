@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <vector>
 
-/// The kernel gives what its reference gives under each of the rules, and what it encodes decodes to itself. The first
-/// two bytes choose the rules and the byte before the text.
+/// The kernel agrees with its reference under each of the rules, and its output decodes to its input. The first two
+/// bytes choose the rules and the byte before the text.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     namespace yenc = quill::codec::yenc;
     if (size < 2) return 0;

@@ -1,4 +1,4 @@
-// The lines and the data of a yEnc post: the kernels against their reference, in pieces and whole, and the sums.
+// The lines and the data of a yEnc post: the kernels against their reference, in pieces and whole, and the checksums.
 #include "checksum/checksum.h"
 #include "codec/yenc/yenc_post.h"
 
@@ -23,7 +23,7 @@ std::string decode_with_reference(std::string_view text, const yenc::Post& post,
         out.append(room.data(), progress.written);
         data.remove_prefix(progress.read);
         if (!progress.ended) break;
-        // A keyword line among the data: passed over to its end.
+        // A keyword line among the data: skipped to its end.
         data.remove_prefix(std::min(data.find_first_of("\r\n"), data.size()));
         const std::size_t end = data.starts_with("\r\r\n") ? 3 : data.starts_with("\r\n") ? 2 : 1;
         data.remove_prefix(std::min(end, data.size()));

@@ -1,4 +1,4 @@
-// Taking every other member out of an archive: what stays reads as it did before.
+// Removes every other member from an archive: the remaining ones read the same as before.
 
 #include "archive/changing/archive_change.h"
 #include "archive/container/member_reader.h"
@@ -14,7 +14,7 @@ namespace {
 
 namespace zip = quill::zip;
 
-/// Keeps the new archive's bytes and leaves the old one as it is.
+/// Keeps the new archive's bytes and leaves the old one unchanged.
 class Kept final : public zip::ArchiveOutput {
   public:
     Kept(std::unique_ptr<zip::ArchiveOutput> output, std::string& bytes) : output_(std::move(output)), bytes_(bytes) {}
@@ -31,13 +31,13 @@ class Kept final : public zip::ArchiveOutput {
     std::string& bytes_;
 };
 
-/// Where the archive of each run lies; gone at the end.
+/// The archive of each run; removed at the end.
 struct Input {
     std::string path = std::filesystem::temp_directory_path() / ("fuzz." + std::to_string(getpid()));
     ~Input() { std::filesystem::remove(path); }
 };
 
-/// The beginning of a member's content, and what became of it.
+/// Returns the beginning of a member's content, and the result of reading it.
 std::string content_of(const zip::Archive& archive, std::size_t number) {
     std::string out;
     zip::MemberReader reader(archive, "password");

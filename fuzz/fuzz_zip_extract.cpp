@@ -1,4 +1,4 @@
-// Reading every member, into nothing, up to a megabyte each. What is called verified has a size that was stated.
+// Reads every member into nothing, up to a megabyte each. A verified member has a stated size.
 
 #include "archive/container/format.h"
 #include "archive/container/member_reader.h"

@@ -1,4 +1,4 @@
-// What a list shows of each member.
+// The fields that a list shows of each member.
 
 #include "archive/container/archive.h"
 #include "archive/container/format.h"

@@ -12,7 +12,7 @@
 
 namespace quill::tests {
 
-/// The data of a member that is encrypted with AES-256: salt, check of the password, encrypted bytes, code.
+/// Returns the data of a member encrypted with AES-256: salt, check of the password, encrypted bytes, code.
 inline std::string aes_encrypted(std::string_view plain, std::string_view password) {
     constexpr std::size_t key = AES256_KEY_SIZE;
     const std::string salt = "sixteen of salt.";
@@ -40,7 +40,7 @@ inline std::string aes_encrypted(std::string_view plain, std::string_view passwo
     return salt + check + encrypted + code;
 }
 
-/// The extra field 9901 for it: version 1 (AE-1) or 2 (AE-2), and the method of the encrypted bytes.
+/// Returns the extra field 9901 for it: version 1 (AE-1) or 2 (AE-2), and the method of the encrypted bytes.
 inline std::string aes_field(std::uint16_t version, std::uint16_t method, std::uint8_t strength = 3) {
     std::string field("\x01\x99\x07\x00", 4);
     field.push_back(static_cast<char>(version));

@@ -11,16 +11,16 @@
 
 namespace quill::tests {
 
-/// How a member of a built archive is to differ from a plain stored one.
+/// The differences of a built archive's member from a plain stored one.
 struct Odd {
     std::uint16_t method = zip::method_stored;
     std::uint16_t flags = 0;
-    std::optional<std::string> packed = {};  ///< the bytes in the archive, where they are not the content itself
+    std::optional<std::string> packed = {};  ///< the bytes in the archive, if they are not the content itself
     std::optional<std::uint32_t> crc = {};
     std::optional<std::uint64_t> stated_size = {};
     std::optional<std::uint64_t> stated_packed_size = {};
     std::optional<std::string> local_name = {};
-    std::optional<std::uint64_t> local_size = {};  ///< stated by the local header, where the other header is wrong
+    std::optional<std::uint64_t> local_size = {};  ///< stated by the local header, if the other header is wrong
     std::optional<std::uint64_t> local_packed_size = {};
     std::optional<std::uint32_t> local_crc = {};
     std::string extra = {};        ///< of the central header
@@ -28,10 +28,10 @@ struct Odd {
     std::uint16_t made_by = 20;    ///< upper byte: 0 for DOS, 3 for Unix
     std::uint32_t attributes = 0;
     std::optional<std::uint64_t> offset = {};
-    bool silent_local = false;  ///< CRC and sizes in a descriptor behind the data
+    bool silent_local = false;  ///< CRC and sizes in a descriptor after the data
 };
 
-/// Builds archives byte by byte, wrong ones too.
+/// Builds archives byte by byte, including wrong ones.
 class ArchiveBuilder {
   public:
     static constexpr std::uint32_t time = 0x5A6B8C2D;  // 2025-03-11 17:33:26
@@ -73,7 +73,7 @@ class ArchiveBuilder {
         return *this;
     }
 
-    /// The members alone, without a directory.
+    /// Returns the members without a directory.
     const std::string& members() const { return bytes_; }
     const std::string& directory() const { return directory_; }
 

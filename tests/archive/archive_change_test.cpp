@@ -21,7 +21,7 @@ using ::testing::ElementsAre;
 using tests::ArchiveBuilder;
 using tests::TemporaryDirectory;
 
-/// Name and content of every member, and that each is verified.
+/// Returns name and content of every member, and checks that each is verified.
 std::vector<std::pair<std::string, std::string>> contents(const std::string& path, const std::string& password = {}) {
     std::vector<std::pair<std::string, std::string>> out;
     const Result<Archive> archive = Archive::open(path);
@@ -44,7 +44,7 @@ std::pair<std::string, std::string> member(std::string name, std::string content
     return {std::move(name), std::move(content)};
 }
 
-/// An output that fails, or takes the whole process with it, at its n-th operation.
+/// An output that fails, or kills the process, at its n-th operation.
 class FaultyOutput final : public ArchiveOutput {
   public:
     FaultyOutput(std::unique_ptr<ArchiveOutput> output, int& operations_left, bool kills)
@@ -140,7 +140,7 @@ TEST(ArchiveChange, AFailureAtAnyStepLeavesTheOldArchive) {
         EXPECT_EQ(dir.read("a.zip") == old, failed) << "step " << steps;
         EXPECT_THAT(dir.names(), ElementsAre("a.zip", "b", "n"));
     }
-    EXPECT_GT(steps, 7);  // creating, the pieces kept, two members, the directory, the check, the renaming
+    EXPECT_GT(steps, 7);  // creating, the kept pieces, two members, the directory, the check, the renaming
 }
 
 TEST(ArchiveChange, AKillAtAnyStepLeavesTheOldArchiveOrTheNewOne) {
@@ -167,10 +167,10 @@ TEST(ArchiveChange, AKillAtAnyStepLeavesTheOldArchiveOrTheNewOne) {
 
 TEST(ArchiveChange, AFullDiskLeavesTheOldArchive) {
     const std::string old = old_archive();
-    std::string noise(34'000'000, '\0');  // more than waits in memory
+    std::string noise(34'000'000, '\0');  // more than is buffered in memory
     std::uint32_t state = 1;
     for (char& c : noise) c = static_cast<char>((state = state * 1664525 + 1013904223) >> 24U);
-    // In the first and the last the new archive gets too long, in the other what waits for it.
+    // In the first and the last the new archive gets too long, in the other its staging file.
     for (const rlim_t most : {rlim_t{50}, rlim_t{1'000'000}, rlim_t{noise.size() + 100}}) {
         const TemporaryDirectory dir;
         prepare(dir);
@@ -259,7 +259,7 @@ TEST(ArchiveChange, AWriteProtectedArchiveIsNotReplaced) {
     const pid_t child = fork();
     if (child == 0) {
         constexpr uid_t nobody = 65534;
-        if (geteuid() == 0 && setuid(nobody) != 0) _exit(2);  // whom protection does not stop
+        if (geteuid() == 0 && setuid(nobody) != 0) _exit(2);  // because write protection does not stop root
         const Result<ArchiveChange> change = ArchiveChange::begin(dir.path("a.zip"));
         _exit(!change && change.error().code == ErrorCode::access ? 0 : 1);
     }
@@ -282,7 +282,7 @@ TEST(ArchiveChange, AnArchiveChangedByAnotherMeanwhileIsLeftAlone) {
 
 TEST(ArchiveChange, PasswordsAndLargeFilesComeBackAsTheyWere) {
     const TemporaryDirectory dir;
-    std::string large(70'000'000, 'x');  // beyond what is compressed in one piece
+    std::string large(70'000'000, 'x');  // larger than what is compressed in one piece
     for (std::size_t i = 0; i < large.size(); i += 997) large[i] = static_cast<char>('a' + i % 23);
     dir.write("large", large);
     dir.write("small", "a small secret");
@@ -385,7 +385,7 @@ TEST(ArchiveChange, ARewriteKeepsModeAndAttributes) {
     struct stat status = {};
     ASSERT_EQ(stat(dir.path("a.zip").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777U, 0600U);
-    if (!has_attributes) return;  // the file system has none
+    if (!has_attributes) return;  // the file system has no attributes
     std::string value(4, '\0');
     EXPECT_EQ(getxattr(dir.path("a.zip").c_str(), "user.origin", value.data(), value.size()), 4);
     EXPECT_EQ(value, "here");

@@ -144,7 +144,7 @@ TEST(Archive, WhatIsNoArchiveIsRefused) {
         ASSERT_FALSE(archive.ok());
         EXPECT_EQ(archive.error().code, ErrorCode::bad_input);
     }
-    EXPECT_TRUE(Archive::parse(ArchiveBuilder().finish()).ok());  // an empty archive is one
+    EXPECT_TRUE(Archive::parse(ArchiveBuilder().finish()).ok());  // an empty archive is valid
 }
 
 TEST(Archive, CountsBeyondSixteenBitsComeFromTheZip64Record) {
@@ -246,7 +246,7 @@ TEST(Archive, NamesCanBeReadInAnotherCharacterSet) {
         archive->read_names_in({});
         EXPECT_EQ(archive->members()[1].name, detected);
     }
-    EXPECT_FALSE(character_set("CP932"));  // not called so here
+    EXPECT_FALSE(character_set("CP932"));  // not its name here
     EXPECT_FALSE(character_set(""));
 }
 
@@ -266,7 +266,7 @@ TEST(Archive, OnlyMembersThatShareBytesAreMarked) {
 }
 
 TEST(MemberNames, LettersDecideBetweenTheDosPages) {
-    // Each name is written in the page that it is of; the other one reads it as letters too.
+    // Each name is in its stated page; the other one reads it as letters too.
     const struct {
         const char* page;
         std::vector<std::string_view> names;

@@ -45,7 +45,7 @@ Decrypted decrypt(Cipher& cipher, std::string text, std::size_t piece) {
 TEST(AesCipher, ReadsWhatAnotherProgramWrote) {
     const struct {
         std::uint8_t strength;
-        const char* data;  // by 7z, password "sesame"
+        const char* data;  // made by 7z, password "sesame"
     } cases[] = {
         {1, "4e2bb8a4e3305025c89794e4ac53275906398c20a266fbc1418065119351cb83"},
         {2, "c51750002792d7bdea685be224068fd66f1e74aaf7ce641e40d417d370cb3639297d50a9"},
@@ -122,7 +122,7 @@ TEST(AesField, OfAnUnknownStrengthHasNoHead) {
 }
 
 TEST(TraditionalCipher, ReadsWhatAnotherProgramWrote) {
-    // By Info-ZIP's zip, password "sesame"; the last byte of the header is the upper one of the time.
+    // Made by Info-ZIP's zip, password "sesame"; the last byte of the header is the upper one of the time.
     const std::string data = from_hex("66c18a010284187ee803569f7357c78eed7556f9f96df457");
     TraditionalCipher cipher("sesame");
     EXPECT_EQ(cipher.read_header(std::string_view(data).substr(0, TraditionalCipher::header_size)), 0x85);

@@ -123,7 +123,7 @@ TEST(Extraction, OneBadMemberStopsNoOther) {
                                          .finish(),
                                      dir.path());
     EXPECT_EQ(results[0].verdict, Verdict::damaged);
-    EXPECT_EQ(dir.read("bad"), "content");  // kept, and said to be damaged
+    EXPECT_EQ(dir.read("bad"), "content");  // kept, and reported as damaged
     EXPECT_EQ(results[1].verdict, Verdict::refused);
     EXPECT_EQ(kinds(results[2]), "overlap");
     EXPECT_EQ(results[3].verdict, Verdict::verified);
@@ -277,7 +277,7 @@ TEST(Extraction, ABombIsAskedAboutBeforeAnythingIsWritten) {
     EXPECT_TRUE(run({0, 1}).ok());
     EXPECT_THAT(dir.names(), ::testing::ElementsAre("a", "b"));
     asked = {};
-    EXPECT_TRUE(run({0}).ok());  // one alone is no bomb
+    EXPECT_TRUE(run({0}).ok());  // one alone is not a bomb
     EXPECT_EQ(asked.bytes, 0U);
 }
 

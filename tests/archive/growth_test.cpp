@@ -1,4 +1,4 @@
-// How time and memory grow with archives that are built to be nasty: counted in steps and in bytes, not in seconds.
+// The growth of time and memory with hostile archives: counted in steps and in bytes, not in seconds.
 
 #include "archive/archive_builder.h"
 #include "archive/extracting/member_choice.h"
@@ -59,11 +59,11 @@ namespace {
 
 using tests::ArchiveBuilder;
 
-/// What it takes to open an archive and to find a path for each member.
+/// The cost of opening an archive and finding a path for each member.
 struct Cost {
     std::uint64_t steps = 0;
     std::size_t allocations = 0;
-    std::size_t bytes = 0;  // the most at a time
+    std::size_t bytes = 0;  // the peak
     std::size_t members = 0;
 };
 

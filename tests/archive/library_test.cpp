@@ -109,7 +109,7 @@ TEST(ZipLibrary, AdditionsInARowAreOneRewrite) {
     caller.library.begin_adding();
     for (int i = 0; i < 50; ++i)
         EXPECT_EQ(caller.add(dir.write("f" + std::to_string(i), std::to_string(i))), library_success);
-    EXPECT_EQ(caller.add(dir.path("missing")), library_not_found);  // reported at once, and the others stay
+    EXPECT_EQ(caller.add(dir.path("missing")), library_not_found);  // reported at once; the others stay
     caller.zip_strings.itemList = {{dir.write("with a missing one", "x")}, {dir.path("missing")}};
     EXPECT_EQ(caller.library.dzipVB(caller.zip, caller.zip_strings, caller.status),
               library_not_found);  // a call adds all of its items or none
@@ -138,7 +138,7 @@ TEST(ZipLibrary, WhereAllAdditionsFailNothingIsWritten) {
     caller.library.begin_adding();
     EXPECT_EQ(caller.add(dir.path("missing")), library_not_found);
     caller.zip_strings.zipFile = dir.path("c.zip");
-    EXPECT_EQ(caller.add(dir.write("f", "x")), library_success);  // the failure was of another archive
+    EXPECT_EQ(caller.add(dir.write("f", "x")), library_success);  // the failure concerned another archive
     EXPECT_EQ(caller.library.end_adding(), library_success);
     EXPECT_FALSE(dir.has("b.zip"));
     EXPECT_TRUE(dir.has("c.zip"));

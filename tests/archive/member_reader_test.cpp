@@ -164,7 +164,7 @@ TEST(MemberReader, ReadsEveryMethodInEveryCipher) {
     }
 }
 
-/// Calls check(changed) with `bytes` in each of which one bit is another, at each place.
+/// Calls check(changed) with copies of `bytes` that differ in one bit, at each place.
 template <class Check>
 void with_each_byte_changed(const std::string& bytes, Check&& check) {
     for (std::size_t at = 0; at < bytes.size(); ++at) {
@@ -205,7 +205,7 @@ TEST(MemberReader, CallsNoOtherBytesThanTheContentVerified) {
 TEST(MemberReader, ReadsTheAuthenticationCodeWhereverTheStreamEnds) {
     for (const Packed& packed : packed_texts()) {
         SCOPED_TRACE(packed.what);
-        if (packed.method < 2 || packed.method == 98) continue;  // take all of the data
+        if (packed.method < 2 || packed.method == 98) continue;  // these read all of the data
         std::string aes = tests::aes_encrypted(packed.bytes + std::string(100, 'x'), "sesame");
         Read read = read_member(aes_member(packed, aes, 2));
         EXPECT_EQ(name_of(read.content.verdict), "verified");
@@ -279,7 +279,7 @@ TEST(MemberReader, AMemberCutInItsEncryptedDataIsDamagedAndItsEndNotTakenForTheC
 }
 
 TEST(MemberReader, AnUnknownSizeIsVerifiedByTheWholeDescriptor) {
-    // Without a directory, and with a descriptor whose packed size is wrong, only the stream shows where it ends.
+    // Without a directory, and with a wrong packed size in the descriptor, only the stream shows where it ends.
     const struct {
         const char* what;
         std::size_t at;  // of the changed byte from the end

@@ -213,7 +213,7 @@ TEST(Shrunk, UndoesCodesThatAreEnteredWidenedAndCleared) {
         {"the code that is entered next", shrunk_codes({{'a', 9}, {257, 9}, {258, 9}}), "aaaaaa"},
         {"wider codes", shrunk_codes({{'a', 9}, {256, 9}, {1, 9}, {'b', 10}, {257, 10}}), "abab"},
         {"a leaf cleared", shrunk_codes({{'a', 9}, {'b', 9}, {256, 9}, {2, 9}, {'c', 9}, {257, 9}}), "abcbc"},
-        // The clearing frees 257, the last string, of which the next entry is made: that entry is its own beginning.
+        // The clearing frees 257, the last string, from which the next entry is made: that entry is its own beginning.
         {"the last string cleared", shrunk_codes({{'a', 9}, {'b', 9}, {257, 9}, {256, 9}, {2, 9}, {'c', 9}, {257, 9}}),
          "ababc", true},
         {"a parent kept", shrunk_codes({{'a', 9}, {257, 9}, {'x', 9}, {256, 9}, {2, 9}, {257, 9}}), "aaaxaa"},

@@ -10,10 +10,10 @@
 #include <zlib.h>
 #include <zstd.h>
 
-/// Compressed streams of every method, by the libraries' encoders and by small ones of our own.
+/// Compressed streams of every method, made by the libraries' encoders and by small ones of our own.
 namespace quill::tests {
 
-/// A text with repeats, far ones too, and bytes of every value.
+/// Returns a text with repeats, including distant ones, and bytes of every value.
 inline std::string sample_content(std::size_t size = 20'000) {
     std::string content;
     std::uint32_t state = 1;
@@ -29,7 +29,7 @@ inline std::string sample_content(std::size_t size = 20'000) {
     return content;
 }
 
-/// `strategy` as zlib's; Z_HUFFMAN_ONLY makes streams that Deflate64 reads as well.
+/// Compresses with zlib's `strategy`; Z_HUFFMAN_ONLY makes streams that Deflate64 can read too.
 inline std::string deflated(std::string_view content, int strategy = Z_DEFAULT_STRATEGY) {
     z_stream stream = {};
     deflateInit2(&stream, 6, Z_DEFLATED, -MAX_WBITS, 8, strategy);
@@ -62,7 +62,7 @@ inline std::string xzipped(std::string_view content) {
     return out;
 }
 
-/// Method 14: version, size of the properties, properties, raw stream. `marked`: with a mark at the end (flag bit 1).
+/// Returns method 14: version, size of the properties, properties, raw stream. `marked`: with an end mark (flag bit 1).
 inline std::string lzma_compressed(std::string_view content, bool marked) {
     lzma_options_lzma options = {};
     lzma_lzma_preset(&options, 0);
@@ -80,7 +80,7 @@ inline std::string lzma_compressed(std::string_view content, bool marked) {
     return out;
 }
 
-/// Two frames, each with a checksum.
+/// Returns two frames, each with a checksum.
 inline std::string zstandard_compressed(std::string_view content) {
     std::string out;
     const std::size_t half = content.size() / 2;
@@ -97,13 +97,13 @@ inline std::string zstandard_compressed(std::string_view content) {
 
 constexpr std::string_view ppmd_content = "a text, and a text, and a text";
 
-/// Method 98, by 7z: `7z a -tzip -mm=PPMd:mem=1m:o=6` of a file with `ppmd_content`.
+/// Returns method 98, made by 7z: `7z a -tzip -mm=PPMd:mem=1m:o=6` of a file with `ppmd_content`.
 inline std::string ppmd_stream() {
     return {"\x05\x00\x60\xbf\x19\xca\x5e\x8d\xa7\x3f\xa2\x95\x46\x1b\xb3\x7d\xfd\xec\x00", 19};
 }
 
-/// One block of Deflate64 with fixed codes: literals, then one match over `distance` (code `distance_code`, whose extra
-/// bits have the value 0) of the changed length code, for 3 + `more` bytes.
+/// Returns one block of Deflate64 with fixed codes: literals, then one match over `distance` (code `distance_code`,
+/// whose extra bits have the value 0) of the changed length code, for 3 + `more` bytes.
 inline std::string deflate64_match(std::string_view content, std::uint32_t distance_code, std::uint32_t more) {
     BitWriter bits;
     bits.put(1, 1).put(1, 2);
@@ -115,8 +115,8 @@ inline std::string deflate64_match(std::string_view content, std::uint32_t dista
     return bits.put_code(0, 7).bytes();
 }
 
-/// Method 6 with three trees and a window of 8 KiB: all codes of a tree have one length, so that symbol s has the code
-/// `last - s` (APPNOTE 5.3.7). Matches repeat the bytes before them from `period` bytes back.
+/// Returns method 6 with three trees and a window of 8 KiB: all codes of a tree have the same length, so that symbol s
+/// has the code `last - s` (APPNOTE 5.3.7). Matches repeat bytes from `period` bytes before.
 inline std::string imploded(std::string_view content, std::size_t period) {
     BitWriter bits;
     bits.put(15, 8);
@@ -145,14 +145,14 @@ inline std::string imploded(std::string_view content, std::size_t period) {
     return bits.bytes();
 }
 
-/// Method 1 without a dictionary: a code of 9 bits for each byte.
+/// Returns method 1 without a dictionary: a code of 9 bits for each byte.
 inline std::string shrunk(std::string_view content) {
     BitWriter bits;
     for (const char c : content) bits.put(static_cast<unsigned char>(c), 9);
     return bits.bytes();
 }
 
-/// The first stage of methods 2 to 5 without repeats: a zero after each escape byte.
+/// Returns the first stage of methods 2 to 5 without repeats: a zero after each escape byte.
 inline std::string escaped(std::string_view content) {
     std::string out;
     for (const char c : content) {
@@ -162,7 +162,7 @@ inline std::string escaped(std::string_view content) {
     return out;
 }
 
-/// Methods 2 to 5 without sets of followers: the bytes of the first stage as they are.
+/// Returns methods 2 to 5 without sets of followers: the unchanged bytes of the first stage.
 inline std::string reduced(std::string_view first_stage) {
     return std::string(192, '\0').append(first_stage);
 }

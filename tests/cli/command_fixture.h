@@ -11,10 +11,10 @@
 
 namespace quill::cli {
 
-/// Calls of the program in a directory of its own.
+/// Calls of the program in a separate directory.
 class CommandTest : public testing::Test {
   protected:
-    /// `input` is what stands on standard input.
+    /// Calls the program with `input` on standard input.
     ExitStatus call(const std::vector<std::string>& arguments, const std::string& input = {}) {
         std::istringstream in(input);
         std::ostringstream out_stream;
@@ -26,7 +26,7 @@ class CommandTest : public testing::Test {
     }
 
     tests::TemporaryDirectory directory;
-    std::string out;  ///< what the last call wrote
+    std::string out;  ///< the output of the last call
     std::string err;
 };
 

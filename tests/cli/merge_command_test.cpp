@@ -21,7 +21,7 @@ class MergeCommand : public CommandTest {
                                   data + "\r\n=yend size=3 part=" + part + "\r\n");
     }
 
-    /// One of `parts` posts of a uuencoded file.
+    /// Writes one of `parts` posts of a uuencoded file.
     void piece(const std::string& name, int number, int parts) const {
         directory.write(name, "Subject: cat.jpg (" + std::to_string(number) + "/" + std::to_string(parts) + ")\n\n" +
                                   (number == 1 ? "begin 644 cat.jpg\n" : "") + full_rows +

@@ -9,7 +9,7 @@ namespace {
 
 using testing::HasSubstr;
 
-/// A CSI of eight bits, a mark that turns the direction of text, and an isolate.
+/// A CSI of eight bits, a mark that reverses the direction of text, and an isolate.
 const std::string hostile =
     "a\xC2\x9B"
     "b\xE2\x80\xAE"

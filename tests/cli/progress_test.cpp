@@ -9,7 +9,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// A progress bar on a string, and a clock that stands until it is moved.
+/// A progress bar on a string, and a clock that moves only on request.
 struct Terminal {
     explicit Terminal(bool is_terminal) : console{in, out, err, is_terminal} {}
 
@@ -20,7 +20,7 @@ struct Terminal {
     ProgressBar::Time now{};
     ProgressBar bar{console, true, [this] { return now; }};
 
-    /// What was drawn since the last call.
+    /// Returns what was drawn since the last call.
     std::string drawn() {
         std::string text = err.str();
         err.str("");

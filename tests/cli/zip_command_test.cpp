@@ -147,7 +147,7 @@ TEST_F(ZipCommandTest, NamesAskForDirectoriesWithAndWithoutASlash) {
 
 TEST_F(ZipCommandTest, AddsByTheMethodThatIsAskedFor) {
     directory.write("text", std::string(5000, 'x'));
-    directory.write("large", std::string(17U << 20U, 'y'));  // more than is compressed in one
+    directory.write("large", std::string(17U << 20U, 'y'));  // more than is compressed in one piece
     directory.write("password", "sesame");
     const struct {
         std::vector<std::string> options;
@@ -235,7 +235,7 @@ TEST_F(ZipCommandTest, LinksAreStoredAsLinks) {
     EXPECT_EQ(call({"zip", "add", path("b.zip"), "to directory/"}), ExitStatus::good) << err;
     call({"zip", "list", path("b.zip")});
     EXPECT_THAT(out, HasSubstr("to directory/f\t6\t"));
-    ASSERT_EQ(symlink("../secret", "d/secret"), 0);  // a member of that name, which the file would be lost to
+    ASSERT_EQ(symlink("../secret", "d/secret"), 0);  // a member of that name would replace the file
     EXPECT_EQ(call({"zip", "add", "--bare-names", path("c.zip"), "secret", "d/secret"}), ExitStatus::failed);
     EXPECT_FALSE(directory.has("c.zip"));
 }
@@ -250,7 +250,7 @@ TEST_F(ZipCommandTest, NamesThatBecomeOneInUnicodeAreRefused) {
 TEST_F(ZipCommandTest, ADirectoryThatCantBeReadIsAFailure) {
     directory.write("t/closed/x", "1");
     directory.write("t/y", "2");
-    const pid_t child = fork();  // that gives up the right to read everything
+    const pid_t child = fork();  // gives up the right to read everything
     if (child == 0) {
         std::filesystem::permissions(path("t/closed"), std::filesystem::perms::none);
         std::filesystem::permissions(path(""), std::filesystem::perms::all);

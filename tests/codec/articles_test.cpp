@@ -18,7 +18,7 @@ using Lines = std::vector<std::string>;
 
 const std::string original = noise(45 * 60 + 17);
 
-/// A way to write the file: its lines of data, and those around them.
+/// One way to write the file: its lines of data, and those around them.
 struct Coding {
     std::string begin;
     Lines lines;
@@ -56,7 +56,7 @@ std::string header_of(std::size_t number, std::size_t fields, bool numbered) {
     return text_of({all.begin(), all.begin() + static_cast<std::ptrdiff_t>(fields)}) + "\n";
 }
 
-/// Three articles that hold a third of the file each.
+/// Returns three articles with a third of the file each.
 Lines articles_of(const Coding& coding, std::size_t fields, bool numbered, const std::string& tail) {
     const auto third = static_cast<std::ptrdiff_t>(coding.lines.size() / 3);
     const auto first = coding.lines.begin();
@@ -66,7 +66,7 @@ Lines articles_of(const Coding& coding, std::size_t fields, bool numbered, const
             header_of(3, fields, numbered) + text_of({first + 2 * third, coding.lines.end()}) + coding.end + tail};
 }
 
-/// What is in `text`, without the texts of its messages.
+/// Returns the files in `text`, without the texts of its messages.
 std::vector<ScannedFile> files_in(const std::string& text) {
     std::vector<ScannedFile> files = scan_and_decode(text);
     std::erase_if(files, [](const ScannedFile& file) { return file.attachment.message_text; });

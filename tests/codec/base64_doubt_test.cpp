@@ -22,7 +22,7 @@ const std::string original = noise(704);  // twelve full rows, and one of 28 cha
 struct Doubt {
     std::string what;
     std::function<void(Lines&)> spoil;
-    bool exact = false;  ///< the bytes come out, though nothing shows that they are right
+    bool exact = false;  ///< the bytes are recovered, though nothing confirms them
 };
 
 const std::vector<Doubt>& doubts() {
@@ -77,7 +77,7 @@ TEST(Base64Doubt, RowsWithoutAHeaderThatAreSpoiltAreNotWhole) {
     expect_doubt("\xEF\xBB\xBF", "");
 }
 
-/// A row of zeros is all 'A', which a row of hexadecimal digits could be too.
+/// A row of zeros is all 'A', so it could also be hexadecimal digits.
 TEST(Base64Doubt, ZerosBeforeRowsWithoutAHeaderAreNotLostInSilence) {
     for (const std::size_t zeros : {57U, 300U, 1'200U, 6'000U}) {
         const std::string data = std::string(zeros, '\0') + original;

@@ -29,7 +29,7 @@ class BinHexParts : public testing::Test {
         for (std::size_t i = 0; i < lines.size(); ++i) pieces[i < 5 ? 0 : i < 10 ? 1 : 2] += lines[i];
     }
 
-    /// A post with piece `n` of 3, from 1.
+    /// Returns a post with piece `n` of 3, from 1.
     std::string post(unsigned n) const {
         return "From: a@b\nSubject: a.sc.hqx (" + std::to_string(n) + "/3)\n\n" + pieces[n - 1];
     }
@@ -44,7 +44,7 @@ class BinHexParts : public testing::Test {
         EXPECT_EQ(files[1].outcome.verdict, Verdict::verified);
     }
 
-    /// The files among what was found, message texts left out.
+    /// Returns the files found, without message texts.
     static std::vector<ScannedFile> files_of(const std::vector<std::string_view>& texts,
                                              const std::vector<std::string>& paths) {
         std::vector<ScannedFile> files = scan_and_decode(texts, paths);

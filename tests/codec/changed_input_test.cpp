@@ -10,7 +10,7 @@
 namespace quill::codec {
 namespace {
 
-/// A mail with a plain attachment of many lines, whose bytes are written as they are in the file.
+/// Returns a mail with a plain attachment of many lines, whose bytes are the same as in the file.
 std::string plain_mail() {
     std::string mail = "From: ada@example.org\r\nMIME-Version: 1.0\r\nContent-Type: text/plain; name=a.txt\r\n\r\n";
     for (int i = 0; i < 3000; ++i) mail += "one line of the attachment\r\n";

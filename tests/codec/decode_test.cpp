@@ -53,9 +53,9 @@ INSTANTIATE_TEST_SUITE_P(Bodies, DamagedBase64,
                              Damage{"QUI=\nYours, Ann\n", "AB", Verdict::whole, "text-after-data"},
                              Damage{"QUI=\nQUJDREVGR0hJSktMQUJDREVGR0hJSktM\n", "ABABCDEFGHIJKLABCDEFGHIJKL",
                                     Verdict::damaged, "inner-padding"},
-                             // A short piece behind padding may be data, a word is none.
+                             // A short piece after padding may be data, a word is not.
                              Damage{"QUI=\nQUJDREVGR0hJ\n", "ABABCDEFGHI", Verdict::damaged, "doubtful-row"},
-                             // Characters that were lost show in the padding, and in the length of a row.
+                             // Lost characters show in the padding, and in the length of a row.
                              Damage{"QUJDREVGR0hJSktM\nQUJDREVGR0hSktM\nQUI=\n", "ABCDEFGHIJKLABCDEFGHR\x92\xD3\x10P",
                                     Verdict::damaged, "bad-padding"},
                              Damage{"QUJDREVGR0hJSktM\nQUJDREVG\nQUJDREVGR0hJSktM\nQUI=\n",

@@ -18,7 +18,7 @@ using testing::HasSubstr;
 using testing::StartsWith;
 using tests::TemporaryDirectory;
 
-/// What `input`, saved as `name`, becomes.
+/// Returns `input`, saved as `name`, in the encoded form.
 std::string encoded(std::string_view format, std::string_view name, std::string_view input,
                     const EncodeOptions& options = {}) {
     const TemporaryDirectory dir;
@@ -192,7 +192,7 @@ TEST(EncodeFile, AnInputIsNeverReplacedByItsOutput) {
     const auto through_link = encode_file("link.ync", "a.ync", *output_format("yenc"));
     ASSERT_FALSE(through_link);
     EXPECT_EQ(dir.read("a.ync"), "precious");
-    // One of several parts would do it.
+    // One of several parts is enough.
     dir.write("b.2.ync", "abc");
     EXPECT_FALSE(encode_file("b.2.ync", "b.ync", *output_format("yenc"), {.part_size = 1}));
     EXPECT_THAT(dir.names(), ElementsAre("a.ync", "b.2.ync", "hard.ync", "link.ync"));

@@ -14,7 +14,7 @@
 namespace quill::codec {
 namespace {
 
-/// Bytes of every value, with runs, line ends, dots and the escapes of all formats among them.
+/// Returns bytes of every value, with runs, line ends, dots and the escapes of all formats among them.
 std::string sample(std::size_t size) {
     std::mt19937 random(static_cast<std::mt19937::result_type>(size));
     std::string out;
@@ -28,7 +28,7 @@ std::string sample(std::size_t size) {
 
 class RoundTrip : public testing::TestWithParam<std::string> {
   protected:
-    /// Encodes `bytes`, and decodes what that gave.
+    /// Encodes `bytes`, decodes the result, and expects them back.
     void expect_back(const std::string& bytes, const EncodeOptions& options = {}) {
         dir.write("in.bin", bytes);
         const auto encoded = encode_file("in.bin", "out", *output_format(GetParam()), options);

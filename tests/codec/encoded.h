@@ -10,7 +10,7 @@
 
 namespace quill::tests {
 
-/// Base64 in rows of 76 characters; the last row is not ended.
+/// Returns Base64 in rows of 76 characters; the last row has no line end.
 inline std::string base64(std::string_view bytes) {
     constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     std::string out;
@@ -25,7 +25,7 @@ inline std::string base64(std::string_view bytes) {
     return out;
 }
 
-/// Bytes that look random and are the same in each run.
+/// Returns bytes that look random and are the same in each run.
 inline std::string noise(std::size_t size, unsigned seed = 1) {
     std::string out;
     for (unsigned state = seed; out.size() < size; state = state * 1664525U + 1013904223U) {
@@ -34,7 +34,7 @@ inline std::string noise(std::size_t size, unsigned seed = 1) {
     return out;
 }
 
-/// The lines of `text`, without their ends.
+/// Returns the lines of `text`, without their ends.
 inline std::vector<std::string> lines_of(std::string_view text) {
     std::vector<std::string> out;
     while (!text.empty()) {
@@ -51,7 +51,7 @@ inline std::string text_of(const std::vector<std::string>& lines) {
     return out;
 }
 
-/// The uuencoded lines of data of `bytes`, without those around them.
+/// Returns the uuencoded lines of data of `bytes`, without those around them.
 inline std::vector<std::string> uu_lines(std::string_view bytes) {
     std::string text(codec::uu::encoded_size(bytes.size()) + 64, '\0');
     text.resize(codec::uu::encode_lines_reference(codec::uu::Alphabet::uu, bytes, text.data()));

@@ -40,7 +40,7 @@ TEST(FileSignature, IsNotSeenWhereTheBytesBeginLikeItAndGoOnOtherwise) {
         "ID3 is a tag",         //
         "MZ is a state",        //
         "PKZIP",                //
-        "\x89PNG\n\n\x1A\n"sv,  // line ends changed on the way
+        "\x89PNG\n\n\x1A\n"sv,  // line ends changed in transit
     };
     for (const std::string_view bytes : others) EXPECT_EQ(extension_of(bytes), "") << bytes;
 }

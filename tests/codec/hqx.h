@@ -21,14 +21,15 @@ inline std::string big_endian(std::size_t n) {
     return {'\0', '\0', static_cast<char>(n >> 8U & 0xFFU), static_cast<char>(n & 0xFFU)};
 }
 
-/// The stream of a file; no byte of the forks may be 0x90.
+/// Returns the stream of a file; no byte of the forks may be 0x90.
 inline std::string binhex_of(const std::string& data, const std::string& resource, const std::string& name = "a.sc") {
     const std::string header = static_cast<char>(name.size()) + name + std::string("\0TEXTttxt\0\0", 11) +
                                big_endian(data.size()) + big_endian(resource.size());
     return with_crc(header) + with_crc(data) + with_crc(resource);
 }
 
-/// The lines of a stream, colons and all, each with its line end. A CRC may hold the marker of a run, which is escaped.
+/// Returns the lines of a stream, including the colons, each with its line end. A CRC may contain the marker of a run,
+/// which is escaped.
 inline std::vector<std::string> hqx_lines(const std::string& stream) {
     constexpr std::string_view alphabet = "!\"#$%&'()*+,-012345689@ABCDEFGHIJKLMNPQRSTUVXYZ[`abcdefhijklmpqr";
     std::string escaped;
@@ -49,7 +50,7 @@ inline std::vector<std::string> hqx_lines(const std::string& stream) {
     return lines;
 }
 
-/// The text of a stream.
+/// Returns the text of a stream.
 inline std::string hqx(const std::string& stream) {
     std::string out = "(This file must be converted with BinHex 4.0)\n\n";
     for (const std::string& line : hqx_lines(stream)) out += line;

@@ -12,7 +12,7 @@
 #include <string>
 #include <string_view>
 
-/// What the kernels' property tests share.
+/// Common parts of the kernels' property tests.
 namespace quill::codec::test {
 
 /// Every length up to four of the longest vectors.
@@ -30,8 +30,8 @@ void on_each_target(Check check) {
     simd::choose_target(usual);
 }
 
-/// `size` bytes that begin `offset` bytes behind an aligned address and end where their heap block ends, so that the
-/// sanitizers see the first byte read or written behind them.
+/// `size` bytes that begin `offset` bytes after an aligned address and end where their heap block ends, so that the
+/// sanitizers detect the first byte read or written after them.
 class ExactBytes {
   public:
     ExactBytes(std::size_t size, std::size_t offset) : block_(new char[offset + size]), offset_(offset), size_(size) {}
@@ -51,7 +51,7 @@ class ExactBytes {
 
 constexpr std::size_t offsets[] = {0, 1, 7, 31};
 
-/// The same numbers in each run.
+/// Random numbers that are the same in each run.
 class Random {
   public:
     explicit Random(std::uint32_t seed) : engine_(seed) {}
@@ -76,7 +76,7 @@ class Random {
     std::mt19937 engine_;
 };
 
-/// All 256 bytes, in order.
+/// Returns all 256 bytes, in order.
 inline std::string all_bytes() {
     std::string result(256, '\0');
     for (std::size_t i = 0; i < result.size(); ++i) result[i] = static_cast<char>(i);

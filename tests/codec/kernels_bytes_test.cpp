@@ -39,7 +39,7 @@ TEST(LineBeginningKernel, FindsTheFirstAsItsReference) {
     on_each_target([] {
         Random random(33);
         for (int round = 0; round < 4000; ++round) {
-            // Long lines, with what is looked for in the midst of them, and short pieces of all line ends.
+            // Long lines, with matches in the middle of them, and short pieces of all line ends.
             std::string text = random.text(random.below(most_bytes), round % 2 == 0 ? "ab=-" : "abcd\x80");
             for (std::size_t at = random.below(90); at < text.size(); at += 1 + random.below(90)) {
                 constexpr std::string_view pieces[] = {"\r\n", "\n", "\r", "\r\r\n", "\r\n=", "\na", "\r."};
@@ -75,7 +75,7 @@ TEST(Checksum, AgreesWithTheCatalogue) {
 }
 
 TEST(Checksum, IsTheSameOnEachTarget) {
-    // Bit by bit, as the polynomial has it.
+    // Bit by bit, as the polynomial defines it.
     const auto reference = [](std::uint32_t crc, std::string_view in) {
         crc = ~crc;
         for (const char c : in) {

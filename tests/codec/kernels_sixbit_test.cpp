@@ -21,7 +21,7 @@ std::string_view characters_of(Alphabet alphabet) {
     return alphabet == Alphabet::base64 ? base64_characters : binhex_characters;
 }
 
-/// Everything that a call gives.
+/// Everything that a call returns.
 struct Decoded {
     Progress progress;
     State state;
@@ -114,7 +114,7 @@ TEST(SixbitKernel, DecodesLongOddTextsAsItsReference) {
         Random random(4);
         for (int round = 0; round < 200; ++round) {
             const Alphabet alphabet = alphabets[random.below(2)];
-            // Lengths on both sides of what the kernel holds back.
+            // Lengths around the amount that the kernel holds back.
             std::string text = random.text(random.below(12'000), characters_of(alphabet));
             const std::size_t changes = random.below(2) * random.below(400);
             for (std::size_t i = 0; i < changes && !text.empty(); ++i) {

@@ -39,7 +39,7 @@ void expect_same(Alphabet alphabet, std::string_view text, std::size_t offset = 
     ASSERT_EQ(found, expected) << text;
 }
 
-/// A canonical line for `n` bytes.
+/// Returns a canonical line for `n` bytes.
 std::string line_for(Alphabet alphabet, unsigned n, std::string_view line_end, Random& random) {
     const std::string_view characters = alphabet == Alphabet::uu ? uu_characters : xx_characters;
     std::string line(1, character_for(alphabet, n));
@@ -55,7 +55,7 @@ TEST(UuKernel, DecodesLinesOfEveryLengthAsItsReference) {
                 for (int i = 0; i < 4; ++i) text += line_for(alphabet, n, i % 2 == 0 ? "\n" : "\r\n", random);
                 for (const std::size_t offset : test::offsets) expect_same(alphabet, text, offset);
                 expect_same(alphabet, text + line_for(alphabet, 45, "", random));
-                // Lines that are a character too long or too short.
+                // Lines with one character too many or too few.
                 expect_same(alphabet, text + line_for(alphabet, 45, "x\n", random) + text);
                 expect_same(alphabet, text + line_for(alphabet, 45, "\n", random).erase(7, 1) + text);
             }

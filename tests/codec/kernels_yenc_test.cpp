@@ -47,7 +47,7 @@ void expect_same(std::string_view text, std::size_t offset = 0, unsigned char pr
     }
 }
 
-/// What an encoder makes of random bytes.
+/// Returns random bytes in the form that an encoder gives them.
 std::string encoded(Random& random, std::size_t n) {
     Column column;
     std::string out(encoded_bound(n, 128), '\0');
@@ -64,7 +64,7 @@ TEST(YencKernel, DecodesEveryLengthAndAlignmentAsItsReference) {
     });
 }
 
-/// Everything that a rule looks at, at every place of a block and across two.
+/// Everything that a rule examines, at every place of a block and across two.
 TEST(YencKernel, MeetsOddPiecesAtEachPosition) {
     constexpr std::string_view pieces[] = {
         "\r\n",     "\r",    "\n",        "\r\r\n",     "  \r\n", "   \r\n",  " \r\n",   "  \r",      "=  \r\n",
@@ -88,7 +88,7 @@ TEST(YencKernel, DecodesRandomOddTextsAsItsReference) {
     on_each_target([] {
         Random random(23);
         for (int round = 0; round < 600; ++round) {
-            // From texts that are nothing but odd to such that are nearly proper.
+            // From texts of only unusual pieces to nearly proper ones.
             std::string text = random.text(random.below(700), "=\r\n .yenab");
             const std::size_t share = random.below(60);
             for (char& c : text) c = random.below(60) < share ? random.byte() : c;
@@ -146,7 +146,7 @@ TEST(YencKernel, EncodesAsItsReference) {
     });
 }
 
-/// The examples of the yEnc draft's rule: value + 42, and 64 more behind '='.
+/// The examples of the yEnc draft's rule: value + 42, and 64 more after '='.
 TEST(Yenc, KnowsItsEscapes) {
     const auto decoded = [](std::string_view text, Rules rules = Rules::plain) {
         return run(decode, rules, text, '\n', true).bytes;

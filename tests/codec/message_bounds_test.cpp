@@ -18,7 +18,7 @@ std::string mail(const std::string& name, const std::string& more = "") {
     return more + "Content-Type: x/y; name=" + name + "\nContent-Transfer-Encoding: base64\n\n" + rows;
 }
 
-/// The names of the files that `text` holds, with a '!' where one is not whole or has other bytes.
+/// Returns the names of the files in `text`, with a '!' for one that is not whole or has other bytes.
 std::string names_in(const std::string& text) {
     std::string out;
     for (const ScannedFile& file : scan_and_decode(text)) {

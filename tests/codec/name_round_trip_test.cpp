@@ -1,4 +1,4 @@
-// Names that are encoded come back, whatever is in them, as far as a safe file name can have it.
+// Encoded names come back, whatever they contain, as far as a safe file name allows.
 #include "codec/hqx.h"
 #include "codec/mail/mime_header.h"
 #include "codec/recovery/content_name.h"
@@ -22,7 +22,7 @@
 namespace quill::codec {
 namespace {
 
-/// Characters from all over the basic plane, and some beyond, between letters.
+/// Returns characters from all over the basic plane, and some beyond, between letters.
 std::vector<std::string> names_of_all_planes() {
     std::vector<std::string> names;
     for (char32_t c = 0x21; c < 0x10000; c += c < 0x100 ? 1 : 499) {
@@ -38,7 +38,7 @@ std::vector<std::string> names_of_all_planes() {
     return names;
 }
 
-/// What has a meaning of its own somewhere on the way.
+/// Returns names with a special meaning in one of the formats.
 std::vector<std::string> nasty_names() {
     std::vector<std::string> names = {"=?utf-8?q?x?=.bin",
                                       "a =?utf-8?q?=41?= =?utf-8?b?QQ==?= b",
@@ -112,7 +112,7 @@ std::vector<std::string> nasty_names() {
     return names;
 }
 
-/// Names of random bytes and of the pieces of MIME's syntax.
+/// Returns names of random bytes and of pieces of MIME syntax.
 std::vector<std::string> random_names() {
     constexpr std::string_view pieces[] = {"=?", "?=", "utf-8", "?q?", "?b?", "%", "'", "''", "\"",
                                            "\\", ";",  "=",     " ",   ".",   "a", "ä", "€",  "*",
@@ -139,7 +139,7 @@ std::vector<std::string> all_names() {
     return names;
 }
 
-/// The name as it is written: in UTF-8, with '_' for control characters.
+/// Returns the name as written: in UTF-8, with '_' for control characters.
 std::string written_name(const std::string& name) {
     std::string out = text::to_utf8(name);
     std::replace_if(
@@ -182,7 +182,7 @@ TEST_P(NameRoundTrip, EveryNameComesBack) {
 INSTANTIATE_TEST_SUITE_P(EncodeAndDecode, NameRoundTrip, testing::Values("uue", "mime", "binhex", "xxe", "yenc"),
                          [](const auto& tested) { return tested.param; });
 
-/// The names that the fields of a message give, each read alone: exactly the one written.
+/// The names from the fields of a message, each read alone: exactly the one written.
 TEST(NameRoundTripMime, EachFieldHasTheWholeName) {
     const tests::TemporaryDirectory dir;
     for (const std::string& name : all_names()) {

@@ -15,7 +15,7 @@ using tests::scan_and_decode;
 using tests::ScannedFile;
 using tests::uu_lines;
 
-/// The parts of a file of 920 bytes in three posts; `name` is what the subject has before the numbers.
+/// Returns the parts of a file of 920 bytes in three posts; `name` is the subject before the numbers.
 std::vector<std::string> parts_of(const std::string& bytes, const std::string& name) {
     const std::vector<std::string> lines = uu_lines(bytes);
     std::vector<std::string> out;
@@ -40,7 +40,7 @@ class PartCopies : public testing::Test {
     const std::string original = noise(920);
     std::vector<std::string> parts = parts_of(original, "x.bin");
 
-    /// Decodes the parts with `copy` of the second one, before it and behind it.
+    /// Decodes the parts with `copy` of the second one, before it and after it.
     void expect_with(const std::string& copy, Verdict verdict, std::string_view kind) {
         for (const bool first : {false, true}) {
             const auto files = decoded(first ? std::vector{parts[0], copy, parts[1], parts[2]}
@@ -85,7 +85,7 @@ TEST_F(PartCopies, TwoPostsOfOneSubjectBothComeOutAndAreNotVouchedFor) {
     EXPECT_EQ(files[0].bytes, original);
     EXPECT_EQ(files[1].bytes, other);
     for (const ScannedFile& file : files) EXPECT_EQ(file.outcome.verdict, Verdict::damaged);
-    // Parts that are left of two posts look like one post.
+    // The remaining parts of two posts look like one post.
     const auto mixed = decoded({texts[0], texts[2], texts[3], texts[4]});
     for (const ScannedFile& file : mixed) EXPECT_GE(file.outcome.verdict, Verdict::damaged);
 }

@@ -28,7 +28,7 @@ std::string data(const std::string& name) {
     return files::read_file(data_path(name)).value();
 }
 
-/// What other programs wrote, and what they made it from.
+/// The output of another program, and the original.
 struct Foreign {
     std::vector<std::string> inputs;
     std::string name;
@@ -139,7 +139,7 @@ TEST(Recovery, TheFilesOfEncodedMessagesCountForTheLimit) {
     EXPECT_EQ(recovery->problems().size(), 1U);
 }
 
-/// A message with a picture, and `rounds` times a message around it that has it in Base64.
+/// Returns a message with a picture, wrapped `rounds` times in a message that has it in Base64.
 std::string encoded_message(unsigned rounds) {
     std::string text = "Subject: " + std::string(90, 'x') + "\n\nbegin 644 cat\n#0V%T\n`\nend\n";
     for (unsigned i = 0; i < rounds; ++i) {

@@ -12,7 +12,7 @@
 
 namespace quill::tests {
 
-/// A file that a text holds, decoded.
+/// A decoded file from a text.
 struct ScannedFile {
     codec::Attachment attachment;
     std::string bytes;
@@ -26,7 +26,7 @@ struct ScannedFile {
     }
 };
 
-/// Scans and decodes texts in memory, together, under the names `paths`.
+/// Scans and decodes texts in memory together, under the names `paths`.
 inline std::vector<ScannedFile> scan_and_decode(const std::vector<std::string_view>& texts,
                                                 const std::vector<std::string>& paths) {
     std::vector<codec::FoundFile> found;

@@ -100,7 +100,7 @@ TEST(TaggedLines, TextBehindRowsOfBase64IsNotTakenForDataUnsaid) {
         {more + "Anna<br>Anna", bytes + "\x02\x79\xDA\x02\x79\xDA", Verdict::damaged, "doubtful-row"},
         {more + "Hannah", bytes + "\x1D\xA9\xE7j", Verdict::damaged, "doubtful-row"},
         {"<br>\r\n<BR> <br>\r\n", "", Verdict::damaged, "no-data"},
-        // Tags before their rows, rows that were broken anew, and rows with an empty one behind each.
+        // Tags before their rows, rewrapped rows, and rows with an empty one after each.
         {more + "QUJD<br>" + more + "QUJD<br>QUJDREVG", bytes + "ABC" + bytes + "ABCABCDEF", Verdict::whole,
          "tagged-lines"},
         {full + "\r\n<br>" + full + "\r\n<br>QUJD\r\n", bytes + bytes + "ABC", Verdict::whole, "tagged-lines"},

@@ -19,12 +19,12 @@ using Lines = std::vector<std::string>;
 
 const std::string original = noise(920);
 
-/// A post of `lines`, with what ends the data.
+/// Returns a post of `lines`, with the end of the data.
 std::string post_of(const Lines& lines, const std::string& last = "`\n") {
     return "begin 644 x\n" + text_of(lines) + last + "end\n";
 }
 
-/// The sum of a line's values, as some encoders write it at its end.
+/// Returns the sum of a line's values, as some encoders write it at its end.
 char check_of(const std::string& line) {
     unsigned sum = 0;
     for (const char c : line.substr(1)) sum += static_cast<unsigned>(uu::value_of(uu::Alphabet::uu, c));
@@ -36,7 +36,7 @@ Lines checked(Lines lines) {
     return lines;
 }
 
-/// The lines with '`' written as a blank, and those at their ends lost.
+/// Returns the lines with '`' written as a blank, or lost at their ends.
 Lines blanked(Lines lines, bool lost) {
     for (std::string& line : lines) {
         for (char& c : line) c = c == '`' ? ' ' : c;

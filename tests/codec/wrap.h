@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-/// What happens to texts on their way, done on purpose.
+/// The changes of texts in transit, made on purpose.
 namespace quill::tests {
 
 inline std::string each_line(std::string_view text, std::string_view before, std::string_view after = "") {
@@ -36,7 +36,7 @@ inline std::string numbered(std::string_view text, std::string_view after) {
     return out;
 }
 
-/// Each byte as a unit of UTF-16.
+/// Returns each byte as a unit of UTF-16.
 inline std::string utf16(std::string_view text, bool big, bool marked) {
     std::string out = !marked ? "" : big ? "\xFE\xFF" : "\xFF\xFE";
     for (const char c : text) {

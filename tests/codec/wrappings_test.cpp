@@ -25,7 +25,7 @@ std::string read_back(const Recovery& recovery, const Attachment& attachment, co
     return dir.read("back");
 }
 
-/// The text that holds `bytes` as cat.bin in a format, with a mail's header around MIME.
+/// Returns a text that contains `bytes` as cat.bin in a format, with a mail's header around MIME.
 std::string encoded(const tests::TemporaryDirectory& dir, const std::string& format, const std::string& bytes) {
     const std::string input = dir.write("cat.bin", bytes);
     EncodeOptions options;
@@ -61,7 +61,7 @@ INSTANTIATE_TEST_SUITE_P(Formats, Wrapped,
                              return std::string(std::get<1>(test.param).name) + "_" + std::get<0>(test.param);
                          });
 
-/// Unwraps `text` with the row `kind` alone.
+/// Unwraps `text` with only the row `kind`.
 std::optional<Unwrapped> unwrapped(ProblemKind kind, const std::string& text, const tests::TemporaryDirectory& dir,
                                    Spool& spool) {
     static const auto row = [](ProblemKind name) {

@@ -26,7 +26,7 @@ struct Decoded {
     std::vector<std::string> sources;
 };
 
-/// What the files at `paths`, read together, hold.
+/// Returns the files in `paths`, read together.
 std::vector<Decoded> decode_all(const std::vector<std::string>& paths) {
     std::vector<Decoded> out;
     const auto recovery = Recovery::open(paths);
@@ -57,7 +57,7 @@ Decoded decode_one(const std::string& text) {
     return all.empty() ? Decoded{} : all[0];
 }
 
-/// A file of 10 bytes in five posts of two, in a directory of its own.
+/// A file of 10 bytes in five posts of two, in a separate directory.
 class YencParts : public testing::Test {
   protected:
     void SetUp() override {
@@ -67,7 +67,7 @@ class YencParts : public testing::Test {
         parts = *written;
     }
 
-    /// The result of decoding these parts, counted from 1, in this order.
+    /// Returns the result of decoding these parts, counted from 1, in this order.
     Decoded decoded(const std::vector<std::size_t>& numbers) const {
         std::vector<std::string> paths;
         for (const std::size_t number : numbers) paths.push_back(parts[number - 1]);
@@ -185,7 +185,7 @@ TEST_F(YencParts, APartsOwnCrcMayStandWhereTheFilesBelongs) {
     EXPECT_EQ(decoded({1, 2, 3, 4, 5}).verdict, Verdict::verified);
 }
 
-/// What posts of `part`s of one byte state wrongly, or do not state.
+/// Posts of `part`s of one byte with wrong or missing statements.
 TEST(YencScan, PartsThatMayBeOfOtherFilesOrLackTheLastAreNotVouchedFor) {
     const auto named = [](const std::string& begin, const std::string& place, const std::string& byte,
                           const std::string& end) {

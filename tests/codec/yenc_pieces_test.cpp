@@ -39,7 +39,7 @@ bool saw_even_rows(std::string_view data, const Post& post, quill::codec::test::
     return rows.saw_even_rows();
 }
 
-/// Rows of 10 characters, some of them with an escape at their end or a second dot, then changed at one place.
+/// Rows of 10 characters, some with an escape at their end or a second dot, then changed at one place.
 TEST(YencRows, AreWatchedInPiecesAsTheyAreMeasuredAtOnce) {
     quill::codec::test::Random random(7);
     std::size_t even = 0;

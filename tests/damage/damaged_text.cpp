@@ -7,7 +7,7 @@
 namespace quill::tests {
 namespace {
 
-/// Quoted-printable doesn't say which line ends a file had, or whether empty lines around it belong to it.
+/// Quoted-printable doesn't state which line ends a file had, or whether empty lines around it belong to it.
 std::string comparable(const Writing& writing, std::string bytes) {
     if (writing.transfer != Transfer::quoted_printable) return bytes;
     std::erase(bytes, '\r');

@@ -5,12 +5,12 @@
 #include <cstddef>
 #include <string_view>
 
-/// What is wrong today, as upper bounds: whoever mends a class lowers its row.
+/// The present faults, as upper bounds: a fix of a class lowers its row.
 namespace quill::tests {
 
 struct KnownFault {
-    std::string_view class_name;  ///< the kind of format, and the first change that it needs
-    std::size_t count = 0;        ///< results called whole or verified although the text disproves them
+    std::string_view class_name;  ///< the kind of format, and the first change needed
+    std::size_t count = 0;        ///< results called whole or verified although the text contradicts them
 };
 
 constexpr std::array known_fault_table = {

@@ -26,7 +26,7 @@ struct Case {
     const char* what;
     std::string text;
     Likely kind;
-    const char* advice;  ///< part of what is to be tried next
+    const char* advice;  ///< part of the advice on what to try next
 };
 
 TEST(Diagnosis, TellsWhatAFileIsAndWhatToTryNext) {

@@ -97,7 +97,7 @@ TEST(MimeHeader, KeepsANameFromBreakingOutOfItsQuotes) {
 
 class Headerless : public testing::Test {
   protected:
-    /// A file of four even lines of the name given, as the input of the run.
+    /// Makes a file of four even lines with the given name the input of the run.
     void begin_with(const std::string& name, const std::string& text) {
         program_.session.EncodedPath = directory_.write(name, text);
     }

@@ -20,7 +20,7 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-/// A MIME part of the bytes "hello, world" under `name`.
+/// Returns a MIME part of the bytes "hello, world" under `name`.
 std::string part(const std::string& name) {
     return "--x\r\nContent-Type: application/octet-stream\r\nContent-Transfer-Encoding: base64\r\n"
            "Content-Disposition: attachment; filename=\"" +
@@ -175,7 +175,7 @@ TEST_F(LibraryRun, ATextWithAHeadIsTriedByItsTailAndThenGivenUp) {
     dir.write("a.txt", "one\r\ntwo\r\n\r\nfour\r\nfive\r\n");
     decode("a.txt");
     EXPECT_TRUE(gave_up());
-    // The tail has no head of its own, so its even copy was tried and the work files are gone again.
+    // The tail has no head itself, so its even copy was tried and the work files are removed.
     EXPECT_EQ(program.session.DecodePass, 2);
     EXPECT_EQ(dir.names(), Names{"a.txt"});
 }
@@ -219,7 +219,7 @@ TEST_F(LibraryRun, FilesOfASecondTryAreNamedInMessages) {
     program.platform.expect_message("a.bin");
     program.platform.expect_message("b.bin");
     std::string path = dir.path("a.mim");
-    // No blank line ahead of the parts: the even copy is decoded.
+    // No blank line before the parts: the even copy is decoded.
     dir.write("a.mim", "begin 644 b.bin\r\n#86)C\r\n`\r\nend\r\nbegin 644 a.bin\r\n#86)C\r\n`\r\nend\r\n");
     undectwo(program.context, path);
     EXPECT_EQ(program.platform.messages, (Names{"a.bin", "b.bin"}));
@@ -264,7 +264,7 @@ TEST_F(LibraryRun, WhatCannotBeWrittenIsSaidOnceAndNothingElseIsTried) {
     }
 }
 
-/// Several attachments, one of them large.
+/// Returns a message with several attachments, one of them large.
 std::string long_message() {
     std::string text = message({"a.bin", "b.bin"});
     const std::string row = std::string(76, 'A') + "\r\n";
@@ -278,7 +278,7 @@ TEST_F(LibraryRun, AStopLeavesWhatIsWholeByThenAndNothingElse) {
     dir.write("a.mim", long_message());
     std::set<Names> left;
     bool pressed = true;
-    for (int at = 1; pressed; ++at) {  // a Stop at each chance that the run gives
+    for (int at = 1; pressed; ++at) {  // a Stop at each opportunity during the run
         ASSERT_LT(at, 1000);
         tests::Program fresh;
         shell::swit& main = fresh.main_window;
@@ -312,7 +312,7 @@ TEST_F(LibraryRun, ASecondTryStopsToo) {
     EXPECT_EQ(dir.names(), Names{"a.txt"});
 }
 
-/// What a rewriting makes of a text.
+/// Returns the rewritten text.
 template <class Rewriting>
 std::string made_of(const std::string& text, Rewriting rewriting) {
     std::string out;

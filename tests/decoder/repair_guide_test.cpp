@@ -30,21 +30,21 @@ const std::string header =
 
 class RepairGuide : public testing::Test {
   protected:
-    /// The guide on a file `name` that holds `text`.
+    /// Opens the guide on a file `name` that contains `text`.
     Form3& open_on(const std::string& name, const std::string& text) {
         program_.session.EncodedPath = directory_.write(name, text);
         show_repair_guide(program_.context);
         return program_.windows.load<Form3>();
     }
 
-    /// Chooses as the view does: the choice is set and its action runs. Returns whether the process ended.
+    /// Chooses like the view: sets the choice and runs its action. Returns true if the process ended.
     static bool choose(controls::Choice& choice) {
         choice.chosen = true;
         return tests::ends_process([&] { controls::run(choice.click); });
     }
     static void pick(const controls::MenuItem& item) { controls::run(item.click); }
 
-    /// What is said when Option7 or Option8 is chosen, up to the start of the repair.
+    /// Expects the messages when Option7 or Option8 is chosen, up to the start of the repair.
     void expect_repair(const std::string& message, bool yes = true) {
         program_.platform.expect_message(message);
         program_.platform.expect_question("click NO now. Did you look at the file", yes);

@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <string>
 
-/// Files that cannot be decoded as they are, on their whole way to a decoded file.
+/// Files that cannot be decoded directly, followed up to the decoded file.
 namespace quill::decoder {
 namespace {
 
@@ -37,7 +37,7 @@ std::string rows(const std::string& line_end) {
 
 class RepairedFile : public testing::Test {
   protected:
-    /// Runs the decoder in a process of its own; returns what it lists as found.
+    /// Runs the decoder in a separate process; returns the files that it lists.
     std::vector<std::string> decode(const std::string& name) {
         connect_decoder(program_.context);
         std::string path = directory_.path(name);

@@ -25,7 +25,7 @@ class ResultsPanel : public testing::Test {
   protected:
     void SetUp() override { connect_results_panel(program_.context); }
 
-    /// A file among the results, and selected.
+    /// Adds a file to the results and selects it.
     void found(const std::string& name, const std::string& bytes, std::optional<codec::Outcome> outcome = {}) {
         directory_.write(name, bytes);
         add_results(program_.main_window, directory_.path(), {{name, std::move(outcome)}});

@@ -18,7 +18,7 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-/// A message with one Base64 attachment, `name`, of the bytes "hello, world".
+/// Returns a message with one Base64 attachment, `name`, of the bytes "hello, world".
 std::string message_with(const std::string& name) {
     return "Subject: a file\r\n"
            "MIME-Version: 1.0\r\n"
@@ -39,7 +39,7 @@ std::string repeated(const std::string& text, int times) {
     return out;
 }
 
-/// Lines of the given lengths, of letters that Base64 takes.
+/// Returns lines of the given lengths, of letters in the Base64 alphabet.
 std::string lines_of(const std::vector<std::size_t>& lengths) {
     std::string out;
     for (const std::size_t length : lengths) out += std::string(length, 'A') + "\r\n";
@@ -48,7 +48,7 @@ std::string lines_of(const std::vector<std::size_t>& lengths) {
 
 class Triage : public testing::Test {
   protected:
-    /// Runs `undec` on the file `name`; returns whether it ended the process.
+    /// Runs `undec` on the file `name`; returns true if it ended the process.
     bool decode(const std::string& name) {
         path = dir.path(name);
         program.session.SelectedDir = files::dir_of(path);
@@ -82,7 +82,7 @@ TEST_F(Triage, ARunClosesTheWindowsThatAskAboutAnEarlierFile) {
     EXPECT_FALSE(decode("a.mim"));
     EXPECT_FALSE(gave_up() || asks_for_name());
 
-    program.windows.load<Form4>().Frame2.visible = true;  // at work for something else
+    program.windows.load<Form4>().Frame2.visible = true;  // in use for something else
     EXPECT_FALSE(decode("a.mim"));
     EXPECT_TRUE(asks_for_name());
 }
@@ -122,7 +122,7 @@ TEST_F(Triage, WhatIsNoJpegKeepsItsName) {
     EXPECT_EQ(program.platform.opened, Names{});
 }
 
-/// A yEnc post of the bytes "hi" behind `ahead`.
+/// Returns a yEnc post of the bytes "hi" after `ahead`.
 std::string yenc_behind(const std::string& ahead) {
     return ahead + "=ybegin line=128 size=2 name=hi.txt\r\n\x92\x93\r\n=yend size=2\r\n";
 }
@@ -175,7 +175,7 @@ TEST_F(Triage, TheNamingWindowOfAnEarlierRunEndsNoLaterOne) {
     EXPECT_EQ(w.List3.items(), Names{"hello (2).txt"});
 }
 
-/// A message with one attachment of 45 bytes in UUE, its lines ended by `ending`.
+/// Returns a message with one attachment of 45 bytes in UUE, its lines ended by `ending`.
 std::string uue_lines(const std::string& ending) {
     std::string text;
     for (const char* line : {"From: a", "To: b", "Subject: c", "", "begin 644 a.bin",
@@ -220,7 +220,7 @@ TEST_F(Triage, TextThatLostItsTagsIsNotCalledWhole) {
     EXPECT_EQ(dir.read("a.mim"), text);
 }
 
-/// A header line of `length` characters.
+/// Returns a header line of `length` characters.
 std::string long_header(std::size_t length) {
     std::string line = "Content-Transfer-Encoding: base64; name=";
     return line + std::string(length - line.size(), 'n') + "\r\n";

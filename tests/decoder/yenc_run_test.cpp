@@ -31,7 +31,7 @@ class YencRun : public testing::Test {
         findfirst(program.context, path);
     }
 
-    /// What is known of the first row that is called `name`.
+    /// Returns the record of the first row called `name`.
     ResultRow row(const std::string& name) const {
         const auto& items = w.List3.items();
         const auto found = std::find(items.begin(), items.end(), name);
@@ -49,7 +49,7 @@ std::string post(const std::string& name, const std::string& data, const std::st
     return ahead + "=ybegin line=128 size=3 name=" + name + "\r\n" + data + "\r\n=yend size=3\r\n";
 }
 
-/// Part `number` of three, each of three bytes, of a file of nine.
+/// Returns part `number` of three, each of three bytes, of a file of nine.
 std::string part(int number, const std::string& data) {
     const std::string n = std::to_string(number);
     return "=ybegin part=" + n +

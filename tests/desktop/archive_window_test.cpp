@@ -27,7 +27,7 @@ namespace {
 using desktop::ArchiveModel;
 using ::testing::ElementsAre;
 
-/// The archive window with its real view, on an archive in a directory of its own.
+/// The archive window with its real view, on an archive in a separate directory.
 class ArchiveWindowTest : public ViewTest {
   protected:
     zip::arcview& open(const std::string& archive) {

@@ -21,7 +21,7 @@
 namespace quill::tests {
 namespace {
 
-/// A port of this machine that somebody listens on.
+/// A port of this machine with a listener.
 class Listener {
   public:
     Listener() : fd_(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0)) {
@@ -48,7 +48,7 @@ class Listener {
 
 class BookViewTest : public ViewTest {
   protected:
-    /// The reader on a book of these pages.
+    /// Opens the reader on a book of these pages.
     htx::Form7& open(const std::vector<std::pair<std::string, std::string>>& files) {
         views.add<htx::Form7, desktop::BookView>();
         std::vector<htx::Form7::File> unpacked;
@@ -70,7 +70,7 @@ class BookViewTest : public ViewTest {
     TemporaryDirectory directory;
 };
 
-/// What pages do to phone home, to read files or to run. HOST, FILE are replaced.
+/// Ways for pages to phone home, to read files or to run programs. HOST, FILE are replaced.
 const std::vector<std::string> attacks = {
     "<img src=http://HOST/a.png>",
     "<img src=//HOST/a.png>",

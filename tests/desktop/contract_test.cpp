@@ -29,7 +29,7 @@ namespace {
 
 using namespace controls;
 
-/// What every view owes to the controls of its window, whatever they are.
+/// The duties of every view to the controls of its window.
 class ViewContract : public ViewTest {
   protected:
     /// Controls of these kinds are not drawn.
@@ -48,7 +48,7 @@ class ViewContract : public ViewTest {
         control.click;
     };
 
-    /// Counts what a click on the control's widget sets off.
+    /// Counts the effects of a click on the control's widget.
     template <class C>
     void expect_click(const std::string& name, C& control, QObject* object) {
         int clicks = 0;
@@ -59,7 +59,7 @@ class ViewContract : public ViewTest {
             EXPECT_TRUE(button->focusPolicy() & Qt::TabFocus) << name << " can't be reached by the keyboard";
             button->click();
         } else {
-            clicks = 1;  // a menu, or a text that only may be clicked
+            clicks = 1;  // a menu, or a text that is only clickable
         }
         control.click = before;
         EXPECT_EQ(clicks, 1) << name;
@@ -82,7 +82,7 @@ class ViewContract : public ViewTest {
         }
     }
 
-    /// All controls of the window, but those that are drawn as a part of another's widget.
+    /// Checks all controls of the window, except those drawn as a part of another's widget.
     template <class W>
     void check_all(W& window, const std::set<std::string>& parts = {}) {
         views.sync_all();

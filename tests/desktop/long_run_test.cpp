@@ -12,10 +12,10 @@
 namespace quill::tests {
 namespace {
 
-/// Input to the main window while a long run goes on.
+/// Input to the main window during a long run.
 class LongRunInput : public ViewTest {
   protected:
-    /// Drops what the application of the program drops.
+    /// Drops the events that the program's application drops.
     class Filter final : public QObject {
       public:
         explicit Filter(desktop::EventLoop& events) : events_(events) { qApp->installEventFilter(this); }
@@ -46,7 +46,7 @@ class LongRunInput : public ViewTest {
         }
     }
 
-    /// Runs a long run in the middle of which `input` comes in; returns whether that stopped it.
+    /// Performs a long run during which `input` arrives; returns true if that stopped it.
     bool stopped_by(const std::function<void()>& input) {
         bool stopped = false;
         events.hand_in([&] {

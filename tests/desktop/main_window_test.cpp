@@ -12,7 +12,7 @@
 namespace quill::tests {
 namespace {
 
-/// The main window as a user sees it.
+/// The main window from the user's view.
 class MainWindow : public ViewTest {
   protected:
     MainWindow() {
@@ -21,7 +21,7 @@ class MainWindow : public ViewTest {
         views.sync_all();
     }
 
-    /// Opens the results panel on the files named.
+    /// Opens the results panel on the named files.
     void show_results(const std::vector<std::string>& names) {
         for (const std::string& name : names) w.List3.add(name);
         w.Picture2.visible = true;

@@ -36,7 +36,7 @@ std::string png_of(int width, int height) {
 
 class PictureServiceTest : public ::testing::Test {
   protected:
-    /// Asks for the file and keeps the answer under its name.
+    /// Requests the file and stores the answer under its name.
     platform::Pictures::Ticket ask(const std::string& path, platform::PicturePriority priority = {}) {
         platform::PictureRequest request;
         request.source.path = path;
@@ -62,7 +62,7 @@ TEST_F(PictureServiceTest, AnswersLaterWithPixelsThatFit) {
 
 TEST_F(PictureServiceTest, TakesTheMostUrgentFirstAndDropsWhatIsCancelled) {
     const std::string path = here.write("a.png", png_of(8, 8));
-    // Those that the workers take at once come first.
+    // Those that the workers get at once come first.
     const auto places = static_cast<std::size_t>(QThread::idealThreadCount());
     for (std::size_t i = 0; i < places; ++i) ask(path);
     const std::string low = here.write("low.png", png_of(8, 8));

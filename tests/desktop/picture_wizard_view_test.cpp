@@ -16,7 +16,7 @@ using testing::ElementsAre;
 
 class PictureWizardViewTest : public ViewTest {
   protected:
-    /// The wizard at the order of three pictures.
+    /// Opens the wizard at the order of three pictures.
     htx::HtxWiz& open_order() {
         views.add<htx::HtxWiz, desktop::PictureWizardView>();
         htx::show_picture_wizard(program.context, htx::album_caption, {"/p/a.jpg", "/p/b.jpg", "/p/c.jpg"});

@@ -34,7 +34,7 @@
 namespace quill::tests {
 namespace {
 
-/// What a stranger may call a file: markup, a picture to fetch, a turn of the text's direction, a bell.
+/// A hostile file name: markup, a picture to fetch, a change of the text's direction, a bell.
 constexpr auto hostile = "<img src=x><b>bold</b><a href=y>link</a>&amp;\xE2\x80\xAEgpj.\x07\xE2\x81\xA6[*]";
 
 /// Makes every text of `control` hostile.
@@ -51,7 +51,7 @@ void spoil(C& control) {
     }
 }
 
-/// Whether `text`, which Qt may take for markup, has nothing in it but characters.
+/// Returns true if `text`, which Qt may read as markup, contains nothing but characters.
 bool is_only_text(const QString& text) {
     if (!Qt::mightBeRichText(text)) return true;
     QTextDocument document;
@@ -65,7 +65,7 @@ bool is_only_text(const QString& text) {
     return true;
 }
 
-/// Every window of the program and each box, given hostile texts.
+/// Every window of the program and each box, with hostile texts.
 class HostileText : public ViewTest {
   protected:
     HostileText() {
@@ -73,7 +73,7 @@ class HostileText : public ViewTest {
         here.make_directory("d" + hostile_name());
     }
 
-    /// As a name of a file, which cannot hold a slash.
+    /// Returns it as a file name, which cannot contain a slash.
     static std::string hostile_name() {
         std::string name = hostile;
         std::erase(name, '/');
@@ -139,7 +139,7 @@ class HostileText : public ViewTest {
         }
     }
 
-    /// Shows `w` with every text of it hostile.
+    /// Shows `w` with all its texts hostile.
     template <class W>
     void check(W& w) {
         SCOPED_TRACE(typeid(W).name());
@@ -153,7 +153,7 @@ class HostileText : public ViewTest {
         EXPECT_TRUE(failures.empty());
     }
 
-    /// Looks at the box that `open` shows, and cancels it.
+    /// Checks the box that `open` shows, and cancels it.
     template <class F>
     void check_box(F&& open) {
         seen_ = 0;
@@ -172,7 +172,7 @@ class HostileText : public ViewTest {
     const TemporaryDirectory here;
 
   private:
-    unsigned seen_ = 0;  ///< texts that came out as they are
+    unsigned seen_ = 0;  ///< texts shown unchanged
 };
 
 TEST_F(HostileText, IsShownAsItIsInEveryWindow) {

@@ -89,7 +89,7 @@ TEST(StartDetached, PassesArgumentsByteForByteAndTellsWhatCannotStart) {
     const TemporaryDirectory here;
     const std::string shell = desktop::find_program("sh");
     ASSERT_FALSE(shell.empty());
-    // The named pipe makes this wait for the program instead of for a time.
+    // The named pipe makes this wait for the program instead of for a fixed time.
     ASSERT_EQ(std::system("mkfifo pipe"), 0);
     ASSERT_TRUE(desktop::start_detached(shell, {"-c", "printf %s \"$1\" >pipe", "x", "a b\xE4"}, here.path()));
     EXPECT_EQ(here.read("pipe"), "a b\xE4");

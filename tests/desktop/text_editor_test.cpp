@@ -18,7 +18,7 @@ std::string again(std::string_view bytes) {
     return desktop::text_bytes(file.text, file.form).value();
 }
 
-/// Every character of Unicode as UTF-8, in lines.
+/// Returns every character of Unicode as UTF-8, in lines.
 std::string all_characters() {
     std::string all;
     for (char32_t character = 0; character <= 0x10FFFF; ++character) {
@@ -28,7 +28,7 @@ std::string all_characters() {
     return all;
 }
 
-/// Pieces that mean something to a text, or break one that does.
+/// Pieces with a meaning in a text, or that break such a piece.
 constexpr std::string_view pieces[] = {"\0"sv,
                                        "\t",
                                        "\n",
@@ -68,7 +68,7 @@ constexpr std::string_view pieces[] = {"\0"sv,
 
 class Mixtures {
   public:
-    /// Bytes of all values, of the pieces above, or of both.
+    /// Returns bytes of all values, of the pieces above, or of both.
     std::string next(std::size_t length) {
         const unsigned kind = pick(3);
         std::string bytes;

@@ -23,7 +23,7 @@ class ViewTest : public ::testing::Test {
         events.failed = [this](const std::string& reason) { failures.push_back(reason); };
     }
 
-    /// Lets the boxes of later tests run where this one has ended the program.
+    /// Allows the boxes of later tests if this one has ended the program.
     ~ViewTest() override {
         if (!events.ended()) return;
         QTimer::singleShot(0, [] { QCoreApplication::quit(); });
@@ -32,7 +32,7 @@ class ViewTest : public ::testing::Test {
 
     QWidget& frame_of(const controls::Window& window) { return views.view_of(window)->frame(); }
 
-    /// The widget of `window` with the name of one of its controls.
+    /// Returns the widget of `window` with the name of one of its controls.
     template <class W = QWidget>
     W* widget(const controls::Window& window, const char* name) {
         return frame_of(window).findChild<W*>(QString::fromLatin1(name));

@@ -47,7 +47,7 @@ class Viewer : public ViewTest {
         return path;
     }
 
-    /// Lets the program do `action`, decode what that asks for, and draw.
+    /// Lets the program run `action`, decode the requested pictures, and draw.
     void act(const controls::Action& action) {
         events.hand_in(action);
         settle();
@@ -72,7 +72,7 @@ class Viewer : public ViewTest {
 
     desktop::ThumbnailGrid& grid(viewer::tittwo& w) { return *widget<desktop::ThumbnailGrid>(w, "thumbnails"); }
 
-    /// Every control that is visible has something on the screen that says its role.
+    /// Every visible control has something on the screen that states its role.
     template <class W>
     void expect_drawn(W& window, const std::set<std::string>& parts) {
         visit_controls(window, [&](const std::string& name, const char*, controls::Control& control) {

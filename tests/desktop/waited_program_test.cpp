@@ -18,7 +18,7 @@ using platform::ProgramEnd;
 
 class WaitedPrograms : public testing::Test {
   protected:
-    /// A scanner whose answer depends on the file that it gets.
+    /// Returns a scanner whose answer depends on the file that it gets.
     std::string script(const std::string& commands) {
         directory_.write("scanner", "#!/bin/sh\n" + commands + "\n");
         std::filesystem::permissions(directory_.path("scanner"), std::filesystem::perms::owner_all);

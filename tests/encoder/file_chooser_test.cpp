@@ -235,7 +235,7 @@ TEST_F(FileChooser, ADirectoryBecomesAFavorite) {
     EXPECT_THAT(w.List5.items(), ElementsAre("Mail, old"));
     EXPECT_THAT(w.List6.items(), ElementsAre(dir_.path("mail")));
 
-    // A caption that can be no file name: nothing is written, the window closes all the same.
+    // A caption that can't be a file name: nothing is written, and the window still closes.
     controls::run(w.Label3.click);
     program_.platform.expect_input("Enter a Name", "a/b");
     program_.platform.expect_message("The shortcut could not be added");

@@ -17,7 +17,7 @@ class Merge : public ::testing::Test {
     std::string path(const std::string& name) const { return dir_.path(name); }
     std::string put(const std::string& name, const std::string& bytes) const { return dir_.write(name, bytes); }
     std::string merged() const { return dir_.read("merged.txt"); }
-    /// A post that holds part `number` with the data `data`.
+    /// Returns a post with part `number` and the data `data`.
     static std::string post(int number, const std::string& data, const std::string& before = "",
                             const std::string& behind = "") {
         return before + "=ybegin part=" + std::to_string(number) +
@@ -94,7 +94,7 @@ TEST_F(Merge, PartsOfBothLineEndsBecomeOneTextOfCrLf) {
             if ((unix_parts >> i & 1U) != 0) std::erase(text, '\r');
             paths.push_back(put("part" + std::to_string(i), text));
         }
-        // Where all agree, every byte stays as it is.
+        // If all agree, every byte stays the same.
         if (unix_parts == 7) std::erase(joined, '\r');
         ASSERT_TRUE(merge_yenc(paths, path("merged.txt")));
         EXPECT_EQ(merged(), joined) << unix_parts;

@@ -83,7 +83,7 @@ TEST_F(Atomic, AKilledProcessLeavesNothing) {
     EXPECT_TRUE(dir.names().empty());
 }
 
-/// Runs `work` in a process that cannot make files without a name.
+/// Runs `work` in a process that cannot make unnamed files.
 template <class Work>
 void where_files_need_names(const Work& work) {
     const pid_t child = fork();
@@ -117,7 +117,7 @@ TEST_F(Atomic, WithoutFilesThatHaveNoNameAWorkFileIsRenamedOrRemoved) {
 
         const AtomicFile kept = *AtomicFile::create(dir.path("b"));
         EXPECT_TRUE(dir.has(work_name));
-        remove_unfinished();  // as a signal handler does
+        remove_unfinished();  // like a signal handler
         EXPECT_FALSE(dir.has(work_name));
     });
 }

@@ -18,7 +18,7 @@ TEST(Copies, AreFoundInTheRowOfANameByTheirBytesAlone) {
     dir.write("a.txt", "Cat");
     dir.write("a (2).txt", "Dog");
     dir.write("a (3).txt", "");
-    dir.write("a (5).txt", "Far");  // beyond the end of the row
+    dir.write("a (5).txt", "Far");  // beyond the end of the series
     dir.write("b.txt", "Bee");
     EXPECT_EQ(copies.find("a.txt", "Cat"), "a.txt");
     EXPECT_EQ(copies.find("a.txt", "Dog"), "a (2).txt");

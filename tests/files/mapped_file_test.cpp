@@ -79,7 +79,7 @@ TEST(MappedFile, EveryOneOfManyMayBeCutOff) {
     for (int i = 0; i < 600; ++i) {
         files.push_back(*MappedFile::open(dir.write("a" + std::to_string(i), std::string(size, 'x'))));
     }
-    files.erase(files.begin() + 10, files.begin() + 40);  // whose places others take
+    files.erase(files.begin() + 10, files.begin() + 40);  // other mappings reuse their places
     for (int i = 600; i < 700; ++i) {
         files.push_back(*MappedFile::open(dir.write("a" + std::to_string(i), std::string(size, 'x'))));
     }

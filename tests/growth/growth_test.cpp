@@ -165,7 +165,7 @@ const std::vector<Nasty> nasty_inputs = {
      }},
 };
 
-/// The steps of finding and decoding all that `text` holds.
+/// Returns the steps of finding and decoding all files in `text`.
 std::uint64_t steps_of(const std::string& text) {
     const tests::TemporaryDirectory dir;
     const std::vector<std::string> paths = {dir.write("in", text)};
@@ -180,7 +180,7 @@ std::uint64_t steps_of(const std::string& text) {
 class Growth : public testing::TestWithParam<Nasty> {};
 
 TEST_P(Growth, FourTimesTheInputTakesHardlyMoreThanFourTimesTheSteps) {
-    constexpr double most = 5.0;  // a logarithm, and what is allocated once
+    constexpr double most = 5.0;  // a logarithm, and one-time allocations
     const Nasty& nasty = GetParam();
     const std::uint64_t small = steps_of(nasty.make(nasty.size));
     const std::uint64_t large = steps_of(nasty.make(4 * nasty.size));

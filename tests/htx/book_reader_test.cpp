@@ -31,7 +31,7 @@ std::string book() {
         .finish();
 }
 
-/// The reader on a book that was opened from the main window.
+/// The reader on a book opened from the main window.
 class BookReader : public testing::Test {
   protected:
     BookReader() { setenv("XDG_STATE_HOME", state.path().c_str(), 1); }

@@ -77,7 +77,7 @@ TEST(BookFiles, AreFoundByTheAddressesInPages) {
     const BookFiles files({"a.htm", "Img/B.GIF", "", "100%25.htm", "\xC3\xA9.htm"});
     const struct {
         std::string_view address;
-        int number;  // -1: nowhere
+        int number;  // -1: not found
     } cases[] = {{"a.htm", 0},      {"A.HTM#x", 0},  {"img/b.gif", 1}, {"", 0},          {"100%25.htm", 3},
                  {"%C3%A9.htm", 4}, {"\xE9.htm", 4}, {"gone.htm", -1}, {"../a.htm", -1}, {"http://a.htm", -1}};
     for (const auto& c : cases) {

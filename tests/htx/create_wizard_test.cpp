@@ -47,7 +47,7 @@ class CreateWizard : public testing::Test, protected tests::Program {
         EXPECT_THAT(w.Label4.text, StartsWith("Step One"));
     }
     void next() { run(w.Command1.click); }
-    /// Names the file, and comes to the chooser, which is in `site`.
+    /// Names the file, and moves on to the chooser, which is in `site`.
     cmdg& go_to_chooser(const std::string& name) {
         next();
         w.Text2.text = name;
@@ -261,7 +261,7 @@ TEST_F(CreateWizard, ABookKeepsAFileThatIsNoWindowSize) {
     EXPECT_EQ(directory.read("site/index.r29"), "my own notes");
 }
 
-/// What `timmy` lists for a page of one line.
+/// The links that `timmy` lists for a page of one line.
 class Spider : public CreateWizard {
   protected:
     cmdg& scan(const std::string& page) {
@@ -289,7 +289,7 @@ TEST_F(Spider, ListsLinksThatAreFiles) {
         {"<img src=\"../up.gif\"><a href=\"deep/three.html\">", {"../up.gif"}, {"deep/three.html"}},
         {"href=\"two.htm\"", {}, {}},
         {"x\ry\r", {}, {}},
-        // What only the tags show comes after what the lines show.
+        // Links found only in the tags come after those found in the lines.
         {"<img src='a.gif'><img\nsrc=\"c.jpeg\"><img src=\"sp%20ace.bmp\"><img src=\"./b.png\"><a href=\"./two.htm#x\">"
          "<a href=\"index.htm\">",
          {"a.gif", "c.jpeg", "sp ace.bmp", "b.png"},

@@ -15,7 +15,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-/// The page of a picture, from its title, line 7, the picture's name and line 12.
+/// Returns the page of a picture, from its title, line 7, the picture's name and line 12.
 std::string page_of(const std::string& title, const std::string& above, const std::string& name,
                     const std::string& below) {
     return "<html><head><title>\r\n" + title + "\r\n</title></head>\r\n<body>&nbsp;<br>&nbsp;\r\n" +
@@ -67,7 +67,7 @@ TEST(PictureBook, ProposesTitlesFromNames) {
     EXPECT_EQ(proposed_title("_.jpg"), "_.jpg");
 }
 
-/// A JPEG file with EXIF data whose first directory has a description.
+/// Returns a JPEG file with EXIF data whose first directory has a description.
 std::string described(const std::string& text, bool big, std::size_t count_beyond = 0) {
     const auto number = [&](std::size_t value, std::size_t size) {
         std::string out(size, '\0');

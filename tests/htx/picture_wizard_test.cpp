@@ -33,7 +33,7 @@ class PictureWizard : public testing::Test, protected tests::Program {
     }
 
     HtxWiz& wizard() { return *windows.loaded<HtxWiz>(); }
-    /// Comes to the first step of a wizard with pictures in `one`.
+    /// Moves to the first step of a wizard with pictures in `one`.
     HtxWiz& begin(bool album, const std::vector<std::string>& pictures = {}) {
         (album ? routes.make_pics_file : routes.make_picture_book)(pictures);
         HtxWiz& w = wizard();
@@ -42,7 +42,7 @@ class PictureWizard : public testing::Test, protected tests::Program {
         run(w.Dir1.change);
         return w;
     }
-    /// Comes to the titles with a.jpg and b.gif.
+    /// Moves to the titles with a.jpg and b.gif.
     HtxWiz& go_to_titles() {
         HtxWiz& w = begin(false);
         run(w.add_all.click);

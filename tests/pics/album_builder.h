@@ -9,7 +9,7 @@
 
 namespace quill::tests {
 
-/// Builds albums byte by byte, apart from the product's writer.
+/// Builds albums byte by byte, independently of the product's writer.
 struct AlbumBuilder {
     using Picture = std::pair<std::string, std::string>;  // name, bytes
 
@@ -28,7 +28,7 @@ struct AlbumBuilder {
         return out;
     }
 
-    /// The thumbnail of the picture `i` is 14,938 times the letter number `i`.
+    /// Builds an album in which the thumbnail of the picture `i` is 14,938 times the letter number `i`.
     static std::string with_thumbnails(const std::vector<Picture>& pictures) {
         std::string out = "PICS_1.1.03.abc:MULTI.IMAGE.PACK:";
         for (std::size_t i = 0; i < pictures.size(); ++i) {
@@ -39,7 +39,7 @@ struct AlbumBuilder {
         return out;
     }
 
-    /// `size` bytes that begin like a JPEG picture.
+    /// Returns `size` bytes that begin like a JPEG picture.
     static std::string jpeg(std::size_t size, char fill = 'x') {
         std::string out("\xFF\xD8\xFF\xE0\0\x10JFIF\0", 11);
         out.resize(size, fill);

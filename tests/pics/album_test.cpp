@@ -30,7 +30,7 @@ std::vector<std::string> problem_kinds(const Contents& contents) {
     return kinds;
 }
 
-/// "name:verdict" of each picture; "*" where its bytes are not those of the picture of that name.
+/// Returns "name:verdict" of each picture; "*" if its bytes are not those of the picture of that name.
 std::vector<std::string> summary(const std::string& album, const std::vector<Picture>& pictures) {
     std::vector<std::string> out;
     for (const Entry& entry : read(album).entries) {
@@ -44,7 +44,7 @@ std::vector<std::string> summary(const std::string& album, const std::vector<Pic
     return out;
 }
 
-/// Four pictures of different sizes, recognisable by their beginning.
+/// Four pictures of different sizes, each with a distinctive beginning.
 const std::vector<Picture> four = {{"a.jpg", AlbumBuilder::jpeg(1000)},
                                    {"b.jpg", AlbumBuilder::jpeg(2000)},
                                    {"c.jpg", AlbumBuilder::jpeg(3000)},

@@ -1,7 +1,7 @@
 #include <QCoreApplication>
 #include <gtest/gtest.h>
 
-/// Qt finds its picture formats by way of an application.
+/// Qt finds its picture formats through an application.
 int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
     const QCoreApplication application(argc, argv);

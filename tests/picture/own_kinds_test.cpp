@@ -32,7 +32,7 @@ std::vector<QRgb> pixels_of(const QImage& image) {
     return pixels;
 }
 
-/// A TGA file of 2 by 2 pixels.
+/// Returns a TGA file of 2 by 2 pixels.
 std::string tga(unsigned type, unsigned bits, unsigned descriptor, const std::string& map, std::string_view data) {
     const bool has_map = !map.empty();
     return std::string(1, '\2') + (has_map ? '\1' : '\0') + static_cast<char>(type) + word(0) +
@@ -74,7 +74,7 @@ TEST(Tga, ReadsEveryTypeFromEveryCorner) {
     EXPECT_FALSE(is_tga("\0\0\2\0\1\0\2\2\0\0\1\0\1\0\x30\0\0\0\x16\0\0\0"s)) << "a cursor";
 }
 
-/// A bitmap file of 2 by 2 pixels. What is more than 40 bytes of the header is in `more`, and so are masks.
+/// Returns a bitmap file of 2 by 2 pixels. `more` holds the header beyond 40 bytes, and the masks.
 std::string bmp(unsigned bits, unsigned compression, int height, const std::string& more, const std::string& palette,
                 std::string_view data, unsigned header = 40) {
     const std::string head = number(header) + number(2) + number(static_cast<std::uint32_t>(height)) + word(1) +

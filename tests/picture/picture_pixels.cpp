@@ -7,7 +7,7 @@
 #include <string>
 
 /// picture_pixels PROGRAM FOLDER FILE...: decodes pictures with the worker PROGRAM, as the desktop does, and prints a
-/// line for each: state, size, milliseconds, most memory of the worker so far in MiB, reason. The pixels go into
+/// line for each: state, size, milliseconds, peak memory of the worker so far in MiB, reason. The pixels go into
 /// FOLDER, under the number of the file, as PAM files of premultiplied RGBA.
 
 namespace quill::picture {

@@ -25,14 +25,14 @@ std::string chunk(std::string_view type, std::string_view data) {
     return number(static_cast<std::uint32_t>(data.size())) + body + number(crc32(0, body));
 }
 
-/// The beginning of a PNG that states this size: 57 bytes with nothing to draw.
+/// Returns the beginning of a PNG that states this size: 57 bytes with nothing to draw.
 std::string png_of(std::uint32_t width, std::uint32_t height, std::string_view depth_and_colour = "\x08\x06",
                    const std::string& more = {}) {
     const std::string header = number(width) + number(height) + std::string(depth_and_colour) + std::string(3, '\0');
     return "\x89PNG\r\n\x1A\n" + chunk("IHDR", header) + more + chunk("IDAT", "") + chunk("IEND", "");
 }
 
-/// An icon file that states 32 by 32 pixels.
+/// Returns an icon file that states 32 by 32 pixels.
 std::string icon_of(std::string_view picture) {
     return std::string("\0\0\1\0\1\0\x20\x20\0\0\1\0\x20\0\0\0\1\0\x16\0\0\0"sv).append(picture);
 }

@@ -15,7 +15,7 @@ namespace {
 using platform::PictureState;
 using worker::WorkerProcess;
 
-/// The real worker, asked directly.
+/// The real worker, used directly.
 class WorkerTest : public ::testing::Test {
   protected:
     WorkerTest() {

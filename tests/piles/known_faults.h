@@ -5,11 +5,11 @@
 #include <cstddef>
 #include <string_view>
 
-/// What is wrong today, as upper bounds: whoever mends a class lowers its row.
+/// The present faults, as upper bounds: a fix of a class lowers its row.
 namespace quill::tests {
 
 struct KnownPileFault {
-    std::string_view class_name;  ///< what happens, and the format of the parts
+    std::string_view class_name;  ///< the event, and the format of the parts
     std::size_t count = 0;
 };
 

@@ -6,7 +6,7 @@
 namespace quill::tests {
 namespace {
 
-/// Spreads `rows` over `parts` posts of about as many rows.
+/// Spreads `rows` over `parts` posts of about the same number of rows.
 std::vector<PostBody> spread(const Rows& rows, std::size_t parts) {
     std::vector<PostBody> posts;
     for (std::size_t part = 0; part < parts; ++part) {

@@ -7,10 +7,10 @@
 #include <string_view>
 #include <vector>
 
-/// How files are spread over posts.
+/// Ways to spread files over posts.
 namespace quill::tests {
 
-/// What a post holds beside its sender and subject.
+/// The contents of a post besides its sender and subject.
 struct PostBody {
     std::string fields;  ///< more header fields, each with its line end
     std::string text;
@@ -18,19 +18,19 @@ struct PostBody {
 
 struct PartFormat {
     std::string_view name;
-    bool numbers_itself = false;  ///< the posts state their numbers whatever their subjects are
-    bool ends = true;             ///< the last part is marked as that
+    bool numbers_itself = false;  ///< the posts state their numbers regardless of their subjects
+    bool ends = true;             ///< the last part is marked as the last
     std::vector<PostBody> (*split)(std::string_view bytes, std::string_view name, std::size_t parts) = nullptr;
 };
 
 std::span<const PartFormat> part_formats();
 
-/// How a subject, or the name of the saved file, says which part a post is.
+/// How a subject, or the name of the saved file, identifies the part in a post.
 struct Habit {
     std::string_view name;
     bool has_total = false;
     std::string_view subject;    ///< N, T, TITLE are replaced; 0N by two digits
-    std::string_view file = "";  ///< likewise; empty where the file's name says nothing
+    std::string_view file = "";  ///< in the same way; empty if the file's name does not tell
 };
 
 std::span<const Habit> habits();

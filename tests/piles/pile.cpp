@@ -148,7 +148,7 @@ bool is_original(const Pile& pile, const RecoveredFile& file) {
                        [&file](const Series& series) { return series.complete && series.bytes == file.bytes; });
 }
 
-/// True where the first or the last bytes of `file` are some of the series' own.
+/// Returns true if the first or the last bytes of `file` are some of the series' own.
 bool is_made_of(const Series& series, const RecoveredFile& file) {
     constexpr std::size_t enough = 12;
     const std::string& bytes = file.bytes;

@@ -20,10 +20,10 @@ struct Series {
 };
 
 struct Post {
-    std::string file;  ///< the name that it is saved under
+    std::string file;  ///< the name of its saved file
     std::string text;
     std::size_t series = 0;
-    std::size_t number = 0;  ///< from 1; 0 for a post that is of no series
+    std::size_t number = 0;  ///< from 1; 0 for a post outside all series
 };
 
 enum class Trap : std::uint8_t { none, missing, two_posters, doubled, cut_double, repost, totals, words, sentence };
@@ -45,14 +45,15 @@ struct Pile {
 
 Pile pile(std::uint64_t seed);
 
-/// A post of words alone, which speaks of parts.
+/// Returns a post of only words, which mentions parts.
 Post words_post();
 
 enum class PileScore : std::uint8_t { exact, rightly_said, said, none, silent, false_whole };
 inline constexpr std::array<std::string_view, 6> pile_score_names = {"exact", "rightly-said", "said",
                                                                      "none",  "silent",       "FALSE"};
 
-/// One score for each series. A trusted result that is no original makes those `false_whole` whose bytes it has.
+/// Returns one score for each series. A trusted result that is not an original makes a series with its bytes
+/// `false_whole`.
 std::vector<PileScore> scores(const Pile& pile);
 
 }  // namespace quill::tests

@@ -79,7 +79,7 @@ Outcomes outcomes(const Pile& pile) {
     return out;
 }
 
-/// A change of a pile that must leave its results as they are.
+/// A change of a pile that must not change its results.
 struct Law {
     std::string_view name;
     void (*change)(Pile& pile, Random& random);

@@ -23,7 +23,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-/// A process of its own, at a terminal, that announces something.
+/// A separate process, at a terminal, that announces something.
 class Announce : public testing::Test {
   protected:
     Announce() {
@@ -33,7 +33,8 @@ class Announce : public testing::Test {
 
     std::string shown() const { return directory_.path("shown"); }
 
-    /// What the box shows; empty where there was none. With `leaves`, the process has left the terminal's session.
+    /// Returns the text in the box; empty if there was none. With `leaves`, the process has left the terminal's
+    /// session.
     std::string announced(const std::string& text, bool leaves, const char* display = ":0") {
         int terminal = -1;
         const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);

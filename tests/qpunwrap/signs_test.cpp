@@ -19,7 +19,7 @@ TEST(HoldsQuotedPrintable, IsTrueOfWhatEncodersWrite) {
              std::string("caf=E9=\n!\n"),
              std::string("fa=E7ade\r\n"),
              std::string("=C3=89t=C3=A9\r\n"),
-             std::string("fran=c3=a7ais\n"),  // small letters are against the rules, and yet written
+             std::string("fran=c3=a7ais\n"),  // lower case violates the rules, but occurs
              std::string("Hello Ada,=20\r\n"),
              std::string("it=92s a =93word=94\r\n"),
              std::string("a line of plain words that is as long as the rules permit, and then goes on=\n.\n"),

@@ -47,7 +47,7 @@ INSTANTIATE_TEST_SUITE_P(
                     LineCase{"/ue and more", {.create = true, .path = "/ue and more"}},
                     LineCase{"/um", {.create = true, .create_htx = true, .path = "/um"}}));
 
-/// What a program reads that is started with `arguments`.
+/// Returns the start that a program with `arguments` reads.
 Start start_with(const std::vector<std::string>& arguments) {
     return parse_command_line(command_line_of(arguments), names_a_file);
 }

@@ -23,7 +23,7 @@ using tests::TemporaryDirectory;
 constexpr auto idle_1 = "Select/Open/View a file";
 constexpr auto idle_2 = "Create compressed or encoded file";
 
-/// The program after a plain start, each route writing down where it led.
+/// The program after a plain start, each route recording its call.
 class MainWindow : public testing::Test {
   protected:
     MainWindow() {
@@ -51,7 +51,7 @@ class MainWindow : public testing::Test {
         routes.edit_file_types = [this] { way.push_back("file types"); };
     }
 
-    /// Where the clicks since the last call led.
+    /// Returns the routes called since the last call.
     std::vector<std::string> went() { return std::exchange(way, {}); }
 
     TemporaryDirectory dir;
@@ -136,7 +136,7 @@ TEST_F(MainWindow, AnotherFileIsChosenBesideTheOneInHandAndHidesItsResults) {
     w.Picture2.visible = true;
     controls::run(w.another.click);
     EXPECT_EQ(went(), Ways{"chooser in " + dir.path("mail")});
-    EXPECT_TRUE(w.Picture2.visible);  // until one was chosen
+    EXPECT_TRUE(w.Picture2.visible);  // until one is chosen
     offer_file(program.context, dir.write("mail/b.mim", "x"));
     EXPECT_FALSE(w.Picture2.visible);
 }
@@ -243,7 +243,7 @@ TEST_F(MainWindow, TheEncodedKindsOpenTheChooserUnderTheirOwnCaption) {
     for (const auto& [index, caption] : kinds) {
         controls::run(w.apt(2).click);
         EXPECT_EQ(w.Opti(5).width, 3200);
-        controls::run(w.Opti(2).click);  // changed one's mind: no heading of books is left
+        controls::run(w.Opti(2).click);  // another choice: no heading of books is left
         controls::run(w.Opti(5).click);
         EXPECT_EQ(w.Label2.text, "");
         EXPECT_EQ(w.Opti(5).width, 3000);
@@ -260,7 +260,7 @@ TEST_F(MainWindow, TheKindsOfPagesAndPicturesTakeTheirOwnWays) {
     const std::vector<std::pair<int, std::string>> kinds = {{0, "create"}, {1, "pics maker"}, {2, "picture book"}};
     for (const auto& [index, route] : kinds) {
         controls::run(w.apt(2).click);
-        controls::run(w.Opti(5).click);  // the other set was showing before
+        controls::run(w.Opti(5).click);  // the other set was shown before
         controls::run(w.Opti(2).click);
         EXPECT_EQ(w.Label2.text, "Creating an HTX multi-page file");
         controls::run(w.Option2(index).click);

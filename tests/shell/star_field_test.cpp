@@ -9,7 +9,7 @@
 namespace quill::shell {
 namespace {
 
-/// A machine whose random numbers put new stars at a fixed place.
+/// Makes random numbers put new stars at a fixed place.
 void put_new_stars_at(tests::ScriptedPlatform& platform, int x, int y) {
     platform.random_number = [x, y](int bound) { return bound == 7900 ? x - 1 : y - 1; };
 }

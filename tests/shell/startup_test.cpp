@@ -19,7 +19,7 @@ namespace {
 using tests::Program;
 using tests::TemporaryDirectory;
 
-/// The program in a directory that has what it expects, ready to start.
+/// The program in a directory with everything it expects, ready to start.
 class Startup : public testing::Test {
   protected:
     Startup() {
@@ -41,7 +41,7 @@ class Startup : public testing::Test {
     Session& session = program.session;
     swit& w = program.main_window;
     bool encrypted = false;
-    std::string done;  ///< the windows opened
+    std::string done;  ///< the opened windows
 };
 
 TEST_F(Startup, FixesTheDirectoriesAndTheWindow) {
@@ -94,7 +94,7 @@ TEST_F(Startup, ThemeSizingIsOfferedOnlyWhereItMeansSomething) {
     EXPECT_TRUE(other.main_window.xpth.checked);
 }
 
-/// Each kind of start: its line (`@` is the directory of the files), and what is to be seen afterwards.
+/// Each kind of start: its line (`@` is the directory of the files), and the visible result.
 struct Kind {
     const char* line;
     const char* first_option;
@@ -211,7 +211,7 @@ TEST(ProgramDirectory, IsMadeForTheUserAloneAndEntered) {
     const std::string blocked = dir.write("a file", "x") + "/below";
     const Status refused = enter_program_directory(blocked);
     ASSERT_FALSE(refused.ok());
-    EXPECT_EQ(refused.error().code, ErrorCode::exists);  // a file stands where a directory is to be
+    EXPECT_EQ(refused.error().code, ErrorCode::exists);  // a file is in the place of a directory
 }
 
 TEST(ProgramDirectory, FollowsTheEnvironment) {

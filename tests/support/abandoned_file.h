@@ -17,14 +17,14 @@ inline pid_t ended_process() {
     return child;
 }
 
-/// Sets when the file at `path` was last changed: `hours` ago. Returns false where that fails.
+/// Sets the modification time of the file at `path` to `hours` ago. Returns false on failure.
 inline bool make_old(const std::string& path, int hours) {
     const timespec at{std::time(nullptr) - std::time_t{hours} * 3600, 0};
     const timespec times[2] = {at, at};
     return utimensat(AT_FDCWD, path.c_str(), times, 0) == 0;
 }
 
-/// Writes what a run that was killed two days ago left in `directory`, and returns its name.
+/// Writes the file that a run killed two days ago would leave in `directory`, and returns its name.
 template <class Directory>
 std::string write_abandoned(const Directory& directory) {
     const std::string name = ".quill-" + std::to_string(ended_process()) + "-0.part";

@@ -8,7 +8,7 @@
 
 namespace quill::tests {
 
-/// A browser that shows nothing and records what it was asked for.
+/// A browser that shows nothing and records the calls.
 struct FakeBrowser final : platform::Browser {
     std::vector<std::string> asked;
     int zoom = 100;

@@ -11,11 +11,11 @@
 
 namespace quill::tests {
 
-/// Pictures from a table instead of a decoder. Requests wait until the test lets them be answered, visible ones first;
-/// what the table doesn't have fails with a reason, as an unreadable file does.
+/// Pictures from a table instead of a decoder. Requests wait until the test has them answered, visible ones first; a
+/// picture missing from the table fails with a reason, like an unreadable file.
 class FakePictures final : public platform::Pictures {
   public:
-    /// A request as it waits.
+    /// A waiting request.
     struct Waiting {
         Ticket ticket = 0;
         platform::PictureRequest request;
@@ -25,9 +25,9 @@ class FakePictures final : public platform::Pictures {
     /// Answers requests for `path`, from `offset` in it, with image `index` by `picture`.
     void set(std::string path, platform::Picture picture, std::uint64_t offset = 0, std::size_t index = 0);
 
-    /// Answers the first of the most urgent requests; false where none waits.
+    /// Answers the first of the most urgent requests; returns false if none is waiting.
     bool answer_one();
-    /// Answers all that wait, and those that are made meanwhile; returns their number.
+    /// Answers all waiting requests, and those made meanwhile; returns their number.
     std::size_t answer_all();
 
     std::vector<Waiting> waiting;               ///< in the order of their requests

@@ -7,7 +7,7 @@
 
 namespace quill::tests {
 
-/// Lets no file of this process grow beyond `bytes` while it lives, as a full disk does.
+/// Lets no file of this process grow beyond `bytes` while it lives, like a full disk.
 class FullDisk {
   public:
     explicit FullDisk(rlim_t bytes) {

@@ -9,7 +9,7 @@ namespace {
 
 using At = std::ptrdiff_t;
 
-/// Where a change hits: mostly a row of data, sometimes any row.
+/// Returns the row that a change hits: mostly a row of data, sometimes any row.
 std::size_t some_row(const Rows& rows, Random& random) {
     std::vector<std::size_t> data;
     for (std::size_t i = 0; i < rows.size(); ++i) {

@@ -6,14 +6,14 @@
 #include <span>
 #include <string_view>
 
-/// What happens to posts on their way, each as one change of a text's rows.
+/// Changes of posts in transit, each as one change of a text's rows.
 namespace quill::tests {
 
 /// Whether all bytes of the attachment are still in the text.
 enum class Loss : std::uint8_t {
-    bytes,  ///< something of the data is lost, changed or in another place
-    form,   ///< everything is there, in another form; in quoted-printable such a change is one of the data
-    units   ///< the text as a whole is in another form, whatever it holds
+    bytes,  ///< some data is lost, changed or in another place
+    form,   ///< all data is there, in another form; in quoted-printable such a change affects the data
+    units   ///< the text as a whole is in another form, whatever it contains
 };
 
 struct Mutation {
@@ -22,7 +22,7 @@ struct Mutation {
     void (*apply)(Rows& rows, Random& random) = nullptr;
 };
 
-/// In the order in which they happen to one text: losses of bytes first.
+/// Returns all mutations in the order in which they happen to a text: losses of bytes first.
 std::span<const Mutation> mutations();
 
 }  // namespace quill::tests

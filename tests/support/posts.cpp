@@ -15,7 +15,7 @@ void append(Rows& to, const Rows& rows) {
     to.insert(to.end(), rows.begin(), rows.end());
 }
 
-/// Groups of three bytes as four characters; the last group is filled with zeros.
+/// Returns groups of three bytes as four characters; the last group is padded with zeros.
 std::string in_groups(std::string_view alphabet, std::string_view bytes) {
     std::string out;
     for (std::size_t at = 0; at < bytes.size(); at += 3) {

@@ -18,8 +18,8 @@ enum class RowKind : std::uint8_t { head, begin, data, end, boundary, words };
 struct Row {
     RowKind kind = RowKind::words;
     std::string text;
-    unsigned file = 0;       ///< which attachment the row is of
-    std::string end = "\n";  ///< how its line ends
+    unsigned file = 0;       ///< the attachment of the row
+    std::string end = "\n";  ///< its line end
 };
 using Rows = std::vector<Row>;
 
@@ -29,37 +29,37 @@ enum class Transfer : std::uint8_t { none, base64, quoted_printable };
 /// A way to write a file as rows, and to read rows without any tolerance.
 struct Writing {
     std::string_view name;
-    std::string_view family;  ///< what it shares its faults with
+    std::string_view family;  ///< the formats that share its faults
     Transfer transfer = Transfer::none;
     Rows (*write)(std::string_view bytes, std::string_view name) = nullptr;
-    /// Returns what the rows of one attachment hold if they are, to the letter, as `write` would write some file, and
-    /// nothing in them shows that this isn't the original. Null where a checksum vouches for the original alone.
+    /// Returns the contents of one attachment's rows if `write` would write some file in exactly this form, and nothing
+    /// in them shows that this isn't the original. Null if only a checksum confirms the original.
     std::optional<std::string> (*read)(std::span<const Row> rows) = nullptr;
 };
 
 std::span<const Writing> writings();
 const Writing& writing(std::string_view name);
 
-/// What is around an attachment.
+/// The text around an attachment.
 struct Container {
     std::string_view name;
-    bool takes_fields = false;  ///< it has header fields for a body, so that Base64 and quoted-printable can be stated
-    bool needs_transfer = false;  ///< it is for bodies with a transfer encoding alone
+    bool takes_fields = false;    ///< it has header fields for a body, to declare Base64 and quoted-printable
+    bool needs_transfer = false;  ///< it is only for bodies with a transfer encoding
     std::size_t files = 1;
     Rows (*wrap)(const Writing& writing, std::span<const Rows> files) = nullptr;
 };
 
 std::span<const Container> containers();
 
-/// True where the container is one for files so written.
+/// Returns true if the container suits files in this writing.
 bool fits(const Container& container, const Writing& writing);
 
-/// Bytes of one of several kinds: noise, text, zeros, a multiple of a full row. Text alone for quoted-printable.
+/// Returns bytes of one of several kinds: noise, text, zeros, a multiple of a full row. Only text for quoted-printable.
 std::string payload(Random& random, const Writing& writing);
 
 std::string bytes_of(const Rows& rows);
 
-/// `text` as rows of `kind`, cut at line ends.
+/// Returns `text` as rows of `kind`, cut at line ends.
 Rows rows_of(RowKind kind, std::string_view text);
 
 std::uint32_t crc32_of(std::string_view bytes);
@@ -77,7 +77,7 @@ struct YencPart {
 };
 Rows yenc_part(const YencPart& part);
 
-/// The rows of data of UUE and XXE with full rows of `full` bytes, without `begin` and what ends them.
+/// Returns the rows of data of UUE and XXE with full rows of `full` bytes, without `begin` and the end lines.
 Rows sixbit_rows(std::string_view alphabet, std::string_view bytes, std::size_t full = 45);
 Rows base64_rows(std::string_view bytes, std::size_t width = 76);
 

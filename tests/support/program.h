@@ -17,7 +17,7 @@ struct Program {
     shell::swit& main_window = windows.load<shell::swit>();
 };
 
-/// Runs `action` and tells whether it ended the process.
+/// Runs `action` and returns true if it ended the process.
 template <class F>
 bool ends_process(F&& action) {
     try {

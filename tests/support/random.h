@@ -6,7 +6,7 @@
 
 namespace quill::tests {
 
-/// Numbers that look random and are the same on each machine (SplitMix64).
+/// Random numbers that are the same on each machine (SplitMix64).
 class Random {
   public:
     explicit Random(std::uint64_t seed) : state_(seed) {}
@@ -18,10 +18,10 @@ class Random {
         return n ^ n >> 31U;
     }
 
-    /// From 0 to `count` - 1; 0 where `count` is 0.
+    /// Returns a number from 0 to `count` - 1; 0 if `count` is 0.
     std::size_t below(std::size_t count) { return count == 0 ? 0 : static_cast<std::size_t>(next() % count); }
 
-    /// True once in `times`.
+    /// Returns true once in `times`.
     bool once_in(std::size_t times) { return below(times) == 0; }
 
     template <class Table>

@@ -9,7 +9,7 @@
 
 namespace quill::tests {
 
-/// What came out of one decoding: the name and bytes of a result, and what is said of them.
+/// One result of a decoding: its name and bytes, and its verdict and problems.
 struct RecoveredFile {
     std::string name;
     std::string bytes;
@@ -22,7 +22,7 @@ struct RecoveredFile {
 /// Texts by their file names.
 using Inputs = std::vector<std::pair<std::string, std::string>>;
 
-/// Decodes `inputs` in one run as the programs do: message texts, resource forks and plain parts left out.
+/// Decodes `inputs` in one run like the programs, without message texts, resource forks and plain parts.
 std::vector<RecoveredFile> recovered_files(std::span<const Inputs::value_type> inputs);
 
 }  // namespace quill::tests

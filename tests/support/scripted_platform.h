@@ -15,11 +15,11 @@
 
 namespace quill::tests {
 
-/// A machine without a screen. Dialogs are answered from a script, in its order; what the program said, opened and
-/// started is recorded.
+/// A machine without a screen. Dialogs are answered from a script, in order; messages, opened paths and started
+/// programs are recorded.
 ///
-/// A dialog that the script does not have next fails the test and gets the answer No, or none. So does a script that
-/// is not used up when the platform is destroyed.
+/// A dialog that is not next in the script fails the test and gets the answer No, or none. A script with unused entries
+/// when the platform is destroyed fails it too.
 class ScriptedPlatform final : public platform::Platform,
                                private platform::Dialogs,
                                private platform::Opener,
@@ -28,7 +28,7 @@ class ScriptedPlatform final : public platform::Platform,
                                private platform::Machine,
                                private platform::Display {
   public:
-    /// A program started: what, with which arguments, where.
+    /// A started program: its path, arguments and directory.
     struct Start {
         std::string program;
         std::vector<std::string> arguments;
@@ -40,19 +40,19 @@ class ScriptedPlatform final : public platform::Platform,
     ScriptedPlatform() = default;
     ~ScriptedPlatform() override;
 
-    // The script. `part` must occur in the dialog's text (in a file request's title). `meanwhile` runs while the box
-    // is open: what another program, or a look at a window's state, does in that moment.
+    // Adds to the script. `part` must occur in the dialog's text (in a file request's title). `meanwhile` runs while
+    // the box is open: the action of another program, or a check of a window's state.
     void expect_message(std::string part, controls::Action meanwhile = {});
     void expect_question(std::string part, bool yes, controls::Action meanwhile = {});
     void expect_collision(std::string part, platform::Collision answer, controls::Action meanwhile = {});
-    /// `answer`: the caption of the button pressed.
+    /// `answer`: the caption of the pressed button.
     void expect_choice(std::string part, std::string answer, controls::Action meanwhile = {});
     void expect_input(std::string part, std::string answer, controls::Action meanwhile = {});
     /// `answer`: nullopt for Cancel.
     void expect_colour(std::optional<controls::Colour> answer);
     void expect_file_request(std::string part, std::string answer, controls::Action meanwhile = {});
 
-    /// Whether all of the script has been used.
+    /// Returns true if all of the script has been used.
     bool script_is_done() const { return script_.empty(); }
 
     // The record.
@@ -60,15 +60,15 @@ class ScriptedPlatform final : public platform::Platform,
     std::vector<platform::Question> questions;  ///< asked with Yes and No
     std::vector<platform::Prompt> prompts;      ///< asked for a line of text
     std::vector<platform::FileRequest> file_requests;
-    std::vector<std::string> opened;  ///< paths handed to their default program
+    std::vector<std::string> opened;  ///< paths opened with their default program
     std::vector<Start> started;       ///< programs started
     std::vector<Start> waited_for;    ///< programs started and waited for
     std::vector<std::string> media_commands;
-    std::vector<std::string> edited;   ///< paths handed to a text editor
+    std::vector<std::string> edited;   ///< paths opened in a text editor
     std::vector<std::string> trashed;  ///< paths moved to the trash; their files are deleted
     std::size_t repaints = 0;
 
-    // The machine: what it is, and what fails on it.
+    // The machine: its properties, and its failures.
     std::string name_of_user = "ada";
     std::string directory_of_system = "/usr";
     std::string path_of_guide;
@@ -87,7 +87,7 @@ class ScriptedPlatform final : public platform::Platform,
     controls::Action while_waiting;                       ///< runs while a program is waited for
     std::function<int(int bound)> random_number;          ///< replaces the generator of fixed seed
     std::function<void(controls::Window&)> on_repaint;
-    FakePictures fake_pictures;  ///< the table of pictures, and the requests that wait
+    FakePictures fake_pictures;  ///< the table of pictures, and the waiting requests
 
     platform::Dialogs& dialogs() override { return *this; }
     platform::Opener& opener() override { return *this; }

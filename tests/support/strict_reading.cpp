@@ -6,7 +6,7 @@
 namespace quill::tests {
 namespace {
 
-/// The rows of data between `begin` and exactly the rows `end`; nullopt where it is not so.
+/// Returns the rows of data between `begin` and exactly the rows `end`; nullopt if there are none.
 std::optional<std::span<const Row>> data_between(std::span<const Row> rows, std::string_view begin,
                                                  std::span<const std::string_view> end) {
     if (rows.size() < 1 + end.size() || !rows[0].text.starts_with(begin)) return {};
@@ -18,7 +18,7 @@ std::optional<std::span<const Row>> data_between(std::span<const Row> rows, std:
     return data;
 }
 
-/// Four characters as three bytes; false for a foreign character. Padding counts as zero bits.
+/// Appends four characters as three bytes; returns false for a foreign character. Padding counts as zero bits.
 bool append_groups(std::string& out, std::string_view alphabet, std::string_view text) {
     for (std::size_t at = 0; at + 4 <= text.size(); at += 4) {
         std::uint32_t group = 0;
@@ -32,7 +32,7 @@ bool append_groups(std::string& out, std::string_view alphabet, std::string_view
     return text.size() % 4 == 0;
 }
 
-/// Rows with a length each: all full but the last. Some encoders leave old bits beyond the length.
+/// Reads rows with a length each: all full except the last. Some encoders leave old bits beyond the length.
 std::optional<std::string> read_counted(std::optional<std::span<const Row>> data, std::string_view alphabet,
                                         bool checked = false) {
     if (!data) return {};
@@ -54,7 +54,7 @@ std::optional<std::string> read_counted(std::optional<std::span<const Row>> data
     return out;
 }
 
-/// Rows of one width but the last, padded at the very end alone.
+/// Reads rows of one width except the last, padded only at the very end.
 std::optional<std::string> read_padded(std::optional<std::span<const Row>> data) {
     if (!data) return {};
     std::string text;
@@ -164,7 +164,7 @@ std::optional<std::string> strict_reading(const Writing& writing, const Containe
     const bool stated = writing.transfer != Transfer::none && container.takes_fields;
     if (stated && in_multipart && (last == rows.end() || !last->text.starts_with("--=_b1"))) return {};
     std::span<const Row> own(first, last);
-    // Without a header, Base64 has an end that can be seen only in a short or padded row.
+    // Without a header, only a short or padded row shows the end of Base64.
     if (writing.transfer == Transfer::base64 && !stated && own.size() > 1 &&
         own.back().text.size() == own.front().text.size() && !own.back().text.ends_with('=')) {
         return {};

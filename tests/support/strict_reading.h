@@ -6,8 +6,8 @@
 #include <span>
 #include <string>
 
-/// Reads rows as a format's definition has them, without any tolerance: what a damaged text may honestly be taken for.
-/// Each returns nullopt where anything in the rows shows that they are not as they were written.
+/// Reads rows exactly by a format's definition, without any tolerance: the valid readings of a damaged text. Each
+/// returns nullopt if anything in the rows shows that they have changed.
 namespace quill::tests {
 
 std::optional<std::string> read_uu(std::span<const Row> rows);
@@ -19,11 +19,11 @@ std::optional<std::string> read_begin_base64(std::span<const Row> rows);
 std::optional<std::string> read_yenc_size(std::span<const Row> rows);
 std::optional<std::string> read_quoted_printable(std::span<const Row> rows);
 
-/// The check character of a UUE row: the sum of its values modulo 64, the length left out.
+/// Returns the check character of a UUE row: the sum of its values modulo 64, without the length.
 char check_character(std::string_view row);
 
-/// What the attachment `file` of a text may be taken for; nullopt where its rows don't follow each other, something
-/// that its container ends it by is missing, or the rows themselves show damage.
+/// Returns the valid reading of the attachment `file` of a text; nullopt if its rows are not contiguous, a part of its
+/// container's end is missing, or the rows themselves show damage.
 std::optional<std::string> strict_reading(const Writing& writing, const Container& container, const Rows& rows,
                                           unsigned file);
 

@@ -6,27 +6,27 @@
 
 namespace quill::tests {
 
-/// A new empty directory that is the current one while this lives. Its end removes it with all that is in it and goes
-/// back to where the process was.
+/// A new empty directory that is the current one while this lives. The destructor removes it with its contents and
+/// returns to the previous directory.
 class TemporaryDirectory {
   public:
     TemporaryDirectory();
-    /// The same in `parent`.
+    /// Does the same in `parent`.
     explicit TemporaryDirectory(const std::string& parent);
     TemporaryDirectory(const TemporaryDirectory&) = delete;
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
     ~TemporaryDirectory();
 
-    /// Absolute, without links in it and without a slash at its end.
+    /// Returns its path: absolute, without links in it and without a slash at its end.
     const std::string& path() const { return path_; }
 
-    /// The absolute path of `name` in the directory.
+    /// Returns the absolute path of `name` in the directory.
     std::string path(std::string_view name) const;
 
-    /// Writes `bytes` as `name`, making directories that `name` has and replacing what is there; returns the path.
+    /// Writes `bytes` as `name`, making directories in `name` and replacing an existing file; returns the path.
     std::string write(std::string_view name, std::string_view bytes) const;
 
-    /// The bytes of `name`; a file that is not there fails the test.
+    /// Returns the bytes of `name`; a missing file fails the test.
     std::string read(std::string_view name) const;
 
     bool has(std::string_view name) const;
@@ -34,7 +34,7 @@ class TemporaryDirectory {
     /// Makes the directory `name`; returns its path.
     std::string make_directory(std::string_view name) const;
 
-    /// The names of all files and directories in it, hidden ones too, sorted by bytes.
+    /// Returns the names of all files and directories in it, including hidden ones, sorted by bytes.
     std::vector<std::string> names() const;
 
   private:

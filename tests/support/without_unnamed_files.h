@@ -10,7 +10,7 @@
 
 namespace quill::tests {
 
-/// From now on this process cannot make files without a name, as on FAT or NFS. False where the kernel refuses.
+/// Stops this process from making unnamed files from now on, as on FAT or NFS. Returns false if the kernel refuses.
 inline bool refuse_unnamed_files() {
     constexpr unsigned unnamed = O_TMPFILE & ~O_DIRECTORY;
     sock_filter program[] = {

@@ -44,10 +44,10 @@ TEST(Reader, LinesAndFieldsDifferOnTheSameText) {
         {"a,b,c\r\n", {"a,b,c"}, {"a", "b", "c"}},
         {"a,,b,\r\n", {"a,,b,"}, {"a", "", "b", ""}},
         {"  \ta b \r\n", {"  \ta b "}, {"a b "}},
-        {"a\nb\rc", {"a\nb", "c"}, {"a\nb", "c"}},                  // a lone LF is a character where there is a CR
+        {"a\nb\rc", {"a\nb", "c"}, {"a\nb", "c"}},                  // a lone LF is a character if there is a CR
         {"a\nb\n\nc\n", {"a", "b", "", "c"}, {"a", "b", "", "c"}},  // but not in Unix text
         {"\"a, b\" junk,c\r\nd", {"\"a, b\" junk,c", "d"}, {"a, b", "c", "d"}},
-        {"\"a\r\nb\"\r\nc", {"\"a", "b\"", "c"}, {"a\r\nb", "c"}},  // quotes go over line ends
+        {"\"a\r\nb\"\r\nc", {"\"a", "b\"", "c"}, {"a\r\nb", "c"}},  // quotes extend over line ends
         {"\"open, to\r\nthe end", {"\"open, to", "the end"}, {"open, to\r\nthe end"}},
         {"a\"b,c\"\r\n", {"a\"b,c\""}, {"a\"b", "c\""}},  // a quote further in is a character
         {"\"\",x", {"\"\",x"}, {"", "x"}},
@@ -80,7 +80,7 @@ TEST(Reader, TakesTheCallersWordOnUnixText) {
     EXPECT_EQ(whole.line(), "a\rb");
 }
 
-/// A reader of the rules' own words, one character at a time.
+/// A reader that follows the rules literally, one character at a time.
 class SlowReader {
   public:
     explicit SlowReader(std::string_view bytes) : rest_(bytes), end_(is_unix_text(bytes) ? '\n' : '\r') {}

@@ -27,7 +27,7 @@ TEST_F(Favorites, APictureIsAddedOnce) {
     program_.platform.expect_message(photos_ + "/a.png is already on the Favorite Pictures list.");
     run(w.ipm(1).click);
     EXPECT_EQ(list(), photos_ + "/A.PNG");
-    picture("photos/A.PNG");  // on this system another picture
+    picture("photos/A.PNG");  // on this system a different picture
     run(w.addcur.click);
     EXPECT_EQ(list(), photos_ + "/A.PNG\r\n" + photos_ + "/a.png\r\n");
     w.addcur.enabled = false;

@@ -11,7 +11,7 @@ using ::testing::ElementsAre;
 
 class PictureWindow : public ViewerTest {
   protected:
-    /// A window of `width` x `height` pixels around a picture of 200 x 100.
+    /// Opens a window of `width` x `height` pixels around a picture of 200 x 100.
     frmPic& window(int width, int height) {
         frmPic& w = open(picture("photos/a.png", 200, 100));
         w.width = width * 15 + 270;
@@ -133,7 +133,7 @@ TEST_F(PictureWindow, ZoomAtThePointerKeepsThePointBelowIt) {
     EXPECT_GE(w.Image1.width, 1);
 }
 
-/// Pixels in rows, each row a text of one letter a pixel.
+/// Returns pixels in rows, each row a text of one letter a pixel.
 platform::Pixels pixels_of(const std::vector<std::string>& rows) {
     auto bytes = std::make_shared<std::vector<std::uint8_t>>();
     for (const std::string& row : rows) {
@@ -336,7 +336,7 @@ TEST_F(PictureWindow, NeighboursOfTheListShowInTheSameWindowAndAreDecodedAhead) 
     EXPECT_EQ(open_windows(), 1U);
 }
 
-/// The color of what is shown.
+/// Returns the color of the visible picture.
 std::uint32_t color_of(const frmPic& w) {
     std::uint32_t color = 0;
     if (w.Image1.pixels.bytes) std::memcpy(&color, w.Image1.pixels.bytes.get(), sizeof color);

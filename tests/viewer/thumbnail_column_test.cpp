@@ -37,7 +37,7 @@ class Column : public ViewerTest {
         });
         return items;
     }
-    /// Leaves `names` as an album of the form has it when it is unpacked.
+    /// Leaves `names` as an unpacked album of the form has them.
     void unpacked_album(int mode, const std::vector<std::string>& names) {
         session.PicsMode = mode;
         show_frame(program_.context).List1.assign(names);

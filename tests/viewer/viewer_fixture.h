@@ -43,7 +43,7 @@ class ViewerTest : public ::testing::Test {
 
     tests::FakePictures& pictures() { return program_.platform.fake_pictures; }
 
-    /// The column on the directory of pictures.
+    /// Opens the column on the directory of pictures.
     tittwo& column() {
         tittwo& w = show_column(program_.context);
         w.List2.assign({photos_});

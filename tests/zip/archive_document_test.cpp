@@ -231,7 +231,7 @@ TEST(ArchiveDocument, AnArchiveThatIsGoneIsWrittenAgain) {
 
 TEST(ArchiveDocument, AChangeThatFailsIsReportedAndLeavesNothingToTakeBack) {
     const std::string whole = two_members();
-    WindowProgram p(whole.substr(0, whole.size() - 22));  // without the end record, it can only be read
+    WindowProgram p(whole.substr(0, whole.size() - 22));  // without the end record it is read-only
     p.platform.expect_message("the directory at the end is missing");
     arcview& w = p.open();
     p.platform.expect_message("was not changed");

@@ -13,7 +13,7 @@ using archive::Encryption;
 using tests::ArchiveBuilder;
 using tests::WindowProgram;
 
-/// How the members of the archive on the disk are encrypted.
+/// Returns the encryptions of the members of the archive on the disk.
 std::vector<std::optional<Encryption>> encryptions(const WindowProgram& p) {
     std::vector<std::optional<Encryption>> out;
     const Result<Archive> archive = Archive::open(p.dir.path("a.zip"));

@@ -83,12 +83,12 @@ TEST(MovingFiles, TheSelectedOnesGoAndTheWindowStays) {
     EXPECT_FALSE(p.dir.has("temp/a.zip/letter"));
     EXPECT_EQ(p.bytes_of(1), "2");
     EXPECT_EQ(row_details(w, 0).condition, RowCondition::verified);
-    // It is unpacked again where it is needed.
+    // It is unpacked again if needed.
     w.mvs.click();
     p.platform.expect_message("1 file moved");
     move_to(p, w, "target");
     EXPECT_EQ(p.dir.read("target/letter (2)"), "as stored");
-    // What was moved stays, whatever the window does later.
+    // Moved files stay, whatever the window does later.
     w.undo.click();
     w.rpnex.click();
     EXPECT_EQ(p.dir.read("target/letter"), "as stored");

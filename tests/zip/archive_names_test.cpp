@@ -29,7 +29,7 @@ std::string in_shift_jis() {
         .finish();
 }
 
-/// The archive above, shown in a wrong set.
+/// The archive above, shown in a wrong character set.
 struct WronglyNamed : WindowProgram {
     WronglyNamed() : WindowProgram(in_shift_jis()) {
         open();
@@ -60,7 +60,7 @@ TEST(ArchiveNames, AnotherCharacterSetShowsAtOnceInListAndFiles) {
     EXPECT_EQ(p.dir.read("a.zip"), in_shift_jis());
 
     const std::string work_dir = p.session.WorkDir;
-    w.rpnex.click();  // takes all away that it made
+    w.rpnex.click();  // removes everything that it made
     EXPECT_FALSE(std::filesystem::exists(work_dir));
 }
 

@@ -44,9 +44,9 @@ TEST(ArchivePasswords, AWrongOneIsNotUsedForWhatIsAdded) {
     const struct {
         const char* what;
         std::vector<const char*> typed;
-        std::optional<bool> openly;  ///< the answer to the question that follows
+        std::optional<bool> openly;  ///< the answer to the next question
         std::size_t members;
-        bool locked;  ///< the one that is added
+        bool locked;  ///< the added file
     } cases[] = {{"the right one", {"secret"}, {}, 2, true},
                  {"at last the right one", {"wrong", "secret"}, {}, 2, true},
                  {"none, without protection", {"wrong", ""}, true, 2, false},

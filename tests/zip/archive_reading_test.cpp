@@ -165,14 +165,14 @@ TEST(Testing, EachRowGetsItsConditionAndABoxSumsUp) {
     p.platform.expect_message("3 members, and all");
     w.test.click();
 
-    // The disk goes bad below the archive: the same file with another byte.
+    // The disk goes bad below the archive: the same file with one byte changed.
     std::string bytes = p.dir.read("a.zip");
     const auto time = std::filesystem::last_write_time(p.dir.path("a.zip"));
     bytes[bytes.find("as stored")] ^= 1;
     p.dir.write("a.zip", bytes);
     std::filesystem::last_write_time(p.dir.path("a.zip"), time);
     take_archive(w);
-    EXPECT_EQ(row_details(w, 0).condition, RowCondition::verified);  // as it was when it was unpacked
+    EXPECT_EQ(row_details(w, 0).condition, RowCondition::verified);  // as when it was unpacked
     p.platform.expect_message("3 members: 2 verified, 1 damaged");
     w.test.click();
     EXPECT_EQ(row_details(w, 0).condition, RowCondition::damaged);

@@ -11,7 +11,7 @@ namespace {
 using tests::ArchiveBuilder;
 using tests::WindowProgram;
 
-/// Opens an archive of a directory, a whole member, a damaged one, and one that is refused; selects all.
+/// Opens an archive of a directory, a whole member, a damaged one, and a refused one; selects all.
 arcview& open_mixed(WindowProgram& p) {
     p.platform.expect_message("1 member is damaged");
     arcview& w = p.open();

@@ -12,7 +12,7 @@
 
 namespace quill::tests {
 
-/// The program with an archive `a.zip` that is to be opened, as after a plain start.
+/// The program with an archive `a.zip` to open, as after a plain start.
 struct WindowProgram : Program {
     TemporaryDirectory dir;
     zip::NewZIP archives{context};
@@ -26,7 +26,7 @@ struct WindowProgram : Program {
         zip::provide_contents(context, archives);
         zip::provide_archive_window(context, archives);
     }
-    /// As the switch /un does: beside the archive.
+    /// Unpacks beside the archive, like the switch /un.
     void unpack_beside() { session.WorkDir = dir.path(); }
 
     zip::arcview& open() {
@@ -37,10 +37,10 @@ struct WindowProgram : Program {
     }
     zip::arcview* window() { return windows.loaded<zip::arcview>(); }
 
-    /// The path of a member's file.
+    /// Returns the path of a member's file.
     std::string file(std::size_t row) { return archives.copies().path_of(row); }
     std::string bytes_of(std::size_t row) { return dir.read(file(row)); }
-    /// What another program does to a member's file.
+    /// Changes a member's file like another program.
     void change(std::size_t row, const std::string& bytes) { dir.write(file(row), bytes); }
 
     std::vector<std::string> names() {
@@ -48,7 +48,7 @@ struct WindowProgram : Program {
         for (const std::string& row : window()->List1.items()) out.push_back(zip::name_in_row(row));
         return out;
     }
-    /// The content of a member in the archive on the disk.
+    /// Returns the content of a member in the archive on the disk.
     std::string stored(std::size_t member) {
         const auto opened = archives.library().open(window()->ArchivePath);
         std::string content;

@@ -109,7 +109,7 @@ TEST(ArchiveWindow, AnExtractionThatFailsAsAWholeSaysWhy) {
         w.peo.click();
         EXPECT_TRUE(p.platform.opened.empty());
     }
-    WindowProgram p(archive);  // the directory that was chosen is gone
+    WindowProgram p(archive);  // the chosen directory is gone
     p.session.WorkDir = p.dir.path("missing");
     p.platform.expect_message("could not be unpacked to " + p.dir.path("missing"));
     p.open();
@@ -119,7 +119,7 @@ TEST(ArchiveWindow, AnArchiveInAnArchiveUnpacksIntoADirectoryThatGoesWithItsWind
     WindowProgram p(ArchiveBuilder().add("inner.zip", archive_of(2)).finish());
     p.open();
     const std::string outer = p.session.WorkDir;
-    p.session.SelectedDir = p.session.WorkDir = outer;  // as the switch /un does
+    p.session.SelectedDir = p.session.WorkDir = outer;  // like the switch /un
     p.session.SelectedFile = "inner.zip";
     arcview& inner = p.open();
     EXPECT_THAT(p.session.WorkDir, StartsWith(p.dir.path("temp/inner.zip")));

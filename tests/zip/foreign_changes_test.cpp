@@ -19,7 +19,7 @@ std::string ours() {
     return ArchiveBuilder().add("letter", "as stored").add("other", "2").add("third", "3").finish();
 }
 
-/// Replaces the archive as other programs do.
+/// Replaces the archive like other programs.
 void replace(WindowProgram& p, const std::string& archive) {
     std::filesystem::rename(p.dir.write("new", archive), p.dir.path("a.zip"));
 }

@@ -18,7 +18,7 @@ namespace {
 using ::testing::ElementsAre;
 using tests::ArchiveBuilder;
 
-/// The program with an archive at hand and the archive window's controls.
+/// The program with an archive and the archive window's controls.
 struct ZipProgram : tests::Program {
     tests::TemporaryDirectory dir;
     controls::ListBox List1;
@@ -134,7 +134,7 @@ TEST(NewZip, AListThatFailsSaysSo) {
     ASSERT_TRUE(p.zip.ListContents(p.view()));
     p.dir.write("a.zip", "no archive any more, just some words");
     EXPECT_FALSE(p.zip.ListContents(p.view()));
-    EXPECT_EQ(p.List1.count(), 1U);  // stays as it was
+    EXPECT_EQ(p.List1.count(), 1U);  // unchanged
     p.dir.write("a.zip", "");
     EXPECT_FALSE(p.zip.ListContents(p.view()));
     EXPECT_EQ(p.List1.count(), 0U);
@@ -203,7 +203,7 @@ TEST(NewZip, TheArchiveIsKnownByALinkToItsDirectoryToo) {
     p.open();
     EXPECT_EQ(p.zip.extracted_name(0), "a (2).zip");
     p.add_by_chooser("a.zip", "another file of that name");
-    EXPECT_TRUE(p.zip.ListContents(p.view()));  // the archive has not become the file that was added to it
+    EXPECT_TRUE(p.zip.ListContents(p.view()));  // the archive has not been replaced by the file added to it
     EXPECT_THAT(p.names(), ElementsAre("a.zip"));
     EXPECT_EQ(p.zip.extracted_name(0), "a (2).zip");
 }
@@ -351,7 +351,7 @@ TEST(ContentsWindow, IsFilledAndEndsAViewOnlyRun) {
     p.dir.write("a.zip", "no archive any more, just some words");
     p.routes.show_contents();
     window = p.windows.loaded<Form1>();
-    EXPECT_EQ(window->List1.count(), 0U);  // nothing of the one before
+    EXPECT_EQ(window->List1.count(), 0U);  // nothing of the previous one
     EXPECT_EQ(window->Label5.text, "");
     EXPECT_TRUE(tests::ends_process([&] { controls::run(window->Command1.click); }));
     EXPECT_EQ(p.windows.loaded<Form1>(), nullptr);

@@ -14,7 +14,7 @@ namespace {
 using tests::ArchiveBuilder;
 using tests::TemporaryDirectory;
 
-/// An archive of one member that was extracted, in a work directory of its own.
+/// An archive of one extracted member, in a separate work directory.
 struct Extracted {
     TemporaryDirectory dir;
     std::string bytes;
