@@ -9,7 +9,7 @@ namespace {
 constexpr std::size_t slices = 8;
 using Crc16Tables = std::array<std::array<std::uint16_t, 256>, slices>;
 
-/// tables[k][b]: what the byte b adds to the CRC when k more bytes follow it.
+/// Returns tables[k][b]: what the byte b adds to the CRC when k more bytes follow it.
 constexpr Crc16Tables make_crc16_tables() {
     constexpr std::uint32_t polynomial = 0x1021;
     Crc16Tables tables{};

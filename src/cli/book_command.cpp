@@ -35,8 +35,7 @@ namespace {
 struct BookRequest {
     std::string book;
     std::string start_page;
-    std::string
-        root;  ///< the directory of the files that a book of pages may include; empty: the start page's directory
+    std::string root;  ///< directory of the files that a book of pages may include; empty: the start page's
     std::vector<std::string> pictures;
     std::string password_file;
     ResultOptions results;
@@ -44,7 +43,7 @@ struct BookRequest {
     bool index = false;
 };
 
-// The window of a book made where there is no screen: the reader's own, and for pictures nearly all of a small screen.
+// The window of a book made without a screen: the reader's own, and for pictures nearly all of a small screen.
 constexpr htx::BookGeometry page_window = {9495, 6960, 0, 0};
 constexpr htx::BookGeometry picture_window = {15360, 10920, 0, 0};
 
@@ -52,7 +51,7 @@ bool is_not_interrupted(const zip::Progress&) {
     return !Interruption::caught();
 }
 
-/// Fails where two files would become one member, so that one of them would be lost.
+/// Fails if two files would become one member, so that one of them would be lost.
 Status check_names(const std::vector<zip::NewMember>& members) {
     std::unordered_map<std::string, const zip::NewMember*> known;
     for (const zip::NewMember& member : members) {

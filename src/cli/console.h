@@ -17,7 +17,7 @@ struct Console {
 enum class ExitStatus : std::uint8_t {
     good = 0,     ///< Everything found is whole or verified.
     damaged = 1,  ///< Something found is damaged or incomplete.
-    nothing = 2,  ///< The input holds nothing.
+    nothing = 2,  ///< The input contains nothing.
     failed = 3    ///< Bad usage, or something could not be read or written.
 };
 

@@ -71,7 +71,7 @@ std::optional<std::string> Outputs::find_copy(const std::string& path, const fil
     return bytes ? copies_.find(path, bytes->bytes()) : std::nullopt;
 }
 
-/// What a run works with.
+/// The state of a run.
 struct Run {
     const DecodeRequest& request;
     Report report;

@@ -101,7 +101,7 @@ class Plan {
     std::unordered_map<std::string, std::string> taken_;  ///< outputs, and the inputs that give them
 };
 
-/// What a run works with.
+/// The state of a run.
 struct Run {
     const EncodeRequest& request;
     const codec::OutputFormat& format;

@@ -36,11 +36,10 @@ Result<files::TemporaryFile> spool(std::istream& in);
 
 /// One file to read.
 struct Input {
-    std::string name;    ///< as the user knows it; "-" is standard input
-    std::string path;    ///< the path to open
-    std::string beside;  ///< the directory for its results unless another was requested
-    std::string walked =
-        {};  ///< the directory that the user named instead of it; empty if the user named the file itself
+    std::string name;             ///< as the user knows it; "-" is standard input
+    std::string path;             ///< the path to open
+    std::string beside;           ///< the directory for its results unless another was requested
+    std::string walked = {};      ///< the directory that the user named instead of it; empty: the file itself
     bool held_something = false;  ///< a result, or a copy of one, came from it
 };
 

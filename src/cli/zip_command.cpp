@@ -135,7 +135,7 @@ ExitStatus read(const ZipRequest& request, const Console& console, bool write) {
     return report.finish();
 }
 
-/// What failed, and why.
+/// The name of what failed, and the reason.
 using Failure = std::pair<std::string, Error>;
 
 /// Returns the entries for `add`: each name with all that is in it; the archive itself only if the user named it.

@@ -9,7 +9,7 @@
 /// temporary ones: the input is never written, and only decoded files appear beside it.
 namespace quill::decoder {
 
-/// What is known about a text before the library reads it.
+/// The facts about a text that are known before the library reads it.
 struct Reading {
     bool dots_doubled = false;  ///< its newsreader doubles dots at line starts
     bool tags_removed = false;  ///< it is a copy without the `<BR>` at its line ends

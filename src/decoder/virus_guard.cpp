@@ -101,7 +101,8 @@ Scan run_scanner(shell::Context& context, const Scanner& scanner, const std::str
     return {ScanAnswer::nothing_found, "no virus found by " + name + std::string(scanner.checked), *before};
 }
 
-/// If `program` gives no answer, tries those after it in the table: the first needs a service that may not be running.
+/// Tries `program`; if it gives no answer, tries those after it in the table: the first needs a service that may not be
+/// running.
 Scan run_scanners(shell::Context& context, const std::string& program, const std::string& path) {
     Scan scan = run_scanner(context, *known_scanner(program), program, path);
     const std::vector<std::string> installed = installed_scanners(context);

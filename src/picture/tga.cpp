@@ -193,7 +193,7 @@ Drawn draw_tga(std::string_view file, qint64 most_pixels) {
     if (!is_tga(file) || !has_pixels(header.size, most_pixels)) return drawn;
     drawn.image = QImage(header.size, QImage::Format_ARGB32_Premultiplied);
     if (drawn.image.isNull()) return drawn;
-    // Many writers of 32 bits do not use the alpha byte; if it would hide everything, it is ignored.
+    // Many writers of 32 bits do not use the alpha byte; it is ignored if it would hide everything.
     int done = draw_rows(file, header, true, drawn.image);
     if (header.alpha_bits() == 0 && is_clear(drawn.image)) done = draw_rows(file, header, false, drawn.image);
     count_rows(drawn, done);

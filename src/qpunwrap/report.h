@@ -10,7 +10,7 @@ namespace quill::qpunwrap {
 /// The exit status of the program.
 enum class ExitStatus : int {
     made = 0,     ///< Something was made, and all of it was written.
-    nothing = 1,  ///< The file holds no quoted-printable text.
+    nothing = 1,  ///< The file contains no quoted-printable text.
     failed = 2    ///< The file could not be read, a result could not be written, or the arguments are invalid.
 };
 

@@ -28,7 +28,7 @@ struct Scan {
     files::FileStamp stamp;  ///< of the file
 };
 
-/// What is known about the file in a row of the results.
+/// The facts about the file in a row of the results.
 struct ResultRecord {
     std::string directory;                  ///< its directory
     std::optional<codec::Outcome> outcome;  ///< the result of decoding it; absent if no decoder checked it

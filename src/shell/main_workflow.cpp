@@ -23,7 +23,7 @@ constexpr auto guide_question =
     "    The easiest way to learn how to use this program if you need help is to read the help file. Would you like to "
     "read the help file now?";
 
-/// The colour of the option that the pointer is over.
+/// Returns the colour of the option under the pointer.
 controls::Colour hover_colour(int option) {
     static constexpr std::array<std::uint32_t, 4> colours = {0x00FF00, 0xC0C0FF, 0xFFFF00, 0xC0FFFF};
     constexpr std::uint32_t white = 0xFFFFFF;

@@ -22,7 +22,7 @@ struct Source {
     requires std::convertible_to<const Text&, std::string_view> Source(const Text& text)
         : bytes(text), unix_text(is_unix_text(bytes)) {}
 
-    /// For a caller that already knows whether `text` is, or is a part of, Unix text.
+    /// Makes a source for a caller that already knows whether `text` is, or is a part of, Unix text.
     Source(std::string_view text, bool is_unix, OnSearched searched = {})
         : bytes(text), unix_text(is_unix), on_searched(std::move(searched)) {}
 

@@ -12,7 +12,7 @@ constexpr std::string_view opener_patterns = "*.jpg;*.bmp;*.pics;*.gif;*.tif;*.t
 /// The files in the column's own list of a directory.
 constexpr std::string_view directory_patterns = "*.bmp;*.gif;*.png;*.jpg;*.jpeg;*.dib;*.tif;*.tga";
 
-/// Further kinds of pictures that can be shown.
+/// Returns the patterns of further kinds of pictures that can be shown.
 constexpr std::string_view further_patterns() {
     return "*.tiff;*.webp;*.ico;*.pcx;*.pnm;*.ppm;*.pgm;*.pbm;*.xbm;*.xpm";
 }

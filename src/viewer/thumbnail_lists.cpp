@@ -93,7 +93,7 @@ void paintpage(tittwo& w, const controls::ListBox& list, std::size_t counted) {
     w.sight ? look_at(w, list, w.sight->first, w.sight->count) : look_at(w, list, first, shown);
 }
 
-/// An album with thumbnails has two files for each picture.
+/// Returns the number of files; an album with thumbnails has two for each picture.
 std::size_t counted_files(const tittwo& w) {
     const std::size_t count = w.List3.count();
     return w.context.session.PicsMode == 2 ? (count + 1) / 2 : count;

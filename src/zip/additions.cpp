@@ -83,7 +83,7 @@ class Naming {
         }
     }
 
-    /// Returns false where the user cancels.
+    /// Returns false if the user cancels.
     bool name_all(std::vector<ZipItem>& items) {
         for (std::size_t i = 0; i < items.size(); ++i) {
             const bool is_directory = items[i].kind == EntryKind::directory;

@@ -64,7 +64,7 @@ std::vector<std::size_t> changed_among(arcview& w, std::vector<std::size_t> rows
     return rows;
 }
 
-/// Asks if an answer for all does not cover the row: a damaged member is never replaced without a question.
+/// Returns true if an answer for all covers the row: a damaged member is never replaced without a question.
 bool is_covered(arcview& w, std::size_t row, Answer for_all) {
     return for_all == Answer::leave_out_all || !is_of_damaged_member(w, row);
 }

@@ -52,7 +52,7 @@ struct arcview : controls::Window {
     IconPicture Picture9;       // icon of the selected program; opens it
     controls::Button Command1;  // takes the focus; never shown
 
-    // What is known of the archive.
+    // The facts about the archive.
     controls::Label Label23;            // number of rows
     controls::Label Label18;            // size of the archive
     controls::Label Label20;            // size of all members

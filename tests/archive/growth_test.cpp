@@ -17,7 +17,7 @@ namespace {
 
 std::atomic<std::size_t> live_bytes{0}, most_bytes{0}, allocations{0};
 
-/// Returns counted memory, or nullptr where there is none.
+/// Returns counted memory, or nullptr if there is none.
 void* allocate(std::size_t size) {
     void* place = std::malloc(size);
     if (place == nullptr) return nullptr;

@@ -7,7 +7,8 @@
 namespace quill::tests {
 namespace {
 
-/// Quoted-printable doesn't state which line ends a file had, or whether empty lines around it belong to it.
+/// Returns bytes for a comparison: quoted-printable doesn't state which line ends a file had, or whether empty lines
+/// around it belong to it.
 std::string comparable(const Writing& writing, std::string bytes) {
     if (writing.transfer != Transfer::quoted_printable) return bytes;
     std::erase(bytes, '\r');

@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-/// The tests of the views draw on Qt's platform without a screen.
+/// Runs the tests of the views, which draw on Qt's platform without a screen.
 int main(int argc, char** argv) {
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
     ::testing::InitGoogleTest(&argc, argv);

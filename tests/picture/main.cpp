@@ -1,7 +1,7 @@
 #include <QCoreApplication>
 #include <gtest/gtest.h>
 
-/// Qt finds its picture formats through an application.
+/// Makes an application, through which Qt finds its picture formats.
 int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
     const QCoreApplication application(argc, argv);

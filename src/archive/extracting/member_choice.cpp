@@ -24,7 +24,7 @@ MemberChoice::MemberChoice(const std::vector<std::string>& names) : names_(names
     }
 }
 
-/// A name that has matched before is compared only if the member is not chosen yet.
+/// Compares a name that has matched before only if the member is not chosen yet.
 bool MemberChoice::asks(std::uint64_t hash, std::string_view prefix, bool is_chosen) {
     const auto [begin, end] = by_hash_.equal_range(hash);
     for (auto name = begin; name != end; ++name) {

@@ -13,7 +13,7 @@ namespace quill::zip {
 /// end. A query takes time linear in the member's name, however many names there are.
 class MemberChoice {
   public:
-    /// `names` must outlive it. No names select all members.
+    /// Selects by `names`, which must outlive it. No names select all members.
     explicit MemberChoice(const std::vector<std::string>& names);
 
     /// Returns true if one of the names selects the member.

@@ -17,7 +17,7 @@ class PathTree {
     static constexpr Id root = 0;
     static constexpr Id none = 0xFFFFFFFF;
 
-    /// `expected` is the expected number of entries.
+    /// Makes an empty tree; `expected` is the expected number of entries.
     explicit PathTree(std::size_t expected = 0);
 
     /// Returns the entry `name` of `directory`, or `none`.

@@ -364,8 +364,8 @@ void Base64Run::take_foreign(std::size_t written) {
     }
 }
 
-/// If a line has as many characters as whole groups need, the foreign ones replaced good ones; else they were added,
-/// and are left out.
+/// Reads a damaged line. If it has as many characters as whole groups need, the foreign ones replaced good ones; else
+/// they were added, and are left out.
 void Base64Run::take_damaged_line(std::string_view line, const LineMake& make) {
     const bool replaced = (make.data + make.foreign + state_.pending) % 4 == 0;
     std::string mended;

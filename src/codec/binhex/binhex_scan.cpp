@@ -225,7 +225,7 @@ bool sniff_bare_binhex(std::string_view line) {
            binhex::is_data_character(line.front());
 }
 
-// Only the first part identifies itself. A later one counts if the first one asks for it, or if its label and many
+// Only the first part identifies itself. A later one counts if the first one requires it, or if its label and many
 // lines support it.
 bool open_bare_binhex(TextScan& scan, const Line& line) {
     if (scan.in_armor || scan.tentative >= most_tentative) return false;

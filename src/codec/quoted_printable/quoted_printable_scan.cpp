@@ -37,7 +37,7 @@ bool sniff_bare_quoted_printable(std::string_view line) {
     return line.ends_with('=') && line.size() <= longest_encoded_line && line.size() + 16 > longest_encoded_line;
 }
 
-// Only a text without any header can be one as a whole: it begins where the text begins.
+// Opens a text as a whole if it has no header: it begins where the text begins.
 bool open_bare_quoted_printable(TextScan& scan, const Line& line) {
     if (scan.in_message || scan.in_armor || !scan.found.files.empty()) return false;
     Evidence evidence;

@@ -163,7 +163,8 @@ void Sink::compare_checksums(std::uint64_t at_input) {
     }
 }
 
-/// A Content-Length counts the unchanged body, with or without the line end that belongs to the boundary.
+/// Compares the Content-Length, which counts the unchanged body, with or without the line end that belongs to the
+/// boundary.
 void Sink::compare_length() {
     if (!attachment_.stated_length) return;
     std::uint64_t length = 0;

@@ -211,7 +211,7 @@ std::vector<FoundFile> join_messages(std::vector<FoundFile> files, std::span<con
 
 // Pieces of a file ----------------------------------------------------------------------------------------------------
 
-/// Resource forks go with their data forks.
+/// Returns true for BinHex data, without resource forks: they go with their data forks.
 bool is_binhex_data(const FoundFile& file) {
     return file.attachment.format == Format::binhex && !file.attachment.resource_fork;
 }

@@ -59,7 +59,8 @@ bool peek_text(const TextScan& scan, Position at, unsigned most, Line& line) {
     return false;
 }
 
-// Such lines enclose keys, certificates and signed or encrypted texts, in Base64 that is not a file.
+// Returns true for the lines that enclose keys, certificates and signed or encrypted texts, in Base64 that is not a
+// file.
 bool sniff_armor(std::string_view line) {
     return line.starts_with("-----");
 }

@@ -73,8 +73,8 @@ std::string quoted(std::string_view name) {
     return out + '"';
 }
 
-/// A name that is not plain is written in the form of RFC 2231 and, for programs that don't know that one, in two
-/// others.
+/// Returns the header. A name that is not plain is written in the form of RFC 2231 and, for programs that don't know
+/// that one, in two others.
 std::string head(const std::string& name) {
     const bool plain = is_plain(name);
     std::string head;

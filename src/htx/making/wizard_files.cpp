@@ -14,7 +14,7 @@
 namespace quill::htx {
 namespace {
 
-/// A listed file name may be a link as written in a page, with dots or percents in it.
+/// Returns the name of a member. A listed file name may be a link as written in a page, with dots or percents in it.
 std::string member_name(const std::string& listed, const std::string& path, bool keep_paths) {
     if (keep_paths) return text::to_utf8(zip::member_name_of(path));
     const Address address = resolve("", listed);

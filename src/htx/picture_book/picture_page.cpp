@@ -136,7 +136,7 @@ bool is_plainly_markup(std::string_view text) {
     return found;
 }
 
-// A title is one line; markup that would end its element is not treated as markup.
+// Returns a title as one line; markup that would end its element is not treated as markup.
 std::string title_text(std::string_view title) {
     std::string line(title);
     std::replace_if(
