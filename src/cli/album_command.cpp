@@ -204,8 +204,8 @@ ExitStatus create(const AlbumOptions& options, const Console& console) {
 using Command = ExitStatus (*)(const AlbumOptions&, const Console&);
 
 constexpr const char* footer =
-    "An album (.pics) holds picture files as they are. `list` and `extract` print a line a picture: name, size in\n"
-    "bytes, verdict, with tabs between; `already there` follows where a file of that name has the same bytes. The\n"
+    "An album (.pics) holds unchanged picture files. `list` and `extract` print a line a picture: name, size in\n"
+    "bytes, verdict, with tabs between; `already there` follows if a file of that name has the same bytes. The\n"
     "verdict is `whole` (the sizes account for the album), `damaged` or `incomplete`. Names are made safe, and a name\n"
     "that is taken becomes `name (2).ext`; no file is replaced. `create` writes the album when all files can be read.";
 
@@ -220,10 +220,10 @@ CLI::App* add_command(CLI::App& album, const char* name, const char* about, Work
 }
 
 void add_commands(CLI::App& album, Work& work) {
-    constexpr const char* about_names = "Pictures in it; all, if none";
+    constexpr const char* about_names = "Pictures in the album (default: all)";
 
     const auto listing = std::make_shared<AlbumOptions>();
-    add_command(album, "list", "List what an album holds", work, list, listing)
+    add_command(album, "list", "List the pictures of an album", work, list, listing)
         ->add_option("NAME", listing->names, about_names);
 
     const auto extracting = std::make_shared<AlbumOptions>();
@@ -231,9 +231,9 @@ void add_commands(CLI::App& album, Work& work) {
     extracts->add_option("NAME", extracting->names, about_names);
     extracts
         ->add_option("--into", extracting->into,
-                     "Write into this directory, which is made if need be, instead of the current one")
+                     "Write into this directory, which is made if missing, instead of the current one")
         ->type_name("DIR");
-    extracts->add_flag("--again", extracting->again, "Write files that are there already once more, as name (2).ext");
+    extracts->add_flag("--again", extracting->again, "Write files again even if they exist, as name (2).ext");
 
     const auto creating = std::make_shared<AlbumOptions>();
     auto* creates = add_command(album, "create", "Put picture files into a new album", work, create, creating);

@@ -198,21 +198,21 @@ void add_create(CLI::App& book, Work& work) {
     auto* command = book.add_subcommand("create", "Make a book of web pages or of pictures");
     const auto request = std::make_shared<BookRequest>();
     auto* from = command->add_option("--from", request->start_page,
-                                     "The page to begin with: the book holds it and all that it leads to in its\n"
+                                     "The page to begin with: the book holds it and all that it links to in its\n"
                                      "directory and below");
     from->type_name("PAGE");
     command
         ->add_option("--root", request->root,
-                     "Take files from this directory and below, and count their names from it, instead of the\n"
+                     "Include files from this directory and below, named relative to it, instead of the\n"
                      "page's own directory")
         ->type_name("DIR")
         ->needs(from);
     auto* pictures = command->add_flag("--pictures", request->of_pictures,
                                        "Make a page for each FILE, a picture; its name becomes the title");
     auto* files = command->add_option("FILE", request->pictures, "Pictures, in the order of their pages");
-    command->add_flag("--index", request->index, "Begin a picture book with a page of all pictures in small")
+    command->add_flag("--index", request->index, "Begin a picture book with a page of small copies of all pictures")
         ->needs(pictures);
-    command->add_option("--output", request->book, "The book to make; there may be no file of that name")
+    command->add_option("--output", request->book, "The book to make; no file of that name may exist")
         ->required()
         ->type_name("BOOK");
     from->excludes(pictures);
@@ -256,7 +256,7 @@ void add_book_command(CLI::App& app, Work& work) {
         add_create(group, work);
         add_reader(group, work, "list", "List a book's pages and files", list);
         add_extract_command(group, work);
-        add_reader(group, work, "check", "Find the links of a book that lead nowhere in it", check);
+        add_reader(group, work, "check", "Find the broken links of a book", check);
     });
 }
 

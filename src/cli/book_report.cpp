@@ -47,7 +47,7 @@ void BookReport::broken(const htx::BrokenLink& link) {
 void BookReport::doubtful(const htx::DoubtfulPage& page) {
     damaged_ = true;
     const auto& problems = page.content.problems;
-    complain(page.page, problems.empty() ? "it can't be read whole" : problems.front().text);
+    complain(page.page, problems.empty() ? "it can't be read completely" : problems.front().text);
 }
 
 void BookReport::checked(const htx::BookCheck& check) {

@@ -21,7 +21,7 @@ namespace {
 
 struct DecodeRequest : Request {
     std::string into;    ///< empty: each result goes beside its first source
-    bool again = false;  ///< write files that exist already once more
+    bool again = false;  ///< write files again even if they exist
 };
 
 /// Where the results of a run go.
@@ -138,7 +138,7 @@ void add_decode_command(CLI::App& app, Work& work) {
                      "Write into this directory instead of beside each input; it is\n"
                      "made if it does not exist")
         ->type_name("DIR");
-    command->add_flag("--again", request->again, "Write files again that exist already, as name (2).ext");
+    command->add_flag("--again", request->again, "Write files again even if they exist, as name (2).ext");
     add_request_options(*command, *request);
     command->footer(
         "Each result is a line: name, size in bytes, verdict, format, with tabs between;\n"

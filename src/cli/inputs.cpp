@@ -41,7 +41,7 @@ void add_request_options(CLI::App& command, Request& request) {
     add_file_names(command, request.names,
                    "Saved messages and posts, and directories with all that is\n"
                    "in them; - is standard input. They are read together, in any\n"
-                   "order: parts of one attachment that lie in several files are\n"
+                   "order: parts of one attachment that are in several files are\n"
                    "joined");
     command.add_flag("--all", request.all, "Include the texts of messages: text parts without a file name");
     command.add_flag("--forks", request.forks, "Include the resource forks of BinHex files, as NAME.rsrc");

@@ -16,7 +16,7 @@ void add_result_options(CLI::App& command, ResultOptions& options) {
     auto* json = command.add_flag("--json", options.json,
                                   "Print the results as one JSON array of objects; the manual\n"
                                   "page lists their members");
-    command.add_flag("--json-lines", options.json_lines, "Print each result as a JSON object on a line of its own")
+    command.add_flag("--json-lines", options.json_lines, "Print each result as a JSON object on its own line")
         ->excludes(json);
     command.add_flag("--quiet", options.quiet, "Print no result lines and no progress bar, only errors");
 }

@@ -72,8 +72,7 @@ struct Picture {
     std::string format = {};    ///< "png", "jpeg" ...; empty if unknown
     PictureState state = PictureState::failed;
     int decoded_percent = 0;  ///< of the image's rows: 100 for a whole picture, 0 for a failed one
-    std::string reason =
-        {};  ///< why it is partial or failed: a short phrase without a full stop, "the file is cut off"
+    std::string reason = {};  ///< why it is not whole: a short phrase without a full stop, "the file is cut off"
 };
 
 /// Decodes pictures outside the interface, in processes where a hostile file can do no harm.

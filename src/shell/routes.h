@@ -17,8 +17,8 @@ namespace quill::shell {
 struct Routes {
     std::function<void(std::string& path)> decode;  ///< decodes the file; may change the path
 
-    std::function<void(const std::string& directory)>
-        open_chooser;  ///< the file chooser, set up to open, view or decode
+    /// Opens the file chooser, set up to open, view or decode.
+    std::function<void(const std::string& directory)> open_chooser;
 
     controls::Action report_contents;  ///< lists SelectedDir/SelectedFile; sets ZipEncrypted if a member requires it
     controls::Action open_archive;     ///< the archive window on SelectedDir/SelectedFile

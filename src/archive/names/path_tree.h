@@ -47,10 +47,9 @@ class PathTree {
   private:
     struct Entry {
         Id parent = none;
-        std::uint32_t name_at = 0;  // in the blocks
-        Id stand_in = none;         // for a file: the directory that takes its place
-        std::uint32_t free_number =
-            0;  // if this is the first name of a series with numbers of one length: all below are taken
+        std::uint32_t name_at = 0;      // in the blocks
+        Id stand_in = none;             // for a file: the directory that takes its place
+        std::uint32_t free_number = 0;  // for the first of a series' numbers of one length: none below is free
         std::uint8_t name_size = 0;
         bool is_directory = false;
     };

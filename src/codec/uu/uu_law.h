@@ -31,7 +31,7 @@ class Law {
     /// Forgets the length of rows, because another part begins.
     void begin_part() { width_ = 0, odd_ = false; }
 
-    /// Adds a row at `at` with `bytes` bytes and only blanks after them. `row` begins with the length character.
+    /// Adds a row at `at` with `bytes` bytes and at most blanks after them. `row` begins with the length character.
     void take_exact(std::string_view row, std::size_t bytes, std::uint64_t at, bool blanks_after = false);
 
     /// Returns true if more rows of `bytes` change only their number, which `take_more` counts.
