@@ -108,7 +108,7 @@ void BoxDialogs::show(const std::string& text, const std::string& title, bool is
 bool BoxDialogs::ask(const platform::Question& question) {
     QMessageBox box(QApplication::activeWindow());
     const bool is_risky = question.no_is_default && !question.question_mark;
-    fill(box, question.text, question.title, is_risky ? QMessageBox::Warning : QMessageBox::Question);
+    fill(box, question.text, question.title, is_risky ? QMessageBox::Critical : QMessageBox::Question);
     box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
     box.setDefaultButton(question.no_is_default ? QMessageBox::No : QMessageBox::Yes);
     box.setEscapeButton(QMessageBox::No);

@@ -204,7 +204,7 @@ TEST_F(ArchiveWindowTest, ABoxHasTheIconOfWhatItSays) {
     EXPECT_EQ(icon_of([&] { boxes.message("Done.", {}); }), QMessageBox::Information);
     EXPECT_EQ(icon_of([&] { boxes.warn("It failed.", {}); }), QMessageBox::Warning);
     EXPECT_EQ(icon_of([&] { boxes.ask({.text = "Go on?"}); }), QMessageBox::Question);
-    EXPECT_EQ(icon_of([&] { boxes.ask({.text = "Erase it?", .no_is_default = true}); }), QMessageBox::Warning);
+    EXPECT_EQ(icon_of([&] { boxes.ask({.text = "Erase it?", .no_is_default = true}); }), QMessageBox::Critical);
 }
 
 TEST_F(ArchiveWindowTest, OneCharacterSetIsCheckedHoweverOftenItIsClicked) {
