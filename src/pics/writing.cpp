@@ -101,8 +101,7 @@ std::variant<std::string, WriteFailure> write_album(const AlbumRequest& request)
     if (std::optional<WriteFailure> failure = Writing(request, *file).run()) return *std::move(failure);
     const std::optional<std::uint64_t> old_size = files::file_size(request.path);
     const bool is_free = old_size && *old_size <= 1 && !files::is_link(request.path);
-    Result<std::string> published =
-        file->publish(is_free ? files::OnCollision::replace : request.on_collision, files::Durability::flushed);
+    Result<std::string> published = file->publish(is_free ? files::OnCollision::replace : request.on_collision);
     if (!published) return WriteFailure{{}, published.error()};
     return *std::move(published);
 }
