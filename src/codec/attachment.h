@@ -52,6 +52,7 @@ struct Attachment {
     std::optional<std::uint64_t> stated_size = {};  ///< bytes of the result, as the text states
     std::optional<std::uint16_t> stated_sum = {};   ///< BSD checksum of the result ("sum -r")
     std::optional<std::array<unsigned char, 16>> stated_md5 = {};  ///< of the result (Content-MD5, RFC 1864)
+    Claim checked_sum = Claim::none;  ///< what the scan found of a checksum that covers all bytes of the result
     std::optional<std::uint64_t> stated_length = {};  ///< bytes of the body as it stands in the text (Content-Length)
     bool cut_off = false;           ///< the text ends where something should still mark the end of this body
     bool before_boundary = false;   ///< a boundary follows, and the line end before it is no part of the body

@@ -3,6 +3,7 @@
 #include "codec/mail/nested_message.h"
 #include "codec/recovery/decode.h"
 #include "codec/scan/scanner.h"
+#include "codec/tnef/tnef.h"
 
 #include <algorithm>
 #include <iterator>
@@ -14,7 +15,7 @@ namespace {
 
 constexpr Wrapping encoded_message = {ProblemKind::encoded_message, ProblemKind::encoded_message, {}, {}};
 
-/// An encoded message with its decoded text.
+/// An encoded message or a TNEF stream, with its decoded text.
 struct Opened {
     std::optional<std::uint32_t> source;  ///< its text; absent if empty
     bool damaged = false;
@@ -30,6 +31,12 @@ std::vector<Problem> problems_by(const Opened& message, std::uint64_t text_end, 
         out.push_back({ProblemKind::cut_off_message, at});
     }
     return out;
+}
+
+/// Returns true unless `file` may turn out to be a piece of one whose other pieces lie elsewhere.
+bool is_all_of_it(const FoundFile& file) {
+    return file.has_begin && file.has_end && !file.tentative && file.partial_id.empty() && file.label.number == 0 &&
+           file.attachment.format != Format::yenc;
 }
 
 /// Sets the text of all problems.
@@ -54,6 +61,10 @@ class FindRun {
     void add_problems(std::vector<Problem> problems, std::uint32_t source);
     std::optional<Opened> open(const Attachment& message);
     void add_opened(const Opened& message, unsigned depth);
+    void add_file(FoundFile file, unsigned depth);
+    bool is_tnef(const FoundFile& file) const;
+    std::optional<Problem> add_tnef(const Opened& stream);
+    void add_stream(FoundFile file);
     bool goes_on(std::uint64_t offset);
 
     Sources& sources_;
@@ -138,28 +149,91 @@ void FindRun::add_opened(const Opened& message, unsigned depth) {
     add_files(std::move(found), depth);
 }
 
+bool FindRun::is_tnef(const FoundFile& file) const {
+    const Attachment& attachment = file.attachment;
+    if (!is_all_of_it(file) || attachment.message_text || attachment.body.empty()) return false;
+    const bool found = tnef::has_signature(decode_first_bytes(attachment, sources_.bytes(), tnef::signature_size));
+    const Range& first = attachment.body.front();
+    sources_.text(first.source).release_before(first.end);
+    return found;
+}
+
+/// Adds what the stream holds. Returns the reason where not all of it could be added, or none of it is a file.
+std::optional<Problem> FindRun::add_tnef(const Opened& stream) {
+    const std::string_view bytes = sources_.bytes()[*stream.source];
+    const std::uint32_t source = *stream.source;
+    tnef::Contents contents =
+        tnef::read(bytes, {source, most_files - std::min(found_.files.size(), most_files), [&](std::uint64_t offset) {
+                               return goes_on(static_cast<std::uint64_t>(sources_.file_offset(source, offset)));
+                           }});
+    for (FoundFile& file : contents.files) {
+        if (texts_ == Texts::left_out && file.attachment.message_text) continue;
+        for (Problem& problem : problems_by(stream, bytes.size(), file.attachment)) {
+            file.attachment.problems.push_back(std::move(problem));
+        }
+        found_.files.push_back(std::move(file));
+    }
+    sources_.text(source).release_before(bytes.size());
+    if (contents.trouble) add_problems({*contents.trouble}, source);
+    return contents.trouble;
+}
+
+/// Adds the files of a TNEF stream in place of the stream itself, which stays where it holds more than its files.
+void FindRun::add_stream(FoundFile file) {
+    const std::optional<Opened> stream = open(file.attachment);
+    if (!stream || !stream->source) {
+        const Range& body = file.attachment.body.front();
+        add_problems({{ProblemKind::unopened_message, body.begin}}, body.source);
+        found_.files.push_back(std::move(file));
+        return;
+    }
+    const std::size_t before = found_.files.size();
+    std::optional<Problem> trouble = add_tnef(*stream);
+    const auto begin = found_.files.begin() + static_cast<std::ptrdiff_t>(before);
+    const bool has_files =
+        std::any_of(begin, found_.files.end(), [](const FoundFile& added) { return !added.attachment.message_text; });
+    if (has_files && !trouble) return;
+    if (trouble && trouble->kind == ProblemKind::cut_off) file.attachment.problems.push_back(std::move(*trouble));
+    found_.files.insert(begin, std::move(file));
+}
+
+void FindRun::add_file(FoundFile file, unsigned depth) {
+    if (is_tnef(file)) {
+        add_stream(std::move(file));
+        return;
+    }
+    std::optional<Opened> opened;
+    const bool encoded = is_encoded_message(file.attachment);
+    if (encoded && depth < deepest_encoded) opened = open(file.attachment);
+    if (encoded && !opened && !file.attachment.body.empty()) {
+        const Range& body = file.attachment.body.front();
+        add_problems({{ProblemKind::unopened_message, body.begin}}, body.source);
+    }
+    const bool unwanted = encoded && texts_ == Texts::left_out && file.attachment.message_text;
+    if (!unwanted) found_.files.push_back(std::move(file));
+    if (opened && opened->source) add_opened(*opened, depth + 1);
+}
+
 void FindRun::add_files(Found found, unsigned depth) {
-    const auto is_encoded = [](const FoundFile& file) { return is_encoded_message(file.attachment); };
-    if (found_.files.empty() && std::none_of(found.files.begin(), found.files.end(), is_encoded)) {
+    const auto holds_more = [this](const FoundFile& file) {
+        return is_encoded_message(file.attachment) || is_tnef(file);
+    };
+    if (found_.files.empty() && std::none_of(found.files.begin(), found.files.end(), holds_more)) {
         found_.files = std::move(found.files);
         return;
     }
     for (FoundFile& file : found.files) {
         if (stopped_) return;
-        std::optional<Opened> opened;
-        const bool encoded = is_encoded(file);
-        if (encoded && depth < deepest_encoded) opened = open(file.attachment);
-        if (encoded && !opened && !file.attachment.body.empty()) {
-            const Range& body = file.attachment.body.front();
-            add_problems({{ProblemKind::unopened_message, body.begin}}, body.source);
-        }
-        const bool unwanted = encoded && texts_ == Texts::left_out && file.attachment.message_text;
-        if (!unwanted) found_.files.push_back(std::move(file));
-        if (opened && opened->source) add_opened(*opened, depth + 1);
+        add_file(std::move(file), depth);
     }
 }
 
 Result<Found> FindRun::run(std::uint32_t source) {
+    if (tnef::has_signature(sources_.bytes()[source])) {
+        add_tnef({source});
+        if (stopped_) return Error{ErrorCode::cancelled, 0, "Stopped"};
+        return std::move(found_);
+    }
     const std::uint32_t plain = sources_.unwrap(source, [this](std::uint64_t offset) { return goes_on(offset); });
     Found found = stopped_ ? Found{} : scan_text(plain);
     add_problems(std::move(found.problems), plain);
