@@ -26,7 +26,14 @@ class WaitedPrograms : public testing::Test {
     }
     static bool always() { return true; }
     bool is_running_yet() const { return directory_.has("own") && !directory_.read("own").empty(); }
-    static bool runs(const std::string& process) { return std::filesystem::exists("/proc/" + process + "/exe"); }
+    /// Returns true if the process is still there after five seconds: the system may take a moment to end it.
+    static bool runs(const std::string& process) {
+        const std::filesystem::path program = "/proc/" + process + "/exe";
+        for (int i = 0; i < 500 && std::filesystem::exists(program); ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        return std::filesystem::exists(program);
+    }
 
     TemporaryDirectory directory_;
     desktop::WaitedPrograms programs_;
