@@ -214,7 +214,7 @@ TEST_F(Viewer, KeysWorkInTheColumn) {
     EXPECT_EQ(list.model()->rowCount(), 2);
 }
 
-TEST_F(Viewer, ADoubleClickOnAThumbnailOpensOneWindow) {
+TEST_F(Viewer, ADoubleClickOnAThumbnailOpensOneWindowAndGivesItTheKeyboard) {
     auto& w = column(2);
     auto& list = grid(w);
     const QPointF at = list.visualRect(list.model()->index(0, 0)).center();
@@ -222,10 +222,13 @@ TEST_F(Viewer, ADoubleClickOnAThumbnailOpensOneWindow) {
                                     QEvent::MouseButtonRelease}) {
         QMouseEvent event(type, at, list.viewport()->mapToGlobal(at), Qt::LeftButton,
                           type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, {});
+        if (type != QEvent::MouseButtonRelease) list.setFocus();
         QCoreApplication::sendEvent(list.viewport(), &event);
         settle();
     }
-    EXPECT_EQ(program.session.PicsTable.size(), 1U);
+    ASSERT_EQ(program.session.PicsTable.size(), 1U);
+    const viewer::frmPic& picture = *program.session.PicsTable.front();
+    EXPECT_EQ(desk.frame->focusWidget(), widget<desktop::PicturePane>(picture, "Picture1"));
 }
 
 TEST_F(Viewer, OpenerPreviewsAndOpensByEnter) {

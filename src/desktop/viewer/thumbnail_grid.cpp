@@ -175,14 +175,17 @@ void ThumbnailGrid::sync() {
 void ThumbnailGrid::mouseReleaseEvent(QMouseEvent* event) {
     QListView::mouseReleaseEvent(event);
     const QModelIndex index = indexAt(event->position().toPoint());
-    const bool second = std::exchange(double_clicked_, false);
-    if (event->button() != Qt::LeftButton || second || !index.isValid() || index != currentIndex()) return;
+    if (std::exchange(second_click_, false)) {
+        if (double_clicked) double_clicked();
+        return;
+    }
+    if (event->button() != Qt::LeftButton || !index.isValid() || index != currentIndex()) return;
     if (opened) opened(static_cast<std::size_t>(index.row()));
 }
 
-/// Does nothing: the first click has opened the picture.
+/// Opens nothing: the first click has opened the picture.
 void ThumbnailGrid::mouseDoubleClickEvent(QMouseEvent*) {
-    double_clicked_ = true;
+    second_click_ = true;
 }
 
 void ThumbnailGrid::keyPressEvent(QKeyEvent* event) {
