@@ -135,6 +135,25 @@ TEST_F(Viewer, PictureIsShownInAWindowOfItsSizeWithoutScrollBars) {
     EXPECT_EQ(pane->horizontalScrollBar()->maximum(), 0);
 }
 
+TEST_F(Viewer, ChoiceOfAPageAndNoteLeaveRoomForThePicture) {
+    column(1);
+    const std::string path = picture("photos/fax.tif", 300, 200);
+    platform::Picture pages = plain_picture(300, 200, 0xFF336699);
+    pages.count = 3;
+    pages.state = platform::PictureState::partial;
+    pages.reason = "the file is cut off";
+    pictures().set(path, pages);
+    auto& w = open(path);
+    auto* pane = widget<desktop::PicturePane>(w, "Picture1");
+    EXPECT_EQ(pane->viewport()->size(), QSize(300, 200));
+    desk.frame->windows().constFirst()->resize(280, 250);
+    settle();
+    press(pane, Qt::Key_0);
+    settle();
+    EXPECT_LE(w.Image1.width, pane->width());
+    EXPECT_EQ(pane->horizontalScrollBar()->maximum() + pane->verticalScrollBar()->maximum(), 0);
+}
+
 TEST_F(Viewer, KeysAndWheelWorkOnThePicture) {
     column(3);
     auto& w = open(dir.path("photos/1000.png"));

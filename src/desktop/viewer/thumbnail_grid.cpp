@@ -35,6 +35,14 @@ QString name_of(const std::string& path) {
     return shown_name(viewer::is_album_thumbnail(name) ? viewer::picture_of_album_thumbnail(name) : name);
 }
 
+/// Writes on the bottom of the picture's place that the picture is incomplete.
+void mark_damaged(QPainter& painter, const QRect& place, const QPalette& palette) {
+    const QRect strip = place.adjusted(0, place.height() - line_height() - 2, 0, 0);
+    painter.fillRect(strip, palette.color(QPalette::ToolTipBase));
+    painter.setPen(palette.color(QPalette::ToolTipText));
+    painter.drawText(strip, Qt::AlignCenter | Qt::TextSingleLine, QStringLiteral("Damaged"));
+}
+
 }  // namespace
 
 bool ThumbnailModel::refresh() {
@@ -109,6 +117,7 @@ void ThumbnailDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
         area.moveCenter(QRectF(picture_place).center());
         painter->setRenderHint(QPainter::SmoothPixmapTransform);
         painter->drawImage(area, image);
+        if (picture->state == platform::PictureState::partial) mark_damaged(*painter, picture_place, option.palette);
     }
     painter->restore();
     if (!option.state.testFlag(QStyle::State_HasFocus)) return;
