@@ -33,7 +33,8 @@ void ask_for_headered_copy(shell::Context& context) {
                  " and try to decode that file instead. This way the original file will not be changed. Would you "
                  "like to proceed?",
          .title = {}});
-    if (!yes) context.platform.end_process();
+    if (yes) return;
+    context.platform.end_session("Nothing was made of " + files::name_of(context.session.EncodedPath) + ".");
 }
 
 Result<std::string> write_headered_copy(shell::Context& context, const std::string& name, std::size_t line_length) {

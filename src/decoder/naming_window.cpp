@@ -20,6 +20,10 @@ std::string wanted_extension(Form4& window) {
     return chosen;
 }
 
+[[noreturn]] void leave(const shell::Context& context) {
+    context.platform.end_session("Nothing was made of " + files::name_of(context.session.EncodedPath) + ".");
+}
+
 void give_header(shell::Context& context, std::size_t line_length) {
     Form4& window = context.windows.load<Form4>();
     platform::Platform& platform = context.platform;
@@ -36,7 +40,7 @@ void give_header(shell::Context& context, std::size_t line_length) {
                                 extension + " to the file's name for you.",
                         .title = "Name for the file?",
                         .default_answer = "Temporary"});
-    if (answer.empty()) platform.end_process();
+    if (answer.empty()) leave(context);
     ask_for_headered_copy(context);
 
     const std::string original = files::name_of(context.session.EncodedPath);
@@ -48,7 +52,7 @@ void give_header(shell::Context& context, std::size_t line_length) {
     }
     platform.message("   You can now restart the program and choose the " + *copy + " file to decode instead of the " +
                      original + " file and it should decode for you.");
-    platform.end_process();
+    platform.end_session(*copy + " was made of " + original + " and can be decoded now.", context.session.EncodedPath);
 }
 
 }  // namespace
@@ -60,7 +64,7 @@ void show_naming_window(shell::Context& context, const std::string& hint, std::s
     window.Frame1.visible = true;
     window.Frame2.visible = false;
     window.Command3.click = [context, line_length]() mutable { give_header(context, line_length); };
-    window.Command4.click = [context] { context.platform.end_process(); };
+    window.Command4.click = [context] { leave(context); };
     window.close = window.Command4.click;
     window.visible = true;
     context.platform.repaint(window);

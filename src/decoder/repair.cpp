@@ -69,7 +69,7 @@ void perform(shell::Context& context, const Repair& repair) {
         platform.message(
             "File name is already new.mim. File must be renamed in order to proceed. If you have done this action once "
             "before on this file, doing so again will not help.");
-        platform.end_process();
+        platform.end_session(files::name_of(input) + " was not changed. Give it another name to repair it again.");
     }
     if (const Result<files::MappedFile> text = files::MappedFile::open(input); !text) {
         platform.warn("    The file " + input + " could not be read: " + text.error().text +
@@ -92,7 +92,7 @@ void perform(shell::Context& context, const Repair& repair) {
                      " and would be in the same directory as the file you were trying to decode, that directory is " +
                      dir + ".  You can now rerun the program and try decoding this file after the program ends.");
     if (!repair.advice.empty()) platform.message(std::string(repair.advice));
-    platform.end_process();
+    platform.end_session(files::name_of(*written) + " was made and can be decoded now.", *written);
 }
 
 }  // namespace

@@ -54,9 +54,13 @@ void show_tutorial(Form3& window) {
     reset_choice(window);
 }
 
-void say_and_end(platform::Platform& platform, std::span<const std::string_view> messages) {
-    for (const std::string_view message : messages) platform.message(std::string(message));
-    platform.end_process();
+[[noreturn]] void leave(const shell::Context& context) {
+    context.platform.end_session(files::name_of(context.session.EncodedPath) + " was not decoded.");
+}
+
+void say_and_end(const shell::Context& context, std::span<const std::string_view> messages) {
+    for (const std::string_view message : messages) context.platform.message(std::string(message));
+    leave(context);
 }
 
 /// Explains what the user may have seen, and repairs on Yes.
@@ -106,17 +110,17 @@ void connect(shell::Context context, Form3& w) {
     w.Option2.click = [context, &w]() mutable { look_at_file(context, w); };
     w.Option3.click = [&w] { show_tutorial(w); };
     w.option5.click = [&w] { w.Frame2.visible = true; };
-    w.Command1.click = [&platform] { platform.end_process(); };
+    w.Command1.click = [context] { leave(context); };
     w.close = w.Command1.click;
 
-    w.Option6.click = [&platform] { say_and_end(platform, texts::not_encoded); };
+    w.Option6.click = [context] { say_and_end(context, texts::not_encoded); };
     w.Option7.click = [context, &w]() mutable {
         offer_repair(context, w, texts::about_even_rows, texts::saw_even_rows, otherfom);
     };
     w.Option8.click = [context, &w]() mutable {
         offer_repair(context, w, texts::about_long_line, texts::saw_long_line, refom);
     };
-    w.Option9.click = [&platform] { say_and_end(platform, texts::write_to_us); };
+    w.Option9.click = [context] { say_and_end(context, texts::write_to_us); };
     w.Option10.click = [&w] {
         w.Frame2.visible = false;
         reset_choice(w);

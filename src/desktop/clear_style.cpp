@@ -50,9 +50,9 @@ void ClearStyle::polish(QPalette& palette) {
     if (contrast(palette.alternateBase().color(), text) < readable) {
         palette.setColor(QPalette::AlternateBase, mixed(base, text, 0.06));
     }
-    for (const QPalette::ColorRole role : {QPalette::Link, QPalette::LinkVisited, QPalette::PlaceholderText}) {
-        const QColor color = palette.color(role);
-        if (contrast(color, base) < readable) palette.setColor(role, mixed(color, text, 0.6));
+    for (const QPalette::ColorRole role : {QPalette::Link, QPalette::LinkVisited}) {
+        const QColor link = palette.color(role);
+        if (contrast(link, base) < readable) palette.setColor(role, mixed(link, text, 0.6));
     }
 }
 

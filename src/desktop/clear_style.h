@@ -6,7 +6,7 @@ namespace quill::desktop {
 
 /// Qt's own style with more contrast. In a dark theme that draws the outlines of fields, lists, radio buttons and check
 /// boxes in the colour of the window; it marks the focus faintly, and its buttons grow too little with the font. A
-/// theme without colours for links, alternate rows and faint text gets readable ones.
+/// theme without colours for links and alternate rows gets readable ones.
 class ClearStyle final : public QProxyStyle {
   public:
     ClearStyle() : QProxyStyle(QStringLiteral("fusion")) {}

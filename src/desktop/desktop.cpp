@@ -89,6 +89,14 @@ void Desktop::accept_dropped_files() {
     main->files_dropped = [this](const std::vector<std::string>& paths) { htx::add_to_wizard(context_, paths); };
 }
 
+void Desktop::start_again(const platform::SessionEnd& last) {
+    start({});
+    events_.hand_in([&] {
+        if (!last.file.empty()) shell::offer_file(context_, last.file);
+        windows_.load<shell::swit>().Label3.text = last.said;
+    });
+}
+
 void Desktop::start(const std::string& command_line) {
     events_.hand_in([&] {
         session_.CommandLine = command_line;

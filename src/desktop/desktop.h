@@ -23,6 +23,9 @@ class Desktop {
     /// Starts the program on `command_line` and draws the windows that this opens.
     void start(const std::string& command_line);
 
+    /// Starts the program without a file after a session that has ended: the main window shows what happened.
+    void start_again(const platform::SessionEnd& last);
+
     shell::Context& context() { return context_; }
     Views& views() { return views_; }
 

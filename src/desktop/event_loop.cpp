@@ -1,7 +1,5 @@
 #include "desktop/event_loop.h"
 
-#include "platform/platform.h"
-
 #include <QApplication>
 
 #include <exception>
@@ -17,6 +15,9 @@ void EventLoop::hand_in(const controls::Action& event) {
     ++depth_;
     try {
         action();
+    } catch (const platform::SessionEnd& how) {
+        session_end_ = how;
+        end();
     } catch (const platform::ProcessEnd&) {
         end();
     } catch (const std::exception& error) {
@@ -53,6 +54,14 @@ int EventLoop::run() {
 void EventLoop::end() {
     ended_ = true;
     QCoreApplication::exit(0);
+}
+
+std::optional<platform::SessionEnd> EventLoop::begin_again() {
+    if (!session_end_) return std::nullopt;
+    waiting_.clear();
+    breathed_ = false;
+    ended_ = false;
+    return std::exchange(session_end_, std::nullopt);
 }
 
 void EventLoop::check_ended() const {

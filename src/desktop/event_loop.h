@@ -1,11 +1,13 @@
 #pragma once
 
 #include "controls/control.h"
+#include "platform/platform.h"
 
 #include <QElapsedTimer>
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -18,8 +20,8 @@ namespace quill::desktop {
 /// must not happen below a running action.
 class EventLoop {
   public:
-    /// Runs `event`, then `after_event`; a ProcessEnd in it ends the loop, and any other exception goes to `failed`.
-    /// Does nothing once the process is ending.
+    /// Runs `event`, then `after_event`; a ProcessEnd or SessionEnd in it ends the loop, and any other exception goes
+    /// to `failed`. Does nothing once the process is ending.
     void hand_in(const controls::Action& event);
 
     /// Runs Qt's loop until the process ends or the last window is closed; returns the exit status.
@@ -28,6 +30,10 @@ class EventLoop {
     /// Ends the loop and all loops within it.
     void end();
     bool ended() const { return ended_; }
+
+    /// Returns how a session ended that another one follows, and makes the loop ready for that; nullopt if the process
+    /// ends.
+    std::optional<platform::SessionEnd> begin_again();
 
     /// Returns true if no action is running.
     bool idle() const { return depth_ == 0; }
@@ -76,6 +82,7 @@ class EventLoop {
     QElapsedTimer since_begin_;
     std::vector<controls::Action> waiting_;
     bool ended_ = false;
+    std::optional<platform::SessionEnd> session_end_;
     bool breathing_ = false;
     bool breathed_ = false;
     bool drops_input_ = false;

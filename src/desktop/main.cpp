@@ -9,7 +9,10 @@
 #include "shell/command_line.h"
 #include "shell/startup.h"
 
+#include <QApplication>
+
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,10 +21,37 @@ namespace {
 constexpr int no_display = 3;
 constexpr int no_data_directory = 4;
 
+using namespace quill;
+
+bool enter_program_directory() {
+    const Status entered = shell::enter_program_directory(shell::data_directory());
+    if (entered) return true;
+    std::fprintf(stderr, "quillbright: %s can't be used: %s\n", shell::data_directory().c_str(),
+                 entered.error().text.c_str());
+    return false;
+}
+
+/// Runs one session after the other until the user ends the program. Returns the exit status.
+int run_sessions(desktop::EventLoop& events, const std::string& command_line) {
+    std::optional<platform::SessionEnd> last;
+    for (;;) {
+        {
+            desktop::Desktop program(events);
+            last ? program.start_again(*last) : program.start(command_line);
+            const int status = events.run();
+            last = events.begin_again();
+            if (!last) return status;
+            QApplication::setQuitOnLastWindowClosed(false);  // the windows of the next session follow
+        }
+        QApplication::sendPostedEvents();
+        QApplication::setQuitOnLastWindowClosed(true);
+        if (!enter_program_directory()) return no_data_directory;
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    using namespace quill;
     files::let_oversized_writes_fail();
     if (!desktop::has_display()) {
         std::fputs("quillbright: there is no display to open a window on. In a terminal, use: quill decode FILE...\n",
@@ -31,20 +61,10 @@ int main(int argc, char** argv) {
     desktop::EventLoop events;
     desktop::Application application(argc, argv, events);  // removes Qt's own options
     application.setWindowIcon(desktop::program_icon());
-    const std::vector<std::string> arguments(argv + 1, argv + argc);
-    const std::string command_line = shell::command_line_of(arguments);
-    if (const Status entered = shell::enter_program_directory(shell::data_directory()); !entered) {
-        std::fprintf(stderr, "quillbright: %s can't be used: %s\n", shell::data_directory().c_str(),
-                     entered.error().text.c_str());
-        return no_data_directory;
-    }
+    const std::string command_line = shell::command_line_of(std::vector<std::string>(argv + 1, argv + argc));
+    if (!enter_program_directory()) return no_data_directory;
     integration::make_first_favorites(files::join(shell::data_directory(), "favorites"));
-    int status = 0;
-    {
-        desktop::Desktop program(events);
-        program.start(command_line);
-        status = events.run();
-    }
+    const int status = run_sessions(events, command_line);
     desktop::wait_for_editors();
     return status;
 }

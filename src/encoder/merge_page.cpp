@@ -73,7 +73,7 @@ void offer_merged_file(shell::Context& context, cmdg& w, const std::string& outp
     if (files::file_size(output) == 0) {
         context.platform.message(std::string(no_contents));
         main.Label3.text.clear();
-        context.platform.end_process();
+        context.platform.end_session("Nothing was joined: the files hold no lines to join.");
     }
     main.Picture2.visible = false;
     shell::show_file_captions(main, session.SelectedFile);
@@ -90,7 +90,7 @@ void tell_failure(shell::Context& context, cmdg& w, const Error& error) {
     if (error.code == ErrorCode::cancelled) return;
     if (error.code == ErrorCode::bad_input) {
         context.platform.warn(error.text);
-        context.platform.end_process();
+        context.platform.end_session("Nothing was joined: one of the files is not a part of a yEnc post.");
     }
     context.platform.warn("The files could not be merged: " + error.text + ".");
 }

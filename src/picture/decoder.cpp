@@ -217,12 +217,10 @@ Decoded Decoder::decode_by_plugin(std::string_view file, const Wanted& wanted) {
     if (icons != 0 && wanted.index >= icons) return decoded;
     if (!open(file, wanted)) return decoded;
     QImageReader& reader = opened_->reader;
-    // Qt counts a TIFF's pages only before it has read anything else of it.
-    const int images = icons != 0 ? static_cast<int>(icons) : reader.imageCount();  // 0: unknown
     const std::optional<qint64> memory = picture_memory(reader);
     decoded.format = icons != 0 ? QByteArray("ico") : reader.format();
-    decoded.animated = icons == 0 && reader.supportsAnimation() && images != 1;
-    decoded.count = static_cast<unsigned>(std::max(images, 1));
+    decoded.animated = icons == 0 && reader.supportsAnimation() && reader.imageCount() != 1;
+    decoded.count = icons != 0 ? icons : static_cast<unsigned>(std::max(reader.imageCount(), 1));
     decoded.repeats = decoded.animated ? std::max(reader.loopCount(), -1) : 0;
     const QSize size = stated_size(reader);
     if (!memory) return decoded;

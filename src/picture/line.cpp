@@ -3,8 +3,8 @@
 #include "files/descriptor.h"
 
 #include <algorithm>
+#include <cstring>
 #include <fcntl.h>
-#include <span>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -43,23 +43,15 @@ class Mapped {
     std::string_view bytes_;
 };
 
-/// Writes all bytes to the beginning of the file. Writing is faster than copying into mapped memory: the system neither
-/// clears the pages first nor maps them one by one.
-bool write_all(int file, std::span<const uchar> bytes) {
-    for (std::size_t done = 0; done < bytes.size();) {
-        const std::span<const uchar> rest = bytes.subspan(done);
-        const ssize_t written = pwrite(file, rest.data(), rest.size(), static_cast<off_t>(done));
-        if (written <= 0) return false;
-        done += static_cast<std::size_t>(written);
-    }
-    return true;
-}
-
 /// Returns sealed memory with the pixels of an image; closed if there is not enough memory.
 files::Descriptor shared_pixels(const QImage& image) {
     files::Descriptor memory(memfd_create("pixels", MFD_CLOEXEC | MFD_ALLOW_SEALING));
-    const std::span<const uchar> bytes(image.constBits(), static_cast<std::size_t>(image.sizeInBytes()));
-    if (!memory.is_open() || !write_all(memory.get(), bytes)) return {};
+    const auto size = static_cast<std::size_t>(image.sizeInBytes());
+    if (!memory.is_open() || ftruncate(memory.get(), static_cast<off_t>(size)) != 0) return {};
+    void* bytes = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, memory.get(), 0);
+    if (bytes == MAP_FAILED) return {};
+    std::memcpy(bytes, image.constBits(), size);
+    munmap(bytes, size);
     if (fcntl(memory.get(), F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE | F_SEAL_SEAL) != 0) return {};
     return memory;
 }

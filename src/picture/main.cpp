@@ -15,10 +15,6 @@ int main(int argc, char** argv) {
     using namespace quill;
     prctl(PR_SET_PDEATHSIG, SIGKILL, 0, 0, 0);
     mallopt(M_ARENA_MAX, 1);  // one heap, bounded by the memory limit
-    // Pictures of up to 16 million pixels reuse the memory of the last one: new pages cost a third of the decoding.
-    constexpr int kept_for_next_picture = 64 << 20;
-    mallopt(M_MMAP_MAX, 0);
-    mallopt(M_TRIM_THRESHOLD, kept_for_next_picture);
     const QCoreApplication application(argc, argv);
     picture::warm_up();
     const picture::Sandbox sandbox = picture::close_sandbox(worker::line_descriptor);

@@ -52,7 +52,7 @@ constexpr int allowed_calls[] = {SCMP_SYS(brk),
                                  SCMP_SYS(lseek),
                                  SCMP_SYS(close),
                                  SCMP_SYS(memfd_create),
-                                 SCMP_SYS(pwrite64),
+                                 SCMP_SYS(ftruncate),
                                  SCMP_SYS(restart_syscall),
                                  SCMP_SYS(exit),
                                  SCMP_SYS(exit_group)};

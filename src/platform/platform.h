@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// The program's interface to the machine. The desktop implements it with real dialogs and programs, a test with a
@@ -18,6 +19,12 @@ class Pictures;
 /// Thrown by Platform::end_process and caught only by the event loop, `main` and tests: nothing after it runs,
 /// destructors do.
 struct ProcessEnd {};
+
+/// Thrown by Platform::end_session. Where nobody starts another session, it is the end of the process.
+struct SessionEnd : ProcessEnd {
+    std::string said;  ///< one sentence: what happened
+    std::string file;  ///< the file that the next session offers; empty for none
+};
 
 /// A question with the buttons Yes and No.
 struct Question {
@@ -175,6 +182,12 @@ class Platform {
 
     /// Ends the process, even if windows are open.
     [[noreturn]] void end_process() { throw ProcessEnd{}; }
+
+    /// Ends the work on an input, with all open windows. The desktop starts a new session with a fresh main window that
+    /// shows `said` and offers `file`.
+    [[noreturn]] void end_session(std::string said, std::string file = {}) {
+        throw SessionEnd{{}, std::move(said), std::move(file)};
+    }
 
     void message(const std::string& text, const std::string& title = {}) { dialogs().message(text, title); }
     void warn(const std::string& text, const std::string& title = {}) { dialogs().warn(text, title); }

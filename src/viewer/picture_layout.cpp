@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <utility>
 
 namespace quill::viewer {
 namespace {
@@ -43,7 +42,6 @@ double pixel(const frmPic& w) {
 void set_displayed_size(frmPic& w, double width, double height) {
     w.Image1.width = static_cast<float>(width);
     w.Image1.height = static_cast<float>(height);
-    w.fitted = false;
 }
 
 void fill_pane(frmPic& w) {
@@ -148,17 +146,11 @@ void zoom_to_natural_size(frmPic& w) {
 void zoom_to_fit(frmPic& w) {
     if (w.sm(1).checked || w.Image20.width <= 0 || w.Image20.height <= 0) return;
     const double unit = pixel(w);
-    const double pane_width = (w.width - pane_frame_width) / unit,
-                 pane_height = (w.height - pane_frame_height - w.below_pane) / unit;
+    const double pane_width = (w.width - pane_frame_width) / unit, pane_height = (w.height - pane_frame_height) / unit;
     const double factor = std::min({1.0, pane_width / w.Image20.width, pane_height / w.Image20.height});
     w.Image1.stretch = true;
     set_displayed_size(w, w.Image20.width * factor, w.Image20.height * factor);
-    w.fitted = true;
     lay_out(w);
-}
-
-void set_height_below_pane(frmPic& w, int height) {
-    if (std::exchange(w.below_pane, height) != height && w.fitted) zoom_to_fit(w);
 }
 
 void pan(frmPic& w, double right, double down) {

@@ -35,9 +35,6 @@ void zoom_at(frmPic& window, double factor, double x, double y);
 /// Displays the picture at its natural size, keeping the middle of the pane in place.
 void zoom_to_natural_size(frmPic& window);
 
-/// Reports that the note and the choice of a page take `height` twips of the window. A fitted picture follows.
-void set_height_below_pane(frmPic& window, int height);
-
 /// Displays the picture as large as the pane allows, in its proportions, but not enlarged.
 void zoom_to_fit(frmPic& window);
 

@@ -45,8 +45,6 @@ struct frmPic : controls::Window {
     controls::Button page_back;
     controls::Button page_on;
     controls::Label page_number;  // "Page 1 of 3"
-    int below_pane = 0;           // twips that the note and the pages take of the window
-    bool fitted = false;          // the picture is displayed as large as the pane allows
 
     controls::MenuItem fmen;   // menu File
     controls::MenuItem fopen;  // other directory

@@ -3,7 +3,6 @@
 #include "archive/container/format.h"
 #include "files/path.h"
 #include "text/ascii.h"
-#include "text/count.h"
 #include "text/printable.h"
 #include "zip/member_rows.h"
 
@@ -144,7 +143,7 @@ void RenderRows(arcview& w) {
     w.VScroll2.maximum = last_top(w);
     w.VScroll2.enabled = w.VScroll2.maximum > 0;
     w.VScroll2.value = w.ListTop = std::min(w.ListTop, w.VScroll2.maximum);
-    w.Label23.text = text::grouped(w.List1.count());
+    w.Label23.text = std::to_string(w.List1.count());
     std::vector<std::string> page;
     for (std::size_t row = w.ListTop; row < w.List1.count() && page.size() < rows_on_page; ++row) {
         page.push_back(w.List1.items()[row]);

@@ -125,7 +125,7 @@ def repair_a_text_without_header(program, screen, folder):
     text = folder / "picture"
     text.write_bytes(base64.encodebytes(content).replace(b"\n", b"\r\n"))
     with started(program, str(text), env=screen.environment) as running:
-        screen.window(MAIN_WINDOW)
+        first = screen.window(MAIN_WINDOW)
         screen.key("1")
         screen.window("^File name not found")
         screen.key("space", "Return")  # the first type, .jpg
@@ -135,13 +135,11 @@ def repair_a_text_without_header(program, screen, folder):
         screen.key("Return")  # Yes
         screen.window("^Quillbright Pro$", not_among=[question])
         screen.key("Return")  # the message on how to go on
-        wait_for("the end of the program", lambda: running.poll() is not None)
-        assert running.returncode == 0, running.returncode
-    result = folder / "Temporary.jpg"
-    with started(program, str(folder / "1picture"), env=screen.environment):
-        screen.window(MAIN_WINDOW)
+        screen.window(MAIN_WINDOW, not_among=[first])  # of a new session, which offers the new file
         screen.key("1")
+        result = folder / "Temporary.jpg"
         wait_for("the decoded picture", result.exists)
+        assert running.poll() is None, "the program ended"
         assert result.read_bytes() == content, "the picture is not what was encoded"
 
 

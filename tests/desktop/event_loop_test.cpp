@@ -33,6 +33,20 @@ TEST_F(DesktopEvents, ProcessEndStopsTheLoopAndAllLaterEvents) {
     EXPECT_EQ(events.run(), 0);
 }
 
+TEST_F(DesktopEvents, EndedSessionIsFollowedByOneThatTakesEventsAgain) {
+    int runs = 0;
+    events.hand_in([&] { program.platform.end_session("x.txt was not decoded.", "/tmp/new.mim"); });
+    events.hand_in([&] { ++runs; });
+    const auto last = events.begin_again();
+    ASSERT_TRUE(last);
+    EXPECT_EQ(last->file, "/tmp/new.mim");
+    events.hand_in([&] { ++runs; });
+    EXPECT_EQ(runs, 1);
+    events.hand_in([&] { program.platform.end_process(); });
+    EXPECT_FALSE(events.begin_again()) << "the user's own exit";
+    EXPECT_TRUE(events.ended());
+}
+
 TEST_F(DesktopEvents, FailureOfAnActionIsReportedAndTheNextOneRuns) {
     events.hand_in([] { throw std::runtime_error("out of ink"); });
     EXPECT_EQ(failures, std::vector<std::string>{"out of ink"});

@@ -37,25 +37,6 @@ std::string icon_of(std::string_view picture) {
     return std::string("\0\0\1\0\1\0\x20\x20\0\0\1\0\x20\0\0\0\1\0\x16\0\0\0"sv).append(picture);
 }
 
-/// Returns a TIFF whose pages have one gray pixel each.
-std::string tiff_of_pages(std::string_view grays) {
-    constexpr std::uint32_t directory_size = 104;  // with the pixel and a byte of padding
-    std::string file = "MM\0*\0\0\0\x08"s;
-    for (std::size_t page = 0; page < grays.size(); ++page) {
-        const auto end = static_cast<std::uint32_t>(file.size()) + directory_size;
-        // Width, height, bits, no compression, black is 0, the pixel's offset, rows of the strip and its bytes.
-        const std::pair<int, std::uint32_t> fields[] = {{256, 1}, {257, 1},       {258, 8}, {259, 1},
-                                                        {262, 1}, {273, end - 2}, {278, 1}, {279, 1}};
-        file += "\0\x08"s;
-        for (const auto& [tag, value] : fields) {
-            file += {'\1', static_cast<char>(tag - 256)};
-            file += "\0\4\0\0\0\1"s + number(value);
-        }
-        file += number(page + 1 < grays.size() ? end : 0) + grays[page] + '\0';
-    }
-    return file;
-}
-
 std::string picture_as(const char* format, QSize size) {
     QImage picture(size, QImage::Format_RGB32);
     picture.fill(Qt::green);
@@ -142,18 +123,6 @@ TEST(Decoder, GoesThroughAnAnimationFrameByFrame) {
         EXPECT_EQ(decoded.delay, 100);
     }
     EXPECT_EQ(decoder.decode(gif, {{}, 3, 7}).image, QImage());
-}
-
-TEST(Decoder, ReadsAllPagesOfATiff) {
-    const std::string tiff = tiff_of_pages("\x10\x80\xF0");
-    const int grays[] = {0x10, 0x80, 0xF0};
-    for (const unsigned page : {0U, 1U, 2U}) {
-        const Decoded decoded = decode(tiff, {}, page);
-        EXPECT_EQ(decoded.count, 3U);
-        EXPECT_FALSE(decoded.animated);
-        EXPECT_EQ(qRed(decoded.image.pixel(0, 0)), grays[page]) << page;
-    }
-    EXPECT_EQ(decode(tiff, {}, 3).fault, worker::Fault::no_such_image);
 }
 
 TEST(Reading, BoundsTheMemoryByWhatTheHeaderStates) {

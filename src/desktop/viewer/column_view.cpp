@@ -86,9 +86,6 @@ void ColumnView::connect_grid() {
     grid_->opened = [this](std::size_t row) {
         hand_in([this, row] { viewer::click_row(w_, row, viewer::MouseButton::left); });
     };
-    grid_->double_clicked = [this] {
-        if (desk_.frame) desk_.frame->focus_active_window();
-    };
     grid_->menu_wanted = [this, popup](std::size_t row, QPoint at) {
         bool wanted = false;
         hand_in([&] { wanted = viewer::click_row(w_, row, viewer::MouseButton::right); });

@@ -120,11 +120,7 @@ void PictureView::connect_pane() {
     };
     pane_->closed = [this] { hand_in(w_.mend.click); };
     pane_->scrolled = [this] { hand_in(w_.HScroll1.change); };
-    pane_->resized = [this](QSize) {
-        take_size(frame().size());
-        const int below = height_below_pane(frame().width()) * twips_per_pixel;
-        if (below != w_.below_pane) hand_in([this, below] { viewer::set_height_below_pane(w_, below); });
-    };
+    pane_->resized = [this](QSize) { take_size(frame().size()); };
     pane_->key_pressed = [this](int key) { return press_key(key); };
 }
 
@@ -278,17 +274,6 @@ void PictureView::take_size(QSize client) {
     });
 }
 
-/// Returns what the lines below the pane take of the height of a window of this width.
-int PictureView::height_below_pane(int width) const {
-    int height = 0;
-    for (int i = 1; i < frame().layout()->count(); ++i) {
-        const QLayoutItem* line = frame().layout()->itemAt(i);
-        if (line->isEmpty()) continue;
-        height += line->hasHeightForWidth() ? line->heightForWidth(width) : line->sizeHint().height();
-    }
-    return height;
-}
-
 /// Moves the window to the place chosen by the program.
 void PictureView::place() {
     if (sub_window_ == nullptr) return;
@@ -297,8 +282,7 @@ void PictureView::place() {
         const QMargins margins = sub_window_->contentsMargins();
         const QSize client((to[2] - frame_width) / twips_per_pixel, (to[3] - frame_height) / twips_per_pixel);
         const QSize least(line_height() * 14, line_height() * 7);
-        const QSize below(0, height_below_pane(client.width()));
-        QSize size = (client + below).expandedTo(least).grownBy(margins);
+        QSize size = client.expandedTo(least).grownBy(margins);
         const QSize room = desk_.frame ? desk_.frame->area().size() : size;
         size += pane_->bars_beside(client.boundedTo(room.shrunkBy(margins)));
         const int left = std::max(0, to[0] - column_width) / twips_per_pixel;

@@ -28,7 +28,6 @@ class PictureView final : public View {
     void connect_pane();
     bool press_key(int key);
     void take_size(QSize client);
-    int height_below_pane(int width) const;
     void place();
 
     viewer::frmPic& w_;

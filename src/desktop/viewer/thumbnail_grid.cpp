@@ -35,14 +35,6 @@ QString name_of(const std::string& path) {
     return shown_name(viewer::is_album_thumbnail(name) ? viewer::picture_of_album_thumbnail(name) : name);
 }
 
-/// Writes on the bottom of the picture's place that the picture is incomplete.
-void mark_damaged(QPainter& painter, const QRect& place, const QPalette& palette) {
-    const QRect strip = place.adjusted(0, place.height() - line_height() - 2, 0, 0);
-    painter.fillRect(strip, palette.color(QPalette::ToolTipBase));
-    painter.setPen(palette.color(QPalette::ToolTipText));
-    painter.drawText(strip, Qt::AlignCenter | Qt::TextSingleLine, QStringLiteral("Damaged"));
-}
-
 }  // namespace
 
 bool ThumbnailModel::refresh() {
@@ -117,7 +109,6 @@ void ThumbnailDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
         area.moveCenter(QRectF(picture_place).center());
         painter->setRenderHint(QPainter::SmoothPixmapTransform);
         painter->drawImage(area, image);
-        if (picture->state == platform::PictureState::partial) mark_damaged(*painter, picture_place, option.palette);
     }
     painter->restore();
     if (!option.state.testFlag(QStyle::State_HasFocus)) return;
@@ -184,17 +175,14 @@ void ThumbnailGrid::sync() {
 void ThumbnailGrid::mouseReleaseEvent(QMouseEvent* event) {
     QListView::mouseReleaseEvent(event);
     const QModelIndex index = indexAt(event->position().toPoint());
-    if (std::exchange(second_click_, false)) {
-        if (double_clicked) double_clicked();
-        return;
-    }
-    if (event->button() != Qt::LeftButton || !index.isValid() || index != currentIndex()) return;
+    const bool second = std::exchange(double_clicked_, false);
+    if (event->button() != Qt::LeftButton || second || !index.isValid() || index != currentIndex()) return;
     if (opened) opened(static_cast<std::size_t>(index.row()));
 }
 
-/// Opens nothing: the first click has opened the picture.
+/// Does nothing: the first click has opened the picture.
 void ThumbnailGrid::mouseDoubleClickEvent(QMouseEvent*) {
-    second_click_ = true;
+    double_clicked_ = true;
 }
 
 void ThumbnailGrid::keyPressEvent(QKeyEvent* event) {

@@ -54,7 +54,6 @@ class ThumbnailGrid final : public QListView {
     void sync();
 
     std::function<void(std::size_t row)> opened;
-    std::function<void()> double_clicked;                         ///< after the first click has opened the picture
     std::function<void(std::size_t row, QPoint at)> menu_wanted;  ///< at a point of the screen
     std::function<void(std::size_t row)> delete_wanted;
     std::function<void(std::size_t first, std::size_t count)> looked_at;
@@ -77,7 +76,7 @@ class ThumbnailGrid final : public QListView {
     viewer::tittwo& w_;
     ThumbnailModel model_;
     ThumbnailDelegate delegate_;
-    bool second_click_ = false;
+    bool double_clicked_ = false;
     std::optional<std::size_t> top_;  ///< the row that the program has moved to the top
 };
 

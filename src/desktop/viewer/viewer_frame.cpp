@@ -47,11 +47,6 @@ void ViewerFrame::add_column(QWidget* content, FrameMember member, int width) {
     turn_to(content);
 }
 
-void ViewerFrame::focus_active_window() {
-    QMdiSubWindow* const window = area_->activeSubWindow();
-    if (window != nullptr && window->widget() != nullptr) window->widget()->setFocus();
-}
-
 void ViewerFrame::set_whole_screen(bool whole) {
     menuBar()->setVisible(!whole);
     if (column_) column_->setVisible(!whole);

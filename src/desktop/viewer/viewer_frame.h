@@ -34,9 +34,6 @@ class ViewerFrame final : public QMainWindow {
     /// Returns the picture windows' entries for a menu that leads to them.
     QList<QMdiSubWindow*> windows() const { return area_->subWindowList(); }
 
-    /// Gives the keyboard to the active picture window, if there is one.
-    void focus_active_window();
-
     void set_whole_screen(bool whole);
 
   private:

@@ -194,13 +194,13 @@ void leave_files_step(Context& context) {
     compress(context, members);
 }
 
-void cancel(Context& context) {
+[[noreturn]] void leave(Context& context, std::string said) {
     auto& w = main_window(context);
     w.Label5.text.clear();
     w.List1.clear();
     w.List2.clear();
     hide_create_panels(w);
-    context.platform.end_process();
+    context.platform.end_session(std::move(said));
 }
 
 void next(Context& context) {
@@ -212,7 +212,7 @@ void next(Context& context) {
     } else if (is_at(w, step_three_zip) || is_at(w, step_four)) {
         leave_files_step(context);
     } else if (is_at(w, finished)) {
-        cancel(context);
+        leave(context, "The new file is ready.");
     }
 }
 
@@ -268,7 +268,7 @@ void provide_create_wizard(Context& context) {
     context.routes.create_archive = [&context] { begin(context); };
     context.routes.next_creating = [&context] { next(context); };
     w.back.click = [&context] { go_back(context); };
-    w.Command2.click = [&context] { cancel(context); };
+    w.Command2.click = [&context] { leave(context, "Nothing was created."); };
     w.Command3.click = [&context] { choose_files(context); };
     w.Check1.click = [&context, &w] {
         if (w.Check1.checked) context.platform.message(paths_warning);
