@@ -2,6 +2,7 @@
 
 #include "codec/recovery/file_signature.h"
 #include "decoder/headerless.h"
+#include "decoder/input_fault.h"
 #include "decoder/library_run.h"
 #include "decoder/mime_wrap.h"
 #include "decoder/naming_window.h"
@@ -160,6 +161,7 @@ void undec(shell::Context& context, std::string& path) {
     context.session.NamingTaken = false;
     w.stop_wanted = false;
     close_questions_of_earlier_run(context.windows);
+    if (const std::string fault = input_fault(path); !fault.empty()) return context.platform.warn(fault);
     w.File2.set_directory(directory);
     w.File3.set_directory(directory);
     files::change_directory(directory);
@@ -167,14 +169,18 @@ void undec(shell::Context& context, std::string& path) {
     context.platform.repaint(w);
     if (is_jpeg(path)) {
         if (!ends_like_jpeg(path)) rename_to_jpeg(path);
-        context.platform.opener().open_with_default(path);
-        context.platform.end_process();
+        const bool opened = context.platform.opener().open_with_default(path);
+        const std::string name = files::name_of(path);
+        context.platform.end_session(opened ? name + " is a picture. It was opened in the program for pictures."
+                                            : name + " is a picture, but no program for pictures could be started.");
     }
     if (pass_triage(context, path)) decode_readable(context, path);
 }
 
 void warn_of_long_name(shell::Context& context) {
-    if (context.platform.ask({.text = long_name_question})) context.platform.end_process();
+    if (!context.platform.ask({.text = long_name_question})) return;
+    context.platform.end_session("You stopped decoding " + files::name_of(context.session.EncodedPath) +
+                                 " because of a long name in it.");
 }
 
 }  // namespace quill::decoder

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace quill::decoder {
@@ -254,17 +255,35 @@ TEST_F(Triage, PartsOfShortRowsAreDecodedUnderTheirNamesInEveryRun) {
     EXPECT_EQ(dir.read("a.mim"), text + "--x--\r\n");
 }
 
-TEST_F(Triage, WhatCannotBeReadOrIsEmptyEndsInTheGuide) {
+TEST_F(Triage, WhatIsNoTextAtAllIsExplainedWithoutTheGuideAndWithoutAFile) {
     dir.write("empty.mim", "");
-    EXPECT_FALSE(decode("empty.mim"));
-    EXPECT_TRUE(gave_up());
-    EXPECT_EQ(dir.names(), Names{"empty.mim"});
+    dir.make_directory("letters");
+    ASSERT_EQ(symlink("/dev/null", dir.path("null.mim").c_str()), 0);
+    struct Case {
+        const char* name;
+        const char* said;
+    };
+    for (const Case& c : {Case{"empty.mim", "is empty"}, Case{"gone.mim", "is not in"}, Case{"letters", "is a folder"},
+                          Case{"null.mim", "is a device"}}) {
+        program.platform.expect_message(c.said);
+        EXPECT_FALSE(decode(c.name)) << c.name;
+        EXPECT_FALSE(gave_up()) << c.name;
+        EXPECT_FALSE(program.main_window.Picture2.visible) << c.name;
+    }
+    EXPECT_FALSE(files::exists(dir.path("gone.mim")));
+}
 
-    tests::Program fresh;
-    std::string gone = dir.path("gone.mim");
-    undec(fresh.context, gone);
-    EXPECT_NE(fresh.windows.loaded<Form3>(), nullptr);
-    EXPECT_EQ(dir.names(), Names{"empty.mim"});
+TEST_F(Triage, AnEndOverAnInputBeginsANewSessionThatSaysSo) {
+    dir.write("photo", "\xFF\xD8\xFF\xE0 JFIF");
+    program.platform.opening_works = false;
+    std::string picture = dir.path("photo");
+    try {
+        undec(program.context, picture);
+        FAIL() << "the session goes on";
+    } catch (const platform::SessionEnd& end) {
+        EXPECT_NE(end.said.find("photo.jpg"), std::string::npos);
+        EXPECT_NE(end.said.find("no program"), std::string::npos);
+    }
 }
 
 }  // namespace
