@@ -239,6 +239,95 @@ TEST(YencScan, PartsThatMayBeOfOtherFilesOrLackTheLastAreNotVouchedFor) {
     }
 }
 
+constexpr int none = -1;
+
+/// What a post of one of the three bytes "ABC" states.
+struct NumberedPart {
+    int number = none;
+    int total = 0;  ///< not stated if 0
+    int place = 0;  ///< of the byte, from 1; not stated if 0
+};
+
+std::string post_of(const NumberedPart& part, int byte, bool crc, bool whole_crc) {
+    constexpr std::string_view crcs[] = {"d3d99e8b", "4ad0cf31", "3dd7ffa7"};
+    std::string text = "=ybegin";
+    if (part.number != none) text += " part=" + std::to_string(part.number);
+    if (part.total > 0) text += " total=" + std::to_string(part.total);
+    text += " line=128 size=3 name=a\r\n";
+    const std::string place = std::to_string(part.place);
+    if (part.place > 0) text.append("=ypart begin=").append(place).append(" end=").append(place).append("\r\n");
+    text += std::string(1, static_cast<char>('k' + byte)) + "\r\n=yend size=1";
+    if (crc) text += " pcrc32=" + std::string(crcs[byte]);
+    if (whole_crc) text += " crc32=a3830348";
+    return text + "\r\n";
+}
+
+TEST(YencNumbers, AGapIsAGapUnlessTheChecksumOfTheWholeAgrees) {
+    const struct {
+        std::string what;
+        std::vector<NumberedPart> parts;
+        Verdict verdict;
+    } table[] = {
+        {"all there", {{1, 3, 1}, {2, 3, 2}, {3, 3, 3}}, Verdict::verified},
+        {"no total", {{1, 0, 1}, {2, 0, 2}, {3, 0, 3}}, Verdict::verified},
+        {"from 0", {{0, 3, 1}, {1, 3, 2}, {2, 3, 3}}, Verdict::verified},
+        {"from 0, and the last is missing", {{0, 4, 1}, {1, 4, 2}, {2, 4, 3}}, Verdict::incomplete},
+        {"no numbers and no totals", {{none, 0, 1}, {none, 0, 2}, {none, 0, 3}}, Verdict::verified},
+        {"no numbers, the total fits", {{none, 3, 1}, {none, 3, 2}, {none, 3, 3}}, Verdict::verified},
+        {"no numbers, and a larger total", {{none, 5, 1}, {none, 5, 2}, {none, 5, 3}}, Verdict::incomplete},
+        {"some numbers, and a larger total", {{1, 5, 1}, {none, 5, 2}, {5, 5, 3}}, Verdict::incomplete},
+        {"a larger total", {{1, 5, 1}, {2, 5, 2}, {3, 5, 3}}, Verdict::incomplete},
+        {"a larger total in one of them", {{1, 3, 1}, {2, 5, 2}, {3, 3, 3}}, Verdict::incomplete},
+        {"the third is missing", {{1, 4, 1}, {2, 4, 2}, {4, 4, 3}}, Verdict::incomplete},
+        {"the first is missing", {{2, 4, 1}, {3, 4, 2}, {4, 4, 3}}, Verdict::incomplete},
+        {"one is missing, and no total", {{1, 0, 1}, {3, 0, 2}, {4, 0, 3}}, Verdict::incomplete},
+        {"without places", {{1, 5, 0}, {2, 5, 0}, {3, 5, 0}}, Verdict::incomplete},
+        {"without places, one is missing", {{1, 4, 0}, {3, 4, 0}, {4, 4, 0}}, Verdict::incomplete},
+    };
+    for (const auto& row : table) {
+        for (const bool crc : {true, false}) {
+            SCOPED_TRACE(row.what + (crc ? ", with CRCs" : ""));
+            std::string text;
+            for (int byte = 0; byte < 3; ++byte)
+                text += post_of(row.parts[static_cast<std::size_t>(byte)], byte, crc, false);
+            const Decoded file = decode_one(text);
+            EXPECT_EQ(file.bytes, "ABC");
+            EXPECT_EQ(name_of(file.verdict), name_of(row.verdict));
+        }
+        SCOPED_TRACE(row.what + ", with the CRC of the whole");
+        std::string text;
+        for (int byte = 0; byte < 3; ++byte)
+            text += post_of(row.parts[static_cast<std::size_t>(byte)], byte, true, byte == 2);
+        const Decoded file = decode_one(text);
+        EXPECT_EQ(file.bytes, "ABC");
+        EXPECT_EQ(name_of(file.verdict), "verified");
+    }
+}
+
+TEST(YencNumbers, APostAloneIsNotTheFileThatItNumbersFurtherPartsOf) {
+    const struct {
+        std::string begin;
+        Verdict verdict;
+    } table[] = {
+        {"part=1 total=1", Verdict::verified},
+        {"part=1", Verdict::verified},
+        {"part=2 total=2", Verdict::incomplete},
+        {"part=1 total=2", Verdict::incomplete},
+        {"part=2", Verdict::incomplete},
+        {"total=2", Verdict::incomplete},
+        {"part=18446744073709551615", Verdict::incomplete},
+    };
+    for (const auto& row : table) {
+        for (const std::string place : {"", "=ypart begin=1 end=1\r\n"}) {
+            SCOPED_TRACE(row.begin + place);
+            const Decoded file = decode_one("=ybegin " + row.begin + " line=128 size=1 name=a\r\n" + place +
+                                            "k\r\n=yend size=1 pcrc32=d3d99e8b crc32=d3d99e8b\r\n");
+            EXPECT_EQ(file.bytes, "A");
+            EXPECT_EQ(name_of(file.verdict), name_of(row.verdict));
+        }
+    }
+}
+
 TEST(YencScan, PartsGoToTheFileWhoseChecksumTheyState) {
     const auto part = [](int number, const std::string& byte, const std::string& crcs) {
         const std::string n = std::to_string(number);

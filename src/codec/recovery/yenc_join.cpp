@@ -163,6 +163,18 @@ Data data_of(const Part& part) {
     return *decode_data(part.text, part.post, dotted);
 }
 
+bool has_no_number(const Part& part) {
+    return !part.post.begin.part;
+}
+
+/// Part numbers that no post has.
+struct NumberGap {
+    std::uint64_t first = 0;
+    std::uint64_t last = 0;
+    const Part* at = nullptr;  ///< the part that follows, or the last part of all
+    bool at_end = false;       ///< no part follows
+};
+
 /// Assembles the parts of one file for the sink.
 class Assembly {
   public:
@@ -175,7 +187,6 @@ class Assembly {
     void run() {
         sort();
         drop_duplicates();
-        check_numbers();
         find_whole_crc();
         for (const Part& part : parts_) {
             if (!decode(part)) return;
@@ -188,7 +199,6 @@ class Assembly {
     void sort();
     void drop_duplicates();
     void choose_copy(Part& before, const Part& copy);
-    void check_numbers();
     void find_whole_crc();
     bool decode(const Part& part);
     bool begin_part(const Part& part);
@@ -196,7 +206,10 @@ class Assembly {
     bool put(std::string_view bytes);
     void verify_part(const Part& part, const Data& data);
     void check_whole();
+    std::vector<NumberGap> number_gaps() const;
     std::optional<std::string> what_is_missing() const;
+    bool report_number_gaps();
+    bool check_parts(bool proved);
     bool end_is_unknown() const;
 
     std::vector<Part> parts_;
@@ -207,6 +220,7 @@ class Assembly {
 
     bool placed_ = false;     ///< each part states its place
     bool alone_ = false;      ///< there is only one part
+    bool has_gap_ = false;    ///< bytes between the parts are missing
     bool in_one_row_ = true;  ///< each part directly follows the previous one
     bool all_vouched_for_ = true;
     std::uint64_t zeros_ = 0;
@@ -262,21 +276,6 @@ void Assembly::choose_copy(Part& before, const Part& copy) {
     if (!first_good && second_good) before = copy;
 }
 
-/// Reports the missing numbers between the parts, if only these define their order.
-void Assembly::check_numbers() {
-    if (placed_ || alone_) return;
-    std::uint64_t wanted = 1;
-    unsigned reported = 0;
-    for (const Part& part : parts_) {
-        const std::uint64_t number = part.post.begin.part.value_or(wanted);
-        if (number > wanted && reported++ < most_missing_reported) {
-            sink_.read_from(part.range.source);
-            sink_.report(ProblemKind::missing_part, part.range.begin, "Part " + std::to_string(wanted) + " is missing");
-        }
-        wanted = number + 1;
-    }
-}
-
 /// Finds the CRC of the whole file, if the parts that state one agree on it.
 void Assembly::find_whole_crc() {
     std::set<std::uint32_t> stated;
@@ -323,6 +322,7 @@ bool Assembly::begin_part(const Part& part) {
                      "This part overlaps the one before it by " + std::to_string(passed_over_) + " bytes");
         return true;
     }
+    has_gap_ = true;
     const std::uint64_t gap = wanted - at;
     const bool in_proportion =
         gap <= most_zeros - std::min(zeros_, most_zeros) || (zeros_ + gap) / most_zeros_per_byte <= input_bytes_;
@@ -365,22 +365,57 @@ void Assembly::verify_part(const Part& part, const Data& data) {
     sink_.report(ProblemKind::uneven_lines, part.range.begin);
 }
 
+/// Returns the parts that are missing by the numbers of those that exist and their highest total. Parts without a
+/// number only count.
+std::vector<NumberGap> Assembly::number_gaps() const {
+    std::map<std::uint64_t, const Part*> numbered;
+    std::uint64_t total = 0;
+    for (const Part& part : parts_) {
+        total = std::max(total, part.post.begin.total.value_or(0));
+        if (part.post.begin.part) numbered.emplace(*part.post.begin.part, &part);
+    }
+    const Part& last = parts_.back();
+    if (numbered.empty() || std::any_of(parts_.begin(), parts_.end(), has_no_number)) {
+        if (total <= parts_.size()) return {};
+        return {{parts_.size() + 1, total, &last, true}};
+    }
+    std::vector<NumberGap> gaps;
+    std::uint64_t wanted = std::min<std::uint64_t>(1, numbered.begin()->first);
+    if (wanted == 0 && total > 0) --total;  // numbered from 0
+    for (const auto& [number, part] : numbered) {
+        if (number > wanted) gaps.push_back({wanted, number - 1, part, false});
+        wanted = number + 1;
+    }
+    if (total >= wanted && wanted > 0) gaps.push_back({wanted, total, &last, true});
+    return gaps;
+}
+
+/// Returns what the places and the sizes of the parts show to be missing at the file's end, or around its only part.
 std::optional<std::string> Assembly::what_is_missing() const {
     const Post& last = parts_.back().post;
     if (!last.is_part()) return std::nullopt;
     const std::uint64_t begin = alone_ && placed_ ? *parts_.back().first_byte() - 1 : 0;
     const std::optional<std::uint64_t> size = last.file_size();
-    std::uint64_t total = 0;
-    for (const Part& part : parts_) total = std::max(total, part.post.begin.total.value_or(0));
     const bool by_size = size && *size > begin + sink_.size();
-    const bool is_filled = placed_ && size && !by_size;
-    const bool by_total = total > (placed_ ? last.begin.part.value_or(total) : parts_.size());
-    if (begin > 0 || (alone_ && (by_size || by_total))) return "This part is all there is of the file";
-    if (by_total && is_filled) {
-        return "The parts fill the stated size, but " + std::to_string(total) + " parts are stated";
-    }
-    if (by_size || by_total) return "Parts at the end of the file are missing";
+    if (alone_ && (begin > 0 || by_size || !number_gaps().empty())) return "This part is all there is of the file";
+    if (by_size) return "Parts at the end of the file are missing";
     return std::nullopt;
+}
+
+/// Reports the missing numbers; returns whether there are any. Bytes that are missing between placed parts are already
+/// reported.
+bool Assembly::report_number_gaps() {
+    if (!parts_.back().post.is_part() || (placed_ && has_gap_)) return has_gap_;
+    const std::vector<NumberGap> gaps = number_gaps();
+    for (std::size_t i = 0; i < gaps.size() && i < most_missing_reported; ++i) {
+        const NumberGap& gap = gaps[i];
+        sink_.read_from(gap.at->range.source);
+        const std::string first = std::to_string(gap.first);
+        sink_.report(ProblemKind::missing_part, gap.at_end ? gap.at->range.end : gap.at->range.begin,
+                     gap.first == gap.last ? "Part " + first + " is missing"
+                                           : "Parts " + first + " to " + std::to_string(gap.last) + " are missing");
+    }
+    return !gaps.empty();
 }
 
 /// Returns true if nothing states the end of the file: a size that the parts exceed does not count.
@@ -392,25 +427,35 @@ bool Assembly::end_is_unknown() const {
     return parts_.back().post.is_part() && std::none_of(parts_.begin(), parts_.end(), says);
 }
 
-/// Checks what concerns the file as a whole: parts missing at its end, its own CRC.
-void Assembly::check_whole() {
+/// Reports parts that are missing, unless the CRC of the whole proves that the file is complete. Returns whether there
+/// are any.
+bool Assembly::check_parts(bool proved) {
     const Part& last = parts_.back();
-    const std::optional<std::string> missing = what_is_missing();
-    if (missing) {
+    if (const std::optional<std::string> missing = what_is_missing()) {
         sink_.report(ProblemKind::missing_part, last.range.end, *missing);
-    } else if (end_is_unknown()) {
+        return true;
+    }
+    if (proved) return false;
+    if (report_number_gaps()) return true;
+    if (end_is_unknown()) {
         sink_.report(ProblemKind::unnumbered_parts, last.range.end,
                      "Nothing says how long the file is; parts at its end may be missing");
     }
-    if (!whole_crc_ || !in_one_row_) return;
-    if (crc_ == *whole_crc_) {
-        all_vouched_for_ = true;
-        if (parts_.size() > 1) sink_.prove();
-    } else if (!missing) {
-        sink_.report(ProblemKind::bad_crc, last.range.end,
-                     "The text states the CRC " + hexadecimal(*whole_crc_) + " of the whole file, and it is " +
-                         hexadecimal(crc_));
-    }
+    return false;
+}
+
+/// Checks what concerns the file as a whole: its parts, its own CRC.
+void Assembly::check_whole() {
+    const bool comparable = whole_crc_ && in_one_row_;
+    const bool agrees = comparable && crc_ == *whole_crc_;
+    const bool proved = agrees && !alone_;
+    const bool missing = check_parts(proved);
+    if (agrees) all_vouched_for_ = true;
+    if (proved) sink_.prove();
+    if (!comparable || agrees || missing) return;
+    sink_.report(
+        ProblemKind::bad_crc, parts_.back().range.end,
+        "The text states the CRC " + hexadecimal(*whole_crc_) + " of the whole file, and it is " + hexadecimal(crc_));
 }
 
 }  // namespace
