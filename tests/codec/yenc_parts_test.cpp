@@ -328,6 +328,16 @@ TEST(YencNumbers, APostAloneIsNotTheFileThatItNumbersFurtherPartsOf) {
     }
 }
 
+TEST(YencNumbers, APartWithoutBytesCounts) {
+    const auto part = [](const std::string& number, const std::string& place, const std::string& data) {
+        return "=ybegin part=" + number + " total=2 line=128 size=1 name=a\r\n=ypart " + place + "\r\n" + data;
+    };
+    const Decoded file = decode_one(part("1", "begin=1 end=0", "=yend size=0 pcrc32=00000000\r\n") +
+                                    part("2", "begin=1 end=1", "k\r\n=yend size=1 pcrc32=d3d99e8b\r\n"));
+    EXPECT_EQ(file.bytes, "A");
+    EXPECT_EQ(name_of(file.verdict), "verified");
+}
+
 TEST(YencScan, PartsGoToTheFileWhoseChecksumTheyState) {
     const auto part = [](int number, const std::string& byte, const std::string& crcs) {
         const std::string n = std::to_string(number);

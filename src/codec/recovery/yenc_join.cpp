@@ -44,14 +44,15 @@ struct FileKey {
 /// Identifies the part of its file that a post contains.
 struct PartKey {
     std::optional<std::uint64_t> begin;
-    std::optional<std::uint64_t> number;  ///< if it does not state its first byte
+    std::optional<std::uint64_t> number;  ///< if it does not state its first byte, or has no bytes
 
     auto operator<=>(const PartKey&) const = default;
 };
 
 PartKey key_of(const Post& post) {
     const std::optional<std::uint64_t> begin = post.part ? post.part->begin : std::nullopt;
-    return {begin, begin ? std::nullopt : post.begin.part};
+    const bool placed = begin && post.part->end != *begin - 1;
+    return {begin, placed ? std::nullopt : post.begin.part};
 }
 
 /// The posts that contain the same part of files of one name and size.

@@ -169,7 +169,8 @@ std::optional<std::uint64_t> Post::stated_size() const {
 std::optional<std::uint64_t> Post::file_size() const {
     if (!is_part() || !begin.size || !part || begin.total.value_or(1) < 2) return begin.size;
     const bool of_part = part->begin && part->end && *part->end - *part->begin + 1 == *begin.size;
-    return of_part ? std::nullopt : begin.size;
+    const bool all_before_are_empty = begin.part == begin.total && part->begin == 1U;
+    return of_part && !all_before_are_empty ? std::nullopt : begin.size;
 }
 
 std::optional<std::uint32_t> Post::file_crc() const {
