@@ -119,6 +119,47 @@ TEST(Base64Doubt, TextThatWasBrokenAgainIsWhole) {
     EXPECT_EQ(files[0].outcome.verdict, Verdict::whole);
 }
 
+TEST(Base64Doubt, TheRowBeforeABoundaryIsCheckedToo) {
+    const Lines rows = lines_of(tests::base64(original));
+    const Lines table[] = {
+        {rows[0], rows.back(), rows[1]},
+        {rows[0], rows[1].substr(0, 40), rows[2]},
+        {rows[0], "Page 2 of 5", rows[1]},
+        {rows.back(), rows[0]},
+    };
+    for (const Lines& lines : table) {
+        const auto files = scan_and_decode(
+            "Content-Type: multipart/mixed; boundary=b\n\n--b\nContent-Type: x/y; name=a\n"
+            "Content-Transfer-Encoding: base64\n\n" +
+            text_of(lines) + "--b--\n");
+        ASSERT_FALSE(files.empty());
+        EXPECT_EQ(name_of(files[0].outcome.verdict), "damaged") << text_of(lines);
+    }
+}
+
+TEST(Base64Doubt, RowsWithoutAHeaderThatFollowPiecesOfOthersLackTheirBeginning) {
+    const Lines rows = lines_of(tests::base64(original));
+    const std::string others = text_of({rows.begin() + 1, rows.end()});
+    const struct {
+        std::string before;
+        bool whole;
+    } table[] = {
+        {"", true},
+        {"Hello\n", true},
+        {"HELLO\n", true},
+        {"Some words\n", true},
+        {rows[0].substr(0, 7) + "\n", false},
+        {rows[0].substr(0, 40) + "\xE2\x82\xAC\xE2\x82\xAC" + rows[0].substr(40) + "\n", false},
+        {rows[0] + "\n\n-- \nSent by phone\n\n", false},
+        {rows[0] + "\n" + rows.back() + "\n\nAnd another:\n\n", true},
+    };
+    for (const auto& row : table) {
+        const auto files = scan_and_decode("Subject: x\n\n" + row.before + others);
+        ASSERT_FALSE(files.empty());
+        EXPECT_EQ(files.back().outcome.verdict == Verdict::whole, row.whole) << row.before;
+    }
+}
+
 TEST(Base64Doubt, AFooterAfterTheLastRowIsNoDamage) {
     const std::string head = "Content-Type: image/gif; name=x.gif\nContent-Transfer-Encoding: base64\n\n";
     const std::string full_rows = original.substr(0, 57 * 12);

@@ -98,6 +98,7 @@ void Base64Rows::end_padded() {
 }
 
 bool Base64Rows::uneven() const {
+    if (usual_rows_ == 1 && odd_rows_ == 0 && before_ > width_) return true;
     const bool broken_again = usual_rows_ > 0 && !lost_ && in_odd_rows_ % width_ == 0;
     if (broken_again) return false;
     if (third_length_ || odd_rows_ == 1) return true;

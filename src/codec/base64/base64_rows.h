@@ -17,6 +17,9 @@ class Base64Rows {
     /// Ends the current row, which padding follows; it may have any length.
     void end_padded();
 
+    /// Ends the last row, which may lack a line end.
+    void end() { end_row(); }
+
     /// Forgets the row that was begun and the one before it, where another part or other text begins.
     void begin_part() { row_ = before_ = 0, in_odd_rows_ = 0; }
 
@@ -24,7 +27,8 @@ class Base64Rows {
     std::uint64_t usual_rows() const { return usual_rows_; }
 
     /// Returns true where a row in the middle is shorter or longer than the others. Text that was broken again is fine:
-    /// it has rows of two lengths in turn, or all characters of some full rows in rows of other lengths.
+    /// it has rows of two lengths in turn, or all characters of some full rows in rows of other lengths. The second of
+    /// only two rows may not be the longer one. Call after `end`.
     bool uneven() const;
 
     /// Returns the characters of the first row; 0 before it.

@@ -156,21 +156,42 @@ bool is_one_character(std::string_view row) {
     return row.find_first_not_of(row.front()) == row.npos;
 }
 
-/// Whether the line before `at` may be a row of the same Base64 text: one in which a character was lost or damaged, or
-/// one of zeros, of as many characters as the row at `at`. Where the rows are double-spaced, an empty line is between.
-bool follows_row(const LineCursor& cursor, Position at, std::size_t width, bool spaced) {
-    const Segment& segment = cursor.segment(at);
-    Position end = before_line_end(cursor, at);
-    if (spaced && end.offset != at.offset) end = before_line_end(cursor, end);
-    if (end.offset == at.offset) return false;
-    const std::uint64_t from =
-        std::max(segment.range.begin, end.offset - std::min(end.offset, std::uint64_t{longest_bare_line}));
-    std::string_view row = segment.input.substr(from, end.offset - from);
-    row = characters_of(row.substr(row.find_last_of("\r\n") + 1));
+/// Returns true for letters of one case, except perhaps for the first, as in words of a language.
+bool is_word(std::string_view text) {
+    const auto is_small = [](char c) { return c >= 'a' && c <= 'z'; };
+    const auto is_capital = [](char c) { return c >= 'A' && c <= 'Z'; };
+    const bool letters = is_small(text.front()) || is_capital(text.front());
+    return letters &&
+           (std::all_of(text.begin() + 1, text.end(), is_small) || std::all_of(text.begin(), text.end(), is_capital));
+}
+
+/// Returns true if the line before rows of `width` characters may be another one: damaged, cut, or all zeros.
+bool may_be_row(std::string_view line, std::size_t width) {
+    const std::string_view row = characters_of(line);
+    if (row.size() < shortest_damaged_row) return row.size() > 1 && is_base64_line(row) && !is_word(row);
     const auto foreign =
         std::count_if(row.begin(), row.end(), [](char c) { return !in_alphabet[static_cast<unsigned char>(c)]; });
-    return row.size() >= shortest_damaged_row && foreign <= 1 &&
-           (!is_hex(row) || row.size() == width || is_one_character(row));
+    return (foreign <= 1 || is_nearly_base64(row)) && (!is_hex(row) || row.size() == width || is_one_character(row));
+}
+
+/// Returns true if the text before `at` may belong to the same Base64 text: the line before it, or one of the same
+/// width in front of a few lines of other text. Where the rows are double-spaced, an empty line is between.
+bool follows_row(const LineCursor& cursor, Position at, std::size_t width, bool spaced) {
+    const Segment& segment = cursor.segment(at);
+    for (unsigned lines = 0; lines < lines_to_resume; ++lines) {
+        Position end = before_line_end(cursor, at);
+        if (end.offset == at.offset) return false;
+        const std::uint64_t from =
+            std::max(segment.range.begin, end.offset - std::min(end.offset, std::uint64_t{longest_bare_line}));
+        std::string_view row = segment.input.substr(from, end.offset - from);
+        row = row.substr(row.find_last_of("\r\n") + 1);
+        if (lines == 0 && !(spaced && row.empty()) && may_be_row(row, width)) return true;
+        if (lines == 1 && spaced && may_be_row(row, width)) return true;
+        if (is_base64_line(row) && !is_word(row)) return row.size() == width && !is_hex(row);
+        end.offset -= row.size();
+        at = end;
+    }
+    return false;
 }
 
 /// Rows of Base64 without a header, read one after another.

@@ -385,6 +385,7 @@ void Base64Run::end() {
     } else if (!whole && !attachment_.cut_off) {
         sink_.report(ProblemKind::missing_padding, at);
     }
+    rows_.end();
     sink_.note_law(rows_.usual_rows());
     if (rows_.uneven() && tag_runs_ == 0 && !in_rows_) {
         sink_.report(ProblemKind::uneven_lines, at);
