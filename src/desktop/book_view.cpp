@@ -122,6 +122,7 @@ void BookView::build_menus() {
     add(search, w_.fnd, QKeySequence::Find);
     add(search, w_.fnb, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F));
     add(search, w_.again, QKeySequence(Qt::Key_F3));
+    add(search, w_.earlier, QKeySequence(Qt::SHIFT | Qt::Key_F3));
     QMenu* help = bind(w_.hlp, bar->addMenu(QString()));
     add(help, w_.gui, QKeySequence::HelpContents);
     add(help, w_.abt);

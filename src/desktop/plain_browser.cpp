@@ -66,8 +66,15 @@ void PlainBrowser::navigate(const std::string& page, const std::string& fragment
     setSource(url_of(page, fragment), QTextDocument::HtmlResource);
 }
 
-bool PlainBrowser::find(const std::string& text) {
-    return QTextBrowser::find(shown(text));
+bool PlainBrowser::find(const std::string& text, Direction direction) {
+    return QTextBrowser::find(
+        shown(text), direction == Direction::forward ? QTextDocument::FindFlags() : QTextDocument::FindBackward);
+}
+
+void PlainBrowser::find_place(const std::string& text, std::size_t number) {
+    moveCursor(QTextCursor::Start);
+    while (find(text, Direction::forward) && number-- != 0) {
+    }
 }
 
 void PlainBrowser::print() {

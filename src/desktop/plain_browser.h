@@ -28,7 +28,8 @@ class PlainBrowser final : public QTextBrowser, public platform::Browser {
     void go_forward() override { forward(); }
     void copy() override { QTextBrowser::copy(); }
     void select_all() override { selectAll(); }
-    bool find(const std::string& text) override;
+    bool find(const std::string& text, Direction direction) override;
+    void find_place(const std::string& text, std::size_t number) override;
     void print() override;
     void set_zoom(int percent) override;
     std::size_t place() const override;

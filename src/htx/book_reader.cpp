@@ -12,10 +12,13 @@
 
 #include <algorithm>
 #include <charconv>
+#include <string_view>
 #include <utility>
 
 namespace quill::htx {
 namespace {
+
+using Direction = platform::Browser::Direction;
 
 constexpr int first_width = 9495, first_height = 6960;  // twips
 constexpr int contents_width = 7000, contents_height = 5000;
@@ -57,6 +60,7 @@ void set_captions(Form7& w) {
     w.fnd.caption = "Find on page";
     w.fnb.caption = "Find in book";
     w.again.caption = "Find next";
+    w.earlier.caption = "Find previous";
     w.hlp.caption = "&Help";
     w.gui.caption = "Help for Quillbright Pro 2012";
     w.abt.caption = "About Quillbright Pro 2012...";
@@ -68,6 +72,12 @@ std::string read_page(const std::string& path) {
     return bytes ? decode_page(*bytes) : std::string();
 }
 
+std::size_t count_of(std::string_view text, std::string_view key) {
+    std::size_t count = 0;
+    for (std::size_t at = 0; (at = text.find(key, at)) != text.npos; at += key.size()) ++count;
+    return count;
+}
+
 }  // namespace
 
 Form7::Form7(shell::Context& shared) : context(shared) {
@@ -77,7 +87,7 @@ Form7::Form7(shell::Context& shared) : context(shared) {
     top = (context.platform.machine().screen_height() - height) / 2;
     List1.visible = List2.visible = Label1.visible = Label3.visible = false;
     Frame2.visible = Frame1.visible = List3.visible = hits_panel.visible = false;
-    again.enabled = false;
+    again.enabled = earlier.enabled = false;
     set_captions(*this);
     wire();
 }
@@ -115,9 +125,10 @@ void Form7::wire() {
     smaller.click = [this] { zoom_by(-1); };
     usual.click = [this] { set_zoom(usual_zoom); };
     ope.click = [this] { context.platform.message(open_another); };
-    fnd.click = [this] { find_on_page(true); };
+    fnd.click = [this] { ask_on_page(); };
     fnb.click = [this] { find_in_book(); };
-    again.click = [this] { next_hit(); };
+    again.click = [this] { go_on(Direction::forward); };
+    earlier.click = [this] { go_on(Direction::backward); };
     hits.change = hits.double_click = [this] { show_hit(); };
     hits_close.click = [this] { hits_panel.visible = false; };
     gui.click = [this] { context.platform.opener().open_with_default(context.platform.machine().user_guide()); };
@@ -258,17 +269,33 @@ void Form7::show_contents() {
     List3.visible = true;
 }
 
-void Form7::find_on_page(bool ask) {
+void Form7::ask_on_page() {
     if (browser_ == nullptr) return;
-    if (ask) {
-        const std::string text = context.platform.input(
-            {.text = "Find on this page:", .title = "Find on page", .default_answer = searched_});
-        if (text.empty()) return;
-        searched_ = text;
-        found_.clear();
-        again.enabled = true;
+    const std::string text =
+        context.platform.input({.text = "Find on this page:", .title = "Find on page", .default_answer = searched_});
+    if (text.empty()) return;
+    searched_ = text;
+    found_.clear();
+    again.enabled = earlier.enabled = true;
+    find_on_page(Direction::forward);
+}
+
+void Form7::find_on_page(Direction direction) {
+    if (browser_ == nullptr || browser_->find(searched_, direction)) return;
+    const std::string where = direction == Direction::forward ? "further down on" : "further up on";
+    context.platform.message("\"" + searched_ + "\" is not " + where + " this page.");
+}
+
+std::vector<BookHit> Form7::hits_on(std::size_t number) const {
+    std::vector<BookHit> found;
+    const std::string key = text::to_lower(searched_);
+    std::size_t place = 0;
+    for (std::string& line : lines_of_page(read_page(List2.items()[number]))) {
+        const std::size_t occurrences = count_of(text::to_lower(line), key);
+        if (occurrences != 0) found.push_back({number, std::move(line), place});
+        place += occurrences;
     }
-    if (!browser_->find(searched_)) context.platform.message("There is no more \"" + searched_ + "\" on this page.");
+    return found;
 }
 
 void Form7::find_in_book() {
@@ -277,20 +304,16 @@ void Form7::find_in_book() {
     if (text.empty()) return;
     searched_ = text;
     found_.clear();
-    const std::string key = text::to_lower(text);
     for (std::size_t number = 0; number < pages_.size() && found_.size() < most_hits; ++number) {
-        for (std::string& line : lines_of_page(read_page(List2.items()[number]))) {
-            if (text::to_lower(line).find(key) == std::string::npos) continue;
-            found_.push_back({number, std::move(line)});
-            if (found_.size() == most_hits) break;
-        }
+        for (BookHit& hit : hits_on(number)) found_.push_back(std::move(hit));
     }
+    found_.resize(std::min(found_.size(), most_hits));
     std::vector<std::string> rows;
     for (const BookHit& hit : found_) rows.push_back("Page " + std::to_string(hit.page + 1) + ": " + hit.line);
     hits.assign(std::move(rows));
     hits.selected.reset();
     hits_found.text = text::counted(found_.size(), "line") + " with \"" + text + "\"";
-    hits_panel.visible = again.enabled = !found_.empty();
+    hits_panel.visible = again.enabled = earlier.enabled = !found_.empty();
     if (found_.empty()) {
         context.platform.message("\"" + text + "\" is on no page of this book.");
         return;
@@ -301,17 +324,18 @@ void Form7::find_in_book() {
 
 void Form7::show_hit() {
     if (!hits.selected || *hits.selected >= found_.size()) return;
-    const std::size_t number = found_[*hits.selected].page;
-    if (number != page()) go_to(number);
-    if (browser_ != nullptr) browser_->find(searched_);
+    const BookHit& hit = found_[*hits.selected];
+    if (hit.page != page()) go_to(hit.page);
+    if (browser_ != nullptr) browser_->find_place(searched_, hit.place);
 }
 
-void Form7::next_hit() {
+void Form7::go_on(Direction direction) {
     if (found_.empty()) {
-        find_on_page(searched_.empty());
+        find_on_page(direction);
         return;
     }
-    hits.selected = (hits.selected.value_or(0) + 1) % found_.size();
+    const std::size_t step = direction == Direction::forward ? 1 : found_.size() - 1;
+    hits.selected = (hits.selected.value_or(0) + step) % found_.size();
     show_hit();
 }
 

@@ -18,6 +18,7 @@ namespace quill::htx {
 struct BookHit {
     std::size_t page = 0;
     std::string line;
+    std::size_t place = 0;  ///< number of its first occurrence among those on the page
 };
 
 /// The reader: shows a book page by page. In its other mode, without files, the user sizes the window of a new book.
@@ -71,6 +72,7 @@ struct Form7 : controls::Window {
     controls::MenuItem fnd;        // find on the page
     controls::MenuItem fnb;        // find in the book
     controls::MenuItem again;      // next place
+    controls::MenuItem earlier;    // previous place
     controls::MenuItem hlp;        // menu Help
     controls::MenuItem gui;        // user guide
     controls::MenuItem abt;        // about the program
@@ -118,10 +120,12 @@ struct Form7 : controls::Window {
   private:
     void wire();
     void show_contents();
-    void find_on_page(bool ask);
+    void ask_on_page();
+    void find_on_page(platform::Browser::Direction direction);
     void find_in_book();
+    std::vector<BookHit> hits_on(std::size_t page) const;
     void show_hit();
-    void next_hit();
+    void go_on(platform::Browser::Direction direction);
     void close_window();
     void remember();
     void set_zoom(int percent);
@@ -186,6 +190,7 @@ void visit_controls(Form7& w, F&& f) {
     f("fnd", "Find on the page", w.fnd);
     f("fnb", "Find in the book", w.fnb);
     f("again", "Next place", w.again);
+    f("earlier", "Previous place", w.earlier);
     f("hlp", "Help menu", w.hlp);
     f("gui", "User guide", w.gui);
     f("abt", "About the program", w.abt);

@@ -17,9 +17,13 @@ class Browser {
     /// Copies the selection.
     virtual void copy() = 0;
     virtual void select_all() = 0;
+    enum class Direction { forward, backward };
     /// Goes to the next place on the page that contains `text`, ignoring case; returns false if there is none after the
-    /// current one.
-    virtual bool find(const std::string& text) = 0;
+    /// current one, or before it when searching backward.
+    virtual bool find(const std::string& text, Direction direction) = 0;
+    /// Goes to place number `number`, from 0, of those on the page that contain `text`; to the last one if there are
+    /// fewer.
+    virtual void find_place(const std::string& text, std::size_t number) = 0;
     virtual void print() = 0;
     /// Shows letters at `percent` of their usual size, on this page and those that follow.
     virtual void set_zoom(int percent) = 0;

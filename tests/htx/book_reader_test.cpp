@@ -24,7 +24,7 @@ using tests::ArchiveBuilder;
 std::string book() {
     return ArchiveBuilder()
         .add("c.htm", "<title>Third</title>needle")
-        .add("A.HTML", "<TITLE>First</TITLE><p>one</p><p>a Needle here</p>")
+        .add("A.HTML", "<TITLE>First</TITLE><p>one</p><p>a Needle here, a needle</p><p>needles</p>")
         .add("b/b.htm", "<title>\r\nSecond\r\n")
         .add("pic.gif", "GIF")
         .add("index.r29", "9000\r\n6000\r\n300\r\n26000\r\n")
@@ -94,9 +94,9 @@ TEST_F(BookReader, GoesOnWhereTheBookWasLeft) {
     EXPECT_EQ(browser.zoom, 110);
     run(w->lst.click);
     w->navigated(last());
+    const std::string memory = state.path("quillbright/books");
     browser.top = 7;
     run(w->close);
-    const std::string memory = state.path("quillbright/books");
     EXPECT_EQ(remembered_place(memory, path), (BookPlace{2, 7, 110}));
 
     browser = {};
@@ -147,13 +147,32 @@ TEST_F(BookReader, FindsInAllPages) {
     open(book());
     program->platform.expect_input("Find in all pages", "needle");
     run(w->fnb.click);
-    EXPECT_THAT(w->hits.items(), ElementsAre("Page 1: a Needle here", "Page 3: needle"));
-    EXPECT_EQ(last(), "find needle");
+    EXPECT_THAT(w->hits.items(), ElementsAre("Page 1: a Needle here, a needle", "Page 1: needles", "Page 3: needle"));
+    EXPECT_EQ(last(), "find needle 0");
+    browser.asked.clear();
     run(w->again.click);
-    EXPECT_THAT(browser.asked, ElementsAre("A.HTML", "find needle", "c.htm", "find needle"));
+    run(w->again.click);
+    EXPECT_THAT(browser.asked, ElementsAre("find needle 2", "c.htm", "find needle 0"));
+    w->navigated("c.htm");
+    browser.asked.clear();
+    run(w->earlier.click);
+    EXPECT_THAT(browser.asked, ElementsAre("A.HTML", "find needle 2"));
+    w->navigated("A.HTML");
     program->platform.expect_input("Find in all pages", "nowhere");
     program->platform.expect_message("on no page");
     run(w->fnb.click);
+}
+
+TEST_F(BookReader, FindsOnThePageBothWays) {
+    open(book());
+    program->platform.expect_input("Find on this page", "needle");
+    run(w->fnd.click);
+    run(w->again.click);
+    run(w->earlier.click);
+    EXPECT_THAT(browser.asked, ElementsAre("A.HTML", "find needle", "find needle", "find back needle"));
+    browser.has_text = false;
+    program->platform.expect_message("further up");
+    run(w->earlier.click);
 }
 
 TEST_F(BookReader, FollowsLinksOnlyWithinTheBookOrAfterAQuestion) {

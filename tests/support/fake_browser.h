@@ -22,9 +22,12 @@ struct FakeBrowser final : platform::Browser {
     void go_forward() override { asked.emplace_back("forward"); }
     void copy() override { asked.emplace_back("copy"); }
     void select_all() override { asked.emplace_back("select all"); }
-    bool find(const std::string& text) override {
-        asked.push_back("find " + text);
+    bool find(const std::string& text, Direction direction) override {
+        asked.push_back((direction == Direction::forward ? "find " : "find back ") + text);
         return has_text;
+    }
+    void find_place(const std::string& text, std::size_t number) override {
+        asked.push_back("find " + text + " " + std::to_string(number));
     }
     void print() override { asked.emplace_back("print"); }
     void set_zoom(int percent) override { zoom = percent; }
