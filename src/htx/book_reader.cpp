@@ -223,6 +223,7 @@ void Form7::navigated(const std::string& address) {
     Label2.text = "Page " + std::to_string(page() + 1) + " of " + std::to_string(pages_.size());
     const bool goes_on = std::exchange(goes_on_, false) && page() == left_at_.page;
     if (goes_on && left_at_.place != 0 && browser_ != nullptr) browser_->go_to_place(left_at_.place);
+    remember();
 }
 
 void Form7::titled(const std::string& title) {

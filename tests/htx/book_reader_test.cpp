@@ -95,6 +95,7 @@ TEST_F(BookReader, GoesOnWhereTheBookWasLeft) {
     run(w->lst.click);
     w->navigated(last());
     const std::string memory = state.path("quillbright/books");
+    EXPECT_EQ(remembered_place(memory, path), (BookPlace{2, 0, 110})) << "before the book is closed";
     browser.top = 7;
     run(w->close);
     EXPECT_EQ(remembered_place(memory, path), (BookPlace{2, 7, 110}));
