@@ -5,6 +5,7 @@
 #include "decoder/new_files.h"
 #include "decoder/normalise.h"
 #include "decoder/repair_guide.h"
+#include "decoder/run_summary.h"
 #include "decoder/text_file.h"
 #include "decoder/triage.h"
 #include "files/directory.h"
@@ -177,7 +178,8 @@ void decode_with_library(shell::Context& context, const std::string& path, Readi
     const LibraryRun run = run_library(context, path, reading);
     const std::vector<std::string> results = results_of(context, run);
     if (!results.empty()) w.Label3.text.clear();
-    show_results(w, results, run.files);
+    show_results(w, results, run.files, files::name_of(context.session.EncodedPath));
+    if (!results.empty()) head_results(context, run.files);
     say_unwritten(context, run.files);
     say_stopped(context, run);
     const auto needs_no_other_try = [](const codec::Recovered& file) {

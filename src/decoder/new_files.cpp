@@ -46,7 +46,8 @@ std::vector<std::string> find_new_files(shell::swit& w, std::span<const codec::R
     return found;
 }
 
-void show_results(shell::swit& w, const std::vector<std::string>& names, std::span<const codec::Recovered> written) {
+void show_results(shell::swit& w, const std::vector<std::string>& names, std::span<const codec::Recovered> written,
+                  const std::string& source) {
     if (names.empty()) return;
     const std::string& directory = w.File3.directory();
     std::unordered_map<std::string_view, const codec::Outcome*> outcomes;
@@ -60,7 +61,7 @@ void show_results(shell::swit& w, const std::vector<std::string>& names, std::sp
         if (known != outcomes.end()) result.outcome = *known->second;
         results.push_back(std::move(result));
     }
-    add_results(w, directory, std::move(results));
+    add_results(w, directory, std::move(results), source);
     w.Picture2.visible = w.Picture1.visible = true;
 }
 

@@ -16,6 +16,7 @@ std::vector<std::string> find_new_files(shell::swit& w, std::span<const codec::R
 
 /// Adds the files `names` of the input's directory to the results in `List3`, each with its outcome in `written`, and
 /// opens the results panel. Renames a misnamed snapshot first. Does nothing if `names` is empty.
-void show_results(shell::swit& w, const std::vector<std::string>& names, std::span<const codec::Recovered> written);
+void show_results(shell::swit& w, const std::vector<std::string>& names, std::span<const codec::Recovered> written,
+                  const std::string& source = {});
 
 }  // namespace quill::decoder

@@ -79,19 +79,21 @@ ResultRow result_row(const shell::swit& w, std::size_t row) {
     return result;
 }
 
-void add_results(shell::swit& w, const std::string& directory, std::vector<NewResult> found) {
+void add_results(shell::swit& w, const std::string& directory, std::vector<NewResult> found,
+                 const std::string& source) {
     if (found.empty()) return;
     complete_records(w);
+    ++w.runs;
     std::unordered_map<std::string, std::size_t> rows = rows_in(w, directory);
     std::optional<std::size_t> first;
     for (NewResult& result : found) {
         const auto [place, is_new] = rows.emplace(result.name, w.List3.count());
         if (is_new) {
             w.List3.add(result.name);
-            w.Results.push_back({directory, std::move(result.outcome)});
+            w.Results.push_back({directory, std::move(result.outcome), {}, source, w.runs});
         } else {
             w.List3.replace(place->second, result.name);  // the same name, but of another file
-            w.Results[place->second] = {directory, std::move(result.outcome)};
+            w.Results[place->second] = {directory, std::move(result.outcome), {}, source, w.runs};
         }
         if (!first) first = place->second;
     }

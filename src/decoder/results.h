@@ -37,10 +37,11 @@ struct NewResult {
     std::optional<codec::Outcome> outcome = {};
 };
 
-/// Adds the files `found` in `directory` to the results, selects the first of them, and enables the buttons that need a
-/// row. Reuses a row that names the same file and drops what was known about that file. Does nothing if `found` is
-/// empty.
-void add_results(shell::swit& w, const std::string& directory, std::vector<NewResult> found);
+/// Adds the files `found` in `directory` to the results as those of one run on the message `source`, selects the first
+/// of them, and enables the buttons that need a row. Reuses a row that names the same file and drops what was known
+/// about that file. Does nothing if `found` is empty.
+void add_results(shell::swit& w, const std::string& directory, std::vector<NewResult> found,
+                 const std::string& source = {});
 
 /// Gives row `row` and its record the name `name`. Renames no file. Removes another row that names the same file: that
 /// file cannot exist any more.

@@ -4,6 +4,7 @@
 #include "codec/recovery/file_signature.h"
 #include "decoder/opening.h"
 #include "decoder/repair_guide.h"
+#include "decoder/run_summary.h"
 #include "decoder/type_icons.h"
 #include "decoder/virus_guard.h"
 #include "files/directory.h"
@@ -93,6 +94,8 @@ void connect_results_panel(shell::Context& context) {
     shell::swit& w = main_window(context);
     w.List3.double_click = [context]() mutable { open_result(context); };
     w.Command4.click = [context] { context.platform.end_process(); };
+    w.open_folder.click = [context]() mutable { open_results_folder(context); };
+    w.decode_another.click = [&w] { controls::run(w.another.click); };
     w.pictures.click = [context]() mutable { show_result_pictures(context); };
     w.Command5.click = [context]() mutable { rename_result(context); };
     w.Command6.click = [context]() mutable { explain_results(context); };

@@ -12,6 +12,7 @@
 #include <vector>
 
 class QStackedWidget;
+class QLayout;
 class QTreeView;
 class QVBoxLayout;
 
@@ -71,6 +72,7 @@ class MainWindowView final : public View {
 
     // results_panel.cpp
     QWidget* make_results_panel();
+    QLayout* make_results_head();
     QTreeView* make_results_list();
     QWidget* make_results_buttons();
     void bind_results(QTreeView* list);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 #include <string_view>
 #include <vector>
 
@@ -95,9 +96,25 @@ bool ResultsModel::refresh(bool always) {
     beginResetModel();
     revision_ = window_.List3.revision();
     rows_.clear();
-    count_ = static_cast<int>(window_.List3.count());
+    order_.resize(window_.List3.count());
+    std::iota(order_.begin(), order_.end(), std::size_t{0});
+    std::stable_sort(order_.begin(), order_.end(),
+                     [this](std::size_t a, std::size_t b) { return run_of(a) > run_of(b); });
     endResetModel();
     return true;
+}
+
+unsigned ResultsModel::run_of(std::size_t row) const {
+    return row < window_.Results.size() ? window_.Results[row].run : 0;
+}
+
+int ResultsModel::shown_row(std::size_t row) const {
+    const auto place = std::find(order_.begin(), order_.end(), row);
+    return place == order_.end() ? -1 : static_cast<int>(place - order_.begin());
+}
+
+bool ResultsModel::has_several_runs() const {
+    return !order_.empty() && run_of(order_.front()) != run_of(order_.back());
 }
 
 const ResultsModel::Row& ResultsModel::at(std::size_t row) const {
@@ -108,7 +125,7 @@ const ResultsModel::Row& ResultsModel::at(std::size_t row) const {
 }
 
 int ResultsModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : count_;
+    return parent.isValid() ? 0 : static_cast<int>(order_.size());
 }
 
 int ResultsModel::columnCount(const QModelIndex& parent) const {
@@ -117,13 +134,16 @@ int ResultsModel::columnCount(const QModelIndex& parent) const {
 
 QVariant ResultsModel::text(std::size_t row, int column) const {
     if (column == name_column) return shown_name(window_.List3.items()[row]);
+    if (column == source_column) {
+        return row < window_.Results.size() ? shown_name(window_.Results[row].source) : QString();
+    }
     if (column != size_column) return verdict_text(at(row));
     const auto& size = at(row).result.size;
     return (size ? shown_size(*size) : shown(at(row).details.size)) + QChar(0x2003);
 }
 
 QVariant ResultsModel::decoration(std::size_t row, int column) const {
-    if (column == size_column) return {};
+    if (column == size_column || column == source_column) return {};
     const Row& known = at(row);
     if (column == name_column) return signs_.of_type(shown(known.details.icon), shown_name(known.result.name));
     if (known.details.doubtful) return signs_.of_verdict(codec::Verdict::damaged);
@@ -131,8 +151,10 @@ QVariant ResultsModel::decoration(std::size_t row, int column) const {
 }
 
 QVariant ResultsModel::data(const QModelIndex& index, int role) const {
-    const auto row = static_cast<std::size_t>(index.row());
-    if (!index.isValid() || row >= window_.List3.count()) return {};  // the list may be ahead of the view
+    const auto shown_at = static_cast<std::size_t>(index.row());
+    if (!index.isValid() || shown_at >= order_.size()) return {};
+    const std::size_t row = order_[shown_at];
+    if (row >= window_.List3.count()) return {};  // the list may be ahead of the view
     switch (role) {
         case Qt::DisplayRole:
             return text(row, index.column());
@@ -153,7 +175,7 @@ QVariant ResultsModel::data(const QModelIndex& index, int role) const {
 
 QVariant ResultsModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation != Qt::Horizontal) return {};
-    static constexpr std::array<const char*, column_count> titles = {"File", "Size\u2003", "Condition"};
+    static constexpr std::array<const char*, column_count> titles = {"File", "Size\u2003", "Condition", "From"};
     if (role == Qt::TextAlignmentRole && section == size_column) {
         return QVariant::fromValue(Qt::AlignVCenter | Qt::AlignRight);
     }

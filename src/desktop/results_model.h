@@ -7,12 +7,14 @@
 #include <QAbstractTableModel>
 #include <QCache>
 
+#include <vector>
+
 namespace quill::desktop {
 
 /// The rows of the results list with the facts about their files, which are read when a row is first shown.
 class ResultsModel final : public QAbstractTableModel {
   public:
-    enum Column { name_column, size_column, verdict_column, column_count };
+    enum Column { name_column, size_column, verdict_column, source_column, column_count };
 
     explicit ResultsModel(const shell::swit& window) : window_(window) {}
 
@@ -27,6 +29,13 @@ class ResultsModel final : public QAbstractTableModel {
     /// Returns row `row`, valid until the next call. REQUIRES: row < List3.count().
     const Row& at(std::size_t row) const;
 
+    /// Return the list's row that is shown in row `shown`, and the reverse: the files of the latest run come first.
+    std::size_t list_row(int shown) const { return order_.at(static_cast<std::size_t>(shown)); }
+    int shown_row(std::size_t row) const;
+
+    /// Returns true if the files come from several messages.
+    bool has_several_runs() const;
+
     const Signs& signs() const { return signs_; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -37,12 +46,13 @@ class ResultsModel final : public QAbstractTableModel {
   private:
     static constexpr int most_known = 512;  ///< more than a screen shows
 
+    unsigned run_of(std::size_t row) const;
     QVariant text(std::size_t row, int column) const;
     QVariant decoration(std::size_t row, int column) const;
 
     const shell::swit& window_;
     std::uint64_t revision_ = 0;
-    int count_ = 0;
+    std::vector<std::size_t> order_;  ///< rows of the list, as shown
     mutable QCache<std::size_t, Row> rows_{most_known};
     mutable Signs signs_;
 };

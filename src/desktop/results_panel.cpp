@@ -5,6 +5,7 @@
 #include "files/path.h"
 
 #include <QAction>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QItemSelectionModel>
@@ -52,7 +53,8 @@ class ResultsList final : public QTreeView {
 
   private:
     void fit_columns() {
-        for (const int column : {ResultsModel::size_column, ResultsModel::verdict_column}) {
+        for (const int column :
+             {ResultsModel::size_column, ResultsModel::verdict_column, ResultsModel::source_column}) {
             const int needed = std::max(sizeHintForColumn(column), header()->sectionSizeHint(column));
             if (needed > columnWidth(column)) setColumnWidth(column, needed);
         }
@@ -92,6 +94,7 @@ QWidget* MainWindowView::make_results_panel() {
     layout->setContentsMargins(space, space, space, space);
     layout->setSpacing(space * 3 / 4);
 
+    layout->addLayout(make_results_head());
     auto* middle = new QHBoxLayout;
     middle->setSpacing(space);
     results_list_ = make_results_list();
@@ -116,6 +119,16 @@ QWidget* MainWindowView::make_results_panel() {
     layout->addWidget(bind(w_.Label7, text_label()));
     layout->addWidget(make_results_buttons());
     return panel;
+}
+
+QLayout* MainWindowView::make_results_head() {
+    auto* head = new QGridLayout;
+    head->setColumnStretch(0, 1);
+    head->addWidget(bind(w_.run_title, text_label(1.2, true)), 0, 0);
+    head->addWidget(bind(w_.run_folder, text_label()), 1, 0);
+    head->addWidget(bind(w_.decode_another, push_button()), 0, 1);
+    head->addWidget(bind(w_.open_folder, push_button()), 1, 1);
+    return head;
 }
 
 QTreeView* MainWindowView::make_results_list() {
@@ -151,7 +164,7 @@ void MainWindowView::add_row_action(QTreeView* list, controls::Button& button, c
 void MainWindowView::bind_results(QTreeView* list) {
     QItemSelectionModel* selection = list->selectionModel();
     QObject::connect(selection, &QItemSelectionModel::currentRowChanged, list, [this](const QModelIndex& now) {
-        const auto row = now.isValid() ? std::optional(static_cast<std::size_t>(now.row())) : std::nullopt;
+        const auto row = now.isValid() ? std::optional(results_.list_row(now.row())) : std::nullopt;
         if (row == w_.List3.selected) return;
         w_.List3.selected = row;
         hand_in(w_.List3.change ? w_.List3.change : [] {});
@@ -160,7 +173,7 @@ void MainWindowView::bind_results(QTreeView* list) {
                      [selection] { selection->blockSignals(true); });
     const auto show_selected = [this, list] {
         const auto& selected = w_.List3.selected;
-        const int row = selected && *selected < w_.List3.count() ? static_cast<int>(*selected) : -1;
+        const int row = selected && *selected < w_.List3.count() ? results_.shown_row(*selected) : -1;
         if (list->currentIndex().row() != row || (row >= 0 && !list->selectionModel()->isRowSelected(row))) {
             list->setCurrentIndex(results_.index(row, 0));
         }
@@ -170,10 +183,11 @@ void MainWindowView::bind_results(QTreeView* list) {
         selection->blockSignals(false);
         show_selected();
     });
-    on_sync([this, show_selected, detailed = Drawn<std::optional<std::size_t>>()]() mutable {
+    on_sync([this, list, show_selected, detailed = Drawn<std::optional<std::size_t>>()]() mutable {
         const bool refreshed = results_.refresh();
         show_selected();
         if (refreshed) detailed = {};
+        if (refreshed) list->setColumnHidden(ResultsModel::source_column, !results_.has_several_runs());
         detailed.update(w_.List3.selected, [&](const auto& now) { show_details(now); });
     });
 }

@@ -23,6 +23,8 @@ void set_option_captions(swit& w) {
 
 void set_results_captions(swit& w) {
     w.Label7.text = "You can double click on a file above to run/load it or click below to end.";
+    w.open_folder.caption = "Open folder";
+    w.decode_another.caption = "Decode another...";
     w.Command5.caption = "Rename";
     w.Command7.caption = "Erase file";
     w.Command8.caption = "Virus check file";

@@ -33,6 +33,8 @@ struct ResultRecord {
     std::string directory;                  ///< its directory
     std::optional<codec::Outcome> outcome;  ///< the result of decoding it; absent if no decoder checked it
     std::optional<Scan> scan = {};
+    std::string source = {};  ///< the name of the message that it was decoded from; empty if unknown
+    unsigned run = 0;         ///< counts the runs of the decoder; 0 if unknown
 };
 
 /// The main window, a single window whose panels take turns. Holds state that many operations read and set;
@@ -60,6 +62,11 @@ struct swit : controls::Window {
     controls::Picture Picture2;         // results panel
     controls::ListBox List3;            // files found so far
     std::vector<ResultRecord> Results;  // of the rows of List3; a row without one: current directory, nothing known
+    unsigned runs = 0;                  // runs with results so far
+    controls::Label run_title;          // the latest message and how its run went
+    controls::Label run_folder;         // the directory of its files
+    controls::Button open_folder;       // show that directory
+    controls::Button decode_another;    // choose another file
     controls::Label Label7;             // explains a double click
     controls::Button Command5;          // rename the selected file
     controls::Button Command7;          // erase the selected file
@@ -172,6 +179,10 @@ void visit_controls(swit& w, F&& f) {
 
     f("Picture2", "Results panel", w.Picture2);
     f("List3", "Files found so far", w.List3);
+    f("run_title", "How the latest run went", w.run_title);
+    f("run_folder", "Folder of the files", w.run_folder);
+    f("open_folder", "Open the folder of the files", w.open_folder);
+    f("decode_another", "Decode another file", w.decode_another);
     f("Label7", "What can be done with the files", w.Label7);
     f("Command5", "Rename the selected file", w.Command5);
     f("Command7", "Erase the selected file", w.Command7);

@@ -76,6 +76,19 @@ TEST_F(Triage, AMessageIsDecodedIntoItsOwnDirectory) {
     EXPECT_EQ(dir.read("sub/a.mim"), message_with("hello.txt"));
 }
 
+TEST_F(Triage, ResultsNameTheirMessageFolderAndOutcome) {
+    dir.write("a.mim", message_with("a.bin"));
+    dir.write("b.uue", "begin 644 b.bin\r\n#86)C\r\n");
+    decode("a.mim");
+    EXPECT_EQ(w.run_title.text, "a.mim: 1 saved");
+    EXPECT_EQ(w.run_folder.text, dir.path());
+    decode("a.mim");
+    EXPECT_EQ(w.Results.back().source, "a.mim");
+    EXPECT_GT(w.Results.back().run, w.Results.front().run);
+    decode("b.uue");
+    EXPECT_EQ(w.run_title.text, "b.uue: 1 incomplete") << "a verdict that was not reached is not called saved";
+}
+
 TEST_F(Triage, ARunClosesTheWindowsThatAskAboutAnEarlierFile) {
     program.windows.load<Form3>();
     program.windows.load<Form4>().Frame1.visible = true;

@@ -99,6 +99,26 @@ TEST_F(MainWindow, ResultsTellNameSizeAndCondition) {
     EXPECT_EQ(cell(2, 2).toString(), QStringLiteral("Gone"));
 }
 
+TEST_F(MainWindow, FilesOfTheLatestRunComeFirstUnderTheirMessage) {
+    for (const char* name : {"old.txt", "new.txt", "new too.txt"}) {
+        const bool is_old = std::string_view(name) == "old.txt";
+        w.List3.add(name);
+        w.Results.push_back({"/tmp", {}, {}, is_old ? "old.eml" : "new.eml", is_old ? 1U : 2U});
+    }
+    w.List3.selected = 1;
+    show_results({});
+    EXPECT_EQ(cell(0, 0).toString(), QStringLiteral("new.txt"));
+    EXPECT_EQ(cell(2, 0).toString(), QStringLiteral("old.txt"));
+    EXPECT_EQ(cell(2, 3).toString(), QStringLiteral("old.eml"));
+    EXPECT_EQ(list->currentIndex().row(), 0);
+    press(list, Qt::Key_End);
+    EXPECT_EQ(w.List3.selected, 0U) << "the oldest file is the last one shown";
+    w.List3.remove(0);
+    w.Results.erase(w.Results.begin());
+    views.sync_all();
+    EXPECT_TRUE(list->isColumnHidden(3)) << "one message needs no column";
+}
+
 TEST_F(MainWindow, LongListOfResultsReadsOnlyRowsInSightAndSharesTheirIcons) {
     std::vector<std::string> names;
     for (int i = 0; i < 3000; ++i) names.push_back(std::to_string(i) + ".kind" + std::to_string(i));
