@@ -11,9 +11,13 @@
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QScrollBar>
+#include <QTextBlock>
 #include <QTextCursor>
+#include <QTextImageFormat>
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 namespace quill::desktop {
 namespace {
@@ -35,6 +39,37 @@ QVariant nothing(int type) {
     return empty;
 }
 
+/// A picture in a page: its position and format.
+using PlacedPicture = std::pair<int, QTextImageFormat>;
+
+std::vector<PlacedPicture> pictures_in(const QTextBlock& block) {
+    std::vector<PlacedPicture> pictures;
+    for (auto it = block.begin(); !it.atEnd(); ++it) {
+        const QTextFragment fragment = it.fragment();
+        if (!fragment.charFormat().isImageFormat()) continue;
+        for (int i = 0; i < fragment.length(); ++i) {
+            pictures.emplace_back(fragment.position() + i, fragment.charFormat().toImageFormat());
+        }
+    }
+    return pictures;
+}
+
+/// Returns the format of a picture of `pixels` at `zoom` percent. Keeps the size that the page states.
+QTextImageFormat zoomed_picture(QTextImageFormat format, QSize pixels, int room, int zoom) {
+    constexpr int stated = QTextFormat::UserProperty;
+    if (!format.hasProperty(stated)) format.setProperty(stated, QSizeF(format.width(), format.height()));
+    QSizeF size = format.property(stated).toSizeF();
+    const double height_per_width = pixels.width() > 0 ? double(pixels.height()) / pixels.width() : 1;
+    if (size.width() <= 0) {
+        const double natural = std::min(pixels.width(), room);
+        size.setWidth(size.height() > 0 ? size.height() / height_per_width : natural);
+    }
+    if (size.height() <= 0) size.setHeight(size.width() * height_per_width);
+    format.setWidth(size.width() * zoom / 100);
+    format.setHeight(size.height() * zoom / 100);
+    return format;
+}
+
 QVariant text_of(const std::string& path) {
     const Result<files::MappedFile> file = files::MappedFile::open(path);
     if (!file) return QString();
@@ -51,6 +86,7 @@ PlainBrowser::PlainBrowser(const htx::Form7& book)
     document()->setDocumentMargin(line_height());
     setFrameShape(QFrame::NoFrame);
     connect(this, &QTextBrowser::sourceChanged, this, [this] {
+        size_pictures();  // some may be known from another page
         if (arrived) arrived(page_, documentTitle().toStdString());
     });
     connect(this, &QTextBrowser::anchorClicked, this, [this](const QUrl& link) {
@@ -98,10 +134,46 @@ QVariant PlainBrowser::loadResource(int type, const QUrl& name) {
     }
     if (path.empty()) return nothing(type);
     if (type != QTextDocument::ImageResource) return text_of(path);
-    const int room = std::max(200, viewport()->width() - line_height() * 3);
-    constexpr int most_height = 10'000;
-    pictures_.ask(name, path, {room, most_height});
+    ask_for(name, path);
     return nothing(type);
+}
+
+/// Returns the width that a picture takes at most without zoom.
+int PlainBrowser::room() const {
+    return std::max(200, viewport()->width() - line_height() * 3);
+}
+
+void PlainBrowser::ask_for(const QUrl& name, const std::string& path) {
+    constexpr int most_height = 10'000;
+    pictures_.ask(name, path, {room() * std::max(zoom_, 100) / 100, most_height});
+}
+
+/// Requests the page's pictures with as many pixels as the zoom needs.
+void PlainBrowser::ask_again() {
+    pictures_.drop_all();
+    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
+        for (const auto& [at, format] : pictures_in(block)) {
+            const QUrl name = document()->baseUrl().resolved(QUrl(format.name()));
+            const std::string path = file_of(name);
+            if (!path.empty()) ask_for(name, path);
+        }
+    }
+}
+
+/// Sizes the page's pictures by the zoom: from the size that the page gives them, or from their own as far as there is
+/// room.
+void PlainBrowser::size_pictures() {
+    QTextCursor cursor(document());
+    cursor.beginEditBlock();
+    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
+        for (const auto& [at, format] : pictures_in(block)) {
+            const QVariant resource = document()->resource(QTextDocument::ImageResource, QUrl(format.name()));
+            cursor.setPosition(at);
+            cursor.setPosition(at + 1, QTextCursor::KeepAnchor);
+            cursor.setCharFormat(zoomed_picture(format, resource.value<QImage>().size(), room(), zoom_));
+        }
+    }
+    cursor.endEditBlock();
 }
 
 /// Puts pictures into their places, which then take the room that they need. Keeps the line at the top of the window in
@@ -112,6 +184,7 @@ void PlainBrowser::show_pictures(const std::vector<PagePictures::Arrived>& pictu
     const QTextCursor top = cursorForPosition({0, 0});
     const int before = cursorRect(top).top();
     for (const auto& [name, image] : pictures) document()->addResource(QTextDocument::ImageResource, name, image);
+    size_pictures();
     document()->markContentsDirty(0, document()->characterCount());
     if (!is_at_top) bar->setValue(bar->value() + cursorRect(top).top() - before);
 }
@@ -127,6 +200,10 @@ void PlainBrowser::set_zoom(int percent) {
     letters.setPointSizeF(usual_points_ * percent / 100);
     const std::size_t top = place();
     setFont(letters);
+    if (std::exchange(zoom_, percent) != percent) {
+        ask_again();
+        size_pictures();
+    }
     go_to_place(top);
 }
 

@@ -7,6 +7,7 @@
 #include <QTextBrowser>
 
 #include <functional>
+#include <string>
 
 namespace quill::desktop {
 
@@ -46,10 +47,15 @@ class PlainBrowser final : public QTextBrowser, public platform::Browser {
 
   private:
     std::string file_of(const QUrl& name) const;
+    int room() const;
+    void ask_for(const QUrl& name, const std::string& path);
+    void ask_again();
+    void size_pictures();
     void show_pictures(const std::vector<PagePictures::Arrived>& pictures);
 
     const htx::Form7& book_;
     PagePictures pictures_;
+    int zoom_ = 100;       ///< percent
     double usual_points_;  ///< size of the letters without zoom
     int wheel_ = 0;        ///< eighths of a degree turned with Ctrl that made no step yet
     std::string page_;     ///< the one that was loaded last; `source` is still the one before while it is loaded
