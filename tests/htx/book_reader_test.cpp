@@ -176,6 +176,26 @@ TEST_F(BookReader, FindsOnThePageBothWays) {
     run(w->earlier.click);
 }
 
+TEST_F(BookReader, LinksInTheArchiveLeadNowhere) {
+    tests::TemporaryDirectory outside;
+    const std::string secret = outside.write("secret.htm", "secret");
+    const tests::Odd link{.made_by = 0x0314, .attributes = 0120777U << 16U};
+    open(ArchiveBuilder()
+             .add("a.htm", secret, link)
+             .add("b.png", secret, link)
+             .add("d", outside.path(), link)
+             .add("d/secret.htm", "of the book")
+             .add("z.htm", "<img src=b.png>")
+             .finish());
+    EXPECT_EQ(w->Label2.text, "Page 1 of 3");
+    for (const std::string& path : w->List1.items()) {
+        EXPECT_FALSE(files::is_link(path)) << path;
+        EXPECT_NE(*files::read_file(path), "secret") << path;
+    }
+    run(w->close);
+    EXPECT_EQ(outside.read("secret.htm"), "secret");
+}
+
 TEST_F(BookReader, FollowsLinksOnlyWithinTheBookOrAfterAQuestion) {
     open(book());
     w->follow("A.HTML", "b/b.htm#part");
