@@ -9,9 +9,11 @@ namespace quill::shell {
 namespace {
 
 constexpr std::string_view unpack_apart = "/unp";
+constexpr std::string_view choose_file = "/de";
 
 bool is_switch(std::string_view line) {
-    return line.starts_with("/un") || line.starts_with("/vi") || line.starts_with("/ue") || line.starts_with("/um");
+    return line.starts_with("/un") || line.starts_with("/vi") || line.starts_with("/ue") || line.starts_with("/um") ||
+           line == choose_file;
 }
 
 /// Returns true if the rest of the line after `argument` is read unchanged.
@@ -73,7 +75,8 @@ Start parse_command_line(const std::string& line, const std::function<bool(const
     if (start.open_at_once) rest = behind_switch(rest, start.unpacks_apart ? unpack_apart.size() : 3);
     start.create_htx = has_switch("/um");
     start.create = start.create_htx || has_switch("/ue");
-    if (start.create) return start;
+    start.choose = rest == choose_file && !is_file(rest);
+    if (start.create || start.choose) return start;
     if (has_switch("/vi")) {
         rest = behind_switch(rest);
         start.view_only = true;

@@ -21,6 +21,7 @@ struct Start {
     bool hides_options = false;  ///< no path is left: the heading of the options is hidden
     bool create = false;         ///< `/ue` or `/um`
     bool create_htx = false;     ///< `/um`
+    bool choose = false;         ///< `/de`: opens the file chooser
     bool open_at_once = false;   ///< `/un` or `/unp`
     bool unpacks_apart = false;  ///< `/unp`: into the program's own directory, not beside the archive
     bool view_only = false;      ///< `/vi`

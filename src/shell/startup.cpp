@@ -54,13 +54,17 @@ void start_creating(Context& context, bool htx) {
 }
 
 /// Follows the command line. Returns true if the load step continues after it.
-bool follow_command_line(Context& context) {
+bool follow_command_line(Context& context, const std::string& line) {
     auto& w = context.windows.load<swit>();
-    const Start start = parse_command_line(context.session.CommandLine, names_a_file);
+    const Start start = parse_command_line(line, names_a_file);
     if (start.no_file) context.session.StartMode = 1;
     if (start.view_only) context.session.ViewOnlyRun = true;
     if (start.create) {
         start_creating(context, start.create_htx);
+        return false;
+    }
+    if (start.choose) {
+        controls::run(w.another.click);
         return false;
     }
     if (start.hides_options) {
@@ -90,12 +94,23 @@ void start(Context& context) {
     adapt_to_system(w, machine);
     set_idle_texts(w);
     w.Text1.text = files::join(session.AppDir, "temp");
-    if (!session.CommandLine.empty() && !follow_command_line(context)) return;
+    if (!session.CommandLine.empty() && !follow_command_line(context, session.CommandLine)) return;
     place_window(w, machine);
     w.Label3.text.clear();
     adapt_to_system(w, machine);
     files::change_directory(session.AppDir);
     w.Text1.text = files::join(session.AppDir, "temp");
+}
+
+bool awaits_file(Context& context) {
+    bool alone = true;
+    context.windows.for_each([&](std::type_index type, const controls::Window&) { alone &= type == typeid(swit); });
+    const auto& w = context.windows.load<swit>();
+    return alone && !w.Picture2.visible && !w.Picture4.visible;
+}
+
+void start_again(Context& context, const std::string& command_line) {
+    follow_command_line(context, command_line);
 }
 
 std::string in_parent_directory(const Session& session, const std::string& name) {

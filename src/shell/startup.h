@@ -13,6 +13,13 @@ namespace quill::shell {
 /// REQUIRES: the current directory is the future `AppDir`; `CommandLine` is set; the routes are filled.
 void start(Context& context);
 
+/// Returns true if a file may be offered without taking anything from the user: only the main window is open, and it
+/// shows its start panel alone.
+bool awaits_file(Context& context);
+
+/// Does what a start on `command_line` does, in the program that is already running. REQUIRES: `awaits_file`.
+void start_again(Context& context, const std::string& command_line);
+
 /// Returns the directory of the user's program data: `$XDG_DATA_HOME/quillbright`, else `~/.local/share/quillbright`.
 std::string data_directory();
 

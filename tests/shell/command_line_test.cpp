@@ -45,6 +45,7 @@ INSTANTIATE_TEST_SUITE_P(
                     LineCase{"/vi /a/x.htx", {.view_only = true, .path = "/a/x.htx"}},
                     LineCase{"/ue", {.create = true, .path = "/ue"}},
                     LineCase{"/ue and more", {.create = true, .path = "/ue and more"}},
+                    LineCase{"/de", {.choose = true, .path = "/de"}}, LineCase{"/desk/x.mim", {.path = "/desk/x.mim"}},
                     LineCase{"/um", {.create = true, .create_htx = true, .path = "/um"}}));
 
 /// Returns the start that a program with `arguments` reads.
@@ -66,6 +67,7 @@ TEST(Arguments, AreOneLineWithBlanksQuotedAndPathsAbsolute) {
         {{"/unp", "x y.zip"}, "/unp " + here + "x y.zip"},
         {{"/vi", "my x.zip"}, "/vi " + here + "my x.zip"},
         {{"/ue"}, "/ue"},
+        {{"/de"}, "/de"},
         {{"a b", "c d"}, "\"" + here + "a b\" \"" + here + "c d\""},
         {{"&", "my x.ync"}, "& " + here + "my x.ync"},
         {{"&x.ync"}, "&" + here + "x.ync"},

@@ -1,6 +1,7 @@
 #include "shell/startup.h"
 
 #include "files/directory.h"
+#include "shell/about_box.h"
 #include "shell/select_file.h"
 #include "support/program.h"
 #include "support/temporary_directory.h"
@@ -69,6 +70,28 @@ TEST_F(Startup, ADirectoryShowsItsPictures) {
     EXPECT_EQ(shown, dir.path());
     EXPECT_EQ(w.Text1.text, dir.path("quill/program/temp"));
     EXPECT_EQ(w.apt(1).text, "Select/Open/View a file");
+}
+
+TEST_F(Startup, ASwitchOpensTheChooser) {
+    program.routes.open_chooser = [this](const std::string& directory) { done += "chooser in " + directory; };
+    start_with("/de");
+    EXPECT_EQ(done, "chooser in " + dir.path("quill/zip-htx directory"));
+}
+
+TEST_F(Startup, ALaterStartIsReceivedOnlyByTheStartPanelAlone) {
+    start_with("");
+    EXPECT_TRUE(awaits_file(program.context));
+    start_again(program.context, "\"" + dir.write("my mail.mim", "x") + "\"");
+    EXPECT_EQ(w.apt(1).text, "Decode/open my mail.mim");
+    EXPECT_TRUE(awaits_file(program.context));
+
+    for (controls::Picture* panel : {&w.Picture2, &w.Picture4}) {
+        panel->visible = true;
+        EXPECT_FALSE(awaits_file(program.context));
+        panel->visible = false;
+    }
+    program.windows.load<AboutBox>();
+    EXPECT_FALSE(awaits_file(program.context));
 }
 
 TEST_F(Startup, InTheRootDirectoryThereIsNoDirectoryAbove) {
