@@ -61,7 +61,7 @@ bool is_dropped(const EventLoop& events, QObject* receiver, const QEvent& event)
 
 Application::Application(int& argc, char** argv, EventLoop& events) : QApplication(argc, argv), events_(events) {
     setApplicationName(QStringLiteral("quillbright"));
-    setDesktopFileName(QStringLiteral("quillbright"));
+    setDesktopFileName(QStringLiteral("org.quillbright.quillbright"));
     setAttribute(Qt::AA_DontShowIconsInMenus);
     if (style()->name() == QLatin1String("fusion")) setStyle(new ClearStyle);
 }

@@ -25,7 +25,22 @@
 #include "shell/startup.h"
 #include "viewer/connect.h"
 
+#include <QApplication>
+#include <QWidget>
+
 namespace quill::desktop {
+namespace {
+
+void raise_windows() {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (!window->isVisible()) continue;
+        window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
+        window->raise();
+        window->activateWindow();
+    }
+}
+
+}  // namespace
 
 Desktop::Desktop(EventLoop& events) : events_(events), views_(windows_, events), platform_(events, views_) {
     add_views();
@@ -104,6 +119,17 @@ void Desktop::start(const std::string& command_line) {
         shell::start(context_);
     });
     if (!events_.ended()) accept_dropped_files();
+}
+
+void Desktop::receive_later_starts() {
+    if (events_.ended()) return;
+    instance_ = std::make_unique<RunningInstance>(Reception{
+        .is_free = [this] { return events_.idle() && !events_.ended() && shell::awaits_file(context_); },
+        .start_again =
+            [this](const std::string& line) { events_.hand_in([&] { shell::start_again(context_, line); }); },
+        .raise = raise_windows,
+        .start_apart = start_apart,
+    });
 }
 
 }  // namespace quill::desktop

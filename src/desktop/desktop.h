@@ -3,12 +3,14 @@
 #include "controls/windows.h"
 #include "desktop/event_loop.h"
 #include "desktop/qt_platform.h"
+#include "desktop/running_instance.h"
 #include "desktop/viewer/viewer_frame.h"
 #include "desktop/views.h"
 #include "shell/routes.h"
 #include "shell/session.h"
 #include "zip/new_zip.h"
 
+#include <memory>
 #include <string>
 
 namespace quill::desktop {
@@ -25,6 +27,9 @@ class Desktop {
 
     /// Starts the program without a file after a session that has ended: the main window shows what happened.
     void start_again(const platform::SessionEnd& last);
+
+    /// Takes over the files of later starts from now on. Needs a bus of the user's session.
+    void receive_later_starts();
 
     shell::Context& context() { return context_; }
     Views& views() { return views_; }
@@ -44,6 +49,7 @@ class Desktop {
     QtPlatform platform_;
     shell::Context context_{session_, windows_, platform_, routes_};
     zip::NewZIP archives_{context_};
+    std::unique_ptr<RunningInstance> instance_;
 };
 
 }  // namespace quill::desktop

@@ -1,14 +1,11 @@
 #include "desktop/display.h"
 
+#include "desktop/session_bus.h"
 #include "files/path.h"
 
-#include <algorithm>
-#include <cstddef>
 #include <cstdlib>
 #include <string>
 #include <string_view>
-#include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 namespace quill::desktop {
@@ -21,16 +18,9 @@ std::string variable(const char* name) {
 
 /// Returns true if somebody is listening at the socket `path`; one that begins with NUL is in the abstract name space.
 bool answers(std::string_view path) {
-    sockaddr_un address{};
-    if (path.empty() || path.size() >= sizeof address.sun_path) return false;
-    address.sun_family = AF_UNIX;
-    std::copy(path.begin(), path.end(), address.sun_path);
-    const int connection = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (connection < 0) return false;
-    const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + path.size());
-    const bool connected = connect(connection, reinterpret_cast<const sockaddr*>(&address), length) == 0;
-    close(connection);
-    return connected;
+    const int connection = connect_to_socket(path);
+    if (connection >= 0) close(connection);
+    return connection >= 0;
 }
 
 /// Assumes that a server on another machine answers.

@@ -1,9 +1,12 @@
 #include "desktop/application.h"
 #include "desktop/desktop.h"
 #include "desktop/display.h"
+#include "desktop/running_instance.h"
+#include "desktop/session_bus.h"
 #include "desktop/signs.h"
 #include "desktop/text_editor.h"
 #include "files/atomic_file.h"
+#include "files/directory.h"
 #include "files/path.h"
 #include "integration/favorites.h"
 #include "shell/command_line.h"
@@ -31,13 +34,15 @@ bool enter_program_directory() {
     return false;
 }
 
-/// Runs one session after the other until the user ends the program. Returns the exit status.
-int run_sessions(desktop::EventLoop& events, const std::string& command_line) {
+/// Runs one session after the other until the user ends the program; each takes over the files of later starts if it
+/// `shares`. Returns the exit status.
+int run_sessions(desktop::EventLoop& events, const std::string& command_line, bool shares) {
     std::optional<platform::SessionEnd> last;
     for (;;) {
         {
             desktop::Desktop program(events);
             last ? program.start_again(*last) : program.start(command_line);
+            if (shares) program.receive_later_starts();
             const int status = events.run();
             last = events.begin_again();
             if (!last) return status;
@@ -46,6 +51,22 @@ int run_sessions(desktop::EventLoop& events, const std::string& command_line) {
         QApplication::sendPostedEvents();
         QApplication::setQuitOnLastWindowClosed(true);
         if (!enter_program_directory()) return no_data_directory;
+    }
+}
+
+/// Drops a first argument `/nw`, which asks for a window of its own; returns true if it was there.
+bool drop_own_window(std::vector<std::string>& arguments) {
+    const bool found = !arguments.empty() && arguments.front() == "/nw" && !shell::names_a_file("/nw");
+    if (found) arguments.erase(arguments.begin());
+    return found;
+}
+
+/// Leaves only the first of several files, and opens each of the others in a window of its own.
+void spread(std::vector<std::string>& arguments) {
+    if (!desktop::names_only_files(arguments)) return;
+    while (arguments.size() > 1) {
+        desktop::start_apart(files::absolute(arguments.back()));
+        arguments.pop_back();
     }
 }
 
@@ -58,13 +79,19 @@ int main(int argc, char** argv) {
                    stderr);
         return no_display;
     }
+    const bool has_bus = desktop::find_session_bus();
     desktop::EventLoop events;
     desktop::Application application(argc, argv, events);  // removes Qt's own options
     application.setWindowIcon(desktop::program_icon());
-    const std::string command_line = shell::command_line_of(std::vector<std::string>(argv + 1, argv + argc));
+    std::vector<std::string> arguments(argv + 1, argv + argc);
+    const bool own_window = drop_own_window(arguments);
+    const bool shares = has_bus && desktop::names_only_files(arguments);
+    if (shares && !own_window && desktop::hand_over(arguments)) return 0;
+    spread(arguments);
+    const std::string command_line = shell::command_line_of(arguments);
     if (!enter_program_directory()) return no_data_directory;
     integration::make_first_favorites(files::join(shell::data_directory(), "favorites"));
-    const int status = run_sessions(events, command_line);
+    const int status = run_sessions(events, command_line, shares);
     desktop::wait_for_editors();
     return status;
 }

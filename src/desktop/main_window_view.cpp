@@ -22,8 +22,7 @@ namespace {
 
 /// Returns the single dragged local file; empty for anything else.
 std::string dragged_file(const QMimeData* data) {
-    if (!data->hasUrls() || data->urls().size() != 1 || !data->urls().front().isLocalFile()) return {};
-    return QByteArray::fromPercentEncoding(data->urls().front().path(QUrl::FullyEncoded).toLatin1()).toStdString();
+    return data->hasUrls() && data->urls().size() == 1 ? local_path(data->urls().front()) : std::string();
 }
 
 }  // namespace

@@ -103,4 +103,9 @@ QUrl file_url(std::string_view path) {
     return QUrl::fromEncoded("file://" + bytes.toPercentEncoding("/"));
 }
 
+std::string local_path(const QUrl& address) {
+    if (!address.isLocalFile()) return {};
+    return QByteArray::fromPercentEncoding(address.path(QUrl::FullyEncoded).toLatin1()).toStdString();
+}
+
 }  // namespace quill::desktop

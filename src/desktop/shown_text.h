@@ -42,4 +42,7 @@ QString shown_size(std::uint64_t bytes);
 /// Returns the address of the file at the absolute path `path`, whose bytes need not be UTF-8.
 QUrl file_url(std::string_view path);
 
+/// Returns the path of a local file's address, byte for byte; empty for any other address.
+std::string local_path(const QUrl& address);
+
 }  // namespace quill::desktop

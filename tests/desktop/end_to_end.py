@@ -53,6 +53,7 @@ def x_server():
             display = ":" + told.readline().strip()
         environment = dict(os.environ, DISPLAY=display, QT_QPA_PLATFORM="xcb", QT_SCALE_FACTOR="1")
         environment.pop("WAYLAND_DISPLAY", None)
+        environment["DBUS_SESSION_BUS_ADDRESS"] = "disabled:"  # no start hands its files to another one
         with started("openbox", env=environment, stderr=subprocess.DEVNULL):
             # It gives no focus to a window that is there before it.
             wait_for("the window manager", lambda: Screen(environment).xdotool("get_num_desktops"))
@@ -85,6 +86,15 @@ class Screen:
             with contextlib.suppress(AssertionError):
                 return self.window(title, deadline=1.5)
         raise AssertionError(f"{key} opened no window")
+
+    def key_until_gone(self, key, window):
+        """Presses a key until `window` is no longer there."""
+
+        def gone():
+            self.xdotool("key", "--clearmodifiers", key)
+            return window not in self.xdotool("search", "--onlyvisible", "--name", "")
+
+        wait_for(f"the end of the window after {key}", gone)
 
     def key(self, *keys):
         for key in keys:

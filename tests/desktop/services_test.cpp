@@ -1,5 +1,6 @@
 #include "desktop/display.h"
 #include "desktop/process.h"
+#include "desktop/session_bus.h"
 #include "desktop/shown_text.h"
 #include "desktop/text_editors.h"
 #include "support/temporary_directory.h"
@@ -33,6 +34,25 @@ TEST(ShownText, LongWordsMayBreakBetweenCharactersAlone) {
 
 TEST(ShownText, FileAddressKeepsEveryByteOfThePath) {
     EXPECT_EQ(desktop::file_url("/a b/100%\xE4#?.txt").toEncoded(), QByteArray("file:///a%20b/100%25%E4%23%3F.txt"));
+}
+
+TEST(LocalPath, IsTheInverseOfTheAddressOfAFile) {
+    for (const std::string path : {"/a b/100%\xE4#?.txt", "/", "/gr\xC3\xBC\xC3\x9F;v=1&x"})
+        EXPECT_EQ(desktop::local_path(desktop::file_url(path)), path);
+    EXPECT_EQ(desktop::local_path(QUrl(QStringLiteral("https://example.org/a.eml"))), "");
+    EXPECT_EQ(desktop::local_path(QUrl(QStringLiteral("mail.eml"))), "");
+}
+
+TEST(SessionBus, AddressLeadsToASocket) {
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"unix:path=/run/user/1000/bus", "/run/user/1000/bus"},
+        {"unix:path=/tmp/a%20b,guid=12ab;unix:path=/second", "/tmp/a b"},
+        {"unix:abstract=/tmp/dbus-x,guid=1", std::string("\0/tmp/dbus-x", 12)},
+        {"tcp:host=localhost,port=1", ""},
+        {"disabled:", ""},
+        {"", ""},
+    };
+    for (const auto& [address, path] : cases) EXPECT_EQ(desktop::socket_of_bus_address(address), path) << address;
 }
 
 TEST(TextEditors, EntryGivesTheCommandForAFile) {
