@@ -3,11 +3,13 @@
 #include "cli/interruption.h"
 #include "files/copies.h"
 #include "files/directory.h"
+#include "files/extended_attributes.h"
 #include "files/path.h"
 #include "files/unfinished.h"
 
 #include <CLI/CLI.hpp>
 
+#include <array>
 #include <cerrno>
 #include <memory>
 #include <set>
@@ -20,8 +22,9 @@ namespace quill::cli {
 namespace {
 
 struct DecodeRequest : Request {
-    std::string into;    ///< empty: each result goes beside its first source
-    bool again = false;  ///< write files again even if they exist
+    std::string into;         ///< empty: each result goes beside its first source
+    bool again = false;       ///< write files again even if they exist
+    bool provenance = false;  ///< note in each file which mail it was in
 };
 
 /// Where the results of a run go.
@@ -79,6 +82,32 @@ struct Run {
     Outputs outputs;
 };
 
+/// Returns `text`, cut between two characters where it is too long: all attributes of a file share one block.
+std::string_view attribute_of(std::string_view text) {
+    constexpr std::size_t longest = 1000;
+    if (text.size() <= longest) return text;
+    std::size_t end = longest;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
+    return text.substr(0, end);
+}
+
+/// Notes in a file that was written now which mail it was in (freedesktop.org, "Guidelines for Extended Attributes").
+void note_origin(const codec::Origin& origin, codec::Recovered& written, Report& report) {
+    const std::array<std::pair<const char*, const std::string&>, 3> attributes = {{
+        {"user.xdg.origin.email.from", origin.from},
+        {"user.xdg.origin.email.subject", origin.subject},
+        {"user.xdg.origin.email.message-id", origin.message_id},
+    }};
+    written.origin = origin;
+    if (written.already_there) return;
+    for (const auto& [name, value] : attributes) {
+        if (value.empty()) continue;
+        const Status set = files::set_extended_attribute(written.path, name, attribute_of(value));
+        if (!set)
+            return report.fail(written.path, {set.error().code, 0, "its mail can't be noted: " + set.error().text});
+    }
+}
+
 /// Decodes one attachment into its directory and reports the result.
 void decode_one(const codec::Attachment& attachment, const Inputs& inputs, Run& run) {
     const auto on_progress = [&](std::uint64_t done, std::uint64_t total) {
@@ -94,6 +123,7 @@ void decode_one(const codec::Attachment& attachment, const Inputs& inputs, Run& 
     const std::vector<std::string> sources = inputs.sources_of(attachment);
     if (written) {
         written->sources = sources;
+        if (run.request.provenance) note_origin(inputs.recovery()->origin_of(attachment), *written, run.report);
         run.report.add(*written, inputs.input_of(attachment));
     } else if (written.error().code == ErrorCode::bad_input) {
         // Nothing could be decoded: still a result, but one without a file.
@@ -139,6 +169,9 @@ void add_decode_command(CLI::App& app, Work& work) {
                      "made if it does not exist")
         ->type_name("DIR");
     command->add_flag("--again", request->again, "Write files again even if they exist, as name (2).ext");
+    command->add_flag("--provenance", request->provenance,
+                      "Note in each new file which mail it was in: sender, subject and\n"
+                      "message id, as extended attributes");
     add_request_options(*command, *request);
     command->footer(
         "Each result is a line: name, size in bytes, verdict, format, with tabs between;\n"

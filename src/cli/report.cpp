@@ -15,6 +15,14 @@ std::string json_of(const codec::Problem& problem, const NameOfInput& input_of) 
                         {"text", json_string(text_of(problem))}});
 }
 
+std::string json_of(const std::optional<codec::Origin>& origin) {
+    if (!origin) return "null";
+    return json_object({{"from", json_or_null(origin->from)},
+                        {"subject", json_or_null(origin->subject)},
+                        {"date", json_or_null(origin->date)},
+                        {"message_id", json_or_null(origin->message_id)}});
+}
+
 }  // namespace
 
 std::string json_of(const report::Problem& problem) {
@@ -46,7 +54,8 @@ std::string json_of(const codec::Recovered& file, const NameOfInput& input_of) {
                         {"verdict", json_string(name_of(file.outcome.verdict))},
                         {"already_there", json_flag(file.already_there)},
                         {"problems", json_array(file.outcome.problems, problem)},
-                        {"sources", json_array(file.sources, json_string)}});
+                        {"sources", json_array(file.sources, json_string)},
+                        {"origin", json_of(file.origin)}});
 }
 
 void Report::add(const codec::Recovered& file, const NameOfInput& input_of) {

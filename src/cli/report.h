@@ -31,7 +31,7 @@ std::string json_of(const report::Problem& problem);
 using NameOfInput = std::function<std::string(const codec::Problem&)>;
 
 /// Returns one result as a JSON object: name, path (null if nothing was written), size, format, verdict, already_there,
-/// problems (kind, input, at, text), sources.
+/// problems (kind, input, at, text), sources, origin.
 std::string json_of(const codec::Recovered& file, const NameOfInput& input_of);
 
 /// Reports the results and failures of a run and summarises them.

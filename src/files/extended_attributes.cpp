@@ -1,6 +1,6 @@
 #include "files/extended_attributes.h"
 
-#include <string_view>
+#include <cerrno>
 #include <sys/xattr.h>
 
 namespace quill::files {
@@ -22,6 +22,11 @@ void copy_extended_attributes(const std::string& from, int to, bool with_access)
         const ssize_t read = getxattr(from.c_str(), name.c_str(), value.data(), value.size());
         if (read >= 0) fsetxattr(to, name.c_str(), value.data(), static_cast<std::size_t>(read), 0);
     }
+}
+
+Status set_extended_attribute(const std::string& path, const std::string& name, std::string_view value) {
+    if (lsetxattr(path.c_str(), name.c_str(), value.data(), value.size(), 0) != 0) return system_error(errno);
+    return Done{};
 }
 
 }  // namespace quill::files

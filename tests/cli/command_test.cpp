@@ -1,9 +1,11 @@
 #include "cli/command_fixture.h"
+#include "files/extended_attributes.h"
 
 #include <algorithm>
 #include <gmock/gmock.h>
 #include <string>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 #include <vector>
 
@@ -147,6 +149,38 @@ TEST_F(Command, OtherBytesOfTheSameSizeAndLinksAreNotAlreadyThere) {
     EXPECT_EQ(out, "cat (3).txt\t3\twhole\tUUE\n");
     EXPECT_EQ(call({"decode", "cat.uue"}), ExitStatus::good);
     EXPECT_EQ(out, "cat (3).txt\t3\twhole\tUUE\talready there\n");
+}
+
+/// Returns an extended attribute of `path`; empty if it has none.
+std::string attribute(const char* path, const char* name) {
+    std::string value(4096, '\0');
+    const ssize_t size = getxattr(path, name, value.data(), value.size());
+    value.resize(size > 0 ? static_cast<std::size_t>(size) : 0);
+    return value;
+}
+
+TEST_F(Command, ProvenanceNotesTheMailInNewFilesOnly) {
+    const std::string subject(1200, 's');
+    directory.write("cat.eml", "Subject: " + subject + "\nMessage-ID: <7@example.org>\n" + cat_post);
+    directory.write("probe", "");
+    if (!files::set_extended_attribute("probe", "user.probe", "x")) {
+        EXPECT_EQ(call({"decode", "--provenance", "cat.eml"}), ExitStatus::failed);
+        EXPECT_EQ(directory.read("cat.txt"), "Cat");
+        return;
+    }
+    EXPECT_EQ(call({"decode", "cat.eml"}), ExitStatus::good);
+    EXPECT_EQ(call({"decode", "--provenance", "cat.eml"}), ExitStatus::good);
+    EXPECT_THAT(out, HasSubstr("already there"));
+    EXPECT_EQ(attribute("cat.txt", "user.xdg.origin.email.from"), "") << "a file that was there is left alone";
+
+    EXPECT_EQ(call({"decode", "--provenance", "--again", "--json", "cat.eml"}), ExitStatus::good);
+    EXPECT_THAT(out, HasSubstr(R"("origin": {"from": "ada@example.org", "subject": "sss)"));
+    EXPECT_EQ(attribute("cat (2).txt", "user.xdg.origin.email.from"), "ada@example.org");
+    EXPECT_EQ(attribute("cat (2).txt", "user.xdg.origin.email.message-id"), "<7@example.org>");
+    EXPECT_EQ(attribute("cat (2).txt", "user.xdg.origin.email.subject"), subject.substr(0, 1000));
+
+    EXPECT_EQ(call({"zip", "add", "cat.zip", "cat (2).txt"}), ExitStatus::good);
+    EXPECT_EQ(directory.read("cat.zip").find("ada@example.org"), std::string::npos) << "an archive leaves it out";
 }
 
 TEST_F(Command, DirectoriesAreWalkedWithoutHiddenFilesAndLinks) {

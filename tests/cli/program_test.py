@@ -73,7 +73,7 @@ class Program(unittest.TestCase):
         results = json.loads(done.stdout)
         self.assertEqual({os.path.basename(result["path"]) for result in results}, set(os.listdir(self.directory)))
         for result in results:
-            self.assertEqual(set(result), {"name", "path", "size", "format", "verdict", "already_there", "problems", "sources"})
+            self.assertEqual(set(result), {"name", "path", "size", "format", "verdict", "already_there", "problems", "sources", "origin"})
             self.assertEqual((self.directory / result["path"]).stat().st_size, result["size"])
         damaged = [result for result in results if result["verdict"] in ("damaged", "incomplete")]
         self.assertEqual([os.path.basename(source) for result in damaged for source in result["sources"]],

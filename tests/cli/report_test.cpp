@@ -76,10 +76,10 @@ TEST(Report, JsonIsOneArrayWithEveryMember) {
         streams.out.str(),
         R"([{"name": "a \"b\".png", "path": "in/a \"b\".png", "size": 7, "format": "UUE", )"
         R"("verdict": "incomplete", "already_there": false, "problems": [{"kind": "missing-end", "input": null, "at": 99, "text": "The end is missing"}, )"
-        R"({"kind": "quoted", "input": null, "at": 3, "text": "A line was odd"}], "sources": ["1.uue", "2.uue"]},)"
+        R"({"kind": "quoted", "input": null, "at": 3, "text": "A line was odd"}], "sources": ["1.uue", "2.uue"], "origin": null},)"
         "\n"
         R"( {"name": "c.txt", "path": null, "size": 7, "format": "UUE", "verdict": "whole", "already_there": false, "problems": [], )"
-        R"("sources": ["post.uue"]}])"
+        R"("sources": ["post.uue"], "origin": null}])"
         "\n");
 }
 

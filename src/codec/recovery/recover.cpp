@@ -113,6 +113,18 @@ std::vector<std::uint32_t> Recovery::inputs_of(const Attachment& attachment) con
     return out;
 }
 
+/// Looks in the plain text first, since a wrapping may be around the header too, and then in the user's file.
+Origin Recovery::origin_of(const Attachment& attachment) const {
+    if (attachment.body.empty()) return {};
+    const auto [begin, end, source, quote] = attachment.body.front();
+    const auto origin_at = [&](std::uint32_t text, std::uint64_t offset) {
+        return origins_.try_emplace(text, sources_.bytes()[text]).first->second.at(offset);
+    };
+    const Origin inner = origin_at(source, begin);
+    if (inner != Origin{}) return inner;
+    return origin_at(sources_.file_of(source), static_cast<std::uint64_t>(sources_.file_offset(source, begin)));
+}
+
 /// Revokes the verdict if an input has changed.
 void Recovery::note_changes(const Attachment& attachment, Outcome& outcome) const {
     for (const std::uint32_t input : inputs_of(attachment)) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "codec/attachment.h"
+#include "codec/mail/origin.h"
 #include "codec/recovery/decode.h"
 #include "codec/recovery/found_file.h"
 #include "codec/recovery/sources.h"
@@ -9,6 +10,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <optional>
 #include <span>
 #include <string>
@@ -27,8 +29,9 @@ struct Recovered {
     std::string path;  ///< empty if nothing was written
     Format format = Format::identity;
     Outcome outcome;
-    std::vector<std::string> sources;  ///< paths of the inputs that it was joined from
-    bool already_there = false;        ///< the file at `path` already had the same bytes: nothing was written
+    std::vector<std::string> sources;   ///< paths of the inputs that it was joined from
+    bool already_there = false;         ///< the file at `path` already had the same bytes: nothing was written
+    std::optional<Origin> origin = {};  ///< the mail that it was in, if asked for
 };
 
 /// Returns the path of an existing file with the same bytes as `written`; nullopt if there is none.
@@ -57,6 +60,9 @@ class Recovery {
     Result<Recovered> write(const Attachment& attachment, const std::string& path, files::OnCollision on_collision,
                             const OnProgress& progress = {}, const FindCopy& find_copy = {}) const;
 
+    /// Returns the mail that its first part is in; all fields are empty if no header is found.
+    Origin origin_of(const Attachment& attachment) const;
+
     /// Returns the inputs that contain a part of it, without duplicates, in the order of the parts.
     std::vector<std::uint32_t> inputs_of(const Attachment& attachment) const;
 
@@ -70,7 +76,8 @@ class Recovery {
     Sources sources_;
     std::vector<Attachment> attachments_;
     std::vector<Problem> problems_;
-    mutable files::LastNumbers last_numbers_;  ///< of the written files' names
+    mutable std::map<std::uint32_t, OriginFinder> origins_;  ///< by the number of the text
+    mutable files::LastNumbers last_numbers_;                ///< of the written files' names
 };
 
 }  // namespace quill::codec
