@@ -13,6 +13,7 @@
 #include <QShortcut>
 #include <QSplitter>
 #include <QStackedWidget>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -22,13 +23,13 @@ namespace {
 
 constexpr int twips_per_pixel = 15;
 
-/// The screens' places on the desktop, that of the main one first.
-std::vector<htx::ScreenArea> screens() {
+/// Returns the screens' places on the desktop, that of the main one first, less `title` pixels of height.
+std::vector<htx::ScreenArea> screens(int title) {
     std::vector<htx::ScreenArea> areas;
     const auto add = [&](const QScreen* screen) {
         const QRectF area = screen->availableGeometry();
         const auto twips = [](double pixels) { return static_cast<float>(pixels * twips_per_pixel); };
-        areas.push_back({twips(area.left()), twips(area.top()), twips(area.width()), twips(area.height())});
+        areas.push_back({twips(area.left()), twips(area.top()), twips(area.width()), twips(area.height() - title)});
     };
     add(QGuiApplication::primaryScreen());
     for (const QScreen* screen : QGuiApplication::screens()) {
@@ -218,12 +219,15 @@ QListWidget* BookView::bind_rows(controls::ListBox& list) {
     return widget;
 }
 
+void BookView::place() {
+    // The system adds the title bar later. It must not end up above the screen.
+    const int title = frame().style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    if (w_.wanted.width > 0) w_.fit_to(screens(title));
+    frame().setGeometry(w_.left / twips_per_pixel, w_.top / twips_per_pixel + title, w_.width / twips_per_pixel,
+                        w_.height / twips_per_pixel);
+}
+
 void BookView::on_shown() {
-    if (!std::exchange(placed_, true)) {
-        if (w_.wanted.width > 0) w_.fit_to(screens());
-        frame().move(w_.left / twips_per_pixel, w_.top / twips_per_pixel);
-        frame().resize(w_.width / twips_per_pixel, w_.height / twips_per_pixel);
-    }
     browser_->setFocus();
 }
 

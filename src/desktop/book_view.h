@@ -30,6 +30,7 @@ class BookView final : public View {
     ~BookView() override;
 
   protected:
+    void place() override;
     void on_shown() override;
 
   private:
@@ -45,7 +46,6 @@ class BookView final : public View {
     htx::Form7& w_;
     PlainBrowser* browser_ = nullptr;
     QStackedWidget* screens_ = nullptr;
-    bool placed_ = false;
 };
 
 }  // namespace quill::desktop

@@ -12,6 +12,7 @@
 #include <QScreen>
 
 #include <algorithm>
+#include <utility>
 
 namespace quill::desktop {
 namespace {
@@ -91,7 +92,7 @@ void View::sync_frame() {
 }
 
 void View::show_or_hide(bool visible) {
-    if (visible && !placed_) place();
+    if (visible && !std::exchange(placed_, true)) place();
     frame_->setVisible(visible);
     if (!visible) return;
     grow_to_content();
@@ -106,7 +107,6 @@ QSize View::told_size() const {
 }
 
 void View::place() {
-    placed_ = true;
     frame_->ensurePolished();
     const QSize wanted = best_size().expandedTo(frame_->sizeHint());
     const QRect screen = frame_->screen()->availableGeometry();

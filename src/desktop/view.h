@@ -140,7 +140,8 @@ class View {
     class CloseFilter;
 
     void sync_frame();
-    void place();
+    /// Gives the frame its first place and size, before it is shown.
+    virtual void place();
     /// Makes the window as tall as its texts need when wrapped to its width, if the screen has room for it.
     void grow_to_content();
     /// Gives a button its name, caption and state.

@@ -11,6 +11,7 @@
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QScrollBar>
+#include <QStyle>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTimer>
@@ -361,6 +362,27 @@ TEST_F(BookViewTest, PrintsThePage) {
     events.hand_in(w.prn.click);
     ASSERT_TRUE(directory.has("paper.pdf"));
     EXPECT_TRUE(directory.read("paper.pdf").starts_with("%PDF"));
+}
+
+TEST_F(BookViewTest, OpensInTheBooksWindowAndStaysWhereTheUserMovesIt) {
+    views.add<htx::Form7, desktop::BookView>();
+    auto& w = program.windows.load<htx::Form7>(program.context);
+    w.show_files({{"a.htm", directory.write("book/a.htm", "x")}});
+    w.wanted = {10500, 7500, 300, 450};
+    w.visible = true;
+    views.sync_all();
+    settle();
+    const int title = frame_of(w).style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    EXPECT_GE(title, 10);
+    EXPECT_EQ(frame_of(w).geometry(), QRect(30, 20 + title, 700, 500)) << "below its title bar";
+    frame_of(w).move(60, 50);
+    frame_of(w).resize(720, 520);
+    settle();
+    EXPECT_EQ(program.session.BookWidth, 10800);
+    EXPECT_EQ(program.session.BookTop, 750);
+    for (const bool visible : {false, true}) events.hand_in([&] { w.visible = visible; });
+    settle();
+    EXPECT_EQ(frame_of(w).size(), QSize(720, 520));
 }
 
 TEST_F(BookViewTest, EveryControlHasAnAccessibleName) {
