@@ -81,6 +81,7 @@ QVariant text_of(const std::string& path) {
 PlainBrowser::PlainBrowser(const htx::Form7& book)
     : book_(book), pictures_(book.context.platform.pictures()), usual_points_(font().pointSizeF()) {
     pictures_.arrived = [this](const auto& pictures) { show_pictures(pictures); };
+    set_paper();
     setOpenLinks(false);
     setUndoRedoEnabled(false);
     document()->setDocumentMargin(line_height());
@@ -96,6 +97,16 @@ PlainBrowser::PlainBrowser(const htx::Form7& book)
         if (clicked)
             clicked(page_, is_in_book ? text.substr(std::min(text.find_first_not_of('/'), text.size())) : text);
     });
+}
+
+/// Sets the colors that pages are written for, black on white, whatever those of the desktop are: many pages name only
+/// some of theirs.
+void PlainBrowser::set_paper() {
+    QPalette paper = palette();
+    paper.setColor(QPalette::Base, Qt::white);
+    paper.setColor(QPalette::Text, Qt::black);
+    setPalette(paper);
+    document()->setDefaultStyleSheet(QStringLiteral("a { color: #0000ee }"));
 }
 
 void PlainBrowser::navigate(const std::string& page, const std::string& fragment) {

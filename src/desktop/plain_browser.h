@@ -47,6 +47,7 @@ class PlainBrowser final : public QTextBrowser, public platform::Browser {
 
   private:
     std::string file_of(const QUrl& name) const;
+    void set_paper();
     int room() const;
     void ask_for(const QUrl& name, const std::string& path);
     void ask_again();

@@ -385,6 +385,21 @@ TEST_F(BookViewTest, OpensInTheBooksWindowAndStaysWhereTheUserMovesIt) {
     EXPECT_EQ(frame_of(w).size(), QSize(720, 520));
 }
 
+TEST_F(BookViewTest, PagesAreBlackOnWhiteOnADarkDesktop) {
+    const QPalette usual = QApplication::palette();
+    QPalette dark(QColor(40, 40, 40));
+    dark.setColor(QPalette::Link, QColor(120, 180, 255));
+    QApplication::setPalette(dark);
+    auto& w = open({{"a.htm", "<p>text <a href=a.htm>link</a></p>"}});
+    QApplication::setPalette(usual);
+    const QImage drawn = browser(w)->viewport()->grab().toImage();
+    EXPECT_EQ(drawn.pixelColor(drawn.width() - 5, drawn.height() - 5), QColor(Qt::white));
+    EXPECT_EQ(browser(w)->palette().color(QPalette::Text), QColor(Qt::black));
+    QTextCursor cursor(browser(w)->document());
+    cursor.setPosition(7);
+    EXPECT_EQ(cursor.charFormat().foreground().color(), QColor(0, 0, 0xEE));
+}
+
 TEST_F(BookViewTest, EveryControlHasAnAccessibleName) {
     auto& w = open({{"a.htm", "x"}});
     visit_controls(w, [&](const std::string& name, const char*, auto&) {
