@@ -212,6 +212,7 @@ QListWidget* BookView::bind_rows(controls::ListBox& list) {
         revision.update(list.revision(), [&](std::uint64_t) {
             widget->clear();
             for (const std::string& item : list.items()) widget->addItem(shown_name(item));
+            selected = {};
         });
         selected.update(list.selected.value_or(0),
                         [&](std::size_t row) { widget->setCurrentRow(static_cast<int>(row)); });

@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QEventLoop>
 #include <QImage>
+#include <QListWidget>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QScrollBar>
@@ -335,6 +336,16 @@ TEST_F(BookViewTest, PicturesOfOneNameInTwoDirectoriesAreKeptApart) {
         pictures.answer_all();
         settle();
         EXPECT_EQ(shows_red(frame_of(w)), second);
+    }
+}
+
+TEST_F(BookViewTest, MarksTheFirstHitOfEachSearch) {
+    auto& w = open({{"a.htm", "<p>one two</p>"}});
+    auto* rows = widget<QListWidget>(w, "hits");
+    for (const char* text : {"one", "two"}) {
+        program.platform.expect_input("Find in all pages", text);
+        events.hand_in(w.fnb.click);
+        EXPECT_EQ(rows->currentRow(), 0) << text;
     }
 }
 
