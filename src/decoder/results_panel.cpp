@@ -80,6 +80,34 @@ bool wants_harmful(shell::Context& context, const std::string& path) {
                                  .question_mark = true});
 }
 
+/// Reports that no program opens the file at `path`, and lets the user choose one.
+void offer_programs(shell::Context& context, const std::string& path) {
+    constexpr std::size_t choose_one = 0;
+    const std::size_t answer = context.platform.choose(
+        {.text = "No program on this computer is set up to open files like " + files::name_of(path) + ".",
+         .answers = {"&Choose a program...", "Cancel"},
+         .escape_answer = 1});
+    if (answer != choose_one) return;
+    const std::string program = context.platform.choose_file(
+        {.title = "The program that opens " + files::name_of(path), .directory = "/usr/bin"});
+    if (program.empty() || context.platform.opener().start(program, {path}, files::dir_of(path))) return;
+    context.platform.warn(files::name_of(program) + " could not be started.");
+}
+
+/// Moves the file at `path` to the trash, or deletes it if the user agrees where there is no trash. Returns false if
+/// it is still in its place.
+bool erase(shell::Context& context, const std::string& path) {
+    if (!files::exists(path) || context.platform.opener().move_to_trash(path)) return true;
+    const bool yes = context.platform.ask(
+        {.text = "    " + files::name_of(path) + " can't be moved to the trash. Do you want to delete it for good?",
+         .no_is_default = true,
+         .question_mark = false});
+    if (!yes) return false;
+    if (files::remove_file(path)) return true;
+    context.platform.warn(files::name_of(path) + " could not be deleted.");
+    return false;
+}
+
 /// Renames the file within its directory; returns the reason if that is impossible.
 Status rename_there(const std::string& path, const std::string& name) {
     if (name.find('/') != std::string::npos) {
@@ -116,12 +144,16 @@ void open_result(shell::Context& context) {
     }
     if (result_row(w, row).scan == shell::ScanAnswer::found && !wants_harmful(context, path)) return;
     if (!may_open(context, path)) return;
+    if (context.platform.opener().is_program(path)) {
+        context.platform.opener().open_with_default(path);  // refuses, in one box
+        return;
+    }
     context.platform.message(
         " This program will now attempt to load this file into the default program on your computer for this type of "
         "file. If it does not load into a program, you may not have the right program for viewing this type of file or "
         "may need to rename the file to view it correctly.");
     add_missing_ending(w, row, path);
-    context.platform.opener().open_with_default(path);
+    if (!context.platform.opener().open_with_default(path)) offer_programs(context, path);
 }
 
 void show_result_pictures(shell::Context& context) {
@@ -157,11 +189,12 @@ void erase_result(shell::Context& context) {
         return;
     }
     const std::size_t row = *w.List3.selected;
-    const bool yes = context.platform.ask({.text = "    Are you sure you wish to delete the file called " + name + "?",
-                                           .no_is_default = true,
-                                           .question_mark = true});
+    const bool yes = context.platform.ask(
+        {.text = "    Are you sure you wish to delete the file called " + name + "? It is moved to the trash.",
+         .no_is_default = true,
+         .question_mark = true});
     if (!yes) return;
-    files::remove_file(result_path(w, row));
+    if (!erase(context, result_path(w, row))) return;
     remove_result(w, row);
     if (w.List3.count() == 0) w.Command5.enabled = w.Command7.enabled = w.Command8.enabled = false;
 }

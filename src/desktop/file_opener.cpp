@@ -32,12 +32,6 @@ constexpr std::array program_types = {"application/x-executable",
                                       "application/x-iso9660-appimage",
                                       "application/vnd.flatpak.ref"};
 
-bool is_program(const std::string& path) {
-    const QMimeType type = QMimeDatabase().mimeTypeForFile(QFile::decodeName(QByteArray::fromStdString(path)));
-    return std::any_of(program_types.begin(), program_types.end(),
-                       [&](const char* program) { return type.inherits(QLatin1String(program)); });
-}
-
 }  // namespace
 
 bool FileOpener::open_with_default(const std::string& path) {
@@ -54,6 +48,12 @@ bool FileOpener::open_with_default(const std::string& path) {
         return false;
     }
     return QDesktopServices::openUrl(file_url(file));
+}
+
+bool FileOpener::is_program(const std::string& path) {
+    const QMimeType type = QMimeDatabase().mimeTypeForFile(QFile::decodeName(QByteArray::fromStdString(path)));
+    return std::any_of(program_types.begin(), program_types.end(),
+                       [&](const char* program) { return type.inherits(QLatin1String(program)); });
 }
 
 bool FileOpener::start(const std::string& program, const std::vector<std::string>& arguments,

@@ -12,6 +12,7 @@ class FileOpener final : public platform::Opener {
   public:
     /// Never a program: refuses a file that the desktop would run and informs the user through `say`.
     bool open_with_default(const std::string& path) override;
+    bool is_program(const std::string& path) override;
     bool start(const std::string& program, const std::vector<std::string>& arguments,
                const std::string& directory) override;
     bool edit_text(const std::string& path) override;

@@ -1,6 +1,10 @@
 #include "desktop/results_model.h"
 
 #include "desktop/shown_text.h"
+#include "files/directory.h"
+
+#include <QMimeData>
+#include <QUrl>
 
 #include <algorithm>
 #include <array>
@@ -148,6 +152,23 @@ QVariant ResultsModel::decoration(std::size_t row, int column) const {
     if (column == name_column) return signs_.of_type(shown(known.details.icon), shown_name(known.result.name));
     if (known.details.doubtful) return signs_.of_verdict(codec::Verdict::damaged);
     return known.result.verdict ? signs_.of_verdict(*known.result.verdict) : QVariant();
+}
+
+Qt::ItemFlags ResultsModel::flags(const QModelIndex& index) const {
+    return QAbstractTableModel::flags(index) | (index.isValid() ? Qt::ItemIsDragEnabled : Qt::NoItemFlags);
+}
+
+QMimeData* ResultsModel::mimeData(const QModelIndexList& indexes) const {
+    QList<QUrl> urls;
+    for (const QModelIndex& index : indexes) {
+        if (index.column() != name_column) continue;
+        const std::string path = decoder::result_path(window_, list_row(index.row()));
+        if (files::exists(path)) urls.push_back(file_url(path));
+    }
+    if (urls.isEmpty()) return nullptr;
+    auto* data = new QMimeData;
+    data->setUrls(urls);
+    return data;
 }
 
 QVariant ResultsModel::data(const QModelIndex& index, int role) const {

@@ -40,6 +40,9 @@ class ResultsModel final : public QAbstractTableModel {
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+    /// Returns the addresses of the files in the rows, for a drag to another program.
+    QMimeData* mimeData(const QModelIndexList& indexes) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 

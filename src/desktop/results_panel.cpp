@@ -73,6 +73,8 @@ void style_list(QTreeView* list) {
     list->setAllColumnsShowFocus(true);
     list->setAlternatingRowColors(true);
     list->setSelectionBehavior(QTreeView::SelectRows);
+    list->setDragDropMode(QTreeView::DragOnly);
+    list->setDefaultDropAction(Qt::CopyAction);
     list->setTextElideMode(Qt::ElideMiddle);
     const int line = list->fontMetrics().height();
     list->setIconSize(QSize(line, line) * 3 / 2);

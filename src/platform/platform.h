@@ -94,6 +94,8 @@ class Opener {
     virtual ~Opener() = default;
     /// Opens `path` with the desktop's default program for its type. Returns false if none could be started.
     virtual bool open_with_default(const std::string& path) = 0;
+    /// Returns true if the desktop would run `path` instead of showing it: open_with_default refuses it and says so.
+    virtual bool is_program(const std::string& path) = 0;
     /// Starts `program` with `arguments`, in `directory` (empty: the current one). Returns false if it can't be
     /// started. A bare name is searched for beside the running program first, then on the search path.
     virtual bool start(const std::string& program, const std::vector<std::string>& arguments,

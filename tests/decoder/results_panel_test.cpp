@@ -260,6 +260,41 @@ TEST_F(ResultsPanel, EraseAsksFirstAndTheLastOneDisablesWhatNeedsAFile) {
     EXPECT_TRUE(w.Command4.enabled && w.Command6.enabled);
 }
 
+TEST_F(ResultsPanel, ErasedFileGoesToTheTrashAndIsDeletedOnlyWithConsent) {
+    found("a", "1");
+    program_.platform.expect_question("moved to the trash", true);
+    click(program_.main_window.Command7);
+    EXPECT_THAT(program_.platform.trashed, ElementsAre(directory_.path("a")));
+
+    found("b", "2");
+    program_.platform.trash_works = false;
+    program_.platform.expect_question("the file called b?", true);
+    program_.platform.expect_question("delete it for good?", false);
+    click(program_.main_window.Command7);
+    EXPECT_THAT(list().items(), ElementsAre("b"));
+    EXPECT_THAT(directory_.names(), ElementsAre("b"));
+    program_.platform.expect_question("the file called b?", true);
+    program_.platform.expect_question("delete it for good?", true);
+    click(program_.main_window.Command7);
+    EXPECT_THAT(directory_.names(), IsEmpty());
+}
+
+TEST_F(ResultsPanel, FileThatNoProgramOpensIsGivenToAChosenOneAndAProgramIsRefusedInOneBox) {
+    found("a.xyz", "1");
+    program_.platform.opening_works = false;
+    program_.platform.expect_message(will_load);
+    program_.platform.expect_choice("No program on this computer", "&Choose a program...");
+    program_.platform.expect_file_request("a.xyz", "/usr/bin/viewer");
+    double_click();
+    ASSERT_EQ(program_.platform.started.size(), 1U);
+    EXPECT_EQ(program_.platform.started[0].program, "/usr/bin/viewer");
+    EXPECT_THAT(program_.platform.started[0].arguments, ElementsAre(directory_.path("a.xyz")));
+
+    program_.platform.runnable = {directory_.path("a.xyz")};
+    double_click();  // the desktop's own refusal is the only box
+    EXPECT_EQ(program_.platform.started.size(), 1U);
+}
+
 TEST_F(ResultsPanel, TheVirusCheckIsOfTheSelectedFileAndThatOfTheMainWindowOfTheInput) {
     std::string scanned;
     program_.routes.choose_scanner = [&](const std::string& path) { scanned = path; };

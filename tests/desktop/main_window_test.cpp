@@ -1,4 +1,5 @@
 #include "desktop/main_window_view.h"
+#include "desktop/shown_text.h"
 #include "desktop/view_fixture.h"
 #include "shell/main_workflow.h"
 #include "support/temporary_directory.h"
@@ -117,6 +118,18 @@ TEST_F(MainWindow, FilesOfTheLatestRunComeFirstUnderTheirMessage) {
     w.Results.erase(w.Results.begin());
     views.sync_all();
     EXPECT_TRUE(list->isColumnHidden(3)) << "one message needs no column";
+}
+
+TEST_F(MainWindow, ResultIsDraggedOutAsItsFileUnlessItIsGone) {
+    const TemporaryDirectory here;
+    here.write("a b.txt", "hello");
+    w.Results = {{here.path(), {}}, {here.path(), {}}};
+    show_results({"a b.txt", "gone.txt"});
+    const QAbstractItemModel* model = list->model();
+    const std::unique_ptr<QMimeData> data(model->mimeData({model->index(0, 0), model->index(0, 1)}));
+    ASSERT_TRUE(data);
+    EXPECT_EQ(data->urls(), QList<QUrl>{desktop::file_url(here.path("a b.txt"))});
+    EXPECT_FALSE(model->mimeData({model->index(1, 0)}));
 }
 
 TEST_F(MainWindow, LongListOfResultsReadsOnlyRowsInSightAndSharesTheirIcons) {

@@ -10,6 +10,7 @@
 #include <map>
 #include <optional>
 #include <random>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -77,6 +78,7 @@ class ScriptedPlatform final : public platform::Platform,
     int width_of_screen = 1920 * 15;
     int height_of_screen = 1080 * 15;
     bool opening_works = true;
+    std::set<std::string> runnable;  ///< files that the desktop would run
     bool starting_works = true;
     bool editing_works = true;
     bool trash_works = true;
@@ -121,6 +123,7 @@ class ScriptedPlatform final : public platform::Platform,
     std::string choose_file(const platform::FileRequest& request) override;
     std::optional<controls::Colour> choose_colour(const controls::Colour& current) override;
     bool open_with_default(const std::string& path) override;
+    bool is_program(const std::string& path) override { return runnable.contains(path); }
     bool start(const std::string& program, const std::vector<std::string>& arguments,
                const std::string& directory) override;
     bool edit_text(const std::string& path) override;
