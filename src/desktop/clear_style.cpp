@@ -42,10 +42,31 @@ QColor mixed(const QColor& a, const QColor& b, double part_of_b) {
     return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
 }
 
+/// Makes the texts of controls that are off faint, but still readable.
+void fade_disabled_texts(QPalette& palette) {
+    struct Pair {
+        QPalette::ColorRole text, ground;
+    };
+    constexpr double step = 0.05, faintest = 0.5;
+    for (const Pair& pair : {Pair{QPalette::WindowText, QPalette::Window}, Pair{QPalette::Text, QPalette::Base},
+                             Pair{QPalette::ButtonText, QPalette::Button}}) {
+        const QColor text = palette.color(QPalette::Active, pair.text);
+        const QColor ground = palette.color(QPalette::Active, pair.ground);
+        const QColor window = palette.color(QPalette::Active, QPalette::Window);
+        double faint = faintest;
+        while (faint > 0 && std::min(contrast(mixed(text, ground, faint), ground),
+                                     contrast(mixed(text, ground, faint), window)) < readable) {
+            faint -= step;
+        }
+        palette.setColor(QPalette::Disabled, pair.text, mixed(text, ground, std::max(faint, 0.0)));
+    }
+}
+
 }  // namespace
 
 void ClearStyle::polish(QPalette& palette) {
     QProxyStyle::polish(palette);
+    fade_disabled_texts(palette);
     const QColor base = palette.base().color(), text = palette.text().color();
     if (contrast(palette.alternateBase().color(), text) < readable) {
         palette.setColor(QPalette::AlternateBase, mixed(base, text, 0.06));
