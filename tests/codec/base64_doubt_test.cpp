@@ -152,6 +152,7 @@ TEST(Base64Doubt, RowsWithoutAHeaderThatFollowPiecesOfOthersLackTheirBeginning) 
         {rows[0].substr(0, 40) + "\xE2\x82\xAC\xE2\x82\xAC" + rows[0].substr(40) + "\n", false},
         {rows[0] + "\n\n-- \nSent by phone\n\n", false},
         {rows[0] + "\n" + rows.back() + "\n\nAnd another:\n\n", true},
+        {rows[0] + "\n\nFrom a@b.example Tue Mar  3 10:20:30 1998\nSubject: y\n\n", true},
     };
     for (const auto& row : table) {
         const auto files = scan_and_decode("Subject: x\n\n" + row.before + others);

@@ -2,6 +2,7 @@
 #include "codec/base64/sixbit.h"
 #include "codec/hex.h"
 #include "codec/mail/message_separator.h"
+#include "codec/mail/mime_header.h"
 #include "codec/recovery/content_name.h"
 #include "codec/recovery/part_signs.h"
 #include "text/ascii.h"
@@ -175,7 +176,8 @@ bool may_be_row(std::string_view line, std::size_t width) {
 }
 
 /// Returns true if the text before `at` may belong to the same Base64 text: the line before it, or one of the same
-/// width in front of a few lines of other text. Where the rows are double-spaced, an empty line is between.
+/// width in front of a few lines of other text, but not the header of another mail. Where the rows are double-spaced,
+/// an empty line is between.
 bool follows_row(const LineCursor& cursor, Position at, std::size_t width, bool spaced) {
     const Segment& segment = cursor.segment(at);
     for (unsigned lines = 0; lines < lines_to_resume; ++lines) {
@@ -188,6 +190,7 @@ bool follows_row(const LineCursor& cursor, Position at, std::size_t width, bool 
         if (lines == 0 && !(spaced && row.empty()) && may_be_row(row, width)) return true;
         if (lines == 1 && spaced && may_be_row(row, width)) return true;
         if (is_base64_line(row) && !is_word(row)) return row.size() == width && !is_hex(row);
+        if (!field_name(row).empty()) return false;
         end.offset -= row.size();
         at = end;
     }
