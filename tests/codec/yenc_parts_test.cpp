@@ -1,4 +1,5 @@
 #include "codec/recovery/recover.h"
+#include "codec/scanned.h"
 #include "codec/writing/encode.h"
 #include "files/directory.h"
 #include "support/temporary_directory.h"
@@ -183,6 +184,15 @@ TEST_F(YencParts, APartsOwnCrcMayStandWhereTheFilesBelongs) {
     for (std::size_t number = 1; number <= 4; ++number) change(number, " pcrc32=", " crc32=");
     change(5, " crc32=", " xcrc32=");
     EXPECT_EQ(decoded({1, 2, 3, 4, 5}).verdict, Verdict::verified);
+}
+
+TEST(YencScan, ATrailerWithoutItsPostIsReported) {
+    const auto files =
+        tests::scan_and_decode("Subject: x\n\nA line of the post\n=yend size=419 part=2 pcrc32=c055019b\n");
+    ASSERT_EQ(files.size(), 1U);
+    EXPECT_TRUE(files[0].has_problem("missing-begin"));
+    EXPECT_EQ(files[0].outcome.verdict, Verdict::incomplete);
+    EXPECT_TRUE(tests::scan_and_decode("Subject: x\n\nThe last line is\n=yend size=123\n").empty());
 }
 
 /// Posts of `part`s of one byte with wrong or missing statements.

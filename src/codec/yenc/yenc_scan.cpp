@@ -75,15 +75,30 @@ std::string name_in(std::string_view subject) {
     return std::string(text::trim(subject));
 }
 
+/// Adds the trailer of a post whose first line is lost, so that the loss shows. Text about yEnc rarely states a size
+/// and a CRC.
+bool open_trailer(TextScan& scan, const Line& line) {
+    const std::optional<yenc::EndLine> end = yenc::parse_end(line.text);
+    if (!end || !end->size || !(end->pcrc32 || end->crc32)) return false;
+    FoundFile file;
+    file.attachment.format = Format::yenc;
+    file.attachment.body = scan.cursor.ranges(line.begin, line.next);
+    file.attachment.name = name_in(scan.label.file);
+    file.attachment.problems.push_back({ProblemKind::missing_begin, line.begin.offset});
+    file.label = std::exchange(scan.label, {});
+    scan.add(std::move(file));
+    return true;
+}
+
 }  // namespace
 
 bool sniff_yenc(std::string_view line) {
-    return line.starts_with("=ybegin");
+    return line.starts_with("=ybegin") || line.starts_with("=yend");
 }
 
 bool open_yenc(TextScan& scan, const Line& line) {
     const std::optional<yenc::BeginLine> begin = yenc::parse_begin(line.text);
-    if (!begin) return false;
+    if (!begin) return open_trailer(scan, line);
     const Position end = find_end(scan, line);
     scan.cursor.seek(end);
     FoundFile file;
