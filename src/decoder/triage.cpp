@@ -86,6 +86,16 @@ bool are_headerless(const FirstLines& lines) {
            (first == rest || first == rest + 1);
 }
 
+/// Returns true if the lines are full rows of UUE: the decoder knows them without a header, and a Base64 header above
+/// them would be wrong.
+bool are_uu_rows(const FirstLines& lines) {
+    constexpr std::size_t full_row = 61;
+    return std::all_of(lines.begin(), lines.end(), [](std::string_view line) {
+        return line.size() == full_row && line.front() == 'M' &&
+               std::all_of(line.begin(), line.end(), [](char c) { return c >= ' ' && c <= '`'; });
+    });
+}
+
 bool any_ends_in_tag(const FirstLines& lines) {
     return std::any_of(lines.begin(), lines.begin() + 3, [](std::string_view line) { return line.ends_with("<BR>"); });
 }
@@ -119,7 +129,7 @@ bool pass_triage(shell::Context& context, std::string& path) {
         return false;
     }
     const FirstLines lines = first_lines(*file);
-    if (are_headerless(lines)) {
+    if (are_headerless(lines) && !are_uu_rows(lines)) {
         int length = static_cast<int>(std::min<std::size_t>(lines[0].size(), INT_MAX));
         nohead(context, length);
         if (session.NamingTaken || context.windows.load<shell::swit>().stop_wanted) return false;

@@ -178,6 +178,16 @@ TEST_F(Triage, AHeaderlessFileWithATellingNameGoesOnAsItsHeaderedCopy) {
     EXPECT_EQ(w.List3.items(), Names{"hello (2).txt"}) << "the copy itself is no result";
 }
 
+TEST_F(Triage, RowsOfUueWithoutABeginLineAreNotTakenForBase64) {
+    const std::string row = "M" + repeated("86)C", 15) + "\r\n";
+    dir.write("rows.txt", repeated(row, 6) + "`\r\nend\r\n");
+    EXPECT_FALSE(decode("rows.txt"));
+    ASSERT_EQ(w.List3.count(), 1U);
+    EXPECT_EQ(dir.read(w.List3.items().front()), repeated("abc", 90));
+    EXPECT_NE(w.Results.front().outcome->verdict, codec::Verdict::whole);
+    EXPECT_FALSE(files::exists(dir.path("1rows.txt")));
+}
+
 TEST_F(Triage, TheNamingWindowOfAnEarlierRunEndsNoLaterOne) {
     dir.write("mystery", lines_of({76, 76, 76, 76}));
     decode("mystery");
