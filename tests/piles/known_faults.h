@@ -14,13 +14,9 @@ struct KnownPileFault {
 };
 
 constexpr std::array known_pile_fault_table = {
-    KnownPileFault{"FALSE base64", 31},      KnownPileFault{"FALSE begin-base64", 1},
-    KnownPileFault{"FALSE mime", 16},        KnownPileFault{"FALSE partial", 11},
-    KnownPileFault{"FALSE uu-30", 1},        KnownPileFault{"FALSE uu-stripped", 5},
-    KnownPileFault{"FALSE xx-30", 3},        KnownPileFault{"law doubled", 15},
-    KnownPileFault{"law missing base64", 4}, KnownPileFault{"law order", 1},
-    KnownPileFault{"silent partial", 2},     KnownPileFault{"silent yenc", 2},
-    KnownPileFault{"silent yenc-pcrc", 1},
+    KnownPileFault{"FALSE mime", 11},  KnownPileFault{"FALSE partial", 11},   KnownPileFault{"FALSE uu-stripped", 5},
+    KnownPileFault{"law doubled", 15}, KnownPileFault{"law order", 2},        KnownPileFault{"silent partial", 2},
+    KnownPileFault{"silent yenc", 2},  KnownPileFault{"silent yenc-pcrc", 1},
 };
 
 constexpr std::size_t known_pile_faults(std::string_view class_name) {
@@ -30,6 +26,6 @@ constexpr std::size_t known_pile_faults(std::string_view class_name) {
     return row == known_pile_fault_table.end() ? 0 : row->count;
 }
 
-constexpr std::size_t least_right = 1282;  ///< series that are exact or rightly called incomplete
+constexpr std::size_t least_right = 1508;  ///< series that are exact or rightly called incomplete
 
 }  // namespace quill::tests

@@ -2,6 +2,7 @@
 
 #include "codec/mail/nested_message.h"
 #include "codec/recovery/decode.h"
+#include "codec/recovery/part_label.h"
 #include "codec/scan/scanner.h"
 #include "codec/tnef/tnef.h"
 
@@ -85,7 +86,8 @@ Found FindRun::scan_text(std::uint32_t source) {
         text.release_before(offset);
         return goes_on(static_cast<std::uint64_t>(sources_.file_offset(source, offset)));
     });
-    Found found = scan(cursor, texts_, most_files - std::min(found_.files.size(), most_files));
+    const std::uint32_t part_number = part_of_path(sources_.paths()[sources_.file_of(source)]);
+    Found found = scan(cursor, texts_, most_files - std::min(found_.files.size(), most_files), part_number);
     text.release_before(text.bytes().size());
     name_source(found, source);
     return found;

@@ -109,10 +109,26 @@ void mark_series(std::vector<Candidate>& series, std::span<const std::string_vie
     }
 }
 
+/// Marks rows of Base64 without any description as the part that the name of their input states.
+void number_bare_rows(std::span<FoundFile> files, std::span<const std::string> paths) {
+    for (FoundFile& file : files) {
+        const Attachment& attachment = file.attachment;
+        const bool described = !attachment.content_type.empty() || !attachment.name.empty() || file.label.number > 0;
+        if (attachment.format != Format::base64 || described || attachment.body.empty()) continue;
+        const std::uint32_t source = attachment.body.front().source;
+        const PartLabel label = source < paths.size() ? label_of_path(paths[source]) : PartLabel{};
+        if (label.total < 2) continue;
+        file.label = label;
+        file.has_begin = file.has_begin && label.number == 1;
+        file.has_end = label.number == label.total;
+    }
+}
+
 }  // namespace
 
 void mark_mime_pieces(std::span<FoundFile> files, std::span<const std::string_view> inputs,
                       std::span<const std::string> paths) {
+    number_bare_rows(files, paths);
     std::map<std::string, std::vector<FoundFile*>> by_name;
     for (FoundFile& file : files) {
         if (is_candidate(file)) by_name[text::to_lower(file.attachment.name)].push_back(&file);

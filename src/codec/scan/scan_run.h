@@ -7,16 +7,18 @@
 #include "codec/scan/text_scan.h"
 
 #include <cstddef>
+#include <cstdint>
+#include <string_view>
 
 namespace quill::codec {
 
 /// One pass over a text: the open parts of messages, and the files found so far.
 class Scanner {
   public:
-    Scanner(LineCursor& cursor, Texts texts, std::size_t room)
-        : cursor_(cursor),
-          is_stop_([this](const Line& line) { return is_stop(line); }),
-          text_{cursor, is_stop_, found_, texts, room} {}
+    Scanner(LineCursor& cursor, Texts texts, std::size_t room, std::uint32_t part_number)
+        : cursor_(cursor), is_stop_([this](const Line& line) { return is_stop(line); }), text_{cursor, is_stop_,
+                                                                                               found_, texts,
+                                                                                               room,   part_number} {}
 
     Found run();
 
@@ -34,6 +36,7 @@ class Scanner {
     bool take_next_piece(const Line& line);
     bool take_message(const Line& line);
     bool take_embedded_header(const Line& line);
+    void take_label(std::string_view line);
     void take_text(const Line& line);
     void follow_data(const Line& line);
 

@@ -172,17 +172,23 @@ bool Scanner::take_embedded_header(const Line& line) {
     return true;
 }
 
+/// Takes the label that `line` states. A subject without one that names something else ends the label before it.
+void Scanner::take_label(std::string_view line) {
+    constexpr std::string_view subject = "subject:";
+    auto label = read_part_label(line);
+    if (!label && text::starts_with_ignoring_case(line, subject)) {
+        const std::string_view name = text::trim(line.substr(subject.size()));
+        const std::string& file = text_.label.file;
+        label = label_of_subject(name);
+        if (!label && name.find(file) == name.npos && file.find(name) == file.npos) label = PartLabel{};
+    }
+    if (label && label->number > 0 && label->file.empty()) label->file = text_.label.file;
+    if (label) text_.label = std::move(*label);
+}
+
 void Scanner::take_text(const Line& line) {
     if (line.text.empty() || take_message(line) || take_embedded_header(line)) return;
-    constexpr std::string_view subject = "subject:";
-    auto label = read_part_label(line.text);
-    if (!label && text::starts_with_ignoring_case(line.text, subject)) {
-        label = label_of_subject(text::trim(line.text.substr(subject.size())));
-    }
-    if (label) {
-        if (label->file.empty()) label->file = text_.label.file;
-        text_.label = std::move(*label);
-    }
+    take_label(line.text);
     for (const TextFormat& format : text_formats()) {
         if (format.sniff(line.text) && format.open(text_, line)) return;
     }
@@ -236,8 +242,8 @@ Found Scanner::run() {
     return std::move(found_);
 }
 
-Found scan(LineCursor& cursor, Texts texts, std::size_t room) {
-    return Scanner(cursor, texts, room).run();
+Found scan(LineCursor& cursor, Texts texts, std::size_t room, std::uint32_t part_number) {
+    return Scanner(cursor, texts, room, part_number).run();
 }
 
 }  // namespace quill::codec

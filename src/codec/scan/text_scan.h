@@ -21,6 +21,7 @@ struct TextScan {
     Found& found;
     Texts texts = Texts::kept;
     std::size_t room = most_files;  ///< for files
+    std::uint32_t part_number = 0;  ///< that the input's name states
     PartLabel label = {};           ///< the last label in the text about its part
     bool in_armor = false;          ///< within "-----BEGIN ...": Base64 that is not a file
     bool in_message = false;        ///< a header described this text
@@ -28,6 +29,9 @@ struct TextScan {
     std::size_t tentative = 0;      ///< pieces among the files that count only if something asks for them
     std::uint32_t order = 0;
     bool full = false;  ///< a file was left out
+
+    /// Returns true if the label, or else the input's name, announces a later part.
+    bool announces_later_part() const { return (label.number > 0 ? label.number : part_number) > 1; }
 
     /// Adds a file at the end, or at the place `at_order` reserved for it; not if there are too many, or if it is a
     /// text to be left out.

@@ -231,15 +231,21 @@ void read_trailer(const TextScan& scan, Position at, Attachment& attachment) {
     }
 }
 
+/// Returns true if `text` is a full line that lacks at most the blanks of its last group.
+bool is_nearly_full(const uu::DataLine& data, std::string_view text) {
+    return data.bytes == uu::full_line && text.size() + 2 >= data.expected;
+}
+
 /// Returns true if full lines of data begin at `line`: it is one, and another line of data follows. In a later part
-/// that the text announces, full lines may have any length.
+/// that the text or the input's name announces, full lines may have any length.
 bool is_run_of_lines(const TextScan& scan, const Line& line, uu::Alphabet alphabet) {
     const uu::DataLine first = uu::judge(alphabet, line.text);
     Line second;
-    const bool full = first.bytes == uu::full_line || (scan.label.number > 1 && first.fit == uu::Fit::exact);
+    const bool full = first.bytes == uu::full_line || (scan.announces_later_part() && first.fit == uu::Fit::exact);
     if (!first.clean || first.bytes == 0 || !full || !peek_text(scan, line.next, 3, second)) return false;
     const uu::DataLine data = uu::judge(alphabet, second.text);
-    return data.clean && (data.fit == uu::Fit::exact || data.fit == uu::Fit::extra) && data.bytes > 0;
+    const bool fits = data.fit == uu::Fit::exact || data.fit == uu::Fit::extra || is_nearly_full(data, second.text);
+    return data.clean && fits && data.bytes > 0;
 }
 
 /// Returns true if `line` is all the data of a file's last part, or of a later part that the text announces: an exact
@@ -248,7 +254,7 @@ bool is_lone_line(const TextScan& scan, const Line& line, uu::Alphabet alphabet)
     const uu::DataLine data = uu::judge(alphabet, line.text);
     if (!data.clean || data.fit != uu::Fit::exact || data.bytes == 0) return false;
     Line next;
-    if (!peek_text(scan, line.next, 3, next)) return scan.label.number > 1;
+    if (!peek_text(scan, line.next, 3, next)) return scan.announces_later_part();
     const uu::DataLine last = uu::judge(alphabet, next.text);
     if (last.fit != uu::Fit::none && last.bytes == 0 && !peek_text(scan, next.next, 3, next)) return false;
     return next.text == "end";
