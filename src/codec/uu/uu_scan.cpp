@@ -231,9 +231,11 @@ void read_trailer(const TextScan& scan, Position at, Attachment& attachment) {
     }
 }
 
-/// Returns true if `text` is a full line that lacks at most the blanks of its last group.
+constexpr std::size_t most_lost_blanks = 3;  ///< at the end of a full line without a label
+
+/// Returns true if `text` is a full line that lacks at most a few blanks at its end.
 bool is_nearly_full(const uu::DataLine& data, std::string_view text) {
-    return data.bytes == uu::full_line && text.size() + 2 >= data.expected;
+    return data.bytes == uu::full_line && text.size() + most_lost_blanks > data.expected;
 }
 
 /// Returns true if full lines of data begin at `line`: it is one, and another line of data follows. In a later part
@@ -348,7 +350,10 @@ bool sniff_bare_uu(std::string_view line) {
         const int bytes = line.empty() ? 0 : uu::value_of(alphabet, line.front());
         if (bytes <= 0) return false;
         const std::size_t size = 1 + uu::characters_for(static_cast<std::size_t>(bytes));
-        return line.size() == size || (line.size() == size + 1 && static_cast<std::size_t>(bytes) == uu::full_line);
+        if (line.size() == size) return true;
+        const bool may_have_lost_blanks = alphabet == uu::Alphabet::uu && line.size() + most_lost_blanks >= size;
+        return static_cast<std::size_t>(bytes) == uu::full_line &&
+               (line.size() == size + 1 || (line.size() < size && may_have_lost_blanks));
     };
     return fits(uu::Alphabet::uu) || fits(uu::Alphabet::xx);
 }
