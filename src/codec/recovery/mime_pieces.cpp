@@ -15,6 +15,7 @@ namespace {
 constexpr std::size_t shortest_full_row = 60;  // characters, as encoders write them
 constexpr std::size_t longest_row = 1024;
 constexpr std::size_t first_characters = 64;
+constexpr unsigned most_lines_after = 8;  ///< of other text, after the rows
 
 /// A part that may be a piece.
 struct Candidate {
@@ -37,13 +38,24 @@ std::string_view body_of(const FoundFile& file, std::span<const std::string_view
     return inputs[range.source].substr(range.begin, range.end - range.begin);
 }
 
+/// Returns the last row of Base64 in `body`, without a few lines of other text after it, such as a rule.
+std::string_view last_row_of(std::string_view body) {
+    body.remove_prefix(body.size() - std::min(body.size(), longest_row));
+    std::string_view last;
+    for (unsigned lines = 0; lines < most_lines_after; ++lines) {
+        body = body.substr(0, body.find_last_not_of(" \t\r\n") + 1);
+        last = body.substr(body.find_last_of("\r\n") + 1);
+        if (last.empty() || (last.front() != '=' && is_base64_line(last))) break;
+        body.remove_suffix(last.size());
+    }
+    return last;
+}
+
 Candidate examine(FoundFile& file, std::span<const std::string_view> inputs) {
     std::string_view body = body_of(file, inputs);
     body.remove_prefix(std::min(body.find_first_not_of(" \t\r\n"), body.size()));
     const std::string_view first = text::trim(body.substr(0, std::min(body.find_first_of("\r\n"), longest_row)));
-    std::string_view last = body.substr(body.size() - std::min(body.size(), longest_row));
-    last = last.substr(0, last.find_last_not_of(" \t\r\n") + 1);
-    last.remove_prefix(last.find_last_of("\r\n") + 1);
+    const std::string_view last = last_row_of(body);
     const bool ends_full = first.size() >= shortest_full_row && last.size() == first.size() && is_base64_line(last);
     const std::string_view beginning = first.substr(0, first_characters);
     const bool known = !extension_for_bytes(decode_base64_text(beginning)).empty();
@@ -109,18 +121,30 @@ void mark_series(std::vector<Candidate>& series, std::span<const std::string_vie
     }
 }
 
-/// Marks rows of Base64 without any description as the part that the name of their input states.
-void number_bare_rows(std::span<FoundFile> files, std::span<const std::string> paths) {
+/// Marks rows of Base64 without any description as the part that the name of their input states, with its total.
+void mark_bare_rows(FoundFile& file, const PartLabel& label) {
+    file.label = label;
+    file.has_begin = file.has_begin && label.number == 1;
+    file.has_end = label.number == label.total;
+}
+
+/// Gives parts without numbers those of their input's name, if that states a total and the input contains one part.
+void number_by_totals(std::span<FoundFile> files, std::span<const std::string> paths) {
+    std::map<std::uint32_t, unsigned> parts;  // by source
+    const auto counts = [](const FoundFile& file) {
+        return file.attachment.format == Format::base64 && !file.attachment.body.empty();
+    };
+    for (const FoundFile& file : files) {
+        if (counts(file)) ++parts[file.attachment.body.front().source];
+    }
     for (FoundFile& file : files) {
-        const Attachment& attachment = file.attachment;
-        const bool described = !attachment.content_type.empty() || !attachment.name.empty() || file.label.number > 0;
-        if (attachment.format != Format::base64 || described || attachment.body.empty()) continue;
-        const std::uint32_t source = attachment.body.front().source;
+        if (!counts(file) || file.label.number > 0) continue;
+        const std::uint32_t source = file.attachment.body.front().source;
         const PartLabel label = source < paths.size() ? label_of_path(paths[source]) : PartLabel{};
-        if (label.total < 2) continue;
-        file.label = label;
-        file.has_begin = file.has_begin && label.number == 1;
-        file.has_end = label.number == label.total;
+        if (label.total < 2 || parts[source] > 1) continue;
+        const bool bare = file.attachment.content_type.empty() && file.attachment.name.empty();
+        if (bare) mark_bare_rows(file, label);
+        if (is_candidate(file)) file.label = label;
     }
 }
 
@@ -128,7 +152,7 @@ void number_bare_rows(std::span<FoundFile> files, std::span<const std::string> p
 
 void mark_mime_pieces(std::span<FoundFile> files, std::span<const std::string_view> inputs,
                       std::span<const std::string> paths) {
-    number_bare_rows(files, paths);
+    number_by_totals(files, paths);
     std::map<std::string, std::vector<FoundFile*>> by_name;
     for (FoundFile& file : files) {
         if (is_candidate(file)) by_name[text::to_lower(file.attachment.name)].push_back(&file);
