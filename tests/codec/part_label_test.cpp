@@ -1,5 +1,8 @@
 #include "codec/recovery/part_label.h"
 
+#include "codec/encoded.h"
+#include "codec/scanned.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -54,6 +57,44 @@ TEST(PartLabel, OfAPathIsItsTotalOrTheNumberAtItsEnd) {
         EXPECT_EQ(part_of_path(path), clear) << path;
     }
     EXPECT_EQ(label_of_path("d/x (2_5).txt").file, label_of_path("d/x (3_5).txt").file);
+}
+
+/// Rows of 30 bytes, which only a number in the input's name announces in later parts.
+TEST(PartLabel, OfAnInputAnnouncesItsRows) {
+    const std::string bytes = tests::noise(600);
+    std::string rows[2];
+    for (std::size_t at = 0; at < bytes.size(); at += 30) {
+        rows[at / 300] += tests::uu_lines(bytes.substr(at, 30)).front() + "\n";
+    }
+    const std::string first = "Subject: x\n\nbegin 644 x\n" + rows[0], second = "Subject: x\n\n" + rows[1] + "`\nend\n";
+    const auto files = tests::scan_and_decode({first, second}, {"x_1of2.txt", "x_2of2.txt"});
+    ASSERT_EQ(files.size(), 1U);
+    EXPECT_EQ(files[0].bytes, bytes);
+    const std::string part = "Content-Type: a/b; name=x\nContent-Transfer-Encoding: base64\n\n" + tests::base64(bytes);
+    EXPECT_EQ(tests::scan_and_decode({part}, {"x.txt"}).at(0).outcome.verdict, Verdict::whole);
+    EXPECT_EQ(tests::scan_and_decode({part}, {"x (2_2).txt"}).at(0).outcome.verdict, Verdict::incomplete);
+}
+
+/// Two pieces of a message and a post between them, in one text without "From " lines.
+TEST(PartLabel, OfPiecesOfAMessageCountsWhereverTheyBegin) {
+    const std::string bytes = tests::noise(400), rows = tests::base64(bytes);
+    const auto piece = [](int number) {
+        return "From: a@b\nSubject: x\nContent-Type: message/partial; id=q; total=2; number=" + std::to_string(number) +
+               "\n\n";
+    };
+    const std::string first =
+        piece(1) + "Content-Type: a/b; name=x\nContent-Transfer-Encoding: base64\n\n" + rows.substr(0, 4 * 77);
+    const std::string second = piece(2) + rows.substr(4 * 77) + "\n";
+    const std::string words = "From: c@d\nDate: Tue, 3 Mar 1998 10:20:30 +0000\nSubject: y\n\nSome words.\n";
+    const std::string rule = "==============================\n";
+    for (const std::string& text :
+         {rule + second + rule + words + rule + first, words + "\n" + second + "\n" + first}) {
+        std::vector<tests::ScannedFile> files = tests::scan_and_decode(text);
+        std::erase_if(files, [](const tests::ScannedFile& file) { return file.attachment.message_text; });
+        ASSERT_EQ(files.size(), 1U) << text;
+        EXPECT_EQ(files[0].bytes, bytes) << text;
+        EXPECT_EQ(name_of(files[0].outcome.verdict), "whole") << text;
+    }
 }
 
 }  // namespace

@@ -2,9 +2,12 @@
 
 #include "codec/recovery/decode.h"
 #include "codec/recovery/part_join.h"
+#include "codec/recovery/part_label.h"
 #include "codec/scan/scanner.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -32,7 +35,9 @@ inline std::vector<ScannedFile> scan_and_decode(const std::vector<std::string_vi
     std::vector<codec::FoundFile> found;
     for (std::uint32_t source = 0; source < texts.size(); ++source) {
         codec::LineCursor cursor({{texts[source], {0, texts[source].size(), source}}});
-        for (codec::FoundFile& file : codec::scan(cursor).files) found.push_back(std::move(file));
+        const std::uint32_t part_number = codec::part_of_path(paths[source]);
+        codec::Found one = codec::scan(cursor, codec::Texts::kept, codec::most_files, part_number);
+        std::move(one.files.begin(), one.files.end(), std::back_inserter(found));
     }
     std::vector<ScannedFile> out;
     for (codec::FoundFile& file : codec::join_parts(std::move(found), texts, paths).files) {

@@ -56,6 +56,20 @@ bool is_behind_blank(const LineCursor& cursor, Position at) {
     return c == '\n' || c == '\r';
 }
 
+Position before_rule(const LineCursor& cursor, Position at) {
+    constexpr std::size_t longest = 100;
+    constexpr std::size_t shortest = 5;
+    const Segment& segment = cursor.segment(at);
+    const Position end = before_line_end(cursor, at);
+    const std::size_t size = std::min<std::uint64_t>(end.offset - segment.range.begin, longest);
+    std::string_view line = segment.input.substr(end.offset - size, size);
+    line.remove_prefix(line.find_last_of("\r\n") + 1);
+    const bool rule = line.size() >= shortest && line.size() < longest &&
+                      std::string_view("=-_*#~+").find(line[0]) != line.npos &&
+                      line.find_first_not_of(line[0]) == line.npos;
+    return rule ? Position{at.segment, end.offset - line.size()} : at;
+}
+
 bool is_separator(const LineCursor& cursor, const Line& line) {
     if (!line.text.starts_with("From ")) return false;
     const bool timed = has_time(line.text);

@@ -101,18 +101,25 @@ bool Scanner::take_unannounced_header(const Line& line) {
     return true;
 }
 
-/// Handles, in a piece of a message, the header of a message that contains the next piece, if "From " lines are lost.
+/// Handles, in a piece of a message, the header of a message that contains the next piece, if "From " lines are lost;
+/// after a rule between articles, that of any message.
 bool Scanner::take_next_piece(const Line& line) {
     const Leaf& leaf = *stack_.top().leaf;
     if (leaf.header.type != "message/partial" || stack_.levels.size() > 1 || field_name(line.text).empty())
         return false;
-    if (!is_behind_blank(cursor_, line.begin) || !announces_content(cursor_, line)) return false;
-    const Position behind = cursor_.position();
+    const Position end = before_rule(cursor_, line.begin);
+    const bool after_rule = end != line.begin;
+    const bool article = after_rule && begins_article(cursor_, line);
+    if (!article) {
+        if ((!after_rule && !is_behind_blank(cursor_, line.begin)) || !announces_content(cursor_, line)) return false;
+        const Position behind = cursor_.position();
+        cursor_.seek(line.begin);
+        const bool piece = read_header(cursor_, is_stop_).header.type == "message/partial";
+        cursor_.seek(behind);
+        if (!piece) return false;
+    }
     cursor_.seek(line.begin);
-    const bool piece = read_header(cursor_, is_stop_).header.type == "message/partial";
-    cursor_.seek(piece ? line.begin : behind);
-    if (!piece) return false;
-    pop_to(0, before_line_end(cursor_, line.begin), false);
+    pop_to(0, before_line_end(cursor_, end), false);
     begin_message();
     return true;
 }
@@ -153,7 +160,7 @@ bool Scanner::take_message(const Line& line) {
 }
 
 /// Handles a part's header in the middle of running text: of a message that was copied into another, or whose own
-/// header is lost. It counts if it states the encoding of the lines after it.
+/// header is lost. It counts if it states the encoding of the lines after it, or that a piece of a message follows.
 bool Scanner::take_embedded_header(const Line& line) {
     if (!is_content_field(line.text)) return false;
     cursor_.seek(line.begin);
@@ -163,6 +170,15 @@ bool Scanner::take_embedded_header(const Line& line) {
     const bool encoded = header.encoding == TransferEncoding::base64 &&
                          peek_text(text_, cursor_.position(), 3, first) && is_base64_line(first.text);
     const bool named = header.encoding == TransferEncoding::quoted_printable && !header.file_name.empty();
+    const bool piece = !header.partial_id.empty() && stack_.levels.size() == 1 &&
+                       peek_text(text_, cursor_.position(), 3, first) &&
+                       (is_base64_line(first.text) || !field_name(first.text).empty());
+    if (piece) {
+        cursor_.seek(line.begin);
+        pop_to(0, before_line_end(cursor_, line.begin), false);
+        begin_message();
+        return true;
+    }
     if (stack_.levels.size() > deepest_nesting) return true;
     if (is_multipart(header) && !header.boundary.empty()) {
         open_multipart(header);
