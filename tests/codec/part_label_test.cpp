@@ -28,6 +28,7 @@ TEST(PartLabel, OfASubjectIsTheClearestPairOfNumbers) {
         {"x.zip (2/5) [1/1]", {"x.zip", 2, 5}},
         {"Re: REPOST: x.zip (2/5)", {"x.zip", 2, 5}},
         {"x.zip - part 2", {"x.zip", 2, 0}},
+        {"x.zip #2", {"x.zip", 2, 0}},
     };
     for (const auto& [subject, label] : table) {
         const auto found = label_of_subject(subject);
@@ -36,7 +37,7 @@ TEST(PartLabel, OfASubjectIsTheClearestPairOfNumbers) {
         EXPECT_EQ(found->total, label.total) << subject;
         EXPECT_EQ(found->file, label.file) << subject;
     }
-    for (const char* subject : {"Photos of 2/5/98", "2 offers", "1998", "part of 7"}) {
+    for (const char* subject : {"Photos of 2/5/98", "2 offers", "1998", "part of 7", "#2 is best"}) {
         EXPECT_FALSE(label_of_subject(subject)) << subject;
     }
 }

@@ -105,10 +105,11 @@ std::string name_after(std::string_view rest) {
     return std::string(text::trim(name));
 }
 
-/// Returns the label of a subject that ends in "part 3" and states no total.
-std::optional<PartLabel> label_of_word(std::string_view before, std::uint32_t number) {
+/// Returns the label of a subject with "part 3", or with "#3" at its end, that states no total.
+std::optional<PartLabel> label_of_word(std::string_view before, std::uint32_t number, std::string_view after) {
     before = text::trim(before);
-    if (!remove_word(before)) return std::nullopt;
+    const bool counted = before.ends_with('#') && skip(after, " \t)]").empty();
+    if (!counted && !remove_word(before)) return std::nullopt;
     PartLabel label{name_before(before), number, 0};
     if (label.file.empty()) return std::nullopt;
     return label;
@@ -168,7 +169,7 @@ std::optional<PartLabel> label_of_subject(std::string_view subject) {
             if (label.file.empty()) label.file = name_after(rest);
             found = std::move(label);
         } else if (label.number > 0 && !found) {
-            found = label_of_word(before, label.number);
+            found = label_of_word(before, label.number, rest);
         }
         while (at + 1 < subject.size() && is_digit(subject[at + 1])) ++at;
     }

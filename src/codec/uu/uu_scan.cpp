@@ -170,6 +170,13 @@ void pass_exact_lines(LineCursor& cursor, uu::Alphabet alphabet) {
     }
 }
 
+/// Returns true for a line of one sign, such as "*****", that has not the length that it would state as data.
+bool is_rule(const uu::DataLine& data, std::string_view text) {
+    constexpr std::size_t shortest = 3;
+    return data.fit == uu::Fit::stripped && text.size() >= shortest &&
+           text.find_first_not_of(text.front()) == std::string_view::npos;
+}
+
 BodyEnd read_body(TextScan& scan, uu::Alphabet alphabet) {
     BodyEnd out;
     out.end = scan.cursor.position();
@@ -199,7 +206,7 @@ BodyEnd read_body(TextScan& scan, uu::Alphabet alphabet) {
             out.checked = text.size() == 2;
             continue;
         }
-        const bool is_data = data.clean && data.fit != uu::Fit::none && !out.ended;
+        const bool is_data = data.clean && data.fit != uu::Fit::none && !out.ended && !is_rule(data, text);
         if (stops || (!is_data && (out.ended || !data_resumes(scan, line.next, alphabet)))) {
             scan.cursor.seek(before);
             return out;
