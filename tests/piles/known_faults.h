@@ -14,9 +14,8 @@ struct KnownPileFault {
 };
 
 constexpr std::array known_pile_fault_table = {
-    KnownPileFault{"FALSE mime", 4},       KnownPileFault{"FALSE partial", 1}, KnownPileFault{"FALSE uu-stripped", 1},
-    KnownPileFault{"law doubled", 12},     KnownPileFault{"law order", 2},     KnownPileFault{"silent yenc", 1},
-    KnownPileFault{"silent yenc-pcrc", 1},
+    KnownPileFault{"FALSE mime", 4},  KnownPileFault{"FALSE partial", 1},    KnownPileFault{"law doubled", 8},
+    KnownPileFault{"silent yenc", 1}, KnownPileFault{"silent yenc-pcrc", 1},
 };
 
 constexpr std::size_t known_pile_faults(std::string_view class_name) {
@@ -26,6 +25,6 @@ constexpr std::size_t known_pile_faults(std::string_view class_name) {
     return row == known_pile_fault_table.end() ? 0 : row->count;
 }
 
-constexpr std::size_t least_right = 1543;  ///< series that are exact or rightly called incomplete
+constexpr std::size_t least_right = 1713;  ///< series that are exact or rightly called incomplete
 
 }  // namespace quill::tests

@@ -238,7 +238,15 @@ Key key_of(const FoundFile& file, std::span<const std::string> paths, PartLabel&
 struct Piece {
     std::uint32_t number = 0;
     std::size_t index = 0;  ///< among all files
+    std::string_view path;  ///< of its input
 };
+
+/// Orders pieces by their numbers, and copies by their inputs' names, so that the order of the inputs changes nothing;
+/// pieces without numbers stay in the order of the inputs.
+bool goes_before(const Piece& a, const Piece& b) {
+    if (a.number != b.number) return a.number < b.number;
+    return a.number > 0 && a.path < b.path;
+}
 
 void report_guess(Attachment& attachment, const Place& at) {
     const auto said = [](const Problem& problem) { return problem.kind == ProblemKind::unnumbered_parts; };
@@ -295,7 +303,7 @@ void join_row(std::vector<FoundFile>& files, const std::vector<Piece>& pieces, s
 /// Joins the pieces of one key. If there are different copies of a part, makes further files of them.
 void join_group(std::vector<FoundFile>& files, std::vector<Piece>& pieces, std::uint32_t total,
                 std::span<const std::string_view> inputs, std::set<std::size_t>& taken) {
-    std::stable_sort(pieces.begin(), pieces.end(), [](const Piece& a, const Piece& b) { return a.number < b.number; });
+    std::stable_sort(pieces.begin(), pieces.end(), goes_before);
     std::vector<std::vector<Piece>> rows(1);
     for (auto first = pieces.begin(); first != pieces.end();) {
         const auto last =
@@ -311,7 +319,7 @@ void join_group(std::vector<FoundFile>& files, std::vector<Piece>& pieces, std::
         taken.insert(copies.left_out.begin(), copies.left_out.end());
         rows.resize(std::max(rows.size(), copies.kept.size()));
         for (std::size_t row = 0; row < copies.kept.size(); ++row) {
-            rows[row].push_back({first->number, copies.kept[row]});
+            rows[row].push_back({first->number, copies.kept[row], {}});
             FoundFile& file = files[copies.kept[row]];
             report_copies(file.attachment, copies, first->number, begin_of(file).offset);
             if (row == 0) note_copies(file.attachment, copies.left_out, files);
@@ -419,7 +427,10 @@ Found join_parts(std::vector<FoundFile> files, std::span<const std::string_view>
         if (!is_piece(files[i])) continue;
         PartLabel label;
         const Key key = key_of(files[i], paths, label);
-        groups[key].push_back({label.number, i});
+        const bool placed = !files[i].attachment.body.empty() && files[i].attachment.body.front().source < paths.size();
+        const std::string_view path =
+            placed ? std::string_view(paths[files[i].attachment.body.front().source]) : std::string_view();
+        groups[key].push_back({label.number, i, path});
     }
     std::set<std::size_t> taken;
     const auto waits = [&](const Key& key, const std::vector<Piece>& pieces) {
