@@ -58,6 +58,9 @@ TEST(PartLabel, OfAPathIsItsTotalOrTheNumberAtItsEnd) {
         EXPECT_EQ(part_of_path(path), clear) << path;
     }
     EXPECT_EQ(label_of_path("d/x (2_5).txt").file, label_of_path("d/x (3_5).txt").file);
+    for (const char* copy : {"d/copy of x.002", "d/x (copy).002", "d/x - Copy.002"}) {
+        EXPECT_EQ(label_of_path(copy), label_of_path("d/x.002")) << copy;
+    }
 }
 
 /// Rows of 30 bytes, which only a number in the input's name announces in later parts.

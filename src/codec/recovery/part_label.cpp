@@ -134,6 +134,13 @@ unsigned clarity(std::string_view before, const PartLabel& label, std::string_vi
     return 1 + (worded || (opened && closed) ? 1U : 0U) + (label.total > 1 ? 2U : 0U);
 }
 
+/// Returns true if `line` reads as words: it begins with one, and one follows the numbers, before `rest`.
+bool is_sentence(std::string_view line, std::string_view rest) {
+    const auto is_letter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
+    rest = skip(rest, " \t,.");
+    return is_letter(line.front()) && !rest.empty() && is_letter(rest.front());
+}
+
 }  // namespace
 
 std::optional<PartLabel> read_part_label(std::string_view line) {
@@ -147,7 +154,7 @@ std::optional<PartLabel> read_part_label(std::string_view line) {
         PartLabel label = take_numbers(rest);
         if (label.number == 0) continue;
         label.file = file_behind(rest);
-        if (label.total == 0 && label.file.empty()) continue;
+        if (label.file.empty() && (label.total == 0 || is_sentence(line, rest))) continue;
         return label;
     }
     return std::nullopt;
@@ -178,6 +185,15 @@ std::optional<PartLabel> label_of_subject(std::string_view subject) {
 
 namespace {
 
+/// Returns the name without what file managers add to a copy's: "copy of x.001", "x (copy).001", "x - Copy.001".
+std::string without_copy_mark(std::string name) {
+    for (const std::string_view mark : {"copy of ", " (copy)", " - copy"}) {
+        const std::size_t at = text::to_lower(name).find(mark);
+        if (at != std::string::npos) return name.erase(at, mark.size());
+    }
+    return name;
+}
+
 /// Returns the numbers of a name with "2of5", "(2_5)" or "[2-5]" in it, and as `file` the name without them.
 PartLabel label_with_total(std::string_view name) {
     for (std::size_t at = 0; at < name.size(); ++at) {
@@ -201,9 +217,10 @@ PartLabel label_with_total(std::string_view name) {
 
 PartLabel label_of_path(const std::string& path) {
     constexpr std::size_t most_digits = 5;
-    const std::string name = files::name_of(path);
+    const std::string name = without_copy_mark(files::name_of(path));
+    const std::string directory = path.substr(0, path.size() - files::name_of(path).size());
     if (PartLabel stated = label_with_total(name); stated.total > 0) {
-        stated.file.insert(0, path, 0, path.size() - name.size());
+        stated.file.insert(0, directory);
         return stated;
     }
     const std::size_t last = name.find_last_of("0123456789");
@@ -213,7 +230,7 @@ PartLabel label_of_path(const std::string& path) {
     first = first == std::string::npos ? 0 : first + 1;
     if (last + 1 - first > most_digits) return label;
     label.number = static_cast<std::uint32_t>(std::stoul(name.substr(first, last + 1 - first)));
-    label.file = path.substr(0, path.size() - name.size()) + name.substr(0, first) + '\n' + name.substr(last + 1);
+    label.file = directory + name.substr(0, first) + '\n' + name.substr(last + 1);
     return label;
 }
 
