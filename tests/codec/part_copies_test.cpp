@@ -117,6 +117,19 @@ TEST(PartLabels, NumbersBeforeTheNameAndWithoutATotalTellFilesApart) {
     EXPECT_EQ(gap[0].outcome.verdict, Verdict::incomplete);
 }
 
+TEST(PartLabels, ATotalThatAPosterMiscountedAndASentenceSplitNothing) {
+    const std::string original = noise(920);
+    std::vector<std::string> texts = parts_of(original, "x.bin");
+    texts[1].replace(texts[1].find("2/3"), 3, "2/4");
+    texts[0].insert(texts[0].find("begin "), "Part 7 of 12 is late, sorry.\n\n");
+    const auto whole = decoded(texts);
+    ASSERT_EQ(whole.size(), 1U);
+    EXPECT_EQ(whole[0].bytes, original);
+    EXPECT_EQ(whole[0].outcome.verdict, Verdict::whole);
+    texts.pop_back();
+    EXPECT_EQ(decoded(texts).at(0).outcome.verdict, Verdict::incomplete);
+}
+
 TEST(PartLabels, LaterPartsWithLinesOfAnyLengthAreFound) {
     std::string lines[3];
     const std::string bytes = noise(270);

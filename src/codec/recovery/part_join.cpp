@@ -1,10 +1,11 @@
 #include "codec/recovery/part_join.h"
 
+#include "codec/recovery/message_join.h"
 #include "codec/recovery/mime_pieces.h"
 #include "codec/recovery/part_copies.h"
 #include "codec/recovery/part_label.h"
+#include "codec/recovery/part_report.h"
 #include "codec/recovery/yenc_join.h"
-#include "codec/scan/scanner.h"
 #include "codec/scan/text_scan.h"
 #include "files/path.h"
 #include "text/ascii.h"
@@ -12,7 +13,6 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
-#include <optional>
 #include <set>
 #include <tuple>
 #include <utility>
@@ -20,194 +20,7 @@
 namespace quill::codec {
 namespace {
 
-constexpr std::size_t most_missing_told = 20;  // of the missing parts of one file
 constexpr unsigned telling_lines = 8;
-
-std::string part_text(std::uint32_t number, std::uint32_t total) {
-    std::string text = "Part " + std::to_string(number);
-    if (total > 0) text += " of " + std::to_string(total);
-    return text + " is missing";
-}
-
-/// A place in the inputs.
-struct Place {
-    std::uint64_t offset = 0;
-    std::optional<std::uint32_t> source = {};
-};
-
-Place begin_of(const FoundFile& file) {
-    const std::vector<Range>& body = file.attachment.body;
-    return body.empty() ? Place{} : Place{body.front().begin, body.front().source};
-}
-
-Place end_of(const FoundFile& file) {
-    const std::vector<Range>& body = file.attachment.body;
-    return body.empty() ? Place{} : Place{body.back().end, body.back().source};
-}
-
-void report(Attachment& attachment, ProblemKind kind, const Place& at, std::string text = {}) {
-    attachment.problems.push_back({kind, at.offset, {}, std::move(text), at.source});
-}
-
-void add_missing(Attachment& attachment, std::uint32_t number, std::uint32_t total, const Place& at) {
-    if (attachment.problems.size() >= most_missing_told) return;
-    report(attachment, ProblemKind::missing_part, at, part_text(number, total));
-}
-
-/// Adds the inputs of `copies` to those with copies of the attachment's parts.
-void note_copies(Attachment& attachment, std::span<const std::size_t> copies, std::span<const FoundFile> files) {
-    for (const std::size_t copy : copies) {
-        for (const Range& range : files[copy].attachment.body) attachment.copies_in.push_back(range.source);
-    }
-}
-
-// Split messages ----------------------------------------------------------------------------------------------------
-
-/// The pieces of one message in order, without duplicate numbers.
-struct MessagePieces {
-    std::vector<const FoundFile*> pieces;
-    std::vector<std::pair<std::uint32_t, PartCopies>> copies;  ///< of the duplicate numbers
-};
-
-MessagePieces in_order(std::span<const FoundFile> files, std::vector<std::size_t> pieces,
-                       std::span<const std::string_view> inputs) {
-    const auto number = [&](std::size_t piece) { return files[piece].label.number; };
-    std::stable_sort(pieces.begin(), pieces.end(), [&](std::size_t a, std::size_t b) { return number(a) < number(b); });
-    MessagePieces out;
-    for (auto first = pieces.begin(); first != pieces.end();) {
-        const auto last = std::find_if(first, pieces.end(), [&](std::size_t p) { return number(p) != number(*first); });
-        PartCopies copies = choose_copies(files, {first, last}, inputs);
-        out.pieces.push_back(&files[copies.kept.front()]);
-        if (last - first > 1) out.copies.emplace_back(number(*first), std::move(copies));
-        first = last;
-    }
-    return out;
-}
-
-/// The missing numbers, as the first of each gap, with the index of the piece after it.
-struct Gap {
-    std::uint32_t number;
-    std::size_t before_piece;
-};
-
-std::vector<Gap> gaps_in(const std::vector<const FoundFile*>& pieces, std::uint32_t total) {
-    std::vector<Gap> gaps;
-    std::uint32_t wanted = 1;
-    for (std::size_t i = 0; i < pieces.size(); ++i) {
-        if (pieces[i]->label.number > wanted) gaps.push_back({wanted, i});
-        wanted = pieces[i]->label.number + 1;
-    }
-    if (wanted <= total) gaps.push_back({wanted, pieces.size()});
-    return gaps;
-}
-
-/// The pieces of a message as one text.
-struct JoinedMessage {
-    std::vector<Segment> segments;
-    std::map<std::pair<std::uint32_t, std::uint64_t>, std::size_t> piece_at;  ///< by source and offset of its beginning
-
-    std::size_t piece_of(const Range& range) const {
-        return std::prev(piece_at.upper_bound({range.source, range.begin}))->second;
-    }
-};
-
-JoinedMessage join(const std::vector<const FoundFile*>& pieces, std::span<const std::string_view> inputs) {
-    JoinedMessage out;
-    for (std::size_t i = 0; i < pieces.size(); ++i) {
-        for (const Range& range : pieces[i]->attachment.body) {
-            out.segments.push_back({inputs[range.source], range});
-            out.piece_at.emplace(std::pair(range.source, range.begin), i);
-        }
-    }
-    return out;
-}
-
-/// Returns true if the file may have begun in a missing first piece: nothing in the text begins it.
-bool has_lost_head(const FoundFile& file) {
-    return !file.has_begin || (file.attachment.name.empty() && file.attachment.content_type.empty());
-}
-
-/// Reports which of the missing pieces contained something of a file.
-void tell_gaps(FoundFile& file, const JoinedMessage& message, const std::vector<Gap>& gaps, std::size_t pieces,
-               std::uint32_t total) {
-    Attachment& attachment = file.attachment;
-    if (attachment.body.empty()) return;
-    const std::size_t first = message.piece_of(attachment.body.front());
-    const std::size_t last = message.piece_of(attachment.body.back());
-    const auto from = std::upper_bound(gaps.begin(), gaps.end(), first,
-                                       [](std::size_t piece, const Gap& gap) { return piece < gap.before_piece; });
-    if (first == 0 && !gaps.empty() && gaps.front().before_piece == 0 && has_lost_head(file)) {
-        add_missing(attachment, gaps.front().number, total, begin_of(file));
-    }
-    for (auto gap = from; gap != gaps.end() && attachment.problems.size() < most_missing_told; ++gap) {
-        const bool reaches_end = attachment.body.back().end == message.segments.back().range.end;
-        const bool behind = gap->before_piece == pieces && last + 1 == pieces && reaches_end;
-        if (gap->before_piece > last && !behind) break;
-        add_missing(attachment, gap->number, total, begin_of(file));
-    }
-}
-
-/// Reports a file that reaches the end of a message whose pieces don't say how many there are.
-void report_unknown_total(FoundFile& file, const JoinedMessage& message) {
-    Attachment& attachment = file.attachment;
-    if (attachment.body.empty() || attachment.body.back().end != message.segments.back().range.end) return;
-    report(attachment, ProblemKind::unnumbered_parts, end_of(file),
-           "Nothing says how many parts there are; the last may be missing");
-}
-
-/// Sets the inputs of problems found while scanning a joined message: only their offsets show where they are.
-void name_sources(Attachment& attachment) {
-    for (Problem& problem : attachment.problems) {
-        const auto holds = [&](const Range& r) { return r.begin <= problem.at_input && problem.at_input <= r.end; };
-        const auto range = std::find_if(attachment.body.begin(), attachment.body.end(), holds);
-        if (range == attachment.body.end() || problem.source) continue;
-        if (std::none_of(range + 1, attachment.body.end(), holds)) problem.source = range->source;
-    }
-}
-
-std::vector<FoundFile> scan_message(const MessagePieces& parts, std::span<const FoundFile> files,
-                                    std::span<const std::string_view> inputs) {
-    const std::vector<const FoundFile*>& pieces = parts.pieces;
-    std::uint32_t total = 0;
-    for (const FoundFile* piece : pieces) total = std::max(total, piece->label.total);
-    const std::vector<Gap> gaps = gaps_in(pieces, total);
-    const JoinedMessage message = join(pieces, inputs);
-    LineCursor cursor(message.segments);
-    Found found = scan(cursor);
-    for (FoundFile& file : found.files) {
-        name_sources(file.attachment);
-        tell_gaps(file, message, gaps, pieces.size(), total);
-        if (total == 0) report_unknown_total(file, message);
-        for (const auto& [number, copies] : parts.copies) {
-            report_copies(file.attachment, copies, number, begin_of(file).offset);
-            note_copies(file.attachment, copies.left_out, files);
-        }
-    }
-    return std::move(found.files);
-}
-
-/// Replaces the pieces of split messages with the files in the joined messages.
-std::vector<FoundFile> join_messages(std::vector<FoundFile> files, std::span<const std::string_view> inputs) {
-    std::map<std::string_view, std::vector<std::size_t>> messages;
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        if (!files[i].partial_id.empty()) messages[files[i].partial_id].push_back(i);
-    }
-    if (messages.empty()) return files;
-    std::vector<FoundFile> out;
-    for (FoundFile& file : files) {
-        if (file.partial_id.empty()) {
-            out.push_back(std::move(file));
-            continue;
-        }
-        const auto message = messages.find(file.partial_id);
-        if (message == messages.end() || message->second.empty()) continue;
-        std::vector<FoundFile> held = scan_message(in_order(files, std::move(message->second), inputs), files, inputs);
-        message->second.clear();
-        for (FoundFile& inner : held) inner.partial_id.clear();
-        std::move(held.begin(), held.end(), std::back_inserter(out));
-    }
-    return out;
-}
 
 // Pieces of a file ----------------------------------------------------------------------------------------------------
 
@@ -329,6 +142,39 @@ void join_group(std::vector<FoundFile>& files, std::vector<Piece>& pieces, std::
     for (const std::vector<Piece>& row : rows) join_row(files, row, total, taken);
 }
 
+std::set<std::uint32_t> numbers_of(const std::vector<Piece>& pieces) {
+    std::set<std::uint32_t> numbers;
+    for (const Piece& piece : pieces) numbers.insert(piece.number);
+    return numbers;
+}
+
+/// Returns true if the pieces of two keys number different parts.
+bool are_disjoint(const std::vector<Piece>& a, const std::vector<Piece>& b) {
+    const std::set<std::uint32_t> numbers = numbers_of(a);
+    return !numbers.contains(0) && std::none_of(b.begin(), b.end(), [&](const Piece& piece) {
+        return piece.number == 0 || numbers.contains(piece.number);
+    });
+}
+
+/// Unites the pieces whose totals differ by one and whose numbers don't repeat, as posters miscount, under the total
+/// that more of them state.
+void unite_totals(std::map<Key, std::vector<Piece>>& groups) {
+    for (auto first = groups.begin(); first != groups.end();) {
+        const auto& [format, name, total] = first->first;
+        const auto second = groups.find({format, name, total + 1});
+        if (total == 0 || second == groups.end() || !are_disjoint(first->second, second->second)) {
+            ++first;
+            continue;
+        }
+        const std::set<std::uint32_t> higher = numbers_of(second->second);
+        const bool keeps_first = numbers_of(first->second).size() > higher.size() && *higher.rbegin() <= total;
+        std::vector<Piece>& kept = keeps_first ? first->second : second->second;
+        const std::vector<Piece>& other = keeps_first ? second->second : first->second;
+        kept.insert(kept.end(), other.begin(), other.end());
+        first = keeps_first ? groups.erase(second) : groups.erase(first);
+    }
+}
+
 // Later parts of BinHex files -----------------------------------------------------------------------------------------
 
 bool has_begun(const std::vector<FoundFile>& files, const std::vector<Piece>& pieces) {
@@ -432,6 +278,7 @@ Found join_parts(std::vector<FoundFile> files, std::span<const std::string_view>
             placed ? std::string_view(paths[files[i].attachment.body.front().source]) : std::string_view();
         groups[key].push_back({label.number, i, path});
     }
+    unite_totals(groups);
     std::set<std::size_t> taken;
     const auto waits = [&](const Key& key, const std::vector<Piece>& pieces) {
         return std::get<Format>(key) == Format::binhex && !has_begun(files, pieces);
